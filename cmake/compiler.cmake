@@ -1,0 +1,50 @@
+# What every target of the project is compiled with: brimley_options.
+add_library(brimley_options INTERFACE)
+target_include_directories(brimley_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(brimley_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align
+    -Woverloaded-virtual -Wconversion -Wno-sign-conversion -Werror)
+target_compile_definitions(brimley_options INTERFACE BRIMLEY_VERSION="${PROJECT_VERSION}")
+target_link_libraries(brimley_options INTERFACE fmt::fmt)
+
+if(BRIMLEY_SANITIZE)
+    target_compile_options(brimley_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(brimley_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(BRIMLEY_COVERAGE)
+    target_compile_options(brimley_options INTERFACE --coverage)
+    target_link_options(brimley_options INTERFACE --coverage)
+endif()
+
+# brimley_room(NAME FOLDER DEPENDS room...): the library of one folder under src/, made of the .cpp
+# files directly in the folders named, except the main files of programs (*_main.cpp).
+function(brimley_room name)
+    cmake_parse_arguments(ROOM "" "" "FOLDERS;DEPENDS" ${ARGN})
+    set(sources "")
+    foreach(folder IN LISTS ROOM_FOLDERS)
+        file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp)
+        list(FILTER found EXCLUDE REGEX "_main\\.cpp$")
+        list(APPEND sources ${found})
+    endforeach()
+    if(sources)
+        add_library(${name} STATIC ${sources})
+        target_link_libraries(${name} PUBLIC brimley_options ${ROOM_DEPENDS})
+    else()
+        add_library(${name} INTERFACE)
+        target_link_libraries(${name} INTERFACE brimley_options ${ROOM_DEPENDS})
+    endif()
+endfunction()
+
+# brimley_test(NAME FOLDER room...): one GoogleTest program of the .cpp files in tests/FOLDER.
+function(brimley_test name folder)
+    file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
+    if(NOT found)
+        return()
+    endif()
+    add_executable(${name} ${found})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    target_compile_definitions(${name} PRIVATE BRIMLEY_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gtest_main GTest::gmock)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,58 @@
+// The shape of a company database as data: tables, fields, keys, indexes.
+//
+// The store is given a catalog when it opens a database and knows no table by itself. From the catalog come the
+// engine's DDL, the meaning of every name in a query text, import and export, and the tests. The one catalog
+// of the product is kernel/tables.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace brimley::store {
+
+enum class FieldType { text, number, integer, date, datetime, yes_no };
+
+struct Field {
+    std::string name;  // the case told here is the one shown; look-ups ignore case
+    FieldType type = FieldType::text;
+    // A yes/no field that may hold null. All others are FALSE on a new row; every other type is null there.
+    bool nullable_flag = false;
+};
+
+struct Index {
+    std::vector<std::string> fields;
+    bool unique = false;
+};
+
+struct Table {
+    std::string name;
+    std::vector<Field> fields;
+    // What single rows are looked up by; empty for documents and their lines, which import only adds.
+    std::vector<std::string> natural_key;
+    bool single_row = false;  // a table of exactly one row, without a key
+    std::vector<std::string> export_order;  // rows are exported in this order, then in insertion order
+    std::vector<Index> indexes;
+
+    // Position of the field, or -1. Ignores case.
+    [[nodiscard]] int field_index(std::string_view field) const;
+};
+
+class Catalog {
+  public:
+    explicit Catalog(std::vector<Table> tables);
+
+    // Null when there is no such table. Ignores case.
+    [[nodiscard]] const Table* find(std::string_view table) const;
+    [[nodiscard]] const std::vector<Table>& tables() const { return tables_; }
+
+  private:
+    std::vector<Table> tables_;
+    std::unordered_map<std::string, std::size_t> by_lower_name_;
+};
+
+// ASCII lower case; names of tables and fields are ASCII.
+std::string lower_case(std::string_view text);
+
+}  // namespace brimley::store
