@@ -1,6 +1,7 @@
 #include "controls/command_bars.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brimley::controls {
 
