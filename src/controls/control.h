@@ -53,6 +53,9 @@ class Control {
     void set_enabled(bool enabled) { change(enabled_, enabled); }
     void set_locked(bool locked) { change(locked_, locked); }
     void set_back_colour(Colour colour) { change(back_colour_, colour); }
+    // The face that the control's text is shown in; empty: the host's own.
+    [[nodiscard]] const std::string& font_name() const { return font_name_; }
+    void set_font_name(std::string font_name) { change(font_name_, std::move(font_name)); }
 
     // The frame that this control lies in, or null. A control in a hidden frame cannot be reached.
     [[nodiscard]] Control* container() const { return container_; }
@@ -82,6 +85,7 @@ class Control {
 
   private:
     std::string name_;
+    std::string font_name_;
     bool visible_ = true;
     bool enabled_ = true;
     bool locked_ = false;
