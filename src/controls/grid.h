@@ -26,6 +26,7 @@ struct FontStyle {
 // A list that opens below a cell.
 struct DropDown {
     std::vector<std::string> captions;
+    std::vector<int> widths;  // of its columns, twentieths of a point; set when a cell opens
     std::function<std::vector<std::vector<std::string>>()> rows;  // asked when the list opens
 };
 
