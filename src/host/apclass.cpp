@@ -24,7 +24,7 @@ FormClass& APclass::create(std::shared_ptr<FormClass>& reference, Forward forwar
     return *reference;
 }
 
-void APclass::forward(const std::string& formx, const std::string& docnox, const std::string& arg2) {
+void APclass::raise(const std::string& formx, const std::string& docnox, const std::string& arg2) {
     if (NotifyClients) NotifyClients(formx, docnox, arg2);
     desk_.pump();
 }
@@ -106,7 +106,7 @@ void APclass::frm_payhistory_Exit() {}
 
 #define BRIMLEY_FORWARD(method)                                                                          \
     void APclass::method(const std::string& formx, const std::string& docnox, const std::string& arg2) { \
-        forward(formx, docnox, arg2);                                                                    \
+        raise(formx, docnox, arg2);                                                                      \
     }
 BRIMLEY_FORWARD(frm_invoice_NotifyClients)
 BRIMLEY_FORWARD(frm_payment_NotifyClients)

@@ -119,7 +119,7 @@ class APclass : public frame::HostContext {
     template <class FormClass>
     FormClass& create(std::shared_ptr<FormClass>& reference, Forward forward);
     [[nodiscard]] std::shared_ptr<kernel::ModuleG3> kernel_of_database();
-    void forward(const std::string& formx, const std::string& docnox, const std::string& arg2);
+    void raise(const std::string& formx, const std::string& docnox, const std::string& arg2);
 
     frame::Desk& desk_;
     std::shared_ptr<kernel::ModuleG3> kernel_;  // shared by all forms on the database of abcdb
