@@ -1,0 +1,23 @@
+// Opens a fiscal year: the year, its twelve periods, its counters, and its balance rows with the balances
+// carried over.
+//
+// The year starts on the same day as the other years of the company, or on January 1 in a company without
+// any. Every row that the nearest earlier year has in Balance_period_table is made again, and a row of the
+// base ledger for every account that had none. Balance sheet accounts and Current Earnings open with what the
+// earlier year closed at; accounts of the income statement open at 0. In a year before the first one,
+// balances open with what the first year opened with.
+//
+// What is posted to the earlier year afterwards does not move the opening balances that were carried.
+#pragma once
+
+#include <string>
+
+#include "kernel/store/database.h"
+
+namespace brimley::company {
+
+// Runs inside the caller's transaction. Throws Refusal when the year exists, cannot be used, or overlaps
+// another one, and store::Error.
+void add_year(store::Database& database, const std::string& fyear);
+
+}  // namespace brimley::company

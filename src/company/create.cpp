@@ -1,0 +1,98 @@
+#include "company/create.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "company/data_folder.h"
+#include "company/import.h"
+#include "company/table_writer.h"
+#include "company/transaction.h"
+#include "kernel/tables/company_tables.h"
+#include "presentation/grid_defaults.h"
+
+namespace brimley::company {
+
+namespace {
+
+using presentation::ColumnKind;
+using store::Value;
+
+// The values of Alignment.
+constexpr int kRight = 1;
+constexpr int kCentre = 2;
+
+Value alignment_of(ColumnKind kind) {
+    switch (kind) {
+        case ColumnKind::amount:
+            return kRight;
+        case ColumnKind::centred:
+        case ColumnKind::check_box:
+            return kCentre;
+        case ColumnKind::text:
+            break;
+    }
+    return {};
+}
+
+struct Filler {
+    store::Database& database;
+
+    void operator()(const EmptyCompany&) const {}
+    void operator()(const SampleCompany& sample) const {
+        import_folder(database, sample_company_folder(), {});
+        add_full_rights(database, sample.user);
+    }
+    void operator()(const StarterCompany& starter) const { add_starter(database, starter); }
+};
+
+void fill(const store::OpenCompany& company, const CompanyContent& content) {
+    Transaction transaction(company);
+    add_grid_properties(*company.database);
+    std::visit(Filler{*company.database}, content);
+    transaction.commit();
+}
+
+void remove_company(const std::string& company) {
+    std::error_code ignored;
+    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+        std::filesystem::remove(company + suffix, ignored);
+    }
+}
+
+}  // namespace
+
+void add_grid_properties(store::Database& database) {
+    TableWriter rows(database, "Grid_property");
+    for (const presentation::GridDefault& grid : presentation::grid_defaults()) {
+        int order = 0;
+        for (const presentation::GridColumnDefault& column : grid.columns) {
+            const bool check_box = column.kind == ColumnKind::check_box;
+            rows.add({{"form_name", grid.form_name},
+                      {"grid_name", grid.grid_name},
+                      {"col_order", order++},
+                      {"Caption", column.caption},
+                      {"Visible", !(column.flags & presentation::kHidden)},
+                      {"Locked", !(column.flags & presentation::kEntered)},
+                      {"col_width", column.width},
+                      {"row_height", presentation::kRowHeight},
+                      {"Alignment", alignment_of(column.kind)},
+                      {"cell_type", check_box ? Value(presentation::kCheckBoxCell) : Value()},
+                      {"col_fetchstyle", (column.flags & presentation::kRowStyle) != 0},
+                      {"Print", true}});
+        }
+    }
+}
+
+void create_company_file(const std::string& company, const CompanyContent& content) {
+    // A path that exists is refused here, before anything that would have to be removed again.
+    store::OpenCompany made = store::create_company(company, kernel::company_tables());
+    try {
+        fill(made, content);
+    } catch (...) {
+        made = {};
+        remove_company(company);
+        throw;
+    }
+}
+
+}  // namespace brimley::company

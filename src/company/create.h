@@ -1,0 +1,41 @@
+// Makes a company database: an empty one, the sample company, or the start of a real one.
+//
+// Every new company has all tables and indexes and the Grid_property rows of every form and grid.
+#pragma once
+
+#include <string>
+#include <variant>
+
+#include "kernel/store/database.h"
+
+namespace brimley::company {
+
+// No row but the grid layouts.
+struct EmptyCompany {};
+
+// The sample company, with full rights for `user`.
+struct SampleCompany {
+    std::string user;
+};
+
+// The least that a real new company needs, with full rights for `user`.
+struct StarterCompany {
+    std::string base_currency;
+    std::string year;  // the first fiscal year, a calendar year
+    std::string user;
+};
+
+using CompanyContent = std::variant<EmptyCompany, SampleCompany, StarterCompany>;
+
+// Makes the company and leaves it closed. On failure nothing is left behind. Throws store::Error (state: the
+// path exists already), CsvError and std::exception for a broken sample, Refusal for an unusable year or
+// currency.
+void create_company_file(const std::string& company, const CompanyContent& content);
+
+// The parts, inside the caller's transaction.
+void add_grid_properties(store::Database& database);
+void add_starter(store::Database& database, const StarterCompany& starter);
+// Full rights on every form, and rows that keep the toolbar settings, where the user has none.
+void add_full_rights(store::Database& database, const std::string& user);
+
+}  // namespace brimley::company

@@ -1,0 +1,30 @@
+// Loads a folder of CSV files into the tables of a company.
+//
+// Every FOLDER/TABLE.csv goes into its table; other files are left alone. The first line names fields, in any
+// order and case; a field left out is null. What stands in the tables already:
+// - A row whose natural key exists is refused, or replaced whole when `replace` is set.
+// - Documents and their lines have no such key; they are added.
+// - A table of a single row is replaced, unless the file holds no row.
+//
+// A key may stand twice in one file only where the table itself does not promise uniqueness; with `replace`
+// the rows of the file then stand in for all rows of that key.
+#pragma once
+
+#include <filesystem>
+
+#include "company/csv_reader.h"
+#include "kernel/store/database.h"
+
+namespace brimley::company {
+
+struct ImportOptions {
+    bool replace = false;
+};
+
+// Runs inside the caller's transaction, which must be rolled back when this throws: some rows may stand
+// already. Throws CsvError for whatever is wrong with the files, std::system_error when they cannot be read,
+// store::Error otherwise.
+void import_folder(store::Database& database, const std::filesystem::path& folder,
+                   const ImportOptions& options);
+
+}  // namespace brimley::company

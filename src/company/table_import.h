@@ -1,0 +1,57 @@
+// Loads one CSV file into one table. See import.h for the rules.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "company/csv_reader.h"
+#include "company/table_writer.h"
+
+namespace brimley::company {
+
+class TableImport {
+  public:
+    TableImport(store::Database& database, const store::Table& table, std::string path);
+
+    // Inside the caller's transaction. Throws CsvError and store::Error.
+    void run(bool replace);
+
+  private:
+    using TableRow = std::vector<store::Value>;  // one value a field, in the order of the catalog
+
+    void read_header();
+    [[nodiscard]] int field_named(const CsvCell& cell) const;
+    // The next row of the file, or nothing at its end.
+    [[nodiscard]] std::optional<TableRow> next_row();
+    // Adds a row; what the table refuses is the file's fault, at the line being read.
+    void add(const TableRow& row);
+
+    void load_single_row();
+    void load_documents();
+    void load_keyed();
+    void load_replacing();
+    // Writes the table anew, each row of `replacements` in the place of the row whose key it bears.
+    void rewrite_table(const std::unordered_map<std::string, std::vector<TableRow>>& replacements);
+
+    [[nodiscard]] store::Recordset open_table() const;
+    // The natural key of a row as one text, equal only for equal keys. Refuses a key that is all null.
+    [[nodiscard]] std::string key_of(const TableRow& row) const;
+    [[nodiscard]] std::string key_of(const store::Recordset& row) const;
+    [[nodiscard]] std::string described_key(const TableRow& row) const;
+    // Remembers the key; where keys are unique, refuses one that an earlier line of the file bears.
+    void note_key(const std::string& key, const TableRow& row);
+
+    store::Database& database_;
+    const store::Table& table_;
+    CsvReader reader_;
+    TableWriter writer_;
+    std::vector<int> columns_;     // the field of each column of the file
+    std::vector<int> key_fields_;  // positions of the natural key
+    bool unique_key_ = false;      // whether the table itself keeps the key unique
+    std::unordered_map<std::string, int> lines_by_key_;
+    std::vector<CsvCell> record_;
+};
+
+}  // namespace brimley::company

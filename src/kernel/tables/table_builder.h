@@ -1,0 +1,74 @@
+// How the table definitions of this folder are written: one chained call a table, which reads like the table
+// itself.
+//
+//   TableBuilder("Vendor_table").text({"vendor_no",
+//   "VENDOR_NAME"}).number({"owing_balance"}).unique_key({"vendor_no"})
+//
+// Fields stand in the order of the calls. Private to kernel/tables.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "kernel/store/catalog.h"
+
+namespace brimley::kernel {
+
+using Names = std::initializer_list<const char*>;
+
+class TableBuilder {
+  public:
+    explicit TableBuilder(std::string name) { table_.name = std::move(name); }
+
+    TableBuilder& text(Names names) { return add(names, store::FieldType::text); }
+    TableBuilder& number(Names names) { return add(names, store::FieldType::number); }
+    TableBuilder& integer(Names names) { return add(names, store::FieldType::integer); }
+    TableBuilder& date(Names names) { return add(names, store::FieldType::date); }
+    TableBuilder& datetime(Names names) { return add(names, store::FieldType::datetime); }
+    TableBuilder& yes_no(Names names) { return add(names, store::FieldType::yes_no); }
+    // Yes/no fields whose null is a state of its own ("leave it as it is").
+    TableBuilder& nullable_yes_no(Names names) { return add(names, store::FieldType::yes_no, true); }
+    // `prefix`1 to `prefix``count`.
+    TableBuilder& numbered(std::string_view prefix, int count, store::FieldType type);
+    // `account` and the five analysis segments that ledger rows copy from the chart.
+    TableBuilder& account_segments() {
+        return text({"acccode", "subacc", "subacc2", "subacc3", "subacc4", "subacc5"});
+    }
+
+    // What rows are looked up by, when the database itself keeps it unique.
+    TableBuilder& unique_key(Names names);
+    // What rows are looked up by, when two rows may bear the same key for a while.
+    TableBuilder& key(Names names);
+    // The order of export of a table without a key.
+    TableBuilder& ordered_by(Names names);
+    TableBuilder& single_row();
+    TableBuilder& index(Names names);
+
+    operator store::Table() const { return table_; }
+
+  private:
+    TableBuilder& add(Names names, store::FieldType type, bool nullable_flag = false);
+
+    store::Table table_;
+};
+
+// The five slots in which a line keeps its taxes by authority.
+void add_tax_slots(TableBuilder& table);
+
+// The tables by subject, each in the order of the catalog.
+std::vector<store::Table> user_tables();
+std::vector<store::Table> master_tables();
+std::vector<store::Table> calendar_tables();
+std::vector<store::Table> tax_tables();
+std::vector<store::Table> counter_tables();
+std::vector<store::Table> ledger_tables();
+std::vector<store::Table> sister_module_tables();
+std::vector<store::Table> invoice_tables();
+std::vector<store::Table> payment_tables();
+std::vector<store::Table> revaluation_tables();
+std::vector<store::Table> presentation_tables();
+
+}  // namespace brimley::kernel
