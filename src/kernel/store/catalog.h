@@ -1,8 +1,8 @@
 // The shape of a company database as data: tables, fields, keys, indexes.
 //
-// The store is given a catalog when it opens a database and knows no table by itself. From the catalog come the
-// engine's DDL, the meaning of every name in a query text, import and export, and the tests. The one catalog
-// of the product is kernel/tables.
+// The store is given a catalog when it opens a database and knows no table by itself. From the catalog come
+// the engine's DDL, the meaning of every name in a query text, import and export, and the tests. The one
+// catalog of the product is kernel/tables.
 #pragma once
 
 #include <string>
@@ -31,7 +31,7 @@ struct Table {
     std::vector<Field> fields;
     // What single rows are looked up by; empty for documents and their lines, which import only adds.
     std::vector<std::string> natural_key;
-    bool single_row = false;  // a table of exactly one row, without a key
+    bool single_row = false;                // a table of exactly one row, without a key
     std::vector<std::string> export_order;  // rows are exported in this order, then in insertion order
     std::vector<Index> indexes;
 

@@ -4,19 +4,21 @@
 //   Database   queries and statements on that connection.
 //   Recordset  the rows of one query, read or changed one at a time.
 //
-// Operations bear the names they have had since the forms were first written (OpenRecordset, FindFirst, AddNew ...).
+// Operations bear the names they have had since the forms were first written (OpenRecordset, FindFirst,
+// AddNew ...).
 //
-// Query text is the forms' own dialect: names with or without brackets, TRUE/FALSE, Datevalue('Jan 15, 2026'),
-// DELETE * FROM, joins by comma or INNER JOIN, UCASE, MAX, VAL. A text outside the dialect raises
+// Query text is the forms' own dialect: names with or without brackets, TRUE/FALSE, Datevalue('Jan 15,
+// 2026'), DELETE * FROM, joins by comma or INNER JOIN, UCASE, MAX, VAL. A text outside the dialect raises
 // ErrorKind::syntax with the place; it is never passed on to an engine. Values go into query texts through
 // quoted() only. Equal shapes share one prepared statement.
 //
 // Transactions: BeginTrans opens nothing yet. The first write, or the first locking Edit, begins the engine's
-// transaction, which fails at once (ErrorKind::locked) while another workspace holds it, and may be tried again. Without
-// BeginTrans each Update and Execute is its own transaction. Rollback is harmless when nothing is open.
+// transaction, which fails at once (ErrorKind::locked) while another workspace holds it, and may be tried
+// again. Without BeginTrans each Update and Execute is its own transaction. Rollback is harmless when nothing
+// is open.
 //
-// Ownership: a Database keeps its Workspace's connection alive, a Recordset that of its Database. None of them may be
-// used from two threads at a time.
+// Ownership: a Database keeps its Workspace's connection alive, a Recordset that of its Database. None of
+// them may be used from two threads at a time.
 #pragma once
 
 #include <cstdint>
@@ -46,16 +48,19 @@ struct Bookmark {
 
 // The rows of one query.
 //
-// A snapshot holds the rows as they were when it was opened. A dynaset is a keyset: which rows, and in which order, is fixed
-// when it is opened, plus the rows added through it, at the end, even when they do not meet its WHERE; each row's fields are
-// read afresh when it is moved to. "SELECT * FROM x" without a WHERE fetches no keys until it is walked, and FindFirst on it is
-// one indexed look-up. "WHERE 1 = 2" is the empty recordset on which to add rows.
+// A snapshot holds the rows as they were when it was opened. A dynaset is a keyset: which rows, and in which
+// order, is fixed when it is opened, plus the rows added through it, at the end, even when they do not meet
+// its WHERE; each row's fields are read afresh when it is moved to. "SELECT * FROM x" without a WHERE fetches
+// no keys until it is walked, and FindFirst on it is one indexed look-up. "WHERE 1 = 2" is the empty
+// recordset on which to add rows.
 //
-// After opening, the first row is current, if there is one. Reading a field without a current row is ErrorKind::state.
+// After opening, the first row is current, if there is one. Reading a field without a current row is
+// ErrorKind::state.
 //
-// Changing: AddNew or Edit, set() fields, Update (or CancelUpdate). The row being added or edited can be read by field name
-// before Update, and survives whatever other recordsets do. Update writes only the fields that changed. After AddNew and
-// Update the current row is what it was before; move to the new one by Bookmark(LastModified()).
+// Changing: AddNew or Edit, set() fields, Update (or CancelUpdate). The row being added or edited can be read
+// by field name before Update, and survives whatever other recordsets do. Update writes only the fields that
+// changed. After AddNew and Update the current row is what it was before; move to the new one by
+// Bookmark(LastModified()).
 class Recordset {
   public:
     Recordset();  // holds nothing; only assignment and is_open() are allowed
@@ -74,14 +79,15 @@ class Recordset {
     void MoveLast();
     void MoveNext();  // past the last row: at_eof()
 
-    // Goes to the first row, in the recordset's order, that meets the criteria ("[accno] = '1300' and [company] = 1"). No
-    // match: NoMatch() is true and the current row stays. FindNext goes on behind the current row with the criteria it is given.
+    // Goes to the first row, in the recordset's order, that meets the criteria ("[accno] = '1300' and
+    // [company] = 1"). No match: NoMatch() is true and the current row stays. FindNext goes on behind the
+    // current row with the criteria it is given.
     void FindFirst(std::string_view criteria);
     void FindNext(std::string_view criteria);
     [[nodiscard]] bool NoMatch() const;
 
-    // The field of the current row or of the row being added or edited. A name that several columns bear is the first of
-    // them. No such field: ErrorKind::name.
+    // The field of the current row or of the row being added or edited. A name that several columns bear is
+    // the first of them. No such field: ErrorKind::name.
     [[nodiscard]] Value field(std::string_view name) const;
     [[nodiscard]] bool has_field(std::string_view name) const;
     [[nodiscard]] std::string text(std::string_view name) const { return field(name).text(); }
@@ -94,15 +100,15 @@ class Recordset {
     [[nodiscard]] Value column(int column) const;
 
     void AddNew();
-    // With LockEdits the row is taken, at once or not at all, and held until Update (outside a transaction) or until the transaction ends.
-    // Throws ErrorKind::locked when another workspace holds it, ErrorKind::state when the row is gone. The row's fields are
-    // read again once it is held.
+    // With LockEdits the row is taken, at once or not at all, and held until Update (outside a transaction)
+    // or until the transaction ends. Throws ErrorKind::locked when another workspace holds it,
+    // ErrorKind::state when the row is gone. The row's fields are read again once it is held.
     void Edit();
     // As Edit, but a row that is held by another workspace is an answer: false, and nothing has changed.
     [[nodiscard]] bool try_edit();
-    // Stores into the row being added or edited. A number into a text field becomes plain digits ("3", not "3.0"); a text into
-    // a number field must be a number, an empty text is null there; an 8-digit text into a date field is that date. Anything
-    // else is ErrorKind::conversion, and the field keeps its value.
+    // Stores into the row being added or edited. A number into a text field becomes plain digits ("3", not
+    // "3.0"); a text into a number field must be a number, an empty text is null there; an 8-digit text into
+    // a date field is that date. Anything else is ErrorKind::conversion, and the field keeps its value.
     void set(std::string_view name, const Value& value);
     void Update();
     void CancelUpdate();
@@ -159,15 +165,17 @@ struct OpenCompany {
 // Wraps the engine of a connection; tests put failures in that way.
 using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<Engine>)>;
 
-// Opens an existing company database by its path. The catalog must outlive it. Throws: not_a_company (absent, foreign, or of
-// another layout), locked, io.
-[[nodiscard]] OpenCompany open_company(const std::string& company, const Catalog& catalog, const EngineDecorator& decorate = {});
-// Makes a new company database with every table and index of the catalog, readable by its owner alone, and opens it.
-// Refuses a path that exists (state). Nothing is left behind on failure.
+// Opens an existing company database by its path. The catalog must outlive it. Throws: not_a_company (absent,
+// foreign, or of another layout), locked, io.
+[[nodiscard]] OpenCompany open_company(const std::string& company, const Catalog& catalog,
+                                       const EngineDecorator& decorate = {});
+// Makes a new company database with every table and index of the catalog, readable by its owner alone, and
+// opens it. Refuses a path that exists (state). Nothing is left behind on failure.
 [[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog);
 
 // A value as it stands in a query text, between single quotes. A value that holds a single quote gives a text
-// that the dialect never accepts, so that the query fails as a broken text does and can never mean anything else.
+// that the dialect never accepts, so that the query fails as a broken text does and can never mean anything
+// else.
 [[nodiscard]] std::string quoted(std::string_view value);
 // Datevalue('Jan 15, 2026') for a query text.
 [[nodiscard]] std::string date_value(DateTime date);

@@ -25,7 +25,10 @@ enum class ErrorKind {
 class Error : public std::runtime_error {
   public:
     Error(ErrorKind kind, const std::string& message, int native_code = 0, std::string statement = {})
-        : std::runtime_error(message), kind_(kind), native_code_(native_code), statement_(std::move(statement)) {}
+        : std::runtime_error(message),
+          kind_(kind),
+          native_code_(native_code),
+          statement_(std::move(statement)) {}
 
     [[nodiscard]] ErrorKind kind() const { return kind_; }
     [[nodiscard]] int native_code() const { return native_code_; }

@@ -43,8 +43,8 @@ struct DateTime {
     auto operator<=>(const DateTime&) const = default;
 };
 
-// Reads "Jan 5, 2006" as query texts hold it: an English month of three letters in any case, blanks, one or two
-// digits, a comma, blanks or none, a year of four digits. Nothing when it is no such text or no such day.
+// Reads "Jan 5, 2006" as query texts hold it: an English month of three letters in any case, blanks, one or
+// two digits, a comma, blanks or none, a year of four digits. Nothing when it is no such text or no such day.
 std::optional<DateTime> parse_query_date(std::string_view text);
 
 class Value {
@@ -71,7 +71,8 @@ class Value {
     // The value in a sum: null is 0, a flag 0 or 1, a text its number. Throws store::Error (conversion) for a
     // text that is no number and for a date.
     [[nodiscard]] double number() const;
-    // The value as a yes/no: null is false; a number is true unless 0; a text is true for "TRUE", "YES", "-1", "1".
+    // The value as a yes/no: null is false; a number is true unless 0; a text is true for "TRUE", "YES",
+    // "-1", "1".
     [[nodiscard]] bool flag() const;
     [[nodiscard]] std::optional<DateTime> date() const;
 
@@ -86,8 +87,8 @@ class Value {
     std::variant<std::monostate, std::string, double, bool, DateTime> held_;
 };
 
-// Shortest decimal text that reads back as the same double, never in exponent form below 1e15: "3", "12.35", "-0.5".
-// A negative zero is "0".
+// Shortest decimal text that reads back as the same double, never in exponent form below 1e15: "3", "12.35",
+// "-0.5". A negative zero is "0".
 std::string shortest_number(double number);
 // The number that the whole text is (blanks around it allowed, no grouping), or nothing.
 std::optional<double> whole_number_text(std::string_view text);

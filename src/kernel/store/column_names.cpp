@@ -1,0 +1,32 @@
+#include "kernel/store/column_names.h"
+
+#include <bit>
+
+#include "kernel/store/letter_case.h"
+
+namespace brimley::store {
+
+ColumnNames::ColumnNames(std::vector<std::string> names)
+    : names_(std::move(names)), slots_(std::bit_ceil(names_.size() * 2 + 1)) {
+    for (std::size_t column = 0; column < names_.size(); ++column) {
+        if (find(names_[column]) >= 0) continue;
+        const std::uint32_t hash = name_hash(names_[column]);
+        std::size_t at = hash & (slots_.size() - 1);
+        while (slots_[at].column_plus_one != 0)
+            at = (at + 1) & (slots_.size() - 1);
+        slots_[at] = {hash, static_cast<std::uint32_t>(column + 1)};
+    }
+}
+
+int ColumnNames::find(std::string_view name) const {
+    if (slots_.empty()) return -1;
+    const std::uint32_t hash = name_hash(name);
+    for (std::size_t at = hash & (slots_.size() - 1); slots_[at].column_plus_one != 0;
+         at = (at + 1) & (slots_.size() - 1)) {
+        const std::uint32_t column = slots_[at].column_plus_one - 1;
+        if (slots_[at].hash == hash && same_name(names_[column], name)) return static_cast<int>(column);
+    }
+    return -1;
+}
+
+}  // namespace brimley::store

@@ -1,0 +1,197 @@
+#include "kernel/store/connection.h"
+
+#include <utility>
+
+namespace brimley::store {
+
+namespace {
+
+constexpr std::size_t kPlansMax = 512;
+constexpr std::size_t kUpdatesOfTableMax = 512;
+// When this many statements are known by their SQL, those that are gone are swept out.
+constexpr std::size_t kSweepFrom = 4096;
+
+}  // namespace
+
+Connection::Connection(std::unique_ptr<Engine> engine, const Catalog& catalog, std::string name)
+    : catalog_(catalog),
+      name_(std::move(name)),
+      engine_(std::move(engine)),
+      translator_(catalog, engine_->flavour()),
+      selects_(kPlansMax),
+      changes_(kPlansMax) {}
+
+Connection::~Connection() {
+    if (begun_) engine_->rollback();
+}
+
+std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
+    dialect::take_shape(query, shape_, literals_);
+    if (auto known = selects_.find(shape_)) return known;
+    auto plan = std::make_shared<SelectPlan>(translator_.select(query));
+    selects_.add(shape_, plan);
+    return plan;
+}
+
+std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, std::string_view criteria) {
+    dialect::take_shape(criteria, shape_, literals_);
+    if (auto known = select.finds.find(shape_)) return known;
+    auto plan = std::make_shared<FindPlan>();
+    plan->translation = translator_.find(select.translation, criteria);
+    plan->first.text = plan->translation.first;
+    plan->first_after.text = plan->translation.first_after;
+    plan->keys.text = plan->translation.keys;
+    plan->at_key.text = plan->translation.at_key;
+    select.finds.add(shape_, plan);
+    return plan;
+}
+
+std::shared_ptr<ChangePlan> Connection::change_plan(std::string_view statement) {
+    dialect::take_shape(statement, shape_, literals_);
+    if (auto known = changes_.find(shape_)) return known;
+    auto plan = std::make_shared<ChangePlan>(translator_.change(statement));
+    changes_.add(shape_, plan);
+    return plan;
+}
+
+PlannedStatement& Connection::insert_plan(const Table& table) {
+    PlannedStatement& insert = tables_[&table].insert;
+    if (insert.text.sql.empty()) insert.text = translator_.insert(table);
+    return insert;
+}
+
+PlannedStatement& Connection::update_plan(const Table& table, std::span<const std::uint64_t> fields) {
+    TablePlan& plan = tables_[&table];
+    const std::string_view key(reinterpret_cast<const char*>(fields.data()), fields.size_bytes());
+    if (const auto known = plan.updates.find(key); known != plan.updates.end()) return known->second;
+    if (plan.updates.size() == kUpdatesOfTableMax) plan.updates.clear();
+    std::vector<int> places;
+    for (std::size_t place = 0; place < table.fields.size(); ++place)
+        if (fields[place / 64] >> (place % 64) & 1) places.push_back(static_cast<int>(place));
+    PlannedStatement& update = plan.updates[std::string(key)];
+    update.text = translator_.update(table, places);
+    return update;
+}
+
+EngineStatement& Connection::prepared(PlannedStatement& statement) {
+    if (statement.prepared) return *statement.prepared;
+    if (by_sql_.size() >= kSweepFrom)
+        std::erase_if(by_sql_, [](const auto& known) { return known.second.expired(); });
+    std::weak_ptr<EngineStatement>& known = by_sql_[statement.text.sql];
+    statement.prepared = known.lock();
+    if (!statement.prepared) {
+        statement.prepared = engine_->prepare(statement.text);
+        known = statement.prepared;
+        ++prepared_count_;
+    }
+    return *statement.prepared;
+}
+
+void Connection::require_usable() const {
+    if (broken_) throw Error(ErrorKind::lost, "the connection to the company is gone");
+}
+
+template <class Action>
+auto Connection::guarded(const Action& action) {
+    try {
+        return action();
+    } catch (const Error& error) {
+        note_failure(error);
+        throw;
+    }
+}
+
+void Connection::note_failure(const Error& error) {
+    if (error.spoils_connection()) broken_ = true;
+    if (!error.spoils_transaction() && (!begun_ || engine_->in_transaction())) return;
+    if (in_trans_) {
+        spoiled_ = true;
+    } else if (begun_) {
+        engine_->rollback();
+        engine_transaction_ended();
+    }
+}
+
+void Connection::query(PlannedStatement& statement, std::span<const Parameter> parameters,
+                       const RowSink& sink) {
+    require_usable();
+    guarded([&] { engine_->query(prepared(statement), parameters, sink); });
+}
+
+WriteResult Connection::write(PlannedStatement& statement, std::span<const Parameter> parameters) {
+    require_usable();
+    if (in_trans_ && !begin_write()) throw Error(ErrorKind::locked, "another user is writing to the company");
+    ++stamp_;
+    return guarded([&] { return engine_->write(prepared(statement), parameters); });
+}
+
+void Connection::begin_trans() {
+    require_usable();
+    if (in_trans_) throw Error(ErrorKind::state, "a transaction is open already");
+    in_trans_ = true;
+}
+
+void Connection::commit_trans() {
+    if (!in_trans_) throw Error(ErrorKind::state, "no transaction is open");
+    if (spoiled_) throw Error(ErrorKind::state, "the transaction has failed and can only be rolled back");
+    require_usable();
+    if (begun_) guarded([&] { engine_->commit(); });
+    in_trans_ = false;
+    engine_transaction_ended();
+}
+
+void Connection::rollback() {
+    if (!in_trans_) return;
+    if (begun_) engine_->rollback();
+    in_trans_ = false;
+    engine_transaction_ended();
+}
+
+void Connection::engine_transaction_ended() {
+    begun_ = false;
+    spoiled_ = false;
+    holds_ = 0;
+    ++transaction_number_;
+    ++stamp_;
+}
+
+bool Connection::begin_write() {
+    require_usable();
+    if (spoiled_) throw Error(ErrorKind::state, "the transaction has failed and can only be rolled back");
+    if (begun_) return true;
+    if (!guarded([&] { return engine_->begin_write(); })) return false;
+    begun_ = true;
+    ++stamp_;
+    return true;
+}
+
+bool Connection::hold_row(const Table& table, RowKey key, std::uint64_t& hold) {
+    if (!begin_write()) return false;
+    if (!in_trans_) {
+        ++holds_;
+        hold = transaction_number_;
+    }
+    if (guarded([&] { return engine_->lock_row(table, key); })) return true;
+    release(hold);
+    return false;
+}
+
+void Connection::release(std::uint64_t& hold) {
+    const bool over = hold != transaction_number_;
+    hold = 0;
+    if (over || in_trans_ || --holds_ > 0) return;
+    try {
+        engine_->commit();
+    } catch (...) {
+        engine_->rollback();
+        engine_transaction_ended();
+        throw;
+    }
+    engine_transaction_ended();
+}
+
+bool Connection::still_true(std::uint64_t stamp) const {
+    return begun_ && stamp == stamp_ && engine_->excludes_other_writers();
+}
+
+}  // namespace brimley::store

@@ -1,0 +1,104 @@
+// One engine connection: its plans and prepared statements, and its transaction.
+//
+// The transaction has two layers. BeginTrans only says that what follows belongs together; the engine's
+// transaction begins with the first write or lock, so that it never rests on data that was read before it.
+// Outside BeginTrans a locking Edit begins the engine's transaction, which ends when the last such lock is
+// released.
+//
+// After a failure that leaves the engine's transaction in doubt nothing more is written until Rollback: the
+// rest of a save must not become a transaction of its own.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/dialect/lexer.h"
+#include "kernel/store/engine.h"
+#include "kernel/store/error.h"
+#include "kernel/store/lru_cache.h"
+#include "kernel/store/plans.h"
+
+namespace brimley::store {
+
+class Connection {
+  public:
+    // The catalog must outlive it.
+    Connection(std::unique_ptr<Engine> engine, const Catalog& catalog, std::string name);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    [[nodiscard]] const Catalog& catalog() const { return catalog_; }
+    [[nodiscard]] const std::string& name() const { return name_; }
+    // How many statements the engine has been asked to prepare so far.
+    [[nodiscard]] std::int64_t prepared_count() const { return prepared_count_; }
+
+    // Plans of query texts. They leave the text's literals in literals(), which are views into the text.
+    [[nodiscard]] std::shared_ptr<SelectPlan> select_plan(std::string_view query);
+    [[nodiscard]] std::shared_ptr<FindPlan> find_plan(SelectPlan& select, std::string_view criteria);
+    [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
+    [[nodiscard]] std::span<const dialect::Literal> literals() const { return literals_; }
+    // Stay where they are as long as the connection lives.
+    [[nodiscard]] PlannedStatement& insert_plan(const Table& table);
+    // fields: the bits of the fields to be written.
+    [[nodiscard]] PlannedStatement& update_plan(const Table& table, std::span<const std::uint64_t> fields);
+
+    void query(PlannedStatement& statement, std::span<const Parameter> parameters, const RowSink& sink);
+    // Throws ErrorKind::locked when another workspace writes.
+    WriteResult write(PlannedStatement& statement, std::span<const Parameter> parameters);
+
+    void begin_trans();
+    void commit_trans();
+    void rollback();
+    [[nodiscard]] bool in_trans() const { return in_trans_; }
+
+    // Begins the engine's transaction if it is not open. False when another workspace writes.
+    [[nodiscard]] bool begin_write();
+    // Takes the row until the transaction ends, or outside one until release(). False when another workspace
+    // holds it.
+    [[nodiscard]] bool hold_row(const Table& table, RowKey key, std::uint64_t& hold);
+    // Ends what hold_row() began. Nothing happens when the transaction it was part of is over.
+    void release(std::uint64_t& hold);
+
+    // A row read at this stamp is still what the table holds.
+    [[nodiscard]] bool still_true(std::uint64_t stamp) const;
+    [[nodiscard]] std::uint64_t stamp() const { return stamp_; }
+
+  private:
+    [[nodiscard]] EngineStatement& prepared(PlannedStatement& statement);
+    void require_usable() const;
+    void note_failure(const Error& error);
+    // The engine's transaction is over, in whatever way.
+    void engine_transaction_ended();
+    template <class Action>
+    auto guarded(const Action& action);
+
+    const Catalog& catalog_;
+    std::string name_;
+    std::unique_ptr<Engine> engine_;
+    dialect::Translator translator_;
+
+    LruCache<SelectPlan> selects_;
+    LruCache<ChangePlan> changes_;
+    std::unordered_map<const Table*, TablePlan> tables_;
+    // The same SQL may come from texts of different shape.
+    std::unordered_map<std::string, std::weak_ptr<EngineStatement>> by_sql_;
+    std::int64_t prepared_count_ = 0;
+    std::string shape_;
+    std::vector<dialect::Literal> literals_;
+
+    bool in_trans_ = false;
+    bool begun_ = false;    // the engine's transaction is open
+    bool spoiled_ = false;  // only Rollback helps
+    bool broken_ = false;   // nothing helps
+    int holds_ = 0;         // locks outside BeginTrans
+    std::uint64_t transaction_number_ = 1;
+    std::uint64_t stamp_ = 1;
+};
+
+}  // namespace brimley::store

@@ -1,0 +1,41 @@
+// How one engine writes what the dialect means: the translator asks a flavour for every piece of SQL that
+// engines spell differently. All arguments and results are pieces of SQL, complete in themselves.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace brimley::store::dialect {
+
+enum class ParameterKind { text, number, integer, flag, date, row_key };
+
+// The hidden column of every table that holds its row key. No table of a catalog has a field of that name.
+inline constexpr std::string_view kRowKeyColumn = "row_id";
+
+class Flavour {
+  public:
+    virtual ~Flavour() = default;
+
+    // The n-th parameter, from 1.
+    [[nodiscard]] virtual std::string parameter(std::size_t number, ParameterKind kind) const = 0;
+    [[nodiscard]] virtual std::string flag(bool value) const = 0;
+    // The number that the whole of a text is, else null.
+    [[nodiscard]] virtual std::string number_of_text(const std::string& text) const = 0;
+    // VAL: the number that a text begins with, 0 when there is none or the text is null.
+    [[nodiscard]] virtual std::string leading_number(const std::string& text) const = 0;
+    // UCASE.
+    [[nodiscard]] virtual std::string upper_case(const std::string& text) const = 0;
+    // Two dates, one minus the other, in days with fractions.
+    [[nodiscard]] virtual std::string days_between(const std::string& later,
+                                                   const std::string& earlier) const = 0;
+    [[nodiscard]] virtual std::string plus_days(const std::string& date, const std::string& days) const = 0;
+    // As floating numbers; null when the divisor is 0.
+    [[nodiscard]] virtual std::string quotient(const std::string& dividend,
+                                               const std::string& divisor) const = 0;
+    // What stands behind an ORDER BY term so that nulls are smallest.
+    [[nodiscard]] virtual std::string nulls_first(bool descending) const = 0;
+    // Names of tables and fields.
+    [[nodiscard]] virtual std::string name(std::string_view name) const = 0;
+};
+
+}  // namespace brimley::store::dialect

@@ -1,0 +1,127 @@
+#include "kernel/store/dialect/parameters.h"
+
+#include <charconv>
+
+#include "kernel/store/convert.h"
+#include "kernel/store/error.h"
+
+namespace brimley::store::dialect {
+
+namespace {
+
+ParameterKind kind_of(const LiteralParameter& parameter) {
+    switch (parameter.use) {
+        case LiteralUse::text:
+            return ParameterKind::text;
+        case LiteralUse::number:
+        case LiteralUse::number_of_text:
+            return ParameterKind::number;
+        case LiteralUse::date_of_query:
+        case LiteralUse::date_of_digits:
+            return ParameterKind::date;
+        case LiteralUse::flag_of_number:
+        case LiteralUse::flag_of_text:
+            return ParameterKind::flag;
+        case LiteralUse::stored:
+            break;
+    }
+    switch (parameter.field->type) {
+        case FieldType::text:
+            return ParameterKind::text;
+        case FieldType::number:
+            return ParameterKind::number;
+        case FieldType::integer:
+            return ParameterKind::integer;
+        case FieldType::yes_no:
+            return ParameterKind::flag;
+        default:
+            return ParameterKind::date;
+    }
+}
+
+Value date_of(const Literal& literal, std::optional<DateTime> date) {
+    if (!date) throw Error(ErrorKind::conversion, "\"" + std::string(literal.text) + "\" is no date");
+    return *date;
+}
+
+template <class T>
+Value value_or_null(const std::optional<T>& value) {
+    return value ? Value(*value) : Value();
+}
+
+}  // namespace
+
+std::string ParameterList::add(LiteralParameter literal) {
+    literals_.push_back(literal);
+    kinds_.push_back(kind_of(literal));
+    return flavour_.parameter(kinds_.size(), kinds_.back());
+}
+
+std::string ParameterList::add_row_key() {
+    kinds_.push_back(ParameterKind::row_key);
+    return flavour_.parameter(kinds_.size(), kinds_.back());
+}
+
+double number_of(const Literal& literal) {
+    double number = 0;
+    const auto end = std::from_chars(literal.text.data(), literal.text.data() + literal.text.size(), number);
+    if (end.ec != std::errc{})
+        throw Error(ErrorKind::conversion, "\"" + std::string(literal.text) + "\" is beyond all numbers");
+    return number;
+}
+
+Value value_of(const LiteralParameter& parameter, const Literal& literal) {
+    switch (parameter.use) {
+        case LiteralUse::text:
+            return literal.text;
+        case LiteralUse::number:
+            return number_of(literal);
+        case LiteralUse::number_of_text:
+            return value_or_null(whole_number_text(literal.text));
+        case LiteralUse::date_of_query:
+            return date_of(literal, parse_query_date(literal.text));
+        case LiteralUse::date_of_digits:
+            return date_of(literal, parse_yyyymmdd(literal.text));
+        case LiteralUse::flag_of_number:
+            return number_of(literal) != 0;
+        case LiteralUse::flag_of_text:
+            return value_or_null(parse_flag_word(literal.text));
+        case LiteralUse::stored:
+            break;
+    }
+    const Value value = literal.is_text ? Value(literal.text) : Value(number_of(literal));
+    return convert_for_field(value, *parameter.field);
+}
+
+Parameter parameter_of(const Value& value) {
+    if (value.is_text()) return std::string_view(value.text_ref());
+    if (value.is_number()) return value.number_ref();
+    if (value.is_flag()) return value.flag();
+    if (const auto date = value.date()) return *date;
+    return {};
+}
+
+void BoundParameters::add(std::span<const LiteralParameter> parameters, std::span<const Literal> literals) {
+    parameters_.reserve(parameters_.size() + parameters.size() + 1);
+    for (const LiteralParameter& parameter : parameters) {
+        const Literal& literal = literals[parameter.literal];
+        if (parameter.use == LiteralUse::text) {
+            parameters_.emplace_back(literal.text);
+            continue;
+        }
+        Value value = value_of(parameter, literal);
+        if (!value.is_text()) {
+            parameters_.push_back(parameter_of(value));
+            continue;
+        }
+        owned_.push_back(std::make_unique<Value>(std::move(value)));
+        parameters_.push_back(parameter_of(*owned_.back()));
+    }
+}
+
+void BoundParameters::add(std::span<const Value> values) {
+    for (const Value& value : values)
+        parameters_.push_back(parameter_of(value));
+}
+
+}  // namespace brimley::store::dialect

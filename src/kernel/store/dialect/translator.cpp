@@ -1,0 +1,141 @@
+#include "kernel/store/dialect/translator.h"
+
+#include <fmt/format.h>
+
+#include "kernel/store/dialect/parser.h"
+#include "kernel/store/dialect/select_translator.h"
+
+namespace brimley::store::dialect {
+
+namespace {
+
+ParameterKind stored_kind(const Field& field) {
+    switch (field.type) {
+        case FieldType::text:
+            return ParameterKind::text;
+        case FieldType::number:
+            return ParameterKind::number;
+        case FieldType::integer:
+            return ParameterKind::integer;
+        case FieldType::yes_no:
+            return ParameterKind::flag;
+        default:
+            return ParameterKind::date;
+    }
+}
+
+// UPDATE and DELETE of one statement.
+class ChangeTranslator {
+  public:
+    ChangeTranslator(std::string_view statement, const Catalog& catalog, const Flavour& flavour)
+        : flavour_(flavour),
+          scope_(statement, catalog, flavour),
+          parameters_(flavour),
+          writer_(scope_, parameters_, flavour) {}
+
+    ChangeTranslation operator()(const Update& update) {
+        const std::string target = add_table(update.table);
+        const Table& table = *scope_.sources().front().table;
+        std::string list;
+        for (const Assignment& assignment : update.assignments) {
+            Expression field;
+            field.position = assignment.position;
+            field.name = assignment.field;
+            const int place = scope_.resolve(field).field;
+            const Field& assigned = table.fields[static_cast<std::size_t>(place)];
+            list += fmt::format("{}{} = {}", list.empty() ? "" : ", ", flavour_.name(assigned.name),
+                                writer_.assigned(*assignment.value, assigned));
+        }
+        return finish(fmt::format("UPDATE {} SET {}", target, list), update.where.get());
+    }
+
+    ChangeTranslation operator()(const Delete& remove) {
+        return finish("DELETE FROM " + add_table(remove.table), remove.where.get());
+    }
+
+  private:
+    std::string add_table(const Source& source) {
+        const std::string alias = scope_.add_table(source);
+        return fmt::format("{} AS {}", flavour_.name(scope_.sources().front().table->name), alias);
+    }
+
+    ChangeTranslation finish(std::string sql, const Expression* where) {
+        if (where) sql += " WHERE " + writer_.condition(*where);
+        return {{std::move(sql), parameters_.kinds()}, parameters_.literals()};
+    }
+
+    const Flavour& flavour_;
+    Scope scope_;
+    ParameterList parameters_;
+    ExpressionWriter writer_;
+};
+
+}  // namespace
+
+SelectTranslation Translator::select(std::string_view query) const {
+    return SelectTranslator(query, catalog_, flavour_).translate(parse_select(query));
+}
+
+ChangeTranslation Translator::change(std::string_view statement) const {
+    const Change change = parse_change(statement);
+    return std::visit(ChangeTranslator(statement, catalog_, flavour_), change);
+}
+
+FindTranslation Translator::find(const SelectTranslation& select, std::string_view criteria) const {
+    FindTranslation find;
+    find.criteria = parse_criteria(criteria);
+    if (!select.table) return find;
+    Scope scope(criteria, catalog_, flavour_);
+    scope.add_table({0, select.table->name});
+    ParameterList parameters(flavour_, select.outer_kinds);
+    const std::string condition = ExpressionWriter(scope, parameters, flavour_).condition(*find.criteria);
+    find.literals = parameters.literals();
+    const std::vector<ParameterKind> without_key = parameters.kinds();
+    const std::string key_parameter = parameters.add_row_key();
+
+    const std::string& key = scope.sources().front().row_keys.front();
+    const std::string rows =
+        fmt::format("SELECT {}, {} FROM {} WHERE {}", key, select.select_list, select.from, condition);
+    const std::vector<FieldType>& columns = select.rows.columns;
+    find.first = {fmt::format("{} ORDER BY {} LIMIT 1", rows, select.order), without_key, true, columns};
+    find.first_after = {
+        fmt::format("{} AND {} > {} ORDER BY {} LIMIT 1", rows, key, key_parameter, select.order),
+        parameters.kinds(), true, columns};
+    find.keys = {
+        fmt::format("SELECT {} FROM {} WHERE {}", key, select.from, condition), without_key, true, {}};
+    find.at_key = {fmt::format("{} AND {} = {}", rows, key, key_parameter), parameters.kinds(), true,
+                   columns};
+    return find;
+}
+
+StatementText Translator::insert(const Table& table) const {
+    StatementText text;
+    std::string names;
+    std::string values;
+    for (const Field& field : table.fields) {
+        text.parameters.push_back(stored_kind(field));
+        const char* const comma = names.empty() ? "" : ", ";
+        names += comma + flavour_.name(field.name);
+        values += comma + flavour_.parameter(text.parameters.size(), text.parameters.back());
+    }
+    text.sql = fmt::format("INSERT INTO {} ({}) VALUES ({})", flavour_.name(table.name), names, values);
+    return text;
+}
+
+StatementText Translator::update(const Table& table, const std::vector<int>& fields) const {
+    StatementText text;
+    std::string list;
+    for (const int place : fields) {
+        const Field& field = table.fields[static_cast<std::size_t>(place)];
+        text.parameters.push_back(stored_kind(field));
+        list += fmt::format("{}{} = {}", list.empty() ? "" : ", ", flavour_.name(field.name),
+                            flavour_.parameter(text.parameters.size(), text.parameters.back()));
+    }
+    text.parameters.push_back(ParameterKind::row_key);
+    text.sql = fmt::format("UPDATE {} SET {} WHERE {} = {}", flavour_.name(table.name), list,
+                           flavour_.name(kRowKeyColumn),
+                           flavour_.parameter(text.parameters.size(), ParameterKind::row_key));
+    return text;
+}
+
+}  // namespace brimley::store::dialect

@@ -1,0 +1,94 @@
+// Query texts of the dialect turned into statements of an engine.
+//
+// A translation depends on the shape of a text only, never on its literals, and so is kept and used for every
+// text of that shape. The parameters of every statement of one translation stand in this order: the literals
+// of the select list and the ORDER BY; the literals of the conditions; a row key where the statement wants
+// one.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/dialect/parameters.h"
+#include "kernel/store/dialect/statement_text.h"
+#include "kernel/store/dialect/syntax.h"
+
+namespace brimley::store::dialect {
+
+struct ResultColumn {
+    std::string name;
+    FieldType type = FieldType::text;
+    int field = -1;  // its place in the table, when it is a plain field
+};
+
+// Two literals compared with each other, as in WHERE 1 = 2. When such a condition is false no row can be in
+// the result, and the engine need not be asked.
+struct ConstantTest {
+    std::size_t left = 0;
+    std::size_t right = 0;
+    std::string sign;
+};
+
+struct SelectTranslation {
+    std::vector<ResultColumn> columns;
+    // The table, when its rows can be told apart and changed: one table, no aggregate, nothing nested.
+    const Table* table = nullptr;
+    bool has_condition = false;
+    bool ordered = false;                     // has an ORDER BY
+    std::vector<LiteralParameter> outer;      // of the select list and the ORDER BY
+    std::vector<LiteralParameter> condition;  // of the WHERE and every ON
+    std::vector<ConstantTest> constants;
+
+    StatementText rows;  // all rows; keyed when there is a table
+    // Only with a table:
+    StatementText first_row;  // only without conditions: the first of all rows
+    StatementText keys;       // all keys, nothing else
+    StatementText by_key;     // one row; parameters: outer, key
+
+    std::string select_list;  // pieces that FindFirst is made of
+    std::string from;
+    std::string order;
+    std::vector<ParameterKind> outer_kinds;
+};
+
+// The rows of a table that meet the criteria of a FindFirst on the recordset of a translation.
+struct FindTranslation {
+    ExpressionPtr criteria;  // for rows in memory
+    std::vector<LiteralParameter> literals;
+    // Only with a table. Parameters: outer, literals, and the key where told.
+    StatementText first;        // the first in the recordset's order
+    StatementText first_after;  // the first behind the key, in insertion order
+    StatementText keys;         // of all matches
+    StatementText at_key;       // the row of the key, if it matches
+};
+
+struct ChangeTranslation {
+    StatementText text;
+    std::vector<LiteralParameter> literals;
+};
+
+class Translator {
+  public:
+    Translator(const Catalog& catalog, const Flavour& flavour) : catalog_(catalog), flavour_(flavour) {}
+
+    // All of them throw ErrorKind::syntax and ErrorKind::name.
+    [[nodiscard]] SelectTranslation select(std::string_view query) const;
+    // The select's own translation and the table that it is of; the criteria's names are looked up in that
+    // table, or among the result columns when there is none.
+    [[nodiscard]] FindTranslation find(const SelectTranslation& select, std::string_view criteria) const;
+    [[nodiscard]] ChangeTranslation change(std::string_view statement) const;
+
+    // Statements of a table that need no query text. The parameters are the fields' values in order.
+    [[nodiscard]] StatementText insert(const Table& table) const;
+    // The fields, by their places, of the row of the key; the key is the last parameter.
+    [[nodiscard]] StatementText update(const Table& table, const std::vector<int>& fields) const;
+
+  private:
+    const Catalog& catalog_;
+    const Flavour& flavour_;
+};
+
+}  // namespace brimley::store::dialect

@@ -1,0 +1,30 @@
+#include "kernel/store/edit_buffer.h"
+
+#include <utility>
+
+namespace brimley::store {
+
+void EditBuffer::begin(Mode mode, int columns) {
+    end();
+    mode_ = mode;
+    const auto size = static_cast<std::size_t>(columns);
+    if (values_.size() == size) return;
+    values_.resize(size);
+    set_.assign(size, 0);
+}
+
+void EditBuffer::end() {
+    for (const int column : order_)
+        set_[static_cast<std::size_t>(column)] = 0;
+    order_.clear();
+    mode_ = Mode::none;
+}
+
+void EditBuffer::set(int column, Value value) {
+    const auto at = static_cast<std::size_t>(column);
+    if (!set_[at]) order_.push_back(column);
+    set_[at] = 1;
+    values_[at] = std::move(value);
+}
+
+}  // namespace brimley::store

@@ -1,0 +1,87 @@
+// What an engine does for the store: the only place where engines differ.
+//
+// A Connection owns one Engine and speaks to it in statements of the engine's own SQL, which the dialect's
+// translator has written with the engine's Flavour. Values travel as typed parameters and typed cells only.
+//
+// Every call is complete in itself: query() hands each row to a function and has let go of the statement when
+// it returns, so that no cursor ever pins an old state of the data. A call made while the function runs sees
+// the same state.
+//
+// Failures are store::Error. What the store can foresee is an answer instead: begin_write() and lock_row()
+// return false when another workspace is in the way, and nothing has changed then.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/dialect/statement_text.h"
+#include "kernel/store/row.h"
+#include "kernel/store/value.h"
+
+namespace brimley::store {
+
+// The hidden key of a row: given when the row is added, growing, never shown, unchanged while the row exists.
+using RowKey = std::int64_t;
+
+// A parameter's value; texts are only looked at during the call. Null fits every parameter.
+using Parameter = std::variant<std::monostate, std::string_view, double, std::int64_t, bool, DateTime>;
+
+// A statement that the engine has prepared. Usable with the engine that made it, while that lives.
+class EngineStatement {
+  public:
+    virtual ~EngineStatement() = default;
+};
+
+// One row of a running query. Valid only inside the function that it is handed to.
+class EngineRow {
+  public:
+    virtual ~EngineRow() = default;
+    // Only when the statement is keyed.
+    [[nodiscard]] virtual RowKey key() const = 0;
+    // Replaces what the row holds by the typed columns.
+    virtual void read(Row& into) const = 0;
+};
+
+// Returns whether to go on with the next row.
+using RowSink = std::function<bool(const EngineRow&)>;
+
+struct WriteResult {
+    std::int64_t rows = 0;  // changed, added or deleted
+    RowKey key = 0;         // of the row added, after an INSERT
+};
+
+class Engine {
+  public:
+    virtual ~Engine() = default;
+
+    [[nodiscard]] virtual const dialect::Flavour& flavour() const = 0;
+    [[nodiscard]] virtual std::unique_ptr<EngineStatement> prepare(const StatementText& text) = 0;
+    virtual void query(EngineStatement& statement, std::span<const Parameter> parameters,
+                       const RowSink& sink) = 0;
+    // INSERT, UPDATE, DELETE. Outside begin_write() it is a transaction of its own.
+    virtual WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) = 0;
+
+    // Begins a transaction that may write, at once or not at all.
+    [[nodiscard]] virtual bool begin_write() = 0;
+    virtual void commit() = 0;
+    // Never fails: an engine that cannot say so any more has lost the transaction already.
+    virtual void rollback() noexcept = 0;
+    // Whether a transaction begun here is still open. An engine may have ended it by itself when the disk
+    // failed.
+    [[nodiscard]] virtual bool in_transaction() const = 0;
+
+    // Within a transaction: takes the row until its end, at once or not at all.
+    [[nodiscard]] virtual bool lock_row(const Table& table, RowKey key) = 0;
+    // Whether an open transaction keeps every other workspace from writing, so that what was read within it
+    // stays true until this workspace writes.
+    [[nodiscard]] virtual bool excludes_other_writers() const = 0;
+};
+
+}  // namespace brimley::store

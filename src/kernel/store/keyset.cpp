@@ -1,0 +1,209 @@
+#include "kernel/store/keyset.h"
+
+#include <algorithm>
+
+namespace brimley::store {
+
+namespace {
+
+// Most keysets have one row, which is wanted at once. One with more rows than this is opened once more for
+// its keys alone, so that the rest of its rows is not read for nothing.
+constexpr std::size_t kWholeRowsMax = 8;
+// Up to here the keys are tried one by one; the table may be much larger than the keyset.
+constexpr std::size_t kTriedKeysMax = 256;
+
+}  // namespace
+
+// The criteria of one find, ready to run.
+struct Keyset::Search {
+    std::shared_ptr<FindPlan> plan;
+    dialect::BoundParameters parameters;
+    dialect::BoundParameters with_key(RowKey key) const {
+        dialect::BoundParameters more;
+        more.add(parameters);
+        more.add_row_key(key);
+        return more;
+    }
+};
+
+Keyset::Keyset(Connection& connection, std::shared_ptr<SelectPlan> plan,
+               std::span<const Parameter> parameters, std::vector<Value> outer, bool empty)
+    : connection_(connection), plan_(std::move(plan)), outer_(std::move(outer)) {
+    if (!empty && !plan_->translation.has_condition) return;
+    has_keys_ = true;
+    place_ = Place::past_end;
+    if (!empty) open(parameters);
+}
+
+void Keyset::open(std::span<const Parameter> parameters) {
+    connection_.query(plan_->rows, parameters, [&](const EngineRow& row) {
+        keys_.push_back(row.key());
+        if (keys_.size() == 1) row.read(row_);
+        if (keys_.size() < kWholeRowsMax) return true;
+        keys_.clear();
+        connection_.query(plan_->keys, parameters, [&](const EngineRow& each) {
+            keys_.push_back(each.key());
+            return true;
+        });
+        return false;
+    });
+    ascending_ = std::ranges::is_sorted(keys_);
+    if (keys_.empty()) return;
+    place_ = Place::on_row;
+    key_ = keys_.front();
+    row_stamp_ = connection_.stamp();
+}
+
+void Keyset::read_first() {
+    place_ = Place::past_end;
+    dialect::BoundParameters parameters;
+    parameters.add(outer_);
+    (void)read_match(plan_->first_row, parameters.span());
+}
+
+const Row* Keyset::current() {
+    if (place_ == Place::first_unread) read_first();
+    return place_ == Place::on_row ? &row_ : nullptr;
+}
+
+std::int64_t Keyset::place() { return current() ? key_ : -1; }
+
+std::int64_t Keyset::count() {
+    require_keys();
+    return static_cast<std::int64_t>(keys_.size());
+}
+
+void Keyset::require_keys() {
+    if (has_keys_) return;
+    dialect::BoundParameters parameters;
+    parameters.add(outer_);
+    std::vector<RowKey> keys;
+    connection_.query(plan_->keys, parameters.span(), [&](const EngineRow& row) {
+        keys.push_back(row.key());
+        return true;
+    });
+    // Rows added through the recordset stand at its end, wherever the order would put them.
+    if (!added_.empty())
+        std::erase_if(keys, [&](RowKey key) { return std::ranges::find(added_, key) != added_.end(); });
+    keys.insert(keys.end(), added_.begin(), added_.end());
+    keys_ = std::move(keys);
+    ascending_ = std::ranges::is_sorted(keys_);
+    has_keys_ = true;
+}
+
+std::ptrdiff_t Keyset::index_of(RowKey key) {
+    if (ascending_) {
+        const auto found = std::ranges::lower_bound(keys_, key);
+        return found == keys_.end() || *found != key ? -1 : found - keys_.begin();
+    }
+    for (std::size_t i = indexes_.size(); i < keys_.size(); ++i)
+        indexes_.emplace(keys_[i], static_cast<std::ptrdiff_t>(i));
+    const auto found = indexes_.find(key);
+    return found == indexes_.end() ? -1 : found->second;
+}
+
+bool Keyset::read_match(PlannedStatement& statement, std::span<const Parameter> parameters) {
+    bool found = false;
+    connection_.query(statement, parameters, [&](const EngineRow& row) {
+        key_ = row.key();
+        row.read(row_);
+        found = true;
+        return false;
+    });
+    if (!found) return false;
+    place_ = Place::on_row;
+    row_stamp_ = connection_.stamp();
+    return true;
+}
+
+bool Keyset::read_row(RowKey key) {
+    if (place_ == Place::on_row && key == key_ && connection_.still_true(row_stamp_)) return true;
+    dialect::BoundParameters parameters;
+    parameters.add(outer_);
+    parameters.add_row_key(key);
+    return read_match(plan_->by_key, parameters.span());
+}
+
+void Keyset::walk_from(std::ptrdiff_t index, int step) {
+    const auto end = static_cast<std::ptrdiff_t>(keys_.size());
+    for (; index >= 0 && index < end; index += step)
+        if (read_row(keys_[static_cast<std::size_t>(index)])) return;
+    place_ = Place::past_end;
+}
+
+void Keyset::move_first() {
+    if (has_keys_)
+        walk_from(0, 1);
+    else
+        place_ = Place::first_unread;
+}
+
+void Keyset::move_last() {
+    require_keys();
+    walk_from(static_cast<std::ptrdiff_t>(keys_.size()) - 1, -1);
+}
+
+void Keyset::move_next() {
+    if (!current()) return;
+    require_keys();
+    walk_from(index_of(key_) + 1, 1);
+}
+
+void Keyset::go_to(std::int64_t place) {
+    if (place < 0 || !read_row(place)) throw Error(ErrorKind::state, "no row at this bookmark");
+}
+
+bool Keyset::refresh() { return read_row(key_); }
+
+void Keyset::replace_current(Row& row) {
+    std::swap(row_, row);
+    row_stamp_ = connection_.stamp();
+}
+
+void Keyset::append(RowKey key) {
+    if (!has_keys_) {
+        added_.push_back(key);
+        return;
+    }
+    ascending_ = ascending_ && (keys_.empty() || keys_.back() < key);
+    keys_.push_back(key);
+}
+
+bool Keyset::find(std::string_view criteria, bool onward) {
+    Search search{connection_.find_plan(*plan_, criteria), {}};
+    search.parameters.add(outer_);
+    search.parameters.add(search.plan->translation.literals, connection_.literals());
+    if (onward && !current()) return false;
+    // In the table itself the order of the recordset is at hand only as long as no row stands out of it, and
+    // "behind the current row" only when the order is that of the keys.
+    const bool ordered = plan_->translation.ordered;
+    if (!has_keys_ && (!ordered || (added_.empty() && !onward))) return find_in_table(search, onward);
+    require_keys();
+    const std::ptrdiff_t from = onward ? index_of(key_) + 1 : 0;
+    return keys_.size() <= kTriedKeysMax ? find_key_by_key(search, from) : find_among_matches(search, from);
+}
+
+bool Keyset::find_in_table(Search& search, bool onward) {
+    FindPlan& plan = *search.plan;
+    if (!onward) return read_match(plan.first, search.parameters.span());
+    return read_match(plan.first_after, search.with_key(key_).span());
+}
+
+bool Keyset::find_key_by_key(Search& search, std::ptrdiff_t from) {
+    for (auto index = static_cast<std::size_t>(from); index < keys_.size(); ++index)
+        if (read_match(search.plan->at_key, search.with_key(keys_[index]).span())) return true;
+    return false;
+}
+
+bool Keyset::find_among_matches(Search& search, std::ptrdiff_t from) {
+    auto best = static_cast<std::ptrdiff_t>(keys_.size());
+    connection_.query(search.plan->keys, search.parameters.span(), [&](const EngineRow& row) {
+        const std::ptrdiff_t index = index_of(row.key());
+        if (index >= from) best = std::min(best, index);
+        return true;
+    });
+    return best < static_cast<std::ptrdiff_t>(keys_.size()) &&
+           read_row(keys_[static_cast<std::size_t>(best)]);
+}
+
+}  // namespace brimley::store

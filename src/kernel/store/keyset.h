@@ -1,0 +1,82 @@
+// The rows of one table as a keyset: which rows, and in which order, is fixed; what they hold is read afresh
+// at every move.
+//
+// A keyset without a WHERE starts without its keys. As long as nobody walks it, its current row is known by
+// its key alone, and a find is one look-up in the table. The keys are fetched when a move or a count needs
+// them.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "kernel/store/connection.h"
+#include "kernel/store/dialect/parameters.h"
+#include "kernel/store/record_source.h"
+
+namespace brimley::store {
+
+class Keyset final : public RecordSource {
+  public:
+    // outer: the values of the literals outside the conditions. Reads nothing when empty, and nothing yet
+    // when there is no WHERE.
+    Keyset(Connection& connection, std::shared_ptr<SelectPlan> plan, std::span<const Parameter> parameters,
+           std::vector<Value> outer, bool empty);
+
+    [[nodiscard]] bool at_eof() override { return current() == nullptr; }
+    [[nodiscard]] std::int64_t count() override;
+    void move_first() override;
+    void move_last() override;
+    void move_next() override;
+    [[nodiscard]] bool find(std::string_view criteria, bool onward) override;
+    [[nodiscard]] const Row* current() override;
+    [[nodiscard]] std::int64_t place() override;
+    void go_to(std::int64_t place) override;
+
+    // Only with a current row:
+    [[nodiscard]] RowKey current_key() const { return key_; }
+    // Reads the current row again, unless nothing can have changed it. False when it is gone.
+    [[nodiscard]] bool refresh();
+    // The current row has just been written and now holds this.
+    void replace_current(Row& row);
+
+    // A row that was added through the recordset: the last one from now on.
+    void append(RowKey key);
+
+  private:
+    enum class Place { first_unread, on_row, past_end };
+
+    void open(std::span<const Parameter> parameters);
+    void read_first();
+    void require_keys();
+    // The key's place among the keys, -1 when it is none of them.
+    [[nodiscard]] std::ptrdiff_t index_of(RowKey key);
+    // To the first row at or behind the place, or at or before it, that still exists.
+    void walk_from(std::ptrdiff_t index, int step);
+    [[nodiscard]] bool read_row(RowKey key);
+    [[nodiscard]] bool read_match(PlannedStatement& statement, std::span<const Parameter> parameters);
+
+    struct Search;
+    [[nodiscard]] bool find_in_table(Search& search, bool onward);
+    [[nodiscard]] bool find_key_by_key(Search& search, std::ptrdiff_t from);
+    [[nodiscard]] bool find_among_matches(Search& search, std::ptrdiff_t from);
+
+    Connection& connection_;
+    std::shared_ptr<SelectPlan> plan_;
+    std::vector<Value> outer_;
+
+    bool has_keys_ = false;
+    std::vector<RowKey> keys_;
+    std::vector<RowKey> added_;  // while there are no keys yet
+    std::unordered_map<RowKey, std::ptrdiff_t> indexes_;
+    bool ascending_ = true;  // the keys are; then none of them needs to stand in indexes_
+
+    Place place_ = Place::first_unread;
+    RowKey key_ = 0;
+    Row row_;
+    std::uint64_t row_stamp_ = 0;
+};
+
+}  // namespace brimley::store

@@ -1,0 +1,30 @@
+#include "kernel/store/plans.h"
+
+namespace brimley::store {
+
+namespace {
+
+constexpr std::size_t kFindsMax = 64;
+
+std::vector<std::string> names_of(const dialect::SelectTranslation& translation) {
+    std::vector<std::string> names;
+    for (const dialect::ResultColumn& column : translation.columns)
+        names.push_back(column.name);
+    return names;
+}
+
+}  // namespace
+
+SelectPlan::SelectPlan(dialect::SelectTranslation made)
+    : translation(std::move(made)),
+      names(names_of(translation)),
+      rows{translation.rows},
+      first_row{translation.first_row},
+      keys{translation.keys},
+      by_key{translation.by_key},
+      finds(kFindsMax) {}
+
+ChangePlan::ChangePlan(dialect::ChangeTranslation made)
+    : literals(std::move(made.literals)), statement{std::move(made.text)} {}
+
+}  // namespace brimley::store

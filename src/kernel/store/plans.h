@@ -1,0 +1,55 @@
+// Translations that a connection keeps, together with their prepared statements.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "kernel/store/column_names.h"
+#include "kernel/store/dialect/translator.h"
+#include "kernel/store/engine.h"
+#include "kernel/store/lru_cache.h"
+
+namespace brimley::store {
+
+// A statement that is prepared when it is first run.
+struct PlannedStatement {
+    StatementText text{};
+    std::shared_ptr<EngineStatement> prepared{};
+};
+
+struct FindPlan {
+    dialect::FindTranslation translation;
+    PlannedStatement first;
+    PlannedStatement first_after;
+    PlannedStatement keys;
+    PlannedStatement at_key;
+    bool columns_looked_up = false;  // for rows in memory
+};
+
+struct SelectPlan {
+    explicit SelectPlan(dialect::SelectTranslation made);
+
+    dialect::SelectTranslation translation;
+    ColumnNames names;
+    PlannedStatement rows;
+    PlannedStatement first_row;
+    PlannedStatement keys;
+    PlannedStatement by_key;
+    LruCache<FindPlan> finds;
+};
+
+struct ChangePlan {
+    explicit ChangePlan(dialect::ChangeTranslation made);
+
+    std::vector<dialect::LiteralParameter> literals;
+    PlannedStatement statement;
+};
+
+// What Update of a recordset runs.
+struct TablePlan {
+    PlannedStatement insert;
+    // By the set of fields changed: a bit for each field of the table.
+    TextMap<PlannedStatement> updates;
+};
+
+}  // namespace brimley::store

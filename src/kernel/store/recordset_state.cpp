@@ -1,0 +1,205 @@
+#include "kernel/store/recordset_state.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "kernel/store/convert.h"
+#include "kernel/store/dialect/evaluator.h"
+#include "kernel/store/error.h"
+#include "kernel/store/snapshot.h"
+
+namespace brimley::store {
+
+namespace {
+
+constexpr std::size_t kFieldsInWord = 64;
+
+Value literal_value(const dialect::Literal& literal) {
+    return literal.is_text ? Value(literal.text) : Value(dialect::number_of(literal));
+}
+
+// Whether a condition without any field, such as 1 = 2, keeps every row out.
+bool nothing_meets(const dialect::SelectTranslation& select, std::span<const dialect::Literal> literals) {
+    return !std::ranges::all_of(select.constants, [&](const dialect::ConstantTest& test) {
+        return dialect::compare(literal_value(literals[test.left]), test.sign,
+                                literal_value(literals[test.right]))
+            .value_or(false);
+    });
+}
+
+Value new_value(const Field& field) {
+    return field.type == FieldType::yes_no && !field.nullable_flag ? Value(false) : Value();
+}
+
+}  // namespace
+
+Recordset::State::State(std::shared_ptr<Connection> connection, std::string_view query, RecordsetKind kind)
+    : connection_(std::move(connection)), plan_(connection_->select_plan(query)) {
+    const dialect::SelectTranslation& select = plan_->translation;
+    const auto literals = connection_->literals();
+    const bool empty = nothing_meets(select, literals);
+    dialect::BoundParameters parameters;
+    parameters.add(select.outer, literals);
+    parameters.add(select.condition, literals);
+    if (kind == RecordsetKind::snapshot || !select.table) {
+        source_ = std::make_unique<Snapshot>(*connection_, plan_, parameters.span(), empty);
+        return;
+    }
+    std::vector<Value> outer;
+    for (const dialect::LiteralParameter& parameter : select.outer)
+        outer.push_back(value_of(parameter, literals[parameter.literal]));
+    auto keyset = std::make_unique<Keyset>(*connection_, plan_, parameters.span(), std::move(outer), empty);
+    keyset_ = keyset.get();
+    source_ = std::move(keyset);
+}
+
+Recordset::State::~State() {
+    try {
+        cancel();
+    } catch (const Error&) {
+        // Nothing was written under the lock that is let go of here.
+        hold_ = 0;
+    }
+}
+
+RecordSource& Recordset::State::moving() {
+    cancel();
+    return *source_;
+}
+
+int Recordset::State::column_of(std::string_view name) const {
+    const int column = plan_->names.find(name);
+    if (column < 0) throw Error(ErrorKind::name, "no field \"" + std::string(name) + "\" in the recordset");
+    return column;
+}
+
+Value Recordset::State::value(int column) {
+    if (buffer_.active() && buffer_.is_set(column)) return buffer_.value(column);
+    if (buffer_.mode() == EditBuffer::Mode::adding) {
+        const int field = plan_->translation.columns[static_cast<std::size_t>(column)].field;
+        return field < 0 ? Value() : new_value(field_of(column));
+    }
+    const Row* const row = source_->current();
+    if (!row) throw Error(ErrorKind::state, "no current row in the recordset");
+    return row->value(column);
+}
+
+const Table& Recordset::State::require_table() const {
+    if (!keyset_) throw Error(ErrorKind::state, "the recordset cannot be changed");
+    return *plan_->translation.table;
+}
+
+const Field& Recordset::State::field_of(int column) const {
+    const dialect::ResultColumn& shown = plan_->translation.columns[static_cast<std::size_t>(column)];
+    if (shown.field < 0) throw Error(ErrorKind::state, shown.name + " is computed and cannot be changed");
+    return require_table().fields[static_cast<std::size_t>(shown.field)];
+}
+
+void Recordset::State::add_new() {
+    (void)require_table();
+    cancel();
+    buffer_.begin(EditBuffer::Mode::adding, plan_->names.size());
+}
+
+bool Recordset::State::edit() {
+    (void)require_table();
+    cancel();
+    if (!keyset_->current()) throw Error(ErrorKind::state, "no current row to edit");
+    if (!take_row()) return false;
+    if (!keyset_->refresh()) {
+        connection_->release(hold_);
+        throw Error(ErrorKind::state, "the row to edit is gone");
+    }
+    buffer_.begin(EditBuffer::Mode::editing, plan_->names.size());
+    return true;
+}
+
+// Inside a transaction even an Edit without LockEdits takes its place among the writers: what it reads now
+// must still hold when it is written.
+bool Recordset::State::take_row() {
+    if (pessimistic_) return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
+    return !connection_->in_trans() || connection_->begin_write();
+}
+
+void Recordset::State::set(std::string_view name, const Value& value) {
+    if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
+    const int column = column_of(name);
+    buffer_.set(column, convert_for_field(value, field_of(column)));
+}
+
+void Recordset::State::update() {
+    if (!buffer_.active()) throw Error(ErrorKind::state, "Update without AddNew or Edit");
+    if (buffer_.mode() == EditBuffer::Mode::adding)
+        insert_row();
+    else
+        update_row();
+    buffer_.end();
+    connection_->release(hold_);
+}
+
+void Recordset::State::cancel() {
+    buffer_.end();
+    connection_->release(hold_);
+}
+
+void Recordset::State::insert_row() {
+    const Table& table = require_table();
+    parameters_.clear();
+    for (const Field& field : table.fields)
+        parameters_.push_back(dialect::parameter_of(new_value(field)));
+    for (const int column : buffer_.set_columns()) {
+        const int field = plan_->translation.columns[static_cast<std::size_t>(column)].field;
+        parameters_[static_cast<std::size_t>(field)] = dialect::parameter_of(buffer_.value(column));
+    }
+    const WriteResult added = connection_->write(connection_->insert_plan(table), parameters_);
+    keyset_->append(added.key);
+    last_modified_ = added.key;
+}
+
+bool Recordset::State::collect_changes() {
+    const std::size_t fields = require_table().fields.size();
+    changed_fields_.assign((fields + kFieldsInWord - 1) / kFieldsInWord, 0);
+    column_of_field_.resize(fields);
+    const Row& row = *keyset_->current();
+    bool changed = false;
+    for (const int column : buffer_.set_columns()) {
+        if (row.holds(column, buffer_.value(column))) continue;
+        const auto field =
+            static_cast<std::size_t>(plan_->translation.columns[static_cast<std::size_t>(column)].field);
+        changed_fields_[field / kFieldsInWord] |= std::uint64_t{1} << (field % kFieldsInWord);
+        column_of_field_[field] = column;
+        changed = true;
+    }
+    return changed;
+}
+
+void Recordset::State::update_row() {
+    last_modified_ = keyset_->current_key();
+    if (!collect_changes()) return;
+    parameters_.clear();
+    for (std::size_t word = 0; word < changed_fields_.size(); ++word) {
+        for (std::uint64_t bits = changed_fields_[word]; bits != 0; bits &= bits - 1) {
+            const std::size_t field = word * kFieldsInWord + static_cast<std::size_t>(std::countr_zero(bits));
+            parameters_.push_back(dialect::parameter_of(buffer_.value(column_of_field_[field])));
+        }
+    }
+    parameters_.emplace_back(keyset_->current_key());
+    PlannedStatement& statement = connection_->update_plan(require_table(), changed_fields_);
+    if (connection_->write(statement, parameters_).rows == 0)
+        throw Error(ErrorKind::state, "the row to update is gone");
+    show_changes();
+}
+
+void Recordset::State::show_changes() {
+    const Row& row = *keyset_->current();
+    changed_row_.clear();
+    for (int column = 0; column < row.size(); ++column) {
+        if (buffer_.is_set(column))
+            changed_row_.add(buffer_.value(column));
+        else
+            changed_row_.add_cell(row, column);
+    }
+    keyset_->replace_current(changed_row_);
+}
+
+}  // namespace brimley::store

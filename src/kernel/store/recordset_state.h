@@ -1,0 +1,70 @@
+// An open recordset: its rows, and the row being added or edited.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "kernel/store/connection.h"
+#include "kernel/store/database.h"
+#include "kernel/store/edit_buffer.h"
+#include "kernel/store/keyset.h"
+#include "kernel/store/record_source.h"
+
+namespace brimley::store {
+
+class Recordset::State {
+  public:
+    State(std::shared_ptr<Connection> connection, std::string_view query, RecordsetKind kind);
+    ~State();
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+
+    // A move, a find or a bookmark: the row being added or edited is dropped first.
+    [[nodiscard]] RecordSource& moving();
+    [[nodiscard]] RecordSource& rows() { return *source_; }
+    bool no_match = false;
+
+    [[nodiscard]] const SelectPlan& plan() const { return *plan_; }
+    // Throws ErrorKind::name.
+    [[nodiscard]] int column_of(std::string_view name) const;
+    [[nodiscard]] Value value(int column);
+
+    void add_new();
+    // False when another workspace is in the way.
+    [[nodiscard]] bool edit();
+    void set(std::string_view name, const Value& value);
+    void update();
+    void cancel();
+    void lock_edits(bool pessimistic) { pessimistic_ = pessimistic; }
+    [[nodiscard]] std::int64_t last_modified() const { return last_modified_; }
+
+  private:
+    [[nodiscard]] const Table& require_table() const;
+    [[nodiscard]] const Field& field_of(int column) const;
+    [[nodiscard]] bool take_row();
+    void insert_row();
+    void update_row();
+    // Which fields are set to something else than the row holds, as bits.
+    [[nodiscard]] bool collect_changes();
+    void show_changes();
+
+    // The plan goes before the connection that prepared its statements.
+    std::shared_ptr<Connection> connection_;
+    std::shared_ptr<SelectPlan> plan_;
+    std::unique_ptr<RecordSource> source_;
+    Keyset* keyset_ = nullptr;  // the source, when its rows can be changed
+
+    EditBuffer buffer_;
+    bool pessimistic_ = false;
+    std::uint64_t hold_ = 0;  // of the row being edited, when it is held outside a transaction
+    std::int64_t last_modified_ = -1;
+
+    // Kept for their memory.
+    std::vector<Parameter> parameters_;
+    std::vector<std::uint64_t> changed_fields_;
+    std::vector<int> column_of_field_;
+    Row changed_row_;
+};
+
+}  // namespace brimley::store

@@ -1,0 +1,59 @@
+// Rows in memory: one row with quick access to its cells, and many rows packed tightly.
+//
+// An engine fills a Row cell by cell, from the first column to the last. A cell costs a byte when it is null
+// or a flag, nine bytes when it is a number or a date, and two bytes more than its length when it is a short
+// text, so that a list of a million rows stays in memory.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "kernel/store/value.h"
+
+namespace brimley::store {
+
+class Row {
+  public:
+    void clear();
+    void add_null();
+    void add_flag(bool flag);
+    void add_number(double number);
+    void add_date(DateTime date);
+    void add_text(std::string_view text);
+    void add(const Value& value);
+    // The cell of another row.
+    void add_cell(const Row& from, int column);
+
+    [[nodiscard]] int size() const { return static_cast<int>(starts_.size()); }
+    [[nodiscard]] Value value(int column) const;
+    // Without a copy: whether the cell is exactly this value.
+    [[nodiscard]] bool holds(int column, const Value& value) const;
+
+  private:
+    friend class PackedRows;
+
+    void begin_cell(char tag) {
+        starts_.push_back(static_cast<std::uint32_t>(bytes_.size()));
+        bytes_.push_back(tag);
+    }
+    template <class T>
+    void put(const T& value);
+    [[nodiscard]] std::size_t cell_end(int column) const;
+
+    std::vector<char> bytes_;
+    std::vector<std::uint32_t> starts_;
+};
+
+class PackedRows {
+  public:
+    void append(const Row& row);
+    [[nodiscard]] std::int64_t size() const { return static_cast<std::int64_t>(starts_.size()); }
+    void load(std::int64_t row, Row& into) const;
+
+  private:
+    std::vector<char> bytes_;
+    std::vector<std::size_t> starts_;
+};
+
+}  // namespace brimley::store

@@ -1,0 +1,38 @@
+// The rows of a query as they were when it was opened.
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "kernel/store/connection.h"
+#include "kernel/store/record_source.h"
+
+namespace brimley::store {
+
+class Snapshot final : public RecordSource {
+  public:
+    // Reads all rows; none when empty.
+    Snapshot(Connection& connection, std::shared_ptr<SelectPlan> plan, std::span<const Parameter> parameters,
+             bool empty);
+
+    [[nodiscard]] bool at_eof() override { return at_ >= rows_.size(); }
+    [[nodiscard]] std::int64_t count() override { return rows_.size(); }
+    void move_first() override { go(0); }
+    void move_last() override { go(rows_.size() - 1); }
+    void move_next() override { go(at_ + 1); }
+    [[nodiscard]] bool find(std::string_view criteria, bool onward) override;
+    [[nodiscard]] const Row* current() override { return at_eof() ? nullptr : &row_; }
+    [[nodiscard]] std::int64_t place() override { return at_eof() ? -1 : at_; }
+    void go_to(std::int64_t place) override;
+
+  private:
+    void go(std::int64_t row);
+
+    Connection& connection_;
+    std::shared_ptr<SelectPlan> plan_;
+    PackedRows rows_;
+    std::int64_t at_ = 0;
+    Row row_;
+};
+
+}  // namespace brimley::store

@@ -1,0 +1,20 @@
+// A company in one SQLite file. Several programs, and several workspaces of one program, may have it open:
+// each reads without waiting for a writer, and one at a time writes.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/engine.h"
+
+namespace brimley::store {
+
+// Opens a company file that exists. Throws not_a_company, locked, io.
+[[nodiscard]] std::unique_ptr<Engine> open_sqlite_company(const std::string& path, const Catalog& catalog);
+
+// Makes a company file of mode 0600 with every table of the catalog. Throws ErrorKind::state when the path
+// exists. On failure nothing is left behind.
+void create_sqlite_company(const std::string& path, const Catalog& catalog);
+
+}  // namespace brimley::store

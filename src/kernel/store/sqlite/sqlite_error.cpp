@@ -1,0 +1,39 @@
+#include "kernel/store/sqlite/sqlite_error.h"
+
+#include <new>
+
+#include "kernel/store/error.h"
+
+namespace brimley::store {
+
+namespace {
+
+ErrorKind kind_of(int code) {
+    switch (code & 0xff) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            return ErrorKind::locked;
+        case SQLITE_CONSTRAINT:
+            return ErrorKind::constraint;
+        case SQLITE_TOOBIG:
+        case SQLITE_MISMATCH:
+            return ErrorKind::conversion;
+        // What the translator wrote and SQLite refuses: only a query beyond SQLite's limits.
+        case SQLITE_ERROR:
+            return ErrorKind::syntax;
+        case SQLITE_NOTADB:
+            return ErrorKind::not_a_company;
+        default:
+            return ErrorKind::io;
+    }
+}
+
+}  // namespace
+
+void throw_sqlite_error(sqlite3* connection, int code, const std::string& what) {
+    if ((code & 0xff) == SQLITE_NOMEM) throw std::bad_alloc();
+    const char* const reason = connection ? sqlite3_errmsg(connection) : sqlite3_errstr(code);
+    throw Error(kind_of(code), what + ": " + reason, code);
+}
+
+}  // namespace brimley::store

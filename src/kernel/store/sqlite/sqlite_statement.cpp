@@ -1,0 +1,101 @@
+#include "kernel/store/sqlite/sqlite_statement.h"
+
+#include <cmath>
+
+#include "kernel/store/error.h"
+#include "kernel/store/sqlite/sqlite_error.h"
+
+namespace brimley::store {
+
+namespace {
+
+constexpr double kJulianOf1970 = 2440587.5;
+constexpr double kSecondsOfDay = 86400;
+
+class Binder {
+  public:
+    Binder(sqlite3_stmt* statement, int index) : statement_(statement), index_(index) {}
+
+    int operator()(std::monostate) const { return sqlite3_bind_null(statement_, index_); }
+    int operator()(std::string_view text) const {
+        // A view of nothing would be null to SQLite.
+        const char* const at = text.data() ? text.data() : "";
+        return sqlite3_bind_text64(statement_, index_, at, text.size(), SQLITE_STATIC, SQLITE_UTF8);
+    }
+    int operator()(double number) const { return sqlite3_bind_double(statement_, index_, number); }
+    int operator()(std::int64_t number) const { return sqlite3_bind_int64(statement_, index_, number); }
+    int operator()(bool flag) const { return sqlite3_bind_int(statement_, index_, flag ? 1 : 0); }
+    int operator()(DateTime date) const { return sqlite3_bind_double(statement_, index_, julian_day(date)); }
+
+  private:
+    sqlite3_stmt* statement_;
+    int index_;
+};
+
+void read_cell(sqlite3_stmt* statement, int column, FieldType type, Row& into) {
+    if (sqlite3_column_type(statement, column) == SQLITE_NULL) return into.add_null();
+    switch (type) {
+        case FieldType::text: {
+            const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+            const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
+            return into.add_text({text, size});
+        }
+        case FieldType::number:
+        case FieldType::integer:
+            return into.add_number(sqlite3_column_double(statement, column));
+        case FieldType::yes_no:
+            return into.add_flag(sqlite3_column_int(statement, column) != 0);
+        default:
+            return into.add_date(from_julian_day(sqlite3_column_double(statement, column)));
+    }
+}
+
+}  // namespace
+
+double julian_day(DateTime date) { return kJulianOf1970 + date.day + date.second_of_day / kSecondsOfDay; }
+
+DateTime from_julian_day(double julian) {
+    const double since = julian - kJulianOf1970;
+    const double day = std::floor(since);
+    const double second = std::round((since - day) * kSecondsOfDay);
+    if (second < kSecondsOfDay) return {static_cast<std::int32_t>(day), static_cast<std::int32_t>(second)};
+    return {static_cast<std::int32_t>(day) + 1, 0};
+}
+
+SqliteStatement::SqliteStatement(sqlite3* connection, const StatementText& text)
+    : connection_(connection),
+      statement_(prepare_sql(connection, text.sql)),
+      columns_(text.columns),
+      keyed_(text.keyed) {}
+
+void SqliteStatement::bind(std::span<const Parameter> parameters) {
+    int index = 0;
+    for (const Parameter& parameter : parameters) {
+        const int code = std::visit(Binder(statement_.get(), ++index), parameter);
+        if (code != SQLITE_OK) throw_sqlite_error(connection_, code, "a value of the query");
+    }
+    running_ = true;
+}
+
+bool SqliteStatement::step() {
+    const int code = sqlite3_step(statement_.get());
+    if (code == SQLITE_ROW) return true;
+    if (code != SQLITE_DONE) throw_sqlite_error(connection_, code, "the company file");
+    return false;
+}
+
+void SqliteStatement::finish() noexcept {
+    sqlite3_reset(statement_.get());
+    running_ = false;
+}
+
+RowKey SqliteStatement::key() const { return sqlite3_column_int64(statement_.get(), 0); }
+
+void SqliteStatement::read(Row& into) const {
+    into.clear();
+    int column = keyed_ ? 1 : 0;
+    for (const FieldType type : columns_)
+        read_cell(statement_.get(), column++, type, into);
+}
+
+}  // namespace brimley::store

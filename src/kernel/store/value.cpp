@@ -1,0 +1,82 @@
+#include "kernel/store/value.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/error.h"
+
+namespace brimley::store {
+
+namespace {
+
+constexpr double kExponentFrom = 1e15;
+
+std::string_view without_blanks_around(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+template <class... How>
+std::string digits_of(How... how) {
+    std::array<char, 400> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), how...);
+    return {buffer.data(), end.ptr};
+}
+
+}  // namespace
+
+std::string shortest_number(double number) {
+    if (number == 0) return "0";
+    if (!(std::abs(number) < kExponentFrom)) return digits_of(number);
+    if (number == std::trunc(number)) return digits_of(static_cast<std::int64_t>(number));
+    return digits_of(number, std::chars_format::fixed);
+}
+
+std::optional<double> whole_number_text(std::string_view text) {
+    text = without_blanks_around(text);
+    if (text.starts_with('+')) text.remove_prefix(1);
+    // from_chars would take a second sign, and the words for infinity and for no number.
+    const std::string_view unsigned_part = text.starts_with('-') ? text.substr(1) : text;
+    if (unsigned_part.empty() || unsigned_part.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
+        return {};
+    double number = 0;
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (end.ec != std::errc{} || end.ptr != text.data() + text.size()) return {};
+    return number;
+}
+
+std::string Value::text() const {
+    if (is_text()) return text_ref();
+    if (is_number()) return shortest_number(number_ref());
+    if (is_flag()) return std::get<bool>(held_) ? "TRUE" : "FALSE";
+    if (is_date()) return std::get<DateTime>(held_).iso();
+    return {};
+}
+
+double Value::number() const {
+    if (is_number()) return number_ref();
+    if (is_flag()) return std::get<bool>(held_) ? 1 : 0;
+    if (is_null()) return 0;
+    if (is_text()) {
+        if (const auto number = whole_number_text(text_ref())) return *number;
+    }
+    throw Error(ErrorKind::conversion, "\"" + text() + "\" is no number");
+}
+
+bool Value::flag() const {
+    if (is_flag()) return std::get<bool>(held_);
+    if (is_number()) return number_ref() != 0;
+    if (!is_text()) return false;
+    const std::string word = lower_case(without_blanks_around(text_ref()));
+    return word == "true" || word == "yes" || word == "-1" || word == "1";
+}
+
+std::optional<DateTime> Value::date() const {
+    if (!is_date()) return {};
+    return std::get<DateTime>(held_);
+}
+
+}  // namespace brimley::store

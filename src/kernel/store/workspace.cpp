@@ -1,0 +1,38 @@
+#include "kernel/store/connection.h"
+#include "kernel/store/database.h"
+#include "kernel/store/dialect/lexer.h"
+#include "kernel/store/sqlite/sqlite_engine.h"
+
+namespace brimley::store {
+
+Workspace::Workspace(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
+Workspace::~Workspace() = default;
+
+void Workspace::BeginTrans() { connection_->begin_trans(); }
+void Workspace::CommitTrans() { connection_->commit_trans(); }
+void Workspace::Rollback() { connection_->rollback(); }
+bool Workspace::in_transaction() const { return connection_->in_trans(); }
+
+OpenCompany open_company(const std::string& company, const Catalog& catalog,
+                         const EngineDecorator& decorate) {
+    std::unique_ptr<Engine> engine = open_sqlite_company(company, catalog);
+    if (decorate) engine = decorate(std::move(engine));
+    auto connection = std::make_shared<Connection>(std::move(engine), catalog, company);
+    return {std::make_shared<Workspace>(connection), std::make_shared<Database>(connection)};
+}
+
+OpenCompany create_company(const std::string& company, const Catalog& catalog) {
+    create_sqlite_company(company, catalog);
+    return open_company(company, catalog);
+}
+
+std::string quoted(std::string_view value) {
+    if (value.find('\'') != std::string_view::npos) return {dialect::kBrokenValue};
+    std::string text = "'";
+    text += value;
+    return text += '\'';
+}
+
+std::string date_value(DateTime date) { return "Datevalue('" + date.query_text() + "')"; }
+
+}  // namespace brimley::store
