@@ -70,7 +70,7 @@ std::optional<CarryFrom> year_to_carry(const FiscalYear& year, const std::vector
 }  // namespace
 
 void add_year(store::Database& database, const std::string& fyear) {
-    if (!is_usable_year(fyear)) throw Refusal(fmt::format("{} is no fiscal year", shown_text(fyear)));
+    if (!is_usable_year(fyear)) throw UnusableValue(fmt::format("{} is no fiscal year", shown_text(fyear)));
     const std::vector<FiscalYear> years = existing_years(database);
     for (const FiscalYear& year : years) {
         if (year.fyear == fyear) throw Refusal(fmt::format("fiscal year {} exists already", fyear));

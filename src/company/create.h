@@ -28,8 +28,8 @@ struct StarterCompany {
 using CompanyContent = std::variant<EmptyCompany, SampleCompany, StarterCompany>;
 
 // Makes the company and leaves it closed. On failure nothing is left behind. Throws store::Error (state: the
-// path exists already), CsvError and std::exception for a broken sample, Refusal for an unusable year or
-// currency.
+// path exists already), CsvError and std::exception for a broken sample, UnusableValue for a year or a
+// currency that is none.
 void create_company_file(const std::string& company, const CompanyContent& content);
 
 // The parts, inside the caller's transaction.

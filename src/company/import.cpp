@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "company/refusal.h"
 #include "company/shown_text.h"
 #include "company/table_import.h"
 
@@ -22,6 +23,7 @@ std::vector<fs::path> csv_files(const fs::path& folder) {
             files.push_back(entry.path());
         }
     }
+    if (files.empty()) throw Refusal("there is no CSV file in " + folder.string());
     std::sort(files.begin(), files.end());
     return files;
 }

@@ -22,8 +22,8 @@ struct ImportOptions {
 };
 
 // Runs inside the caller's transaction, which must be rolled back when this throws: some rows may stand
-// already. Throws CsvError for whatever is wrong with the files, std::system_error when they cannot be read,
-// store::Error otherwise.
+// already. Throws CsvError for whatever is wrong with a file, Refusal for a folder without one,
+// std::system_error when they cannot be read, store::Error otherwise.
 void import_folder(store::Database& database, const std::filesystem::path& folder,
                    const ImportOptions& options);
 

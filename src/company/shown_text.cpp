@@ -4,13 +4,12 @@
 
 namespace brimley::company {
 
-std::string shown_text(std::string_view text) {
-    constexpr std::size_t kLongest = 60;
+std::string shown_text(std::string_view text, std::size_t longest) {
     std::string shown;
     for (const char byte : text) {
         const auto code = static_cast<unsigned char>(byte);
         const bool inside_character = (code & 0xC0) == 0x80;
-        if (shown.size() >= kLongest && !inside_character) return shown + "...";
+        if (shown.size() >= longest && !inside_character) return shown + "...";
         if (byte == '\n') {
             shown += "\\n";
         } else if (byte == '\t') {

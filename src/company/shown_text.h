@@ -6,8 +6,8 @@
 
 namespace brimley::company {
 
-// Control characters as \n, \t or \xNN, and no more than some 60 bytes of a long text, cut between
+// Control characters as \n, \t or \xNN, and not much more than `longest` bytes of a long text, cut between
 // characters.
-[[nodiscard]] std::string shown_text(std::string_view text);
+[[nodiscard]] std::string shown_text(std::string_view text, std::size_t longest = 60);
 
 }  // namespace brimley::company

@@ -197,9 +197,10 @@ bool is_currency_code(const std::string& code) {
 
 void add_starter(store::Database& database, const StarterCompany& starter) {
     if (!is_currency_code(starter.base_currency)) {
-        throw Refusal(shown_text(starter.base_currency) + " is no currency code of three capital letters");
+        throw UnusableValue(shown_text(starter.base_currency) +
+                            " is no currency code of three capital letters");
     }
-    if (!is_usable_year(starter.year)) throw Refusal(shown_text(starter.year) + " is no fiscal year");
+    if (!is_usable_year(starter.year)) throw UnusableValue(shown_text(starter.year) + " is no fiscal year");
     add_configuration(database, starter.base_currency);
     add_chart(database, starter.base_currency);
     add_defaults(database);

@@ -2,8 +2,7 @@
 //
 // Whoever opens or creates a company hands this catalog to the store. The tables are shared with the sister
 // modules of the suite, so names and types are fixed: the case of a name is the one shown in exports, and
-// spellings that look wrong
-// (`seperator1`) are the fields' own.
+// spellings that look wrong (`seperator1`) are the fields' own.
 //
 // What the types leave open:
 // - The dates of Period_table are texts "yyyymmdd", compared as text; those of Fiscalyear_table are dates.

@@ -1,0 +1,218 @@
+// brimley-company: makes, fills, saves and checks company databases.
+//
+// Status: 0; 1 when check finds something or what stands in the files or the company is in the way; 2 for
+// wrong usage; 3 when the company or a file cannot be opened or written.
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "company/add_year.h"
+#include "company/check.h"
+#include "company/create.h"
+#include "company/export.h"
+#include "company/import.h"
+#include "company/login_name.h"
+#include "company/refusal.h"
+#include "company/shown_text.h"
+#include "company/transaction.h"
+#include "kernel/tables/company_tables.h"
+
+namespace {
+
+using namespace brimley;
+
+constexpr int kDone = 0;
+constexpr int kFindings = 1;
+constexpr int kWrongUsage = 2;
+constexpr int kCannot = 3;
+
+struct Arguments {
+    std::string company;
+    std::string folder;
+    std::string year;
+    std::string base_currency;
+    std::vector<std::string> tables;
+    bool sample = false;
+    bool starter = false;
+    bool replace = false;
+};
+
+int fail(int status, const std::string& reason) {
+    fmt::print(stderr, "brimley-company: {}\n", company::shown_text(reason, reason.size()));
+    return status;
+}
+
+void refuse_server(const std::string& company) {
+    if (company.rfind("postgresql://", 0) == 0 || company.rfind("postgres://", 0) == 0) {
+        throw store::Error(store::ErrorKind::not_a_company,
+                           "server databases are not supported by this build");
+    }
+}
+
+// Runs the work in one transaction of the company.
+void with_company(const Arguments& arguments, const std::function<void(store::Database&)>& work) {
+    const store::OpenCompany company = store::open_company(arguments.company, kernel::company_tables());
+    company::Transaction transaction(company);
+    work(*company.database);
+    transaction.commit();
+}
+
+void create(const Arguments& arguments) {
+    using namespace company;
+    CompanyContent content = EmptyCompany{};
+    if (arguments.sample) content = SampleCompany{login_name()};
+    if (arguments.starter) content = StarterCompany{arguments.base_currency, arguments.year, login_name()};
+    create_company_file(arguments.company, content);
+}
+
+void import_files(const Arguments& arguments) {
+    if (!std::filesystem::is_directory(arguments.folder)) {
+        throw company::UnusableValue(arguments.folder + " is not a folder");
+    }
+    with_company(arguments, [&](store::Database& database) {
+        company::import_folder(database, arguments.folder, {arguments.replace});
+    });
+}
+
+void export_files(const Arguments& arguments) {
+    with_company(arguments, [&](store::Database& database) {
+        company::export_tables(database, arguments.folder, arguments.tables);
+    });
+}
+
+int check(const Arguments& arguments) {
+    company::Findings findings;
+    with_company(arguments, [&](store::Database& database) { findings = company::check_books(database); });
+    for (const std::string& finding : findings) {
+        fmt::print("{}\n", finding);
+    }
+    if (findings.empty()) fmt::print("books agree\n");
+    return findings.empty() ? kDone : kFindings;
+}
+
+void add_year(const Arguments& arguments) {
+    with_company(arguments, [&](store::Database& database) { company::add_year(database, arguments.year); });
+}
+
+int status_of(const store::Error& error) {
+    switch (error.kind()) {
+        case store::ErrorKind::name:
+            return kWrongUsage;
+        case store::ErrorKind::constraint:
+            return kFindings;
+        default:
+            return kCannot;
+    }
+}
+
+// Whatever goes wrong ends here, as one line and a status.
+int run(const Arguments& arguments, const std::function<int(const Arguments&)>& command) {
+    try {
+        refuse_server(arguments.company);
+        const int status = command(arguments);
+        if (std::fflush(stdout) != 0)
+            throw std::system_error(errno, std::generic_category(), "standard output");
+        return status;
+    } catch (const company::CsvError& error) {
+        fmt::print(stderr, "{}\n", error.what());
+        return kFindings;
+    } catch (const company::Refusal& error) {
+        return fail(kFindings, error.what());
+    } catch (const company::UnusableValue& error) {
+        return fail(kWrongUsage, error.what());
+    } catch (const store::Error& error) {
+        return fail(status_of(error), error.what());
+    } catch (const std::exception& error) {
+        return fail(kCannot, error.what());
+    }
+}
+
+// One subcommand; what it returns runs after the whole command line has been read.
+CLI::App* add_command(CLI::App& program, Arguments& arguments, const char* name, const char* description) {
+    CLI::App* command = program.add_subcommand(name, description);
+    command->fallthrough();
+    command->add_option("COMPANY", arguments.company, "path of the company file, or postgresql:// URI")
+        ->required();
+    return command;
+}
+
+CLI::App* add_create(CLI::App& program, Arguments& arguments) {
+    CLI::App* create = add_command(program, arguments, "create", "Make a company database");
+    CLI::Option* sample = create->add_flag("--sample", arguments.sample, "load the sample company");
+    CLI::Option* starter =
+        create->add_flag("--starter", arguments.starter, "load the least that a real new company needs");
+    CLI::Option* currency =
+        create->add_option("--base-currency", arguments.base_currency, "its base currency");
+    CLI::Option* year = create->add_option("--year", arguments.year, "its first fiscal year");
+    starter->excludes(sample)->needs(currency)->needs(year);
+    currency->needs(starter);
+    year->needs(starter);
+    return create;
+}
+
+CLI::App* add_import(CLI::App& program, Arguments& arguments) {
+    CLI::App* import = add_command(program, arguments, "import", "Load every DIR/TABLE.csv, all or nothing");
+    import->add_option("DIR", arguments.folder, "folder of the CSV files")->required();
+    import->add_flag("--replace", arguments.replace, "replace rows whose key exists");
+    return import;
+}
+
+CLI::App* add_export(CLI::App& program, Arguments& arguments) {
+    CLI::App* exporting = add_command(program, arguments, "export", "Write one CSV file a table into DIR");
+    exporting->add_option("DIR", arguments.folder, "folder for the CSV files, made when absent")->required();
+    exporting->add_option("--table", arguments.tables, "only this table; may be repeated")
+        ->allow_extra_args(false)
+        ->take_all();
+    return exporting;
+}
+
+std::function<int(const Arguments&)> quietly(void (*command)(const Arguments&)) {
+    return [command](const Arguments& arguments) {
+        command(arguments);
+        return kDone;
+    };
+}
+
+int main_program(int argc, char** argv) {
+    Arguments arguments;
+    std::function<int(const Arguments&)> chosen;
+    CLI::App program("A Brimley company database as a whole: create, import, export, check, add-year",
+                     "brimley-company");
+    program.set_version_flag("--version", "brimley-company " BRIMLEY_VERSION);
+    program.require_subcommand(1);
+    program.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return fmt::format("brimley-company: {}\n", error.what());
+    });
+
+    add_create(program, arguments)->callback([&] { chosen = quietly(create); });
+    add_import(program, arguments)->callback([&] { chosen = quietly(import_files); });
+    add_export(program, arguments)->callback([&] { chosen = quietly(export_files); });
+    add_command(program, arguments, "check", "Recompute the books and compare")->callback([&] {
+        chosen = check;
+    });
+    CLI::App* year = add_command(program, arguments, "add-year", "Open a fiscal year");
+    year->add_option("YEAR", arguments.year, "such as 2028")->required();
+    year->callback([&] { chosen = quietly(add_year); });
+
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? kDone : kWrongUsage;
+    }
+    return run(arguments, chosen);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A reader that goes away is told by the failing write, not by a signal.
+    std::signal(SIGPIPE, SIG_IGN);
+    return main_program(argc, argv);
+}

@@ -1,0 +1,18 @@
+#include "company/check.h"
+
+namespace brimley::company {
+
+Findings check_books(store::Database& database) {
+    const Books books(database);
+    Findings findings;
+    for (const auto check :
+         {check_documents_balance, check_line_numbers, check_ledger_headers, check_balances,
+          check_period_balances, check_running_balances, check_account_currencies, check_invoice_documents,
+          check_open_amounts, check_paid_flags, check_tax_slots, check_document_keys, check_key_counters,
+          check_number_counters}) {
+        check(books, findings);
+    }
+    return findings;
+}
+
+}  // namespace brimley::company

@@ -1,0 +1,58 @@
+// Proves what a company file can prove: recomputes the books from the documents and compares with what is
+// stored.
+//
+// Each check is a routine of its own that adds one line a finding. All amounts are compared rounded to two
+// places; null counts as 0. Every check is linear in the number of rows and reads a table once.
+//
+// What posting as it is made to work does not keep is not a finding: `owing_balance` against the vendor's
+// documents, payable accounts against open documents, Current Earnings against the income statement, `amount`
+// against `base_amount` of the base ledger, movements under a period that names no column, the period and the
+// hold of an invoice after an edit, the tax of a line against its slots when an authority found no slot.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "company/books.h"
+#include "kernel/store/database.h"
+
+namespace brimley::company {
+
+// All checks. Empty when the books agree. Reads inside the caller's transaction; throws store::Error.
+[[nodiscard]] Findings check_books(store::Database& database);
+
+// GL documents: base amounts on the debit side equal those on the credit side, and every account is in the
+// chart.
+void check_documents_balance(const Books& books, Findings& findings);
+// Lines of a GL document are numbered 1 to n.
+void check_line_numbers(const Books& books, Findings& findings);
+// Every GL line belongs to a header. A header may stand alone, unless an invoice names it whose lines do not
+// cancel out: a document of amounts that cancel out posts no line.
+void check_ledger_headers(const Books& books, Findings& findings);
+
+// Balance_table is the opening balance of an account's first fiscal year plus everything posted since.
+void check_balances(const Books& books, Findings& findings);
+// Each period column of Balance_period_table is the sum of what was posted to it. Opening balances are taken
+// as they stand.
+void check_period_balances(const Books& books, Findings& findings);
+// The running balances and the year's total of a Balance_period_table row follow from its own columns.
+void check_running_balances(const Books& books, Findings& findings);
+// Each pair of Account_currency_table has the foreign rows without which nothing can be posted to it.
+void check_account_currencies(const Books& books, Findings& findings);
+
+// Invoices and their lines belong together, are void together, and have the GL document that they name.
+void check_invoice_documents(const Books& books, Findings& findings);
+// An untouched line is open in full; a touched one between nothing and all; a paid one not at all.
+void check_open_amounts(const Books& books, Findings& findings);
+// An invoice is fully paid exactly when all its lines are, and paid when any is.
+void check_paid_flags(const Books& books, Findings& findings);
+// What a tax slot allocates, recovers and expenses adds up to its tax.
+void check_tax_slots(const Books& books, Findings& findings);
+
+// No two documents share a key made from the counter that never restarts.
+void check_document_keys(const Books& books, Findings& findings);
+// Both counters stand ahead of every number used.
+void check_key_counters(const Books& books, Findings& findings);
+void check_number_counters(const Books& books, Findings& findings);
+
+}  // namespace brimley::company

@@ -1,0 +1,191 @@
+// Keys and numbers of documents against the counters that they are drawn from.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string_view>
+
+#include "company/check.h"
+#include "company/shown_text.h"
+
+namespace brimley::company {
+
+namespace {
+
+using store::Recordset;
+
+// A table of documents. Revaluations have no field for their kind; templates are numbered under another name,
+// and have no year.
+struct DocumentTable {
+    const char* query;    // fkey, company, and what else there is of doctype, docno, fyear
+    const char* doctype;  // for a table without the field
+};
+
+constexpr DocumentTable kDocumentTables[] = {
+    {"SELECT fkey,company,doctype,docno,fyear FROM AP_header_table ORDER BY fkey", nullptr},
+    {"SELECT fkey,company,doctype FROM AP_recur_header_table ORDER BY fkey", nullptr},
+    {"SELECT fkey,company,doctype,docno,fyear FROM Payment_header_table ORDER BY fkey", nullptr},
+    {"SELECT fkey,company,docno,fyear FROM AP_Revalue_header_table ORDER BY fkey", "apre"},
+    {"SELECT fkey,company,doctype,docno,fyear FROM GL_header_table ORDER BY fkey", nullptr},
+};
+
+struct Document {
+    std::string fkey;
+    std::string company;
+    std::string doctype;
+    std::string docno;
+    std::string fyear;
+};
+
+void each_document(const Books& books, const std::function<void(const Document&)>& visit) {
+    for (const DocumentTable& table : kDocumentTables) {
+        Recordset rows = books.read(table.query);
+        const auto text = [&](const char* field) {
+            return rows.has_field(field) ? rows.text(field) : std::string();
+        };
+        for (; !rows.at_eof(); rows.MoveNext()) {
+            visit({rows.text("fkey"), rows.text("company"), table.doctype ? table.doctype : text("doctype"),
+                   text("docno"), text("fyear")});
+        }
+    }
+}
+
+// The number that the whole text is, written in digits only.
+std::optional<double> running_number(std::string_view digits) {
+    const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
+    if (digits.empty() || !std::all_of(digits.begin(), digits.end(), is_digit)) return std::nullopt;
+    double number = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return number;
+}
+
+// The highest number used by each counter, with the document that bears it.
+struct HighestUse {
+    double number = 0;
+    std::string document;
+};
+using Uses = std::map<std::string, HighestUse>;
+
+void note_use(Uses& uses, const std::string& counter, double number, const std::string& document) {
+    HighestUse& use = uses[counter];
+    if (use.document.empty() || number > use.number) use = {number, document};
+}
+
+void compare(const Uses& uses, const std::map<std::string, double>& counters, Findings& findings) {
+    for (const auto& [name, use] : uses) {
+        const auto counter = counters.find(name);
+        if (counter == counters.end()) {
+            findings.push_back(
+                fmt::format("{} is missing, though {} is used", shown_text(name), shown_text(use.document)));
+        } else if (counter->second <= use.number) {
+            findings.push_back(fmt::format("{} stands at {}, though {} is used", shown_text(name),
+                                           counter->second, shown_text(use.document)));
+        }
+    }
+}
+
+}  // namespace
+
+void check_document_keys(const Books& books, Findings& findings) {
+    std::set<std::string> keys;
+    each_document(books, [&](const Document& document) {
+        const bool never_restarts = document.fkey.find('-') != std::string::npos;
+        if (never_restarts && !keys.insert(document.fkey).second) {
+            findings.push_back(fmt::format("Two documents have the key {}", shown_text(document.fkey)));
+        }
+    });
+}
+
+void check_key_counters(const Books& books, Findings& findings) {
+    Uses uses;
+    each_document(books, [&](const Document& document) {
+        const std::size_t dash = document.fkey.find('-');
+        if (dash == std::string::npos) return;
+        const auto number = running_number(std::string_view(document.fkey).substr(dash + 1));
+        if (number)
+            note_use(uses, "Next_number_fkey_table " + document.fkey.substr(0, dash), *number, document.fkey);
+    });
+    std::map<std::string, double> counters;
+    Recordset rows = books.read("SELECT company,doctype,fkeyno FROM Next_number_fkey_table");
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        counters["Next_number_fkey_table " + rows.text("company") + rows.text("doctype")] =
+            rows.number("fkeyno");
+    }
+    compare(uses, counters, findings);
+}
+
+namespace {
+
+// How numbers are written now. Numbers written otherwise, before the format was changed, are not judged.
+class NumberFormat {
+  public:
+    explicit NumberFormat(const Books& books) {
+        Recordset config = books.read("SELECT * FROM Next_number_config_table");
+        if (!config.at_eof()) {
+            if (!config.field("structure").is_null()) structure_ = config.text("structure");
+            short_year_ = config.number("fyear_digit") == 2;
+            first_ = config.flag("seperator1") ? "-" : "";
+            second_ = config.flag("seperator2") ? "-" : "";
+        }
+        Recordset formats = books.read("SELECT doctype,prefix FROM Next_number_format_table");
+        for (; !formats.at_eof(); formats.MoveNext()) {
+            prefixes_[formats.text("doctype")] = formats.text("prefix");
+        }
+    }
+
+    // The running number in a document's number; nothing when it is written in another way.
+    [[nodiscard]] std::optional<double> number_in(const Document& document) const {
+        const std::string start = start_of(document);
+        if (document.docno.compare(0, start.size(), start) != 0) return std::nullopt;
+        return running_number(std::string_view(document.docno).substr(start.size()));
+    }
+
+  private:
+    [[nodiscard]] std::string start_of(const Document& document) const {
+        const auto found = prefixes_.find(document.doctype);
+        const std::string prefix = found == prefixes_.end() ? std::string() : found->second;
+        const std::string year =
+            short_year_ && document.fyear.size() > 2 ? document.fyear.substr(2, 2) : document.fyear;
+        if (structure_ == "2") return year + first_ + prefix + second_;
+        if (structure_ == "3") return prefix + first_;
+        return prefix + first_ + year + second_;
+    }
+
+    std::string structure_ = "1";
+    bool short_year_ = false;
+    std::string first_;
+    std::string second_;
+    std::map<std::string, std::string> prefixes_;
+};
+
+std::string number_counter(const std::string& company, const std::string& doctype, const std::string& fyear) {
+    return fmt::format("Docno_master_table {} {} {}", company, doctype, fyear);
+}
+
+}  // namespace
+
+void check_number_counters(const Books& books, Findings& findings) {
+    const NumberFormat format(books);
+    Uses uses;
+    each_document(books, [&](const Document& document) {
+        // Generated invoices name no fiscal year.
+        if (document.fyear.empty()) return;
+        if (const auto number = format.number_in(document)) {
+            note_use(uses, number_counter(document.company, document.doctype, document.fyear), *number,
+                     document.docno);
+        }
+    });
+    std::map<std::string, double> counters;
+    Recordset rows = books.read("SELECT company,doctype,fiscalyear,nextdocno FROM Docno_master_table");
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        counters[number_counter(rows.text("company"), rows.text("doctype"), rows.text("fiscalyear"))] =
+            rows.number("nextdocno");
+    }
+    compare(uses, counters, findings);
+}
+
+}  // namespace brimley::company

@@ -1,0 +1,150 @@
+// Invoices, debit and credit notes: headers, lines, amounts and flags.
+#include <fmt/format.h>
+
+#include <cmath>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "company/check.h"
+#include "company/shown_text.h"
+
+namespace brimley::company {
+
+namespace {
+
+using store::Recordset;
+
+// What the lines of one invoice say together.
+struct LineSummary {
+    int lines = 0;
+    int paid = 0;
+    int is_void = 0;
+};
+
+std::unordered_map<std::string, LineSummary> summaries(const Books& books) {
+    std::unordered_map<std::string, LineSummary> by_invoice;
+    books.each_ap_line([&](const ApLine& line) {
+        LineSummary& summary = by_invoice[line.fkey];
+        ++summary.lines;
+        summary.paid += line.paid ? 1 : 0;
+        summary.is_void += line.is_void ? 1 : 0;
+    });
+    return by_invoice;
+}
+
+std::unordered_set<std::string> keys_of(const Books& books, const char* table) {
+    std::unordered_set<std::string> keys;
+    for (Recordset rows = books.read(fmt::format("SELECT fkey FROM {}", table)); !rows.at_eof();
+         rows.MoveNext()) {
+        keys.insert(rows.text("fkey"));
+    }
+    return keys;
+}
+
+std::string named(const ApLine& line) {
+    return fmt::format("Invoice {}, pay item {}", shown_text(line.fkey), shown_text(line.pay_item));
+}
+
+// The header of a prepayment's line is that of the payment.
+void find_lines_without_header(const Books& books, Findings& findings) {
+    const auto invoices = keys_of(books, "AP_header_table");
+    const auto payments = keys_of(books, "Payment_header_table");
+    std::unordered_set<std::string> told;
+    books.each_ap_line([&](const ApLine& line) {
+        const auto& headers = line.doctype == "pp" ? payments : invoices;
+        if (!headers.contains(line.fkey) && told.insert(line.fkey).second) {
+            findings.push_back(fmt::format("Invoice {} has lines but no header", shown_text(line.fkey)));
+        }
+    });
+}
+
+}  // namespace
+
+void check_invoice_documents(const Books& books, Findings& findings) {
+    find_lines_without_header(books, findings);
+    const auto by_invoice = summaries(books);
+    const auto gl_documents = keys_of(books, "GL_header_table");
+    books.each_ap_header([&](const ApHeader& header) {
+        const std::string name = "Invoice " + shown_text(header.fkey);
+        const bool posts = header.source == "AP-INVOICE";
+        if (posts && header.gl_fkey.empty()) findings.push_back(name + " names no GL document");
+        if (!header.gl_fkey.empty() && !gl_documents.contains(header.gl_fkey)) {
+            findings.push_back(
+                fmt::format("{}: its GL document {} does not exist", name, shown_text(header.gl_fkey)));
+        }
+        const auto summary = by_invoice.find(header.fkey);
+        if (summary == by_invoice.end()) {
+            // Lines whose amounts are empty or 0 are not stored, but one line at least has an amount.
+            findings.push_back(name + " has no lines");
+        } else if (summary->second.is_void != (header.is_void ? summary->second.lines : 0)) {
+            findings.push_back(
+                fmt::format("{} is {}void, but not all its lines are", name, header.is_void ? "" : "not "));
+        }
+    });
+}
+
+void check_open_amounts(const Books& books, Findings& findings) {
+    books.each_ap_line([&](const ApLine& line) {
+        const bool untouched = line.settled == 0 && !line.paid;
+        if (untouched && differ(line.open, line.gross)) {
+            findings.push_back(fmt::format("{}: open amount {:.2f} of {:.2f}, though nothing was paid",
+                                           named(line), line.open, line.gross));
+        } else if (line.paid && differ(line.open, 0)) {
+            findings.push_back(
+                fmt::format("{}: open amount {:.2f}, though it is paid", named(line), line.open));
+        } else if (differ(std::abs(line.open) + std::abs(line.gross - line.open), std::abs(line.gross))) {
+            findings.push_back(fmt::format("{}: open amount {:.2f} is not between 0 and {:.2f}", named(line),
+                                           line.open, line.gross));
+        }
+    });
+}
+
+void check_paid_flags(const Books& books, Findings& findings) {
+    const auto by_invoice = summaries(books);
+    books.each_ap_header([&](const ApHeader& header) {
+        const auto found = by_invoice.find(header.fkey);
+        if (found == by_invoice.end()) return;
+        const LineSummary& summary = found->second;
+        const std::string name = "Invoice " + shown_text(header.fkey);
+        if (header.fully_paid != (summary.paid == summary.lines)) {
+            findings.push_back(fmt::format("{} is {}fully paid, but {} of its {} lines are paid", name,
+                                           header.fully_paid ? "" : "not ", summary.paid, summary.lines));
+        } else if (!header.paid && summary.paid > 0) {
+            findings.push_back(
+                fmt::format("{} is not paid, but {} of its {} lines are", name, summary.paid, summary.lines));
+        }
+    });
+}
+
+namespace {
+
+constexpr int kSlots = 5;
+
+void check_slots_of(const Books& books, const char* table, const char* what, Findings& findings) {
+    std::string query = "SELECT fkey,pay_item";
+    for (int slot = 1; slot <= kSlots; ++slot) {
+        query += fmt::format(",tax_amount{0},tax_allocated{0},tax_recoverable{0},tax_expensed{0}", slot);
+    }
+    Recordset rows = books.read(fmt::format("{} FROM {} ORDER BY fkey,pay_item", query, table));
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        for (int slot = 0; slot < kSlots; ++slot) {
+            const int first = 2 + 4 * slot;
+            const double tax = rows.column(first).number();
+            const double split = rows.column(first + 1).number() + rows.column(first + 2).number() +
+                                 rows.column(first + 3).number();
+            if (!differ(tax, split)) continue;
+            findings.push_back(fmt::format("{} {}, pay item {}: tax {} is {:.2f}, but its parts make {:.2f}",
+                                           what, shown_text(rows.text("fkey")),
+                                           shown_text(rows.text("pay_item")), slot + 1, tax, split));
+        }
+    }
+}
+
+}  // namespace
+
+void check_tax_slots(const Books& books, Findings& findings) {
+    check_slots_of(books, "AP_transaction_table", "Invoice", findings);
+    check_slots_of(books, "Payment_misc_transaction_table", "Payment", findings);
+}
+
+}  // namespace brimley::company
