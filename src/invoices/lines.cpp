@@ -169,12 +169,14 @@ void APform_invoice::dbgrid1_BeforeColEdit(const CellEdit& edit) {
     }
 }
 
+// The list is the whole of Tax_code_table, whatever the transaction type.
 bool APform_invoice::tax_code_is_listed(const std::string& tax_code) {
     bool listed = false;
     step("find tax code", [&] {
-        auto codes = kernel().read("SELECT tax_code as tax,description FROM Tax_code_table");
-        codes.FindFirst(fmt::format("[tax] = {}", quoted(tax_code)));
-        listed = !codes.NoMatch();
+        listed = !kernel()
+                      .read(fmt::format("SELECT tax_code FROM Tax_code_table WHERE tax_code = {}",
+                                        quoted(tax_code)))
+                      .at_eof();
     });
     return listed;
 }
