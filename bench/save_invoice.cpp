@@ -2,7 +2,7 @@
 // same row writes in the same run, on companies of different sizes. CPU time of the process, user and system;
 // synchronous=FULL on both sides.
 //
-//   bench-save-invoice [SAVES] [FOLDER]
+//   bench-save-invoice [SAVES] [FOLDER] [STORED...]
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -89,7 +89,10 @@ int main(int argc, char** argv) {
                saves);
     fmt::print("{:>8} {:>11} {:>11} {:>7} {:>11} {:>11} {:>11} {:>11}\n", "stored", "bare cpu", "form cpu",
                "ratio", "bare median", "form median", "form wall", "entry cpu");
-    for (const std::int64_t stored : {100, 10'000, 100'000}) {
+    std::vector<std::int64_t> sizes{100, 10'000, 100'000};
+    if (argc > 3) sizes.clear();
+    for (int i = 3; i < argc; ++i) sizes.push_back(std::atoll(argv[i]));
+    for (const std::int64_t stored : sizes) {
         const auto company = folder / fmt::format("bench-{}.brimley", stored);
         for (const char* suffix : {"", "-wal", "-shm"})
             std::filesystem::remove(company.string() + suffix);
