@@ -63,7 +63,8 @@ struct Bookmark {
 // Bookmark(LastModified()).
 class Recordset {
   public:
-    Recordset();  // holds nothing; only assignment and is_open() are allowed
+    Recordset();  // holds nothing, as after Close(): everything but assignment, Close and is_open() is
+                  // ErrorKind::state
     Recordset(Recordset&&) noexcept;
     Recordset& operator=(Recordset&&) noexcept;
     ~Recordset();
@@ -123,6 +124,7 @@ class Recordset {
     friend class Database;
     class State;
     explicit Recordset(std::unique_ptr<State> state);
+    [[nodiscard]] State& state() const;
     std::unique_ptr<State> state_;
 };
 
