@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "kernel/module_g3.h"
 #include "kernel/money.h"
 
@@ -10,7 +12,13 @@ namespace {
 using store::quoted;
 
 constexpr int kCounterTries = 10;
-constexpr std::size_t kDocnoLengthMax = 30;
+constexpr std::ptrdiff_t kDocnoLengthMax = 30;
+
+// Characters, not bytes: a prefix may hold letters of any alphabet.
+std::ptrdiff_t character_count(std::string_view utf8) {
+    return std::count_if(utf8.begin(), utf8.end(),
+                         [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; });
+}
 
 }  // namespace
 
@@ -96,7 +104,7 @@ std::string ModuleG3::make_fkey(std::string_view company, std::string_view docty
 }
 
 bool ModuleG3::docno_fits(std::string_view docno) {
-    if (docno.size() <= kDocnoLengthMax) return true;
+    if (character_count(docno) <= kDocnoLengthMax) return true;
     tell(fmt::format("Error : document no. is longer than 30 characters. {}", docno));
     return false;
 }
