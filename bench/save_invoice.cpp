@@ -91,7 +91,8 @@ int main(int argc, char** argv) {
                "ratio", "bare median", "form median", "form wall", "entry cpu");
     std::vector<std::int64_t> sizes{100, 10'000, 100'000};
     if (argc > 3) sizes.clear();
-    for (int i = 3; i < argc; ++i) sizes.push_back(std::atoll(argv[i]));
+    for (int i = 3; i < argc; ++i)
+        sizes.push_back(std::atoll(argv[i]));
     for (const std::int64_t stored : sizes) {
         const auto company = folder / fmt::format("bench-{}.brimley", stored);
         for (const char* suffix : {"", "-wal", "-shm"})
