@@ -90,12 +90,14 @@ std::string APform_invoice::doctype_of_walk() {
 void APform_invoice::grid_readmode() {
     if (is_open() && mode() == frame::Mode::read) return;
     DocumentForm::grid_readmode();
+    grid_tax.allow_update = false;
     chkrecur.set_enabled(true);
     set_field(cmbopendoc, FieldState::open);
 }
 
 void APform_invoice::grid_newmode() {
     DocumentForm::grid_newmode();
+    grid_tax.allow_update = true;  // rates and taxes of a line are changed there
     for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
         set_field(*total, FieldState::read_only);
     chkrecur.set_visible(true);
