@@ -106,9 +106,10 @@ void APform_invoice::init_grid() {
 }
 
 void APform_invoice::save_grid() {
-    presentation::save_grid_layout(dbgrid1, kernel(), identity().class_name, "dbgrid1");
-    presentation::save_grid_layout(grid_tax, kernel(), identity().class_name, "grid_tax");
-    presentation::save_grid_layout(grid_tax_summary, kernel(), identity().class_name, "grid_tax_summary");
+    for (const controls::Grid* grid : {&dbgrid1, &grid_tax, &grid_tax_summary}) {
+        step("save_grid",
+             [&] { presentation::save_grid_layout(*grid, kernel(), identity().class_name, grid->name()); });
+    }
 }
 
 void APform_invoice::clear_arrays() {
