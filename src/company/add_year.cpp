@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 #include "company/fiscal_year.h"
@@ -55,18 +54,6 @@ void refuse_overlap(const FiscalYear& year, const std::vector<FiscalYear>& years
     }
 }
 
-std::optional<CarryFrom> year_to_carry(const FiscalYear& year, const std::vector<FiscalYear>& years) {
-    std::optional<CarryFrom> from;
-    for (const FiscalYear& other : years) {
-        if (other.start < year.start) {
-            from = CarryFrom{other.fyear, true};
-        } else if (!from) {
-            return CarryFrom{other.fyear, false};
-        }
-    }
-    return from;
-}
-
 }  // namespace
 
 void add_year(store::Database& database, const std::string& fyear) {
@@ -79,7 +66,7 @@ void add_year(store::Database& database, const std::string& fyear) {
     refuse_overlap(year, years);
     add_calendar(database, year);
     add_counters(database, fyear);
-    add_year_balances(database, fyear, year_to_carry(year, years));
+    add_year_balances(database, fyear);
 }
 
 }  // namespace brimley::company

@@ -2,10 +2,9 @@
 // carried over.
 //
 // The year starts on the same day as the other years of the company, or on January 1 in a company without
-// any. Every row that the nearest earlier year has in Balance_period_table is made again, and a row of the
-// base ledger for every account that had none. Balance sheet accounts and Current Earnings open with what the
-// earlier year closed at; accounts of the income statement open at 0. In a year before the first one,
-// balances open with what the first year opened with.
+// any. Balance sheet accounts and Current Earnings open with what the nearest earlier year closed at;
+// accounts of the income statement open at 0. In a year before the first one, balances open with what the
+// first year opened with.
 //
 // What is posted to the earlier year afterwards does not move the opening balances that were carried.
 #pragma once

@@ -15,7 +15,7 @@ std::vector<const store::Table*> chosen_tables(const store::Catalog& catalog,
     std::vector<const store::Table*> chosen;
     for (const std::string& name : names) {
         const store::Table* table = catalog.find(name);
-        if (!table) throw store::Error(store::ErrorKind::name, "There is no table " + name);
+        if (!table) throw store::Error(store::ErrorKind::name, "there is no table " + name);
         if (std::find(chosen.begin(), chosen.end(), table) == chosen.end()) chosen.push_back(table);
     }
     if (names.empty()) {

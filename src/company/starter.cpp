@@ -208,7 +208,7 @@ void add_starter(store::Database& database, const StarterCompany& starter) {
     const auto start = store::DateTime::from_ymd(std::stoi(starter.year), 1, 1);
     add_calendar(database, year_from(starter.year, start.value()));
     add_counters(database, starter.year);
-    add_year_balances(database, starter.year, {});
+    add_year_balances(database, starter.year);
     add_full_rights(database, starter.user);
 }
 

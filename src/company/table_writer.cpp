@@ -8,7 +8,7 @@ namespace {
 
 const store::Table& known_table(const store::Database& database, const std::string& name) {
     const store::Table* table = database.catalog().find(name);
-    if (!table) throw store::Error(store::ErrorKind::name, "There is no table " + name);
+    if (!table) throw store::Error(store::ErrorKind::name, "there is no table " + name);
     return *table;
 }
 

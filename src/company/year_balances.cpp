@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <string_view>
+#include <map>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "company/fiscal_year.h"
 #include "company/period_balances.h"
-#include "company/table_writer.h"
 
 namespace brimley::company {
 
@@ -16,134 +16,152 @@ namespace {
 
 using store::Recordset;
 using store::RecordsetKind;
+using store::Value;
 
-constexpr const char* kIdentity[] = {"company", "ledgertype", "accno",   "Currency", "acccode",
-                                     "subacc",  "subacc2",    "subacc3", "subacc4",  "subacc5"};
+constexpr const char* kSegments[] = {"acccode", "subacc", "subacc2", "subacc3", "subacc4", "subacc5"};
 
-std::string base_currency(store::Database& database) {
-    Recordset config =
-        database.OpenRecordset("SELECT Currency FROM COA_config_table", RecordsetKind::snapshot);
-    return config.at_eof() ? std::string() : config.text("Currency");
-}
+// One balance: whose it is, and what the year nearest to the new one says about it.
+struct Balance {
+    std::string fyear;
+    double company = kCompany;
+    std::string ledgertype = "A";
+    std::string accno;
+    std::string currency;
+    std::vector<Value> segments;
+    double opening = 0;
+    double opening_base = 0;
+};
 
 class YearBalances {
   public:
     YearBalances(store::Database& database, std::string fyear)
-        : database_(database),
-          fyear_(std::move(fyear)),
-          rows_(database.OpenRecordset("SELECT * FROM Balance_period_table WHERE 1 = 2",
-                                       RecordsetKind::dynaset)) {
-        Recordset accounts =
-            database.OpenRecordset("SELECT accno,acctype FROM Account_master_table", RecordsetKind::snapshot);
-        for (; !accounts.at_eof(); accounts.MoveNext()) {
-            is_income_.emplace(accounts.text("accno"), accounts.text("acctype") == "Income Statement");
-        }
-        note_existing();
-    }
+        : database_(database), fyear_(std::move(fyear)) {}
 
-    void carry(const CarryFrom& from);
-    void add_missing_accounts();
+    void gather();
+    void write();
 
   private:
-    void note_existing();
-    void add_carried(const Recordset& old, bool is_earlier);
-    void set_family(const BalanceColumns& columns, double opening);
-    [[nodiscard]] double carried(const FamilyBalances& family, const std::string& accno,
-                                 bool is_earlier) const;
-    static std::string key_of(const Recordset& row) {
-        return fmt::format("{}|{}|{}|{}", row.text("company"), row.text("ledgertype"), row.text("accno"),
-                           row.text("Currency"));
-    }
+    void gather_accounts();
+    void gather_balances();
+    void note(const Recordset& row);
+    [[nodiscard]] bool is_nearer(const std::string& candidate, const std::string& known) const;
+    [[nodiscard]] double carried(const FamilyBalances& family, const Balance& balance) const;
+    static void set_family(Recordset& rows, const BalanceColumns& columns, double opening);
 
     store::Database& database_;
     std::string fyear_;
-    Recordset rows_;
-    std::unordered_map<std::string, bool> is_income_;
-    std::unordered_set<std::string> keys_;  // rows of the year that stand already
+    std::unordered_set<std::string> income_accounts_;
+    std::map<std::string, Balance> balances_;   // by company, ledger, account and currency
+    std::unordered_set<std::string> existing_;  // keys of rows that the year has already
     std::unordered_set<std::string>
-        base_accounts_;  // accounts of company 1 that have a row of the base ledger
+        base_known_;  // accounts of this company with a balance of the base ledger
 };
 
-void YearBalances::note_existing() {
-    Recordset rows = database_.OpenRecordset(
-        fmt::format("SELECT company,ledgertype,accno,Currency FROM Balance_period_table WHERE fyear = {}",
-                    store::quoted(fyear_)),
-        RecordsetKind::snapshot);
+// An earlier year is nearer than any later one: its closing balances are what the new year opens with.
+bool YearBalances::is_nearer(const std::string& candidate, const std::string& known) const {
+    const bool candidate_earlier = candidate < fyear_;
+    if (candidate_earlier != (known < fyear_)) return candidate_earlier;
+    return candidate_earlier ? candidate > known : candidate < known;
+}
+
+double YearBalances::carried(const FamilyBalances& family, const Balance& balance) const {
+    if (income_accounts_.contains(balance.accno)) return 0;
+    return balance.fyear < fyear_ ? family.year_total() : family.opening;
+}
+
+void YearBalances::note(const Recordset& row) {
+    Balance balance{row.text("fyear"), row.number("company"), row.text("ledgertype"),
+                    row.text("accno"), row.text("Currency"),  {}};
+    const std::string key =
+        fmt::format("{}|{}|{}|{}", balance.company, balance.ledgertype, balance.accno, balance.currency);
+    if (balance.company == kCompany && balance.ledgertype == "A") base_known_.insert(balance.accno);
+    if (balance.fyear == fyear_) {
+        existing_.insert(key);
+        return;
+    }
+    const auto known = balances_.find(key);
+    if (known != balances_.end() && !is_nearer(balance.fyear, known->second.fyear)) return;
+    for (const char* segment : kSegments) {
+        balance.segments.push_back(row.field(segment));
+    }
+    balance.opening = carried(read_family(row, plain_columns()), balance);
+    balance.opening_base = carried(read_family(row, base_columns()), balance);
+    balances_.insert_or_assign(key, std::move(balance));
+}
+
+void YearBalances::gather_balances() {
+    Recordset rows = database_.OpenRecordset("SELECT * FROM Balance_period_table", RecordsetKind::snapshot);
     for (; !rows.at_eof(); rows.MoveNext()) {
-        keys_.insert(key_of(rows));
-        if (rows.number("company") == kCompany && rows.text("ledgertype") == "A") {
-            base_accounts_.insert(rows.text("accno"));
-        }
+        note(rows);
     }
 }
 
-double YearBalances::carried(const FamilyBalances& family, const std::string& accno, bool is_earlier) const {
-    const auto account = is_income_.find(accno);
-    if (account != is_income_.end() && account->second) return 0;
-    return is_earlier ? family.year_total() : family.opening;
+// Accounts that have been added to the chart since the last year was opened.
+void YearBalances::gather_accounts() {
+    Recordset config =
+        database_.OpenRecordset("SELECT Currency FROM COA_config_table", RecordsetKind::snapshot);
+    const std::string base_currency = config.at_eof() ? std::string() : config.text("Currency");
+    Recordset accounts =
+        database_.OpenRecordset("SELECT * FROM Account_master_table", RecordsetKind::snapshot);
+    for (; !accounts.at_eof(); accounts.MoveNext()) {
+        Balance balance;
+        balance.accno = accounts.text("accno");
+        if (base_known_.contains(balance.accno)) continue;
+        balance.currency = base_currency;
+        for (const char* segment : kSegments) {
+            balance.segments.push_back(accounts.field(segment));
+        }
+        balances_.emplace("account " + balance.accno, balance);
+    }
 }
 
-void YearBalances::set_family(const BalanceColumns& columns, double opening) {
-    rows_.set(columns.opening, opening);
+void YearBalances::gather() {
+    Recordset accounts = database_.OpenRecordset(
+        "SELECT accno FROM Account_master_table WHERE acctype = 'Income Statement'", RecordsetKind::snapshot);
+    for (; !accounts.at_eof(); accounts.MoveNext()) {
+        income_accounts_.insert(accounts.text("accno"));
+    }
+    gather_balances();
+    gather_accounts();
+}
+
+void YearBalances::set_family(Recordset& rows, const BalanceColumns& columns, double opening) {
+    rows.set(columns.opening, opening);
     for (const std::string& movement : columns.movements) {
-        rows_.set(movement, 0.0);
+        rows.set(movement, 0.0);
     }
     for (const std::string& balance : columns.running) {
-        rows_.set(balance, opening);
+        rows.set(balance, opening);
     }
-    rows_.set(columns.year_total, opening);
+    rows.set(columns.year_total, opening);
 }
 
-void YearBalances::add_carried(const Recordset& old, bool is_earlier) {
-    const std::string accno = old.text("accno");
-    rows_.AddNew();
-    rows_.set("fyear", fyear_);
-    for (const char* field : kIdentity) {
-        rows_.set(field, old.field(field));
-    }
-    for (const BalanceColumns* columns : {&plain_columns(), &base_columns()}) {
-        set_family(*columns, carried(read_family(old, *columns), accno, is_earlier));
-    }
-    rows_.Update();
-    if (old.number("company") == kCompany && old.text("ledgertype") == "A") base_accounts_.insert(accno);
-}
-
-void YearBalances::carry(const CarryFrom& from) {
-    Recordset old = database_.OpenRecordset(
-        fmt::format("SELECT * FROM Balance_period_table WHERE fyear = {}", store::quoted(from.fyear)),
-        RecordsetKind::snapshot);
-    for (; !old.at_eof(); old.MoveNext()) {
-        if (keys_.insert(key_of(old)).second) add_carried(old, from.is_earlier);
-    }
-}
-
-void YearBalances::add_missing_accounts() {
-    const std::string currency = base_currency(database_);
-    Recordset accounts =
-        database_.OpenRecordset("SELECT * FROM Account_master_table ORDER BY accno", RecordsetKind::snapshot);
-    for (; !accounts.at_eof(); accounts.MoveNext()) {
-        if (base_accounts_.contains(accounts.text("accno"))) continue;
-        rows_.AddNew();
-        rows_.set("fyear", fyear_);
-        rows_.set("company", kCompany);
-        rows_.set("ledgertype", "A");
-        rows_.set("Currency", currency);
-        for (const char* field : {"accno", "acccode", "subacc", "subacc2", "subacc3", "subacc4", "subacc5"}) {
-            rows_.set(field, accounts.field(field));
+void YearBalances::write() {
+    Recordset rows =
+        database_.OpenRecordset("SELECT * FROM Balance_period_table WHERE 1 = 2", RecordsetKind::dynaset);
+    for (const auto& [key, balance] : balances_) {
+        if (existing_.contains(key)) continue;
+        rows.AddNew();
+        rows.set("fyear", fyear_);
+        rows.set("company", balance.company);
+        rows.set("ledgertype", balance.ledgertype);
+        rows.set("accno", balance.accno);
+        rows.set("Currency", balance.currency);
+        for (std::size_t segment = 0; segment < balance.segments.size(); ++segment) {
+            rows.set(kSegments[segment], balance.segments[segment]);
         }
-        set_family(plain_columns(), 0);
-        set_family(base_columns(), 0);
-        rows_.Update();
+        set_family(rows, plain_columns(), balance.opening);
+        set_family(rows, base_columns(), balance.opening_base);
+        rows.Update();
     }
 }
 
 }  // namespace
 
-void add_year_balances(store::Database& database, const std::string& fyear,
-                       const std::optional<CarryFrom>& from) {
+void add_year_balances(store::Database& database, const std::string& fyear) {
     YearBalances balances(database, fyear);
-    if (from) balances.carry(*from);
-    balances.add_missing_accounts();
+    balances.gather();
+    balances.write();
 }
 
 }  // namespace brimley::company

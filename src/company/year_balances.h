@@ -1,21 +1,18 @@
 // The balance rows that a new fiscal year starts with.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "kernel/store/database.h"
 
 namespace brimley::company {
 
-// The year whose rows a new year's rows are made from.
-struct CarryFrom {
-    std::string fyear;
-    bool is_earlier = true;  // else it follows the new year, and its opening balances stand in
-};
-
-// Adds the Balance_period_table rows of `fyear`. Runs inside the caller's transaction; throws store::Error.
-void add_year_balances(store::Database& database, const std::string& fyear,
-                       const std::optional<CarryFrom>& from);
+// Adds the Balance_period_table rows of `fyear`: one for every balance that has a row in any other year, and
+// one of the base ledger for every account that has none.
+//
+// A balance opens with what it closed at in the nearest earlier year that knows it, else with what it opened
+// with in the nearest later one; accounts of the income statement open at 0. Rows of the year that exist stay
+// as they are. Runs inside the caller's transaction; throws store::Error.
+void add_year_balances(store::Database& database, const std::string& fyear);
 
 }  // namespace brimley::company

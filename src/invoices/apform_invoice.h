@@ -196,8 +196,9 @@ class APform_invoice : public frame::DocumentForm {
 
     // posting.cpp
     [[nodiscard]] bool gather_amounts(kernel::GlPosting& posting, const std::string& ap_accno, double rate);
+    class AuthorityAccounts;
     [[nodiscard]] bool gather_taxes(kernel::GlPosting& posting, const std::string& pay_item,
-                                    const std::string& po_accno, double rate);
+                                    const std::string& po_accno, double rate, AuthorityAccounts& authorities);
     [[nodiscard]] double rounded_base(double amount, double rate) const;
 
     // commands.cpp

@@ -2,6 +2,9 @@
 // save.
 #include <fmt/format.h>
 
+#include <map>
+#include <optional>
+
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
@@ -11,6 +14,32 @@ namespace brimley::invoices {
 using kernel::money_value;
 using kernel::Round;
 using store::quoted;
+
+// The accounts of tax authorities, each looked up once a document.
+class APform_invoice::AuthorityAccounts {
+  public:
+    struct Accounts {
+        store::Value recoverable;
+        store::Value expense;
+    };
+    explicit AuthorityAccounts(kernel::ModuleG3& kernel) : kernel_(kernel) {}
+
+    // Null for an authority that is not known.
+    const Accounts* find(const std::string& authority) {
+        const auto known = known_.find(authority);
+        if (known != known_.end()) return known->second ? &*known->second : nullptr;
+        const auto row = kernel_.read(
+            fmt::format("SELECT * FROM Tax_authority_table WHERE tax_authority = {}", quoted(authority)));
+        std::optional<Accounts> accounts;
+        if (!row.at_eof()) accounts = Accounts{row.field("acc_recoverable"), row.field("acc_expense")};
+        const auto added = known_.emplace(authority, std::move(accounts)).first;
+        return added->second ? &*added->second : nullptr;
+    }
+
+  private:
+    kernel::ModuleG3& kernel_;
+    std::map<std::string, std::optional<Accounts>> known_;
+};
 
 double APform_invoice::rounded_base(double amount, double rate) const {
     return foreign() ? Round(amount * rate) : amount;
@@ -46,6 +75,7 @@ bool APform_invoice::gather_amounts(kernel::GlPosting& posting, const std::strin
     // The word of old for credit notes; the stored kind is "vcn", so it never holds and credit notes post
     // like invoices.
     const double credit_note_side = txtdoctype.text() == "cn" ? -1 : 1;
+    AuthorityAccounts authorities(kernel());
     for (int row = 0; row <= line_rows; ++row) {
         const std::string pay_item = dbgrid1.cell(row, "pay item");
         if (pay_item.empty()) continue;
@@ -62,30 +92,30 @@ bool APform_invoice::gather_amounts(kernel::GlPosting& posting, const std::strin
         const double taxable = cell_money(row, "taxable amount") * credit_note_side;
         posting.add(ap_accno, gross, rounded_base(gross, rate));
         posting.add(po_accno, taxable, rounded_base(taxable, rate));
-        if (cell_money(row, "tax amount") != 0 && !gather_taxes(posting, pay_item, po_accno, rate))
+        if (cell_money(row, "tax amount") != 0 &&
+            !gather_taxes(posting, pay_item, po_accno, rate, authorities))
             return false;
     }
     return true;
 }
 
 bool APform_invoice::gather_taxes(kernel::GlPosting& posting, const std::string& pay_item,
-                                  const std::string& po_accno, double rate) {
+                                  const std::string& po_accno, double rate, AuthorityAccounts& authorities) {
     const double side = cmbdoctype.text() == "Credit Note" ? -1 : 1;
     for (const kernel::TaxRow* row : tax_rows.of_item(pay_item)) {
-        const auto authority = kernel().read(fmt::format(
-            "SELECT * FROM Tax_authority_table WHERE tax_authority = {}", quoted(row->authority)));
-        if (authority.at_eof()) return false;
+        const auto* accounts = authorities.find(row->authority);
+        if (accounts == nullptr) return false;
         const double tax = money_value(row->tax_amount) * side;
         const double recoverable = money_value(row->recoverable) * side;
         const double expensed = money_value(row->expensed) * side;
         if (recoverable != 0)
-            posting.add(authority.text("acc_recoverable"), recoverable, Round(recoverable * rate));
+            posting.add(accounts->recoverable.text(), recoverable, Round(recoverable * rate));
         if (expensed != 0) {
-            if (authority.field("acc_expense").is_null()) {
+            if (accounts->expense.is_null()) {
                 tell("No Expensed Tax Account for " + row->authority);
                 return false;
             }
-            posting.add(authority.text("acc_expense"), expensed, Round(expensed * rate));
+            posting.add(accounts->expense.text(), expensed, Round(expensed * rate));
         }
         // What is neither refunded nor expensed goes into the item's cost.
         if (recoverable < tax && expensed == 0) {

@@ -24,6 +24,13 @@ bool edit_with_retry(Recordset& rows, Outside& outside) {
     return taken;
 }
 
+// A caller that has just written a line of the account stands on it already.
+bool stand_on_account(Recordset& account_rows, const std::string& accno) {
+    if (!account_rows.at_eof() && account_rows.text("accno") == accno) return true;
+    account_rows.FindFirst(fmt::format("[accno] = {}", quoted(accno)));
+    return !account_rows.NoMatch();
+}
+
 }  // namespace
 
 void ModuleG3::tell_missing_balance(const GlLine& line) {
@@ -87,8 +94,7 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
     carry_on(passed_over_, "post_balance", [&] {
         const std::string& accno = line.account.accno;
         if (!post_to_account(balance_rows, line)) return;
-        account_rows.FindFirst(fmt::format("[accno] = {}", quoted(accno)));
-        if (account_rows.NoMatch()) return;
+        if (!stand_on_account(account_rows, accno)) return;
         if (account_rows.text("acctype") == "Income Statement" && line.ledgertype == "A" &&
             !post_current_earnings(balance_rows, line, account_rows.flag("debit"))) {
             return;

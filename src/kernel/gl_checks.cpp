@@ -8,17 +8,26 @@ namespace brimley::kernel {
 using store::quoted;
 
 bool ModuleG3::check_gl_document(store::Recordset& gl_lines, store::Recordset& account_rows) {
-    if (gl_lines.RecordCount() == 0) return true;
-    double sum = 0;
+    std::vector<CheckedLine> lines;
     for (gl_lines.MoveFirst(); !gl_lines.at_eof(); gl_lines.MoveNext()) {
         const std::string accno = gl_lines.text("accno");
         account_rows.FindFirst(fmt::format("[accno] = {}", quoted(accno)));
         if (account_rows.NoMatch()) return false;
-        if (account_rows.flag("inactive")) {
-            tell(fmt::format("Account {} is inactive.", accno));
+        lines.push_back({accno, gl_lines.number("base_amount"), account_rows.flag("debit"),
+                         account_rows.flag("inactive")});
+        if (lines.back().inactive) break;  // told below; what comes behind it no longer matters
+    }
+    return check_gl_document(lines);
+}
+
+bool ModuleG3::check_gl_document(const std::vector<CheckedLine>& lines) {
+    double sum = 0;
+    for (const CheckedLine& line : lines) {
+        if (line.inactive) {
+            tell(fmt::format("Account {} is inactive.", line.accno));
             return false;
         }
-        sum = Round(sum + side_of(account_rows.flag("debit")) * gl_lines.number("base_amount"));
+        sum = Round(sum + side_of(line.debit) * line.base_amount);
     }
     if (sum != 0) {
         tell("Document is not balance (debit <> credit)");

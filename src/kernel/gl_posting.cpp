@@ -114,16 +114,23 @@ GlLine GlPosting::new_line(const CurrencySum& amounts) {
 bool GlPosting::write_line(std::string_view accno, const CurrencySum& amounts) {
     if (!find_account(accno)) return false;
     const GlLine line = new_line(amounts);
-    base_difference_ = Round(base_difference_ + side_of(account_rows_.flag("debit")) * line.base_amount);
-    store_line(line);
-    if (!update_with_retry(line_rows_)) return false;
+    if (!store_line(line)) return false;
     if (line.ledgertype == "F" && !open_account_for_currency(line)) return false;
     if (!post(line)) return false;
     ++next_lineno_;
     return true;
 }
 
-void GlPosting::store_line(const GlLine& line) {
+bool GlPosting::store_line(const GlLine& line) {
+    fill_line_row(line);
+    if (!update_with_retry(line_rows_)) return false;
+    const bool debit = account_rows_.flag("debit");
+    base_difference_ = Round(base_difference_ + side_of(debit) * line.base_amount);
+    written_.push_back({line.account.accno, line.base_amount, debit, account_rows_.flag("inactive")});
+    return true;
+}
+
+void GlPosting::fill_line_row(const GlLine& line) {
     const store::DateTime now = kernel_.outside().now();
     line_rows_.AddNew();
     line_rows_.set("lineno", line.lineno);
@@ -191,12 +198,11 @@ bool GlPosting::write_rounding() {
     }
     GlLine line = new_line({accno, header_.base_currency, -difference, -difference});
     line.vendor_no = header_.vendor_no;
-    store_line(line);
-    return update_with_retry(line_rows_) && post(line);
+    return store_line(line) && post(line);
 }
 
 bool GlPosting::finish() {
-    if (!kernel_.check_gl_document(line_rows_, account_rows_)) return false;
+    if (!kernel_.check_gl_document(written_)) return false;
     header_row_.Update();
     return true;
 }

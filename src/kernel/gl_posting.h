@@ -59,7 +59,9 @@ class GlPosting {
     [[nodiscard]] bool write_entry(const CurrencySum& entry);
     [[nodiscard]] bool write_line(std::string_view accno, const CurrencySum& amounts);
     [[nodiscard]] GlLine new_line(const CurrencySum& amounts);
-    void store_line(const GlLine& line);
+    // Writes the line and keeps what the check at the end needs of it. The account rows stand on its account.
+    [[nodiscard]] bool store_line(const GlLine& line);
+    void fill_line_row(const GlLine& line);
     [[nodiscard]] bool update_with_retry(store::Recordset& rows);
     [[nodiscard]] bool open_account_for_currency(const GlLine& line);
     [[nodiscard]] bool post(const GlLine& line);
@@ -72,6 +74,7 @@ class GlPosting {
     std::string fkey_;
     std::vector<CurrencySum> summary_;
     int next_lineno_ = 1;
+    std::vector<CheckedLine> written_;
     double base_difference_ = 0;  // debit less credit over the lines written so far
     store::Recordset header_row_;
     store::Recordset line_rows_;

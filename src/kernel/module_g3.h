@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "kernel/carry_on.h"
 #include "kernel/gl_line.h"
@@ -45,6 +46,14 @@ struct UserRights {
     bool Update = false;
     bool Print = false;
     bool form_design = false;
+};
+
+// What the check of a GL document looks at in a line and its account.
+struct CheckedLine {
+    std::string accno;
+    double base_amount = 0;  // signed on the account's own side
+    bool debit = false;
+    bool inactive = false;
 };
 
 class ModuleG3 {
@@ -103,6 +112,8 @@ class ModuleG3 {
     // ------------------------------------------------------------- Tests that base amounts balance and that
     // no account is inactive. An empty document passes. Moves both recordsets.
     [[nodiscard]] bool check_gl_document(store::Recordset& gl_lines, store::Recordset& account_rows);
+    // The same for lines that the caller has just written and still holds.
+    [[nodiscard]] bool check_gl_document(const std::vector<CheckedLine>& lines);
     [[nodiscard]] bool account_currency_exists(std::string_view accno, std::string_view currency);
     // Opens the account for the currency. A row that exists is refreshed: its description becomes a blank,
     // revalue true.

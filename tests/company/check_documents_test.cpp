@@ -1,0 +1,179 @@
+// Invoices, account currencies and counters: each check on books broken in one place.
+#include "company/books_fixture.h"
+
+namespace brimley {
+namespace {
+
+using company::FieldValues;
+using company::Findings;
+using store::Value;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class CheckDocuments : public testing::BooksTest {};
+
+TEST_F(CheckDocuments, AccountCurrencyWithoutForeignRowsIsFound) {
+    add("Account_currency_table", {{"accno", "1050"}, {"Currency", "EUR"}});
+    add("Account_currency_table", {{"accno", "1050"}, {"Currency", "USD"}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Account 1050 in EUR can never be posted to: it has no F row in Balance_table",
+                            "Account 1050 in EUR cannot be posted to in fiscal year 2026: it has no F row in "
+                            "Balance_period_table",
+                            "Account 1050 in EUR cannot be posted to in fiscal year 2027: it has no F row in "
+                            "Balance_period_table"));
+}
+
+TEST_F(CheckDocuments, InvoiceWithoutAGlDocumentIsFound) {
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"GLFKEY", Value()}});
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1ip-1 names no GL document"));
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"Source", "AP"}});
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(CheckDocuments, InvoiceWithoutLinesIsFound) {
+    db().Execute("DELETE * FROM AP_transaction_table WHERE fkey = '1ip-1'");
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1ip-1 has no lines"));
+}
+
+TEST_F(CheckDocuments, InvoiceLinesWithoutAHeaderAreFound) {
+    db().Execute("DELETE * FROM AP_header_table WHERE fkey = '1ip-2'");
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1ip-2 has lines but no header"));
+}
+
+TEST_F(CheckDocuments, LineOfAPrepaymentBelongsToItsPayment) {
+    add("AP_transaction_table", {{"fkey", "1pp-1"},
+                                 {"doctype", "pp"},
+                                 {"pay_item", "1"},
+                                 {"gross_amount", -50.0},
+                                 {"open_amount", -50.0}});
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1pp-1 has lines but no header"));
+    add("Payment_header_table", {{"fkey", "1pp-1"}, {"company", 1}, {"doctype", "pp"}});
+    change("SELECT * FROM Next_number_fkey_table WHERE doctype = 'pp'", {{"fkeyno", 2}});
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(CheckDocuments, HeaderAndLinesAreVoidTogether) {
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"void", true}});
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'", {{"void", true}});
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1ip-1 is void, but not all its lines are",
+                                        "Invoice 1ip-2 is not void, but not all its lines are"));
+}
+
+TEST_F(CheckDocuments, UntouchedLineIsOpenInFull) {
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-1'", {{"open_amount", 100.0}});
+    EXPECT_THAT(
+        findings(),
+        ElementsAre("Invoice 1ip-1, pay item 1: open amount 100.00 of 112.35, though nothing was paid"));
+}
+
+TEST_F(CheckDocuments, PartlyPaidLineIsOpenBetweenNothingAndAll) {
+    const std::string line = "SELECT * FROM AP_transaction_table WHERE fkey = '1ip-1'";
+    change(line, {{"open_amount", 100.0}, {"paid_amount", 12.35}});
+    EXPECT_THAT(findings(), IsEmpty());
+    change(line, {{"open_amount", 120.0}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Invoice 1ip-1, pay item 1: open amount 120.00 is not between 0 and 112.35"));
+    change(line, {{"open_amount", -1.0}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Invoice 1ip-1, pay item 1: open amount -1.00 is not between 0 and 112.35"));
+}
+
+TEST_F(CheckDocuments, PaidLineHasNothingOpen) {
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1vcn-1'", {{"open_amount", 10.0}});
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1vcn-1, pay item 1: open amount 10.00, though it is paid"));
+}
+
+TEST_F(CheckDocuments, HeaderIsFullyPaidExactlyWhenAllLinesAre) {
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"fully_paid", true}, {"paid", true}});
+    change("SELECT * FROM AP_header_table WHERE fkey = '1vcn-1'", {{"fully_paid", false}});
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1ip-1 is fully paid, but 0 of its 1 lines are paid",
+                                        "Invoice 1vcn-1 is not fully paid, but 1 of its 1 lines are paid"));
+}
+
+TEST_F(CheckDocuments, HeaderIsPaidWhenAnyLineIs) {
+    change("SELECT * FROM AP_header_table WHERE fkey = '1vcn-1'", {{"paid", false}});
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1vcn-1 is not paid, but 1 of its 1 lines are"));
+}
+
+TEST_F(CheckDocuments, PartsOfATaxAddUpToIt) {
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-1'", {{"tax_allocated2", 7.34}});
+    EXPECT_THAT(findings(), ElementsAre("Invoice 1ip-1, pay item 1: tax 2 is 7.35, but its parts make 7.34"));
+}
+
+TEST_F(CheckDocuments, PartsOfATaxOfAMiscellaneousPaymentAddUpToIt) {
+    add("Payment_misc_transaction_table", {{"fkey", "1mpy-1"}, {"pay_item", 2}, {"tax_amount5", 3.0}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Payment 1mpy-1, pay item 2: tax 5 is 3.00, but its parts make 0.00"));
+}
+
+TEST_F(CheckDocuments, KeyCounterStandsAheadOfEveryKey) {
+    change("SELECT * FROM Next_number_fkey_table WHERE doctype = 'gl'", {{"fkeyno", 3}});
+    EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1gl stands at 3, though 1gl-3 is used"));
+    db().Execute("DELETE * FROM Next_number_fkey_table WHERE doctype = 'gl'");
+    EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1gl is missing, though 1gl-3 is used"));
+}
+
+TEST_F(CheckDocuments, KeysOfTemplatesAndRevaluationsCount) {
+    add("AP_recur_header_table", {{"fkey", "1recur-7"}, {"company", "1"}, {"doctype", "recur"}});
+    add("AP_Revalue_header_table",
+        {{"fkey", "1apre-1"}, {"company", 1}, {"docno", "APR-26-00001"}, {"fyear", "2026"}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Next_number_fkey_table 1apre stands at 1, though 1apre-1 is used",
+                            "Next_number_fkey_table 1recur stands at 1, though 1recur-7 is used",
+                            "Docno_master_table 1 apre 2026 stands at 1, though APR-26-00001 is used"));
+}
+
+TEST_F(CheckDocuments, NumberCounterStandsAheadOfEveryNumber) {
+    const std::string counter =
+        "SELECT * FROM Docno_master_table WHERE doctype = 'vcn' AND fiscalyear = '2026'";
+    change(counter, {{"nextdocno", 3}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Docno_master_table 1 vcn 2026 stands at 3, though VCN-26-00003 is used"));
+    db().Execute("DELETE * FROM Docno_master_table WHERE doctype = 'vcn' AND fiscalyear = '2026'");
+    EXPECT_THAT(findings(),
+                ElementsAre("Docno_master_table 1 vcn 2026 is missing, though VCN-26-00003 is used"));
+}
+
+TEST_F(CheckDocuments, NumbersOfEveryStructureAreRead) {
+    const std::string config = "SELECT * FROM Next_number_config_table";
+    const std::string header = "SELECT * FROM AP_header_table WHERE fkey = '1ip-2'";
+    const auto finding_for = [&](FieldValues layout, const char* docno) {
+        change(config, layout);
+        change(header, {{"docno", docno}});
+        const Findings found = findings();
+        return found.size() == 1 ? found[0] : std::to_string(found.size());
+    };
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"docno", "other"}});
+    change("SELECT * FROM AP_header_table WHERE fkey = '1vcn-1'", {{"docno", "other"}});
+    for (const char* gl_fkey : {"1gl-1", "1gl-2", "1gl-3"}) {
+        change(std::string("SELECT * FROM GL_header_table WHERE fkey = '") + gl_fkey + "'",
+               {{"docno", "other"}});
+    }
+    const auto expected = [](const char* docno) {
+        return "Docno_master_table 1 ip 2026 stands at 4, though " + std::string(docno) + " is used";
+    };
+    EXPECT_EQ(finding_for({{"structure", Value()}}, "IP-26-00123"), expected("IP-26-00123"));
+    EXPECT_EQ(finding_for({{"structure", "2"}}, "26-IP-4"), expected("26-IP-4"));
+    EXPECT_EQ(finding_for({{"structure", "3"}}, "IP-00004"), expected("IP-00004"));
+    EXPECT_EQ(
+        finding_for({{"structure", "1"}, {"fyear_digit", 4}, {"seperator1", false}, {"seperator2", false}},
+                    "IP2026123456"),
+        expected("IP2026123456"));
+    EXPECT_EQ(finding_for({{"structure", "1"}}, "IP-26-00123"),
+              "0");  // written before the format was changed
+}
+
+TEST_F(CheckDocuments, DocumentsDoNotShareAKey) {
+    add("AP_header_table", {{"fkey", "1ip-2"}, {"company", "1"}, {"doctype", "ip"}, {"Source", "AP"}});
+    EXPECT_THAT(findings(), ElementsAre("Two documents have the key 1ip-2"));
+}
+
+TEST_F(CheckDocuments, GeneratedDocumentsMayShareAKey) {
+    for (int copies = 0; copies < 2; ++copies) {
+        add("GL_header_table", {{"fkey", "1gl57"}, {"company", 1}, {"doctype", "gl"}});
+    }
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace brimley

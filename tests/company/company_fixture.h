@@ -1,0 +1,54 @@
+// Company files for tests: made in a folder of their own, with helpers to look into them and to change them.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "company/create.h"
+#include "company/table_writer.h"
+#include "kernel/store/database.h"
+#include "support/temporary_folder.h"
+
+namespace brimley::testing {
+
+// A path of lines joined to the text of a file.
+[[nodiscard]] std::string lines(std::initializer_list<std::string_view> all);
+[[nodiscard]] std::string text_of_file(const std::string& path);
+void write_file(const std::string& path, std::string_view text);
+
+class CompanyTest : public ::testing::Test {
+  protected:
+    // Makes the company and opens it.
+    void make(const company::CompanyContent& content);
+    void reopen();
+    [[nodiscard]] store::Database& db() { return *open_.database; }
+    [[nodiscard]] const store::OpenCompany& open() const { return open_; }
+    [[nodiscard]] std::string path() const { return folder_.file("books.company"); }
+
+    // The rows of a query, columns joined by "|", null as "-".
+    [[nodiscard]] std::vector<std::string> rows(const std::string& query);
+    // Changes the first row of the query; fails the test when there is none.
+    void change(const std::string& query, company::FieldValues values);
+    // Adds to a number field of the first row of the query.
+    void raise(const std::string& query, std::string_view field, double amount);
+    void add(const std::string& table, company::FieldValues values);
+
+    // In one transaction, kept when the work does not throw.
+    void in_transaction(const std::function<void(store::Database&)>& work);
+    // Everything that the company holds, as exported files joined.
+    [[nodiscard]] std::string dump();
+
+    TemporaryFolder folder_;
+
+  private:
+    store::OpenCompany open_;
+};
+
+}  // namespace brimley::testing
