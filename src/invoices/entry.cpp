@@ -255,6 +255,7 @@ void APform_invoice::cmbopendoc_itemselect() {
 void APform_invoice::vendor_address() {
     frame_address.set_visible(!frame_address.visible());
     if (!frame_address.visible()) return;
+    txtvendor_address.set("");  // not the last vendor's, should this one not be found
     step("vendor_address", [&] {
         const auto vendor = kernel().read(
             fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));

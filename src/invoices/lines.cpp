@@ -238,10 +238,11 @@ void APform_invoice::dbgrid1_AfterColUpdate(int column) {
 
 void APform_invoice::ddacc_rowchange() {
     const int row = dbgrid1.row();
+    dbgrid1.set_cell(row, "account name", "");
     const auto account =
         kernel().read(fmt::format("SELECT accname FROM Account_master_table WHERE accno = {} AND type = 'A'",
                                   quoted(dbgrid1.cell(row, "purchase account"))));
-    dbgrid1.set_cell(row, "account name", account.at_eof() ? std::string{} : account.text("accname"));
+    if (!account.at_eof()) dbgrid1.set_cell(row, "account name", account.text("accname"));
 }
 
 // After lines were inserted or taken out: numbers, tax rows, totals and open panels follow.

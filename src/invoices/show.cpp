@@ -47,6 +47,7 @@ APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kerne
     // These boxes tell the state of a document; nobody ticks them.
     for (controls::CheckBox* box : {&chkprint, &chkpaid, &chkvoid, &chkhold})
         box->set_locked(true);
+    chkrecur.set_locked(true);  // templates are not offered yet: a ticked entry would be saved as an invoice
     connect_handlers();
 }
 
