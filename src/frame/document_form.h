@@ -113,11 +113,14 @@ class DocumentForm : public Form {
     std::int64_t fkey_last_no = 0;
 
   private:
+    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
     void press_new();
     void press_edit();
     void press_save();
     void step_record(int direction);
     void leave_mode(int pressed_command);
+
+    std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
 };
 
 }  // namespace brimley::frame

@@ -40,16 +40,20 @@ void DocumentForm::show_document(Recordset& header) {
     assign2_dbgrid1(lines);
 }
 
+// No counter row is as good as a counter that has issued nothing.
+std::int64_t DocumentForm::last_number_issued(const std::string& doctype) {
+    const auto counter = kernel().read(fmt::format(
+        "SELECT * FROM Next_number_fkey_table WHERE company = 1 AND doctype = {}", quoted(doctype)));
+    return counter.at_eof() ? 0 : static_cast<std::int64_t>(counter.number("fkeyno")) - 1;
+}
+
 void DocumentForm::last_record() {
     step("last_record", [&] {
         const std::string doctype = doctype_of_walk();
         if (walk_open_documents(0)) return;
-        const auto counter = kernel().read(fmt::format(
-            "SELECT * FROM Next_number_fkey_table WHERE company = 1 AND doctype = {}", quoted(doctype)));
-        // No counter row is as good as a counter that has issued nothing.
-        const auto fkeyno = counter.at_eof() ? 1 : static_cast<std::int64_t>(counter.number("fkeyno"));
-        fkey_last_no = fkeyno - 1;
-        if (fkeyno == 1) {
+        fkey_last_no = last_number_issued(doctype);
+        doctype_of_last_no_ = doctype;
+        if (fkey_last_no == 0) {
             clear_box();
             grid_readmode();
             return;
@@ -79,7 +83,11 @@ void DocumentForm::step_record(int direction) {
     step("step_record", [&] {
         const std::string fkey = txtfkey.text();
         const std::string prefix = fkey.substr(0, fkey.find('-') + 1);
-        for (std::int64_t n = *key_number(fkey) + direction; n >= 1 && n <= fkey_last_no; n += direction) {
+        // A document of another kind, reached by its number, is walked from within its own kind.
+        const std::string& doctype = txtdoctype.text();
+        const std::int64_t last_no =
+            doctype == doctype_of_last_no_ ? fkey_last_no : last_number_issued(doctype);
+        for (std::int64_t n = *key_number(fkey) + direction; n >= 1 && n <= last_no; n += direction) {
             auto header = header_by_fkey(prefix + std::to_string(n));
             if (header.at_eof()) continue;
             show_document(header);

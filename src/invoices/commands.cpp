@@ -158,6 +158,7 @@ bool APform_invoice::walk_open_documents(int direction) {
     } else {
         cmbopendoc.set(txtdocno.text());
         const int target = cmbopendoc.list_index() + direction;
+        if (cmbopendoc.list_index() < 0) cmbopendoc.clear_choice();
         if (cmbopendoc.list_index() < 0 || target < 0 || target >= count) return true;
         cmbopendoc.select(target);
     }

@@ -229,21 +229,22 @@ bool APform_invoice::validate_docno() {
 }
 
 void APform_invoice::get_list_open_doc() {
-    // Fetched when the list is opened, however many documents are open.
-    cmbopendoc.set_source([this] {
+    // Fetched when the list is opened, however many documents are open; of the kind shown now, though.
+    cmbopendoc.set_source([this, doctype = txtdoctype.text()] {
         std::vector<ComboBox::Row> items;
         step("get_list_open_doc", [&] {
             auto open =
                 kernel().read(fmt::format("SELECT docno FROM AP_header_table WHERE doctype = {} AND "
                                           "fully_paid = FALSE AND void = FALSE ORDER BY "
                                           "docno DESC",
-                                          quoted(txtdoctype.text())));
+                                          quoted(doctype)));
             for (; !open.at_eof(); open.MoveNext())
                 items.push_back({open.text("docno")});
         });
         return items;
     });
-    cmbopendoc.set(txtdocno.text());
+    const bool listed = on_saved_document() && chkvoid.value() == 0 && chkpaid.value() != 1;
+    cmbopendoc.set(listed ? txtdocno.text() : std::string{});
 }
 
 void APform_invoice::cmbopendoc_itemselect() {
@@ -254,6 +255,7 @@ void APform_invoice::cmbopendoc_itemselect() {
 void APform_invoice::vendor_address() {
     frame_address.set_visible(!frame_address.visible());
     if (!frame_address.visible()) return;
+    txtvendor_address.set("");  // not the last vendor's, should this one not be found
     step("vendor_address", [&] {
         const auto vendor = kernel().read(
             fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));

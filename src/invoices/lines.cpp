@@ -106,9 +106,10 @@ void APform_invoice::init_grid() {
 }
 
 void APform_invoice::save_grid() {
-    presentation::save_grid_layout(dbgrid1, kernel(), identity().class_name, "dbgrid1");
-    presentation::save_grid_layout(grid_tax, kernel(), identity().class_name, "grid_tax");
-    presentation::save_grid_layout(grid_tax_summary, kernel(), identity().class_name, "grid_tax_summary");
+    for (const controls::Grid* grid : {&dbgrid1, &grid_tax, &grid_tax_summary}) {
+        step("save_grid",
+             [&] { presentation::save_grid_layout(*grid, kernel(), identity().class_name, grid->name()); });
+    }
 }
 
 void APform_invoice::clear_arrays() {
@@ -237,10 +238,11 @@ void APform_invoice::dbgrid1_AfterColUpdate(int column) {
 
 void APform_invoice::ddacc_rowchange() {
     const int row = dbgrid1.row();
+    dbgrid1.set_cell(row, "account name", "");
     const auto account =
         kernel().read(fmt::format("SELECT accname FROM Account_master_table WHERE accno = {} AND type = 'A'",
                                   quoted(dbgrid1.cell(row, "purchase account"))));
-    dbgrid1.set_cell(row, "account name", account.at_eof() ? std::string{} : account.text("accname"));
+    if (!account.at_eof()) dbgrid1.set_cell(row, "account name", account.text("accname"));
 }
 
 // After lines were inserted or taken out: numbers, tax rows, totals and open panels follow.

@@ -47,6 +47,7 @@ APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kerne
     // These boxes tell the state of a document; nobody ticks them.
     for (controls::CheckBox* box : {&chkprint, &chkpaid, &chkvoid, &chkhold})
         box->set_locked(true);
+    chkrecur.set_locked(true);  // templates are not offered yet: a ticked entry would be saved as an invoice
     connect_handlers();
 }
 
@@ -90,12 +91,14 @@ std::string APform_invoice::doctype_of_walk() {
 void APform_invoice::grid_readmode() {
     if (is_open() && mode() == frame::Mode::read) return;
     DocumentForm::grid_readmode();
+    grid_tax.allow_update = false;
     chkrecur.set_enabled(true);
     set_field(cmbopendoc, FieldState::open);
 }
 
 void APform_invoice::grid_newmode() {
     DocumentForm::grid_newmode();
+    grid_tax.allow_update = true;  // rates and taxes of a line are changed there
     for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
         set_field(*total, FieldState::read_only);
     chkrecur.set_visible(true);
