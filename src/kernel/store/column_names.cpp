@@ -24,7 +24,9 @@ int ColumnNames::find(std::string_view name) const {
     for (std::size_t at = hash & (slots_.size() - 1); slots_[at].column_plus_one != 0;
          at = (at + 1) & (slots_.size() - 1)) {
         const std::uint32_t column = slots_[at].column_plus_one - 1;
-        if (slots_[at].hash == hash && same_name(names_[column], name)) return static_cast<int>(column);
+        if (slots_[at].hash != hash) continue;
+        // Most callers spell a name as the catalog does.
+        if (names_[column] == name || same_name(names_[column], name)) return static_cast<int>(column);
     }
     return -1;
 }

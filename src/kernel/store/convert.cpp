@@ -76,6 +76,17 @@ Value convert_for_field(const Value& value, const Field& field) {
     }
 }
 
+void convert_for_field(const Value& value, const Field& field, Value& into) {
+    const bool fits =
+        (field.type == FieldType::text && value.is_text()) ||
+        (field.type == FieldType::number && value.is_number() && std::isfinite(value.number_ref())) ||
+        (field.type == FieldType::yes_no && value.is_flag());
+    if (fits)
+        into = value;
+    else
+        into = convert_for_field(value, field);
+}
+
 std::optional<DateTime> parse_yyyymmdd(std::string_view text) {
     if (text.size() != 8 || text.find_first_not_of("0123456789") != std::string_view::npos) return {};
     const auto digit = [&](std::size_t at) { return text[at] - '0'; };

@@ -16,6 +16,8 @@ namespace brimley::store {
 //   yes/no     flag, number (0 is FALSE), a text that says yes or no; null is FALSE unless the field may hold
 //   it date       date, and the text "20260115"; the time of day stays
 [[nodiscard]] Value convert_for_field(const Value& value, const Field& field);
+// The same into a value that is there already, whose memory is used again. Unchanged when it throws.
+void convert_for_field(const Value& value, const Field& field, Value& into);
 
 // "20260115" as that day; nothing for any other text.
 [[nodiscard]] std::optional<DateTime> parse_yyyymmdd(std::string_view text);

@@ -1,7 +1,5 @@
 #include "kernel/store/edit_buffer.h"
 
-#include <utility>
-
 namespace brimley::store {
 
 void EditBuffer::begin(Mode mode, int columns) {
@@ -18,13 +16,6 @@ void EditBuffer::end() {
         set_[static_cast<std::size_t>(column)] = 0;
     order_.clear();
     mode_ = Mode::none;
-}
-
-void EditBuffer::set(int column, Value value) {
-    const auto at = static_cast<std::size_t>(column);
-    if (!set_[at]) order_.push_back(column);
-    set_[at] = 1;
-    values_[at] = std::move(value);
 }
 
 }  // namespace brimley::store

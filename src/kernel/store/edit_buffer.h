@@ -19,7 +19,14 @@ class EditBuffer {
     void begin(Mode mode, int columns);
     void end();
 
-    void set(int column, Value value);
+    // What the column held, or would hold if it had been set before: to be given its value, then marked as
+    // set.
+    [[nodiscard]] Value& slot(int column) { return values_[static_cast<std::size_t>(column)]; }
+    void mark_set(int column) {
+        char& mark = set_[static_cast<std::size_t>(column)];
+        if (!mark) order_.push_back(column);
+        mark = 1;
+    }
     [[nodiscard]] bool is_set(int column) const { return set_[static_cast<std::size_t>(column)] != 0; }
     // Only of a column that is set. The reference lasts until that column is set again or the buffer begins
     // anew.

@@ -83,8 +83,9 @@ void Keyset::require_keys() {
         return true;
     });
     // Rows added through the recordset stand at its end, wherever the order would put them.
-    if (!added_.empty())
-        std::erase_if(keys, [&](RowKey key) { return std::ranges::find(added_, key) != added_.end(); });
+    std::vector<RowKey> sorted = added_;
+    std::ranges::sort(sorted);
+    std::erase_if(keys, [&](RowKey key) { return std::ranges::binary_search(sorted, key); });
     keys.insert(keys.end(), added_.begin(), added_.end());
     keys_ = std::move(keys);
     ascending_ = std::ranges::is_sorted(keys_);
@@ -100,6 +101,13 @@ std::ptrdiff_t Keyset::index_of(RowKey key) {
         indexes_.emplace(keys_[i], static_cast<std::ptrdiff_t>(i));
     const auto found = indexes_.find(key);
     return found == indexes_.end() ? -1 : found->second;
+}
+
+std::ptrdiff_t Keyset::index_behind(RowKey key) {
+    // A row that was found in the table and has been deleted since is none of the keys fetched now.
+    if (ascending_) return std::ranges::upper_bound(keys_, key) - keys_.begin();
+    const std::ptrdiff_t index = index_of(key);
+    return index < 0 ? static_cast<std::ptrdiff_t>(keys_.size()) : index + 1;
 }
 
 bool Keyset::read_match(PlannedStatement& statement, std::span<const Parameter> parameters) {
@@ -146,7 +154,7 @@ void Keyset::move_last() {
 void Keyset::move_next() {
     if (!current()) return;
     require_keys();
-    walk_from(index_of(key_) + 1, 1);
+    walk_from(index_behind(key_), 1);
 }
 
 void Keyset::go_to(std::int64_t place) {
@@ -179,7 +187,7 @@ bool Keyset::find(std::string_view criteria, bool onward) {
     const bool ordered = plan_->translation.ordered;
     if (!has_keys_ && (!ordered || (added_.empty() && !onward))) return find_in_table(search, onward);
     require_keys();
-    const std::ptrdiff_t from = onward ? index_of(key_) + 1 : 0;
+    const std::ptrdiff_t from = onward ? index_behind(key_) : 0;
     return keys_.size() <= kTriedKeysMax ? find_key_by_key(search, from) : find_among_matches(search, from);
 }
 

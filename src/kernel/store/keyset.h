@@ -53,6 +53,8 @@ class Keyset final : public RecordSource {
     void require_keys();
     // The key's place among the keys, -1 when it is none of them.
     [[nodiscard]] std::ptrdiff_t index_of(RowKey key);
+    // The place behind the key; the end when nobody knows where the key stood.
+    [[nodiscard]] std::ptrdiff_t index_behind(RowKey key);
     // To the first row at or behind the place, or at or before it, that still exists.
     void walk_from(std::ptrdiff_t index, int step);
     [[nodiscard]] bool read_row(RowKey key);

@@ -24,50 +24,64 @@ Recordset::Recordset(Recordset&&) noexcept = default;
 Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 Recordset::~Recordset() = default;
 
-void Recordset::Close() { state_.reset(); }
+Recordset::State& Recordset::state() const {
+    if (!state_) throw Error(ErrorKind::state, "the recordset is closed");
+    return *state_;
+}
 
-bool Recordset::at_eof() const { return state_->rows().at_eof(); }
-std::int64_t Recordset::RecordCount() const { return state_->rows().count(); }
-void Recordset::MoveFirst() { state_->moving().move_first(); }
-void Recordset::MoveLast() { state_->moving().move_last(); }
-void Recordset::MoveNext() { state_->moving().move_next(); }
+void Recordset::Close() {
+    if (!state_) return;
+    // In the open, so that a failure is told; the destructor would keep it to itself.
+    state_->cancel();
+    state_.reset();
+}
+
+bool Recordset::at_eof() const { return state().rows().at_eof(); }
+std::int64_t Recordset::RecordCount() const { return state().rows().count(); }
+void Recordset::MoveFirst() { state().moving().move_first(); }
+void Recordset::MoveLast() { state().moving().move_last(); }
+void Recordset::MoveNext() { state().moving().move_next(); }
 
 void Recordset::FindFirst(std::string_view criteria) {
-    with_text(criteria, [&] { state_->no_match = !state_->moving().find(criteria, false); });
+    with_text(criteria, [&] { state().no_match = !state().moving().find(criteria, false); });
 }
 
 void Recordset::FindNext(std::string_view criteria) {
-    with_text(criteria, [&] { state_->no_match = !state_->moving().find(criteria, true); });
+    with_text(criteria, [&] { state().no_match = !state().moving().find(criteria, true); });
 }
 
-bool Recordset::NoMatch() const { return state_->no_match; }
+bool Recordset::NoMatch() const { return state().no_match; }
 
-Value Recordset::field(std::string_view name) const { return state_->value(state_->column_of(name)); }
-bool Recordset::has_field(std::string_view name) const { return state_->plan().names.find(name) >= 0; }
-int Recordset::column_count() const { return state_->plan().names.size(); }
-const std::string& Recordset::column_name(int column) const { return state_->plan().names.name(column); }
+Value Recordset::field(std::string_view name) const { return state().value(state().column_of(name)); }
+bool Recordset::has_field(std::string_view name) const { return state().plan().names.find(name) >= 0; }
+int Recordset::column_count() const { return state().plan().names.size(); }
+const std::string& Recordset::column_name(int column) const { return state().plan().names.name(column); }
 
 FieldType Recordset::column_type(int column) const {
-    return state_->plan().translation.columns[static_cast<std::size_t>(column)].type;
+    return state().plan().translation.columns[static_cast<std::size_t>(column)].type;
 }
 
-Value Recordset::column(int column) const { return state_->value(column); }
+Value Recordset::column(int column) const {
+    if (column < 0 || column >= column_count())
+        throw Error(ErrorKind::name, "no column " + std::to_string(column) + " in the recordset");
+    return state().value(column);
+}
 
-void Recordset::AddNew() { state_->add_new(); }
+void Recordset::AddNew() { state().add_new(); }
 
 void Recordset::Edit() {
-    if (!state_->edit()) throw Error(ErrorKind::locked, "another user is changing the company");
+    if (!state().edit()) throw Error(ErrorKind::locked, "another user is changing the company");
 }
 
-bool Recordset::try_edit() { return state_->edit(); }
-void Recordset::set(std::string_view name, const Value& value) { state_->set(name, value); }
-void Recordset::Update() { state_->update(); }
-void Recordset::CancelUpdate() { state_->cancel(); }
-void Recordset::LockEdits(bool pessimistic) { state_->lock_edits(pessimistic); }
+bool Recordset::try_edit() { return state().edit(); }
+void Recordset::set(std::string_view name, const Value& value) { state().set(name, value); }
+void Recordset::Update() { state().update(); }
+void Recordset::CancelUpdate() { state().cancel(); }
+void Recordset::LockEdits(bool pessimistic) { state().lock_edits(pessimistic); }
 
-Bookmark Recordset::Bookmark() const { return {state_->rows().place()}; }
-void Recordset::Bookmark(store::Bookmark where) { state_->moving().go_to(where.position); }
-Bookmark Recordset::LastModified() const { return {state_->last_modified()}; }
+Bookmark Recordset::Bookmark() const { return {state().rows().place()}; }
+void Recordset::Bookmark(store::Bookmark where) { state().moving().go_to(where.position); }
+Bookmark Recordset::LastModified() const { return {state().last_modified()}; }
 
 Database::Database(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
 Database::~Database() = default;

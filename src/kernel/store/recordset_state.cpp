@@ -27,9 +27,7 @@ bool nothing_meets(const dialect::SelectTranslation& select, std::span<const dia
     });
 }
 
-Value new_value(const Field& field) {
-    return field.type == FieldType::yes_no && !field.nullable_flag ? Value(false) : Value();
-}
+bool is_false_when_new(const Field& field) { return field.type == FieldType::yes_no && !field.nullable_flag; }
 
 }  // namespace
 
@@ -77,7 +75,7 @@ Value Recordset::State::value(int column) {
     if (buffer_.active() && buffer_.is_set(column)) return buffer_.value(column);
     if (buffer_.mode() == EditBuffer::Mode::adding) {
         const int field = plan_->translation.columns[static_cast<std::size_t>(column)].field;
-        return field < 0 ? Value() : new_value(field_of(column));
+        return field >= 0 && is_false_when_new(field_of(column)) ? Value(false) : Value();
     }
     const Row* const row = source_->current();
     if (!row) throw Error(ErrorKind::state, "no current row in the recordset");
@@ -124,7 +122,8 @@ bool Recordset::State::take_row() {
 void Recordset::State::set(std::string_view name, const Value& value) {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
     const int column = column_of(name);
-    buffer_.set(column, convert_for_field(value, field_of(column)));
+    convert_for_field(value, field_of(column), buffer_.slot(column));
+    buffer_.mark_set(column);
 }
 
 void Recordset::State::update() {
@@ -146,7 +145,7 @@ void Recordset::State::insert_row() {
     const Table& table = require_table();
     parameters_.clear();
     for (const Field& field : table.fields)
-        parameters_.push_back(dialect::parameter_of(new_value(field)));
+        parameters_.push_back(is_false_when_new(field) ? Parameter(false) : Parameter());
     for (const int column : buffer_.set_columns()) {
         const int field = plan_->translation.columns[static_cast<std::size_t>(column)].field;
         parameters_[static_cast<std::size_t>(field)] = dialect::parameter_of(buffer_.value(column));

@@ -44,64 +44,55 @@ std::size_t cell_size(const char* cell) {
 }  // namespace
 
 void Row::clear() {
-    bytes_.clear();
+    used_ = 0;
     starts_.clear();
 }
 
-template <class T>
-void Row::put(const T& value) {
-    const std::size_t at = bytes_.size();
-    bytes_.resize(at + sizeof value);
-    std::memcpy(bytes_.data() + at, &value, sizeof value);
-}
-
-void Row::add_null() { begin_cell(kNull); }
-void Row::add_flag(bool flag) { begin_cell(flag ? kTrue : kFalse); }
+void Row::add_null() { *extend(1) = kNull; }
+void Row::add_flag(bool flag) { *extend(1) = flag ? kTrue : kFalse; }
 
 void Row::add_number(double number) {
-    begin_cell(kNumber);
-    put(number);
+    char* const cell = extend(1 + sizeof number);
+    *cell = kNumber;
+    std::memcpy(cell + 1, &number, sizeof number);
 }
 
 void Row::add_date(DateTime date) {
-    begin_cell(kDate);
-    put(date);
+    char* const cell = extend(1 + sizeof date);
+    *cell = kDate;
+    std::memcpy(cell + 1, &date, sizeof date);
 }
 
 void Row::add_text(std::string_view text) {
-    if (text.size() < 256) {
-        begin_cell(kShortText);
-        bytes_.push_back(static_cast<char>(text.size()));
-    } else {
-        begin_cell(kLongText);
-        put(static_cast<std::uint32_t>(text.size()));
-    }
-    bytes_.insert(bytes_.end(), text.begin(), text.end());
+    const bool is_short = text.size() < 256;
+    const auto length = static_cast<std::uint32_t>(text.size());
+    const std::size_t head = 1 + (is_short ? 1 : sizeof length);
+    char* const cell = extend(head + text.size());
+    *cell = is_short ? kShortText : kLongText;
+    if (is_short)
+        cell[1] = static_cast<char>(length);
+    else
+        std::memcpy(cell + 1, &length, sizeof length);
+    if (!text.empty()) std::memcpy(cell + head, text.data(), text.size());
 }
 
 void Row::add(const Value& value) {
     if (value.is_text()) return add_text(value.text_ref());
     if (value.is_number()) return add_number(value.number_ref());
     if (value.is_flag()) return add_flag(value.flag());
-    if (const auto date = value.date()) return add_date(*date);
+    if (value.is_date()) return add_date(*value.date());
     add_null();
 }
 
-std::size_t Row::cell_end(int column) const {
-    const auto next = static_cast<std::size_t>(column) + 1;
-    return next < starts_.size() ? starts_[next] : bytes_.size();
-}
-
 void Row::add_cell(const Row& from, int column) {
-    const char* const bytes = from.bytes_.data();
-    starts_.push_back(static_cast<std::uint32_t>(bytes_.size()));
-    bytes_.insert(bytes_.end(), bytes + from.starts_[static_cast<std::size_t>(column)],
-                  bytes + from.cell_end(column));
+    const char* const copied = from.cell(column);
+    const std::size_t size = cell_size(copied);
+    std::memcpy(extend(size), copied, size);
 }
 
 Value Row::value(int column) const {
-    const char* const cell = bytes_.data() + starts_[static_cast<std::size_t>(column)];
-    switch (*cell) {
+    const char* const at = cell(column);
+    switch (*at) {
         case kNull:
             return {};
         case kFalse:
@@ -109,44 +100,46 @@ Value Row::value(int column) const {
         case kTrue:
             return true;
         case kNumber:
-            return get<double>(cell + 1);
+            return get<double>(at + 1);
         case kDate:
-            return get<DateTime>(cell + 1);
+            return get<DateTime>(at + 1);
         default:
-            return text_at(cell);
+            return text_at(at);
     }
 }
 
 bool Row::holds(int column, const Value& value) const {
-    const char* const cell = bytes_.data() + starts_[static_cast<std::size_t>(column)];
-    switch (*cell) {
+    const char* const at = cell(column);
+    switch (*at) {
         case kNull:
             return value.is_null();
         case kFalse:
         case kTrue:
-            return value.is_flag() && value.flag() == (*cell == kTrue);
+            return value.is_flag() && value.flag() == (*at == kTrue);
         case kNumber:
-            return value.is_number() && value.number_ref() == get<double>(cell + 1);
+            return value.is_number() && value.number_ref() == get<double>(at + 1);
         case kDate:
-            return value.date() == get<DateTime>(cell + 1);
+            return value.date() == get<DateTime>(at + 1);
         default:
-            return value.is_text() && value.text_ref() == text_at(cell);
+            return value.is_text() && value.text_ref() == text_at(at);
     }
 }
 
 void PackedRows::append(const Row& row) {
     starts_.push_back(bytes_.size());
-    bytes_.insert(bytes_.end(), row.bytes_.begin(), row.bytes_.end());
+    bytes_.insert(bytes_.end(), row.bytes_.data(), row.bytes_.data() + row.used_);
 }
 
 void PackedRows::load(std::int64_t row, Row& into) const {
     const auto at = static_cast<std::size_t>(row);
-    const std::size_t first = starts_[at];
-    const std::size_t end = at + 1 < starts_.size() ? starts_[at + 1] : bytes_.size();
-    into.bytes_.assign(bytes_.data() + first, bytes_.data() + end);
-    into.starts_.clear();
-    for (std::size_t cell = 0; cell < into.bytes_.size(); cell += cell_size(into.bytes_.data() + cell))
-        into.starts_.push_back(static_cast<std::uint32_t>(cell));
+    const char* cell = bytes_.data() + starts_[at];
+    const char* const end = bytes_.data() + (at + 1 < starts_.size() ? starts_[at + 1] : bytes_.size());
+    into.clear();
+    while (cell != end) {
+        const std::size_t size = cell_size(cell);
+        std::memcpy(into.extend(size), cell, size);
+        cell += size;
+    }
 }
 
 }  // namespace brimley::store

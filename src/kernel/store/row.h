@@ -5,6 +5,7 @@
 // text, so that a list of a million rows stays in memory.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -33,15 +34,20 @@ class Row {
   private:
     friend class PackedRows;
 
-    void begin_cell(char tag) {
-        starts_.push_back(static_cast<std::uint32_t>(bytes_.size()));
-        bytes_.push_back(tag);
+    // Room for one more cell.
+    [[nodiscard]] char* extend(std::size_t size) {
+        starts_.push_back(static_cast<std::uint32_t>(used_));
+        if (used_ + size > bytes_.size()) bytes_.resize((used_ + size) * 2);
+        used_ += size;
+        return bytes_.data() + used_ - size;
     }
-    template <class T>
-    void put(const T& value);
-    [[nodiscard]] std::size_t cell_end(int column) const;
+    [[nodiscard]] const char* cell(int column) const {
+        return bytes_.data() + starts_[static_cast<std::size_t>(column)];
+    }
 
+    // Only ever grows; used_ is how much of it counts.
     std::vector<char> bytes_;
+    std::size_t used_ = 0;
     std::vector<std::uint32_t> starts_;
 };
 

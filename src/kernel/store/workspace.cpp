@@ -6,7 +6,8 @@
 namespace brimley::store {
 
 Workspace::Workspace(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
-Workspace::~Workspace() = default;
+// Who goes away in the middle of a transaction takes it along.
+Workspace::~Workspace() { connection_->rollback(); }
 
 void Workspace::BeginTrans() { connection_->begin_trans(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
@@ -23,7 +24,12 @@ OpenCompany open_company(const std::string& company, const Catalog& catalog,
 
 OpenCompany create_company(const std::string& company, const Catalog& catalog) {
     create_sqlite_company(company, catalog);
-    return open_company(company, catalog);
+    try {
+        return open_company(company, catalog);
+    } catch (...) {
+        remove_sqlite_company(company);
+        throw;
+    }
 }
 
 std::string quoted(std::string_view value) {

@@ -50,7 +50,8 @@ Value fitted(const Value& value, const Value& other) {
     }
     if (other.is_date() && value.is_text()) {
         const auto date = parse_yyyymmdd(value.text_ref());
-        return date ? Value(*date) : Value();
+        if (!date) throw Error(ErrorKind::conversion, "\"" + value.text_ref() + "\" is no date");
+        return *date;
     }
     return other.is_number() ? as_number(value) : value;
 }

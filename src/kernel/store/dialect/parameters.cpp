@@ -97,7 +97,7 @@ Parameter parameter_of(const Value& value) {
     if (value.is_text()) return std::string_view(value.text_ref());
     if (value.is_number()) return value.number_ref();
     if (value.is_flag()) return value.flag();
-    if (const auto date = value.date()) return *date;
+    if (value.is_date()) return *value.date();
     return {};
 }
 

@@ -113,4 +113,6 @@ void create_sqlite_company(const std::string& path, const Catalog& catalog) {
     create_sqlite_file(path, catalog);
 }
 
+void remove_sqlite_company(const std::string& path) { remove_sqlite_file(path); }
+
 }  // namespace brimley::store

@@ -16,5 +16,7 @@ namespace brimley::store {
 // Makes a company file of mode 0600 with every table of the catalog. Throws ErrorKind::state when the path
 // exists. On failure nothing is left behind.
 void create_sqlite_company(const std::string& path, const Catalog& catalog);
+// With the files that SQLite keeps beside it. Nobody may have it open.
+void remove_sqlite_company(const std::string& path);
 
 }  // namespace brimley::store

@@ -32,6 +32,8 @@ ErrorKind kind_of(int code) {
 
 void throw_sqlite_error(sqlite3* connection, int code, const std::string& what) {
     if ((code & 0xff) == SQLITE_NOMEM) throw std::bad_alloc();
+    if (kind_of(code) == ErrorKind::locked)
+        throw Error(ErrorKind::locked, "another user is writing to the company", code);
     const char* const reason = connection ? sqlite3_errmsg(connection) : sqlite3_errstr(code);
     throw Error(kind_of(code), what + ": " + reason, code);
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <string_view>
 
 #include "kernel/store/error.h"
@@ -42,12 +43,21 @@ void require_regular_file(const std::string& path) {
         refuse(path, fmt::format("cannot be read: {}", std::strerror(errno)));
 }
 
+// SQLite keeps count of its memory under a lock of the whole process, which nobody here asks for.
+void stop_memory_statistics() {
+    [[maybe_unused]] static const int done = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+}
+
 SqliteHandle connect(const std::string& path) {
+    stop_memory_statistics();
+    // A full path is a file to SQLite whatever its name; ":memory:" by itself is not.
+    const std::string full_path = std::filesystem::absolute(path).string();
     sqlite3* raw = nullptr;
-    const int code = sqlite3_open_v2(
-        path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+    const int code =
+        sqlite3_open_v2(full_path.c_str(), &raw,
+                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
     SqliteHandle connection(raw);
-    if (code != SQLITE_OK) throw_sqlite_error(raw, code, path);
+    if (code != SQLITE_OK) throw_sqlite_error(raw, code, "the file");
     sqlite3_busy_timeout(raw, kOpenWaitMs);
     return connection;
 }
@@ -71,6 +81,16 @@ bool has_company_head(sqlite3* connection, std::uint32_t& version) {
            number_at(kApplicationIdOffset) == kSqliteApplicationId;
 }
 
+void require_company(sqlite3* connection, const std::string& path, const Catalog& catalog) {
+    std::uint32_t version = 0;
+    if (!has_company_head(connection, version)) refuse(path, "is not a company file");
+    if (version != kSqliteLayoutVersion) refuse(path, "was made by another version of this program");
+    if (sqlite3_db_readonly(connection, "main") == 1) throw Error(ErrorKind::io, path + " cannot be written");
+    const std::string missing = missing_in_sqlite(connection, catalog);
+    if (!missing.empty())
+        refuse(path, fmt::format("was made by another version of this program: {} is missing", missing));
+}
+
 void set_up(sqlite3* connection) {
     // Large enough that the pages which a save touches again and again stay in memory.
     run_sql(connection, "PRAGMA cache_size = -16000");
@@ -79,11 +99,6 @@ void set_up(sqlite3* connection) {
     run_sql(connection, "PRAGMA trusted_schema = OFF");
     sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     register_sqlite_functions(connection);
-}
-
-void remove_file(const std::string& path) {
-    for (const char* const suffix : {"", "-wal", "-shm", "-journal"})
-        ::unlink((path + suffix).c_str());
 }
 
 // Claims the path: SQLite itself would take a file that is already there, and readable by everybody.
@@ -115,17 +130,18 @@ void lay_out(const std::string& path, const Catalog& catalog) {
 
 SqliteHandle open_sqlite_file(const std::string& path, const Catalog& catalog) {
     require_regular_file(path);
-    SqliteHandle connection = connect(path);
-    std::uint32_t version = 0;
-    if (!has_company_head(connection.get(), version)) refuse(path, "is not a company file");
-    if (version != kSqliteLayoutVersion) refuse(path, "was made by another version of this program");
-    if (sqlite3_db_readonly(connection.get(), "main") == 1)
-        throw Error(ErrorKind::io, path + " cannot be written");
-    const std::string missing = missing_in_sqlite(connection.get(), catalog);
-    if (!missing.empty())
-        refuse(path, fmt::format("was made by another version of this program: {} is missing", missing));
-    set_up(connection.get());
-    return connection;
+    try {
+        SqliteHandle connection = connect(path);
+        require_company(connection.get(), path, catalog);
+        set_up(connection.get());
+        return connection;
+    } catch (const Error& error) {
+        if (error.kind() == ErrorKind::locked)
+            throw Error(ErrorKind::locked, path + " is in use by another program", error.native_code());
+        if (error.native_code() == 0) throw;
+        throw Error(error.kind(), fmt::format("{} cannot be opened: {}", path, error.what()),
+                    error.native_code());
+    }
 }
 
 void create_sqlite_file(const std::string& path, const Catalog& catalog) {
@@ -133,9 +149,14 @@ void create_sqlite_file(const std::string& path, const Catalog& catalog) {
     try {
         lay_out(path, catalog);
     } catch (...) {
-        remove_file(path);
+        remove_sqlite_file(path);
         throw;
     }
+}
+
+void remove_sqlite_file(const std::string& path) {
+    for (const char* const suffix : {"", "-wal", "-shm", "-journal"})
+        ::unlink((path + suffix).c_str());
 }
 
 }  // namespace brimley::store

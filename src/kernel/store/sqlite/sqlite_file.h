@@ -16,5 +16,6 @@ inline constexpr int kSqliteLayoutVersion = 1;
 // A connection set up for a company: durable, with the dialect's functions. Throws not_a_company, locked, io.
 [[nodiscard]] SqliteHandle open_sqlite_file(const std::string& path, const Catalog& catalog);
 void create_sqlite_file(const std::string& path, const Catalog& catalog);
+void remove_sqlite_file(const std::string& path);
 
 }  // namespace brimley::store

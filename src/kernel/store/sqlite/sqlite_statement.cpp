@@ -74,7 +74,6 @@ void SqliteStatement::bind(std::span<const Parameter> parameters) {
         const int code = std::visit(Binder(statement_.get(), ++index), parameter);
         if (code != SQLITE_OK) throw_sqlite_error(connection_, code, "a value of the query");
     }
-    running_ = true;
 }
 
 bool SqliteStatement::step() {
@@ -84,10 +83,7 @@ bool SqliteStatement::step() {
     return false;
 }
 
-void SqliteStatement::finish() noexcept {
-    sqlite3_reset(statement_.get());
-    running_ = false;
-}
+void SqliteStatement::finish() noexcept { sqlite3_reset(statement_.get()); }
 
 RowKey SqliteStatement::key() const { return sqlite3_column_int64(statement_.get(), 0); }
 

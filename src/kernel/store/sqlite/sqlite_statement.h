@@ -18,7 +18,6 @@ class SqliteStatement final : public EngineStatement, public EngineRow {
     [[nodiscard]] bool step();
     // Lets go of rows and locks. Harmless at any time.
     void finish() noexcept;
-    [[nodiscard]] bool running() const { return running_; }
 
     [[nodiscard]] RowKey key() const override;
     void read(Row& into) const override;
@@ -28,7 +27,6 @@ class SqliteStatement final : public EngineStatement, public EngineRow {
     SqliteStatementHandle statement_;
     std::vector<FieldType> columns_;
     bool keyed_;
-    bool running_ = false;
 };
 
 // Finishes the statement whatever happens.
