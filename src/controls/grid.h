@@ -68,6 +68,7 @@ class Grid : public Control {
     std::vector<GridColumn> columns;
     int row_height = 370;
     Colour even_row_colour = kWhite;
+    Colour header_colour = kWhite;
     bool allow_add_new = false;
     bool allow_update = false;
     bool allow_delete = false;
