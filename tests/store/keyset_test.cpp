@@ -1,12 +1,15 @@
+// Changeable recordsets: which rows they hold, where they stand, what is written.
 #include <gtest/gtest.h>
 
 #include "store/small_company.h"
+#include "support/expect_error.h"
 
 namespace brimley {
 namespace {
 
 using store::ErrorKind;
 using store::Recordset;
+using testing::expect_error;
 using testing::first_column;
 using testing::SmallCompany;
 
@@ -17,76 +20,297 @@ class Keyset : public ::testing::Test {
             company_.add("Header_table", {{"docno", docno}, {"company", "1"}, {"amount", 10}});
     }
 
+    Recordset dynaset(const std::string& query) { return company_.dynaset(query); }
+    static void add(Recordset& rows, const std::string& docno) {
+        rows.AddNew();
+        rows.set("docno", docno);
+        rows.Update();
+    }
+
     SmallCompany company_;
 };
 
-TEST_F(Keyset, RowsComeInInsertionOrderWithoutOrderBy) {
-    Recordset rows = company_.dynaset("SELECT * FROM Header_table");
-    EXPECT_EQ(first_column(rows), "- - -");
-    EXPECT_EQ(company_.list("SELECT docno FROM Header_table"), "b a c");
+TEST_F(Keyset, FirstRowIsCurrentAfterOpening) {
+    EXPECT_EQ(dynaset("SELECT docno FROM Header_table").text("docno"), "b");
+    EXPECT_EQ(dynaset("SELECT docno FROM Header_table ORDER BY docno").text("docno"), "a");
+    EXPECT_EQ(dynaset("SELECT docno FROM Header_table WHERE amount = 10").text("docno"), "b");
+}
+
+TEST_F(Keyset, EmptyRecordsetIsAtItsEnd) {
+    for (const char* const where : {"WHERE 1 = 2", "WHERE docno = 'nowhere'"}) {
+        Recordset rows = dynaset("SELECT * FROM Header_table " + std::string(where));
+        EXPECT_TRUE(rows.at_eof());
+        EXPECT_EQ(rows.RecordCount(), 0);
+        rows.MoveFirst();
+        rows.MoveLast();
+        rows.MoveNext();
+        EXPECT_TRUE(rows.at_eof());
+        EXPECT_EQ(rows.Bookmark().position, -1);
+        expect_error(ErrorKind::state, [&] { (void)rows.field("docno"); });
+        expect_error(ErrorKind::state, [&] { rows.Edit(); });
+    }
+    company_.db().Execute("DELETE * FROM Header_table");
+    EXPECT_TRUE(dynaset("SELECT * FROM Header_table").at_eof());
+}
+
+TEST_F(Keyset, WalksBothWaysToItsEnds) {
+    Recordset rows = dynaset("SELECT docno FROM Header_table");
+    EXPECT_EQ(rows.RecordCount(), 3);
+    EXPECT_EQ(rows.text("docno"), "b");
+    rows.MoveLast();
+    EXPECT_EQ(rows.text("docno"), "c");
+    rows.MoveNext();
+    EXPECT_TRUE(rows.at_eof());
+    expect_error(ErrorKind::state, [&] { (void)rows.field("docno"); });
+    rows.MoveNext();
+    EXPECT_TRUE(rows.at_eof());
+    rows.MoveFirst();
+    EXPECT_EQ(first_column(rows), "b a c");
+}
+
+TEST_F(Keyset, MembershipIsFixedAtOpeningThoughFieldsAreFresh) {
+    Recordset rows = dynaset("SELECT docno FROM Header_table WHERE amount = 10 ORDER BY docno DESC");
+    company_.db().Execute("UPDATE Header_table SET docno = 'z' WHERE docno = 'a'");
+    company_.db().Execute("UPDATE Header_table SET amount = 0 WHERE docno = 'b'");
+    company_.add("Header_table", {{"docno", "n"}, {"amount", 10}});
+    EXPECT_EQ(first_column(rows), "c b z");
+}
+
+TEST_F(Keyset, DeletedRowsArePassedOver) {
+    Recordset rows = dynaset("SELECT docno FROM Header_table WHERE amount = 10");
+    company_.db().Execute("DELETE * FROM Header_table WHERE docno = 'a'");
+    EXPECT_EQ(first_column(rows), "b c");
+    company_.db().Execute("DELETE * FROM Header_table WHERE docno = 'c'");
+    rows.MoveFirst();
+    rows.MoveLast();
+    EXPECT_EQ(rows.text("docno"), "b");
+    rows.MoveNext();
+    EXPECT_TRUE(rows.at_eof());
+}
+
+TEST_F(Keyset, WalkGoesOnBehindARowThatIsDeletedUnderIt) {
+    for (const char* const order : {"", " ORDER BY docno"}) {
+        Recordset rows = dynaset("SELECT docno FROM Header_table" + std::string(order));
+        company_.workspace().BeginTrans();
+        rows.FindFirst("docno = 'a'");
+        company_.db().Execute("DELETE * FROM Header_table WHERE docno = 'a'");
+        rows.MoveNext();
+        EXPECT_TRUE(rows.at_eof() || rows.text("docno") == "c");
+        company_.workspace().Rollback();
+    }
 }
 
 TEST_F(Keyset, AddedRowsStandAtTheEndEvenOutsideTheWhere) {
-    Recordset rows = company_.dynaset("SELECT docno FROM Header_table WHERE docno <> 'x' ORDER BY docno");
-    rows.AddNew();
-    rows.set("docno", "x");
-    rows.Update();
+    Recordset rows = dynaset("SELECT docno FROM Header_table WHERE docno <> 'x' ORDER BY docno");
+    add(rows, "x");
+    add(rows, "0");
     EXPECT_EQ(rows.text("docno"), "a");
-    EXPECT_EQ(first_column(rows), "a b c x");
-    EXPECT_EQ(rows.RecordCount(), 4);
+    EXPECT_EQ(first_column(rows), "a b c x 0");
+    EXPECT_EQ(rows.RecordCount(), 5);
+}
+
+TEST_F(Keyset, AddedRowsStandAtTheEndOfAnOrderedTableToo) {
+    Recordset rows = dynaset("SELECT docno FROM Header_table ORDER BY docno");
+    add(rows, "0");
+    add(rows, "bb");
+    rows.FindFirst("docno >= '0'");
+    EXPECT_EQ(rows.text("docno"), "a");
+    EXPECT_EQ(first_column(rows), "a b c 0 bb");
 }
 
 TEST_F(Keyset, EmptyIdiomHoldsTheRowsAddedToIt) {
-    Recordset rows = company_.dynaset("SELECT * FROM Header_table WHERE 1 = 2");
+    Recordset rows = dynaset("SELECT * FROM Header_table WHERE 1 = 2");
+    add(rows, "n");
+    add(rows, "m");
     EXPECT_TRUE(rows.at_eof());
-    rows.AddNew();
-    rows.set("docno", "n");
-    EXPECT_EQ(rows.text("DOCNO"), "n");
-    EXPECT_FALSE(rows.flag("paid"));
-    EXPECT_TRUE(rows.field("amount").is_null());
-    rows.Update();
+    EXPECT_EQ(rows.RecordCount(), 2);
+    rows.MoveFirst();
+    EXPECT_EQ(rows.text("docno"), "n");
+    rows.FindFirst("[docno] = 'm'");
+    EXPECT_FALSE(rows.NoMatch());
+    rows.FindFirst("[docno] = 'a'");
+    EXPECT_TRUE(rows.NoMatch());
+}
+
+TEST_F(Keyset, RowBeingAddedIsReadableBeforeUpdate) {
+    Recordset header = dynaset("SELECT * FROM Header_table WHERE 1 = 2");
+    header.AddNew();
+    header.set("docno", "n");
+    header.set("amount", "5");
+    EXPECT_EQ(header.text("DOCNO"), "n");
+    EXPECT_EQ(header.number("amount"), 5);
+    EXPECT_FALSE(header.flag("paid"));
+    EXPECT_FALSE(header.field("paid").is_null());
+    EXPECT_TRUE(header.field("vendor_no").is_null());
+    Recordset lines = dynaset("SELECT * FROM Line_table WHERE 1 = 2");
+    lines.AddNew();
+    lines.set("docno", header.field("docno"));
+    lines.Update();
+    EXPECT_EQ(header.text("docno"), "n");
+    header.Update();
+    EXPECT_EQ(company_.list("SELECT docno FROM Line_table"), "n");
+    EXPECT_EQ(company_.count("Header_table WHERE docno = 'n'"), 1);
+}
+
+TEST_F(Keyset, LastModifiedFindsTheRowJustWritten) {
+    Recordset rows = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    add(rows, "n");
+    EXPECT_EQ(rows.text("docno"), "a");
     rows.Bookmark(rows.LastModified());
     EXPECT_EQ(rows.text("docno"), "n");
-}
-
-TEST_F(Keyset, FindFirstOnWholeTableFindsAndEdits) {
-    Recordset rows = company_.dynaset("SELECT * FROM Header_table");
-    rows.FindFirst("[docno] = 'c' and [company] = 1");
-    ASSERT_FALSE(rows.NoMatch());
-    rows.Edit();
-    rows.set("amount", 12.5);
-    rows.Update();
-    EXPECT_EQ(rows.number("amount"), 12.5);
-    EXPECT_EQ(company_.list("SELECT amount FROM Header_table"), "10 10 12.5");
-    rows.FindFirst("[docno] = 'nowhere'");
-    EXPECT_TRUE(rows.NoMatch());
-    EXPECT_EQ(rows.text("docno"), "c");
-}
-
-TEST_F(Keyset, SecondUserIsRefusedAtOnceUntilCommit) {
-    auto other = company_.second_user();
-    company_.workspace().BeginTrans();
-    Recordset rows = company_.dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
-    rows.LockEdits(true);
+    rows.MoveFirst();
     rows.Edit();
     rows.set("amount", 11);
     rows.Update();
-    Recordset theirs = other.database->OpenRecordset("SELECT * FROM Header_table WHERE docno = 'a'",
-                                                     store::RecordsetKind::dynaset);
-    theirs.LockEdits(true);
-    EXPECT_FALSE(theirs.try_edit());
-    company_.workspace().CommitTrans();
-    ASSERT_TRUE(theirs.try_edit());
-    EXPECT_EQ(theirs.number("amount"), 11);
-    theirs.CancelUpdate();
+    rows.MoveLast();
+    rows.Bookmark(rows.LastModified());
+    EXPECT_EQ(rows.text("docno"), "a");
 }
 
-TEST_F(Keyset, RollbackRestores) {
+TEST_F(Keyset, BookmarkComesBackToItsRow) {
+    for (const char* const query :
+         {"SELECT docno FROM Header_table", "SELECT docno FROM Header_table WHERE amount = 10"}) {
+        Recordset rows = dynaset(query);
+        rows.FindFirst("docno = 'a'");
+        const auto here = rows.Bookmark();
+        rows.MoveLast();
+        rows.Bookmark(here);
+        EXPECT_EQ(rows.text("docno"), "a");
+        rows.MoveNext();
+        EXPECT_EQ(rows.text("docno"), "c");
+        expect_error(ErrorKind::state, [&] { rows.Bookmark(store::Bookmark{}); });
+    }
+}
+
+TEST_F(Keyset, EditShowsItsChangesAtOnceAndDropsThemOnCancel) {
+    Recordset rows = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    rows.Edit();
+    rows.set("amount", 11);
+    EXPECT_EQ(rows.number("amount"), 11);
+    rows.CancelUpdate();
+    EXPECT_EQ(rows.number("amount"), 10);
+    expect_error(ErrorKind::state, [&] { rows.Update(); });
+    expect_error(ErrorKind::state, [&] { rows.set("amount", 1); });
+    rows.Edit();
+    rows.set("amount", 12);
+    rows.Update();
+    EXPECT_EQ(rows.number("amount"), 12);
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table WHERE docno = 'a'"), "12");
+}
+
+TEST_F(Keyset, MoveDropsAnUnfinishedEdit) {
+    Recordset rows = dynaset("SELECT * FROM Header_table");
+    rows.Edit();
+    rows.set("amount", 11);
+    rows.MoveNext();
+    expect_error(ErrorKind::state, [&] { rows.Update(); });
+    rows.AddNew();
+    rows.set("docno", "n");
+    rows.FindFirst("docno = 'c'");
+    expect_error(ErrorKind::state, [&] { rows.Update(); });
+    EXPECT_EQ(company_.count("Header_table WHERE amount = 10"), 3);
+}
+
+TEST_F(Keyset, UpdateWritesOnlyWhatChanged) {
+    auto other = company_.second_user();
+    Recordset rows = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    rows.Edit();
+    rows.set("amount", 11);
+    rows.set("vendor_no", store::Value());
+    rows.set("company", "1");
+    other.database->Execute("UPDATE Header_table SET vendor_no = 'theirs', company = '2' WHERE docno = 'a'");
+    rows.Update();
+    auto row = company_.snapshot("SELECT * FROM Header_table WHERE docno = 'a'");
+    EXPECT_EQ(row.number("amount"), 11);
+    EXPECT_EQ(row.text("vendor_no"), "theirs");
+    EXPECT_EQ(row.text("company"), "2");
+}
+
+TEST_F(Keyset, EditSeesWhatOthersHaveWrittenSinceTheMove) {
+    Recordset rows = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    EXPECT_EQ(rows.number("amount"), 10);
+    company_.db().Execute("UPDATE Header_table SET amount = 20 WHERE docno = 'a'");
+    rows.Edit();
+    EXPECT_EQ(rows.number("amount"), 20);
+    rows.set("amount", 10);
+    rows.Update();
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table WHERE docno = 'a'"), "10");
+}
+
+TEST_F(Keyset, EditInATransactionSeesTheTransactionsOwnWrites) {
     company_.workspace().BeginTrans();
-    EXPECT_EQ(company_.db().Execute("DELETE * FROM Header_table WHERE docno = 'a'"), 1);
-    EXPECT_EQ(company_.db().Execute("UPDATE Header_table SET amount = 3, paid = TRUE"), 2);
-    company_.workspace().Rollback();
-    EXPECT_EQ(company_.list("SELECT amount FROM Header_table WHERE paid = False"), "10 10 10");
+    Recordset first = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    Recordset second = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    for (Recordset* rows : {&first, &second, &first}) {
+        rows->Edit();
+        rows->set("amount", rows->number("amount") + 1);
+        rows->Update();
+    }
+    company_.workspace().CommitTrans();
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table WHERE docno = 'a'"), "13");
+}
+
+TEST_F(Keyset, RowThatIsGoneCannotBeEditedNorUpdated) {
+    Recordset rows = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    rows.Edit();
+    rows.set("amount", 11);
+    company_.db().Execute("DELETE * FROM Header_table WHERE docno = 'a'");
+    expect_error(ErrorKind::state, [&] { rows.Update(); });
+    expect_error(ErrorKind::state, [&] { rows.Edit(); });
+}
+
+TEST_F(Keyset, OnlyPlainRowsOfOneTableCanBeChanged) {
+    company_.add("Line_table", {{"docno", "a"}});
+    for (const char* const query :
+         {"SELECT MAX(docno) AS docno FROM Header_table", "SELECT * FROM (SELECT * FROM Header_table)",
+          "SELECT Header_table.* FROM Header_table, Line_table"}) {
+        Recordset rows = dynaset(query);
+        EXPECT_FALSE(rows.text("docno").empty());
+        expect_error(ErrorKind::state, [&] { rows.AddNew(); });
+        expect_error(ErrorKind::state, [&] { rows.Edit(); });
+    }
+    Recordset snapshot = company_.snapshot("SELECT * FROM Header_table");
+    expect_error(ErrorKind::state, [&] { snapshot.AddNew(); });
+    expect_error(ErrorKind::state, [&] { snapshot.Edit(); });
+}
+
+TEST_F(Keyset, ComputedColumnsAreFreshToo) {
+    Recordset rows = dynaset("SELECT docno, -1 * amount AS back FROM Header_table WHERE amount = 10");
+    rows.MoveNext();
+    EXPECT_EQ(rows.number("back"), -10);
+    Recordset whole = dynaset("SELECT docno, -1 * amount AS back FROM Header_table ORDER BY amount * 2");
+    whole.FindFirst("docno = 'c'");
+    EXPECT_EQ(whole.number("back"), -10);
+    whole.MoveNext();
+    EXPECT_TRUE(whole.at_eof());
+}
+
+TEST_F(Keyset, LargeKeysetHoldsEveryKeyOnce) {
+    company_.workspace().BeginTrans();
+    Recordset rows = dynaset("SELECT docno, amount FROM Header_table WHERE amount = 10 ORDER BY docno");
+    for (int i = 0; i < 1000; ++i)
+        company_.add("Header_table", {{"docno", std::to_string(1000 + i)}, {"amount", 77}});
+    Recordset large = dynaset("SELECT docno, amount FROM Header_table WHERE amount = 77 ORDER BY docno DESC");
+    EXPECT_EQ(large.RecordCount(), 1000);
+    int expected = 1999;
+    for (; !large.at_eof(); large.MoveNext())
+        EXPECT_EQ(large.text("docno"), std::to_string(expected--));
+    EXPECT_EQ(expected, 999);
+    EXPECT_EQ(rows.RecordCount(), 3);
+}
+
+TEST_F(Keyset, ClosedRecordsetAnswersNothing) {
+    Recordset rows = dynaset("SELECT * FROM Header_table");
+    EXPECT_TRUE(rows.is_open());
+    rows.Close();
+    rows.Close();
+    EXPECT_FALSE(rows.is_open());
+    expect_error(ErrorKind::state, [&] { (void)rows.at_eof(); });
+    expect_error(ErrorKind::state, [&] { rows.MoveFirst(); });
+    rows = dynaset("SELECT docno FROM Header_table");
+    EXPECT_EQ(first_column(rows), "b a c");
+    expect_error(ErrorKind::name, [&] { (void)rows.column(1); });
+    expect_error(ErrorKind::name, [&] { (void)rows.column(-1); });
 }
 
 }  // namespace

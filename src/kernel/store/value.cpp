@@ -37,7 +37,7 @@ std::string shortest_number(double number) {
 
 std::optional<double> whole_number_text(std::string_view text) {
     text = without_blanks_around(text);
-    if (text.starts_with('+')) text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     // from_chars would take a second sign, and the words for infinity and for no number.
     const std::string_view unsigned_part = text.starts_with('-') ? text.substr(1) : text;
     if (unsigned_part.empty() || unsigned_part.find_first_not_of("0123456789.eE+-") != std::string_view::npos)

@@ -158,13 +158,18 @@ Operand ExpressionWriter::comparison(const Expression& expression) {
     return {fmt::format("({} {} {})", left.sql, expression.name, right.sql), OperandType::flag};
 }
 
-// A text that is no number differs from every number, although its number is null.
+// A text that is no number differs from every number, although its number is null. Only a side that is null
+// itself leaves it open.
 Operand ExpressionWriter::differs_by_value(const Operand& left, const Operand& right,
                                            const Expression& where) {
-    std::string sql = fmt::format("({} IS DISTINCT FROM {}", as_number(left, where), as_number(right, where));
+    std::string known;
     for (const Operand* side : {&left, &right})
-        if (!side->open_literal) sql += fmt::format(" AND {} IS NOT NULL", side->sql);
-    return {sql + ")", OperandType::flag};
+        if (!side->open_literal)
+            known += fmt::format("{}{} IS NOT NULL", known.empty() ? "" : " AND ", side->sql);
+    std::string differs =
+        fmt::format("{} IS DISTINCT FROM {}", as_number(left, where), as_number(right, where));
+    if (known.empty()) return {"(" + differs + ")", OperandType::flag};
+    return {fmt::format("(CASE WHEN {} THEN {} END)", known, differs), OperandType::flag};
 }
 
 Operand ExpressionWriter::negation(const Expression& expression) {

@@ -1,0 +1,94 @@
+// An engine that fails on purpose: the n-th call, once or from then on, with a chosen kind of error.
+//
+// The calls that count are those that can fail in real life: prepare, query, write, begin_write, commit and
+// lock_row. A rollback never fails. Where an engine answers false for a lock held by somebody else, a fault
+// of kind locked is that answer.
+#pragma once
+
+#include <memory>
+
+#include "kernel/store/database.h"
+#include "kernel/store/engine.h"
+
+namespace brimley::testing {
+
+// Shared between a test and the engine that it has put in. Can be changed while the engine is in use.
+struct Faults {
+    int calls = 0;    // made so far
+    int fail_at = 0;  // the call that fails, counted from 1; 0: none
+    bool for_good = false;
+    store::ErrorKind kind = store::ErrorKind::io;
+    // A failing commit has still been carried out, as when only its answer is lost.
+    bool commit_done = false;
+
+    // Counts from now on and fails at the n-th call.
+    void arm(int nth, bool always) {
+        calls = 0;
+        fail_at = nth;
+        for_good = always;
+    }
+    void disarm() { fail_at = 0; }
+};
+
+class FaultyEngine final : public store::Engine {
+  public:
+    FaultyEngine(std::unique_ptr<store::Engine> engine, std::shared_ptr<Faults> faults)
+        : engine_(std::move(engine)), faults_(std::move(faults)) {}
+
+    const store::dialect::Flavour& flavour() const override { return engine_->flavour(); }
+
+    std::unique_ptr<store::EngineStatement> prepare(const store::StatementText& text) override {
+        may_fail();
+        return engine_->prepare(text);
+    }
+    void query(store::EngineStatement& statement, std::span<const store::Parameter> parameters,
+               const store::RowSink& sink) override {
+        may_fail();
+        engine_->query(statement, parameters, sink);
+    }
+    store::WriteResult write(store::EngineStatement& statement,
+                             std::span<const store::Parameter> parameters) override {
+        may_fail();
+        return engine_->write(statement, parameters);
+    }
+    bool begin_write() override { return !refused() && engine_->begin_write(); }
+    void commit() override {
+        const bool fails = next_call_fails();
+        if (!fails || faults_->commit_done) engine_->commit();
+        if (fails) fail();
+    }
+    void rollback() noexcept override { engine_->rollback(); }
+    bool in_transaction() const override { return engine_->in_transaction(); }
+    bool lock_row(const store::Table& table, store::RowKey key) override {
+        return !refused() && engine_->lock_row(table, key);
+    }
+    bool excludes_other_writers() const override { return engine_->excludes_other_writers(); }
+
+  private:
+    [[nodiscard]] bool next_call_fails() {
+        ++faults_->calls;
+        if (faults_->fail_at == 0) return false;
+        return faults_->for_good ? faults_->calls >= faults_->fail_at : faults_->calls == faults_->fail_at;
+    }
+    [[noreturn]] void fail() const { throw store::Error(faults_->kind, "a failure made by the test"); }
+    void may_fail() {
+        if (next_call_fails()) fail();
+    }
+    [[nodiscard]] bool refused() {
+        if (!next_call_fails()) return false;
+        if (faults_->kind != store::ErrorKind::locked) fail();
+        return true;
+    }
+
+    std::unique_ptr<store::Engine> engine_;
+    std::shared_ptr<Faults> faults_;
+};
+
+// For open_company.
+[[nodiscard]] inline store::EngineDecorator faulty(const std::shared_ptr<Faults>& faults) {
+    return [faults](std::unique_ptr<store::Engine> engine) {
+        return std::make_unique<FaultyEngine>(std::move(engine), faults);
+    };
+}
+
+}  // namespace brimley::testing
