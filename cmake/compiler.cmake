@@ -12,7 +12,9 @@ target_link_libraries(brimley_options INTERFACE fmt::fmt)
 
 if(BRIMLEY_SANITIZE)
     target_compile_options(brimley_options INTERFACE
-        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+        # GCC 12 takes the checks of a variant for reads of what is not set.
+        -Wno-maybe-uninitialized)
     target_link_options(brimley_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(BRIMLEY_COVERAGE)

@@ -29,8 +29,7 @@ class ComboBox : public Control {
 
     [[nodiscard]] const std::vector<ComboColumn>& columns() const { return columns_; }
 
-    // --- text
-    // ------------------------------------------------------------------------------------------------------
+    // --- text ---
     [[nodiscard]] const std::string& text() const { return text_; }
     [[nodiscard]] bool empty() const { return text_.empty(); }
     // From code. The row whose column 0 equals the text, if there is one, becomes the chosen row.
@@ -38,8 +37,7 @@ class ComboBox : public Control {
     void clear_choice() { set(""); }
     [[nodiscard]] std::string shown() const override { return text_; }
 
-    // --- list
-    // ------------------------------------------------------------------------------------------------------
+    // --- list ---
     // The list is fetched from the source when it is next looked at. The text stays.
     void set_source(Source source);
     void set_items(std::vector<Row> rows);
@@ -52,8 +50,7 @@ class ComboBox : public Control {
     [[nodiscard]] std::optional<std::string> chosen(std::size_t column) const;
     void select(int index);  // from code; -1 chooses none and empties the text
 
-    // --- the user
-    // --------------------------------------------------------------------------------------------------
+    // --- the user ---
     // Picks a row of the list. Fires on_item_select.
     [[nodiscard]] Refusal pick(int index);
     // Types a text: an item whose first column is this text, whatever its case, is picked; any other text

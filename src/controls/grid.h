@@ -63,11 +63,11 @@ class Grid : public Control {
   public:
     Grid(ControlSet& controls, std::string name) : Control(controls, std::move(name)) {}
 
-    // --- shape
-    // -----------------------------------------------------------------------------------------------------
+    // --- shape ---
     std::vector<GridColumn> columns;
     int row_height = 370;
     Colour even_row_colour = kWhite;
+    Colour header_colour = kWhite;
     bool allow_add_new = false;
     bool allow_update = false;
     bool allow_delete = false;
@@ -77,8 +77,7 @@ class Grid : public Control {
     // Column indexes in the order in which they are seen.
     [[nodiscard]] std::vector<int> column_order() const;
 
-    // --- content
-    // ---------------------------------------------------------------------------------------------------
+    // --- content ---
     TextArray array;
     [[nodiscard]] std::string cell(int row, std::string_view caption) const;
     void set_cell(int row, std::string_view caption, std::string_view text);
@@ -86,8 +85,7 @@ class Grid : public Control {
     void rebind() const { tell(); }
     [[nodiscard]] std::string shown() const override { return {}; }
 
-    // --- position
-    // --------------------------------------------------------------------------------------------------
+    // --- position ---
     [[nodiscard]] int row() const { return row_; }
     [[nodiscard]] int column() const { return column_; }
     void go_to(int row, int column);  // from code
@@ -99,8 +97,7 @@ class Grid : public Control {
     [[nodiscard]] std::optional<Range> selected_columns() const { return selected_; }
     void select_columns(std::optional<Range> range) { selected_ = range; }
 
-    // --- the user
-    // --------------------------------------------------------------------------------------------------
+    // --- the user ---
     [[nodiscard]] Refusal visit_cell(int row, int column);
     // Moves into the cell, types the text and leaves the cell: on_before_edit, on_before_update,
     // on_after_update.

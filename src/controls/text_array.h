@@ -28,8 +28,8 @@ class TextArray {
     void delete_row(int row);  // the ones below move up
 
   private:
-    // For each cell that is set: the column (one byte), the length (four bytes), the text.
-    std::vector<std::string> rows_;
+    // For each cell that is set: the column (one byte), the length (one byte, or five from 255 on), the text.
+    std::vector<std::vector<char>> rows_;
 };
 
 }  // namespace brimley::controls

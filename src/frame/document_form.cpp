@@ -30,6 +30,7 @@ void DocumentForm::grid_readmode() {
     dbgrid1.allow_add_new = false;
     dbgrid1.allow_update = false;
     dbgrid1.allow_delete = false;
+    dbgrid1.header_colour = palette_[presentation::kHeaderSlot];
     set_field(txtdocno, FieldState::open);
 }
 

@@ -26,8 +26,7 @@ class DocumentForm : public Form {
   public:
     using Form::Form;
 
-    // --- fields that every document form has
-    // -----------------------------------------------------------------------
+    // --- fields that every document form has ---
     controls::TextField txtdocno{controls_, "txtdocno"};
     controls::TextField txtfkey{controls_, "txtfkey"};
     controls::TextField txtglfkey{controls_, "txtglfkey"};
@@ -51,8 +50,7 @@ class DocumentForm : public Form {
     controls::ComboBox cmbfont_size{controls_, "cmbfont_size"};
     controls::Frame frame_status{controls_, "frame_status"};
 
-    // --- what hosts steer
-    // ------------------------------------------------------------------------------------------
+    // --- what hosts steer ---
     virtual void last_record();
     virtual void next_record();
     virtual void previous_record();
@@ -66,9 +64,9 @@ class DocumentForm : public Form {
     virtual void gencode_new() = 0;
 
   protected:
-    // --- variable points
-    // ------------------------------------------------------------------------------------------- The doctype
-    // that the walk is about; may set txtdoctype.
+    // --- variable points ---
+
+    // The doctype that the walk is about; may set txtdoctype.
     [[nodiscard]] virtual std::string doctype_of_walk() = 0;
     [[nodiscard]] virtual WalkTables walk_tables() const { return {}; }
     virtual void clear_box() = 0;

@@ -67,15 +67,13 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] Mode mode() const;
 
   protected:
-    // --- the variable points of a form
-    // -----------------------------------------------------------------------------
+    // --- the variable points of a form ---
     virtual void Form_Load() = 0;
     virtual void init_toolbar() = 0;
     virtual void CommandBars1_Execute(int id) = 0;
     virtual void save_grid() = 0;
 
-    // --- shared procedures
-    // -----------------------------------------------------------------------------------------
+    // --- shared procedures ---
     void save_before_exit();
     void init_form_property();
     void save_form_property();

@@ -29,9 +29,7 @@ void APclass::raise(const std::string& formx, const std::string& docnox, const s
     desk_.pump();
 }
 
-// --- the invoice form
-// ----------------------------------------------------------------------------------------------
-
+// --- the invoice form ---
 void APclass::showform_APform_invoice(const std::optional<std::string>& doctypex) {
     // Held here: the host may show another one from within an event.
     APform_invoice& form = create(frm_invoice, &APclass::frm_invoice_NotifyClients);
@@ -69,9 +67,7 @@ void APclass::frm_invoice_Exit() {
     if (frm_invoice) frm_invoice->unload_form();
 }
 
-// --- forms that this version does not have yet: nothing is shown, and there is nothing to steer or to close
-// --------
-
+// --- forms that this version does not have yet: nothing is shown, and nothing to steer or to close ---
 void APclass::showform_APform_payment(const std::optional<std::string>&) {}
 void APclass::showform_APform_prepayment(const std::optional<std::string>&) {}
 void APclass::showform_APform_misc() {}
@@ -101,9 +97,7 @@ void APclass::frm_aging_Exit() {}
 void APclass::frm_inquiry_Exit() {}
 void APclass::frm_payhistory_Exit() {}
 
-// --- forward methods
-// -----------------------------------------------------------------------------------------------
-
+// --- forward methods ---
 #define BRIMLEY_FORWARD(method)                                                                          \
     void APclass::method(const std::string& formx, const std::string& docnox, const std::string& arg2) { \
         raise(formx, docnox, arg2);                                                                      \

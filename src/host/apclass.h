@@ -25,8 +25,7 @@ class APclass : public frame::HostContext {
   public:
     explicit APclass(frame::Desk& desk) : desk_(desk) {}
 
-    // --- aliases: each writes the member of the long name
-    // --------------------------------------------------------
+    // --- aliases: each writes the member of the long name ---
     void dbwkspace(std::shared_ptr<store::Workspace> workspace) { dbe = std::move(workspace); }
     void db(std::shared_ptr<store::Database> database) { abcdb = std::move(database); }
     void OPENdb(std::string path) { OPEN_DATABASE = std::move(path); }
@@ -34,14 +33,13 @@ class APclass : public frame::HostContext {
     void BRuser(std::string user) { BRIMLEY_USER = std::move(user); }
     void BRtheme(std::any theme) { BRIMLEY_THEME = std::move(theme); }
 
-    // --- the event of the class
-    // ----------------------------------------------------------------------------------
+    // --- the event of the class ---
     std::function<void(const std::string& formx, const std::string& docnox, const std::string& arg2)>
         NotifyClients;
 
-    // --- show methods
-    // -------------------------------------------------------------------------------------------- Forms that
-    // this version does not have yet show nothing.
+    // --- show methods ---
+
+    // Forms that this version does not have yet show nothing.
     void showform_APform_invoice(const std::optional<std::string>& doctypex = {});
     void showform_APform_payment(const std::optional<std::string>& docnox = {});
     void showform_APform_prepayment(const std::optional<std::string>& docnox = {});
@@ -54,8 +52,7 @@ class APclass : public frame::HostContext {
     void showform_APform_revalue();
     void showform_APreport_recur_inquiry();
 
-    // --- navigation: the matching show method has run before
-    // -----------------------------------------------------
+    // --- navigation: the matching show method has run before ---
     void switch_APform_invoice(const std::string& doctypex);
     void APform_invoice_goto_fkey(const std::string& fkeyx);
     void APform_invoice_goto_docno(const std::string& docnox);
@@ -66,8 +63,7 @@ class APclass : public frame::HostContext {
     void APform_revalue_goto_docno(const std::string& docnox);
     void pay_this_invoice(const std::string& docnox, const std::string& vendorx);
 
-    // --- exit: take the newest form of a kind down without saving
-    // ------------------------------------------------
+    // --- exit: take the newest form of a kind down without saving ---
     void frm_invoice_Exit();
     void frm_payment_Exit();
     void frm_prepayment_Exit();
@@ -80,8 +76,7 @@ class APclass : public frame::HostContext {
     void frm_inquiry_Exit();
     void frm_payhistory_Exit();
 
-    // --- forward: raise the class event, then let the host breathe once
-    // ------------------------------------------
+    // --- forward: raise the class event, then let the host breathe once ---
     void frm_invoice_NotifyClients(const std::string& formx, const std::string& docnox,
                                    const std::string& arg2);
     void frm_payment_NotifyClients(const std::string& formx, const std::string& docnox,
@@ -107,8 +102,7 @@ class APclass : public frame::HostContext {
     // Lets go of the database and the workspace, in this order; forms and cnx stay.
     void class_terminate();
 
-    // --- form references
-    // -----------------------------------------------------------------------------------------
+    // --- form references ---
     std::shared_ptr<invoices::APform_invoice> frm_invoice;
 
   private:

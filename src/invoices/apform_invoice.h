@@ -28,8 +28,7 @@ class APform_invoice : public frame::DocumentForm {
   public:
     APform_invoice(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk);
 
-    // --- controls
-    // --------------------------------------------------------------------------------------------------
+    // --- controls ---
     controls::Label labeldocno{controls_, "labeldocno", "Document no."};
     controls::Label labelinvdate{controls_, "labelinvdate", "Invoice Date"};
     controls::Label xlabelrecur{controls_, "xlabelrecur", "Open Doc."};
@@ -66,14 +65,13 @@ class APform_invoice : public frame::DocumentForm {
     controls::Frame frame_tax_summary{controls_, "frame_tax_summary", "Tax Summary Window"};
     controls::Grid grid_tax_summary{controls_, "grid_tax_summary"};
 
-    // --- what hosts steer
-    // ------------------------------------------------------------------------------------------
+    // --- what hosts steer ---
     void gencode_new() override;
     void grid_readmode() override;
     void grid_newmode() override;
 
-    // --- the lines
-    // -------------------------------------------------------------------------------------------------
+    // --- the lines ---
+
     // Numbers the lines that hold an amount from 1, without gaps; their tax rows follow them.
     void get_itemno();
     void totalamt_calculate();
@@ -84,9 +82,9 @@ class APform_invoice : public frame::DocumentForm {
     void display_tax_details();
     void display_tax_summary();
 
-    // --- the save
-    // -------------------------------------------------------------------------------------------------- True
-    // when the document was saved. Every failure has had its message, and nothing of it is left.
+    // --- the save ---
+
+    // True when the document was saved. Every failure has had its message, and nothing of it is left.
     [[nodiscard]] bool insert_new_record();
     [[nodiscard]] bool insert_GL_record(const std::string& ap_accno);
     // The vendor's payable account, or the default one.

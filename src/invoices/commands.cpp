@@ -178,9 +178,7 @@ void APform_invoice::record_stepped() {
     if (frame_tax_summary.visible()) get_tax_summary();
 }
 
-// --- requests to the host
-// ------------------------------------------------------------------------------------------
-
+// --- requests to the host ---
 void APform_invoice::origin_doc() {
     if (!on_saved_document()) return;
     struct Origin {

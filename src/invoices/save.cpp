@@ -59,9 +59,7 @@ std::string APform_invoice::get_accno(const std::string& text) {
     return account.at_eof() ? std::string{} : accno;
 }
 
-// --- validation: one message at a time, and nothing is written before it ends
-// -------------------------------------
-
+// --- validation: one message at a time, and nothing is written before it ends ---
 bool APform_invoice::validate_header(NewDocument& document) {
     if (cmbcompany.empty()) cmbcompany.set("1");
     if (cmbterm.empty()) {
@@ -158,9 +156,7 @@ std::optional<APform_invoice::NewDocument> APform_invoice::validate_new() {
     return document;
 }
 
-// --- writing
-// -------------------------------------------------------------------------------------------------------
-
+// --- writing ---
 bool APform_invoice::insert_new_record() {
     const std::string kind = cmbdoctype.text();
     bool saved = false;

@@ -66,20 +66,21 @@ class ModuleG3 {
     [[nodiscard]] Outside& outside() { return outside_; }
     [[nodiscard]] PassedOver& passed_over() { return passed_over_; }
 
-    // --- periods (periods.cpp)
-    // ------------------------------------------------------------------------------------- Period and year
-    // of a date: calendar months counted from the start of the fiscal year that holds it, the day of the
-    // month and Period_table ignored. No such year: message, nothing.
+    // --- periods (periods.cpp) ---
+
+    // Period and year of a date: calendar months counted from the start of the fiscal year that holds it,
+    // the day of the month and Period_table ignored. No such year: message, nothing.
     [[nodiscard]] std::optional<FiscalPeriod> get_fiscal_period(store::DateTime date);
     // Period and year by Period_table, for a date text in the user's format. Bad text or no period: message,
     // nothing.
     [[nodiscard]] std::optional<PeriodOfDate> get_period_of_date_text(std::string_view date_text,
                                                                       std::string_view date_format);
 
-    // --- document numbers (document_numbers.cpp)
-    // ------------------------------------------------------------------- Takes the next document number and
-    // the next key number. Waits for a row that another user holds, ten tries for each counter. Nothing when
-    // either could not be taken; a nextdocno taken before that is given back by the caller's Rollback only.
+    // --- document numbers (document_numbers.cpp) ---
+
+    // Takes the next document number and the next key number. Waits for a row that another user holds,
+    // ten tries for each counter. Nothing when either could not be taken; a nextdocno taken before that
+    // is given back by the caller's Rollback only.
     [[nodiscard]] std::optional<NextNumbers> get_next_number(std::string_view company,
                                                              std::string_view doctype,
                                                              std::string_view fiscal_year);
@@ -93,11 +94,11 @@ class ModuleG3 {
     // False, after its message, for a number of more than 30 characters.
     [[nodiscard]] bool docno_fits(std::string_view docno);
 
-    // --- balances (balances.cpp, balance_periods.cpp)
-    // -------------------------------------------------------------- Carries a written GL line into
-    // Balance_table. `balance_rows` is a changeable recordset of Balance_table, `account_rows` one of
-    // Account_master_table, which is left on the line's account. False for every failure; only some have a
-    // message.
+    // --- balances (balances.cpp, balance_periods.cpp) ---
+
+    // Carries a written GL line into Balance_table. `balance_rows` is a changeable recordset of
+    // Balance_table, `account_rows` one of Account_master_table, which is left on the line's account.
+    // False for every failure; only some have a message.
     [[nodiscard]] bool post_balance(store::Recordset& balance_rows, const GlLine& line,
                                     store::Recordset& account_rows);
     // Carries it into Balance_period_table. `account_row` stands on the line's account, where post_balance
@@ -108,9 +109,10 @@ class ModuleG3 {
     // done to Balance_table, when the account's "F" row there exists already.
     [[nodiscard]] bool create_foreign_balance_rows(std::string_view accno, std::string_view currency);
 
-    // --- checks and account currencies (gl_checks.cpp)
-    // ------------------------------------------------------------- Tests that base amounts balance and that
-    // no account is inactive. An empty document passes. Moves both recordsets.
+    // --- checks and account currencies (gl_checks.cpp) ---
+
+    // Tests that base amounts balance and that no account is inactive. An empty document passes. Moves
+    // both recordsets.
     [[nodiscard]] bool check_gl_document(store::Recordset& gl_lines, store::Recordset& account_rows);
     // The same for lines that the caller has just written and still holds.
     [[nodiscard]] bool check_gl_document(const std::vector<CheckedLine>& lines);
@@ -119,9 +121,9 @@ class ModuleG3 {
     // revalue true.
     [[nodiscard]] bool add_account_currency(std::string_view accno, std::string_view currency);
 
-    // --- rights, parameters (user_stores.cpp)
-    // ---------------------------------------------------------------------- No row: Update and Print become
-    // false, form_design stays as it was.
+    // --- rights, parameters (user_stores.cpp) ---
+
+    // No row: Update and Print become false, form_design stays as it was.
     void get_user_rights(std::string_view form, std::string_view userid, UserRights& rights);
     // The account of Account_Parameters_table marked default; empty when there is none.
     [[nodiscard]] std::string parameter_account(std::string_view module, std::string_view parameter_name);
@@ -130,8 +132,9 @@ class ModuleG3 {
     // Lets the host breathe, then shows the message.
     void tell(const std::string& text);
 
-    // --- helpers of posting routines
-    // ------------------------------------------------------------------------------- A snapshot of a query.
+    // --- helpers of posting routines ---
+
+    // A snapshot of a query.
     [[nodiscard]] store::Recordset read(std::string_view query);
     // A changeable recordset.
     [[nodiscard]] store::Recordset change(std::string_view query);

@@ -79,14 +79,20 @@ void build_grid(Grid& grid, kernel::ModuleG3& kernel, std::string_view form, std
 
 void save_grid_layout(const Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
                       std::string_view grid_name) {
-    kernel::carry_on(kernel.passed_over(), "save_grid", [&] {
+    const auto step = [&](const auto& action) {
+        return kernel::carry_on(kernel.passed_over(), "save_grid", action);
+    };
+    step([&] {
         auto rows = kernel.change(layout_query(form, grid_name));
         for (std::size_t i = 0; i < grid.columns.size() && !rows.at_eof(); ++i, rows.MoveNext()) {
-            rows.Edit();
-            rows.set("row_height", grid.row_height);
-            rows.set("col_order", grid.columns[i].order);
-            rows.set("col_width", grid.columns[i].width);
-            rows.Update();
+            // A row that cannot be saved does not keep the others from it.
+            step([&] {
+                rows.Edit();
+                rows.set("row_height", grid.row_height);
+                rows.set("col_order", grid.columns[i].order);
+                rows.set("col_width", grid.columns[i].width);
+                rows.Update();
+            });
         }
     });
 }

@@ -1,0 +1,157 @@
+// What is prepared, how often, and when rows are read.
+#include <gtest/gtest.h>
+
+#include "kernel/store/connection.h"
+#include "kernel/store/sqlite/sqlite_engine.h"
+#include "store/small_company.h"
+#include "support/faulty_engine.h"
+
+namespace brimley {
+namespace {
+
+using store::Recordset;
+using store::RecordsetKind;
+using testing::Faults;
+using testing::SmallCompany;
+
+class Plan : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        company_.workspace().BeginTrans();
+        for (int i = 0; i < 300; ++i)
+            company_.add("Header_table",
+                         {{"docno", "d" + std::to_string(i)}, {"company", "1"}, {"amount", i}});
+        company_.workspace().CommitTrans();
+    }
+    Recordset open(const std::string& query, RecordsetKind kind = RecordsetKind::dynaset) {
+        return database_.OpenRecordset(query, kind);
+    }
+    std::int64_t prepared() const { return connection_->prepared_count(); }
+    // Calls of the engine that the action needs.
+    template <class Action>
+    int calls(const Action& action) {
+        faults_->arm(0, false);
+        action();
+        return faults_->calls;
+    }
+
+    SmallCompany company_;
+    std::shared_ptr<Faults> faults_ = std::make_shared<Faults>();
+    std::shared_ptr<store::Connection> connection_ = std::make_shared<store::Connection>(
+        testing::faulty(faults_)(store::open_sqlite_company(company_.path(), testing::small_catalog())),
+        testing::small_catalog(), company_.path());
+    store::Database database_{connection_};
+};
+
+TEST_F(Plan, TextsOfOneShapeArePreparedOnce) {
+    for (int i = 0; i < 50; ++i) {
+        Recordset rows =
+            open("SELECT * FROM Header_table WHERE docno = 'd" + std::to_string(i) + "' AND company = 1");
+        EXPECT_EQ(rows.number("amount"), i);
+    }
+    EXPECT_EQ(prepared(), 1);
+    for (int i = 0; i < 50; ++i)
+        database_.Execute("UPDATE Header_table SET paid = TRUE WHERE amount = " + std::to_string(i));
+    EXPECT_EQ(prepared(), 2);
+}
+
+TEST_F(Plan, TextsThatMeanTheSameSqlSharePreparation) {
+    (void)open("SELECT * FROM Header_table WHERE docno = 'a'");
+    (void)open("select  *  from [header_table] where [DOCNO]='a'");
+    (void)open("SELECT * FROM Header_table WHERE docno = 'a'", RecordsetKind::snapshot);
+    EXPECT_EQ(prepared(), 1);
+}
+
+TEST_F(Plan, LiteralOfAnotherKindIsAnotherShape) {
+    EXPECT_TRUE(open("SELECT * FROM Header_table WHERE docno = 'd1' AND company = '01'").at_eof());
+    EXPECT_FALSE(open("SELECT * FROM Header_table WHERE docno = 'd1' AND company = 1").at_eof());
+    EXPECT_EQ(prepared(), 2);
+}
+
+TEST_F(Plan, FindsOfOneShapeArePreparedOnce) {
+    Recordset rows = open("SELECT * FROM Header_table");
+    for (int i = 0; i < 50; ++i)
+        rows.FindFirst("[docno] = 'd" + std::to_string(i) + "'");
+    Recordset again = open("SELECT * FROM Header_table");
+    again.FindFirst("[docno] = 'x'");
+    EXPECT_EQ(prepared(), 1);
+}
+
+TEST_F(Plan, UpdatesOfEqualFieldsArePreparedOnce) {
+    Recordset rows = open("SELECT * FROM Header_table WHERE amount < 50");
+    const auto before = prepared();
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        rows.Edit();
+        rows.set("amount", rows.number("amount") + 1000);
+        rows.set("vendor_no", "v");
+        rows.Update();
+    }
+    EXPECT_EQ(prepared(), before + 2);  // reading a row by its key, and the UPDATE
+    EXPECT_EQ(company_.count("Header_table WHERE vendor_no = 'v' AND amount >= 1000"), 50);
+}
+
+TEST_F(Plan, CacheForgetsNoShapeInUse) {
+    Recordset kept = open("SELECT docno AS kept FROM Header_table WHERE docno = 'd7'");
+    for (int i = 0; i < 2000; ++i)
+        (void)open("SELECT docno AS name" + std::to_string(i) + " FROM Header_table WHERE 1 = 2");
+    kept.MoveFirst();
+    EXPECT_EQ(kept.text("kept"), "d7");
+    EXPECT_EQ(open("SELECT docno AS name1 FROM Header_table").text("NAME1"), "d0");
+}
+
+TEST_F(Plan, WholeTableIsNotReadUntilItIsWalked) {
+    EXPECT_EQ(calls([&] { (void)open("SELECT * FROM Header_table"); }), 0);
+    EXPECT_EQ(calls([&] { (void)open("SELECT * FROM Header_table WHERE 1 = 2"); }), 0);
+    Recordset rows = open("SELECT * FROM Header_table");
+    rows.FindFirst("docno = 'd1'");
+    EXPECT_EQ(calls([&] { rows.FindFirst("docno = 'd250'"); }), 1);
+    EXPECT_EQ(calls([&] { EXPECT_EQ(rows.number("amount"), 250); }), 0);
+}
+
+TEST_F(Plan, OneRowIsOpenedInOneCall) {
+    (void)open("SELECT * FROM Header_table WHERE docno = 'd1'");
+    EXPECT_EQ(calls([&] {
+                  Recordset rows = open("SELECT * FROM Header_table WHERE docno = 'd2'");
+                  EXPECT_FALSE(rows.at_eof());
+                  EXPECT_EQ(rows.number("amount"), 2);
+                  EXPECT_EQ(rows.RecordCount(), 1);
+              }),
+              1);
+}
+
+TEST_F(Plan, EditInATransactionReadsNothingTwice) {
+    store::Workspace workspace(connection_);
+    workspace.BeginTrans();
+    database_.Execute("UPDATE Header_table SET paid = TRUE WHERE docno = 'd1'");
+    Recordset rows = open("SELECT * FROM Header_table WHERE docno = 'd2'");
+    EXPECT_EQ(calls([&] { rows.Edit(); }), 0);
+    rows.set("amount", 7);
+    rows.Update();
+    EXPECT_EQ(calls([&] { rows.Edit(); }), 0);
+    rows.CancelUpdate();
+    database_.Execute("UPDATE Header_table SET paid = TRUE WHERE docno = 'd1'");
+    EXPECT_EQ(calls([&] { rows.Edit(); }), 1 + 1);  // prepared for the first time
+    workspace.Rollback();
+}
+
+TEST_F(Plan, UpdateWithoutAChangeRunsNoStatement) {
+    Recordset rows = open("SELECT * FROM Header_table WHERE docno = 'd2'");
+    rows.Edit();
+    rows.set("amount", 2);
+    rows.set("docno", "d2");
+    EXPECT_EQ(calls([&] { rows.Update(); }), 0);
+}
+
+TEST_F(Plan, TransactionWithoutAWriteReachesTheEngineNotAtAll) {
+    store::Workspace workspace(connection_);
+    EXPECT_EQ(calls([&] {
+                  workspace.BeginTrans();
+                  workspace.CommitTrans();
+                  workspace.BeginTrans();
+                  workspace.Rollback();
+              }),
+              0);
+}
+
+}  // namespace
+}  // namespace brimley
