@@ -4,6 +4,10 @@ namespace brimley::host {
 
 using invoices::APform_invoice;
 
+APclass::~APclass() {
+    if (frm_invoice) frm_invoice->NotifyClients = nullptr;
+}
+
 std::shared_ptr<kernel::ModuleG3> APclass::kernel_of_database() {
     if (!abcdb) return nullptr;
     if (!kernel_ || kernel_->shared_database() != abcdb)
@@ -116,6 +120,7 @@ BRIMLEY_FORWARD(frm_payhistory_NotifyClients)
 #undef BRIMLEY_FORWARD
 
 void APclass::class_terminate() {
+    kernel_.reset();  // it holds the database as well
     abcdb.reset();
     dbe.reset();
 }

@@ -24,6 +24,10 @@ namespace brimley::host {
 class APclass : public frame::HostContext {
   public:
     explicit APclass(frame::Desk& desk) : desk_(desk) {}
+    // Forms that are still on the screen go on working; their requests reach nobody any more.
+    ~APclass();
+    APclass(const APclass&) = delete;
+    APclass& operator=(const APclass&) = delete;
 
     // --- aliases: each writes the member of the long name ---
     void dbwkspace(std::shared_ptr<store::Workspace> workspace) { dbe = std::move(workspace); }

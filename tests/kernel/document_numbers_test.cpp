@@ -1,3 +1,4 @@
+#include "support/faulty_engine.h"
 #include "support/kernel_test.h"
 
 namespace brimley::testing {
@@ -170,6 +171,29 @@ TEST_F(SharedCounter, NumbersOfAnOpenTransactionAreNotGivenToAnybodyElse) {
     ASSERT_TRUE(taken);
     EXPECT_EQ(taken->nextdocno, 8);
     EXPECT_EQ(taken->fkeyno, 58);
+}
+
+TEST_F(SharedCounter, KeyCounterHasTenTriesOfItsOwn) {
+    const auto faults = std::make_shared<Faults>();
+    faults->kind = store::ErrorKind::locked;
+    auto faulty_company = company.second_user(faulty(faults));
+    kernel::ModuleG3 faulty_kernel(faulty_company.database, outside);
+    // Some engine call is the first lock of the key counter, and some calls later comes each further one.
+    bool found = false;
+    for (int call = 1; call < 40 && !found; ++call) {
+        for (int calls_of_a_try = 1; calls_of_a_try < 5 && !found; ++calls_of_a_try) {
+            company.db().Execute("UPDATE Docno_master_table SET nextdocno = 7");
+            company.db().Execute("UPDATE Next_number_fkey_table SET fkeyno = 57");
+            outside.waits.clear();
+            outside.on_wait = [&](int) { faults->arm(calls_of_a_try, false); };
+            faults->arm(call, false);
+            const bool taken = faulty_kernel.get_next_number("1", "ip", "2026").has_value();
+            faults->disarm();
+            found = !taken && counters() == "8, 57" && outside.waits.size() == 10;
+        }
+    }
+    EXPECT_TRUE(found);
+    EXPECT_THAT(messages(), IsEmpty());
 }
 
 // --- the number as text
