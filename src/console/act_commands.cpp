@@ -84,7 +84,7 @@ void Console::do_press(Arguments& arguments) {
 
 void Console::do_cell(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
-    const int row = arguments.take_number("ROW");
+    const int row = arguments.take_row();
     const int column = column_of(target, arguments.take("CAPTION"));
     std::string value = arguments.take_text("VALUE");
     if (target.columns[static_cast<std::size_t>(column)].check_box) {
@@ -98,23 +98,27 @@ void Console::do_cell(Arguments& arguments) {
 
 void Console::do_visit(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
-    const int row = arguments.take_number("ROW");
+    const int row = arguments.take_row();
     report(target.name(), target.visit_cell(row, column_of(target, arguments.take("CAPTION"))));
 }
 
 void Console::do_dblclick(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
-    report(target.name(), target.double_click(arguments.take_number("ROW")));
+    report(target.name(), target.double_click(arguments.take_row()));
 }
 
 void Console::do_select(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
     if (arguments.take_if("none")) {
-        target.select_columns(std::nullopt);
+        report(target.name(), target.user_selects_columns(std::nullopt));
         return;
     }
     const int from = arguments.take_number("FROM");
-    target.select_columns(Grid::Range{from, arguments.take_number("TO")});
+    const int to = arguments.take_number("TO");
+    if (from < 0 || to < from || to >= static_cast<int>(target.columns.size())) {
+        throw ScriptFault("no such range of columns");
+    }
+    report(target.name(), target.user_selects_columns(Grid::Range{from, to}));
 }
 
 void Console::do_column(Arguments& arguments) {
@@ -122,6 +126,7 @@ void Console::do_column(Arguments& arguments) {
     const int column = column_of(target, arguments.take("CAPTION"));
     const std::string what = arguments.take("width or order");
     const int number = arguments.take_number("N");
+    if (number < 0) throw ScriptFault("a column's width and order are not negative");
     if (what == "width") {
         report(target.name(), target.resize_column(column, number));
     } else if (what == "order") {

@@ -26,6 +26,12 @@ class Console::Arguments {
         }
         return number;
     }
+    // A row of a grid, from 0.
+    [[nodiscard]] int take_row() {
+        const int row = take_number("ROW");
+        if (row < 0 || row >= kRowsMax) throw ScriptFault("no such row: " + std::to_string(row));
+        return row;
+    }
     // The rest of the line as one text.
     [[nodiscard]] std::string take_text(const char* what) {
         std::string text = take(what);
@@ -48,6 +54,8 @@ class Console::Arguments {
     }
 
   private:
+    static constexpr int kRowsMax = 1'000'000;
+
     std::vector<std::string> words_;
     std::size_t next_ = 0;
 };

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -138,7 +137,6 @@ int run(const Options& options) {
 int main(int argc, char** argv) {
     CLI::App app{"Drives the forms of a Brimley company from scripts or a terminal."};
     Options options;
-    if (const char* path = std::getenv("BRIMLEY_PATH")) options.path = path;
     describe(app, options);
     try {
         app.parse(argc, argv);

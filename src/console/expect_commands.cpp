@@ -76,7 +76,7 @@ void Console::expect_state(Arguments& arguments) {
 
 void Console::expect_cell(Arguments& arguments) {
     const controls::Grid& shown = grid(arguments.take("GRID"));
-    const int row = arguments.take_number("ROW");
+    const int row = arguments.take_row();
     const std::string caption = arguments.take("CAPTION");
     const std::string got = cell_shown(shown, row, column_of(shown, caption));
     if (!arguments.take_if("=")) throw ScriptFault("= is missing");
@@ -135,8 +135,6 @@ void Console::expect_nothing() {
         texts.push_back("question " + shown_text(text));
     for (const auto& name : left.refusals)
         texts.push_back("refused " + name);
-    for (const auto& name : left.closed)
-        texts.push_back("closed " + name);
     for (const auto& notification : left.notifications)
         texts.push_back("notify " + shown_text(notification.line()));
     check(texts.empty(), "nothing", fmt::format("{}", fmt::join(texts, "; ")));

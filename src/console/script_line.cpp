@@ -4,14 +4,15 @@ namespace brimley::console {
 
 namespace {
 
-// Reads a quoted text from behind its first quote; `at` comes to stand behind the last.
-std::string quoted_word(std::string_view line, std::size_t& at) {
-    std::string word;
+bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+
+// Appends a quoted text, from behind its first quote; `at` comes to stand behind the last.
+void append_quoted(std::string& word, std::string_view line, std::size_t& at) {
     for (; at < line.size(); ++at) {
         char c = line[at];
         if (c == '"') {
             ++at;
-            return word;
+            return;
         }
         if (c == '\\' && at + 1 < line.size()) {
             const char next = line[at + 1];
@@ -30,19 +31,19 @@ std::string quoted_word(std::string_view line, std::size_t& at) {
 std::vector<std::string> split_line(std::string_view line) {
     std::vector<std::string> words;
     std::size_t at = 0;
-    while (at < line.size() && line[at] != '#') {
-        const char c = line[at];
-        if (c == ' ' || c == '\t' || c == '\r') {
+    while (true) {
+        while (at < line.size() && is_blank(line[at]))
             ++at;
-        } else if (c == '"') {
-            words.push_back(quoted_word(line, ++at));
-        } else {
-            const std::size_t end = std::min(line.find_first_of(" \t\r", at), line.size());
-            words.emplace_back(line.substr(at, end - at));
-            at = end;
+        if (at == line.size() || line[at] == '#') return words;
+        std::string& word = words.emplace_back();
+        while (at < line.size() && !is_blank(line[at]) && line[at] != '#') {
+            if (line[at] == '"') {
+                append_quoted(word, line, ++at);
+            } else {
+                word += line[at++];
+            }
         }
     }
-    return words;
 }
 
 std::string one_line(std::string_view text) {

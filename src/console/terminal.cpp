@@ -56,6 +56,8 @@ void run_terminal(Console& console) {
             console.run(line.get(), "line " + std::to_string(number));
         } catch (const ScriptFault& fault) {
             std::cerr << fault.what() << '\n';
+        } catch (const store::Error& failure) {
+            std::cerr << failure.what() << '\n';
         }
         std::cout.flush();
     }

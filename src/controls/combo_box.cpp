@@ -1,5 +1,6 @@
 #include "controls/combo_box.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace brimley::controls {
@@ -39,8 +40,14 @@ std::vector<ComboColumn> parse_columns(std::string_view description) {
 ComboBox::ComboBox(ControlSet& controls, std::string name, std::string_view columns)
     : Control(controls, std::move(name)), columns_(parse_columns(columns)) {}
 
+void ComboBox::set_row(Row row) {
+    set(row.empty() ? std::string{} : row[0]);
+    known_row_ = std::move(row);
+}
+
 void ComboBox::set(std::string text) {
     picked_ = -1;
+    known_row_.reset();
     change(text_, std::move(text));
 }
 
@@ -84,10 +91,16 @@ int ComboBox::find_item(std::string_view text, bool ignoring_case) const {
 
 int ComboBox::list_index() const {
     if (picked_ >= 0) return picked_;
+    if (known_row_) {
+        const auto& rows = items();
+        const auto same = std::find(rows.begin(), rows.end(), *known_row_);
+        return same == rows.end() ? -1 : static_cast<int>(same - rows.begin());
+    }
     return text_.empty() ? -1 : find_item(text_, false);
 }
 
 std::optional<std::string> ComboBox::chosen(std::size_t column) const {
+    if (known_row_) return column < known_row_->size() ? (*known_row_)[column] : std::string{};
     const int index = list_index();
     if (index < 0) return std::nullopt;
     const Row& row = items()[static_cast<std::size_t>(index)];

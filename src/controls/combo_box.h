@@ -35,6 +35,8 @@ class ComboBox : public Control {
     // From code. The row whose column 0 equals the text, if there is one, becomes the chosen row.
     void set(std::string text);
     void clear_choice() { set(""); }
+    // From code that knows the whole row, so that the list need not be fetched to tell which one is meant.
+    void set_row(Row row);
     [[nodiscard]] std::string shown() const override { return text_; }
 
     // --- list ---
@@ -72,7 +74,8 @@ class ComboBox : public Control {
     Source source_;
     mutable std::vector<Row> items_;
     mutable bool fetched_ = true;
-    int picked_ = -1;  // the row that was picked by position; -1: found by its text when asked
+    std::optional<Row> known_row_;  // the row that set_row gave
+    int picked_ = -1;               // the row that was picked by position; -1: found by its text when asked
 };
 
 }  // namespace brimley::controls

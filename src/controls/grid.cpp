@@ -74,6 +74,12 @@ Refusal Grid::layout_refusal() const {
     return enabled() ? Refusal::none : Refusal::disabled;
 }
 
+Refusal Grid::user_selects_columns(std::optional<Range> range) {
+    if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
+    selected_ = range;
+    return Refusal::none;
+}
+
 Refusal Grid::resize_column(int column, int width) {
     if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
     columns.at(static_cast<std::size_t>(column)).width = width;

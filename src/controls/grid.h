@@ -95,7 +95,6 @@ class Grid : public Control {
         int to;
     };
     [[nodiscard]] std::optional<Range> selected_columns() const { return selected_; }
-    void select_columns(std::optional<Range> range) { selected_ = range; }
 
     // --- the user ---
     [[nodiscard]] Refusal visit_cell(int row, int column);
@@ -103,6 +102,7 @@ class Grid : public Control {
     // on_after_update.
     [[nodiscard]] Refusal edit_cell(int row, int column, const std::string& text);
     [[nodiscard]] Refusal double_click(int row);
+    [[nodiscard]] Refusal user_selects_columns(std::optional<Range> range);
     [[nodiscard]] Refusal resize_column(int column, int width);
     [[nodiscard]] Refusal move_column(int column, int order);
     [[nodiscard]] Refusal resize_rows(int height);

@@ -47,6 +47,7 @@ void DocumentForm::grid_editmode() {}
 void DocumentForm::leave_mode(int pressed_command) {
     grid_readmode();
     bars_.set_pressed(pressed_command, false);
+    shown_fkey_ = txtfkey.text();
     frame_status.refresh();
 }
 
@@ -59,7 +60,7 @@ void DocumentForm::press_new() {
         return;
     }
     if (entry_has_data() && ask("Do you want to save new entry?")) {
-        if (!insert_new()) return;
+        if (!insert_new_record()) return;
     } else {
         last_record();
     }
@@ -80,7 +81,7 @@ void DocumentForm::press_edit() {
         return;
     }
     if (ask("Do you want to save editing?")) {
-        if (save_edit() != EditOutcome::saved) return;
+        if (Update_record() != EditOutcome::saved) return;
     } else {
         Recordx();
     }
@@ -89,8 +90,8 @@ void DocumentForm::press_edit() {
 
 void DocumentForm::press_save() {
     if (!rights().Update) return;
-    if (mode() == Mode::new_entry && insert_new()) leave_mode(command::kNew);
-    if (mode() == Mode::edit && save_edit() == EditOutcome::saved) leave_mode(command::kEditMode);
+    if (mode() == Mode::new_entry && insert_new_record()) leave_mode(command::kNew);
+    if (mode() == Mode::edit && Update_record() == EditOutcome::saved) leave_mode(command::kEditMode);
 }
 
 void DocumentForm::CommandBars1_Execute(int id) {

@@ -56,7 +56,7 @@ class DocumentForm : public Form {
     virtual void previous_record();
     // Shows the document named in txtdocno.
     void Recordx();
-    // Shows the document whose key stands in txtfkey; nothing when it is gone.
+    // Shows the document whose key stands in txtfkey.
     void Recordx_fkey();
     virtual void grid_readmode();
     virtual void grid_newmode();
@@ -72,10 +72,11 @@ class DocumentForm : public Form {
     virtual void clear_box() = 0;
     virtual void assign2control(store::Recordset& header) = 0;
     virtual void assign2_dbgrid1(store::Recordset& lines) = 0;
-    [[nodiscard]] virtual bool insert_new() = 0;
+    // Saves the entry on screen; false, after its messages, when nothing was saved.
+    [[nodiscard]] virtual bool insert_new_record() = 0;
     // What command 101 and 106 do with an edit; nothing when this form has no way to save it now.
     enum class EditOutcome { saved, failed, not_offered };
-    [[nodiscard]] virtual EditOutcome save_edit() = 0;
+    [[nodiscard]] virtual EditOutcome Update_record() = 0;
     // Why the document on screen may not be edited, as a message; empty when it may.
     [[nodiscard]] virtual std::string edit_refusal() = 0;
     // False, after its message, when the document on screen is no longer stored.
@@ -110,7 +111,12 @@ class DocumentForm : public Form {
 
     std::int64_t fkey_last_no = 0;
 
+    // Shows the first document that the criteria name, for the text that the user or host gave: without a
+    // text the last one, and when there is none says so and returns to the document on screen.
+    void show_named(const std::string& text, const std::string& criteria);
+
   private:
+    bool show_where(const std::string& criteria);
     [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
     void press_new();
     void press_edit();
@@ -118,6 +124,7 @@ class DocumentForm : public Form {
     void step_record(int direction);
     void leave_mode(int pressed_command);
 
+    std::string shown_fkey_;          // the document on screen
     std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
 };
 

@@ -34,6 +34,7 @@ Recordset DocumentForm::header_by_fkey(std::string_view fkey) {
 void DocumentForm::show_document(Recordset& header) {
     clear_box();
     assign2control(header);
+    shown_fkey_ = header.text("fkey");
     // By value, so that line 10 stands behind line 9.
     auto lines = kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY VAL(pay_item)",
                                            walk_tables().lines, quoted(header.text("fkey"))));
@@ -75,11 +76,15 @@ void DocumentForm::next_record() { step_record(1); }
 void DocumentForm::previous_record() { step_record(-1); }
 
 void DocumentForm::step_record(int direction) {
-    if (txtdocno.empty() || txtdocno.text() == kNewDocno || !key_number(txtfkey.text())) {
+    if (txtdocno.empty() || txtdocno.text() == kNewDocno) {
         last_record();
         return;
     }
     if (walk_open_documents(direction)) return;
+    if (!key_number(txtfkey.text())) {
+        last_record();
+        return;
+    }
     step("step_record", [&] {
         const std::string fkey = txtfkey.text();
         const std::string prefix = fkey.substr(0, fkey.find('-') + 1);
@@ -87,7 +92,9 @@ void DocumentForm::step_record(int direction) {
         const std::string& doctype = txtdoctype.text();
         const std::int64_t last_no =
             doctype == doctype_of_last_no_ ? fkey_last_no : last_number_issued(doctype);
-        for (std::int64_t n = *key_number(fkey) + direction; n >= 1 && n <= last_no; n += direction) {
+        // Only the way up has a bound; documents saved since then lie above it.
+        for (std::int64_t n = *key_number(fkey) + direction; n >= 1 && (direction < 0 || n <= last_no);
+             n += direction) {
             auto header = header_by_fkey(prefix + std::to_string(n));
             if (header.at_eof()) continue;
             show_document(header);
@@ -97,31 +104,33 @@ void DocumentForm::step_record(int direction) {
     });
 }
 
-void DocumentForm::Recordx() {
-    if (txtdocno.empty()) {
-        last_record();
-        return;
-    }
-    const std::string number = txtdocno.text();
+bool DocumentForm::show_where(const std::string& criteria) {
     bool found = false;
-    step("Recordx", [&] {
-        const WalkTables tables = walk_tables();
-        auto header = kernel().read(fmt::format("SELECT * FROM {} WHERE company = 1 AND {} = {}",
-                                                tables.header, tables.number_field, quoted(number)));
+    step("show a document", [&] {
+        auto header = kernel().read(fmt::format("SELECT * FROM {} WHERE {}", walk_tables().header, criteria));
         if (header.at_eof()) return;
         found = true;
         show_document(header);
     });
-    if (found) return;
-    tell(number + " not found.");
-    Recordx_fkey();
+    return found;
 }
 
-void DocumentForm::Recordx_fkey() {
-    step("Recordx_fkey", [&] {
-        auto header = header_by_fkey(txtfkey.text());
-        if (!header.at_eof()) show_document(header);
-    });
+void DocumentForm::show_named(const std::string& text, const std::string& criteria) {
+    if (text.empty()) {
+        last_record();
+    } else if (!show_where(criteria)) {
+        tell(text + " not found.");
+        // Back to the document that is on screen, under its own key.
+        txtfkey.set(shown_fkey_);
+        if (!shown_fkey_.empty()) show_where("fkey = " + quoted(shown_fkey_));
+    }
 }
+
+void DocumentForm::Recordx() {
+    const std::string number = txtdocno.text();
+    show_named(number, fmt::format("company = 1 AND {} = {}", walk_tables().number_field, quoted(number)));
+}
+
+void DocumentForm::Recordx_fkey() { show_named(txtfkey.text(), "fkey = " + quoted(txtfkey.text())); }
 
 }  // namespace brimley::frame

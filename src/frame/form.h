@@ -89,6 +89,8 @@ class Form : public std::enable_shared_from_this<Form> {
     // Loses the child form with this one.
     void adopt_child(std::shared_ptr<Form> child) { child_ = std::move(child); }
 
+    // Without a database there is no kernel either, and a step does nothing.
+    [[nodiscard]] bool has_database() const { return kernel_ != nullptr; }
     [[nodiscard]] kernel::ModuleG3& kernel() { return *kernel_; }
     [[nodiscard]] Desk& desk() { return desk_; }
     [[nodiscard]] const kernel::UserRights& rights() const { return rights_; }

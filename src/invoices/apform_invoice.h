@@ -70,6 +70,9 @@ class APform_invoice : public frame::DocumentForm {
     void grid_readmode() override;
     void grid_newmode() override;
 
+    // Shows the document that bears the vendor's own number in txtinvno.
+    void Recordx_byinvno();
+
     // --- the lines ---
 
     // Numbers the lines that hold an amount from 1, without gaps; their tax rows follow them.
@@ -81,11 +84,16 @@ class APform_invoice : public frame::DocumentForm {
     void get_tax_summary();
     void display_tax_details();
     void display_tax_summary();
+    void mnutax_summary_click() { display_tax_summary(); }
+    [[nodiscard]] int get_column(std::string_view caption) const { return dbgrid1.get_column(caption); }
+    void get_columnx(std::string_view caption, int row, std::string_view text) {
+        dbgrid1.set_cell(row, caption, text);
+    }
 
     // --- the save ---
 
     // True when the document was saved. Every failure has had its message, and nothing of it is left.
-    [[nodiscard]] bool insert_new_record();
+    [[nodiscard]] bool insert_new_record() override;
     [[nodiscard]] bool insert_GL_record(const std::string& ap_accno);
     // The vendor's payable account, or the default one.
     [[nodiscard]] std::string get_apaccno(const std::string& vendor_no);
@@ -101,8 +109,7 @@ class APform_invoice : public frame::DocumentForm {
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
     void assign2_dbgrid1(store::Recordset& lines) override;
-    [[nodiscard]] bool insert_new() override { return insert_new_record(); }
-    [[nodiscard]] EditOutcome save_edit() override { return EditOutcome::not_offered; }
+    [[nodiscard]] EditOutcome Update_record() override { return EditOutcome::not_offered; }
     [[nodiscard]] std::string edit_refusal() override;
     [[nodiscard]] bool validate_docno() override;
     [[nodiscard]] bool entry_has_data() override { return !dbgrid1.cell(0, "gross amount").empty(); }
@@ -125,7 +132,7 @@ class APform_invoice : public frame::DocumentForm {
         Term term;
         store::DateTime invoice_date;
         std::optional<store::DateTime> due_date, discount_date;
-        int period = 0;
+        double period = 0;  // as typed; a whole number unless the user had other plans
         std::string ap_accno;
     };
 
@@ -146,6 +153,7 @@ class APform_invoice : public frame::DocumentForm {
     void cmbopendoc_itemselect();
     void get_list_open_doc();
     void vendor_address();
+    void refresh_vendor_address();
     void close_rate();
     void select_term();
     [[nodiscard]] bool entering() const { return mode() != frame::Mode::read; }
@@ -159,7 +167,6 @@ class APform_invoice : public frame::DocumentForm {
     void dbgrid1_BeforeColEdit(const controls::CellEdit& edit);
     void dbgrid1_BeforeColUpdate(controls::CellEdit& edit);
     void dbgrid1_AfterColUpdate(int column);
-    void clear_line_amounts(int row);
     void ddacc_rowchange();
     [[nodiscard]] bool tax_code_is_listed(const std::string& tax_code);
     void load_line(int row, const store::Recordset& line);
@@ -171,6 +178,7 @@ class APform_invoice : public frame::DocumentForm {
 
     // tax_cells.cpp
     void grid_tax_AfterColUpdate(int column);
+    void refresh_tax_panels();
     void write_line_amounts(int row, kernel::TaxMode mode, double amount, double tax);
     void change_rate(int row);
     void change_tax(int row);
@@ -182,7 +190,7 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool validate_rate();
     [[nodiscard]] bool validate_invoice_date(NewDocument& document);
     [[nodiscard]] bool validate_optional_dates(NewDocument& document);
-    [[nodiscard]] bool period_is_open(int period);
+    [[nodiscard]] bool period_is_open(double period);
     [[nodiscard]] bool write_new_document(const NewDocument& document);
     void fill_header(store::Recordset& header, const NewDocument& document);
     [[nodiscard]] bool insert_new_record_transaction(store::Recordset& header, const std::string& ap_accno);

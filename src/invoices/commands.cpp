@@ -1,6 +1,9 @@
 // Toolbar, views and links of the invoice form.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "invoices/apform_invoice.h"
 
 namespace brimley::invoices {
@@ -24,6 +27,15 @@ constexpr int kVendorAddress = 1014;
 // Commands that stand in the menus but are not offered yet: editing, templates, void and hold, the font bar.
 constexpr int kNotYetOffered[] = {106, 116, 401,  402,  403,  404,  405, 406,
                                   407, 408, 1005, 1008, 1009, 1010, 1011};
+
+// The amounts that a printed credit note turns around: the line's own and those of its tax slots.
+bool is_printed_amount(std::string_view field) {
+    static constexpr const char* kAmounts[] = {"gross_amount", "open_amount",   "taxable_amount",
+                                               "tax_amount",   "tax_allocated", "tax_recoverable",
+                                               "tax_expensed"};
+    return std::any_of(std::begin(kAmounts), std::end(kAmounts),
+                       [&](const char* amount) { return field.starts_with(amount); });
+}
 
 const std::vector<Command>& command_table() {
     using Bars = std::vector<std::string>;
@@ -215,27 +227,29 @@ std::string APform_invoice::edit_refusal() {
 }
 
 void APform_invoice::preview() {
-    const bool credit_note = cmbdoctype.text() == "Credit Note";
-    const std::string name = "A/P " + cmbdoctype.text();
     std::string fields = "AP_header_table.*, AP_transaction_table.*";
-    if (credit_note) {
+    if (cmbdoctype.text() == "Credit Note") {
         // A credit note is printed as a credit, though its amounts are stored positive.
         fields = "AP_header_table.*";
         for (const auto& field : kernel().database().catalog().find("AP_transaction_table")->fields) {
-            const bool amount =
-                field.type == store::FieldType::number && field.name.find("amount") != std::string::npos;
-            fields += amount ? fmt::format(", -1 * AP_transaction_table.{0} AS {0}", field.name)
-                             : ", AP_transaction_table." + field.name;
+            fields += fmt::format(", {}AP_transaction_table.{} AS {}",
+                                  is_printed_amount(field.name) ? "-1 * " : "", field.name, field.name);
         }
     }
-    const std::string query = fmt::format(
-        "SELECT {}, Vendor_table.VENDOR_NAME FROM AP_header_table, AP_transaction_table, Vendor_table WHERE "
-        "AP_header_table.fkey = AP_transaction_table.fkey AND AP_header_table.vendor_no = "
-        "Vendor_table.vendor_no AND "
-        "AP_header_table.fkey = {} ORDER BY pay_item",
-        fields, store::quoted(txtfkey.text()));
+    std::string tables =
+        "(AP_header_table INNER JOIN AP_transaction_table ON AP_header_table.fkey = "
+        "AP_transaction_table.fkey)";
+    if (!cmbvendor_name
+             .empty()) {  // a vendor that nobody knows must not keep the document from being printed
+        fields += ", Vendor_table.VENDOR_NAME";
+        tables = fmt::format(
+            "({} INNER JOIN Vendor_table ON AP_header_table.vendor_no = Vendor_table.vendor_no)", tables);
+    }
+    const std::string query =
+        fmt::format("SELECT {} FROM {} WHERE AP_header_table.fkey = {} ORDER BY pay_item", fields, tables,
+                    store::quoted(txtfkey.text()));
     notify("ActiveReport", query,
-           fmt::format("{},{},{}", name, txtdocno.text(), rights().form_design ? "1" : "0"));
+           fmt::format("A/P {},{},{}", cmbdoctype.text(), txtdocno.text(), rights().form_design ? "1" : "0"));
 }
 
 }  // namespace brimley::invoices

@@ -68,8 +68,7 @@ void APform_invoice::connect_handlers() {
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
     dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
     dbgrid1.on_row_col_change = [this](int old_row, int) {
-        if (frame_tax.visible() && dbgrid1.row() != old_row)
-            get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
+        if (dbgrid1.row() != old_row) refresh_tax_panels();
     };
     grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
 }
@@ -77,11 +76,13 @@ void APform_invoice::connect_handlers() {
 void APform_invoice::cmbvendor_ItemSelect() {
     const auto name = cmbvendor.chosen(1);
     if (name && !name->empty()) cmbvendor_name.set(*name);
+    refresh_vendor_address();
 }
 
 void APform_invoice::cmbvendor_name_ItemSelect() {
     const auto number = cmbvendor_name.chosen(1);
     if (number && !number->empty()) cmbvendor.set(*number);
+    refresh_vendor_address();
 }
 
 void APform_invoice::cmbterm_ItemSelect() {
@@ -228,6 +229,10 @@ bool APform_invoice::validate_docno() {
     return true;
 }
 
+void APform_invoice::Recordx_byinvno() {
+    show_named(txtinvno.text(), "invoice_no = " + quoted(txtinvno.text()));
+}
+
 void APform_invoice::get_list_open_doc() {
     // Fetched when the list is opened, however many documents are open; of the kind shown now, though.
     cmbopendoc.set_source([this, doctype = txtdoctype.text()] {
@@ -254,6 +259,10 @@ void APform_invoice::cmbopendoc_itemselect() {
 
 void APform_invoice::vendor_address() {
     frame_address.set_visible(!frame_address.visible());
+    refresh_vendor_address();
+}
+
+void APform_invoice::refresh_vendor_address() {
     if (!frame_address.visible()) return;
     txtvendor_address.set("");  // not the last vendor's, should this one not be found
     step("vendor_address", [&] {

@@ -182,13 +182,6 @@ bool APform_invoice::tax_code_is_listed(const std::string& tax_code) {
     return listed;
 }
 
-// An amount that is emptied takes the line out of the document.
-void APform_invoice::clear_line_amounts(int row) {
-    for (const char* caption : {"gross amount", "open amount", "taxable amount", "tax amount"}) {
-        dbgrid1.set_cell(row, caption, "");
-    }
-}
-
 void APform_invoice::dbgrid1_BeforeColUpdate(CellEdit& edit) {
     const auto refuse = [&](const char* text) {
         tell(text);
@@ -201,10 +194,8 @@ void APform_invoice::dbgrid1_BeforeColUpdate(CellEdit& edit) {
     const bool gross = edit.caption == "gross amount";
     const bool taxable = edit.caption == "taxable amount";
     if (!gross && !taxable && edit.caption != "open amount" && edit.caption != "tax amount") return;
-    if (edit.new_text.empty() && (gross || taxable)) {
-        clear_line_amounts(edit.row);
-        return;
-    }
+    // An amount that is emptied is an amount of nothing.
+    if (edit.new_text.empty() && (gross || taxable)) edit.new_text = "0";
     if (!is_numeric(edit.new_text)) {
         refuse("please input numeric data");
         return;
@@ -230,9 +221,8 @@ void APform_invoice::dbgrid1_AfterColUpdate(int column) {
             tax_calculate_from_xarray(row, *changed);
         }
         if (caption == "purchase account") ddacc_rowchange();
-        if (frame_tax.visible()) get_tax_itemno(dbgrid1.cell(row, "pay item"));
         dbgrid1.rebind();
-        if (frame_tax_summary.visible()) get_tax_summary();
+        refresh_tax_panels();
     });
 }
 
@@ -250,8 +240,7 @@ void APform_invoice::lines_moved() {
     get_itemno();
     totalamt_calculate();
     dbgrid1.rebind();
-    if (frame_tax.visible()) get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
-    if (frame_tax_summary.visible()) get_tax_summary();
+    refresh_tax_panels();
 }
 
 void APform_invoice::insert_line() {
@@ -334,8 +323,7 @@ void APform_invoice::assign2_dbgrid1(Recordset& lines) {
     totalamt_calculate();
     old_total = money_value(txttotal.text());
     dbgrid1.rebind();
-    if (frame_tax.visible()) get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
-    if (frame_tax_summary.visible()) get_tax_summary();
+    refresh_tax_panels();
 }
 
 }  // namespace brimley::invoices

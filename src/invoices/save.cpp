@@ -124,14 +124,14 @@ bool APform_invoice::validate_optional_dates(NewDocument& document) {
     return read(txtdiscdate, document.discount_date) && read(txtduedate, document.due_date);
 }
 
-bool APform_invoice::period_is_open(int period) {
+bool APform_invoice::period_is_open(double period) {
     const auto config = kernel().read("SELECT * FROM COA_config_table");
     if (config.at_eof() || !config.flag("activate_working_period")) return true;
     const std::string key = period_key(cmbfyear.text(), period);
     const auto working = inside_window(config, "working", key);
     if (!working || *working) return true;
-    const auto allowed = inside_window(config, "allow", key);
-    if (config.flag("allow_history_update") && allowed.value_or(true)) return true;
+    if (config.flag("allow_history_update") && inside_window(config, "allow", key).value_or(true))
+        return true;
     tell("Fiscal period/year is out of working period.");
     return false;
 }
@@ -146,7 +146,7 @@ std::optional<APform_invoice::NewDocument> APform_invoice::validate_new() {
     if (dbgrid1.cell(0, "pay item").empty()) return refuse("No data input");
     if (cmbperiod.empty()) return refuse("please specify period");
     if (cmbfyear.empty()) return refuse("please specify fiscal year");
-    document.period = static_cast<int>(store::Value(cmbperiod.text()).number());
+    document.period = store::Value(cmbperiod.text()).number();
     if (!period_is_open(document.period)) return std::nullopt;
     document.ap_accno = get_apaccno(cmbvendor.text());
     if (document.ap_accno.empty()) {
@@ -170,7 +170,9 @@ bool APform_invoice::insert_new_record() {
         kernel().passed_over().note(std::string("insert_new_record: ") + failure.what());
         saved = false;
     }
-    if (!saved) {
+    if (saved) {
+        get_list_open_doc();  // it has one document more
+    } else {
         txtdocno.set(frame::kNewDocno);
         txtfkey.set("");
         txtglfkey.set("");

@@ -56,16 +56,20 @@ void APform_invoice::Form_Load() {
         gain_accno = kernel().parameter_account("GL", "GL realized gain account");
         loss_accno = kernel().parameter_account("GL", "GL realized loss account");
     };
-    step("arrays", [&] { clear_arrays(); });
+    clear_arrays();
     step("gain and loss accounts", read_gain_and_loss);
     step("get_user_rights", [&] { read_rights(); });
-    step("set_BRIMLEY_COLOR", [&] { set_BRIMLEY_COLOR(); });
+    set_BRIMLEY_COLOR();
     init_toolbar();
-    step("init_fontcolor", [&] { init_fontcolor(); });
+    init_fontcolor();
     step("initform_control", [&] { initform_control(); });
     step("init_form_property", [&] { init_form_property(); });
     step("init_grid", [&] { init_grid(); });
-    last_record();
+    if (has_database()) {
+        last_record();
+    } else {
+        grid_readmode();
+    }
     frame_tax.set_visible(false);
     frame_tax_summary.set_visible(false);
     step("default accounts", [&] {
@@ -144,9 +148,11 @@ void APform_invoice::show_vendor_and_term(const std::string& vendor_no, const st
     const auto vendor = kernel().read(
         fmt::format("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
     if (!vendor.at_eof()) cmbvendor_name.set(vendor.text("VENDOR_NAME"));
-    const auto term = kernel().read(
-        fmt::format("SELECT term_name FROM Payment_term_table WHERE term_no = {}", quoted(term_no)));
-    cmbterm.set(term.at_eof() ? std::string{} : term.text("term_name"));
+    refresh_vendor_address();
+    // The term list leaves "00" out, so a document with that term shows none.
+    const auto term = kernel().read(fmt::format(
+        "SELECT term_name FROM Payment_term_table WHERE term_no = {} AND term_no <> '00'", quoted(term_no)));
+    if (!term.at_eof()) cmbterm.set_row({term.text("term_name"), term_no});
 }
 
 }  // namespace brimley::invoices

@@ -14,21 +14,21 @@ using kernel::TaxRow;
 
 namespace {
 
-// Columns of the tax detail grid, by position: users cannot tell them apart by caption alone.
-enum DetailColumn {
-    kSequence,
-    kAuthority,
-    kTaxableAmount,
-    kRate,
-    kTaxAmount,
-    kTaxable,
-    kAllocated,
-    kRecoverable,
-    kExpensed,
-    kPayItem,
-    kIncludeTax,
-    kLineAmount
-};
+// Columns of the tax detail grid. Found by caption like all others: users move them.
+constexpr const char* kSequence = "no";
+constexpr const char* kAuthority = "tax authority";
+constexpr const char* kTaxableAmount = "taxable amount";
+constexpr const char* kRate = "rate";
+constexpr const char* kTaxAmount = "tax amount";
+constexpr const char* kTaxable = "taxable";
+constexpr const char* kAllocated = "allocated tax";
+constexpr const char* kRecoverable = "recoverable tax";
+constexpr const char* kExpensed = "expensed tax";
+constexpr const char* kPayItem = "pay item";
+constexpr const char* kIncludeTax = "include tax";
+constexpr const char* kLineAmount = "amount";
+
+constexpr int kPanelRowsMin = 5;
 
 const char* check_text(bool flag) { return flag ? "True" : "False"; }
 
@@ -39,10 +39,7 @@ bool is_checked(std::string_view text) { return store::Value(text).flag(); }
 
 void APform_invoice::tax_calculate_from_xarray(int row, TaxMode mode) {
     const std::string pay_item = dbgrid1.cell(row, "pay item");
-    if (pay_item.empty()) {
-        totalamt_calculate();
-        return;
-    }
+    if (pay_item.empty()) return;
     const std::string entered =
         dbgrid1.cell(row, mode == TaxMode::taxable_amount ? "taxable amount" : "gross amount");
     if (entered.empty()) return;
@@ -79,24 +76,33 @@ void APform_invoice::write_line_amounts(int row, TaxMode mode, double amount, do
 void APform_invoice::get_tax_itemno(const std::string& pay_item) {
     if (pay_item.empty()) return;
     const auto rows = tax_rows.of_item(pay_item);
-    controls::TextArray& array = grid_tax.array;
-    array.dimension(std::max(5, static_cast<int>(rows.size())));
+    grid_tax.array.dimension(std::max(kPanelRowsMin, static_cast<int>(rows.size())));
     for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
         const TaxRow& row = *rows[static_cast<std::size_t>(i)];
-        array.set(i, kSequence, row.sequence);
-        array.set(i, kAuthority, row.authority);
-        array.set(i, kTaxableAmount, row.taxable_amount);
-        array.set(i, kRate, store::shortest_number(row.rate));
-        array.set(i, kTaxAmount, row.tax_amount);
-        array.set(i, kTaxable, check_text(row.taxable));
-        array.set(i, kAllocated, row.allocated);
-        array.set(i, kRecoverable, row.recoverable);
-        array.set(i, kExpensed, row.expensed);
-        array.set(i, kPayItem, row.pay_item);
-        array.set(i, kIncludeTax, row.include_tax);
-        array.set(i, kLineAmount, row.line_amount);
+        grid_tax.set_cell(i, kSequence, row.sequence);
+        grid_tax.set_cell(i, kAuthority, row.authority);
+        grid_tax.set_cell(i, kTaxableAmount, row.taxable_amount);
+        grid_tax.set_cell(i, kRate, store::shortest_number(row.rate));
+        grid_tax.set_cell(i, kTaxAmount, row.tax_amount);
+        grid_tax.set_cell(i, kTaxable, check_text(row.taxable));
+        grid_tax.set_cell(i, kAllocated, row.allocated);
+        grid_tax.set_cell(i, kRecoverable, row.recoverable);
+        grid_tax.set_cell(i, kExpensed, row.expensed);
+        grid_tax.set_cell(i, kPayItem, row.pay_item);
+        grid_tax.set_cell(i, kIncludeTax, row.include_tax);
+        grid_tax.set_cell(i, kLineAmount, row.line_amount);
     }
     grid_tax.rebind();
+}
+
+// What the open panels show of the current line and the document. A line without a number has no tax rows.
+void APform_invoice::refresh_tax_panels() {
+    if (frame_tax.visible()) {
+        grid_tax.array.dimension(kPanelRowsMin);
+        grid_tax.rebind();
+        get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
+    }
+    if (frame_tax_summary.visible()) get_tax_summary();
 }
 
 int APform_invoice::row_of_item(const std::string& pay_item) const {
@@ -107,50 +113,49 @@ int APform_invoice::row_of_item(const std::string& pay_item) const {
 }
 
 void APform_invoice::change_rate(int row) {
-    controls::TextArray& array = grid_tax.array;
-    const double rate = money_value(array.get(row, kRate));
-    if (is_checked(array.get(row, kIncludeTax))) {
-        const double amount = money_value(array.get(row, kLineAmount));
+    const double rate = money_value(grid_tax.cell(row, kRate));
+    if (is_checked(grid_tax.cell(row, kIncludeTax))) {
+        const double amount = money_value(grid_tax.cell(row, kLineAmount));
         const double tax = kernel::compute_tax(TaxMode::gross_amount, amount, 0, rate);
-        array.set(row, kTaxAmount, format_money(tax));
-        array.set(row, kTaxableAmount, format_money(amount - tax));
+        grid_tax.set_cell(row, kTaxAmount, format_money(tax));
+        grid_tax.set_cell(row, kTaxableAmount, format_money(amount - tax));
     } else {
-        const double taxable = money_value(array.get(row, kTaxableAmount));
-        array.set(row, kTaxAmount, format_money(Round(taxable * rate / 100)));
+        const double taxable = money_value(grid_tax.cell(row, kTaxableAmount));
+        grid_tax.set_cell(row, kTaxAmount, format_money(Round(taxable * rate / 100)));
     }
 }
 
 void APform_invoice::change_tax(int row) {
-    controls::TextArray& array = grid_tax.array;
-    const double taxable = money_value(array.get(row, kTaxableAmount));
+    const double taxable = money_value(grid_tax.cell(row, kTaxableAmount));
     if (taxable == 0) return;  // no rate can be told
-    const double tax = money_value(array.get(row, kTaxAmount));
-    array.set(row, kRate, store::shortest_number(Round(tax * 100 / taxable)));
+    const double tax = money_value(grid_tax.cell(row, kTaxAmount));
+    grid_tax.set_cell(row, kRate, store::shortest_number(Round(tax * 100 / taxable)));
 }
 
 void APform_invoice::grid_tax_AfterColUpdate(int column) {
     const int row = grid_tax.row();
-    controls::TextArray& array = grid_tax.array;
-    if (column == kRate) change_rate(row);
-    if (column == kTaxAmount) change_tax(row);
-    const std::string pay_item(array.get(row, kPayItem));
-    const std::string sequence(array.get(row, kSequence));
+    const std::string& changed_cell = grid_tax.columns.at(static_cast<std::size_t>(column)).caption;
+    const bool amounts_changed = changed_cell == kRate || changed_cell == kTaxAmount;
+    if (changed_cell == kRate) change_rate(row);
+    if (changed_cell == kTaxAmount) change_tax(row);
+    const std::string pay_item(grid_tax.cell(row, kPayItem));
+    const std::string sequence(grid_tax.cell(row, kSequence));
     if (sequence.empty()) return;
     step("grid_tax_AfterColUpdate", [&] {
-        const double tax = money_value(array.get(row, kTaxAmount));
+        const double tax = money_value(grid_tax.cell(row, kTaxAmount));
         TaxRow* changed = tax_rows.find(pay_item, sequence);
         if (changed == nullptr) return;
-        changed->rate = money_value(array.get(row, kRate));
+        changed->rate = money_value(grid_tax.cell(row, kRate));
         changed->tax_amount = format_money(tax);
-        changed->taxable = is_checked(array.get(row, kTaxable));
+        changed->taxable = is_checked(grid_tax.cell(row, kTaxable));
+        const auto split = kernel::split_tax(tax, changed->percent_refund, changed->include_itemcost);
         tax_calculate_from_xarray(row_of_item(pay_item), TaxMode::taxable_amount);
-        if (column == kRate || column == kTaxAmount) {
-            const auto split = kernel::split_tax(tax, changed->percent_refund, changed->include_itemcost);
-            array.set(row, kAllocated, format_money(split.allocated));
-            array.set(row, kRecoverable, format_money(split.recoverable));
-            array.set(row, kExpensed, format_money(split.expensed));
+        if (amounts_changed) {
+            grid_tax.set_cell(row, kAllocated, format_money(split.allocated));
+            grid_tax.set_cell(row, kRecoverable, format_money(split.recoverable));
+            grid_tax.set_cell(row, kExpensed, format_money(split.expensed));
         }
-        if (column == kTaxable) get_tax_itemno(pay_item);
+        if (changed_cell == kTaxable) get_tax_itemno(pay_item);
         grid_tax.rebind();
         if (frame_tax_summary.visible()) get_tax_summary();
     });
@@ -160,32 +165,32 @@ void APform_invoice::get_tax_summary() {
     std::vector<kernel::AuthorityTotals> totals;
     for (const TaxRow& row : tax_rows.all())
         kernel::store_tax(totals, row);
-    controls::TextArray& array = grid_tax_summary.array;
-    array.dimension(std::max(5, static_cast<int>(totals.size())));
+    grid_tax_summary.array.dimension(std::max(kPanelRowsMin, static_cast<int>(totals.size())));
     for (int i = 0; i < static_cast<int>(totals.size()); ++i) {
         const kernel::AuthorityTotals& total = totals[static_cast<std::size_t>(i)];
-        array.set(i, 0, std::to_string(i + 1));
-        array.set(i, 1, total.authority);
-        const double sums[] = {total.tax,
-                               total.tax_of_new_rows,
-                               total.tax_of_stored_rows,
-                               total.split.allocated,
-                               total.split.recoverable,
-                               total.split.expensed};
-        for (int column = 0; column < 6; ++column)
-            array.set(i, column + 2, format_money(sums[column]));
+        const auto set_money = [&](const char* caption, double sum) {
+            grid_tax_summary.set_cell(i, caption, format_money(sum));
+        };
+        grid_tax_summary.set_cell(i, "no", std::to_string(i + 1));
+        grid_tax_summary.set_cell(i, "tax authority", total.authority);
+        set_money("total tax", total.tax);
+        set_money("tax", total.tax_of_new_rows);
+        set_money("tax included", total.tax_of_stored_rows);
+        set_money("allocated tax", total.split.allocated);
+        set_money("recoverable tax", total.split.recoverable);
+        set_money("expensed tax", total.split.expensed);
     }
     grid_tax_summary.rebind();
 }
 
 void APform_invoice::display_tax_details() {
     frame_tax.set_visible(!frame_tax.visible());
-    if (frame_tax.visible()) get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
+    refresh_tax_panels();
 }
 
 void APform_invoice::display_tax_summary() {
     frame_tax_summary.set_visible(!frame_tax_summary.visible());
-    if (frame_tax_summary.visible()) get_tax_summary();
+    refresh_tax_panels();
 }
 
 }  // namespace brimley::invoices

@@ -87,7 +87,8 @@ std::string ModuleG3::format_docno(std::string_view doctype, std::int64_t number
     const store::Value structure_value = configured ? config.field("structure") : store::Value();
     const std::string structure = structure_value.is_null() ? "1" : structure_value.text();
     const bool two_digits = configured && config.number("fyear_digit") == 2;
-    const std::string year(two_digits && fiscal_year.size() > 2 ? fiscal_year.substr(2, 2) : fiscal_year);
+    const std::string year(two_digits ? fiscal_year.substr(std::min<std::size_t>(2, fiscal_year.size()), 2)
+                                      : fiscal_year);
     const std::string separator1 = configured && config.flag("seperator1") ? "-" : "";
     const std::string separator2 = configured && config.flag("seperator2") ? "-" : "";
     const std::string prefix = format.at_eof() ? "" : format.text("prefix");

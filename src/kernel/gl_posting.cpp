@@ -164,7 +164,7 @@ bool GlPosting::update_with_retry(store::Recordset& rows) {
             rows.Update();
             return true;
         } catch (const store::Error& failure) {
-            if (failure.spoils_connection()) throw;
+            if (failure.spoils_transaction()) throw;  // no wait will mend that
             if (tries == kUpdateRetries) return false;
             kernel_.outside().wait(kLockRetryWait);
         }

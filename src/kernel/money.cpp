@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
 #include <cmath>
 
 namespace brimley::kernel {
@@ -47,7 +48,10 @@ double money_value(std::string_view text) {
         point_seen = point_seen || point;
         if (c != '+') leading += c;
     }
-    return std::strtod(leading.c_str(), nullptr);
+    // Not by way of the C library, whose decimal point is the locale's.
+    double value = 0;
+    std::from_chars(leading.data(), leading.data() + leading.size(), value);
+    return value;
 }
 
 bool is_numeric(std::string_view text) {

@@ -68,6 +68,10 @@ Composed check_and_compose(std::string_view month, std::string_view day, std::st
 Composed parse(std::string_view text, std::string_view date_format) {
     const auto order = part_order(date_format);
     if (!order) return {{}, {}, "Error : User_Form_Dateformat:date_format is not valid"};
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
     const std::size_t first_slash = text.find('/');
     if (first_slash == std::string_view::npos) return {};
     const std::size_t second_slash = text.find('/', first_slash + 1);

@@ -1,5 +1,7 @@
 #include "presentation/grid_layout.h"
 
+#include "presentation/colours.h"
+
 #include <fmt/format.h>
 
 namespace brimley::presentation {
@@ -44,7 +46,8 @@ GridColumn column_of(const Recordset& row, int order) {
     column.locked = row.flag("Locked");
     take_font(column.font, row);
     if (filled(row.field("font_color")))
-        column.font_colour = static_cast<controls::Colour>(row.number("font_color"));
+        column.font_colour =
+            static_cast<controls::Colour>(static_cast<std::int64_t>(row.number("font_color")));
     column.check_box = row.text("cell_type") == "dbgCheckBox";
     if (column.check_box) column.alignment = controls::Alignment::centre;
     if (filled(row.field("Alignment"))) column.alignment = alignment_of(row.number("Alignment"));
@@ -69,6 +72,7 @@ void build_grid(Grid& grid, kernel::ModuleG3& kernel, std::string_view form, std
                 GridPlace place) {
     auto rows = kernel.read(layout_query(form, grid_name));
     grid.columns.clear();
+    grid.header_colour = brimley_palette()[kHeaderSlot];
     grid.row_height = kStandardRowHeight;
     if (place == GridPlace::first && !rows.at_eof())
         grid.row_height = accepted_row_height(rows.field("row_height"));
