@@ -59,6 +59,12 @@ TEST_F(Change, UpdateComputesFromTheOldValues) {
               "2026-01-06 2026-01-06 2026-01-06");
 }
 
+TEST_F(Change, ConditionThatNullLeavesOpenIsStoredAsFalse) {
+    execute("UPDATE Header_table SET amount = NULL, paid = TRUE WHERE docno = 'A1'");
+    execute("UPDATE Header_table SET paid = amount > 5");
+    EXPECT_EQ(company_.list("SELECT paid FROM Header_table"), "FALSE TRUE TRUE");
+}
+
 TEST_F(Change, DeleteTakesTheStarOrNot) {
     EXPECT_EQ(execute("DELETE * FROM Header_table WHERE docno = 'A1'"), 1);
     EXPECT_EQ(execute("delete from [Header_table] where docno = 'B2'"), 1);

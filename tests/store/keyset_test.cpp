@@ -285,6 +285,20 @@ TEST_F(Keyset, ComputedColumnsAreFreshToo) {
     EXPECT_TRUE(whole.at_eof());
 }
 
+TEST_F(Keyset, LiteralsInTheSelectListComeWithEveryRow) {
+    for (int i = 0; i < 20; ++i)
+        company_.add("Header_table", {{"docno", "more"}, {"amount", 10}});
+    for (const char* const query : {"SELECT 'x' AS mark, docno FROM Header_table",
+                                    "SELECT 'x' AS mark, docno FROM Header_table WHERE amount = 10"}) {
+        Recordset rows = dynaset(query);
+        rows.FindFirst("docno = 'c'");
+        EXPECT_EQ(rows.text("mark"), "x");
+        rows.MoveNext();
+        EXPECT_EQ(rows.text("mark") + rows.text("docno"), "xmore");
+        EXPECT_EQ(rows.RecordCount(), 23);
+    }
+}
+
 TEST_F(Keyset, LargeKeysetHoldsEveryKeyOnce) {
     company_.workspace().BeginTrans();
     Recordset rows = dynaset("SELECT docno, amount FROM Header_table WHERE amount = 10 ORDER BY docno");

@@ -143,9 +143,11 @@ void Recordset::State::cancel() {
 
 void Recordset::State::insert_row() {
     const Table& table = require_table();
-    parameters_.clear();
-    for (const Field& field : table.fields)
-        parameters_.push_back(is_false_when_new(field) ? Parameter(false) : Parameter());
+    if (new_row_.empty()) {
+        for (const Field& field : table.fields)
+            new_row_.push_back(is_false_when_new(field) ? Parameter(false) : Parameter());
+    }
+    parameters_ = new_row_;
     for (const int column : buffer_.set_columns()) {
         const int field = plan_->translation.columns[static_cast<std::size_t>(column)].field;
         parameters_[static_cast<std::size_t>(field)] = dialect::parameter_of(buffer_.value(column));

@@ -62,6 +62,7 @@ class Recordset::State {
 
     // Kept for their memory.
     std::vector<Parameter> parameters_;
+    std::vector<Parameter> new_row_;  // what a row holds in which nothing was set
     std::vector<std::uint64_t> changed_fields_;
     std::vector<int> column_of_field_;
     Row changed_row_;

@@ -250,6 +250,9 @@ std::string ExpressionWriter::assigned(const Expression& expression, const Field
         refuse(expression, "TRUE or FALSE expected");
     if (value.type != wanted && value.type != OperandType::null)
         refuse(expression, field.name + " cannot hold this");
+    // A condition that null leaves open is not true.
+    if (field.type == FieldType::yes_no && !field.nullable_flag)
+        return fmt::format("COALESCE({}, {})", value.sql, flavour_.flag(false));
     return value.sql;
 }
 

@@ -69,9 +69,12 @@ SqliteStatement::SqliteStatement(sqlite3* connection, const StatementText& text)
       keyed_(text.keyed) {}
 
 void SqliteStatement::bind(std::span<const Parameter> parameters) {
+    // Statements of one translation share their parameters; this one may leave out the last of them.
+    const int count = sqlite3_bind_parameter_count(statement_.get());
     int index = 0;
     for (const Parameter& parameter : parameters) {
-        const int code = std::visit(Binder(statement_.get(), ++index), parameter);
+        if (++index > count) break;
+        const int code = std::visit(Binder(statement_.get(), index), parameter);
         if (code != SQLITE_OK) throw_sqlite_error(connection_, code, "a value of the query");
     }
 }
