@@ -21,7 +21,7 @@ std::vector<fs::path> data_folders() {
         folders.push_back(above.parent_path() / "data");
         folders.push_back(above / "share" / "brimley");
     }
-    folders.emplace_back(BRIMLEY_DATA_DIR);
+    folders.emplace_back(BRIMLEY_SOURCE_DIR "/data");
     return folders;
 }
 

@@ -21,6 +21,8 @@ struct Field {
     bool nullable_flag = false;
 };
 
+// A text field that queries compare with bare numbers (company = 1) compares by value, which no index helps
+// with: "01" is 1 too. In an index it belongs behind the fields that are looked up as what they are.
 struct Index {
     std::vector<std::string> fields;
     bool unique = false;

@@ -176,8 +176,8 @@ using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<En
 [[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog);
 
 // A value as it stands in a query text, between single quotes. A value that holds a single quote gives a text
-// that the dialect never accepts, so that the query fails as a broken text does and can never mean anything else.
-// Write it store::quoted: for a std::string the bare name finds the standard library's own.
+// that the dialect never accepts, so that the query fails as a broken text does and can never mean anything
+// else. Write it store::quoted: for a std::string the bare name finds the standard library's own.
 [[nodiscard]] std::string quoted(std::string_view value);
 // Datevalue('Jan 15, 2026') for a query text.
 [[nodiscard]] std::string date_value(DateTime date);

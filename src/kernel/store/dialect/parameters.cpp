@@ -25,18 +25,7 @@ ParameterKind kind_of(const LiteralParameter& parameter) {
         case LiteralUse::stored:
             break;
     }
-    switch (parameter.field->type) {
-        case FieldType::text:
-            return ParameterKind::text;
-        case FieldType::number:
-            return ParameterKind::number;
-        case FieldType::integer:
-            return ParameterKind::integer;
-        case FieldType::yes_no:
-            return ParameterKind::flag;
-        default:
-            return ParameterKind::date;
-    }
+    return kind_of_field(*parameter.field);
 }
 
 Value date_of(const Literal& literal, std::optional<DateTime> date) {
@@ -50,6 +39,21 @@ Value value_or_null(const std::optional<T>& value) {
 }
 
 }  // namespace
+
+ParameterKind kind_of_field(const Field& field) {
+    switch (field.type) {
+        case FieldType::text:
+            return ParameterKind::text;
+        case FieldType::number:
+            return ParameterKind::number;
+        case FieldType::integer:
+            return ParameterKind::integer;
+        case FieldType::yes_no:
+            return ParameterKind::flag;
+        default:
+            return ParameterKind::date;
+    }
+}
 
 std::string ParameterList::add(LiteralParameter literal) {
     literals_.push_back(literal);

@@ -77,5 +77,7 @@ class BoundParameters {
 };
 
 [[nodiscard]] Parameter parameter_of(const Value& value);
+// The parameter that takes the field's values.
+[[nodiscard]] ParameterKind kind_of_field(const Field& field);
 
 }  // namespace brimley::store::dialect

@@ -188,25 +188,29 @@ SelectTranslation SelectTranslator::translate(const Select& select) {
 
     result.has_condition = !select.conditions.empty();
     result.ordered = !select.order.empty();
-    const bool single = scope.sources().size() == 1 && scope.sources().front().table;
-    if (single && !written.aggregate) result.table = scope.sources().front().table;
     for (const WrittenColumn& column : written.columns) {
         result.select_list += (result.select_list.empty() ? "" : ", ") + column.sql;
         result.rows.columns.push_back(column.shown.type);
         result.columns.push_back(column.shown);
     }
-    const std::string order = with_clause("ORDER BY", result.order);
-    const std::string rest =
-        fmt::format(" FROM {}{}{}", result.from, with_clause("WHERE", conditions), order);
     result.rows.parameters = parameters_.kinds();
-    result.rows.keyed = result.table != nullptr;
-    if (!result.table) {
+    const std::string rest = fmt::format(" FROM {}{}{}", result.from, with_clause("WHERE", conditions),
+                                         with_clause("ORDER BY", result.order));
+    const ScopeSource& first = scope.sources().front();
+    if (scope.sources().size() == 1 && first.table && !written.aggregate) {
+        result.table = first.table;
+        write_keyed(result, first.row_keys.front(), rest);
+    } else {
         result.rows.sql = fmt::format("SELECT {}{}", result.select_list, rest);
-        return result;
     }
-    const std::string key = scope.sources().front().row_keys.front();
+    return result;
+}
+
+void SelectTranslator::write_keyed(SelectTranslation& result, std::string_view key,
+                                   std::string_view rest) const {
+    result.rows.keyed = true;
     result.rows.sql = fmt::format("SELECT {}, {}{}", key, result.select_list, rest);
-    result.keys = {fmt::format("SELECT {}{}", key, rest), parameters_.kinds(), true, {}};
+    result.keys = {fmt::format("SELECT {}{}", key, rest), result.rows.parameters, true, {}};
     result.first_row = result.rows;
     result.first_row.sql += " LIMIT 1";
     result.by_key = result.rows;
@@ -215,7 +219,6 @@ SelectTranslation SelectTranslator::translate(const Select& select) {
     result.by_key.sql =
         fmt::format("SELECT {}, {} FROM {} WHERE {} = {}", key, result.select_list, result.from, key,
                     flavour_.parameter(result.by_key.parameters.size(), ParameterKind::row_key));
-    return result;
 }
 
 }  // namespace brimley::store::dialect

@@ -39,6 +39,9 @@ class SelectTranslator {
     [[nodiscard]] std::string order_term(const OrderTerm& term, ExpressionWriter& writer, const Scope& scope,
                                          const std::vector<WrittenColumn>& columns) const;
 
+    // The statements of a SELECT whose rows have keys. rest: its text from FROM on.
+    void write_keyed(SelectTranslation& result, std::string_view key, std::string_view rest) const;
+
     std::string_view query_;
     const Catalog& catalog_;
     const Flavour& flavour_;

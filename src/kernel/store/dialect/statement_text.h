@@ -12,7 +12,7 @@ namespace brimley::store {
 struct StatementText {
     std::string sql{};
     std::vector<dialect::ParameterKind> parameters{};
-    bool keyed = false;                // the first result column is the row key
+    bool keyed = false;  // the first result column is the row key; of an INSERT: its key is wanted
     std::vector<FieldType> columns{};  // the others, in order
 };
 

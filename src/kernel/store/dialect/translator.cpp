@@ -9,21 +9,6 @@ namespace brimley::store::dialect {
 
 namespace {
 
-ParameterKind stored_kind(const Field& field) {
-    switch (field.type) {
-        case FieldType::text:
-            return ParameterKind::text;
-        case FieldType::number:
-            return ParameterKind::number;
-        case FieldType::integer:
-            return ParameterKind::integer;
-        case FieldType::yes_no:
-            return ParameterKind::flag;
-        default:
-            return ParameterKind::date;
-    }
-}
-
 // UPDATE and DELETE of one statement.
 class ChangeTranslator {
   public:
@@ -110,10 +95,11 @@ FindTranslation Translator::find(const SelectTranslation& select, std::string_vi
 
 StatementText Translator::insert(const Table& table) const {
     StatementText text;
+    text.keyed = true;
     std::string names;
     std::string values;
     for (const Field& field : table.fields) {
-        text.parameters.push_back(stored_kind(field));
+        text.parameters.push_back(kind_of_field(field));
         const char* const comma = names.empty() ? "" : ", ";
         names += comma + flavour_.name(field.name);
         values += comma + flavour_.parameter(text.parameters.size(), text.parameters.back());
@@ -127,7 +113,7 @@ StatementText Translator::update(const Table& table, const std::vector<int>& fie
     std::string list;
     for (const int place : fields) {
         const Field& field = table.fields[static_cast<std::size_t>(place)];
-        text.parameters.push_back(stored_kind(field));
+        text.parameters.push_back(kind_of_field(field));
         list += fmt::format("{}{} = {}", list.empty() ? "" : ", ", flavour_.name(field.name),
                             flavour_.parameter(text.parameters.size(), text.parameters.back()));
     }

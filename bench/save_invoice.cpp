@@ -1,0 +1,106 @@
+// What saving one three-line taxed invoice costs: through the form, beside bare prepared statements doing the
+// same row writes in the same run, on companies of different sizes. CPU time of the process, user and system;
+// synchronous=FULL on both sides.
+//
+//   bench-save-invoice [SAVES] [FOLDER] [STORED...]
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <vector>
+
+#include "company/create.h"
+#include "workload.h"
+
+namespace {
+
+using brimley::bench::BareSave;
+using brimley::bench::FormSave;
+using Clock = std::chrono::steady_clock;
+
+double cpu_ms() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+double wall_ms() {
+    return std::chrono::duration<double, std::milli>(Clock::now().time_since_epoch()).count();
+}
+
+struct Samples {
+    std::vector<double> cpu;
+    std::vector<double> wall;
+
+    template <class Act>
+    void take(Act&& act) {
+        const double cpu_before = cpu_ms();
+        const double wall_before = wall_ms();
+        act();
+        cpu.push_back(cpu_ms() - cpu_before);
+        wall.push_back(wall_ms() - wall_before);
+    }
+    static double median(std::vector<double> values) {
+        std::sort(values.begin(), values.end());
+        return values[values.size() / 2];
+    }
+    [[nodiscard]] double mean_cpu() const {
+        double sum = 0;
+        for (const double value : cpu)
+            sum += value;
+        return sum / static_cast<double>(cpu.size());
+    }
+};
+
+void measure(const std::string& company, std::int64_t stored, int saves) {
+    BareSave bare(company);
+    FormSave form(company);
+    for (int i = 0; i < 20; ++i) {  // statements prepared, caches warm
+        bare.save();
+        form.enter();
+        form.save();
+    }
+    bare.fill_up_to(stored);
+    Samples bare_saves;
+    Samples entries;
+    Samples form_saves;
+    // In turns, so that both see the same machine.
+    for (int i = 0; i < saves; ++i) {
+        bare_saves.take([&] { bare.save(); });
+        entries.take([&] { form.enter(); });
+        form_saves.take([&] { form.save(); });
+    }
+    fmt::print("{:>8} {:>11.3f} {:>11.3f} {:>7.2f} {:>11.3f} {:>11.3f} {:>11.3f} {:>11.3f}\n", stored,
+               bare_saves.mean_cpu(), form_saves.mean_cpu(), form_saves.mean_cpu() / bare_saves.mean_cpu(),
+               Samples::median(bare_saves.cpu), Samples::median(form_saves.cpu),
+               Samples::median(form_saves.wall), entries.mean_cpu());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int saves = argc > 1 ? std::atoi(argv[1]) : 500;
+    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
+    fmt::print("milliseconds a save, {} saves each; bare = prepared statements, form = Save command\n",
+               saves);
+    fmt::print("{:>8} {:>11} {:>11} {:>7} {:>11} {:>11} {:>11} {:>11}\n", "stored", "bare cpu", "form cpu",
+               "ratio", "bare median", "form median", "form wall", "entry cpu");
+    std::vector<std::int64_t> sizes{100, 10'000, 100'000};
+    if (argc > 3) sizes.clear();
+    for (int i = 3; i < argc; ++i)
+        sizes.push_back(std::atoll(argv[i]));
+    for (const std::int64_t stored : sizes) {
+        const auto company = folder / fmt::format("bench-{}.brimley", stored);
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(company.string() + suffix);
+        brimley::company::create_company_file(company.string(), brimley::company::SampleCompany{"anna"});
+        measure(company.string(), stored, saves);
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(company.string() + suffix);
+    }
+    return 0;
+}

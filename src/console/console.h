@@ -1,0 +1,109 @@
+// The console: one host object on one company, driven by commands, one a line.
+//
+// It acts on the forms by the user acts of their controls only, so a script can do just what a person can.
+// What it prints, and the language it reads, are a contract with people's scripts: they may grow, and never
+// change.
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "console/console_desk.h"
+#include "host/apclass.h"
+
+namespace brimley::console {
+
+class Console {
+  public:
+    // The company is open and the host context filled in `context`; results go to `out`.
+    Console(const frame::HostContext& context, std::ostream& out);
+    ~Console();
+
+    // Runs one line. `place` ("SCRIPT:LINE") is told with a check that fails. Throws ScriptFault when the
+    // line is wrong.
+    void run(const std::string& line, const std::string& place);
+
+    [[nodiscard]] int checks_passed() const { return passed_; }
+    [[nodiscard]] int checks_failed() const { return failed_; }
+    [[nodiscard]] ConsoleDesk& desk() { return desk_; }
+
+    // What Tab may complete: commands, and the controls of the current form.
+    [[nodiscard]] std::vector<std::string> words() const;
+
+  private:
+    // The words of a line behind its command.
+    class Arguments;
+    using Handler = void (Console::*)(Arguments&);
+    struct CommandEntry {
+        const char* name;
+        Handler handler;
+    };
+    [[nodiscard]] static const std::vector<CommandEntry>& command_table();
+
+    // setup_commands.cpp: the program and the host
+    void do_context(Arguments& arguments);
+    void do_today(Arguments& arguments);
+    void do_computer(Arguments& arguments);
+    void do_call(Arguments& arguments);
+    void do_form(Arguments& arguments);
+    void do_answer(Arguments& arguments);
+    void do_otherdesk(Arguments& arguments);
+
+    // act_commands.cpp: the user
+    void do_set(Arguments& arguments);
+    void do_enter(Arguments& arguments);
+    void do_check(Arguments& arguments);
+    void do_uncheck(Arguments& arguments);
+    void do_press(Arguments& arguments);
+    void do_cell(Arguments& arguments);
+    void do_visit(Arguments& arguments);
+    void do_dblclick(Arguments& arguments);
+    void do_select(Arguments& arguments);
+    void do_column(Arguments& arguments);
+    void do_rowheight(Arguments& arguments);
+    void click_box(Arguments& arguments, bool ticked);
+    void report(const std::string& name, controls::Refusal refusal);
+
+    // show_commands.cpp: reading
+    void do_show(Arguments& arguments);
+    void do_state(Arguments& arguments);
+    void do_list(Arguments& arguments);
+    void do_table(Arguments& arguments);
+    void do_columns(Arguments& arguments);
+    void do_pressed(Arguments& arguments);
+    void do_sql(Arguments& arguments);
+    [[nodiscard]] store::Recordset query(const std::string& text);
+
+    // expect_commands.cpp: checks
+    void do_expect(Arguments& arguments);
+    void expect_text(Arguments& arguments, const std::string& control_name);
+    void expect_state(Arguments& arguments);
+    void expect_cell(Arguments& arguments);
+    void expect_rows(Arguments& arguments);
+    void expect_command(Arguments& arguments, const std::string& state);
+    void expect_happening(Arguments& arguments, const std::string& kind);
+    void expect_list(Arguments& arguments);
+    void expect_sql(Arguments& arguments);
+    void expect_nothing();
+    void check(bool holds, const std::string& expected, const std::string& got);
+
+    [[nodiscard]] frame::Form& form();
+    [[nodiscard]] controls::Control& control(const std::string& name);
+    [[nodiscard]] controls::Grid& grid(const std::string& name);
+    [[nodiscard]] static int column_of(const controls::Grid& grid, const std::string& caption);
+    [[nodiscard]] static std::string cell_shown(const controls::Grid& grid, int row, int column);
+
+    std::ostream& out_;
+    ConsoleDesk desk_;
+    host::APclass ap_;
+    store::OpenCompany other_desk_;  // a second user's connection, while it holds a row
+    std::unique_ptr<store::Recordset> held_row_;
+    int waits_until_release_ = 0;
+    std::string place_;
+    int passed_ = 0;
+    int failed_ = 0;
+};
+
+}  // namespace brimley::console

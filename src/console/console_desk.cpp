@@ -1,0 +1,94 @@
+#include "console/console_desk.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <ostream>
+#include <thread>
+
+#include "console/script_line.h"
+
+namespace brimley::console {
+
+void ConsoleDesk::message(const std::string& text) {
+    out_ << "message: " << one_line(text) << '\n';
+    happenings_.messages.push_back(text);
+}
+
+bool ConsoleDesk::question(const std::string& text, const std::string& title) {
+    const std::string shown = (title.empty() ? "question: " : "question [" + title + "]: ") + one_line(text);
+    bool answer = false;
+    if (!answers.empty()) {
+        answer = answers.front();
+        answers.pop_front();
+    } else if (ask_person) {
+        answer = ask_person(shown);
+    } else {
+        throw ScriptFault("a question without an answer: " + one_line(text));
+    }
+    out_ << shown << " -> " << (answer ? "yes" : "no") << '\n';
+    happenings_.questions.push_back(text);
+    return answer;
+}
+
+store::DateTime ConsoleDesk::now() {
+    if (stopped_clock) return *stopped_clock;
+    const std::time_t seconds = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    auto moment = store::DateTime::from_ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday).value();
+    // A leap second counts as the one before it.
+    moment.second_of_day = local.tm_hour * 3600 + local.tm_min * 60 + std::min(local.tm_sec, 59);
+    return moment;
+}
+
+void ConsoleDesk::wait(std::chrono::milliseconds duration) {
+    if (on_wait) on_wait();
+    if (!stopped_clock) std::this_thread::sleep_for(duration);
+}
+
+std::string ConsoleDesk::computer_name() {
+    if (computer) return *computer;
+    std::array<char, 513> name{};
+    return gethostname(name.data(), name.size() - 1) == 0 ? std::string(name.data()) : std::string{};
+}
+
+std::vector<std::string> ConsoleDesk::font_families() { return {"Arial"}; }
+
+void ConsoleDesk::form_shown(std::shared_ptr<frame::Form> form) {
+    open_forms_.push_back(form);
+    current_ = std::move(form);
+}
+
+void ConsoleDesk::form_raised(frame::Form& form) { current_ = form.shared_from_this(); }
+
+void ConsoleDesk::form_closed(frame::Form& form) {
+    out_ << "form closed: " << form.identity().class_name << '\n';
+    happenings_.closed.emplace_back(form.identity().class_name);
+    if (current_.get() == &form) current_.reset();
+    std::erase_if(open_forms_, [&](const auto& open) { return open.get() == &form; });
+}
+
+bool ConsoleDesk::make_current(const std::string& class_name) {
+    const auto newest = std::find_if(open_forms_.rbegin(), open_forms_.rend(), [&](const auto& form) {
+        return form->identity().class_name == class_name;
+    });
+    if (newest == open_forms_.rend()) return false;
+    current_ = *newest;
+    return true;
+}
+
+void ConsoleDesk::notified(const std::string& formx, const std::string& docnox, const std::string& arg2) {
+    const Happenings::Notification notification{formx, docnox, arg2};
+    out_ << "notify: " << one_line(notification.line()) << '\n';
+    happenings_.notifications.push_back(notification);
+}
+
+void ConsoleDesk::refused(const std::string& name, const char* why) {
+    out_ << "refused: " << name << " is " << why << '\n';
+    happenings_.refusals.push_back(name);
+}
+
+}  // namespace brimley::console

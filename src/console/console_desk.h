@@ -1,0 +1,77 @@
+// The world outside as the console gives it to the forms: messages and questions are printed and kept,
+// answers come from a queue, the clock can be stopped.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frame/desk.h"
+#include "frame/form.h"
+
+namespace brimley::console {
+
+// What has happened and was not yet expected, each kind oldest first.
+struct Happenings {
+    std::deque<std::string> messages;
+    std::deque<std::string> questions;
+    std::deque<std::string> refusals;  // names of controls, grids, commands
+    std::deque<std::string> closed;    // class names
+    struct Notification {
+        std::string formx, docnox, arg2;
+        [[nodiscard]] std::string line() const { return formx + " | " + docnox + " | " + arg2; }
+    };
+    std::deque<Notification> notifications;
+
+    [[nodiscard]] bool empty() const {
+        return messages.empty() && questions.empty() && refusals.empty() && closed.empty() &&
+               notifications.empty();
+    }
+    void clear() { *this = Happenings{}; }
+};
+
+class ConsoleDesk : public frame::Desk {
+  public:
+    explicit ConsoleDesk(std::ostream& out) : out_(out) {}
+
+    void message(const std::string& text) override;
+    // Throws ScriptFault when no answer is queued and nobody is there to ask.
+    [[nodiscard]] bool question(const std::string& text, const std::string& title) override;
+    [[nodiscard]] store::DateTime now() override;
+    void wait(std::chrono::milliseconds duration) override;
+    void pump() override {}
+    [[nodiscard]] std::string computer_name() override;
+    [[nodiscard]] std::vector<std::string> font_families() override;
+    void form_shown(std::shared_ptr<frame::Form> form) override;
+    void form_raised(frame::Form& form) override;
+    void form_closed(frame::Form& form) override;
+
+    void notified(const std::string& formx, const std::string& docnox, const std::string& arg2);
+    void refused(const std::string& name, const char* why);
+    [[nodiscard]] Happenings& happenings() { return happenings_; }
+
+    std::deque<bool> answers;
+    std::optional<store::DateTime> stopped_clock;
+    std::optional<std::string> computer;
+    // Asked for the answer to a question when none is queued; empty: nobody is there.
+    std::function<bool(const std::string& question)> ask_person;
+    // Called at each wait for a row that another user holds.
+    std::function<void()> on_wait;
+
+    // The form that acts go to; null when there is none.
+    [[nodiscard]] frame::Form* current_form() const { return current_.get(); }
+    // Makes the newest open form of this class the current one.
+    [[nodiscard]] bool make_current(const std::string& class_name);
+
+  private:
+    std::ostream& out_;
+    Happenings happenings_;
+    std::vector<std::shared_ptr<frame::Form>> open_forms_;  // oldest first
+    std::shared_ptr<frame::Form> current_;
+};
+
+}  // namespace brimley::console

@@ -1,0 +1,84 @@
+#include "console/script_line.h"
+
+namespace brimley::console {
+
+namespace {
+
+// Reads a quoted text from behind its first quote; `at` comes to stand behind the last.
+std::string quoted_word(std::string_view line, std::size_t& at) {
+    std::string word;
+    for (; at < line.size(); ++at) {
+        char c = line[at];
+        if (c == '"') {
+            ++at;
+            return word;
+        }
+        if (c == '\\' && at + 1 < line.size()) {
+            const char next = line[at + 1];
+            if (next == 'n' || next == '"' || next == '\\') {
+                c = next == 'n' ? '\n' : next;
+                ++at;
+            }
+        }
+        word += c;
+    }
+    throw ScriptFault("a quote is not closed");
+}
+
+}  // namespace
+
+std::vector<std::string> split_line(std::string_view line) {
+    std::vector<std::string> words;
+    std::size_t at = 0;
+    while (at < line.size() && line[at] != '#') {
+        const char c = line[at];
+        if (c == ' ' || c == '\t' || c == '\r') {
+            ++at;
+        } else if (c == '"') {
+            words.push_back(quoted_word(line, ++at));
+        } else {
+            const std::size_t end = std::min(line.find_first_of(" \t\r", at), line.size());
+            words.emplace_back(line.substr(at, end - at));
+            at = end;
+        }
+    }
+    return words;
+}
+
+std::string one_line(std::string_view text) {
+    std::string result;
+    for (const char c : text) {
+        if (c == '\n') {
+            result += "\\n";
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+bool matches_pattern(std::string_view pattern, std::string_view text) {
+    std::size_t p = 0;
+    std::size_t t = 0;
+    std::size_t star = std::string_view::npos;
+    std::size_t star_text = 0;
+    while (t < text.size()) {
+        if (p < pattern.size() && pattern[p] == '*') {
+            star = p++;
+            star_text = t;
+        } else if (p < pattern.size() && pattern[p] == text[t]) {
+            ++p;
+            ++t;
+        } else if (star != std::string_view::npos) {
+            p = star + 1;
+            t = ++star_text;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern[p] == '*')
+        ++p;
+    return p == pattern.size();
+}
+
+}  // namespace brimley::console

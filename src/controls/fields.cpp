@@ -1,0 +1,49 @@
+#include "controls/fields.h"
+
+namespace brimley::controls {
+
+Refusal TextField::type(const std::string& text) {
+    if (const Refusal why = refusal(); why != Refusal::none) return why;
+    set(text);
+    if (on_change) on_change();
+    return Refusal::none;
+}
+
+Refusal TextField::press_enter() {
+    if (const Refusal why = refusal(); why != Refusal::none) return why;
+    if (on_enter) on_enter();
+    return Refusal::none;
+}
+
+void TextField::leave() {
+    if (on_leave) on_leave();
+}
+
+Refusal CheckBox::click(bool ticked) {
+    if (const Refusal why = refusal(); why != Refusal::none) return why;
+    if (value_ == (ticked ? 1 : 0)) return Refusal::none;
+    set(ticked);
+    if (on_click) on_click();
+    return Refusal::none;
+}
+
+void OptionButton::group(const std::vector<OptionButton*>& buttons) {
+    for (OptionButton* button : buttons)
+        button->group_ = buttons;
+}
+
+void OptionButton::choose() {
+    for (OptionButton* other : group_)
+        other->change(other->set_, other == this);
+    change(set_, true);
+}
+
+Refusal OptionButton::click() {
+    if (const Refusal why = refusal(); why != Refusal::none) return why;
+    if (set_) return Refusal::none;
+    choose();
+    if (on_click) on_click();
+    return Refusal::none;
+}
+
+}  // namespace brimley::controls

@@ -1,0 +1,104 @@
+#include "controls/grid.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace brimley::controls {
+
+int Grid::get_column(std::string_view caption) const {
+    const auto found = std::find_if(columns.begin(), columns.end(),
+                                    [&](const GridColumn& column) { return column.caption == caption; });
+    return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
+}
+
+std::vector<int> Grid::column_order() const {
+    std::vector<int> order(columns.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+        return columns[static_cast<std::size_t>(a)].order < columns[static_cast<std::size_t>(b)].order;
+    });
+    return order;
+}
+
+std::string Grid::cell(int row, std::string_view caption) const {
+    return std::string(array.get(row, get_column(caption)));
+}
+
+void Grid::set_cell(int row, std::string_view caption, std::string_view text) {
+    array.set(row, get_column(caption), text);
+}
+
+void Grid::go_to(int row, int column) {
+    row_ = row;
+    column_ = column;
+}
+
+Refusal Grid::visit_cell(int row, int column) {
+    if (!reachable()) return Refusal::hidden;
+    if (!enabled()) return Refusal::disabled;
+    const int old_row = row_;
+    const int old_column = column_;
+    go_to(row, column);
+    if (on_row_col_change && (old_row != row || old_column != column)) on_row_col_change(old_row, old_column);
+    return Refusal::none;
+}
+
+Refusal Grid::edit_cell(int row, int column, const std::string& text) {
+    if (const Refusal why = refusal(); why != Refusal::none) return why;
+    const GridColumn& target = columns.at(static_cast<std::size_t>(column));
+    if (!target.visible) return Refusal::hidden;
+    const bool new_row = row >= array.rows();
+    if (target.locked || !allow_update || (new_row && !allow_add_new)) return Refusal::locked;
+    if (const Refusal why = visit_cell(row, column); why != Refusal::none) return why;
+    CellEdit edit{row, column, target.caption, std::string(array.get(row, column)), text, false};
+    if (on_before_edit) on_before_edit(edit);
+    if (!edit.cancel && on_before_update) on_before_update(edit);
+    if (edit.cancel) return Refusal::none;
+    array.set(row, column, edit.new_text);
+    if (on_after_update) on_after_update(column);
+    tell();
+    return Refusal::none;
+}
+
+Refusal Grid::double_click(int row) {
+    if (!reachable()) return Refusal::hidden;
+    if (!enabled()) return Refusal::disabled;
+    go_to(row, column_);
+    if (on_double_click) on_double_click(row);
+    return Refusal::none;
+}
+
+// The layout of a grid is the user's own, whether or not its cells may be changed.
+Refusal Grid::layout_refusal() const {
+    if (!reachable()) return Refusal::hidden;
+    return enabled() ? Refusal::none : Refusal::disabled;
+}
+
+Refusal Grid::resize_column(int column, int width) {
+    if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
+    columns.at(static_cast<std::size_t>(column)).width = width;
+    tell();
+    return Refusal::none;
+}
+
+Refusal Grid::move_column(int column, int order) {
+    if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
+    std::vector<int> seen = column_order();
+    seen.erase(std::find(seen.begin(), seen.end(), column));
+    const auto place = std::clamp<std::ptrdiff_t>(order, 0, static_cast<std::ptrdiff_t>(seen.size()));
+    seen.insert(seen.begin() + place, column);
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        columns[static_cast<std::size_t>(seen[i])].order = static_cast<int>(i);
+    }
+    tell();
+    return Refusal::none;
+}
+
+Refusal Grid::resize_rows(int height) {
+    if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
+    row_height = height;
+    tell();
+    return Refusal::none;
+}
+
+}  // namespace brimley::controls

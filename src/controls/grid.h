@@ -1,0 +1,124 @@
+// A grid: columns with their look, over a text array that the form owns.
+//
+// Columns are found by caption, never by position, unless told otherwise: users move and hide them. A
+// column's index is its place in the array and does not change while the form is open; its order is where the
+// user sees it.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "controls/control.h"
+#include "controls/text_array.h"
+
+namespace brimley::controls {
+
+enum class Alignment { left = 0, right = 1, centre = 2 };
+
+struct FontStyle {
+    std::string name = "Arial";
+    double size = 9;
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+};
+
+// A list that opens below a cell.
+struct DropDown {
+    std::vector<std::string> captions;
+    std::vector<int> widths;  // of its columns, twentieths of a point; set when a cell opens
+    std::function<std::vector<std::vector<std::string>>()> rows;  // asked when the list opens
+};
+
+struct GridColumn {
+    std::string caption;
+    bool visible = true;
+    bool locked = false;
+    int width = 1000;  // twentieths of a point
+    int order = 0;     // where it stands, from 0
+    FontStyle font;
+    Colour font_colour = 0;
+    Alignment alignment = Alignment::left;
+    bool check_box = false;
+    bool auto_completion = false;
+    bool divider = true;
+    bool header_divider = true;
+    bool fetch_style = false;
+    bool merge = false;
+    const DropDown* drop_down = nullptr;
+};
+
+// What a change of a cell is about, for the handlers before it takes place. Setting `cancel` keeps the old
+// text.
+struct CellEdit {
+    int row = 0;
+    int column = 0;
+    std::string caption;
+    std::string old_text;
+    std::string new_text;
+    bool cancel = false;
+};
+
+class Grid : public Control {
+  public:
+    Grid(ControlSet& controls, std::string name) : Control(controls, std::move(name)) {}
+
+    // --- shape ---
+    std::vector<GridColumn> columns;
+    int row_height = 370;
+    Colour even_row_colour = kWhite;
+    Colour header_colour = kWhite;
+    bool allow_add_new = false;
+    bool allow_update = false;
+    bool allow_delete = false;
+
+    // The index of the column with this caption, or -1.
+    [[nodiscard]] int get_column(std::string_view caption) const;
+    // Column indexes in the order in which they are seen.
+    [[nodiscard]] std::vector<int> column_order() const;
+
+    // --- content ---
+    TextArray array;
+    [[nodiscard]] std::string cell(int row, std::string_view caption) const;
+    void set_cell(int row, std::string_view caption, std::string_view text);
+    // The form has changed the array or the columns.
+    void rebind() const { tell(); }
+    [[nodiscard]] std::string shown() const override { return {}; }
+
+    // --- position ---
+    [[nodiscard]] int row() const { return row_; }
+    [[nodiscard]] int column() const { return column_; }
+    void go_to(int row, int column);  // from code
+    // The columns that the user has selected, by position; nothing selected: none.
+    struct Range {
+        int from;
+        int to;
+    };
+    [[nodiscard]] std::optional<Range> selected_columns() const { return selected_; }
+    void select_columns(std::optional<Range> range) { selected_ = range; }
+
+    // --- the user ---
+    [[nodiscard]] Refusal visit_cell(int row, int column);
+    // Moves into the cell, types the text and leaves the cell: on_before_edit, on_before_update,
+    // on_after_update.
+    [[nodiscard]] Refusal edit_cell(int row, int column, const std::string& text);
+    [[nodiscard]] Refusal double_click(int row);
+    [[nodiscard]] Refusal resize_column(int column, int width);
+    [[nodiscard]] Refusal move_column(int column, int order);
+    [[nodiscard]] Refusal resize_rows(int height);
+
+    std::function<void(CellEdit&)> on_before_edit;
+    std::function<void(CellEdit&)> on_before_update;
+    std::function<void(int column)> on_after_update;
+    std::function<void(int old_row, int old_column)> on_row_col_change;
+    std::function<void(int row)> on_double_click;
+
+  private:
+    [[nodiscard]] Refusal layout_refusal() const;
+
+    int row_ = 0;
+    int column_ = 0;
+    std::optional<Range> selected_;
+};
+
+}  // namespace brimley::controls

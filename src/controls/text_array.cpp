@@ -1,0 +1,99 @@
+#include "controls/text_array.h"
+
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
+namespace brimley::controls {
+
+namespace {
+
+constexpr int kColumnMax = 254;
+// Lengths from here on do not fit into one byte: this byte stands there, and the length in four more.
+constexpr unsigned kLongLength = 255;
+// Rows grow by steps of this size, so that little of what they hold is reserve.
+constexpr std::size_t kGrowth = 32;
+
+// Where a cell stands in its row.
+struct Cell {
+    std::size_t at;    // of its head
+    std::size_t text;  // of its text
+    std::size_t length;
+    [[nodiscard]] std::size_t end() const { return text + length; }
+};
+
+unsigned byte_at(const std::vector<char>& row, std::size_t at) { return static_cast<unsigned char>(row[at]); }
+
+Cell cell_at(const std::vector<char>& row, std::size_t at) {
+    const unsigned length = byte_at(row, at + 1);
+    if (length < kLongLength) return {at, at + 2, length};
+    std::uint32_t long_length = 0;
+    std::memcpy(&long_length, row.data() + at + 2, sizeof long_length);
+    return {at, at + 2 + sizeof long_length, long_length};
+}
+
+std::optional<Cell> find_cell(const std::vector<char>& row, int column) {
+    for (std::size_t at = 0; at < row.size();) {
+        const Cell cell = cell_at(row, at);
+        if (byte_at(row, at) == static_cast<unsigned>(column)) return cell;
+        at = cell.end();
+    }
+    return std::nullopt;
+}
+
+void append_cell(std::vector<char>& row, int column, std::string_view text) {
+    const bool is_long = text.size() >= kLongLength;
+    const auto length = static_cast<std::uint32_t>(text.size());
+    const std::size_t needed = row.size() + 2 + (is_long ? sizeof length : 0) + text.size();
+    if (needed > row.capacity()) row.reserve((needed + kGrowth - 1) / kGrowth * kGrowth);
+    row.push_back(static_cast<char>(column));
+    row.push_back(static_cast<char>(is_long ? kLongLength : length));
+    const char* bytes = reinterpret_cast<const char*>(&length);
+    if (is_long) row.insert(row.end(), bytes, bytes + sizeof length);
+    row.insert(row.end(), text.begin(), text.end());
+}
+
+}  // namespace
+
+void TextArray::dimension(int rows) { rows_.assign(static_cast<std::size_t>(rows), {}); }
+
+int TextArray::used_rows() const {
+    for (std::size_t row = rows_.size(); row > 0; --row) {
+        if (!rows_[row - 1].empty()) return static_cast<int>(row);
+    }
+    return 0;
+}
+
+std::string_view TextArray::get(int row, int column) const {
+    if (row < 0 || row >= rows()) return {};
+    const std::vector<char>& cells = rows_[static_cast<std::size_t>(row)];
+    const auto cell = find_cell(cells, column);
+    return cell ? std::string_view(cells.data() + cell->text, cell->length) : std::string_view{};
+}
+
+void TextArray::set(int row, int column, std::string_view text) {
+    if (row < 0 || column < 0 || column > kColumnMax) return;
+    if (row >= rows()) rows_.resize(static_cast<std::size_t>(row) + 1);
+    std::vector<char>& cells = rows_[static_cast<std::size_t>(row)];
+    const std::string copy(text);  // may lie in the buffer that is about to change
+    if (const auto cell = find_cell(cells, column)) {
+        const auto begin = cells.begin();
+        cells.erase(begin + static_cast<std::ptrdiff_t>(cell->at),
+                    begin + static_cast<std::ptrdiff_t>(cell->end()));
+    }
+    if (!copy.empty()) append_cell(cells, column, copy);
+}
+
+void TextArray::clear_row(int row) {
+    if (row >= 0 && row < rows()) rows_[static_cast<std::size_t>(row)].clear();
+}
+
+void TextArray::insert_row(int row) {
+    if (row >= 0 && row <= rows()) rows_.insert(rows_.begin() + row, std::vector<char>{});
+}
+
+void TextArray::delete_row(int row) {
+    if (row >= 0 && row < rows()) rows_.erase(rows_.begin() + row);
+}
+
+}  // namespace brimley::controls

@@ -1,0 +1,22 @@
+// What a host gives the forms: the world outside, and a place to stand on the screen.
+#pragma once
+
+#include <memory>
+
+#include "kernel/outside.h"
+
+namespace brimley::frame {
+
+class Form;
+
+class Desk : public kernel::Outside {
+  public:
+    // The form appears, without blocking. The desk keeps it alive until form_closed.
+    virtual void form_shown(std::shared_ptr<Form> form) = 0;
+    // The form comes to the front.
+    virtual void form_raised(Form& form) = 0;
+    // The form has unloaded itself; the desk lets go of it.
+    virtual void form_closed(Form& form) = 0;
+};
+
+}  // namespace brimley::frame

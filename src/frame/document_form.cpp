@@ -1,0 +1,185 @@
+// Modes and their transitions.
+#include "frame/document_form.h"
+
+#include <fmt/format.h>
+
+#include "kernel/money.h"
+
+namespace brimley::frame {
+
+using controls::Control;
+
+void DocumentForm::set_field(Control& field, FieldState state) {
+    const bool read_only = state == FieldState::read_only;
+    field.set_locked(read_only);
+    field.set_back_colour(read_only ? controls::kReadOnlyBack : controls::kWhite);
+}
+
+void DocumentForm::set_all_fields(FieldState state) {
+    for (Control* control : controls_.all()) {
+        const std::string name = controls::upper_case(control->name());
+        if (!name.starts_with("TXT") && !name.starts_with("CMB") && !name.starts_with("RBOX")) continue;
+        set_field(*control, control->container() == &frame_font ? FieldState::open : state);
+    }
+}
+
+// Once the form is up this runs only on leaving New or Edit, while their command is still pressed.
+void DocumentForm::grid_readmode() {
+    if (is_open() && mode() == Mode::read) return;
+    set_all_fields(FieldState::read_only);
+    dbgrid1.allow_add_new = false;
+    dbgrid1.allow_update = false;
+    dbgrid1.allow_delete = false;
+    dbgrid1.header_colour = palette_[presentation::kHeaderSlot];
+    set_field(txtdocno, FieldState::open);
+}
+
+void DocumentForm::grid_newmode() {
+    set_all_fields(FieldState::open);
+    dbgrid1.allow_add_new = true;
+    dbgrid1.allow_update = true;
+    dbgrid1.allow_delete = true;
+    txtdocno.set_locked(true);
+}
+
+void DocumentForm::grid_editmode() {}
+
+void DocumentForm::leave_mode(int pressed_command) {
+    grid_readmode();
+    bars_.set_pressed(pressed_command, false);
+    frame_status.refresh();
+}
+
+void DocumentForm::press_new() {
+    if (!rights().Update || mode() == Mode::edit) return;
+    if (mode() == Mode::read) {
+        bars_.set_pressed(command::kNew, true);
+        grid_newmode();
+        gencode_new();
+        return;
+    }
+    if (entry_has_data() && ask("Do you want to save new entry?")) {
+        if (!insert_new()) return;
+    } else {
+        last_record();
+    }
+    leave_mode(command::kNew);
+}
+
+void DocumentForm::press_edit() {
+    if (!rights().Update || mode() == Mode::new_entry) return;
+    if (mode() == Mode::read) {
+        if (const std::string why = edit_refusal(); !why.empty()) {
+            tell(why);
+            return;
+        }
+        if (!validate_docno()) return;
+        Recordx_fkey();
+        grid_editmode();
+        bars_.set_pressed(command::kEditMode, true);
+        return;
+    }
+    if (ask("Do you want to save editing?")) {
+        if (save_edit() != EditOutcome::saved) return;
+    } else {
+        Recordx();
+    }
+    leave_mode(command::kEditMode);
+}
+
+void DocumentForm::press_save() {
+    if (!rights().Update) return;
+    if (mode() == Mode::new_entry && insert_new()) leave_mode(command::kNew);
+    if (mode() == Mode::edit && save_edit() == EditOutcome::saved) leave_mode(command::kEditMode);
+}
+
+void DocumentForm::CommandBars1_Execute(int id) {
+    if (execute_common(id)) return;
+    const bool reading = mode() == Mode::read;
+    switch (id) {
+        case command::kSave:
+            press_save();
+            break;
+        case command::kNew:
+            press_new();
+            break;
+        case command::kEditMode:
+            press_edit();
+            break;
+        case command::kPreview:
+            if (reading && rights().Print && on_saved_document()) preview();
+            break;
+        case command::kPrevious:
+            previous_record();
+            break;
+        case command::kNext:
+            next_record();
+            break;
+        case command::kLast:
+            last_record();
+            break;
+        case command::kInsertLine:
+            insert_line();
+            break;
+        case command::kDeleteLine:
+            delete_line();
+            break;
+        case command::kGlRecord:
+            findGL();
+            break;
+        case command::kRefresh:
+            if (reading) Recordx_fkey();
+            break;
+        default:
+            execute_own(id);
+    }
+}
+
+bool DocumentForm::on_saved_document() const {
+    return !txtdocno.empty() && txtdocno.text() != kNewDocno && !txtfkey.empty();
+}
+
+void DocumentForm::findGL() {
+    if (on_saved_document() && !txtglfkey.empty()) notify("G/L Ledger Review", txtglfkey.text());
+}
+
+void DocumentForm::fill_common_combos() {
+    const auto column_of = [this](std::string query, std::string field) {
+        return [this, query, field] {
+            std::vector<controls::ComboBox::Row> items;
+            step(query.c_str(), [&] {
+                for (auto rows = kernel().read(query); !rows.at_eof(); rows.MoveNext())
+                    items.push_back({rows.text(field)});
+            });
+            return items;
+        };
+    };
+    cmbcompany.set_items({{"1"}});
+    cmbfyear.set_source(column_of("SELECT fyear FROM Fiscalyear_table", "fyear"));
+    cmbcurrency.set_source(column_of("SELECT Currency FROM Working_currency_table", "Currency"));
+    std::vector<controls::ComboBox::Row> periods;
+    const int last_period = static_cast<int>(kernel::money_value(context().BRIMLEY_NO_PERIODS));
+    for (int period = 1; period <= last_period; ++period)
+        periods.push_back({std::to_string(period)});
+    cmbperiod.set_items(periods);
+    cmbselcol.set_items({{"all columns"}, {"selected columns"}});
+    cmbselcol.set("all columns");
+    cmbfont_size.set_items(
+        {{"8"}, {"9"}, {"10"}, {"10.5"}, {"11"}, {"12"}, {"14"}, {"16"}, {"18"}, {"20"}, {"22"}, {"24"}});
+    cmbitfont.set_source([this] {
+        std::vector<controls::ComboBox::Row> families;
+        for (auto& family : desk().font_families())
+            families.push_back({std::move(family)});
+        return families;
+    });
+    cmbitfont.set("Arial");
+    cmbitcolor.set_source([] {
+        std::vector<controls::ComboBox::Row> colours;
+        for (const auto& colour : presentation::named_colours()) {
+            colours.push_back({std::string(colour.code), std::string(colour.name)});
+        }
+        return colours;
+    });
+}
+
+}  // namespace brimley::frame

@@ -1,0 +1,124 @@
+// The frame of the forms that enter and show documents: fields, modes, transitions, walking.
+//
+// A document form is in exactly one of Read, New and Edit (Form::mode). Documents of a kind are walked by the
+// number in their fkey
+// ("1ip-57"), from the counter downwards or step by step over gaps, never by docno and never by a sorted
+// query, so that a step costs the same however many documents are stored.
+//
+// A form fills in the variable points below and its own commands; what a transition does, and in which order,
+// stands here once.
+#pragma once
+
+#include "frame/form.h"
+
+namespace brimley::frame {
+
+inline constexpr const char* kNewDocno = "** New **";
+
+// The tables and the number field that a form walks at the moment.
+struct WalkTables {
+    const char* header = "AP_header_table";
+    const char* lines = "AP_transaction_table";
+    const char* number_field = "docno";
+};
+
+class DocumentForm : public Form {
+  public:
+    using Form::Form;
+
+    // --- fields that every document form has ---
+    controls::TextField txtdocno{controls_, "txtdocno"};
+    controls::TextField txtfkey{controls_, "txtfkey"};
+    controls::TextField txtglfkey{controls_, "txtglfkey"};
+    controls::TextField txtdoctype{controls_, "txtdoctype"};
+    controls::ComboBox cmbcompany{controls_, "cmbcompany"};
+    controls::ComboBox cmbfyear{controls_, "cmbfyear"};
+    controls::ComboBox cmbperiod{controls_, "cmbperiod"};
+    controls::ComboBox cmbcurrency{controls_, "cmbcurrency"};
+    controls::ComboBox cmbexrate{controls_, "cmbexrate", "0;1500;<;Rate|1;1500;^;Rate Date"};
+    controls::DateField txtratedate{controls_, "txtratedate"};
+    controls::TextField txtremark{controls_, "txtremark"};
+    controls::TextField txtsource{controls_, "txtsource"};
+    controls::TextField txtsource_docno{controls_, "txtsource_docno"};
+    controls::CheckBox chkprint{controls_, "chkprint", "Printed"};
+    controls::CheckBox chkvoid{controls_, "chkvoid", "Void"};
+    controls::Grid dbgrid1{controls_, "dbgrid1"};
+    controls::Frame frame_font{controls_, "frame_font", "Font"};
+    controls::ComboBox cmbselcol{controls_, "cmbselcol"};
+    controls::ComboBox cmbitfont{controls_, "cmbitfont"};
+    controls::ComboBox cmbitcolor{controls_, "cmbitcolor", "0;1000;<;|1;2000;<;"};
+    controls::ComboBox cmbfont_size{controls_, "cmbfont_size"};
+    controls::Frame frame_status{controls_, "frame_status"};
+
+    // --- what hosts steer ---
+    virtual void last_record();
+    virtual void next_record();
+    virtual void previous_record();
+    // Shows the document named in txtdocno.
+    void Recordx();
+    // Shows the document whose key stands in txtfkey; nothing when it is gone.
+    void Recordx_fkey();
+    virtual void grid_readmode();
+    virtual void grid_newmode();
+    virtual void grid_editmode();
+    virtual void gencode_new() = 0;
+
+  protected:
+    // --- variable points ---
+
+    // The doctype that the walk is about; may set txtdoctype.
+    [[nodiscard]] virtual std::string doctype_of_walk() = 0;
+    [[nodiscard]] virtual WalkTables walk_tables() const { return {}; }
+    virtual void clear_box() = 0;
+    virtual void assign2control(store::Recordset& header) = 0;
+    virtual void assign2_dbgrid1(store::Recordset& lines) = 0;
+    [[nodiscard]] virtual bool insert_new() = 0;
+    // What command 101 and 106 do with an edit; nothing when this form has no way to save it now.
+    enum class EditOutcome { saved, failed, not_offered };
+    [[nodiscard]] virtual EditOutcome save_edit() = 0;
+    // Why the document on screen may not be edited, as a message; empty when it may.
+    [[nodiscard]] virtual std::string edit_refusal() = 0;
+    // False, after its message, when the document on screen is no longer stored.
+    [[nodiscard]] virtual bool validate_docno() = 0;
+    // The first line of the entry holds something.
+    [[nodiscard]] virtual bool entry_has_data() = 0;
+    // The "Open Invoice Only" view: true when it has taken the step.
+    [[nodiscard]] virtual bool walk_open_documents(int /*direction*/) { return false; }
+    // After last_record has shown a document.
+    virtual void record_shown_by_walk() {}
+    // After next_record and previous_record.
+    virtual void record_stepped() {}
+    virtual void preview() {}
+    virtual void insert_line() {}
+    virtual void delete_line() {}
+    // A command that only this form has.
+    virtual void execute_own(int id) = 0;
+
+    void CommandBars1_Execute(int id) override;
+    void findGL();
+    void fill_common_combos();
+    [[nodiscard]] bool on_saved_document() const;
+
+    // Every control whose name begins with one of the prefixes, in upper case.
+    enum class FieldState { open, read_only };
+    void set_all_fields(FieldState state);
+    static void set_field(controls::Control& field, FieldState state);
+
+    // Shows a header row with its lines. The screen is cleared only now, when the row was found.
+    void show_document(store::Recordset& header);
+    [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey);
+
+    std::int64_t fkey_last_no = 0;
+
+  private:
+    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
+    void press_new();
+    void press_edit();
+    void press_save();
+    void step_record(int direction);
+    void leave_mode(int pressed_command);
+
+    std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
+};
+
+}  // namespace brimley::frame

@@ -1,0 +1,127 @@
+// Walking documents by the number in their key.
+#include <fmt/format.h>
+
+#include <charconv>
+
+#include "frame/document_form.h"
+
+namespace brimley::frame {
+
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+constexpr const char* kCompany = "1";
+
+// The number behind the first "-" of a key, or nothing for a key without one.
+std::optional<std::int64_t> key_number(std::string_view fkey) {
+    const std::size_t dash = fkey.find('-');
+    if (dash == std::string_view::npos) return std::nullopt;
+    std::int64_t number = 0;
+    const std::string_view digits = fkey.substr(dash + 1);
+    const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (fault != std::errc{} || end == digits.data()) return std::nullopt;
+    return number;
+}
+
+}  // namespace
+
+Recordset DocumentForm::header_by_fkey(std::string_view fkey) {
+    return kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {}", walk_tables().header, quoted(fkey)));
+}
+
+void DocumentForm::show_document(Recordset& header) {
+    clear_box();
+    assign2control(header);
+    // By value, so that line 10 stands behind line 9.
+    auto lines = kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY VAL(pay_item)",
+                                           walk_tables().lines, quoted(header.text("fkey"))));
+    assign2_dbgrid1(lines);
+}
+
+// No counter row is as good as a counter that has issued nothing.
+std::int64_t DocumentForm::last_number_issued(const std::string& doctype) {
+    const auto counter = kernel().read(fmt::format(
+        "SELECT * FROM Next_number_fkey_table WHERE company = 1 AND doctype = {}", quoted(doctype)));
+    return counter.at_eof() ? 0 : static_cast<std::int64_t>(counter.number("fkeyno")) - 1;
+}
+
+void DocumentForm::last_record() {
+    step("last_record", [&] {
+        const std::string doctype = doctype_of_walk();
+        if (walk_open_documents(0)) return;
+        fkey_last_no = last_number_issued(doctype);
+        doctype_of_last_no_ = doctype;
+        if (fkey_last_no == 0) {
+            clear_box();
+            grid_readmode();
+            return;
+        }
+        for (std::int64_t n = fkey_last_no; n > 0; --n) {
+            auto header = header_by_fkey(kernel::ModuleG3::make_fkey(kCompany, doctype, n));
+            if (header.at_eof()) continue;
+            show_document(header);
+            grid_readmode();
+            record_shown_by_walk();
+            return;
+        }
+        gencode_new();
+        grid_newmode();
+    });
+}
+
+void DocumentForm::next_record() { step_record(1); }
+void DocumentForm::previous_record() { step_record(-1); }
+
+void DocumentForm::step_record(int direction) {
+    if (txtdocno.empty() || txtdocno.text() == kNewDocno || !key_number(txtfkey.text())) {
+        last_record();
+        return;
+    }
+    if (walk_open_documents(direction)) return;
+    step("step_record", [&] {
+        const std::string fkey = txtfkey.text();
+        const std::string prefix = fkey.substr(0, fkey.find('-') + 1);
+        // A document of another kind, reached by its number, is walked from within its own kind.
+        const std::string& doctype = txtdoctype.text();
+        const std::int64_t last_no =
+            doctype == doctype_of_last_no_ ? fkey_last_no : last_number_issued(doctype);
+        for (std::int64_t n = *key_number(fkey) + direction; n >= 1 && n <= last_no; n += direction) {
+            auto header = header_by_fkey(prefix + std::to_string(n));
+            if (header.at_eof()) continue;
+            show_document(header);
+            record_stepped();
+            return;
+        }
+    });
+}
+
+void DocumentForm::Recordx() {
+    if (txtdocno.empty()) {
+        last_record();
+        return;
+    }
+    const std::string number = txtdocno.text();
+    bool found = false;
+    step("Recordx", [&] {
+        const WalkTables tables = walk_tables();
+        auto header = kernel().read(fmt::format("SELECT * FROM {} WHERE company = 1 AND {} = {}",
+                                                tables.header, tables.number_field, quoted(number)));
+        if (header.at_eof()) return;
+        found = true;
+        show_document(header);
+    });
+    if (found) return;
+    tell(number + " not found.");
+    Recordx_fkey();
+}
+
+void DocumentForm::Recordx_fkey() {
+    step("Recordx_fkey", [&] {
+        auto header = header_by_fkey(txtfkey.text());
+        if (!header.at_eof()) show_document(header);
+    });
+}
+
+}  // namespace brimley::frame

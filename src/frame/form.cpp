@@ -1,0 +1,183 @@
+#include "frame/form.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "kernel/user_dates.h"
+#include "presentation/grid_layout.h"
+
+namespace brimley::frame {
+
+using controls::Refusal;
+using store::quoted;
+
+Form::Form(const FormIdentity& identity, HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+           Desk& desk)
+    : identity_(identity), context_(std::move(context)), kernel_(std::move(kernel)), desk_(desk) {}
+
+Form::~Form() = default;
+
+void Form::ensure_loaded() {
+    if (loaded_) return;
+    loaded_ = true;
+    Form_Load();
+}
+
+void Form::show() {
+    ensure_loaded();
+    if (shown_) {
+        desk_.form_raised(*this);
+        return;
+    }
+    shown_ = true;
+    desk_.form_shown(shared_from_this());
+}
+
+void Form::unload_form() {
+    const auto alive = shared_from_this();
+    if (child_) {
+        child_->unload_form();
+        child_.reset();
+    }
+    if (!shown_) return;
+    shown_ = false;
+    desk_.form_closed(*this);
+}
+
+Refusal Form::press(int id) {
+    const auto alive = shared_from_this();  // Exit lets go of the form while this runs
+    const controls::Command* pressed = bars_.find(id);
+    if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
+    CommandBars1_Execute(id);
+    return Refusal::none;
+}
+
+Mode Form::mode() const {
+    if (bars_.pressed(command::kNew)) return Mode::new_entry;
+    return bars_.pressed(command::kEditMode) ? Mode::edit : Mode::read;
+}
+
+void Form::notify(const std::string& formx, const std::string& docnox, const std::string& arg2) {
+    if (NotifyClients) NotifyClients(formx, docnox, arg2);
+}
+
+bool Form::execute_common(int id) {
+    switch (id) {
+        case command::kExit:
+            save_before_exit();
+            unload_form();
+            notify("Next App");
+            return true;
+        case command::kAccountMaster:
+            notify("Account Master", account_of_current_line());
+            return true;
+        case command::kItemMaster:
+            return true;  // stands in the menus and has never done anything
+        case command::kVendorMaster:
+            notify("Vendor Master", current_vendor());
+            return true;
+        case command::kFormHelp:
+            notify("pdf viewer", context_.BRIMLEY_PATH + identity_.help_file,
+                   std::string(identity_.caption) + " Help");
+            return true;
+        case command::kSystemHelp:
+            notify("pdf viewer", context_.BRIMLEY_PATH + "\\Help\\Account Payable system Help.pdf",
+                   "Account Payable Help");
+            return true;
+        case command::kAbout:
+            about();
+            return true;
+        case command::kShowText:
+            bars_.show_text = !bars_.show_text;
+            bars_.set_pressed(command::kShowText, bars_.show_text);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void Form::about() {
+    tell(
+        "Brimlez Works Version 1.05\nSupport: support@brimley.example\nDownload: "
+        "https://brimley.example/download");
+}
+
+void Form::save_before_exit() {
+    save_form_property();
+    save_grid();
+}
+
+void Form::init_form_property() {
+    const auto row =
+        kernel().read(fmt::format("SELECT * FROM Form_property_table WHERE userid = {} AND form = {}",
+                                  quoted(context_.BRIMLEY_USER), quoted(identity_.class_name)));
+    if (row.at_eof()) return;
+    if (!row.field("toolbar_text").is_null()) {
+        bars_.show_text = row.flag("toolbar_text");
+        bars_.set_pressed(command::kShowText, bars_.show_text);
+    }
+    if (!row.field("Fontbar").is_null()) bars_.font_bar_visible = row.flag("Fontbar");
+}
+
+void Form::save_form_property() {
+    step("save_form_property", [&] {
+        auto row =
+            kernel().change(fmt::format("SELECT * FROM Form_property_table WHERE userid = {} AND form = {}",
+                                        quoted(context_.BRIMLEY_USER), quoted(identity_.class_name)));
+        if (row.at_eof()) return;
+        row.Edit();
+        row.set("toolbar_text", bars_.show_text);
+        row.set("Fontbar", bars_.font_bar_visible);
+        row.Update();
+    });
+}
+
+void Form::set_BRIMLEY_COLOR() { palette_ = presentation::brimley_palette(); }
+
+// Labels, boxes and fields, told by the prefix of their names, all wear one face.
+void Form::init_fontcolor() {
+    static constexpr std::array<const char*, 6> kStyledPrefixes{"LABEL", "XPLAB", "CHK", "OPT", "TXT", "CMB"};
+    for (controls::Control* control : controls_.all()) {
+        const std::string name = controls::upper_case(control->name());
+        const auto styled = [&](const char* prefix) { return name.starts_with(prefix); };
+        if (std::any_of(kStyledPrefixes.begin(), kStyledPrefixes.end(), styled))
+            control->set_font_name("Arial");
+    }
+}
+
+void Form::show_even_row_color(bool flag, controls::Grid& grid) {
+    step("show_even_row_color", [&] {
+        auto row = kernel().change("SELECT * FROM Recent_value_table WHERE control_name = 'evenrow_color'");
+        if (row.at_eof()) return;
+        row.Edit();
+        row.set("Value", flag ? "1" : "0");
+        row.Update();
+    });
+    grid.even_row_colour = flag ? palette_[presentation::kEvenRowSlot] : controls::kWhite;
+    grid.rebind();
+}
+
+void Form::save_recent_value(std::string_view control_name, std::string_view value) {
+    step("save_recent_value", [&] {
+        auto row = kernel().change(
+            fmt::format("SELECT * FROM Recent_value_table WHERE form_name = {} AND control_name = {}",
+                        quoted(identity_.class_name), quoted(control_name)));
+        if (row.at_eof()) return;
+        row.Edit();
+        row.set("Value", value);
+        row.Update();
+    });
+}
+
+std::string Form::date_text(store::DateTime date) const {
+    return kernel::user_date_text(date, context_.BRIMLEY_DATE_FORMAT);
+}
+
+std::string Form::date_text(const store::Value& value) const {
+    const auto date = value.date();
+    return date ? date_text(*date) : std::string{};
+}
+
+}  // namespace brimley::frame

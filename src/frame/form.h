@@ -1,0 +1,158 @@
+// What all eleven forms share: host context, rights, commands, load, exit.
+//
+//   host  -> show(), unload_form(), the form's own public members
+//   user  -> press(id), and the user acts of the controls (controls/control.h)
+//   form  -> NotifyClients, Desk
+//
+// Load: Form_Load runs once, at the first touch of a control from outside (ensure_loaded) or at show(),
+// whichever comes first. It runs with errors ignored: a step that fails is noted and passed over, so a form
+// without a database opens without data.
+//
+// Life: owned by the desk while it is on screen and by the host class while it is the newest of its kind. A
+// form that has unloaded refuses every act.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "controls/combo_box.h"
+#include "controls/command_bars.h"
+#include "controls/fields.h"
+#include "controls/grid.h"
+#include "frame/desk.h"
+#include "frame/host_context.h"
+#include "kernel/module_g3.h"
+#include "presentation/colours.h"
+
+namespace brimley::frame {
+
+enum class Mode { read, new_entry, edit };
+
+// What a form is called here and there; one constant a form.
+struct FormIdentity {
+    const char* class_name;  // "APform_invoice": key of rights, properties and grid layouts
+    const char* caption;     // the window's title
+    const char* help_file;   // "\Help\AP Invoice Entry Help.pdf"
+};
+
+class Form : public std::enable_shared_from_this<Form> {
+  public:
+    Form(const FormIdentity& identity, HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+         Desk& desk);
+    virtual ~Form();
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+
+    [[nodiscard]] const FormIdentity& identity() const { return identity_; }
+    [[nodiscard]] const HostContext& context() const { return context_; }
+    [[nodiscard]] controls::ControlSet& controls() { return controls_; }
+    [[nodiscard]] controls::CommandBars& CommandBars1() { return bars_; }
+    [[nodiscard]] bool is_open() const { return shown_; }
+
+    void ensure_loaded();
+    void show();
+    // Takes the form down without saving anything: its child form first, then itself.
+    void unload_form();
+
+    // The user presses a toolbar or menu command. Refused (disabled) for a command that is dead; absent ones
+    // are the host's to notice (CommandBars1().find).
+    [[nodiscard]] controls::Refusal press(int id);
+
+    std::function<void(const std::string& formx, const std::string& docnox, const std::string& arg2)>
+        NotifyClients;
+
+    // The mode is the pressed state of two commands and nothing else.
+    [[nodiscard]] Mode mode() const;
+
+  protected:
+    // --- the variable points of a form ---
+    virtual void Form_Load() = 0;
+    virtual void init_toolbar() = 0;
+    virtual void CommandBars1_Execute(int id) = 0;
+    virtual void save_grid() = 0;
+
+    // --- shared procedures ---
+    void save_before_exit();
+    void init_form_property();
+    void save_form_property();
+    void set_BRIMLEY_COLOR();
+    void init_fontcolor();
+    // Keeps the choice in Recent_value_table and paints the even rows of the grid.
+    void show_even_row_color(bool flag, controls::Grid& grid);
+    // Writes the remembered value of a control of this form; a row that does not exist is not made.
+    void save_recent_value(std::string_view control_name, std::string_view value);
+    // Commands that are the same on every form: Exit, help, About, masters, toolbar text. False when the id
+    // is none of them.
+    bool execute_common(int id);
+    // Loses the child form with this one.
+    void adopt_child(std::shared_ptr<Form> child) { child_ = std::move(child); }
+
+    [[nodiscard]] kernel::ModuleG3& kernel() { return *kernel_; }
+    [[nodiscard]] Desk& desk() { return desk_; }
+    [[nodiscard]] const kernel::UserRights& rights() const { return rights_; }
+    void read_rights() { kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, rights_); }
+    void notify(const std::string& formx, const std::string& docnox = {}, const std::string& arg2 = {});
+    void tell(const std::string& text) { desk_.message(text); }
+    [[nodiscard]] bool ask(const std::string& text, const std::string& title = {}) {
+        return desk_.question(text, title);
+    }
+
+    // One step of a routine that runs with errors ignored.
+    template <class Step>
+    bool step(const char* name, Step&& action) {
+        return kernel_ && kernel::carry_on(kernel_->passed_over(), name, std::forward<Step>(action));
+    }
+
+    // Dates of fields and cells, in the user's format.
+    [[nodiscard]] std::string date_text(const store::Value& value) const;
+    [[nodiscard]] std::string date_text(store::DateTime date) const;
+
+    // What command 201 and 204 send; empty where the form has no such cell or field.
+    [[nodiscard]] virtual std::string account_of_current_line() { return {}; }
+    [[nodiscard]] virtual std::string current_vendor() { return {}; }
+
+    controls::ControlSet controls_;
+    controls::CommandBars bars_;
+    presentation::Palette palette_{};
+
+  private:
+    void about();
+
+    const FormIdentity& identity_;
+    const HostContext context_;
+    std::shared_ptr<kernel::ModuleG3> kernel_;
+    Desk& desk_;
+    kernel::UserRights rights_;
+    std::shared_ptr<Form> child_;
+    bool loaded_ = false;
+    bool shown_ = false;
+};
+
+// Command ids that code refers to by name; the rest stand in the forms' command tables only.
+namespace command {
+inline constexpr int kExit = 100;
+inline constexpr int kSave = 101;
+inline constexpr int kPreview = 103;
+inline constexpr int kNew = 105;
+inline constexpr int kEditMode = 106;
+inline constexpr int kPrevious = 107;
+inline constexpr int kNext = 108;
+inline constexpr int kLast = 109;
+inline constexpr int kInsertLine = 110;
+inline constexpr int kDeleteLine = 111;
+inline constexpr int kGlRecord = 113;
+inline constexpr int kOrigin = 114;
+inline constexpr int kFont = 116;
+inline constexpr int kRefresh = 136;
+inline constexpr int kAccountMaster = 201;
+inline constexpr int kItemMaster = 202;
+inline constexpr int kVendorMaster = 204;
+inline constexpr int kFormHelp = 206;
+inline constexpr int kSystemHelp = 207;
+inline constexpr int kAbout = 208;
+inline constexpr int kShowText = 209;
+}  // namespace command
+
+}  // namespace brimley::frame

@@ -1,0 +1,133 @@
+// APclass: the only public class of the module, and the only way in.
+//
+// A host creates one, fills in the host context, and calls show methods. Each makes a new form (never reuses
+// an open one), copies the context into it, and shows it without blocking; goto methods then steer the newest
+// form of a kind. The one way back is NotifyClients. The class holds no business logic, validates nothing and
+// reports nothing itself.
+//
+// A form reference stays set after its form was unloaded, and a second show of the same kind replaces it: the
+// older form stays on screen and goes on working, but its requests no longer reach the host.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frame/desk.h"
+#include "frame/host_context.h"
+#include "invoices/apform_invoice.h"
+
+namespace brimley::host {
+
+class APclass : public frame::HostContext {
+  public:
+    explicit APclass(frame::Desk& desk) : desk_(desk) {}
+    // Forms that are still on the screen go on working; their requests reach nobody any more.
+    ~APclass();
+    APclass(const APclass&) = delete;
+    APclass& operator=(const APclass&) = delete;
+
+    // --- aliases: each writes the member of the long name ---
+    void dbwkspace(std::shared_ptr<store::Workspace> workspace) { dbe = std::move(workspace); }
+    void db(std::shared_ptr<store::Database> database) { abcdb = std::move(database); }
+    void OPENdb(std::string path) { OPEN_DATABASE = std::move(path); }
+    void basecurrency(std::string code) { BASE_CURRENCY = std::move(code); }
+    void BRuser(std::string user) { BRIMLEY_USER = std::move(user); }
+    void BRtheme(std::any theme) { BRIMLEY_THEME = std::move(theme); }
+
+    // --- the event of the class ---
+    std::function<void(const std::string& formx, const std::string& docnox, const std::string& arg2)>
+        NotifyClients;
+
+    // --- show methods ---
+
+    // Forms that this version does not have yet show nothing.
+    void showform_APform_invoice(const std::optional<std::string>& doctypex = {});
+    void showform_APform_payment(const std::optional<std::string>& docnox = {});
+    void showform_APform_prepayment(const std::optional<std::string>& docnox = {});
+    void showform_APform_misc();
+    void showform_APform_creditcard_payment();
+    void showform_APform_payhistory(const std::optional<std::string>& docnox = {});
+    void showform_APform_inquiry();
+    void showform_APform_aging(const std::optional<std::string>& overdue = {});
+    void showform_APform_void_check();
+    void showform_APform_revalue();
+    void showform_APreport_recur_inquiry();
+
+    // --- navigation: the matching show method has run before ---
+    void switch_APform_invoice(const std::string& doctypex);
+    void APform_invoice_goto_fkey(const std::string& fkeyx);
+    void APform_invoice_goto_docno(const std::string& docnox);
+    void APform_payment_goto_docno(const std::string& docnox);
+    void APform_prepayment_goto_docno(const std::string& docnox);
+    void APform_misc_goto_docno(const std::string& docnox);
+    void APform_creditcard_goto_docno(const std::string& docnox);
+    void APform_revalue_goto_docno(const std::string& docnox);
+    void pay_this_invoice(const std::string& docnox, const std::string& vendorx);
+
+    // --- exit: take the newest form of a kind down without saving ---
+    void frm_invoice_Exit();
+    void frm_payment_Exit();
+    void frm_prepayment_Exit();
+    void frm_misc_Exit();
+    void frm_creditcard_Exit();
+    void frm_recur_inquiry_Exit();
+    void frm_revalue_Exit();
+    void frm_void_check_Exit();
+    void frm_aging_Exit();
+    void frm_inquiry_Exit();
+    void frm_payhistory_Exit();
+
+    // --- forward: raise the class event, then let the host breathe once ---
+    void frm_invoice_NotifyClients(const std::string& formx, const std::string& docnox,
+                                   const std::string& arg2);
+    void frm_payment_NotifyClients(const std::string& formx, const std::string& docnox,
+                                   const std::string& arg2);
+    void frm_prepayment_NotifyClients(const std::string& formx, const std::string& docnox,
+                                      const std::string& arg2);
+    void frm_misc_NotifyClients(const std::string& formx, const std::string& docnox, const std::string& arg2);
+    void frm_creditcard_NotifyClients(const std::string& formx, const std::string& docnox,
+                                      const std::string& arg2);
+    void frm_recur_inquiry_NotifyClients(const std::string& formx, const std::string& docnox,
+                                         const std::string& arg2);
+    void frm_revalue_NotifyClients(const std::string& formx, const std::string& docnox,
+                                   const std::string& arg2);
+    void frm_void_check_NotifyClients(const std::string& formx, const std::string& docnox,
+                                      const std::string& arg2);
+    void frm_aging_NotifyClients(const std::string& formx, const std::string& docnox,
+                                 const std::string& arg2);
+    void frm_inquiry_NotifyClients(const std::string& formx, const std::string& docnox,
+                                   const std::string& arg2);
+    void frm_payhistory_NotifyClients(const std::string& formx, const std::string& docnox,
+                                      const std::string& arg2);
+
+    // Lets go of the database and the workspace, in this order; forms and cnx stay.
+    void class_terminate();
+
+    // --- form references ---
+    std::shared_ptr<invoices::APform_invoice> frm_invoice;
+
+  private:
+    using Forward = void (APclass::*)(const std::string&, const std::string&, const std::string&);
+
+    // A new form of this kind with the context in it, not yet shown, in place of the one that the reference
+    // held.
+    template <class FormClass>
+    FormClass& create(std::shared_ptr<FormClass>& reference, Forward forward);
+    [[nodiscard]] std::shared_ptr<kernel::ModuleG3> kernel_of_database();
+    void raise(const std::string& formx, const std::string& docnox, const std::string& arg2);
+
+    frame::Desk& desk_;
+    std::shared_ptr<kernel::ModuleG3> kernel_;  // shared by all forms on the database of abcdb
+};
+
+// The methods of APclass by name, for hosts that are driven by text. False: no such method, or a wrong number
+// of arguments.
+enum class CallOutcome { done, no_such_method, wrong_arguments };
+[[nodiscard]] CallOutcome call_by_name(APclass& ap, const std::string& method,
+                                       const std::vector<std::string>& arguments);
+[[nodiscard]] std::vector<std::string> method_names();
+
+}  // namespace brimley::host

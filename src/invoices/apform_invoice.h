@@ -1,0 +1,219 @@
+// APform_invoice: vendor invoices, debit notes, credit notes and recurring templates.
+//
+//   entry.cpp      defaults of a new document, terms and dates, currency and rate, vendor (header logic)
+//   lines.cpp      the line grid: cells, numbering, totals, loading
+//   tax_cells.cpp  the tax engine on the line grid, and the tax panels
+//   show.cpp       showing a stored document
+//   save.cpp       saving a new document in one transaction
+//   posting.cpp    the GL document of an invoice
+//   commands.cpp   toolbar, views and links
+//
+// Columns of the line grid are found by caption. Amounts in cells are texts by "#,##0.00" in the document's
+// currency. Every kind stores its amounts as entered, positive; only the vendor's owing balance goes the
+// other way for a credit note.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frame/document_form.h"
+#include "kernel/gl_posting.h"
+#include "kernel/tax_engine.h"
+
+namespace brimley::invoices {
+
+class APform_invoice : public frame::DocumentForm {
+  public:
+    APform_invoice(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk);
+
+    // --- controls ---
+    controls::Label labeldocno{controls_, "labeldocno", "Document no."};
+    controls::Label labelinvdate{controls_, "labelinvdate", "Invoice Date"};
+    controls::Label xlabelrecur{controls_, "xlabelrecur", "Open Doc."};
+    controls::ComboBox cmbdoctype{controls_, "cmbdoctype"};
+    controls::ComboBox cmbvendor{controls_, "cmbvendor", "0;1500;^;Vendor no|1;3000;<;Name"};
+    controls::ComboBox cmbvendor_name{controls_, "cmbvendor_name", "0;3000;<;Vendor name|1;1500;^;No"};
+    controls::Frame frame_address{controls_, "frame_address", "Address Window"};
+    controls::TextField txtvendor_address{controls_, "txtvendor_address"};
+    controls::TextField txtinvno{controls_, "txtinvno"};
+    controls::DateField txtinvdate{controls_, "txtinvdate"};
+    controls::DateField txtduedate{controls_, "txtduedate"};
+    controls::DateField txtdiscdate{controls_, "txtdiscdate"};
+    controls::TextField txtterm{controls_, "txtterm"};
+    controls::TextField txtearlyterm{controls_, "txtearlyterm"};
+    controls::ComboBox cmbterm{controls_, "cmbterm", "0;1700;<;Term|1;700;^;Code"};
+    controls::TextField txtgross{controls_, "txtgross"};
+    controls::TextField txttax{controls_, "txttax"};
+    controls::TextField txttotal{controls_, "txttotal"};
+    controls::TextField txtapplydoc{controls_, "txtapplydoc"};
+    controls::TextField txtprepayment{controls_, "txtprepayment"};
+    controls::CheckBox chkpaid{controls_, "chkpaid", "Paid"};
+    controls::CheckBox chkhold{controls_, "chkhold", "Hold"};
+    controls::CheckBox chkrecur{controls_, "chkrecur", "Recurring"};
+    controls::ComboBox cmbopendoc{controls_, "cmbopendoc"};
+    controls::Frame frame_recur{controls_, "frame_recur", "Recurring Configuration"};
+    controls::TextField txtrecurname{controls_, "txtrecurname"};
+    controls::ComboBox cmbfreq{controls_, "cmbfreq"};
+    controls::TextField txtrecurdate{controls_, "txtrecurdate"};
+    controls::TextField txtnoinvoice{controls_, "txtnoinvoice"};
+    controls::DateField txteffectdate{controls_, "txteffectdate"};
+    controls::DateField txtexpiredate{controls_, "txtexpiredate"};
+    controls::Frame frame_tax{controls_, "frame_tax", "Tax Details Window"};
+    controls::Grid grid_tax{controls_, "grid_tax"};
+    controls::Frame frame_tax_summary{controls_, "frame_tax_summary", "Tax Summary Window"};
+    controls::Grid grid_tax_summary{controls_, "grid_tax_summary"};
+
+    // --- what hosts steer ---
+    void gencode_new() override;
+    void grid_readmode() override;
+    void grid_newmode() override;
+
+    // --- the lines ---
+
+    // Numbers the lines that hold an amount from 1, without gaps; their tax rows follow them.
+    void get_itemno();
+    void totalamt_calculate();
+    // Recomputes the line's tax rows and cells after a change of this cell.
+    void tax_calculate_from_xarray(int row, kernel::TaxMode mode);
+    void get_tax_itemno(const std::string& pay_item);
+    void get_tax_summary();
+    void display_tax_details();
+    void display_tax_summary();
+
+    // --- the save ---
+
+    // True when the document was saved. Every failure has had its message, and nothing of it is left.
+    [[nodiscard]] bool insert_new_record();
+    [[nodiscard]] bool insert_GL_record(const std::string& ap_accno);
+    // The vendor's payable account, or the default one.
+    [[nodiscard]] std::string get_apaccno(const std::string& vendor_no);
+    // The account that the text starts with, when it is one that can be posted to; else empty.
+    [[nodiscard]] std::string get_accno(const std::string& text);
+
+  protected:
+    void Form_Load() override;
+    void init_toolbar() override;
+    void save_grid() override;
+    void execute_own(int id) override;
+    [[nodiscard]] std::string doctype_of_walk() override;
+    void clear_box() override;
+    void assign2control(store::Recordset& header) override;
+    void assign2_dbgrid1(store::Recordset& lines) override;
+    [[nodiscard]] bool insert_new() override { return insert_new_record(); }
+    [[nodiscard]] EditOutcome save_edit() override { return EditOutcome::not_offered; }
+    [[nodiscard]] std::string edit_refusal() override;
+    [[nodiscard]] bool validate_docno() override;
+    [[nodiscard]] bool entry_has_data() override { return !dbgrid1.cell(0, "gross amount").empty(); }
+    [[nodiscard]] bool walk_open_documents(int direction) override;
+    void record_shown_by_walk() override;
+    void record_stepped() override;
+    void preview() override;
+    void insert_line() override;
+    void delete_line() override;
+    [[nodiscard]] std::string account_of_current_line() override;
+    [[nodiscard]] std::string current_vendor() override { return cmbvendor.text(); }
+
+  private:
+    // What the validation of a save has read, for the writing that follows.
+    struct Term {
+        std::string term_no;
+        store::Value duedays, early_days, early_discount;
+    };
+    struct NewDocument {
+        Term term;
+        store::DateTime invoice_date;
+        std::optional<store::DateTime> due_date, discount_date;
+        int period = 0;
+        std::string ap_accno;
+    };
+
+    // show.cpp
+    void set_doctype_of_kind();
+    void show_vendor_and_term(const std::string& vendor_no, const std::string& term_no);
+
+    // entry.cpp
+    void initform_control();
+    void connect_handlers();
+    void cmbvendor_ItemSelect();
+    void cmbvendor_name_ItemSelect();
+    void cmbterm_ItemSelect();
+    void txtinvdate_change();
+    void cmbcurrency_itemselect();
+    void cmbexrate_itemselect();
+    void txtratedate_change() { cmbcurrency_itemselect(); }
+    void cmbopendoc_itemselect();
+    void get_list_open_doc();
+    void vendor_address();
+    void close_rate();
+    void select_term();
+    [[nodiscard]] bool entering() const { return mode() != frame::Mode::read; }
+    [[nodiscard]] bool foreign() const { return cmbcurrency.text() != context().BASE_CURRENCY; }
+    [[nodiscard]] std::vector<controls::ComboBox::Row> vendor_rows(const char* first, const char* second);
+    [[nodiscard]] std::vector<controls::ComboBox::Row> term_rows();
+
+    // lines.cpp
+    void init_grid();
+    void clear_arrays();
+    void dbgrid1_BeforeColEdit(const controls::CellEdit& edit);
+    void dbgrid1_BeforeColUpdate(controls::CellEdit& edit);
+    void dbgrid1_AfterColUpdate(int column);
+    void clear_line_amounts(int row);
+    void ddacc_rowchange();
+    [[nodiscard]] bool tax_code_is_listed(const std::string& tax_code);
+    void load_line(int row, const store::Recordset& line);
+    void load_tax_slots(const store::Recordset& line);
+    [[nodiscard]] double cell_money(int row, const char* caption) const;
+    void set_cell_money(int row, const char* caption, double amount);
+    [[nodiscard]] bool counts_as_line(int row) const;
+    void lines_moved();
+
+    // tax_cells.cpp
+    void grid_tax_AfterColUpdate(int column);
+    void write_line_amounts(int row, kernel::TaxMode mode, double amount, double tax);
+    void change_rate(int row);
+    void change_tax(int row);
+    [[nodiscard]] int row_of_item(const std::string& pay_item) const;
+
+    // save.cpp
+    [[nodiscard]] std::optional<NewDocument> validate_new();
+    [[nodiscard]] bool validate_header(NewDocument& document);
+    [[nodiscard]] bool validate_rate();
+    [[nodiscard]] bool validate_invoice_date(NewDocument& document);
+    [[nodiscard]] bool validate_optional_dates(NewDocument& document);
+    [[nodiscard]] bool period_is_open(int period);
+    [[nodiscard]] bool write_new_document(const NewDocument& document);
+    void fill_header(store::Recordset& header, const NewDocument& document);
+    [[nodiscard]] bool insert_new_record_transaction(store::Recordset& header, const std::string& ap_accno);
+    [[nodiscard]] bool write_line(store::Recordset& lines, store::Recordset& header, int row,
+                                  const std::string& ap_accno);
+    [[nodiscard]] bool append_description(store::Recordset& lines, int row, bool line_stored);
+    [[nodiscard]] bool write_tax_slots(store::Recordset& lines, const std::string& pay_item);
+    void update_vendor_owing_balance();
+
+    // posting.cpp
+    [[nodiscard]] bool gather_amounts(kernel::GlPosting& posting, const std::string& ap_accno, double rate);
+    class AuthorityAccounts;
+    [[nodiscard]] bool gather_taxes(kernel::GlPosting& posting, const std::string& pay_item,
+                                    const std::string& po_accno, double rate, AuthorityAccounts& authorities);
+    [[nodiscard]] double rounded_base(double amount, double rate) const;
+
+    // commands.cpp
+    void view_kind(const char* kind, int id);
+    void press_view(int id);
+    void show_open_documents(bool open_only);
+    void origin_doc();
+    void pay_this_invoice();
+    void payment_history();
+
+    int line_rows = 0;     // the highest grid row that editing has reached
+    double old_total = 0;  // txttotal of the document as loaded; 0 for a new one
+    kernel::TaxRows tax_rows;
+    controls::DropDown ddacc;
+    controls::DropDown ddtax;
+    std::string gain_accno, loss_accno;  // GL realized gain and loss accounts
+    std::string default_cash_accno, default_ap_accno;
+};
+
+}  // namespace brimley::invoices

@@ -1,0 +1,241 @@
+// Toolbar, views and links of the invoice form.
+#include <fmt/format.h>
+
+#include "invoices/apform_invoice.h"
+
+namespace brimley::invoices {
+
+using controls::Command;
+namespace command = frame::command;
+
+namespace {
+
+constexpr int kTaxDetails = 131;
+constexpr int kTaxSummary = 132;
+constexpr int kViewInvoice = 1002;
+constexpr int kViewCreditNote = 1003;
+constexpr int kViewDebitNote = 1004;
+constexpr int kPayThisInvoice = 1006;
+constexpr int kPaymentHistory = 1007;
+constexpr int kViewAll = 1012;
+constexpr int kOpenInvoiceOnly = 1013;
+constexpr int kVendorAddress = 1014;
+
+// Commands that stand in the menus but are not offered yet: editing, templates, void and hold, the font bar.
+constexpr int kNotYetOffered[] = {106, 116, 401,  402,  403,  404,  405, 406,
+                                  407, 408, 1005, 1008, 1009, 1010, 1011};
+
+const std::vector<Command>& command_table() {
+    using Bars = std::vector<std::string>;
+    static const std::vector<Command> kCommands{
+        {100, "&Exit", "Exit", "", Bars{"File", "Standard"}, 'X'},
+        {101, "&Save", "Save", "Save as", Bars{"File", "Standard", "Popup"}, 'S'},
+        {103, "&Preview", "Preview", "", Bars{"File", "Standard", "Popup"}, 'P'},
+        {105, "&New", "New", "", Bars{"Edit", "Standard", "Popup"}},
+        {106, "&Edit mode", "Edit", "Edit mode", Bars{"Edit", "Standard", "Popup"}},
+        {107, "&Previous record", "Previous", "Previous record", Bars{"Record", "Standard"}},
+        {108, "&Next record", "Next", "Next record", Bars{"Record", "Standard"}},
+        {109, "&Last record", "Last", "Last record", Bars{"Record", "Standard"}},
+        {110, "&Insert Line", "", "", Bars{"Edit", "Popup"}},
+        {111, "&Delete Line", "", "", Bars{"Edit", "Popup"}},
+        {113, "&G/L Record", "G/L", "G/L Record", Bars{"Link", "Standard"}},
+        {114, "Origin Document", "Origin", "Origin Document", Bars{"Link", "Standard"}},
+        {116, "&Font", "", "", Bars{"Popup"}},
+        {131, "Tax &Details", "", "", Bars{"Tax"}},
+        {132, "Tax &Summary", "", "", Bars{"Tax"}},
+        {136, "&Refresh record", "Refresh", "Refresh Order", Bars{"Record", "Standard"}},
+        {201, "Account Master", "", "", Bars{"Popup", "Master"}},
+        {202, "Item Master", "", "", Bars{"Popup", "Master"}},
+        {204, "Vendor Master", "", "", Bars{"Popup", "Master"}},
+        {206, "A/P Invoice Entry Help", "Help", "A/P Invoice Entry Help", Bars{"Help", "Standard"}},
+        {207, "Account Payable System Help", "", "", Bars{"Help"}},
+        {208, "About Brimley Works", "", "", Bars{"Help"}},
+        {209, "&Show Text below Icon", "", "", Bars{"Option"}},
+        {401, "Save Font", "", "", Bars{"Font"}},
+        {402, "Restore Font", "", "", Bars{"Font"}},
+        {403, "Bold", "", "", Bars{"Font"}},
+        {404, "Italic", "", "", Bars{"Font"}},
+        {405, "Underline", "", "", Bars{"Font"}},
+        {406, "Align Left", "", "", Bars{"Font"}},
+        {407, "Align Center", "", "", Bars{"Font"}},
+        {408, "Align Right", "", "", Bars{"Font"}},
+        {1002, "View &Invoice", "", "", Bars{"View"}},
+        {1003, "View &Credit Note", "", "", Bars{"View"}},
+        {1004, "View &Debit Note", "", "", Bars{"View"}},
+        {1005, "View &Recurring", "", "", Bars{"View"}},
+        {1006, "&Pay this invoice", "", "", Bars{"Payment"}},
+        {1007, "Payment &History (this invoice)", "", "", Bars{"Payment"}},
+        {1008, "&Void Invoice", "", "", Bars{"Invoice"}},
+        {1009, "&Hold Invoice", "", "", Bars{"Invoice"}},
+        {1010, "&Release Hold Invoice", "", "", Bars{"Invoice"}},
+        {1011, "Recurring &Configuration", "", "", Bars{"Invoice"}},
+        {1012, "&View All", "", "", Bars{"View"}},
+        {1013, "&Open Invoice Only", "", "", Bars{"View"}},
+        {1014, "&Vendor Address", "", "", Bars{"Edit"}},
+    };
+    return kCommands;
+}
+
+}  // namespace
+
+void APform_invoice::init_toolbar() {
+    for (const Command& command : command_table())
+        bars_.add(command);
+    for (const int id : kNotYetOffered)
+        bars_.set_enabled(id, false);
+}
+
+void APform_invoice::execute_own(int id) {
+    const bool reading = mode() == frame::Mode::read;
+    switch (id) {
+        case command::kOrigin:
+            origin_doc();
+            break;
+        case kTaxDetails:
+            display_tax_details();
+            frame_status.refresh();
+            break;
+        case kTaxSummary:
+            display_tax_summary();
+            frame_status.refresh();
+            break;
+        case kViewInvoice:
+            view_kind("Invoice", id);
+            break;
+        case kViewCreditNote:
+            view_kind("Credit Note", id);
+            break;
+        case kViewDebitNote:
+            view_kind("Debit Note", id);
+            break;
+        case kPayThisInvoice:
+            if (reading) pay_this_invoice();
+            break;
+        case kPaymentHistory:
+            payment_history();
+            break;
+        case kViewAll:
+            show_open_documents(false);
+            break;
+        case kOpenInvoiceOnly:
+            show_open_documents(true);
+            break;
+        case kVendorAddress:
+            vendor_address();
+            break;
+        default:
+            break;
+    }
+}
+
+void APform_invoice::view_kind(const char* kind, int id) {
+    cmbdoctype.set(kind);
+    last_record();
+    get_list_open_doc();
+    press_view(id);
+}
+
+void APform_invoice::press_view(int id) {
+    for (const int view : {kViewInvoice, kViewCreditNote, kViewDebitNote})
+        bars_.set_pressed(view, view == id);
+}
+
+void APform_invoice::show_open_documents(bool open_only) {
+    bars_.set_pressed(kOpenInvoiceOnly, open_only);
+    bars_.set_pressed(kViewAll, !open_only);
+    cmbopendoc.set_visible(open_only);
+    if (open_only) get_list_open_doc();
+}
+
+// In the "Open Invoice Only" view the list is walked instead of the keys. It is in descending order, and its
+// last item is the oldest open document: that is where last_record goes.
+bool APform_invoice::walk_open_documents(int direction) {
+    if (!cmbopendoc.visible()) return false;
+    const int count = static_cast<int>(cmbopendoc.items().size());
+    if (direction == 0) {
+        if (count == 0) return false;
+        cmbopendoc.select(count - 1);
+    } else {
+        cmbopendoc.set(txtdocno.text());
+        const int target = cmbopendoc.list_index() + direction;
+        if (cmbopendoc.list_index() < 0) cmbopendoc.clear_choice();
+        if (cmbopendoc.list_index() < 0 || target < 0 || target >= count) return true;
+        cmbopendoc.select(target);
+    }
+    cmbopendoc_itemselect();
+    return true;
+}
+
+void APform_invoice::record_shown_by_walk() {
+    const std::string& kind = cmbdoctype.text();
+    press_view(kind == "Credit Note"  ? kViewCreditNote
+               : kind == "Debit Note" ? kViewDebitNote
+                                      : kViewInvoice);
+}
+
+void APform_invoice::record_stepped() {
+    frame_tax.set_visible(false);
+    if (frame_tax_summary.visible()) get_tax_summary();
+}
+
+// --- requests to the host ---
+void APform_invoice::origin_doc() {
+    if (!on_saved_document()) return;
+    struct Origin {
+        const char* source;
+        const char* request;
+    };
+    static constexpr Origin kOrigins[] = {
+        {"PO-RECEIPT", "Receipt Entry"}, {"PO-BILL", "P/O Bill Entry"}, {"PO-LANDED", "Landed Cost Entry"}};
+    for (const Origin& origin : kOrigins) {
+        if (txtsource.text() == origin.source) notify(origin.request, txtsource_docno.text());
+    }
+}
+
+void APform_invoice::pay_this_invoice() {
+    if (!on_saved_document() || txtglfkey.empty()) return;
+    if (chkhold.value() == 1) {
+        tell("Invoice is on hold.");
+        return;
+    }
+    notify("Pay this invoice", txtdocno.text() + ":" + cmbvendor.text());
+}
+
+void APform_invoice::payment_history() {
+    if (on_saved_document() && !txtglfkey.empty()) notify("Payment History", txtdocno.text());
+}
+
+// The invoice grid has no column "account", so the request always goes out without one.
+std::string APform_invoice::account_of_current_line() { return dbgrid1.cell(dbgrid1.row(), "account"); }
+
+std::string APform_invoice::edit_refusal() {
+    if (chkvoid.is_set()) return txtdocno.text() + " was void.";
+    if (chkpaid.is_set()) return txtdocno.text() + " was PAID.";
+    return {};
+}
+
+void APform_invoice::preview() {
+    const bool credit_note = cmbdoctype.text() == "Credit Note";
+    const std::string name = "A/P " + cmbdoctype.text();
+    std::string fields = "AP_header_table.*, AP_transaction_table.*";
+    if (credit_note) {
+        // A credit note is printed as a credit, though its amounts are stored positive.
+        fields = "AP_header_table.*";
+        for (const auto& field : kernel().database().catalog().find("AP_transaction_table")->fields) {
+            const bool amount =
+                field.type == store::FieldType::number && field.name.find("amount") != std::string::npos;
+            fields += amount ? fmt::format(", -1 * AP_transaction_table.{0} AS {0}", field.name)
+                             : ", AP_transaction_table." + field.name;
+        }
+    }
+    const std::string query = fmt::format(
+        "SELECT {}, Vendor_table.VENDOR_NAME FROM AP_header_table, AP_transaction_table, Vendor_table WHERE "
+        "AP_header_table.fkey = AP_transaction_table.fkey AND AP_header_table.vendor_no = "
+        "Vendor_table.vendor_no AND "
+        "AP_header_table.fkey = {} ORDER BY pay_item",
+        fields, store::quoted(txtfkey.text()));
+    notify("ActiveReport", query,
+           fmt::format("{},{},{}", name, txtdocno.text(), rights().form_design ? "1" : "0"));
+}
+
+}  // namespace brimley::invoices

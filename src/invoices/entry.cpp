@@ -1,0 +1,267 @@
+// The header of the invoice form: what a new document starts with, and what each field does to the others.
+#include <fmt/format.h>
+
+#include "invoices/apform_invoice.h"
+#include "kernel/money.h"
+#include "kernel/user_dates.h"
+
+namespace brimley::invoices {
+
+using controls::ComboBox;
+using kernel::money_value;
+using store::quoted;
+
+namespace {
+
+constexpr std::size_t kRatesListedMax = 10;
+constexpr const char* kNoDueDate = "00";  // the payment_term of a term without a due date
+
+}  // namespace
+
+std::vector<ComboBox::Row> APform_invoice::vendor_rows(const char* first, const char* second) {
+    std::vector<ComboBox::Row> items;
+    step("list vendors", [&] {
+        auto vendors = kernel().read(
+            fmt::format("SELECT vendor_no, VENDOR_NAME FROM Vendor_table ORDER BY {} DESC", first));
+        for (; !vendors.at_eof(); vendors.MoveNext())
+            items.push_back({vendors.text(first), vendors.text(second)});
+    });
+    return items;
+}
+
+std::vector<ComboBox::Row> APform_invoice::term_rows() {
+    std::vector<ComboBox::Row> items;
+    step("list terms", [&] {
+        auto terms = kernel().read(
+            "SELECT term_name, term_no FROM Payment_term_table WHERE term_no <> '00' ORDER BY term_no DESC");
+        for (; !terms.at_eof(); terms.MoveNext())
+            items.push_back({terms.text("term_name"), terms.text("term_no")});
+    });
+    return items;
+}
+
+void APform_invoice::initform_control() {
+    fill_common_combos();
+    cmbterm.set_source([this] { return term_rows(); });
+    cmbvendor.set_source([this] { return vendor_rows("vendor_no", "VENDOR_NAME"); });
+    cmbvendor_name.set_source([this] { return vendor_rows("VENDOR_NAME", "vendor_no"); });
+    cmbdoctype.set_items({{"Invoice"}, {"Debit Note"}, {"Credit Note"}});
+    cmbfreq.set_items({{"monthly"}, {"quarterly"}});
+}
+
+void APform_invoice::connect_handlers() {
+    cmbvendor.on_item_select = [this] { cmbvendor_ItemSelect(); };
+    cmbvendor_name.on_item_select = [this] { cmbvendor_name_ItemSelect(); };
+    cmbterm.on_item_select = [this] { cmbterm_ItemSelect(); };
+    txtinvdate.on_change = [this] { txtinvdate_change(); };
+    cmbcurrency.on_item_select = [this] { cmbcurrency_itemselect(); };
+    cmbexrate.on_item_select = [this] { cmbexrate_itemselect(); };
+    txtratedate.on_change = [this] { txtratedate_change(); };
+    cmbopendoc.on_item_select = [this] { cmbopendoc_itemselect(); };
+    txtdocno.on_enter = [this] {
+        if (mode() == frame::Mode::read) Recordx();
+    };
+    txtdocno.on_leave = [this] {
+        if (mode() == frame::Mode::read) static_cast<void>(validate_docno());
+    };
+    dbgrid1.on_before_edit = [this](controls::CellEdit& edit) { dbgrid1_BeforeColEdit(edit); };
+    dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
+    dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
+    dbgrid1.on_row_col_change = [this](int old_row, int) {
+        if (frame_tax.visible() && dbgrid1.row() != old_row)
+            get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
+    };
+    grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
+}
+
+void APform_invoice::cmbvendor_ItemSelect() {
+    const auto name = cmbvendor.chosen(1);
+    if (name && !name->empty()) cmbvendor_name.set(*name);
+}
+
+void APform_invoice::cmbvendor_name_ItemSelect() {
+    const auto number = cmbvendor_name.chosen(1);
+    if (number && !number->empty()) cmbvendor.set(*number);
+}
+
+void APform_invoice::cmbterm_ItemSelect() {
+    if (!entering() || cmbterm.empty()) return;
+    step("cmbterm_ItemSelect", [&] {
+        const auto term_no = cmbterm.chosen(1);
+        if (!term_no) return;
+        const auto term = kernel().read(
+            fmt::format("SELECT * FROM Payment_term_table WHERE term_no = {}", quoted(*term_no)));
+        if (term.at_eof()) return;
+        txtterm.set(term.text("duedays"));
+        const auto invoice_date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
+        const auto days_on = [&](double days) {
+            return invoice_date ? date_text(invoice_date->plus_days(static_cast<int>(days))) : std::string{};
+        };
+        const bool no_due_date = term.text("payment_term") == kNoDueDate;
+        txtduedate.set(no_due_date ? "" : days_on(money_value(txtterm.text())));
+        const double early_days = term.number("early_days");
+        txtdiscdate.set(early_days > 0 ? days_on(early_days) : "");
+        txtearlyterm.set(early_days > 0 ? term.text("early_days") : "0");
+    });
+}
+
+// An empty or unfinished date leaves period and year as they are.
+void APform_invoice::txtinvdate_change() {
+    step("txtinvdate_change", [&] {
+        const auto date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
+        if (!date) return;
+        const auto found = kernel().get_fiscal_period(*date);
+        if (!found) return;
+        cmbperiod.set(std::to_string(found->period));
+        cmbfyear.set(found->fyear);
+    });
+}
+
+void APform_invoice::close_rate() {
+    cmbexrate.clear_items();
+    cmbexrate.set("");
+    set_field(cmbexrate, FieldState::read_only);
+    txtratedate.set("");
+    set_field(txtratedate, FieldState::read_only);
+}
+
+void APform_invoice::cmbcurrency_itemselect() {
+    if (!entering()) return;
+    if (cmbcurrency.empty() || !foreign()) {
+        close_rate();
+        return;
+    }
+    set_field(cmbexrate, FieldState::open);
+    set_field(txtratedate, FieldState::open);
+    step("cmbcurrency_itemselect", [&] {
+        std::string query =
+            fmt::format("SELECT * FROM Exchange_rate_table WHERE currency = {}", quoted(cmbcurrency.text()));
+        if (const auto until = kernel::try_user_date(txtratedate.text(), context().BRIMLEY_DATE_FORMAT)) {
+            query += " AND rate_date <= " + store::date_value(*until);
+        }
+        auto rates = kernel().read(query + " ORDER BY rate_date");
+        std::vector<ComboBox::Row> items;
+        for (; !rates.at_eof() && items.size() < kRatesListedMax; rates.MoveNext()) {
+            items.push_back({rates.text("Rate"), date_text(rates.field("rate_date"))});
+        }
+        cmbexrate.set_items(items);
+        cmbexrate.set("");
+        if (rates.RecordCount() == 0) return;
+        rates.MoveLast();
+        txtratedate.set(date_text(rates.field("rate_date")));
+        cmbexrate.set(rates.text("Rate"));
+    });
+}
+
+void APform_invoice::cmbexrate_itemselect() {
+    const auto picked = cmbexrate.chosen(1);
+    if (!picked) return;
+    const auto date = kernel::parse_user_date(*picked, context().BRIMLEY_DATE_FORMAT, desk());
+    if (date) txtratedate.set(date_text(*date));
+}
+
+void APform_invoice::select_term() {
+    const bool none = cmbterm.empty();
+    const auto term =
+        kernel().read(none ? std::string("SELECT * FROM Payment_term_table WHERE [default] = TRUE")
+                           : fmt::format("SELECT * FROM Payment_term_table WHERE payment_term = {}",
+                                         quoted(cmbterm.text())));
+    if (!term.at_eof() && none) cmbterm.set(term.text("Description"));
+}
+
+void APform_invoice::gencode_new() {
+    old_total = 0;
+    step("select the term", [&] { select_term(); });
+    txtinvdate.set(date_text(desk().now()));
+    txtinvdate_change();
+    cmbterm_ItemSelect();
+    txtdocno.set(frame::kNewDocno);
+    for (controls::TextField* field : {&txtdoctype, &txtfkey, &txtsource_docno, &txtinvno, &txtremark})
+        field->set("");
+    txtsource.set("AP-INVOICE");
+    for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
+        total->set("0.00");
+    for (controls::CheckBox* box : {&chkprint, &chkvoid, &chkpaid, &chkhold})
+        box->set(0);
+    cmbcurrency.set(context().BASE_CURRENCY);
+    step("take the vendor's currency", [&] {
+        if (cmbvendor.empty()) return;
+        const auto vendor = kernel().read(
+            fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+        if (!vendor.at_eof() && !vendor.field("Currency").is_null()) cmbcurrency.set(vendor.text("Currency"));
+    });
+    if (!foreign()) close_rate();
+    clear_arrays();
+}
+
+void APform_invoice::clear_box() {
+    for (ComboBox* combo : {&cmbdoctype, &cmbvendor, &cmbvendor_name, &cmbterm, &cmbcurrency, &cmbperiod,
+                            &cmbfyear, &cmbexrate}) {
+        combo->clear_choice();
+    }
+    for (controls::DateField* field : {&txtratedate, &txtinvdate, &txtdiscdate, &txtduedate})
+        field->set("");
+    for (controls::TextField* field : {&txtinvno, &txtsource_docno, &txtremark, &txtsource, &txtgross,
+                                       &txttax, &txttotal, &txtdocno, &txtdoctype, &txtfkey}) {
+        field->set("");
+    }
+    clear_arrays();
+}
+
+bool APform_invoice::validate_docno() {
+    if (txtdocno.empty()) return false;
+    bool exists = false;
+    bool other = false;
+    const std::string number = txtdocno.text();
+    step("validate_docno", [&] {
+        const auto tables = walk_tables();
+        const auto header = kernel().read(fmt::format("SELECT * FROM {} WHERE company = 1 AND {} = {}",
+                                                      tables.header, tables.number_field, quoted(number)));
+        exists = !header.at_eof();
+        other = exists && header.text("fkey") != txtfkey.text();
+    });
+    if (!exists) {
+        tell(fmt::format("Document no. {} not found", number));
+        return false;
+    }
+    if (other) Recordx();
+    return true;
+}
+
+void APform_invoice::get_list_open_doc() {
+    // Fetched when the list is opened, however many documents are open; of the kind shown now, though.
+    cmbopendoc.set_source([this, doctype = txtdoctype.text()] {
+        std::vector<ComboBox::Row> items;
+        step("get_list_open_doc", [&] {
+            auto open =
+                kernel().read(fmt::format("SELECT docno FROM AP_header_table WHERE doctype = {} AND "
+                                          "fully_paid = FALSE AND void = FALSE ORDER BY "
+                                          "docno DESC",
+                                          quoted(doctype)));
+            for (; !open.at_eof(); open.MoveNext())
+                items.push_back({open.text("docno")});
+        });
+        return items;
+    });
+    const bool listed = on_saved_document() && chkvoid.value() == 0 && chkpaid.value() != 1;
+    cmbopendoc.set(listed ? txtdocno.text() : std::string{});
+}
+
+void APform_invoice::cmbopendoc_itemselect() {
+    txtdocno.set(cmbopendoc.text());
+    Recordx();
+}
+
+void APform_invoice::vendor_address() {
+    frame_address.set_visible(!frame_address.visible());
+    if (!frame_address.visible()) return;
+    txtvendor_address.set("");  // not the last vendor's, should this one not be found
+    step("vendor_address", [&] {
+        const auto vendor = kernel().read(
+            fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+        txtvendor_address.set(vendor.at_eof() ? std::string{}
+                                              : vendor.text("VENDOR_NAME") + "\n" + vendor.text("address"));
+    });
+}
+
+}  // namespace brimley::invoices

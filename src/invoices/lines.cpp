@@ -1,0 +1,341 @@
+// The line grid of the invoice form.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+
+#include "invoices/apform_invoice.h"
+#include "kernel/money.h"
+#include "presentation/grid_layout.h"
+
+namespace brimley::invoices {
+
+using controls::CellEdit;
+using kernel::format_money;
+using kernel::is_numeric;
+using kernel::money_value;
+using kernel::TaxMode;
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+constexpr int kLineRowsMin = 21;
+constexpr int kLineRowsSpare = 5;
+constexpr int kTaxPanelRows = 5;
+constexpr int kTaxSlots = 5;
+
+enum class Shown { text, money, date, flag };
+
+struct LineColumn {
+    const char* caption;
+    const char* field;
+    Shown shown;
+};
+
+constexpr std::array kLineColumns{
+    LineColumn{"pay item", "pay_item", Shown::text},
+    LineColumn{"description", "Description", Shown::text},
+    LineColumn{"gross amount", "gross_amount", Shown::money},
+    LineColumn{"open amount", "open_amount", Shown::money},
+    LineColumn{"taxable amount", "taxable_amount", Shown::money},
+    LineColumn{"tax amount", "tax_amount", Shown::money},
+    LineColumn{"tax code", "tax_code", Shown::text},
+    LineColumn{"purchase account", "po_accno", Shown::text},
+    LineColumn{"paid", "paid", Shown::flag},
+    LineColumn{"discount available", "discount_available", Shown::money},
+    LineColumn{"discount taken", "discount_taken", Shown::money},
+    LineColumn{"write-off", "writeoff", Shown::money},
+    LineColumn{"created date", "date_created", Shown::date},
+    LineColumn{"created time", "time_created", Shown::text},
+    LineColumn{"user created", "user_created", Shown::text},
+    LineColumn{"last modified date", "date_lastmodified", Shown::date},
+    LineColumn{"last modified time", "time_lastmodified", Shown::text},
+    LineColumn{"user updated", "user_updated", Shown::text},
+    LineColumn{"computer id", "computer_id", Shown::text},
+};
+
+// The amounts that are shown without their sign.
+bool shown_absolute(std::string_view field) {
+    return field == "gross_amount" || field == "open_amount" || field == "taxable_amount" ||
+           field == "tax_amount";
+}
+
+// Template lines have fewer fields than invoice lines; one that is missing is empty.
+store::Value field_or_null(const Recordset& row, const std::string& field) {
+    return row.has_field(field) ? row.field(field) : store::Value();
+}
+
+std::string slot_field(const char* field, int slot) { return field + std::to_string(slot); }
+
+}  // namespace
+
+void APform_invoice::init_grid() {
+    using presentation::GridPlace;
+    presentation::build_grid(dbgrid1, kernel(), identity().class_name, "dbgrid1", GridPlace::first);
+    presentation::build_grid(grid_tax, kernel(), identity().class_name, "grid_tax", GridPlace::further);
+    presentation::build_grid(grid_tax_summary, kernel(), identity().class_name, "grid_tax_summary",
+                             GridPlace::further);
+    ddacc = {{"account", "account name"}, {}, [this] {
+                 std::vector<std::vector<std::string>> rows;
+                 step("ddacc", [&] {
+                     auto accounts = kernel().read(
+                         "SELECT accno, accname FROM Account_master_table WHERE type = 'A' ORDER BY accno");
+                     for (; !accounts.at_eof(); accounts.MoveNext()) {
+                         rows.push_back({accounts.text("accno"), accounts.text("accname")});
+                     }
+                 });
+                 return rows;
+             }};
+    ddtax = {{"tax", "description"}, {}, [this] {
+                 std::vector<std::vector<std::string>> rows;
+                 step("ddtax", [&] {
+                     auto codes = kernel().read("SELECT tax_code as tax,description FROM Tax_code_table");
+                     for (; !codes.at_eof(); codes.MoveNext()) {
+                         rows.push_back({codes.text("tax"), codes.text("description")});
+                     }
+                 });
+                 return rows;
+             }};
+    for (controls::GridColumn& column : dbgrid1.columns) {
+        if (column.caption == "purchase account") column.drop_down = &ddacc;
+        if (column.caption == "tax code") column.drop_down = &ddtax;
+    }
+}
+
+void APform_invoice::save_grid() {
+    for (const controls::Grid* grid : {&dbgrid1, &grid_tax, &grid_tax_summary}) {
+        step("save_grid",
+             [&] { presentation::save_grid_layout(*grid, kernel(), identity().class_name, grid->name()); });
+    }
+}
+
+void APform_invoice::clear_arrays() {
+    line_rows = 0;
+    tax_rows.clear();
+    dbgrid1.array.dimension(kLineRowsMin);
+    grid_tax.array.dimension(kTaxPanelRows);
+    grid_tax_summary.array.dimension(kTaxPanelRows);
+    dbgrid1.rebind();
+    grid_tax.rebind();
+    grid_tax_summary.rebind();
+}
+
+double APform_invoice::cell_money(int row, const char* caption) const {
+    return money_value(dbgrid1.cell(row, caption));
+}
+
+void APform_invoice::set_cell_money(int row, const char* caption, double amount) {
+    dbgrid1.set_cell(row, caption, format_money(amount));
+}
+
+bool APform_invoice::counts_as_line(int row) const {
+    return cell_money(row, "gross amount") != 0 || cell_money(row, "taxable amount") != 0;
+}
+
+void APform_invoice::get_itemno() {
+    std::map<std::string, std::string> new_numbers;
+    int next = 1;
+    for (int row = 0; row <= line_rows; ++row) {
+        const std::string old_number = dbgrid1.cell(row, "pay item");
+        const std::string number = counts_as_line(row) ? std::to_string(next++) : std::string{};
+        if (!old_number.empty()) new_numbers[old_number] = number;
+        dbgrid1.set_cell(row, "pay item", number);
+    }
+    tax_rows.renumber([&](const std::string& old_number) { return new_numbers[old_number]; });
+}
+
+void APform_invoice::totalamt_calculate() {
+    double taxable = 0;
+    double tax = 0;
+    for (int row = 0; row <= line_rows; ++row) {
+        taxable += cell_money(row, "taxable amount");
+        tax += cell_money(row, "tax amount");
+    }
+    // txtgross is the sum before tax, in spite of its name.
+    txtgross.set(format_money(taxable));
+    txttax.set(format_money(tax));
+    txttotal.set(format_money(taxable + tax));
+}
+
+// The account list opens as wide as the two columns that it fills.
+void APform_invoice::dbgrid1_BeforeColEdit(const CellEdit& edit) {
+    if (edit.caption != "purchase account") return;
+    ddacc.widths.clear();
+    for (const char* caption : {"purchase account", "account name"}) {
+        const int column = dbgrid1.get_column(caption);
+        ddacc.widths.push_back(column < 0 ? 0 : dbgrid1.columns[static_cast<std::size_t>(column)].width);
+    }
+}
+
+// The list is the whole of Tax_code_table, whatever the transaction type.
+bool APform_invoice::tax_code_is_listed(const std::string& tax_code) {
+    bool listed = false;
+    step("find tax code", [&] {
+        listed = !kernel()
+                      .read(fmt::format("SELECT tax_code FROM Tax_code_table WHERE tax_code = {}",
+                                        quoted(tax_code)))
+                      .at_eof();
+    });
+    return listed;
+}
+
+// An amount that is emptied takes the line out of the document.
+void APform_invoice::clear_line_amounts(int row) {
+    for (const char* caption : {"gross amount", "open amount", "taxable amount", "tax amount"}) {
+        dbgrid1.set_cell(row, caption, "");
+    }
+}
+
+void APform_invoice::dbgrid1_BeforeColUpdate(CellEdit& edit) {
+    const auto refuse = [&](const char* text) {
+        tell(text);
+        edit.cancel = true;
+    };
+    if (edit.caption == "tax code") {
+        if (!edit.new_text.empty() && !tax_code_is_listed(edit.new_text)) refuse("Invalid tax code");
+        return;
+    }
+    const bool gross = edit.caption == "gross amount";
+    const bool taxable = edit.caption == "taxable amount";
+    if (!gross && !taxable && edit.caption != "open amount" && edit.caption != "tax amount") return;
+    if (edit.new_text.empty() && (gross || taxable)) {
+        clear_line_amounts(edit.row);
+        return;
+    }
+    if (!is_numeric(edit.new_text)) {
+        refuse("please input numeric data");
+        return;
+    }
+    // Shown as money, unless that would lose digits that were typed.
+    const std::string shown = format_money(money_value(edit.new_text));
+    if (money_value(shown) == money_value(edit.new_text)) edit.new_text = shown;
+    if (gross) dbgrid1.set_cell(edit.row, "open amount", edit.new_text);
+    if (taxable) dbgrid1.set_cell(edit.row, "open amount", dbgrid1.cell(edit.row, "gross amount"));
+}
+
+void APform_invoice::dbgrid1_AfterColUpdate(int column) {
+    const int row = dbgrid1.row();
+    line_rows = std::max(line_rows, row);
+    const std::string& caption = dbgrid1.columns.at(static_cast<std::size_t>(column)).caption;
+    step("dbgrid1_AfterColUpdate", [&] {
+        std::optional<TaxMode> changed;
+        if (caption == "gross amount") changed = TaxMode::gross_amount;
+        if (caption == "taxable amount") changed = TaxMode::taxable_amount;
+        if (caption == "tax code") changed = TaxMode::tax_code;
+        if (changed) {
+            get_itemno();
+            tax_calculate_from_xarray(row, *changed);
+        }
+        if (caption == "purchase account") ddacc_rowchange();
+        if (frame_tax.visible()) get_tax_itemno(dbgrid1.cell(row, "pay item"));
+        dbgrid1.rebind();
+        if (frame_tax_summary.visible()) get_tax_summary();
+    });
+}
+
+void APform_invoice::ddacc_rowchange() {
+    const int row = dbgrid1.row();
+    dbgrid1.set_cell(row, "account name", "");
+    const auto account =
+        kernel().read(fmt::format("SELECT accname FROM Account_master_table WHERE accno = {} AND type = 'A'",
+                                  quoted(dbgrid1.cell(row, "purchase account"))));
+    if (!account.at_eof()) dbgrid1.set_cell(row, "account name", account.text("accname"));
+}
+
+// After lines were inserted or taken out: numbers, tax rows, totals and open panels follow.
+void APform_invoice::lines_moved() {
+    get_itemno();
+    totalamt_calculate();
+    dbgrid1.rebind();
+    if (frame_tax.visible()) get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
+    if (frame_tax_summary.visible()) get_tax_summary();
+}
+
+void APform_invoice::insert_line() {
+    if (!dbgrid1.allow_add_new) return;
+    dbgrid1.array.insert_row(dbgrid1.row());
+    ++line_rows;
+    lines_moved();
+}
+
+void APform_invoice::delete_line() {
+    if (!dbgrid1.allow_delete) return;
+    tax_rows.remove_item(dbgrid1.cell(dbgrid1.row(), "pay item"));
+    dbgrid1.array.delete_row(dbgrid1.row());
+    if (dbgrid1.row() <= line_rows) line_rows = std::max(line_rows - 1, 0);
+    lines_moved();
+}
+
+void APform_invoice::load_line(int row, const Recordset& line) {
+    for (const LineColumn& column : kLineColumns) {
+        const store::Value value = field_or_null(line, column.field);
+        std::string text;
+        if (column.shown == Shown::flag) {
+            text = value.flag() ? "True" : "False";
+        } else if (column.shown == Shown::date) {
+            text = date_text(value);
+        } else if (column.shown == Shown::money && !value.is_null()) {
+            text = format_money(shown_absolute(column.field) ? std::abs(value.number()) : value.number());
+        } else if (column.shown == Shown::text) {
+            text = value.text();
+        }
+        dbgrid1.set_cell(row, column.caption, text);
+    }
+    const auto account = kernel().read(fmt::format(
+        "SELECT accname FROM Account_master_table WHERE accno = {}", quoted(line.text("po_accno"))));
+    if (!account.at_eof()) dbgrid1.set_cell(row, "account name", account.text("accname"));
+}
+
+void APform_invoice::load_tax_slots(const Recordset& line) {
+    for (int slot = 1; slot <= kTaxSlots; ++slot) {
+        const std::string authority = field_or_null(line, slot_field("tax_authority", slot)).text();
+        if (authority.empty()) continue;
+        const auto amount = [&](const char* field) { return line.number(slot_field(field, slot)); };
+        kernel::TaxRow row;
+        row.sequence = std::to_string(slot);
+        row.authority = authority;
+        row.taxable_amount = format_money(amount("taxable_amount"));
+        row.rate = amount("tax_rate");
+        row.tax_amount = format_money(amount("tax_amount"));
+        row.taxable = line.flag(slot_field("taxable", slot));
+        row.pay_item = line.text("pay_item");
+        row.tax_code = line.text("tax_code");
+        row.include_tax = line.flag("include_tax") ? "True" : "False";
+        row.allocated = format_money(amount("tax_allocated"));
+        row.recoverable = format_money(amount("tax_recoverable"));
+        row.expensed = format_money(amount("tax_expensed"));
+        row.line_amount = line.text(line.flag("include_tax") ? "gross_amount" : "taxable_amount");
+        const auto details =
+            kernel().read(fmt::format("SELECT percent_refund FROM Tax_code_details_table WHERE tax_code = {} "
+                                      "AND transaction_type = 'purchase' AND "
+                                      "tax_authority = {}",
+                                      quoted(row.tax_code), quoted(authority)));
+        if (!details.at_eof()) row.percent_refund = details.number("percent_refund");
+        const double tax = amount("tax_amount");
+        if (tax != 0) row.percent_refund = amount("tax_recoverable") * 100 / tax;
+        row.include_itemcost = amount("tax_expensed") == 0;
+        tax_rows.all().push_back(std::move(row));
+    }
+}
+
+void APform_invoice::assign2_dbgrid1(Recordset& lines) {
+    const int stored = static_cast<int>(lines.RecordCount());
+    clear_arrays();
+    dbgrid1.array.dimension(stored >= kLineRowsMin - 1 ? stored + kLineRowsSpare : kLineRowsMin);
+    int row = 0;
+    for (; !lines.at_eof(); lines.MoveNext(), ++row) {
+        load_line(row, lines);
+        load_tax_slots(lines);
+    }
+    line_rows = std::max(row - 1, 0);
+    totalamt_calculate();
+    old_total = money_value(txttotal.text());
+    dbgrid1.rebind();
+    if (frame_tax.visible()) get_tax_itemno(dbgrid1.cell(dbgrid1.row(), "pay item"));
+    if (frame_tax_summary.visible()) get_tax_summary();
+}
+
+}  // namespace brimley::invoices

@@ -1,0 +1,331 @@
+// Saving a new invoice, debit note or credit note: header, lines, GL document, balances and the vendor's
+// owing balance in one transaction, or nothing.
+#include <fmt/format.h>
+
+#include <array>
+
+#include "frame/transaction.h"
+#include "invoices/apform_invoice.h"
+#include "kernel/money.h"
+#include "kernel/user_dates.h"
+
+namespace brimley::invoices {
+
+using kernel::money_value;
+using kernel::Round;
+using store::DateTime;
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+constexpr int kTaxSlots = 5;
+constexpr const char* kCreditNote = "Credit Note";
+
+constexpr std::array kFieldsCopiedFromHeader{
+    "Source",       "source_docno", "source_form", "docno",          "doctype",  "company",
+    "fkey",         "vendor_no",    "invoice_no",  "invoice_date",   "Currency", "exchange_rate",
+    "payment_term", "duedays",      "early_days",  "early_discount", "due_date", "discount_date"};
+
+// "202603": fiscal year and period as one text that sorts by time.
+std::string period_key(std::string_view fyear, double period) {
+    return fmt::format("{}{:02.0f}", fyear, period);
+}
+
+// Where a period lies against a window of COA_config_table; nothing when the window is not set.
+std::optional<bool> inside_window(const Recordset& config, const std::string& window,
+                                  const std::string& key) {
+    const auto bound = [&](const char* end, const char* what) { return config.field(window + end + what); };
+    if (bound("_start", "_period").is_null() || bound("_end", "_period").is_null()) return std::nullopt;
+    const auto bound_key = [&](const char* end) {
+        return period_key(bound(end, "_fyear").text(), bound(end, "_period").number());
+    };
+    return key >= bound_key("_start") && key <= bound_key("_end");
+}
+
+}  // namespace
+
+std::string APform_invoice::get_apaccno(const std::string& vendor_no) {
+    const auto vendor = kernel().read(
+        fmt::format("SELECT ap_accno FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
+    const std::string own = vendor.at_eof() ? std::string{} : vendor.text("ap_accno");
+    return own.empty() ? default_ap_accno : own;
+}
+
+std::string APform_invoice::get_accno(const std::string& text) {
+    const std::string accno = text.substr(0, text.find(' '));
+    const auto account = kernel().read(
+        fmt::format("SELECT accno FROM Account_master_table WHERE accno = {} AND type = 'A'", quoted(accno)));
+    return account.at_eof() ? std::string{} : accno;
+}
+
+// --- validation: one message at a time, and nothing is written before it ends ---
+bool APform_invoice::validate_header(NewDocument& document) {
+    if (cmbcompany.empty()) cmbcompany.set("1");
+    if (cmbterm.empty()) {
+        tell("Please specify Payment term");
+        return false;
+    }
+    document.term.term_no = cmbterm.chosen(1).value_or("");
+    const auto term = kernel().read(
+        fmt::format("SELECT * FROM Payment_term_table WHERE term_no = {}", quoted(document.term.term_no)));
+    if (term.at_eof()) {
+        tell("payment term is invalid");
+        return false;
+    }
+    document.term.duedays = term.field("duedays");
+    document.term.early_days = term.field("early_days");
+    document.term.early_discount = term.field("early_discount");
+    if (cmbcurrency.empty()) {
+        tell("please specify currency");
+        return false;
+    }
+    return validate_rate();
+}
+
+bool APform_invoice::validate_rate() {
+    if (!foreign()) return true;
+    if (cmbexrate.empty()) {
+        tell("please specify exchange rate");
+        return false;
+    }
+    if (!kernel::is_numeric(cmbexrate.text()) || money_value(cmbexrate.text()) <= 0) {
+        tell("exchange rate is invalid");
+        return false;
+    }
+    return true;
+}
+
+bool APform_invoice::validate_invoice_date(NewDocument& document) {
+    const std::string& text = txtinvdate.text();
+    const bool has_slashes = text.find('/') != std::string::npos && text.find('/') != text.rfind('/');
+    if (!has_slashes) {
+        tell("please specify invoice date");
+        return false;
+    }
+    const auto date = kernel::parse_user_date(text, context().BRIMLEY_DATE_FORMAT, desk());
+    if (!date) return false;
+    document.invoice_date = *date;
+    return true;
+}
+
+bool APform_invoice::validate_optional_dates(NewDocument& document) {
+    const auto read = [this](const controls::DateField& field, std::optional<DateTime>& date) {
+        if (field.empty()) return true;
+        date = kernel::try_user_date(field.text(), context().BRIMLEY_DATE_FORMAT);
+        if (date) return true;
+        const std::string& text = field.text();
+        if (text.find('/') == text.rfind('/')) {
+            tell("Date is invalid (" + text + ")");
+            return false;
+        }
+        return kernel::parse_user_date(text, context().BRIMLEY_DATE_FORMAT, desk()).has_value();
+    };
+    return read(txtdiscdate, document.discount_date) && read(txtduedate, document.due_date);
+}
+
+bool APform_invoice::period_is_open(int period) {
+    const auto config = kernel().read("SELECT * FROM COA_config_table");
+    if (config.at_eof() || !config.flag("activate_working_period")) return true;
+    const std::string key = period_key(cmbfyear.text(), period);
+    const auto working = inside_window(config, "working", key);
+    if (!working || *working) return true;
+    const auto allowed = inside_window(config, "allow", key);
+    if (config.flag("allow_history_update") && allowed.value_or(true)) return true;
+    tell("Fiscal period/year is out of working period.");
+    return false;
+}
+
+std::optional<APform_invoice::NewDocument> APform_invoice::validate_new() {
+    NewDocument document;
+    if (!validate_header(document) || !validate_invoice_date(document)) return std::nullopt;
+    const auto refuse = [this](const std::string& text) {
+        tell(text);
+        return std::nullopt;
+    };
+    if (dbgrid1.cell(0, "pay item").empty()) return refuse("No data input");
+    if (cmbperiod.empty()) return refuse("please specify period");
+    if (cmbfyear.empty()) return refuse("please specify fiscal year");
+    document.period = static_cast<int>(store::Value(cmbperiod.text()).number());
+    if (!period_is_open(document.period)) return std::nullopt;
+    document.ap_accno = get_apaccno(cmbvendor.text());
+    if (document.ap_accno.empty()) {
+        return refuse(cmbvendor_name.text() + " : Account payable has not been set.");
+    }
+    if (!validate_optional_dates(document)) return std::nullopt;
+    return document;
+}
+
+// --- writing ---
+bool APform_invoice::insert_new_record() {
+    const std::string kind = cmbdoctype.text();
+    bool saved = false;
+    try {
+        const auto document = validate_new();
+        if (!document) return false;
+        frame::Transaction transaction(*context().dbe);
+        saved = write_new_document(*document);
+        if (saved) transaction.commit();
+    } catch (const std::runtime_error& failure) {
+        kernel().passed_over().note(std::string("insert_new_record: ") + failure.what());
+        saved = false;
+    }
+    if (!saved) {
+        txtdocno.set(frame::kNewDocno);
+        txtfkey.set("");
+        txtglfkey.set("");
+    }
+    tell("Add new " + kind + (saved ? " complete" : " failed"));
+    return saved;
+}
+
+bool APform_invoice::write_new_document(const NewDocument& document) {
+    set_doctype_of_kind();
+    const std::string company = cmbcompany.text();
+    const auto numbers = kernel().get_next_number(company, txtdoctype.text(), cmbfyear.text());
+    if (!numbers) return false;
+    txtdocno.set(kernel().format_docno(txtdoctype.text(), numbers->nextdocno, cmbfyear.text()));
+    if (!kernel().docno_fits(txtdocno.text())) return false;
+    txtfkey.set(kernel::ModuleG3::make_fkey(company, txtdoctype.text(), numbers->fkeyno));
+    auto header = kernel().change("SELECT * FROM AP_header_table WHERE 1 = 2");
+    header.AddNew();
+    fill_header(header, document);
+    if (!insert_new_record_transaction(header, document.ap_accno)) return false;
+    header.Update();
+    if (!insert_GL_record(document.ap_accno)) return false;
+    update_vendor_owing_balance();
+    header.Bookmark(header.LastModified());
+    header.Edit();
+    header.set("GLFKEY", txtglfkey.text());
+    header.Update();
+    return true;
+}
+
+void APform_invoice::fill_header(Recordset& header, const NewDocument& document) {
+    const DateTime now = desk().now();
+    header.set("docno", txtdocno.text());
+    header.set("invoice_date", document.invoice_date);
+    header.set("invoice_no", txtinvno.text());
+    header.set("vendor_no", cmbvendor.text());
+    header.set("doctype", txtdoctype.text());
+    header.set("company", cmbcompany.text());
+    header.set("fkey", txtfkey.text());
+    header.set("Currency", cmbcurrency.text());
+    if (foreign() && !cmbexrate.empty()) header.set("exchange_rate", money_value(cmbexrate.text()));
+    header.set("remark", txtremark.text());
+    header.set("payment_term", document.term.term_no);
+    header.set("duedays", document.term.duedays);
+    header.set("early_days", document.term.early_days);
+    header.set("early_discount", document.term.early_discount);
+    if (document.discount_date) header.set("discount_date", *document.discount_date);
+    if (document.due_date) header.set("due_date", *document.due_date);
+    header.set("Source", "AP-INVOICE");
+    header.set("source_form", identity().class_name);
+    header.set("period", document.period);
+    header.set("fyear", cmbfyear.text());
+    header.set("user_created", context().BRIMLEY_USER);
+    header.set("date_created", now.date_only());
+    header.set("time_created", now.time_text());
+}
+
+bool APform_invoice::insert_new_record_transaction(Recordset& header, const std::string& ap_accno) {
+    auto lines = kernel().change("SELECT * FROM AP_transaction_table WHERE 1 = 2");
+    bool line_stored = false;
+    for (int row = 0; row <= line_rows; ++row) {
+        const std::string gross = dbgrid1.cell(row, "gross amount");
+        const bool holds_line =
+            !dbgrid1.cell(row, "pay item").empty() && !gross.empty() && gross != "0" && gross != "0.00";
+        if (!holds_line) {
+            if (!append_description(lines, row, line_stored)) return false;
+            continue;
+        }
+        if (!write_line(lines, header, row, ap_accno)) return false;
+        line_stored = true;
+    }
+    return true;
+}
+
+// A row that has only a description belongs to the line before it.
+bool APform_invoice::append_description(Recordset& lines, int row, bool line_stored) {
+    const std::string description = dbgrid1.cell(row, "description");
+    if (description.empty()) return true;
+    if (!line_stored) return false;
+    lines.Bookmark(lines.LastModified());
+    lines.Edit();
+    lines.set("Description", lines.text("Description") + "\n" + description);
+    lines.Update();
+    return true;
+}
+
+bool APform_invoice::write_line(Recordset& lines, Recordset& header, int row, const std::string& ap_accno) {
+    const std::string po_accno = dbgrid1.cell(row, "purchase account");
+    if (po_accno.empty()) {
+        tell("Please specify purchase account");
+        return false;
+    }
+    const std::string pay_item = dbgrid1.cell(row, "pay item");
+    const double gross = cell_money(row, "gross amount");
+    lines.AddNew();
+    lines.set("pay_item", pay_item);
+    lines.set("Description", dbgrid1.cell(row, "description"));
+    lines.set("gross_amount", gross);
+    lines.set("open_amount", gross);
+    lines.set("taxable_amount", cell_money(row, "taxable amount"));
+    lines.set("tax_amount", cell_money(row, "tax amount"));
+    if (const std::string tax_code = dbgrid1.cell(row, "tax code"); !tax_code.empty())
+        lines.set("tax_code", tax_code);
+    lines.set("po_accno", po_accno);
+    if (gross > 0 && !write_tax_slots(lines, pay_item)) return false;
+    lines.set("period", header.field("period"));
+    lines.set("fyear", header.field("fyear"));
+    const DateTime now = desk().now();
+    lines.set("computer_id", kernel().get_computer_name());
+    lines.set("date_created", now.date_only());
+    lines.set("time_created", now.time_text());
+    lines.set("user_created", context().BRIMLEY_USER);
+    for (const char* field : kFieldsCopiedFromHeader)
+        lines.set(field, header.field(field));
+    lines.set("ap_accno", ap_accno);
+    lines.Update();
+    return true;
+}
+
+bool APform_invoice::write_tax_slots(Recordset& lines, const std::string& pay_item) {
+    const auto rows = tax_rows.of_item(pay_item);
+    if (rows.empty()) {
+        tell("cannot find tax element for pay item " + pay_item);
+        return false;
+    }
+    int slot = 0;
+    for (const kernel::TaxRow* row : rows) {
+        if (++slot > kTaxSlots) break;  // further authorities count in the tax but have no place in the line
+        const auto set = [&](const char* field, const store::Value& value) {
+            lines.set(field + std::to_string(slot), value);
+        };
+        set("tax_authority", row->authority);
+        set("taxable_amount", money_value(row->taxable_amount));
+        set("tax_rate", row->rate);
+        set("tax_amount", money_value(row->tax_amount));
+        set("taxable", row->taxable);
+        set("tax_allocated", money_value(row->allocated));
+        set("tax_recoverable", money_value(row->recoverable));
+        set("tax_expensed", money_value(row->expensed));
+    }
+    return true;
+}
+
+void APform_invoice::update_vendor_owing_balance() {
+    auto vendor = kernel().change(
+        fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+    if (vendor.at_eof()) return;
+    const double total = money_value(txttotal.text());
+    const double side = cmbdoctype.text() == kCreditNote ? -1 : 1;
+    const store::Value owing = vendor.field("owing_balance");
+    vendor.Edit();
+    vendor.set("owing_balance",
+               owing.is_null() ? Round(total - old_total) * side
+                               : Round(vendor.number("owing_balance") + side * total - side * old_total));
+    vendor.Update();
+}
+
+}  // namespace brimley::invoices

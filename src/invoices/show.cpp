@@ -1,0 +1,152 @@
+// Loading the form, and showing a stored document on it.
+#include <fmt/format.h>
+
+#include "invoices/apform_invoice.h"
+#include "kernel/user_dates.h"
+
+namespace brimley::invoices {
+
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+constexpr frame::FormIdentity kIdentity{"APform_invoice", "A/P Invoice", "\\Help\\AP Invoice Entry Help.pdf"};
+
+struct Kind {
+    const char* caption;
+    const char* doctype;
+};
+
+constexpr Kind kKinds[] = {{"Invoice", "ip"}, {"Debit Note", "vdn"}, {"Credit Note", "vcn"}};
+
+store::Value field_or_null(const Recordset& row, const char* field) {
+    return row.has_field(field) ? row.field(field) : store::Value();
+}
+
+}  // namespace
+
+APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+                               frame::Desk& desk)
+    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk) {
+    using Controls = std::initializer_list<controls::Control*>;
+    for (controls::Control* control : Controls{&cmbselcol, &cmbitfont, &cmbitcolor, &cmbfont_size}) {
+        control->lies_in(frame_font);
+    }
+    for (controls::Control* control :
+         Controls{&cmbfreq, &txtrecurdate, &txtnoinvoice, &txteffectdate, &txtexpiredate}) {
+        control->lies_in(frame_recur);
+    }
+    txtvendor_address.lies_in(frame_address);
+    grid_tax.lies_in(frame_tax);
+    grid_tax_summary.lies_in(frame_tax_summary);
+    for (controls::Control* hidden : Controls{&txtfkey, &txtglfkey, &txtdoctype, &frame_font, &frame_address,
+                                              &frame_recur, &cmbopendoc, &txtrecurname}) {
+        hidden->set_visible(false);
+    }
+    // These boxes tell the state of a document; nobody ticks them.
+    for (controls::CheckBox* box : {&chkprint, &chkpaid, &chkvoid, &chkhold})
+        box->set_locked(true);
+    chkrecur.set_locked(true);  // templates are not offered yet: a ticked entry would be saved as an invoice
+    connect_handlers();
+}
+
+void APform_invoice::Form_Load() {
+    const auto read_gain_and_loss = [this] {
+        gain_accno = kernel().parameter_account("GL", "GL realized gain account");
+        loss_accno = kernel().parameter_account("GL", "GL realized loss account");
+    };
+    step("arrays", [&] { clear_arrays(); });
+    step("gain and loss accounts", read_gain_and_loss);
+    step("get_user_rights", [&] { read_rights(); });
+    step("set_BRIMLEY_COLOR", [&] { set_BRIMLEY_COLOR(); });
+    init_toolbar();
+    step("init_fontcolor", [&] { init_fontcolor(); });
+    step("initform_control", [&] { initform_control(); });
+    step("init_form_property", [&] { init_form_property(); });
+    step("init_grid", [&] { init_grid(); });
+    last_record();
+    frame_tax.set_visible(false);
+    frame_tax_summary.set_visible(false);
+    step("default accounts", [&] {
+        default_cash_accno = kernel().parameter_account("GL", "Default Cash account");
+        default_ap_accno = kernel().parameter_account("AP", "Default account payable account");
+    });
+    step("gain and loss accounts", read_gain_and_loss);
+    bars_.set_pressed(1012, true);
+}
+
+void APform_invoice::set_doctype_of_kind() {
+    for (const Kind& kind : kKinds) {
+        if (cmbdoctype.text() == kind.caption) txtdoctype.set(kind.doctype);
+    }
+}
+
+std::string APform_invoice::doctype_of_walk() {
+    if (cmbdoctype.empty()) cmbdoctype.set("Invoice");
+    set_doctype_of_kind();
+    return txtdoctype.text();
+}
+
+void APform_invoice::grid_readmode() {
+    if (is_open() && mode() == frame::Mode::read) return;
+    DocumentForm::grid_readmode();
+    grid_tax.allow_update = false;
+    chkrecur.set_enabled(true);
+    set_field(cmbopendoc, FieldState::open);
+}
+
+void APform_invoice::grid_newmode() {
+    DocumentForm::grid_newmode();
+    grid_tax.allow_update = true;  // rates and taxes of a line are changed there
+    for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
+        set_field(*total, FieldState::read_only);
+    chkrecur.set_visible(true);
+}
+
+void APform_invoice::assign2control(Recordset& header) {
+    const auto text = [&](const char* field) { return field_or_null(header, field).text(); };
+    const auto date = [&](const char* field) { return date_text(field_or_null(header, field)); };
+    for (const Kind& kind : kKinds) {
+        if (text("doctype") == kind.doctype) cmbdoctype.set(kind.caption);
+    }
+    txtdoctype.set(text("doctype"));
+    txtdocno.set(text("docno"));
+    txtfkey.set(text("fkey"));
+    txtglfkey.set(text("GLFKEY"));
+    cmbcompany.set(text("company"));
+    cmbvendor.set(text("vendor_no"));
+    txtinvno.set(text("invoice_no"));
+    txtinvdate.set(date("invoice_date"));
+    txtduedate.set(date("due_date"));
+    txtdiscdate.set(date("discount_date"));
+    cmbcurrency.set(text("Currency"));
+    cmbexrate.set(text("exchange_rate"));
+    txtratedate.set(date("rate_date"));
+    cmbperiod.set(text("period"));
+    cmbfyear.set(text("fyear"));
+    txtremark.set(text("remark"));
+    txtsource.set(text("Source"));
+    txtsource_docno.set(text("source_docno"));
+    txtterm.set(text("duedays"));
+    txtearlyterm.set(text("early_days"));
+    chkprint.set(field_or_null(header, "printed").flag());
+    chkvoid.set(field_or_null(header, "void").flag());
+    chkhold.set(field_or_null(header, "hold").flag());
+    const bool partly = field_or_null(header, "paid").flag();
+    chkpaid.set(field_or_null(header, "fully_paid").flag() ? 1 : partly ? 2 : 0);
+    show_vendor_and_term(text("vendor_no"), text("payment_term"));
+    get_list_open_doc();
+}
+
+// By their keys: the lists of vendors and terms are not fetched for that.
+void APform_invoice::show_vendor_and_term(const std::string& vendor_no, const std::string& term_no) {
+    const auto vendor = kernel().read(
+        fmt::format("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
+    if (!vendor.at_eof()) cmbvendor_name.set(vendor.text("VENDOR_NAME"));
+    const auto term = kernel().read(
+        fmt::format("SELECT term_name FROM Payment_term_table WHERE term_no = {}", quoted(term_no)));
+    cmbterm.set(term.at_eof() ? std::string{} : term.text("term_name"));
+}
+
+}  // namespace brimley::invoices

@@ -1,0 +1,135 @@
+// Balance_table: the running totals per account and currency.
+
+#include <fmt/format.h>
+
+#include "kernel/module_g3.h"
+
+namespace brimley::kernel {
+
+namespace {
+
+using store::quoted;
+using store::Recordset;
+
+constexpr int kBalanceRetries = 5;
+
+void add_to(Recordset& row, const char* field, double amount) { row.set(field, row.number(field) + amount); }
+
+bool edit_with_retry(Recordset& rows, Outside& outside) {
+    bool taken = try_locked_edit(rows);
+    for (int tries = 0; !taken && tries < kBalanceRetries; ++tries) {
+        outside.wait(kLockRetryWait);
+        taken = try_locked_edit(rows);
+    }
+    return taken;
+}
+
+// A caller that has just written a line of the account stands on it already.
+bool stand_on_account(Recordset& account_rows, const std::string& accno) {
+    if (!account_rows.at_eof() && account_rows.text("accno") == accno) return true;
+    account_rows.FindFirst(fmt::format("[accno] = {}", quoted(accno)));
+    return !account_rows.NoMatch();
+}
+
+}  // namespace
+
+void ModuleG3::tell_missing_balance(const GlLine& line) {
+    const auto config = read("SELECT * FROM COA_config_table");
+    if (config.at_eof()) return;
+    const std::string& accno = line.account.accno;
+    if (config.text("Currency") == line.Currency) {
+        tell(fmt::format("Error! {} does not exist", accno));
+        return;
+    }
+    if (!account_currency_exists(accno, line.Currency)) {
+        tell(fmt::format("Error! account {} has not been set for {} currency", accno, line.Currency));
+    }
+}
+
+bool ModuleG3::resolve_current_earnings() {
+    if (!Current_Earnings_accno_.empty()) return true;
+    const auto row = read("SELECT accno FROM Account_master_table WHERE type = 'X'");
+    if (row.at_eof()) {
+        tell("Current Earnings account (account type X) has not been set in Account Master");
+        return false;
+    }
+    Current_Earnings_accno_ = row.text("accno");
+    return true;
+}
+
+bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
+    balance_rows.FindFirst(fmt::format(
+        "[company] = {} and [ledgertype] = {} and [accno] = {} and [currency] = {}", quoted(line.company),
+        quoted(line.ledgertype), quoted(line.account.accno), quoted(line.Currency)));
+    if (balance_rows.NoMatch()) {
+        tell_missing_balance(line);
+        return false;
+    }
+    if (!edit_with_retry(balance_rows, outside_)) return false;
+    add_to(balance_rows, "amount", line.amount);
+    add_to(balance_rows, "base_amount", line.base_amount);
+    balance_rows.Update();
+    return true;
+}
+
+// Only `amount` moves, and the row takes no lock of its own: both are how Current Earnings has always been
+// kept here.
+bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line, bool debit) {
+    if (!resolve_current_earnings()) return false;
+    balance_rows.FindFirst(fmt::format("[company] = {} and [accno] = {}", quoted(line.company),
+                                       quoted(Current_Earnings_accno_)));
+    if (balance_rows.NoMatch()) {
+        tell(fmt::format("Error : No Current Retained Earning account {} in Account Balance",
+                         Current_Earnings_accno_));
+        return false;
+    }
+    balance_rows.Edit();
+    add_to(balance_rows, "amount", -side_of(debit) * line.amount);
+    balance_rows.Update();
+    return true;
+}
+
+bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Recordset& account_rows) {
+    bool posted = false;
+    carry_on(passed_over_, "post_balance", [&] {
+        const std::string& accno = line.account.accno;
+        if (!post_to_account(balance_rows, line)) return;
+        if (!stand_on_account(account_rows, accno)) return;
+        if (account_rows.text("acctype") == "Income Statement" && line.ledgertype == "A" &&
+            !post_current_earnings(balance_rows, line, account_rows.flag("debit"))) {
+            return;
+        }
+        if (line.ledgertype == "F") {
+            balance_rows.FindFirst(fmt::format("[company] = {} and [ledgertype] = 'A' and [accno] = {}",
+                                               quoted(line.company), quoted(accno)));
+            if (balance_rows.NoMatch()) {
+                tell(fmt::format("Error! {} does not exist in Balance", accno));
+                return;
+            }
+            balance_rows.Edit();
+            add_to(balance_rows, "amount", line.base_amount);
+            balance_rows.Update();
+        }
+        posted = true;
+    });
+    return posted;
+}
+
+bool ModuleG3::add_balance_row(const AccountSegments& account, std::string_view currency) {
+    auto rows = change(fmt::format(
+        "SELECT * FROM Balance_table WHERE company = 1 AND ledgertype = 'F' AND accno = {} AND Currency = {}",
+        quoted(account.accno), quoted(currency)));
+    if (!rows.at_eof()) return false;
+    rows.AddNew();
+    rows.set("company", 1);
+    rows.set("ledgertype", "F");
+    rows.set("accno", account.accno);
+    rows.set("Currency", currency);
+    rows.set("acccode", account.acccode);
+    for (std::size_t i = 0; i < kSubaccFields.size(); ++i)
+        rows.set(kSubaccFields[i], account.subacc[i]);
+    rows.Update();
+    return true;
+}
+
+}  // namespace brimley::kernel

@@ -1,0 +1,112 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "kernel/module_g3.h"
+#include "kernel/money.h"
+
+namespace brimley::kernel {
+
+namespace {
+
+using store::quoted;
+
+constexpr int kCounterTries = 10;
+constexpr std::ptrdiff_t kDocnoLengthMax = 30;
+
+// Characters, not bytes: a prefix may hold letters of any alphabet.
+std::ptrdiff_t character_count(std::string_view utf8) {
+    return std::count_if(utf8.begin(), utf8.end(),
+                         [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; });
+}
+
+}  // namespace
+
+std::optional<std::int64_t> ModuleG3::take_number(store::Recordset& counter, const std::string& query,
+                                                  const char* field) {
+    bool taken = try_locked_edit(counter);
+    for (int tries = 0; !taken && tries < kCounterTries; ++tries) {
+        outside_.wait(kLockRetryWait);
+        counter.Close();
+        // Opened afresh, so as to see the value that the other user has committed.
+        counter = change(query);
+        taken = try_locked_edit(counter);
+    }
+    if (!taken) return std::nullopt;
+    const double number = counter.number(field);
+    counter.set(field, number + 1);
+    counter.Update();
+    return static_cast<std::int64_t>(number);
+}
+
+void ModuleG3::tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year) {
+    std::string text =
+        fmt::format("Next number of document type {} for fiscal year {} is missing.", doctype, fiscal_year);
+    if (!fiscal_year_has_numbers(fiscal_year)) {
+        text += "\nCreate new fiscal year with \"Add New Fiscal Year\" in General Ledger system.";
+    }
+    tell(text);
+}
+
+std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, std::string_view doctype,
+                                                     std::string_view fiscal_year) {
+    std::optional<NextNumbers> result;
+    carry_on(passed_over_, "get_next_number", [&] {
+        const std::string docno_query = fmt::format(
+            "SELECT * FROM [Docno_master_table] WHERE company = {} AND doctype = {} AND fiscalyear = {}",
+            quoted(company), quoted(doctype), quoted(fiscal_year));
+        auto docno_counter = change(docno_query);
+        if (docno_counter.at_eof()) {
+            tell_missing_numbers(doctype, fiscal_year);
+            return;
+        }
+        const auto nextdocno = take_number(docno_counter, docno_query, "nextdocno");
+        if (!nextdocno) return;
+        const std::string fkey_query =
+            fmt::format("SELECT * FROM [Next_number_fkey_table] WHERE company = {} AND doctype = {}",
+                        quoted(company), quoted(doctype));
+        auto fkey_counter = change(fkey_query);
+        if (fkey_counter.at_eof()) return;
+        const auto fkeyno = take_number(fkey_counter, fkey_query, "fkeyno");
+        if (fkeyno) result = NextNumbers{*nextdocno, *fkeyno};
+    });
+    return result;
+}
+
+bool ModuleG3::fiscal_year_has_numbers(std::string_view fiscal_year) {
+    return !read(fmt::format("SELECT * FROM [Docno_master_table] WHERE fiscalyear = {}", quoted(fiscal_year)))
+                .at_eof();
+}
+
+std::string ModuleG3::format_docno(std::string_view doctype, std::int64_t number,
+                                   std::string_view fiscal_year) {
+    const auto config = read("SELECT * FROM [Next_number_config_table]");
+    const auto format =
+        read(fmt::format("SELECT * FROM [Next_number_format_table] WHERE doctype = {}", quoted(doctype)));
+    const bool configured = !config.at_eof();
+    const store::Value structure_value = configured ? config.field("structure") : store::Value();
+    const std::string structure = structure_value.is_null() ? "1" : structure_value.text();
+    const bool two_digits = configured && config.number("fyear_digit") == 2;
+    const std::string year(two_digits && fiscal_year.size() > 2 ? fiscal_year.substr(2, 2) : fiscal_year);
+    const std::string separator1 = configured && config.flag("seperator1") ? "-" : "";
+    const std::string separator2 = configured && config.flag("seperator2") ? "-" : "";
+    const std::string prefix = format.at_eof() ? "" : format.text("prefix");
+    const int width = format.at_eof() ? 0 : static_cast<int>(money_value(format.text("running_no_digit")));
+    const std::string running = fmt::format("{:0{}}", number, std::max(width, 0));
+    if (structure == "1") return prefix + separator1 + year + separator2 + running;
+    if (structure == "2") return year + separator1 + prefix + separator2 + running;
+    if (structure == "3") return prefix + separator1 + running;
+    return {};
+}
+
+std::string ModuleG3::make_fkey(std::string_view company, std::string_view doctype, std::int64_t fkeyno) {
+    return fmt::format("{}{}-{}", company, doctype, fkeyno);
+}
+
+bool ModuleG3::docno_fits(std::string_view docno) {
+    if (character_count(docno) <= kDocnoLengthMax) return true;
+    tell(fmt::format("Error : document no. is longer than 30 characters. {}", docno));
+    return false;
+}
+
+}  // namespace brimley::kernel

@@ -1,0 +1,86 @@
+// Writing one GL document: the part that all posting forms share.
+//
+//   open()           draws the number and prepares the header row, which stays unsaved until the end
+//   add()            gathers amounts by account and currency; the form's own part of the work
+//   write_lines()    sorts them, spreads allocated accounts, writes each line and posts it to the balances
+//   write_rounding() foreign documents: one more line for the cents that conversion lost
+//   finish()         checks the balance and saves the header
+//
+// Each step returns false after its own message, if it has one, and the document is then given up: the caller
+// rolls its transaction back. Amounts are signed on each account's own side. What differs between the kinds
+// of documents stands in GlHeader.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kernel/module_g3.h"
+#include "kernel/summaries.h"
+
+namespace brimley::kernel {
+
+// What a form tells of the GL document that it posts.
+struct GlHeader {
+    std::string company;
+    store::DateTime gldate;
+    std::string remark;
+    std::string Source;
+    std::string source_docno;
+    std::string source_form;
+    std::string Currency;
+    std::string base_currency;
+    double rate_doc_to_base = 1;  // base units per unit of Currency; 1 for a base-currency document
+    std::string period;
+    std::string fyear;
+    std::string user;
+    std::string vendor_no;     // goes on the rounding line
+    std::string gain_account;  // for what conversion left over on the debit side
+    std::string loss_account;  // and on the credit side
+
+    [[nodiscard]] bool foreign() const { return Currency != base_currency; }
+};
+
+class GlPosting {
+  public:
+    GlPosting(ModuleG3& kernel, GlHeader header);
+
+    [[nodiscard]] bool open();
+    // `amount` in the document's currency, `base_amount` already rounded.
+    void add(std::string_view accno, double amount, double base_amount);
+    [[nodiscard]] bool write_lines();
+    [[nodiscard]] bool write_rounding();
+    [[nodiscard]] bool finish();
+
+    [[nodiscard]] const std::string& fkey() const { return fkey_; }
+
+  private:
+    [[nodiscard]] bool write_entry(const CurrencySum& entry);
+    [[nodiscard]] bool write_line(std::string_view accno, const CurrencySum& amounts);
+    [[nodiscard]] GlLine new_line(const CurrencySum& amounts);
+    // Writes the line and keeps what the check at the end needs of it. The account rows stand on its account.
+    [[nodiscard]] bool store_line(const GlLine& line);
+    void fill_line_row(const GlLine& line);
+    [[nodiscard]] bool update_with_retry(store::Recordset& rows);
+    [[nodiscard]] bool open_account_for_currency(const GlLine& line);
+    [[nodiscard]] bool post(const GlLine& line);
+    [[nodiscard]] bool find_account(std::string_view accno);
+    void open_balances();
+
+    ModuleG3& kernel_;
+    GlHeader header_;
+    std::string docno_;
+    std::string fkey_;
+    std::vector<CurrencySum> summary_;
+    int next_lineno_ = 1;
+    std::vector<CheckedLine> written_;
+    double base_difference_ = 0;  // debit less credit over the lines written so far
+    store::Recordset header_row_;
+    store::Recordset line_rows_;
+    store::Recordset balance_rows_;
+    store::Recordset period_rows_;
+    store::Recordset account_rows_;
+};
+
+}  // namespace brimley::kernel

@@ -1,0 +1,40 @@
+#include "kernel/module_g3.h"
+
+#include <fmt/format.h>
+
+namespace brimley::kernel {
+
+store::Recordset ModuleG3::read(std::string_view query) {
+    return database_->OpenRecordset(query, store::RecordsetKind::snapshot);
+}
+
+store::Recordset ModuleG3::change(std::string_view query) {
+    return database_->OpenRecordset(query, store::RecordsetKind::dynaset);
+}
+
+void ModuleG3::tell(const std::string& text) {
+    outside_.pump();
+    outside_.message(text);
+}
+
+bool try_locked_edit(store::Recordset& rows) {
+    try {
+        rows.LockEdits(true);
+        return rows.try_edit();
+    } catch (const store::Error& failure) {
+        // A connection that is gone is no locked row; waiting for it would only delay the bad news.
+        if (failure.spoils_connection()) throw;
+        return false;
+    }
+}
+
+AccountSegments segments_of(const store::Recordset& account_row) {
+    AccountSegments account;
+    account.accno = account_row.text("accno");
+    account.acccode = account_row.field("acccode");
+    for (std::size_t i = 0; i < kSubaccFields.size(); ++i)
+        account.subacc[i] = account_row.field(kSubaccFields[i]);
+    return account;
+}
+
+}  // namespace brimley::kernel

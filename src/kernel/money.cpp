@@ -1,0 +1,70 @@
+#include "kernel/money.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace brimley::kernel {
+
+namespace {
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
+}  // namespace
+
+double Round(double value) { return std::nearbyint(value * 100.0) / 100.0; }
+
+std::string format_money(double value) {
+    const double cents = std::round(value * 100.0);
+    const std::string digits = fmt::format("{:03.0f}", std::fabs(cents));
+    const std::string whole = digits.substr(0, digits.size() - 2);
+    std::string text = cents < 0 ? "-" : "";
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        if (i > 0 && (whole.size() - i) % 3 == 0) text += ',';
+        text += whole[i];
+    }
+    text += '.';
+    text.append(digits, digits.size() - 2, 2);
+    return text;
+}
+
+double money_value(std::string_view text) {
+    std::string leading;
+    bool point_seen = false;
+    for (const char c : text) {
+        if (c == ',' || c == ' ') continue;
+        const bool sign = (c == '-' || c == '+') && leading.empty();
+        const bool point = c == '.' && !point_seen;
+        if (!sign && !point && !is_digit(c)) break;
+        point_seen = point_seen || point;
+        if (c != '+') leading += c;
+    }
+    return std::strtod(leading.c_str(), nullptr);
+}
+
+bool is_numeric(std::string_view text) {
+    text = trimmed(text);
+    if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+    bool digit_seen = false;
+    bool point_seen = false;
+    for (const char c : text) {
+        if (is_digit(c)) {
+            digit_seen = true;
+        } else if (c == '.' && !point_seen) {
+            point_seen = true;
+        } else if (c != ',' || !digit_seen || point_seen) {
+            return false;
+        }
+    }
+    return digit_seen;
+}
+
+}  // namespace brimley::kernel

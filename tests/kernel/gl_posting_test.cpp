@@ -1,0 +1,265 @@
+#include "kernel/gl_posting.h"
+
+#include "kernel/ledger_test.h"
+#include "kernel/money.h"
+
+namespace brimley::testing {
+
+using kernel::GlHeader;
+using kernel::GlPosting;
+using kernel::Round;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class GlPostings : public LedgerTest {
+  protected:
+    void SetUp() override {
+        LedgerTest::SetUp();
+        company.workspace().BeginTrans();
+        add_account("1300", "Balance Sheet", true);
+        add_account("5100", "Income Statement", true);
+        add_account("5200", "Income Statement", true);
+        add_account("7500", "Income Statement", true);  // exchange gains
+        add_account("7510", "Income Statement", true);  // exchange losses
+        add_rows("5000", "F", "EUR");
+        company.add("Account_currency_table", {{"accno", "5000"}, {"Currency", "EUR"}});
+        company.add("Docno_master_table",
+                    {{"company", 1}, {"doctype", "gl"}, {"fiscalyear", "2026"}, {"nextdocno", 12}});
+        company.add("Next_number_fkey_table", {{"company", 1}, {"doctype", "gl"}, {"fkeyno", 204}});
+        company.add("Next_number_config_table",
+                    {{"structure", "1"}, {"fyear_digit", 2}, {"seperator1", true}, {"seperator2", true}});
+        company.add("Next_number_format_table",
+                    {{"doctype", "gl"}, {"prefix", "GL"}, {"running_no_digit", "5"}});
+        company.workspace().CommitTrans();
+    }
+    void allocate(const char* from, const char* to, double percent) {
+        company.add("Allocation_Account_table",
+                    {{"allocate_accno", from}, {"accno", to}, {"Percent", percent}});
+    }
+    static GlHeader base_header() {
+        GlHeader header;
+        header.company = "1";
+        header.gldate = day("2026-03-16");
+        header.remark = "Invoice no. IP-26-00001";
+        header.Source = "AP-INVOICE";
+        header.source_docno = "IP-26-00001";
+        header.source_form = "APform_invoice";
+        header.Currency = "USD";
+        header.base_currency = "USD";
+        header.period = "3";
+        header.fyear = "2026";
+        header.user = "anna";
+        header.vendor_no = "V1001";
+        header.gain_account = "7500";
+        header.loss_account = "7510";
+        return header;
+    }
+    static GlHeader foreign_header(double rate) {
+        GlHeader header = base_header();
+        header.Currency = "EUR";
+        header.rate_doc_to_base = rate;
+        return header;
+    }
+    // Posts the entries of a document: account, amount, base amount.
+    struct Entry {
+        const char* accno;
+        double amount;
+        double base_amount;
+    };
+    [[nodiscard]] bool post(const GlHeader& header, std::initializer_list<Entry> entries) {
+        GlPosting posting(kernel, header);
+        if (!posting.open()) return false;
+        for (const Entry& entry : entries)
+            posting.add(entry.accno, entry.amount, entry.base_amount);
+        return posting.write_lines() && posting.write_rounding() && posting.finish();
+    }
+    [[nodiscard]] bool post(std::initializer_list<std::pair<const char*, double>> entries) {
+        GlPosting posting(kernel, base_header());
+        if (!posting.open()) return false;
+        for (const auto& [accno, amount] : entries)
+            posting.add(accno, amount, amount);
+        return posting.write_lines() && posting.write_rounding() && posting.finish();
+    }
+    // "lineno accno amount", a line each.
+    std::string lines() { return company.list("SELECT lineno, accno, amount FROM GL_transaction_table"); }
+    std::string foreign_lines() {
+        return company.list(
+            "SELECT accno, amount, base_amount, Currency, ledgertype FROM GL_transaction_table");
+    }
+};
+
+TEST_F(GlPostings, LinesAreSummedByAccountAndSorted) {
+    EXPECT_TRUE(post({{"2100", 112.35}, {"5000", 100}, {"1300", 5}, {"5000", 7.35}}));
+    EXPECT_EQ(lines(), "1 1300 5 | 2 2100 112.35 | 3 5000 107.35");
+    EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(GlPostings, AllocatedAccountShowsInAndOutAndThenItsShares) {
+    allocate("5000", "5100", 60);
+    allocate("5000", "5200", 40);
+    EXPECT_TRUE(post({{"2100", 112.35}, {"5000", 107.35}, {"1300", 5}}));
+    EXPECT_EQ(lines(),
+              "1 1300 5 | 2 2100 112.35 | 3 5000 107.35 | 4 5000 -107.35 | 5 5100 64.41 | 6 5200 42.94");
+    EXPECT_EQ(balance("5000"), "0 0");
+    EXPECT_EQ(balance("5100"), "64.41 64.41");
+    EXPECT_EQ(balance("3900"), fmt::format("{} -", -107.35));
+}
+
+TEST_F(GlPostings, HeaderTellsTheDocumentAndItsSource) {
+    GlPosting posting(kernel, base_header());
+    ASSERT_TRUE(posting.open());
+    posting.add("5000", 1, 1);
+    posting.add("2100", 1, 1);
+    ASSERT_TRUE(posting.write_lines() && posting.finish());
+    EXPECT_EQ(posting.fkey(), "1gl-204");
+    EXPECT_EQ(company.list("SELECT company, doctype, docno, gldate, fkey, remark, Source, source_docno, "
+                           "source_form, Currency, exchange_rate, period, fyear, user_created, date_created, "
+                           "time_created FROM GL_header_table"),
+              "1 gl GL-26-00012 2026-03-16 1gl-204 Invoice no. IP-26-00001 AP-INVOICE IP-26-00001 "
+              "APform_invoice USD - 3 2026 anna 2026-03-16 09:30:00");
+}
+
+TEST_F(GlPostings, LineTellsItsAccountsSegmentsAndItsDocument) {
+    EXPECT_TRUE(post({{"2100", 1}, {"5000", 1}}));
+    EXPECT_EQ(company.list("SELECT company, fkey, docno, gldate, period, fyear, acccode, subacc, subacc2, "
+                           "subacc5, Currency, ledgertype, exchange_rate, vendor_no, Source, source_form, "
+                           "source_docno, date_created, time_created, user_created FROM GL_transaction_table "
+                           "WHERE accno = '2100'"),
+              "1 1gl-204 GL-26-00012 2026-03-16 3 2026 2100 S1 - S5 USD A - - AP-INVOICE APform_invoice "
+              "IP-26-00001 2026-03-16 09:30:00 anna");
+}
+
+TEST_F(GlPostings, AccountThatSumsToZeroMakesNoLineEvenWhenItIsAllocated) {
+    allocate("5000", "5100", 60);
+    allocate("5000", "5200", 40);
+    EXPECT_TRUE(post({{"5000", 10}, {"5000", -10}, {"1300", 1}, {"2100", 1}}));
+    EXPECT_EQ(lines(), "1 1300 1 | 2 2100 1");
+}
+
+TEST_F(GlPostings, AccountOutsideTheMasterFailsSilently) {
+    EXPECT_FALSE(post({{"2100", 10}, {"9999", 10}}));
+    EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(GlPostings, ShareOfAnAccountOutsideTheMasterFailsSilently) {
+    allocate("5000", "9999", 100);
+    EXPECT_FALSE(post({{"2100", 10}, {"5000", 10}}));
+    EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(GlPostings, UnbalancedDocumentIsToldAndHasNoHeader) {
+    EXPECT_FALSE(post({{"2100", 10}, {"5000", 9.99}}));
+    EXPECT_THAT(messages(), ElementsAre("Document is not balance (debit <> credit)"));
+    EXPECT_EQ(company.list("SELECT fkey FROM GL_header_table"), "");
+}
+
+TEST_F(GlPostings, MissingCounterEndsThePosting) {
+    GlHeader header = base_header();
+    header.fyear = "2030";
+    EXPECT_FALSE(post(header, {{"2100", 1, 1}}));
+    EXPECT_EQ(messages().size(), 1U);
+}
+
+TEST_F(GlPostings, LongDocumentNumberIsTold) {
+    const std::string prefix(25, 'G');
+    company.db().Execute("UPDATE Next_number_format_table SET prefix = '" + prefix + "'");
+    EXPECT_FALSE(post({{"2100", 1}, {"5000", 1}}));
+    EXPECT_THAT(messages(),
+                ElementsAre("Error : document no. is longer than 30 characters. " + prefix + "-26-00012"));
+}
+
+TEST_F(GlPostings, FiftyFirstAccountIsAnError) {
+    GlPosting posting(kernel, base_header());
+    ASSERT_TRUE(posting.open());
+    for (int i = 1; i <= 50; ++i)
+        posting.add(std::to_string(i), 1, 1);
+    EXPECT_THROW(posting.add("51", 1, 1), kernel::SummaryFull);
+}
+
+TEST_F(GlPostings, ForeignLinesAreKeptInBothAmounts) {
+    EXPECT_TRUE(post(foreign_header(1.25), {{"2100", 100, 125}, {"5000", 100, 125}}));
+    EXPECT_EQ(foreign_lines(), "2100 100 125 EUR F | 5000 100 125 EUR F");
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_header_table"), "1.25");
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_transaction_table"), "1.25 | 1.25");
+    EXPECT_EQ(balance("2100", "F"), "100 125");
+    EXPECT_EQ(balance("2100", "A"), "125 -");
+}
+
+TEST_F(GlPostings, ForeignDocumentOpensItsAccountsForTheCurrency) {
+    EXPECT_TRUE(post(foreign_header(1.25), {{"2100", 100, 125}, {"1300", 100, 125}}));
+    EXPECT_EQ(company.list("SELECT accno, revalue FROM Account_currency_table WHERE accno = '1300'"),
+              "1300 TRUE");
+    EXPECT_EQ(balance("1300", "F"), "100 125");
+    EXPECT_EQ(period("Period3, e_period3", "1300", "F"), "100 125");
+    EXPECT_EQ(period("Period3", "1300", "E"), "-");
+    EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(GlPostings, AccountThatCannotBeOpenedForTheCurrencyIsTold) {
+    company.db().Execute("UPDATE Fiscalyear_table SET history = TRUE");
+    EXPECT_FALSE(post(foreign_header(1.25), {{"2100", 100, 125}, {"1300", 100, 125}}));
+    EXPECT_THAT(messages(), ElementsAre("Account 1300 has not been set for currency EUR"));
+}
+
+TEST_F(GlPostings, CentsLostOnTheCreditSideGoToTheLossAccount) {
+    // Debits 125.00, credits 125.01: the difference is negative.
+    EXPECT_TRUE(post(foreign_header(1.25), {{"5000", 100, 125}, {"2100", 100, 125.01}}));
+    EXPECT_EQ(foreign_lines(), "2100 100 125.01 EUR F | 5000 100 125 EUR F | 7510 0.01 0.01 USD A");
+    EXPECT_EQ(company.list("SELECT lineno, vendor_no, exchange_rate FROM GL_transaction_table WHERE accno = "
+                           "'7510'"),
+              "3 V1001 -");
+    EXPECT_EQ(balance("7510"), "0.01 0.01");
+    EXPECT_EQ(period("Period3", "7510"), "0.01");
+}
+
+TEST_F(GlPostings, CentsLostOnTheDebitSideGoToTheGainAccount) {
+    EXPECT_TRUE(post(foreign_header(1.25), {{"5000", 100, 125.02}, {"2100", 100, 125}}));
+    EXPECT_EQ(foreign_lines(), "2100 100 125 EUR F | 5000 100 125.02 EUR F | 7500 -0.02 -0.02 USD A");
+}
+
+TEST_F(GlPostings, DifferenceBelowOneIsRoundedAwayAndOneIsRefused) {
+    EXPECT_TRUE(post(foreign_header(1.25), {{"5000", 100, 125.99}, {"2100", 100, 125}}));
+    EXPECT_FALSE(post(foreign_header(1.25), {{"5000", 100, 126}, {"2100", 100, 125}}));
+    EXPECT_THAT(messages(), ElementsAre("Document is not balance (debit <> credit)"));
+}
+
+TEST_F(GlPostings, BaseDocumentHasNoRoundingLine) {
+    EXPECT_FALSE(post({{"5000", 10}, {"2100", 10.01}}));
+    EXPECT_EQ(lines(), "1 2100 10.01 | 2 5000 10");
+}
+
+TEST_F(GlPostings, RoundingAccountOutsideTheMasterIsTold) {
+    GlHeader header = foreign_header(1.25);
+    header.loss_account = "7999";
+    EXPECT_FALSE(post(header, {{"5000", 100, 125}, {"2100", 100, 125.01}}));
+    EXPECT_THAT(messages(), ElementsAre("No account 7999"));
+}
+
+TEST_F(GlPostings, InactiveAccountStopsTheDocument) {
+    company.db().Execute("UPDATE Account_master_table SET inactive = TRUE WHERE accno = '5000'");
+    EXPECT_FALSE(post({{"2100", 10}, {"5000", 10}}));
+    EXPECT_THAT(messages(), ElementsAre("Account 5000 is inactive."));
+}
+
+TEST_F(GlPostings, FailedDocumentLeavesNothingAfterARollback) {
+    company.workspace().BeginTrans();
+    EXPECT_FALSE(post({{"2100", 10}, {"5000", 9}}));
+    company.workspace().Rollback();
+    EXPECT_EQ(lines(), "");
+    EXPECT_EQ(balance("2100"), "- -");
+    EXPECT_EQ(company.list("SELECT nextdocno FROM Docno_master_table"), "12");
+    EXPECT_EQ(company.list("SELECT fkeyno FROM Next_number_fkey_table"), "204");
+}
+
+TEST_F(GlPostings, SharesOfAForeignAllocatedAccountAreRoundedInBothCurrencies) {
+    allocate("5000", "5100", 33.33);
+    allocate("5000", "5200", 66.67);
+    EXPECT_TRUE(post(foreign_header(1.237), {{"2100", 99.99, 123.69}, {"5000", 99.99, 123.69}}));
+    EXPECT_EQ(foreign_lines(),
+              fmt::format("2100 99.99 123.69 EUR F | 5000 99.99 123.69 EUR F | 5000 -99.99 -123.69 EUR F | "
+                          "5100 {} {} EUR F | 5200 {} {} EUR F",
+                          Round(99.99 * 33.33 / 100), Round(123.69 * 33.33 / 100), Round(99.99 * 66.67 / 100),
+                          Round(123.69 * 66.67 / 100)));
+}
+
+}  // namespace brimley::testing

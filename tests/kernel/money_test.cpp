@@ -1,0 +1,78 @@
+#include "kernel/money.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace brimley::testing {
+
+using kernel::format_money;
+using kernel::is_numeric;
+using kernel::money_value;
+using kernel::Round;
+
+TEST(Money, RoundTakesATieToTheEvenDigit) {
+    EXPECT_EQ(Round(2.125), 2.12);
+    EXPECT_EQ(Round(2.375), 2.38);
+    EXPECT_EQ(Round(-2.125), -2.12);
+    EXPECT_EQ(Round(0.005), 0.0);
+    EXPECT_EQ(Round(0.015), 0.02);
+    EXPECT_EQ(Round(7.354), 7.35);
+    EXPECT_EQ(Round(1e9 + 0.126), 1e9 + 0.13);
+}
+
+TEST(Money, FormatTakesATieAwayFromZero) {
+    EXPECT_EQ(format_money(2.125), "2.13");
+    EXPECT_EQ(format_money(-2.125), "-2.13");
+    EXPECT_EQ(format_money(0.005), "0.01");
+}
+
+TEST(Money, FormatGroupsThousands) {
+    EXPECT_EQ(format_money(0), "0.00");
+    EXPECT_EQ(format_money(999.994), "999.99");
+    EXPECT_EQ(format_money(999.995), "1,000.00");
+    EXPECT_EQ(format_money(1234.5), "1,234.50");
+    EXPECT_EQ(format_money(-123456.7), "-123,456.70");
+    EXPECT_EQ(format_money(1234567890.12), "1,234,567,890.12");
+}
+
+TEST(Money, NegativeZeroShowsWithoutSign) {
+    EXPECT_EQ(format_money(-0.0), "0.00");
+    EXPECT_EQ(format_money(-0.004), "0.00");
+    EXPECT_EQ(format_money(-0.006), "-0.01");
+}
+
+TEST(Money, ValueDropsCommasAndReadsTheLeadingDigits) {
+    EXPECT_EQ(money_value("1,234.50"), 1234.5);
+    EXPECT_EQ(money_value("-1,234.50"), -1234.5);
+    EXPECT_EQ(money_value("12 pieces"), 12);
+    EXPECT_EQ(money_value("12.5.7"), 12.5);
+    EXPECT_EQ(money_value("+3"), 3);
+    EXPECT_EQ(money_value(".5"), 0.5);
+    EXPECT_EQ(money_value("  7"), 7);
+    EXPECT_EQ(money_value("5-2"), 5);
+}
+
+TEST(Money, ValueOfAWordOrOfNothingIsZero) {
+    for (const char* text : {"", "word", "-", ".", ",", "x12"})
+        EXPECT_EQ(money_value(text), 0) << text;
+}
+
+TEST(Money, FormattedAmountsReadBackAsTheyWere) {
+    for (long long cents = -250000; cents <= 250000; cents += 37) {
+        const double amount = static_cast<double>(cents) / 100;
+        ASSERT_EQ(Round(money_value(format_money(amount))), Round(amount)) << amount;
+    }
+}
+
+TEST(Money, NumericTextsMayHaveSignCommasAndDecimals) {
+    for (const char* text : {"5", "-5", "+5", "1,234.50", " 12 ", ".5", "5.", "0"})
+        EXPECT_TRUE(is_numeric(text)) << text;
+}
+
+TEST(Money, OtherTextsAreNotNumeric) {
+    for (const char* text : {"", " ", "abc", "12a", "1.2.3", "-", ".", ",5", "1.5,0", "1 2", "--5"})
+        EXPECT_FALSE(is_numeric(text)) << text;
+}
+
+}  // namespace brimley::testing

@@ -1,0 +1,28 @@
+// The desk that tests give to forms: what Recording keeps, and the forms on the screen.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "frame/desk.h"
+#include "frame/form.h"
+#include "support/recording_outside.h"
+
+namespace brimley::testing {
+
+class RecordingDesk : public Recording<frame::Desk> {
+  public:
+    void form_shown(std::shared_ptr<frame::Form> form) override { open_forms.push_back(std::move(form)); }
+    void form_raised(frame::Form& form) override { raised.push_back(&form); }
+    void form_closed(frame::Form& form) override {
+        ++closed;
+        std::erase_if(open_forms, [&](const auto& open) { return open.get() == &form; });
+    }
+
+    std::vector<std::shared_ptr<frame::Form>> open_forms;  // oldest first
+    std::vector<frame::Form*> raised;
+    int closed = 0;
+};
+
+}  // namespace brimley::testing
