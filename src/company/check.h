@@ -2,7 +2,7 @@
 // stored.
 //
 // Each check is a routine of its own that adds one line a finding. All amounts are compared rounded to two
-// places; null counts as 0. Every check is linear in the number of rows and reads a table once.
+// places; null counts as 0. Every check is linear in the number of rows.
 //
 // What posting as it is made to work does not keep is not a finding: `owing_balance` against the vendor's
 // documents, payable accounts against open documents, Current Earnings against the income statement, `amount`
