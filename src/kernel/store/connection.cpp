@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "kernel/store/dialect/evaluator.h"
+
 namespace brimley::store {
 
 namespace {
@@ -43,6 +45,17 @@ std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, std::string_
     plan->keys.text = plan->translation.keys;
     plan->at_key.text = plan->translation.at_key;
     select.finds.add(shape_, plan);
+    return plan;
+}
+
+std::shared_ptr<FilterPlan> Connection::filter_plan(SelectPlan& select, std::string_view criteria) {
+    dialect::take_shape(criteria, shape_, literals_);
+    if (auto known = select.filters.find(shape_)) return known;
+    auto plan = std::make_shared<FilterPlan>();
+    plan->criteria = translator_.filter(select.translation, criteria);
+    const auto column_of = [&](std::string_view name) { return select.names.find(name); };
+    dialect::look_up_columns(*plan->criteria, column_of, criteria);
+    select.filters.add(shape_, plan);
     return plan;
 }
 

@@ -40,7 +40,9 @@ class Connection {
 
     // Plans of query texts. They leave the text's literals in literals(), which are views into the text.
     [[nodiscard]] std::shared_ptr<SelectPlan> select_plan(std::string_view query);
+    // For the table of a query that has one.
     [[nodiscard]] std::shared_ptr<FindPlan> find_plan(SelectPlan& select, std::string_view criteria);
+    [[nodiscard]] std::shared_ptr<FilterPlan> filter_plan(SelectPlan& select, std::string_view criteria);
     [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
     [[nodiscard]] std::span<const dialect::Literal> literals() const { return literals_; }
     // Stay where they are as long as the connection lives.
