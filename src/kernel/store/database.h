@@ -51,8 +51,8 @@ struct Bookmark {
 // A snapshot holds the rows as they were when it was opened. A dynaset is a keyset: which rows, and in which
 // order, is fixed when it is opened, plus the rows added through it, at the end, even when they do not meet
 // its WHERE; each row's fields are read afresh when it is moved to. "SELECT * FROM x" without a WHERE fetches
-// no keys until it is walked, and FindFirst on it is one indexed look-up. "WHERE 1 = 2" is the empty
-// recordset on which to add rows.
+// no keys until it is walked or, with an ORDER BY, one of its rows is changed; FindFirst on it is one indexed
+// look-up. "WHERE 1 = 2" is the empty recordset on which to add rows.
 //
 // After opening, the first row is current, if there is one. Reading a field without a current row is
 // ErrorKind::state.

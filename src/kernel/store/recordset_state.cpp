@@ -175,6 +175,7 @@ bool Recordset::State::collect_changes() {
 void Recordset::State::update_row() {
     last_modified_ = keyset_->current_key();
     if (!collect_changes()) return;
+    keyset_->fix_order();
     parameters_.clear();
     for (std::size_t word = 0; word < changed_fields_.size(); ++word) {
         for (std::uint64_t bits = changed_fields_[word]; bits != 0; bits &= bits - 1) {
