@@ -236,13 +236,12 @@ TEST_F(Keyset, MoveDropsAnUnfinishedEdit) {
 }
 
 TEST_F(Keyset, UpdateWritesOnlyWhatChanged) {
-    auto other = company_.second_user();
     Recordset rows = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
     rows.Edit();
     rows.set("amount", 11);
     rows.set("vendor_no", store::Value());
     rows.set("company", "1");
-    other.database->Execute("UPDATE Header_table SET vendor_no = 'theirs', company = '2' WHERE docno = 'a'");
+    company_.db().Execute("UPDATE Header_table SET vendor_no = 'theirs', company = '2' WHERE docno = 'a'");
     rows.Update();
     auto row = company_.snapshot("SELECT * FROM Header_table WHERE docno = 'a'");
     EXPECT_EQ(row.number("amount"), 11);

@@ -2,8 +2,7 @@
 //
 // The transaction has two layers. BeginTrans only says that what follows belongs together; the engine's
 // transaction begins with the first write or lock, so that it never rests on data that was read before it.
-// Outside BeginTrans a locking Edit begins the engine's transaction, which ends when the last such lock is
-// released.
+// Outside BeginTrans an Edit begins the engine's transaction, which ends when the last such lock is released.
 //
 // After a failure that leaves the engine's transaction in doubt nothing more is written until Rollback: the
 // rest of a save must not become a transaction of its own.

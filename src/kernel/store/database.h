@@ -12,10 +12,10 @@
 // ErrorKind::syntax with the place; it is never passed on to an engine. Values go into query texts through
 // quoted() only. Equal shapes share one prepared statement.
 //
-// Transactions: BeginTrans opens nothing yet. The first write, or the first locking Edit, begins the engine's
+// Transactions: BeginTrans opens nothing yet. The first write, or the first Edit, begins the engine's
 // transaction, which fails at once (ErrorKind::locked) while another workspace holds it, and may be tried
-// again. Without BeginTrans each Update and Execute is its own transaction. Rollback is harmless when nothing
-// is open.
+// again. Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a
+// transaction of its own. Rollback is harmless when nothing is open.
 //
 // Ownership: a Database keeps its Workspace's connection alive, a Recordset that of its Database. None of
 // them may be used from two threads at a time.
@@ -101,9 +101,10 @@ class Recordset {
     [[nodiscard]] Value column(int column) const;
 
     void AddNew();
-    // With LockEdits the row is taken, at once or not at all, and held until Update (outside a transaction)
-    // or until the transaction ends. Throws ErrorKind::locked when another workspace holds it,
-    // ErrorKind::state when the row is gone. The row's fields are read again once it is held.
+    // Takes the right to write, and with LockEdits or outside a transaction the row itself, at once or not at
+    // all. Outside a transaction they are held until Update, CancelUpdate or the next move, inside one until
+    // it ends. Throws ErrorKind::locked when another workspace holds them, ErrorKind::state when the row is
+    // gone. The row's fields are read again once it is held.
     void Edit();
     // As Edit, but a row that is held by another workspace is an answer: false, and nothing has changed.
     [[nodiscard]] bool try_edit();

@@ -112,11 +112,11 @@ bool Recordset::State::edit() {
     return true;
 }
 
-// Inside a transaction even an Edit without LockEdits takes its place among the writers: what it reads now
-// must still hold when it is written.
+// Even an Edit without LockEdits takes its place among the writers: what it reads now must still hold when it
+// is written.
 bool Recordset::State::take_row() {
-    if (pessimistic_) return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
-    return !connection_->in_trans() || connection_->begin_write();
+    if (connection_->in_trans() && !pessimistic_) return connection_->begin_write();
+    return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
 }
 
 void Recordset::State::set(std::string_view name, const Value& value) {
