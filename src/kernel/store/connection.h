@@ -54,11 +54,13 @@ class Connection {
     WriteResult write(PlannedStatement& statement, std::span<const Parameter> parameters);
 
     void begin_trans();
+    void begin_snapshot();
     void commit_trans();
     void rollback();
     [[nodiscard]] bool in_trans() const { return in_trans_; }
 
-    // Begins the engine's transaction if it is not open. False when another workspace writes.
+    // Begins the engine's transaction if it is not open. False when another workspace writes. Throws
+    // ErrorKind::state within a snapshot.
     [[nodiscard]] bool begin_write();
     // Takes the row until the transaction ends, or outside one until release(). False when another workspace
     // holds it.
@@ -94,10 +96,11 @@ class Connection {
     std::vector<dialect::Literal> literals_;
 
     bool in_trans_ = false;
-    bool begun_ = false;    // the engine's transaction is open
-    bool spoiled_ = false;  // only Rollback helps
-    bool broken_ = false;   // nothing helps
-    int holds_ = 0;         // locks outside BeginTrans
+    bool reading_only_ = false;  // the transaction is a snapshot
+    bool begun_ = false;         // the engine's transaction is open
+    bool spoiled_ = false;       // only Rollback helps
+    bool broken_ = false;        // nothing helps
+    int holds_ = 0;              // locks outside BeginTrans
     std::uint64_t transaction_number_ = 1;
     std::uint64_t stamp_ = 1;
 };

@@ -17,6 +17,9 @@
 // again. Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a
 // transaction of its own. Rollback is harmless when nothing is open.
 //
+// BeginSnapshot is for long reading: until CommitTrans or Rollback everything is read as it was at that
+// moment, while others go on writing, and nobody waits for anybody. Writing within it is ErrorKind::state.
+//
 // Ownership: a Database keeps its Workspace's connection alive, a Recordset that of its Database. None of
 // them may be used from two threads at a time.
 #pragma once
@@ -151,8 +154,11 @@ class Workspace {
     ~Workspace();
 
     void BeginTrans();
+    // Takes no lock. ErrorKind::state within a transaction or while a row is being edited.
+    void BeginSnapshot();
     void CommitTrans();
     void Rollback();
+    // A snapshot counts.
     [[nodiscard]] bool in_transaction() const;
 
   private:
