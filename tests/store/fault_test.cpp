@@ -118,6 +118,18 @@ TEST_F(Fault, AfterAFailureOfTheDiskOnlyRollbackHelps) {
     EXPECT_EQ(company_.list("SELECT amount FROM Header_table"), "4");
 }
 
+TEST_F(Fault, SnapshotThatCannotBeginLeavesNothingOpen) {
+    auto faults = std::make_shared<Faults>();
+    auto user = company_.second_user(testing::faulty(faults));
+    faults->arm(1, false);
+    expect_error(ErrorKind::io, [&] { user.workspace->BeginSnapshot(); });
+    EXPECT_FALSE(user.workspace->in_transaction());
+    user.workspace->BeginSnapshot();
+    user.workspace->Rollback();
+    user.database->Execute("UPDATE Header_table SET amount = 4");
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table"), "4");
+}
+
 TEST_F(Fault, LostConnectionAnswersNothingMore) {
     auto faults = std::make_shared<Faults>();
     faults->kind = ErrorKind::lost;

@@ -116,6 +116,27 @@ TEST_F(Find, WalkGoesOnFromTheRowFound) {
     }
 }
 
+TEST_F(Find, NameGivenByTheSelectListIsFoundByThatName) {
+    fill(5);
+    for (const auto kind : {RecordsetKind::dynaset, RecordsetKind::snapshot}) {
+        Recordset rows = company_.db().OpenRecordset("SELECT docno as tax,vendor_no FROM Header_table", kind);
+        rows.FindFirst("[tax] = 'd3'");
+        ASSERT_FALSE(rows.NoMatch());
+        EXPECT_EQ(rows.text("tax"), "d3");
+        rows.FindFirst("[tax] = 'STACK'");
+        EXPECT_TRUE(rows.NoMatch());
+        testing::expect_error(store::ErrorKind::name, [&] { rows.FindFirst("[taxes] = 'd3'"); });
+    }
+}
+
+TEST_F(Find, SnapshotIsSearchedByItsComputedColumns) {
+    fill(5);
+    Recordset rows = company_.snapshot("SELECT docno, amount * 2 AS twice FROM Header_table");
+    rows.FindFirst("twice = 6");
+    ASSERT_FALSE(rows.NoMatch());
+    EXPECT_EQ(rows.text("docno"), "d3");
+}
+
 TEST_F(Find, FindNextOnAnEmptyRecordsetMatchesNothing) {
     for (const auto kind : {RecordsetKind::dynaset, RecordsetKind::snapshot}) {
         Recordset rows = company_.db().OpenRecordset("SELECT * FROM Header_table", kind);

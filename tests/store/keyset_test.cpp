@@ -100,6 +100,30 @@ TEST_F(Keyset, WalkGoesOnBehindARowThatIsDeletedUnderIt) {
     }
 }
 
+TEST_F(Keyset, WalkOfAnOrderedTableGoesOnWhereTheChangedRowStood) {
+    Recordset rows = dynaset("SELECT * FROM Header_table ORDER BY docno");
+    EXPECT_EQ(rows.text("docno"), "a");
+    rows.Edit();
+    rows.set("docno", "z");
+    rows.Update();
+    rows.MoveNext();
+    EXPECT_EQ(rows.text("docno"), "b");
+    rows.MoveFirst();
+    EXPECT_EQ(rows.text("docno"), "z");
+    EXPECT_EQ(rows.RecordCount(), 3);
+    EXPECT_EQ(company_.list("SELECT docno FROM Header_table ORDER BY docno"), "b c z");
+}
+
+TEST_F(Keyset, EveryRowOfAnOrderedTableIsChangedOnceInOneWalk) {
+    Recordset rows = dynaset("SELECT * FROM Header_table ORDER BY amount, docno");
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        rows.Edit();
+        rows.set("amount", rows.number("amount") + 1);
+        rows.Update();
+    }
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table"), "11 11 11");
+}
+
 TEST_F(Keyset, AddedRowsStandAtTheEndEvenOutsideTheWhere) {
     Recordset rows = dynaset("SELECT docno FROM Header_table WHERE docno <> 'x' ORDER BY docno");
     add(rows, "x");
@@ -212,13 +236,12 @@ TEST_F(Keyset, MoveDropsAnUnfinishedEdit) {
 }
 
 TEST_F(Keyset, UpdateWritesOnlyWhatChanged) {
-    auto other = company_.second_user();
     Recordset rows = dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
     rows.Edit();
     rows.set("amount", 11);
     rows.set("vendor_no", store::Value());
     rows.set("company", "1");
-    other.database->Execute("UPDATE Header_table SET vendor_no = 'theirs', company = '2' WHERE docno = 'a'");
+    company_.db().Execute("UPDATE Header_table SET vendor_no = 'theirs', company = '2' WHERE docno = 'a'");
     rows.Update();
     auto row = company_.snapshot("SELECT * FROM Header_table WHERE docno = 'a'");
     EXPECT_EQ(row.number("amount"), 11);

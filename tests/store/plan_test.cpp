@@ -135,6 +135,8 @@ TEST_F(Plan, EditInATransactionReadsNothingTwice) {
 }
 
 TEST_F(Plan, UpdateWithoutAChangeRunsNoStatement) {
+    store::Workspace workspace(connection_);
+    workspace.BeginTrans();
     Recordset rows = open("SELECT * FROM Header_table WHERE docno = 'd2'");
     rows.Edit();
     rows.set("amount", 2);

@@ -148,16 +148,32 @@ TEST_F(RowLock, TwoLocksOfOneUserEndOneByOne) {
     EXPECT_EQ(theirs.number("nextdocno"), 6);
 }
 
-TEST_F(RowLock, PlainEditOutsideATransactionTakesNothingUntilUpdate) {
+TEST_F(RowLock, PlainEditOutsideATransactionFailsAtOnceWhileAnotherUserWrites) {
+    other_.workspace->BeginTrans();
+    Recordset theirs = other_.database->OpenRecordset(kCounter, store::RecordsetKind::dynaset);
+    theirs.Edit();
     Recordset mine = company_.dynaset(kCounter);
+    expect_error(ErrorKind::locked, [&] { mine.Edit(); });
+    EXPECT_FALSE(mine.try_edit());
+    count_up(theirs);
+    other_.workspace->CommitTrans();
     mine.Edit();
-    Recordset theirs = counter(*other_.database);
-    ASSERT_TRUE(theirs.try_edit());
-    mine.set("nextdocno", 9);
-    expect_error(ErrorKind::locked, [&] { mine.Update(); });
+    EXPECT_EQ(mine.number("nextdocno"), 6);
+}
+
+TEST_F(RowLock, PlainEditOutsideATransactionHoldsUntilUpdateOrCancel) {
+    Recordset mine = company_.dynaset(kCounter);
+    Recordset theirs = other_.database->OpenRecordset(kCounter, store::RecordsetKind::dynaset);
+    mine.Edit();
+    EXPECT_FALSE(theirs.try_edit());
+    mine.CancelUpdate();
+    EXPECT_TRUE(theirs.try_edit());
     theirs.CancelUpdate();
-    mine.Update();
-    EXPECT_EQ(company_.list("SELECT nextdocno FROM Counter_table"), "9");
+    mine.Edit();
+    EXPECT_FALSE(theirs.try_edit());
+    count_up(mine);
+    ASSERT_TRUE(theirs.try_edit());
+    EXPECT_EQ(theirs.number("nextdocno"), 6);
 }
 
 TEST_F(RowLock, PlainEditInsideATransactionTakesItsPlaceAtOnce) {

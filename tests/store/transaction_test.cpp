@@ -112,6 +112,59 @@ TEST_F(Transaction, RefusedStatementLeavesTheRestStanding) {
     EXPECT_EQ(seen_by_others("SELECT docno FROM Header_table"), "b a c n m");
 }
 
+TEST_F(Transaction, SnapshotSeesOneMomentWhileOthersWrite) {
+    company_.workspace().BeginSnapshot();
+    EXPECT_TRUE(company_.workspace().in_transaction());
+    Recordset rows = company_.dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
+    other_.database->Execute("UPDATE Header_table SET amount = 20");
+    other_.workspace->BeginTrans();
+    other_.database->Execute("DELETE * FROM Header_table WHERE docno = 'b'");
+    other_.workspace->CommitTrans();
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table"), "10 10 10");
+    rows.MoveFirst();
+    EXPECT_EQ(rows.number("amount"), 10);
+    company_.workspace().CommitTrans();
+    EXPECT_FALSE(company_.workspace().in_transaction());
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table"), "20 20");
+}
+
+TEST_F(Transaction, SnapshotBeginsWhileAnotherUserWritesAndSeesNothingOfIt) {
+    other_.workspace->BeginTrans();
+    other_.database->Execute("DELETE * FROM Header_table");
+    company_.workspace().BeginSnapshot();
+    EXPECT_EQ(company_.count("Header_table"), 3);
+    other_.workspace->CommitTrans();
+    EXPECT_EQ(company_.count("Header_table"), 3);
+    company_.workspace().Rollback();
+    EXPECT_EQ(company_.count("Header_table"), 0);
+}
+
+TEST_F(Transaction, NothingIsWrittenWithinASnapshot) {
+    company_.workspace().BeginSnapshot();
+    expect_error(ErrorKind::state, [&] { company_.db().Execute("DELETE * FROM Header_table"); });
+    expect_error(ErrorKind::state, [&] { company_.add("Header_table", {{"docno", "n"}}); });
+    Recordset rows = company_.dynaset("SELECT * FROM Header_table");
+    expect_error(ErrorKind::state, [&] { rows.Edit(); });
+    rows.LockEdits(true);
+    expect_error(ErrorKind::state, [&] { (void)rows.try_edit(); });
+    company_.workspace().CommitTrans();
+    rows.Edit();
+    EXPECT_EQ(company_.list("SELECT docno FROM Header_table"), "b a c");
+}
+
+TEST_F(Transaction, SnapshotStandsNeitherInATransactionNorBesideAnEdit) {
+    company_.workspace().BeginTrans();
+    expect_error(ErrorKind::state, [&] { company_.workspace().BeginSnapshot(); });
+    company_.workspace().Rollback();
+    Recordset rows = company_.dynaset("SELECT * FROM Header_table");
+    rows.Edit();
+    expect_error(ErrorKind::state, [&] { company_.workspace().BeginSnapshot(); });
+    rows.CancelUpdate();
+    company_.workspace().BeginSnapshot();
+    expect_error(ErrorKind::state, [&] { company_.workspace().BeginTrans(); });
+    expect_error(ErrorKind::state, [&] { company_.workspace().BeginSnapshot(); });
+}
+
 TEST_F(Transaction, WorkspaceThatGoesAwayRollsBack) {
     other_.workspace->BeginTrans();
     other_.database->Execute("DELETE * FROM Header_table");

@@ -1,8 +1,8 @@
 // An engine that fails on purpose: the n-th call, once or from then on, with a chosen kind of error.
 //
-// The calls that count are those that can fail in real life: prepare, query, write, begin_write, commit and
-// lock_row. A rollback never fails. Where an engine answers false for a lock held by somebody else, a fault
-// of kind locked is that answer.
+// The calls that count are those that can fail in real life: prepare, query, write, begin_write, begin_read,
+// commit and lock_row. A rollback never fails. Where an engine answers false for a lock held by somebody
+// else, a fault of kind locked is that answer.
 #pragma once
 
 #include <memory>
@@ -52,6 +52,10 @@ class FaultyEngine final : public store::Engine {
         return engine_->write(statement, parameters);
     }
     bool begin_write() override { return !refused() && engine_->begin_write(); }
+    void begin_read() override {
+        may_fail();
+        engine_->begin_read();
+    }
     void commit() override {
         const bool fails = next_call_fails();
         if (!fails || faults_->commit_done) engine_->commit();
@@ -62,7 +66,7 @@ class FaultyEngine final : public store::Engine {
     bool lock_row(const store::Table& table, store::RowKey key) override {
         return !refused() && engine_->lock_row(table, key);
     }
-    bool excludes_other_writers() const override { return engine_->excludes_other_writers(); }
+    bool reads_stay_true() const override { return engine_->reads_stay_true(); }
 
   private:
     [[nodiscard]] bool next_call_fails() {

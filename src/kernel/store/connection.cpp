@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "kernel/store/dialect/evaluator.h"
+
 namespace brimley::store {
 
 namespace {
@@ -43,6 +45,17 @@ std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, std::string_
     plan->keys.text = plan->translation.keys;
     plan->at_key.text = plan->translation.at_key;
     select.finds.add(shape_, plan);
+    return plan;
+}
+
+std::shared_ptr<FilterPlan> Connection::filter_plan(SelectPlan& select, std::string_view criteria) {
+    dialect::take_shape(criteria, shape_, literals_);
+    if (auto known = select.filters.find(shape_)) return known;
+    auto plan = std::make_shared<FilterPlan>();
+    plan->criteria = translator_.filter(select.translation, criteria);
+    const auto column_of = [&](std::string_view name) { return select.names.find(name); };
+    dialect::look_up_columns(*plan->criteria, column_of, criteria);
+    select.filters.add(shape_, plan);
     return plan;
 }
 
@@ -131,6 +144,16 @@ void Connection::begin_trans() {
     in_trans_ = true;
 }
 
+void Connection::begin_snapshot() {
+    require_usable();
+    if (in_trans_ || begun_) throw Error(ErrorKind::state, "a transaction is open already");
+    guarded([&] { engine_->begin_read(); });
+    in_trans_ = true;
+    reading_only_ = true;
+    begun_ = true;
+    ++stamp_;
+}
+
 void Connection::commit_trans() {
     if (!in_trans_) throw Error(ErrorKind::state, "no transaction is open");
     if (spoiled_) throw Error(ErrorKind::state, "the transaction has failed and can only be rolled back");
@@ -149,6 +172,7 @@ void Connection::rollback() {
 
 void Connection::engine_transaction_ended() {
     begun_ = false;
+    reading_only_ = false;
     spoiled_ = false;
     holds_ = 0;
     ++transaction_number_;
@@ -158,6 +182,7 @@ void Connection::engine_transaction_ended() {
 bool Connection::begin_write() {
     require_usable();
     if (spoiled_) throw Error(ErrorKind::state, "the transaction has failed and can only be rolled back");
+    if (reading_only_) throw Error(ErrorKind::state, "nothing can be written within a snapshot");
     if (begun_) return true;
     if (!guarded([&] { return engine_->begin_write(); })) return false;
     begun_ = true;
@@ -191,7 +216,7 @@ void Connection::release(std::uint64_t& hold) {
 }
 
 bool Connection::still_true(std::uint64_t stamp) const {
-    return begun_ && stamp == stamp_ && engine_->excludes_other_writers();
+    return begun_ && stamp == stamp_ && engine_->reads_stay_true();
 }
 
 }  // namespace brimley::store

@@ -2,8 +2,7 @@
 //
 // The transaction has two layers. BeginTrans only says that what follows belongs together; the engine's
 // transaction begins with the first write or lock, so that it never rests on data that was read before it.
-// Outside BeginTrans a locking Edit begins the engine's transaction, which ends when the last such lock is
-// released.
+// Outside BeginTrans an Edit begins the engine's transaction, which ends when the last such lock is released.
 //
 // After a failure that leaves the engine's transaction in doubt nothing more is written until Rollback: the
 // rest of a save must not become a transaction of its own.
@@ -40,7 +39,9 @@ class Connection {
 
     // Plans of query texts. They leave the text's literals in literals(), which are views into the text.
     [[nodiscard]] std::shared_ptr<SelectPlan> select_plan(std::string_view query);
+    // For the table of a query that has one.
     [[nodiscard]] std::shared_ptr<FindPlan> find_plan(SelectPlan& select, std::string_view criteria);
+    [[nodiscard]] std::shared_ptr<FilterPlan> filter_plan(SelectPlan& select, std::string_view criteria);
     [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
     [[nodiscard]] std::span<const dialect::Literal> literals() const { return literals_; }
     // Stay where they are as long as the connection lives.
@@ -53,11 +54,13 @@ class Connection {
     WriteResult write(PlannedStatement& statement, std::span<const Parameter> parameters);
 
     void begin_trans();
+    void begin_snapshot();
     void commit_trans();
     void rollback();
     [[nodiscard]] bool in_trans() const { return in_trans_; }
 
-    // Begins the engine's transaction if it is not open. False when another workspace writes.
+    // Begins the engine's transaction if it is not open. False when another workspace writes. Throws
+    // ErrorKind::state within a snapshot.
     [[nodiscard]] bool begin_write();
     // Takes the row until the transaction ends, or outside one until release(). False when another workspace
     // holds it.
@@ -93,10 +96,11 @@ class Connection {
     std::vector<dialect::Literal> literals_;
 
     bool in_trans_ = false;
-    bool begun_ = false;    // the engine's transaction is open
-    bool spoiled_ = false;  // only Rollback helps
-    bool broken_ = false;   // nothing helps
-    int holds_ = 0;         // locks outside BeginTrans
+    bool reading_only_ = false;  // the transaction is a snapshot
+    bool begun_ = false;         // the engine's transaction is open
+    bool spoiled_ = false;       // only Rollback helps
+    bool broken_ = false;        // nothing helps
+    int holds_ = 0;              // locks outside BeginTrans
     std::uint64_t transaction_number_ = 1;
     std::uint64_t stamp_ = 1;
 };

@@ -12,10 +12,13 @@
 // ErrorKind::syntax with the place; it is never passed on to an engine. Values go into query texts through
 // quoted() only. Equal shapes share one prepared statement.
 //
-// Transactions: BeginTrans opens nothing yet. The first write, or the first locking Edit, begins the engine's
+// Transactions: BeginTrans opens nothing yet. The first write, or the first Edit, begins the engine's
 // transaction, which fails at once (ErrorKind::locked) while another workspace holds it, and may be tried
-// again. Without BeginTrans each Update and Execute is its own transaction. Rollback is harmless when nothing
-// is open.
+// again. Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a
+// transaction of its own. Rollback is harmless when nothing is open.
+//
+// BeginSnapshot is for long reading: until CommitTrans or Rollback everything is read as it was at that
+// moment, while others go on writing, and nobody waits for anybody. Writing within it is ErrorKind::state.
 //
 // Ownership: a Database keeps its Workspace's connection alive, a Recordset that of its Database. None of
 // them may be used from two threads at a time.
@@ -51,8 +54,8 @@ struct Bookmark {
 // A snapshot holds the rows as they were when it was opened. A dynaset is a keyset: which rows, and in which
 // order, is fixed when it is opened, plus the rows added through it, at the end, even when they do not meet
 // its WHERE; each row's fields are read afresh when it is moved to. "SELECT * FROM x" without a WHERE fetches
-// no keys until it is walked, and FindFirst on it is one indexed look-up. "WHERE 1 = 2" is the empty
-// recordset on which to add rows.
+// no keys until it is walked or, with an ORDER BY, one of its rows is changed; FindFirst on it is one indexed
+// look-up. "WHERE 1 = 2" is the empty recordset on which to add rows.
 //
 // After opening, the first row is current, if there is one. Reading a field without a current row is
 // ErrorKind::state.
@@ -101,9 +104,10 @@ class Recordset {
     [[nodiscard]] Value column(int column) const;
 
     void AddNew();
-    // With LockEdits the row is taken, at once or not at all, and held until Update (outside a transaction)
-    // or until the transaction ends. Throws ErrorKind::locked when another workspace holds it,
-    // ErrorKind::state when the row is gone. The row's fields are read again once it is held.
+    // Takes the right to write, and with LockEdits or outside a transaction the row itself, at once or not at
+    // all. Outside a transaction they are held until Update, CancelUpdate or the next move, inside one until
+    // it ends. Throws ErrorKind::locked when another workspace holds them, ErrorKind::state when the row is
+    // gone. The row's fields are read again once it is held.
     void Edit();
     // As Edit, but a row that is held by another workspace is an answer: false, and nothing has changed.
     [[nodiscard]] bool try_edit();
@@ -150,8 +154,11 @@ class Workspace {
     ~Workspace();
 
     void BeginTrans();
+    // Takes no lock. ErrorKind::state within a transaction or while a row is being edited.
+    void BeginSnapshot();
     void CommitTrans();
     void Rollback();
+    // A snapshot counts.
     [[nodiscard]] bool in_transaction() const;
 
   private:

@@ -70,6 +70,8 @@ class Engine {
 
     // Begins a transaction that may write, at once or not at all.
     [[nodiscard]] virtual bool begin_write() = 0;
+    // Begins a transaction that only reads, and sees from now on what stands at this moment.
+    virtual void begin_read() = 0;
     virtual void commit() = 0;
     // Never fails: an engine that cannot say so any more has lost the transaction already.
     virtual void rollback() noexcept = 0;
@@ -79,9 +81,9 @@ class Engine {
 
     // Within a transaction: takes the row until its end, at once or not at all.
     [[nodiscard]] virtual bool lock_row(const Table& table, RowKey key) = 0;
-    // Whether an open transaction keeps every other workspace from writing, so that what was read within it
-    // stays true until this workspace writes.
-    [[nodiscard]] virtual bool excludes_other_writers() const = 0;
+    // Whether what is read within the open transaction stays true until this workspace writes: it keeps every
+    // other workspace from writing, or does not see what they write.
+    [[nodiscard]] virtual bool reads_stay_true() const = 0;
 };
 
 }  // namespace brimley::store

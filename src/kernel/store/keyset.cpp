@@ -163,6 +163,10 @@ void Keyset::go_to(std::int64_t place) {
 
 bool Keyset::refresh() { return read_row(key_); }
 
+void Keyset::fix_order() {
+    if (plan_->translation.ordered) require_keys();
+}
+
 void Keyset::replace_current(Row& row) {
     std::swap(row_, row);
     row_stamp_ = connection_.stamp();

@@ -3,7 +3,7 @@
 //
 // A keyset without a WHERE starts without its keys. As long as nobody walks it, its current row is known by
 // its key alone, and a find is one look-up in the table. The keys are fetched when a move or a count needs
-// them.
+// them, and before a row of an ordered keyset is changed, which might move it elsewhere in the order.
 #pragma once
 
 #include <memory>
@@ -39,6 +39,8 @@ class Keyset final : public RecordSource {
     [[nodiscard]] RowKey current_key() const { return key_; }
     // Reads the current row again, unless nothing can have changed it. False when it is gone.
     [[nodiscard]] bool refresh();
+    // The current row is about to be written.
+    void fix_order();
     // The current row has just been written and now holds this.
     void replace_current(Row& row);
 

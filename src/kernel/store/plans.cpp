@@ -22,7 +22,8 @@ SelectPlan::SelectPlan(dialect::SelectTranslation made)
       first_row{translation.first_row},
       keys{translation.keys},
       by_key{translation.by_key},
-      finds(kFindsMax) {}
+      finds(kFindsMax),
+      filters(kFindsMax) {}
 
 ChangePlan::ChangePlan(dialect::ChangeTranslation made)
     : literals(std::move(made.literals)), statement{std::move(made.text)} {}

@@ -23,7 +23,11 @@ struct FindPlan {
     PlannedStatement first_after;
     PlannedStatement keys;
     PlannedStatement at_key;
-    bool columns_looked_up = false;  // for rows in memory
+};
+
+// Criteria for rows in memory, their names looked up among the columns of the query.
+struct FilterPlan {
+    dialect::ExpressionPtr criteria;
 };
 
 struct SelectPlan {
@@ -36,6 +40,7 @@ struct SelectPlan {
     PlannedStatement keys;
     PlannedStatement by_key;
     LruCache<FindPlan> finds;
+    LruCache<FilterPlan> filters;
 };
 
 struct ChangePlan {

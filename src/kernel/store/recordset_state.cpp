@@ -112,11 +112,11 @@ bool Recordset::State::edit() {
     return true;
 }
 
-// Inside a transaction even an Edit without LockEdits takes its place among the writers: what it reads now
-// must still hold when it is written.
+// Even an Edit without LockEdits takes its place among the writers: what it reads now must still hold when it
+// is written.
 bool Recordset::State::take_row() {
-    if (pessimistic_) return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
-    return !connection_->in_trans() || connection_->begin_write();
+    if (connection_->in_trans() && !pessimistic_) return connection_->begin_write();
+    return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
 }
 
 void Recordset::State::set(std::string_view name, const Value& value) {
@@ -177,6 +177,7 @@ bool Recordset::State::collect_changes() {
 void Recordset::State::update_row() {
     last_modified_ = keyset_->current_key();
     if (!collect_changes()) return;
+    keyset_->fix_order();
     parameters_.clear();
     for (std::size_t word = 0; word < changed_fields_.size(); ++word) {
         for (std::uint64_t bits = changed_fields_[word]; bits != 0; bits &= bits - 1) {

@@ -24,15 +24,9 @@ void Snapshot::go(std::int64_t row) {
 }
 
 bool Snapshot::find(std::string_view criteria, bool onward) {
-    const std::shared_ptr<FindPlan> plan = connection_.find_plan(*plan_, criteria);
-    const std::span<const dialect::Literal> texts = connection_.literals();
-    dialect::Expression& condition = *plan->translation.criteria;
-    if (!plan->columns_looked_up) {
-        const auto column_of = [this](std::string_view name) { return plan_->names.find(name); };
-        dialect::look_up_columns(condition, column_of, criteria);
-        plan->columns_looked_up = true;
-    }
-    const std::vector<Value> literals = dialect::literal_values(condition, texts);
+    const std::shared_ptr<FilterPlan> plan = connection_.filter_plan(*plan_, criteria);
+    const dialect::Expression& condition = *plan->criteria;
+    const std::vector<Value> literals = dialect::literal_values(condition, connection_.literals());
     Row tried;
     for (std::int64_t row = onward ? at_ + 1 : 0; row < rows_.size(); ++row) {
         rows_.load(row, tried);

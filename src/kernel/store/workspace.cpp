@@ -10,6 +10,7 @@ Workspace::Workspace(std::shared_ptr<Connection> connection) : connection_(std::
 Workspace::~Workspace() { connection_->rollback(); }
 
 void Workspace::BeginTrans() { connection_->begin_trans(); }
+void Workspace::BeginSnapshot() { connection_->begin_snapshot(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
 void Workspace::Rollback() { connection_->rollback(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }

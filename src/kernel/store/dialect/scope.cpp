@@ -33,6 +33,13 @@ std::string Scope::add_table(const Source& source) {
     return alias;
 }
 
+void Scope::add_name(std::string_view name, int field) {
+    if (find("", name)) return;
+    ScopeColumn named = sources_.front().columns[static_cast<std::size_t>(field)];
+    named.name = name;
+    sources_.front().columns.push_back(std::move(named));
+}
+
 const ScopeColumn* Scope::find(std::string_view qualifier, std::string_view name) const {
     for (const ScopeSource& source : sources_) {
         if (!qualifier.empty() && (!source.table || !same_name(source.table->name, qualifier))) continue;

@@ -32,6 +32,8 @@ class Scope {
     // Adds a table and gives its alias. Throws ErrorKind::name when the catalog has none of that name.
     std::string add_table(const Source& source);
     void add(ScopeSource source) { sources_.push_back(std::move(source)); }
+    // Another name for a field of the first table, unless something bears that name already.
+    void add_name(std::string_view name, int field);
     [[nodiscard]] std::string next_alias() const;
 
     // Null when there is no such column. Without a qualifier the first source that has the name gives it.

@@ -67,13 +67,14 @@ ChangeTranslation Translator::change(std::string_view statement) const {
 }
 
 FindTranslation Translator::find(const SelectTranslation& select, std::string_view criteria) const {
-    FindTranslation find;
-    find.criteria = parse_criteria(criteria);
-    if (!select.table) return find;
     Scope scope(criteria, catalog_, flavour_);
     scope.add_table({0, select.table->name});
+    for (const ResultColumn& column : select.columns)
+        if (column.field >= 0) scope.add_name(column.name, column.field);
     ParameterList parameters(flavour_, select.outer_kinds);
-    const std::string condition = ExpressionWriter(scope, parameters, flavour_).condition(*find.criteria);
+    const ExpressionPtr condition_tree = parse_criteria(criteria);
+    const std::string condition = ExpressionWriter(scope, parameters, flavour_).condition(*condition_tree);
+    FindTranslation find;
     find.literals = parameters.literals();
     const std::vector<ParameterKind> without_key = parameters.kinds();
     const std::string key_parameter = parameters.add_row_key();
@@ -91,6 +92,19 @@ FindTranslation Translator::find(const SelectTranslation& select, std::string_vi
     find.at_key = {fmt::format("{} AND {} = {}", rows, key, key_parameter), parameters.kinds(), true,
                    columns};
     return find;
+}
+
+ExpressionPtr Translator::filter(const SelectTranslation& select, std::string_view criteria) const {
+    ScopeSource columns{select.table, {}, {}};
+    for (const ResultColumn& column : select.columns)
+        columns.columns.push_back({column.name, column.name, column.type, column.field});
+    Scope scope(criteria, catalog_, flavour_);
+    scope.add(std::move(columns));
+    ParameterList parameters(flavour_, {});
+    ExpressionPtr condition = parse_criteria(criteria);
+    // Written only to find out whether it makes sense: the rows are not the engine's any more.
+    (void)ExpressionWriter(scope, parameters, flavour_).condition(*condition);
+    return condition;
 }
 
 StatementText Translator::insert(const Table& table) const {

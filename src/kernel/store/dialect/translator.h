@@ -56,9 +56,8 @@ struct SelectTranslation {
 
 // The rows of a table that meet the criteria of a FindFirst on the recordset of a translation.
 struct FindTranslation {
-    ExpressionPtr criteria;  // for rows in memory
     std::vector<LiteralParameter> literals;
-    // Only with a table. Parameters: outer, literals, and the key where told.
+    // Parameters: outer, literals, and the key where told.
     StatementText first;        // the first in the recordset's order
     StatementText first_after;  // the first behind the key, in insertion order
     StatementText keys;         // of all matches
@@ -76,9 +75,11 @@ class Translator {
 
     // All of them throw ErrorKind::syntax and ErrorKind::name.
     [[nodiscard]] SelectTranslation select(std::string_view query) const;
-    // The select's own translation and the table that it is of; the criteria's names are looked up in that
-    // table, or among the result columns when there is none.
+    // Of a select that has a table. The criteria's names are fields of that table, or other names that the
+    // select list gives to them.
     [[nodiscard]] FindTranslation find(const SelectTranslation& select, std::string_view criteria) const;
+    // Criteria for rows in memory, of any select; the names are those of its columns.
+    [[nodiscard]] ExpressionPtr filter(const SelectTranslation& select, std::string_view criteria) const;
     [[nodiscard]] ChangeTranslation change(std::string_view statement) const;
 
     // Statements of a table that need no query text. The parameters are the fields' values in order.

@@ -19,6 +19,7 @@ class SqliteEngine final : public Engine {
     explicit SqliteEngine(SqliteHandle connection) : connection_(std::move(connection)) {
         sqlite3_busy_handler(connection_.get(), &SqliteEngine::wait, this);
         begin_ = prepare_sql(connection_.get(), "BEGIN IMMEDIATE");
+        begin_read_ = prepare_sql(connection_.get(), "BEGIN");
         commit_ = prepare_sql(connection_.get(), "COMMIT");
         rollback_ = prepare_sql(connection_.get(), "ROLLBACK");
     }
@@ -53,6 +54,18 @@ class SqliteEngine final : public Engine {
         return true;
     }
 
+    // BEGIN alone sees nothing yet: the first read decides what is seen.
+    void begin_read() override {
+        const int code = run(begin_read_.get());
+        if (code != SQLITE_OK) throw_sqlite_error(connection_.get(), code, "the company file");
+        try {
+            (void)number_of_sql(connection_.get(), "SELECT count(*) FROM sqlite_schema");
+        } catch (...) {
+            rollback();
+            throw;
+        }
+    }
+
     void commit() override {
         const Impatience impatience(*this);
         const int code = run(commit_.get());
@@ -67,7 +80,7 @@ class SqliteEngine final : public Engine {
 
     // The file has one writer, and begin_write() has made it this workspace.
     bool lock_row(const Table&, RowKey) override { return in_transaction(); }
-    bool excludes_other_writers() const override { return in_transaction(); }
+    bool reads_stay_true() const override { return in_transaction(); }
 
   private:
     // While this exists a lock of somebody else is refused at once.
@@ -97,6 +110,7 @@ class SqliteEngine final : public Engine {
     // Statements go before their connection.
     SqliteHandle connection_;
     SqliteStatementHandle begin_;
+    SqliteStatementHandle begin_read_;
     SqliteStatementHandle commit_;
     SqliteStatementHandle rollback_;
     SqliteFlavour flavour_;
