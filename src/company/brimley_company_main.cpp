@@ -49,13 +49,6 @@ int fail(int status, const std::string& reason) {
     return status;
 }
 
-void refuse_server(const std::string& company) {
-    if (company.rfind("postgresql://", 0) == 0 || company.rfind("postgres://", 0) == 0) {
-        throw store::Error(store::ErrorKind::not_a_company,
-                           "server databases are not supported by this build");
-    }
-}
-
 // Runs the work in one transaction of the company.
 void with_company(const Arguments& arguments, const std::function<void(store::Database&)>& work) {
     const store::OpenCompany company = store::open_company(arguments.company, kernel::company_tables());
@@ -115,7 +108,6 @@ int status_of(const store::Error& error) {
 // Whatever goes wrong ends here, as one line and a status.
 int run(const Arguments& arguments, const std::function<int(const Arguments&)>& command) {
     try {
-        refuse_server(arguments.company);
         const int status = command(arguments);
         if (std::fflush(stdout) != 0)
             throw std::system_error(errno, std::generic_category(), "standard output");

@@ -185,6 +185,58 @@ TEST_F(CompanyFile, AnotherVersionIsRefused) {
     expect_no_company(path, "was made by another version of this program");
 }
 
+TEST_F(CompanyFile, ServerUriIsRefusedAndNothingIsMadeOfIt) {
+    for (const std::string uri : {"postgresql://host/books", "postgres://host/books"}) {
+        for (const bool create : {false, true}) {
+            const auto error = error_of([&] {
+                (void)(create ? store::create_company(uri, small_catalog())
+                              : store::open_company(uri, small_catalog()));
+            });
+            ASSERT_TRUE(error);
+            EXPECT_EQ(error->kind(), ErrorKind::not_a_company);
+            EXPECT_STREQ(error->what(), "server databases are not supported by this build");
+        }
+    }
+}
+
+TEST_F(CompanyFile, FileInAnotherJournalModeIsTakenBackToTheLog) {
+    const std::string path = folder_.file("c");
+    (void)store::create_company(path, small_catalog());
+    EXPECT_EQ(OtherProgram(path).text("PRAGMA journal_mode = DELETE"), "delete");
+    auto writer = store::open_company(path, small_catalog());
+    EXPECT_EQ(OtherProgram(path).text("PRAGMA journal_mode"), "wal");
+    writer.workspace->BeginTrans();
+    writer.database->Execute("DELETE * FROM Header_table");
+    auto reader = store::open_company(path, small_catalog());
+    EXPECT_EQ(reader.database->OpenRecordset("SELECT * FROM Header_table", store::RecordsetKind::snapshot)
+                  .RecordCount(),
+              0);
+    writer.workspace->CommitTrans();
+}
+
+TEST_F(CompanyFile, FileThatAnotherProgramKeepsInAnotherJournalModeIsLocked) {
+    const std::string path = folder_.file("c");
+    (void)store::create_company(path, small_catalog());
+    OtherProgram other(path);
+    other.run("PRAGMA journal_mode = DELETE; BEGIN; SELECT count(*) FROM Header_table");
+    const auto error = error_of([&] { open(path); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind(), ErrorKind::locked);
+    EXPECT_EQ(error->what(), path + " is in use by another program");
+}
+
+TEST_F(CompanyFile, FileWhoseLogCannotBeMadeIsRefusedInWords) {
+    const std::string path = folder_.file("c");
+    (void)store::create_company(path, small_catalog());
+    EXPECT_EQ(OtherProgram(path).text("PRAGMA journal_mode = DELETE"), "delete");
+    // Its folder stands for every reason why a file cannot be made there.
+    std::filesystem::create_directory(path + "-wal");
+    const auto error = error_of([&] { open(path); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind(), ErrorKind::io);
+    EXPECT_EQ(error->what(), path + " cannot be written: the disk is full or cannot be written");
+}
+
 TEST_F(CompanyFile, FieldsBeyondTheCatalogAreLeftAlone) {
     const std::string path = folder_.file("c");
     (void)store::create_company(path, small_catalog());
@@ -261,8 +313,21 @@ class FileSizeLimit {
 
 TEST_F(CompanyFile, NothingIsLeftBehindWhenTheDiskIsFull) {
     const FileSizeLimit limit(8192);
-    expect_error(ErrorKind::io, [&] { (void)store::create_company(folder_.file("c"), small_catalog()); });
+    const auto error = error_of([&] { (void)store::create_company(folder_.file("c"), small_catalog()); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind(), ErrorKind::io);
+    EXPECT_EQ(error->what(), folder_.file("c") + " cannot be written: the disk is full or cannot be written");
     EXPECT_EQ(files(), std::vector<std::string>{});
+}
+
+TEST_F(CompanyFile, OpeningOnAFullDiskIsToldByTheFilesName) {
+    const std::string path = folder_.file("c");
+    (void)store::create_company(path, small_catalog());
+    const FileSizeLimit limit(4096);
+    const auto error = error_of([&] { open(path); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind(), ErrorKind::io);
+    EXPECT_EQ(error->what(), path + " cannot be written: the disk is full or cannot be written");
 }
 
 TEST_F(CompanyFile, FullDiskIsToldAndLosesNothing) {
@@ -282,10 +347,14 @@ TEST_F(CompanyFile, FullDiskIsToldAndLosesNothing) {
     {
         const FileSizeLimit limit(200000);
         company.workspace->BeginTrans();
-        expect_error(ErrorKind::io, [&] {
+        const auto error = error_of([&] {
             add(5000);
             company.workspace->CommitTrans();
         });
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->kind(), ErrorKind::io);
+        EXPECT_STREQ(error->what(),
+                     "the company file cannot be written: the disk is full or cannot be written");
         company.workspace->Rollback();
         EXPECT_EQ(
             company.database->OpenRecordset("SELECT * FROM Header_table", store::RecordsetKind::snapshot)

@@ -175,11 +175,12 @@ struct OpenCompany {
 using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<Engine>)>;
 
 // Opens an existing company database by its path. The catalog must outlive it. Throws: not_a_company (absent,
-// foreign, or of another layout), locked, io.
+// foreign, of another layout, or the URI of a server), locked, io.
 [[nodiscard]] OpenCompany open_company(const std::string& company, const Catalog& catalog,
                                        const EngineDecorator& decorate = {});
 // Makes a new company database with every table and index of the catalog, readable by its owner alone, and
-// opens it. Refuses a path that exists (state). Nothing is left behind on failure.
+// opens it. Refuses a path that exists (state) and the URI of a server (not_a_company). Nothing is left
+// behind on failure.
 [[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog);
 
 // A value as it stands in a query text, between single quotes. A value that holds a single quote gives a text

@@ -5,6 +5,15 @@
 
 namespace brimley::store {
 
+namespace {
+
+void refuse_server(std::string_view company) {
+    if (company.starts_with("postgresql://") || company.starts_with("postgres://"))
+        throw Error(ErrorKind::not_a_company, "server databases are not supported by this build");
+}
+
+}  // namespace
+
 Workspace::Workspace(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
 // Who goes away in the middle of a transaction takes it along.
 Workspace::~Workspace() { connection_->rollback(); }
@@ -17,6 +26,7 @@ bool Workspace::in_transaction() const { return connection_->in_trans(); }
 
 OpenCompany open_company(const std::string& company, const Catalog& catalog,
                          const EngineDecorator& decorate) {
+    refuse_server(company);
     std::unique_ptr<Engine> engine = open_sqlite_company(company, catalog);
     if (decorate) engine = decorate(std::move(engine));
     auto connection = std::make_shared<Connection>(std::move(engine), catalog, company);
@@ -24,6 +34,7 @@ OpenCompany open_company(const std::string& company, const Catalog& catalog,
 }
 
 OpenCompany create_company(const std::string& company, const Catalog& catalog) {
+    refuse_server(company);
     create_sqlite_company(company, catalog);
     try {
         return open_company(company, catalog);

@@ -59,7 +59,7 @@ class SqliteEngine final : public Engine {
         const int code = run(begin_read_.get());
         if (code != SQLITE_OK) throw_sqlite_error(connection_.get(), code, "the company file");
         try {
-            (void)number_of_sql(connection_.get(), "SELECT count(*) FROM sqlite_schema");
+            (void)text_of_sql(connection_.get(), "SELECT count(*) FROM sqlite_schema");
         } catch (...) {
             rollback();
             throw;

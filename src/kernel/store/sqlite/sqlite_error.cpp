@@ -30,10 +30,27 @@ ErrorKind kind_of(int code) {
 
 }  // namespace
 
+const char* disk_failure(int code) {
+    switch (code) {
+        case SQLITE_IOERR_READ:
+        case SQLITE_IOERR_SHORT_READ:
+        case SQLITE_IOERR_CORRUPTFS:
+            return kCannotBeRead;
+        default:
+            break;
+    }
+    const int family = code & 0xff;
+    const bool writing = family == SQLITE_FULL || family == SQLITE_IOERR || family == SQLITE_READONLY ||
+                         family == SQLITE_CANTOPEN;
+    return writing ? kCannotBeWritten : nullptr;
+}
+
 void throw_sqlite_error(sqlite3* connection, int code, const std::string& what) {
     if ((code & 0xff) == SQLITE_NOMEM) throw std::bad_alloc();
     if (kind_of(code) == ErrorKind::locked)
         throw Error(ErrorKind::locked, "another user is writing to the company", code);
+    if (const char* const failure = disk_failure(code))
+        throw Error(ErrorKind::io, "the company file" + std::string(failure), code);
     const char* const reason = connection ? sqlite3_errmsg(connection) : sqlite3_errstr(code);
     throw Error(kind_of(code), what + ": " + reason, code);
 }

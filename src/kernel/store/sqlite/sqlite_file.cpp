@@ -21,6 +21,7 @@ namespace brimley::store {
 namespace {
 
 constexpr int kOpenWaitMs = 2000;
+constexpr std::string_view kJournalMode = "wal";
 constexpr std::string_view kSqliteMagic("SQLite format 3\0", 16);
 constexpr std::size_t kHeadSize = 100;
 constexpr std::size_t kApplicationIdOffset = 68;
@@ -91,6 +92,14 @@ void require_company(sqlite3* connection, const std::string& path, const Catalog
         refuse(path, fmt::format("was made by another version of this program: {} is missing", missing));
 }
 
+// What reading beside a writer rests on. The file keeps it, unless another program has changed it.
+void require_write_ahead_log(sqlite3* connection, const std::string& path) {
+    if (text_of_sql(connection, "PRAGMA journal_mode") == kJournalMode) return;
+    if (text_of_sql(connection, fmt::format("PRAGMA journal_mode = {}", kJournalMode)) == kJournalMode)
+        return;
+    throw Error(ErrorKind::io, path + " cannot be used: its folder does not take a write-ahead log");
+}
+
 void set_up(sqlite3* connection) {
     // Large enough that the pages which a save touches again and again stay in memory.
     run_sql(connection, "PRAGMA cache_size = -16000");
@@ -123,7 +132,13 @@ void lay_out(const std::string& path, const Catalog& catalog) {
     for (const std::string& statement : sqlite_layout(catalog))
         run_sql(connection.get(), statement);
     run_sql(connection.get(), "COMMIT");
-    run_sql(connection.get(), "PRAGMA journal_mode = WAL");
+    require_write_ahead_log(connection.get(), path);
+}
+
+// A failure of the disk, told with the path as the user gave it.
+void tell_disk_failure(const Error& error, const std::string& path) {
+    if (const char* const failure = disk_failure(error.native_code()))
+        throw Error(ErrorKind::io, path + failure, error.native_code());
 }
 
 }  // namespace
@@ -133,12 +148,14 @@ SqliteHandle open_sqlite_file(const std::string& path, const Catalog& catalog) {
     try {
         SqliteHandle connection = connect(path);
         require_company(connection.get(), path, catalog);
+        require_write_ahead_log(connection.get(), path);
         set_up(connection.get());
         return connection;
     } catch (const Error& error) {
         if (error.kind() == ErrorKind::locked)
             throw Error(ErrorKind::locked, path + " is in use by another program", error.native_code());
         if (error.native_code() == 0) throw;
+        tell_disk_failure(error, path);
         throw Error(error.kind(), fmt::format("{} cannot be opened: {}", path, error.what()),
                     error.native_code());
     }
@@ -148,6 +165,10 @@ void create_sqlite_file(const std::string& path, const Catalog& catalog) {
     create_private_file(path);
     try {
         lay_out(path, catalog);
+    } catch (const Error& error) {
+        remove_sqlite_file(path);
+        tell_disk_failure(error, path);
+        throw;
     } catch (...) {
         remove_sqlite_file(path);
         throw;

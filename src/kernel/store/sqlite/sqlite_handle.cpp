@@ -17,11 +17,12 @@ SqliteStatementHandle prepare_sql(sqlite3* connection, const std::string& sql) {
     return SqliteStatementHandle(statement);
 }
 
-std::int64_t number_of_sql(sqlite3* connection, const std::string& sql) {
+std::string text_of_sql(sqlite3* connection, const std::string& sql) {
     const SqliteStatementHandle statement = prepare_sql(connection, sql);
     const int code = sqlite3_step(statement.get());
     if (code != SQLITE_ROW) throw_sqlite_error(connection, code, "the company file");
-    return sqlite3_column_int64(statement.get(), 0);
+    const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0));
+    return text ? text : "";
 }
 
 std::string sqlite_name(std::string_view name) {

@@ -23,7 +23,7 @@ using SqliteStatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeSqlite>;
 void run_sql(sqlite3* connection, const std::string& sql);
 [[nodiscard]] SqliteStatementHandle prepare_sql(sqlite3* connection, const std::string& sql);
 // The first column of the first row.
-[[nodiscard]] std::int64_t number_of_sql(sqlite3* connection, const std::string& sql);
+[[nodiscard]] std::string text_of_sql(sqlite3* connection, const std::string& sql);
 // The name in the quotes that make it a name wherever it stands.
 [[nodiscard]] std::string sqlite_name(std::string_view name);
 
