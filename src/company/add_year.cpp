@@ -54,14 +54,22 @@ void refuse_overlap(const FiscalYear& year, const std::vector<FiscalYear>& years
     }
 }
 
+void refuse_existing(store::Database& database, const std::string& fyear,
+                     const std::vector<FiscalYear>& years) {
+    for (const FiscalYear& year : years) {
+        if (year.fyear == fyear) throw Refusal(fmt::format("fiscal year {} exists already", fyear));
+    }
+    const store::Recordset periods = database.OpenRecordset(
+        "SELECT * FROM Period_table WHERE fyear = " + store::quoted(fyear), store::RecordsetKind::snapshot);
+    if (!periods.at_eof()) throw Refusal(fmt::format("fiscal year {} has periods already", fyear));
+}
+
 }  // namespace
 
 void add_year(store::Database& database, const std::string& fyear) {
     if (!is_usable_year(fyear)) throw UnusableValue(fmt::format("{} is no fiscal year", shown_text(fyear)));
     const std::vector<FiscalYear> years = existing_years(database);
-    for (const FiscalYear& year : years) {
-        if (year.fyear == fyear) throw Refusal(fmt::format("fiscal year {} exists already", fyear));
-    }
+    refuse_existing(database, fyear, years);
     const FiscalYear year = placed_year(fyear, years);
     refuse_overlap(year, years);
     add_calendar(database, year);

@@ -15,8 +15,8 @@
 
 namespace brimley::company {
 
-// Runs inside the caller's transaction. Throws Refusal when the year exists or overlaps another one,
-// UnusableValue when no document can be dated in it, and store::Error.
+// Runs inside the caller's transaction. Throws Refusal when the year or periods of it exist or it
+// overlaps another year, UnusableValue when no document can be dated in it, and store::Error.
 void add_year(store::Database& database, const std::string& fyear);
 
 }  // namespace brimley::company

@@ -118,6 +118,12 @@ void Books::each_gl_document(const std::function<void(std::span<const GlLine>)>&
     if (!lines.empty()) visit_key(lines, visit);
 }
 
+std::unordered_set<std::string> Books::posted_documents() const {
+    std::unordered_set<std::string> keys;
+    each_gl_line([&](const GlLine& line) { keys.insert(line.fkey); });
+    return keys;
+}
+
 void Books::each_ap_header(const std::function<void(const ApHeader&)>& visit) const {
     walk(ap_headers_, ap_header, visit);
 }

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "kernel/store/database.h"
@@ -71,6 +72,8 @@ class Books {
     // The lines of each GL document by line number. A key without "-" comes again in another year; such
     // documents are told apart by their year.
     void each_gl_document(const std::function<void(std::span<const GlLine>)>& visit) const;
+    // The keys of GL documents that have lines.
+    [[nodiscard]] std::unordered_set<std::string> posted_documents() const;
     void each_ap_header(const std::function<void(const ApHeader&)>& visit) const;
     void each_ap_line(const std::function<void(const ApLine&)>& visit) const;
 

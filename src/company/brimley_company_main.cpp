@@ -57,6 +57,13 @@ void with_company(const Arguments& arguments, const std::function<void(store::Da
     transaction.commit();
 }
 
+// Runs the work on the company as it is at one moment.
+void with_books(const Arguments& arguments, const std::function<void(store::Database&)>& work) {
+    const store::OpenCompany company = store::open_company(arguments.company, kernel::company_tables());
+    const company::ReadingMoment moment(company);
+    work(*company.database);
+}
+
 void create(const Arguments& arguments) {
     using namespace company;
     CompanyContent content = EmptyCompany{};
@@ -75,14 +82,14 @@ void import_files(const Arguments& arguments) {
 }
 
 void export_files(const Arguments& arguments) {
-    with_company(arguments, [&](store::Database& database) {
+    with_books(arguments, [&](store::Database& database) {
         company::export_tables(database, arguments.folder, arguments.tables);
     });
 }
 
 int check(const Arguments& arguments) {
     company::Findings findings;
-    with_company(arguments, [&](store::Database& database) { findings = company::check_books(database); });
+    with_books(arguments, [&](store::Database& database) { findings = company::check_books(database); });
     for (const std::string& finding : findings) {
         fmt::print("{}\n", finding);
     }

@@ -18,7 +18,8 @@
 
 namespace brimley::company {
 
-// All checks. Empty when the books agree. Reads inside the caller's transaction; throws store::Error.
+// All checks. Empty when the books agree. Reads inside the caller's ReadingMoment or transaction; throws
+// store::Error.
 [[nodiscard]] Findings check_books(store::Database& database);
 
 // GL documents: base amounts on the debit side equal those on the credit side, and every account is in the
@@ -40,7 +41,8 @@ void check_running_balances(const Books& books, Findings& findings);
 // Each pair of Account_currency_table has the foreign rows without which nothing can be posted to it.
 void check_account_currencies(const Books& books, Findings& findings);
 
-// Invoices and their lines belong together, are void together, and have the GL document that they name.
+// Invoices and their lines belong together, are void together, and have the GL document that they name. An
+// invoice may have no lines when that document has none either: lines that come to 0.00 are not stored.
 void check_invoice_documents(const Books& books, Findings& findings);
 // An untouched line is open in full; a touched one between nothing and all; a paid one not at all.
 void check_open_amounts(const Books& books, Findings& findings);

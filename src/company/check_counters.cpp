@@ -11,6 +11,7 @@
 
 #include "company/check.h"
 #include "company/shown_text.h"
+#include "kernel/money.h"
 
 namespace brimley::company {
 
@@ -52,6 +53,19 @@ void each_document(const Books& books, const std::function<void(const Document&)
                    text("docno"), text("fyear")});
         }
     }
+}
+
+// A company is one and the same whether it is written "1" or "01".
+std::string company_by_value(const std::string& company) {
+    const std::optional<double> number = store::whole_number_text(company);
+    return number ? fmt::format("{}", *number) : company;
+}
+
+// The counter of a key's part before the "-": the company and the kind.
+std::string key_counter(std::string_view prefix) {
+    const std::size_t kind = std::min(prefix.find_first_not_of("0123456789"), prefix.size());
+    return fmt::format("Next_number_fkey_table {}{}", company_by_value(std::string(prefix.substr(0, kind))),
+                       prefix.substr(kind));
 }
 
 // The number that the whole text is, written in digits only.
@@ -106,21 +120,20 @@ void check_key_counters(const Books& books, Findings& findings) {
         const std::size_t dash = document.fkey.find('-');
         if (dash == std::string::npos) return;
         const auto number = running_number(std::string_view(document.fkey).substr(dash + 1));
-        if (number)
-            note_use(uses, "Next_number_fkey_table " + document.fkey.substr(0, dash), *number, document.fkey);
+        if (number) note_use(uses, key_counter(document.fkey.substr(0, dash)), *number, document.fkey);
     });
     std::map<std::string, double> counters;
     Recordset rows = books.read("SELECT company,doctype,fkeyno FROM Next_number_fkey_table");
     for (; !rows.at_eof(); rows.MoveNext()) {
-        counters["Next_number_fkey_table " + rows.text("company") + rows.text("doctype")] =
-            rows.number("fkeyno");
+        counters[key_counter(rows.text("company") + rows.text("doctype"))] = rows.number("fkeyno");
     }
     compare(uses, counters, findings);
 }
 
 namespace {
 
-// How numbers are written now. Numbers written otherwise, before the format was changed, are not judged.
+// How numbers are written now. A number that would now be written otherwise was drawn before the format was
+// changed, and is not judged.
 class NumberFormat {
   public:
     explicit NumberFormat(const Books& books) {
@@ -131,39 +144,53 @@ class NumberFormat {
             first_ = config.flag("seperator1") ? "-" : "";
             second_ = config.flag("seperator2") ? "-" : "";
         }
-        Recordset formats = books.read("SELECT doctype,prefix FROM Next_number_format_table");
+        Recordset formats =
+            books.read("SELECT doctype,prefix,running_no_digit FROM Next_number_format_table");
         for (; !formats.at_eof(); formats.MoveNext()) {
-            prefixes_[formats.text("doctype")] = formats.text("prefix");
+            kinds_[formats.text("doctype")] = {formats.text("prefix"),
+                                               kernel::money_value(formats.text("running_no_digit"))};
         }
     }
 
     // The running number in a document's number; nothing when it is written in another way.
     [[nodiscard]] std::optional<double> number_in(const Document& document) const {
-        const std::string start = start_of(document);
+        const auto found = kinds_.find(document.doctype);
+        const Kind kind = found == kinds_.end() ? Kind() : found->second;
+        const std::string start = start_of(kind.prefix, document.fyear);
         if (document.docno.compare(0, start.size(), start) != 0) return std::nullopt;
-        return running_number(std::string_view(document.docno).substr(start.size()));
+        const std::string digits = document.docno.substr(start.size());
+        const std::optional<double> number = running_number(digits);
+        return number && written(*number, kind.width) == digits ? number : std::nullopt;
     }
 
   private:
-    [[nodiscard]] std::string start_of(const Document& document) const {
-        const auto found = prefixes_.find(document.doctype);
-        const std::string prefix = found == prefixes_.end() ? std::string() : found->second;
+    struct Kind {
+        std::string prefix;
+        double width = 0;  // digits at least
+    };
+
+    [[nodiscard]] std::string start_of(const std::string& prefix, const std::string& fyear) const {
         const std::string year =
-            short_year_ && document.fyear.size() > 2 ? document.fyear.substr(2, 2) : document.fyear;
+            short_year_ ? fyear.substr(std::min<std::size_t>(2, fyear.size()), 2) : fyear;
         if (structure_ == "2") return year + first_ + prefix + second_;
         if (structure_ == "3") return prefix + first_;
         return prefix + first_ + year + second_;
     }
 
+    static std::string written(double number, double width) {
+        return fmt::format("{:0{}.0f}", number, static_cast<int>(std::clamp(width, 0.0, kDigitsMax)));
+    }
+
+    static constexpr double kDigitsMax = 100;
     std::string structure_ = "1";
     bool short_year_ = false;
     std::string first_;
     std::string second_;
-    std::map<std::string, std::string> prefixes_;
+    std::map<std::string, Kind> kinds_;
 };
 
 std::string number_counter(const std::string& company, const std::string& doctype, const std::string& fyear) {
-    return fmt::format("Docno_master_table {} {} {}", company, doctype, fyear);
+    return fmt::format("Docno_master_table {} {} {}", company_by_value(company), doctype, fyear);
 }
 
 }  // namespace

@@ -60,8 +60,7 @@ std::unordered_map<std::string, double> gross_by_gl_document(const Books& books)
 }  // namespace
 
 void check_ledger_headers(const Books& books, Findings& findings) {
-    std::unordered_set<std::string> with_lines;
-    books.each_gl_line([&](const GlLine& line) { with_lines.insert(line.fkey); });
+    const std::unordered_set<std::string> with_lines = books.posted_documents();
     std::unordered_set<std::string> headers;
     const auto gross = gross_by_gl_document(books);
     store::Recordset rows = books.read("SELECT fkey FROM GL_header_table ORDER BY fkey");

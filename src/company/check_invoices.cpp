@@ -64,6 +64,7 @@ void check_invoice_documents(const Books& books, Findings& findings) {
     find_lines_without_header(books, findings);
     const auto by_invoice = summaries(books);
     const auto gl_documents = keys_of(books, "GL_header_table");
+    const auto posted = books.posted_documents();
     books.each_ap_header([&](const ApHeader& header) {
         const std::string name = "Invoice " + shown_text(header.fkey);
         const bool posts = header.source == "AP-INVOICE";
@@ -74,8 +75,10 @@ void check_invoice_documents(const Books& books, Findings& findings) {
         }
         const auto summary = by_invoice.find(header.fkey);
         if (summary == by_invoice.end()) {
-            // Lines whose amounts are empty or 0 are not stored, but one line at least has an amount.
-            findings.push_back(name + " has no lines");
+            // Lines that come to 0.00 are neither stored nor posted.
+            const bool came_to_nothing =
+                gl_documents.contains(header.gl_fkey) && !posted.contains(header.gl_fkey);
+            if (!came_to_nothing) findings.push_back(name + " has no lines");
         } else if (summary->second.is_void != (header.is_void ? summary->second.lines : 0)) {
             findings.push_back(
                 fmt::format("{} is {}void, but not all its lines are", name, header.is_void ? "" : "not "));

@@ -2,12 +2,13 @@
 //
 // Every FOLDER/TABLE.csv goes into its table; other files are left alone. The first line names fields, in any
 // order and case; a field left out is null. What stands in the tables already:
-// - A row whose natural key exists is refused, or replaced whole when `replace` is set.
-// - Documents and their lines have no such key; they are added.
+// - A row whose natural key exists is refused, or replaced whole when `replace` is set; it then stands in for
+//   all rows of that key.
+// - Documents and their lines have no such key; they are added. So is a row whose key is all null: null is no
+//   name that another row could bear.
 // - A table of a single row is replaced, unless the file holds no row.
 //
-// A key may stand twice in one file only where the table itself does not promise uniqueness; with `replace`
-// the rows of the file then stand in for all rows of that key.
+// A key that stands twice in the file is refused, whether or not the table itself keeps its key unique.
 #pragma once
 
 #include <filesystem>

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <unordered_set>
 
 #include "company/csv_values.h"
 #include "company/shown_text.h"
@@ -19,20 +20,10 @@ void append_key_part(std::string& key, const Value& value) {
     key += '\0';
 }
 
-bool is_unique(const store::Table& table) {
-    return std::any_of(table.indexes.begin(), table.indexes.end(), [&](const store::Index& index) {
-        return index.unique && index.fields == table.natural_key;
-    });
-}
-
 }  // namespace
 
 TableImport::TableImport(store::Database& database, const store::Table& table, std::string path)
-    : database_(database),
-      table_(table),
-      reader_(std::move(path)),
-      writer_(database, table.name),
-      unique_key_(is_unique(table)) {
+    : database_(database), table_(table), reader_(std::move(path)), writer_(database, table.name) {
     for (const std::string& field : table_.natural_key) {
         key_fields_.push_back(table_.field_index(field));
     }
@@ -110,7 +101,7 @@ store::Recordset TableImport::open_table() const {
                                    store::RecordsetKind::snapshot);
 }
 
-std::string TableImport::key_of(const TableRow& row) const {
+std::optional<std::string> TableImport::key_of(const TableRow& row) const {
     std::string key;
     bool all_null = true;
     for (const int field : key_fields_) {
@@ -118,16 +109,15 @@ std::string TableImport::key_of(const TableRow& row) const {
         // A yes/no field is never null, and names no row by itself.
         all_null = all_null && (row[field].is_null() || row[field].is_flag());
     }
-    if (all_null) reader_.fail(fmt::format("{} is empty", fmt::join(table_.natural_key, ", ")));
-    return key;
+    return all_null ? std::nullopt : std::optional(std::move(key));
 }
 
-std::string TableImport::key_of(const store::Recordset& row) const {
-    std::string key;
-    for (const int field : key_fields_) {
-        append_key_part(key, row.column(field));
+TableImport::TableRow TableImport::row_of(const store::Recordset& rows) const {
+    TableRow row;
+    for (int field = 0; field < static_cast<int>(table_.fields.size()); ++field) {
+        row.push_back(rows.column(field));
     }
-    return key;
+    return row;
 }
 
 std::string TableImport::described_key(const TableRow& row) const {
@@ -141,64 +131,58 @@ std::string TableImport::described_key(const TableRow& row) const {
 
 void TableImport::note_key(const std::string& key, const TableRow& row) {
     const auto [known, is_new] = lines_by_key_.emplace(key, reader_.line());
-    if (!is_new && unique_key_) {
+    if (!is_new) {
         reader_.fail(fmt::format("{} stands already in line {}", described_key(row), known->second));
     }
 }
 
 void TableImport::load_keyed() {
-    std::unordered_map<std::string, int> existing;
+    std::unordered_set<std::string> existing;
     for (store::Recordset rows = open_table(); !rows.at_eof(); rows.MoveNext()) {
-        ++existing[key_of(rows)];
+        if (auto key = key_of(row_of(rows))) existing.insert(std::move(*key));
     }
     while (const std::optional<TableRow> row = next_row()) {
-        const std::string key = key_of(*row);
-        if (existing.contains(key)) reader_.fail(fmt::format("{} exists already", described_key(*row)));
-        note_key(key, *row);
+        if (const auto key = key_of(*row)) {
+            if (existing.contains(*key)) reader_.fail(described_key(*row) + " exists already");
+            note_key(*key, *row);
+        }
         add(*row);
     }
 }
 
 void TableImport::load_replacing() {
-    std::unordered_map<std::string, std::vector<TableRow>> replacements;
+    Replacements replacements;
     for (store::Recordset rows = open_table(); !rows.at_eof(); rows.MoveNext()) {
-        replacements.try_emplace(key_of(rows));
+        if (auto key = key_of(row_of(rows))) replacements.try_emplace(std::move(*key));
     }
     bool any_replaced = false;
     while (std::optional<TableRow> row = next_row()) {
-        const std::string key = key_of(*row);
-        note_key(key, *row);
-        const auto replacement = replacements.find(key);
+        const auto key = key_of(*row);
+        if (key) note_key(*key, *row);
+        const auto replacement = key ? replacements.find(*key) : replacements.end();
         if (replacement == replacements.end()) {
             add(*row);
         } else {
             any_replaced = true;
-            replacement->second.push_back(std::move(*row));
+            replacement->second = std::move(row);
         }
     }
     if (any_replaced) rewrite_table(replacements);
 }
 
-void TableImport::rewrite_table(const std::unordered_map<std::string, std::vector<TableRow>>& replacements) {
-    const int fields = static_cast<int>(table_.fields.size());
+void TableImport::rewrite_table(const Replacements& replacements) {
     store::Recordset rows = open_table();
     database_.Execute(fmt::format("DELETE * FROM [{}]", table_.name));
-    std::unordered_map<std::string, int> written;
+    std::unordered_set<std::string> written;
     for (; !rows.at_eof(); rows.MoveNext()) {
-        const std::string key = key_of(rows);
-        const auto replacement = replacements.find(key);
-        if (replacement != replacements.end() && !replacement->second.empty()) {
-            if (++written[key] > 1) continue;
-            for (const TableRow& row : replacement->second) {
-                add(row);
-            }
-            continue;
+        const TableRow kept = row_of(rows);
+        const auto key = key_of(kept);
+        const auto replacement = key ? replacements.find(*key) : replacements.end();
+        if (replacement == replacements.end() || !replacement->second) {
+            add(kept);
+        } else if (written.insert(*key).second) {
+            add(*replacement->second);
         }
-        TableRow kept;
-        for (int field = 0; field < fields; ++field) {
-            kept.push_back(rows.column(field));
-        }
-        add(kept);
     }
 }
 

@@ -32,15 +32,17 @@ class TableImport {
     void load_documents();
     void load_keyed();
     void load_replacing();
-    // Writes the table anew, each row of `replacements` in the place of the row whose key it bears.
-    void rewrite_table(const std::unordered_map<std::string, std::vector<TableRow>>& replacements);
+    // By key; no row yet for a key of the table that the file has not named.
+    using Replacements = std::unordered_map<std::string, std::optional<TableRow>>;
+    // Writes the table anew, each row of `replacements` in the place of the rows whose key it bears.
+    void rewrite_table(const Replacements& replacements);
 
     [[nodiscard]] store::Recordset open_table() const;
-    // The natural key of a row as one text, equal only for equal keys. Refuses a key that is all null.
-    [[nodiscard]] std::string key_of(const TableRow& row) const;
-    [[nodiscard]] std::string key_of(const store::Recordset& row) const;
+    // The natural key of a row as one text, equal only for equal keys; nothing when the key is all null.
+    [[nodiscard]] std::optional<std::string> key_of(const TableRow& row) const;
+    [[nodiscard]] TableRow row_of(const store::Recordset& rows) const;
     [[nodiscard]] std::string described_key(const TableRow& row) const;
-    // Remembers the key; where keys are unique, refuses one that an earlier line of the file bears.
+    // Remembers the key, and refuses one that an earlier line of the file bears.
     void note_key(const std::string& key, const TableRow& row);
 
     store::Database& database_;
@@ -49,7 +51,6 @@ class TableImport {
     TableWriter writer_;
     std::vector<int> columns_;     // the field of each column of the file
     std::vector<int> key_fields_;  // positions of the natural key
-    bool unique_key_ = false;      // whether the table itself keeps the key unique
     std::unordered_map<std::string, int> lines_by_key_;
     std::vector<CsvCell> record_;
 };

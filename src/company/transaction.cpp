@@ -24,6 +24,14 @@ void take_company(store::Database& database) {
     }
 }
 
+void roll_back_quietly(store::Workspace& workspace) {
+    try {
+        workspace.Rollback();
+    } catch (const store::Error&) {
+        // The engine drops an open transaction with its connection; there is nobody left to tell.
+    }
+}
+
 }  // namespace
 
 Transaction::Transaction(const store::OpenCompany& company) : workspace_(company.workspace) {
@@ -37,17 +45,18 @@ Transaction::Transaction(const store::OpenCompany& company) : workspace_(company
 }
 
 Transaction::~Transaction() {
-    if (!workspace_) return;
-    try {
-        workspace_->Rollback();
-    } catch (const store::Error&) {
-        // The engine drops an open transaction with its connection; there is nobody left to tell.
-    }
+    if (workspace_) roll_back_quietly(*workspace_);
 }
 
 void Transaction::commit() {
     workspace_->CommitTrans();
     workspace_.reset();
 }
+
+ReadingMoment::ReadingMoment(const store::OpenCompany& company) : workspace_(company.workspace) {
+    workspace_->BeginSnapshot();
+}
+
+ReadingMoment::~ReadingMoment() { roll_back_quietly(*workspace_); }
 
 }  // namespace brimley::company

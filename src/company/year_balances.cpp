@@ -65,8 +65,8 @@ bool YearBalances::is_nearer(const std::string& candidate, const std::string& kn
 }
 
 double YearBalances::carried(const FamilyBalances& family, const Balance& balance) const {
-    if (income_accounts_.contains(balance.accno)) return 0;
-    return balance.fyear < fyear_ ? family.year_total() : family.opening;
+    if (balance.fyear > fyear_) return family.opening;
+    return income_accounts_.contains(balance.accno) ? 0 : family.year_total();
 }
 
 void YearBalances::note(const Recordset& row) {
@@ -117,9 +117,11 @@ void YearBalances::gather_accounts() {
 
 void YearBalances::gather() {
     Recordset accounts = database_.OpenRecordset(
-        "SELECT accno FROM Account_master_table WHERE acctype = 'Income Statement'", RecordsetKind::snapshot);
+        "SELECT accno,type FROM Account_master_table WHERE acctype = 'Income Statement'",
+        RecordsetKind::snapshot);
     for (; !accounts.at_eof(); accounts.MoveNext()) {
-        income_accounts_.insert(accounts.text("accno"));
+        // Current Earnings is carried, whatever statement the chart puts it on.
+        if (accounts.text("type") != "X") income_accounts_.insert(accounts.text("accno"));
     }
     gather_balances();
     gather_accounts();

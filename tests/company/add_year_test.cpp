@@ -98,6 +98,30 @@ TEST_F(AddYear, YearBeforeTheFirstOpensWhereTheFirstOpened) {
     EXPECT_THAT(findings(), IsEmpty());
 }
 
+TEST_F(AddYear, YearBeforeTheFirstKeepsTheOpeningOfTheIncomeStatementToo) {
+    make(company::StarterCompany{"USD", "2026", "zoe"});
+    const char* const row = "SELECT * FROM Balance_period_table WHERE accno = '5000'";
+    change("SELECT * FROM Balance_table WHERE accno = '5000'", {{"amount", 30.0}, {"base_amount", 30.0}});
+    change(row, {{"opening_balance", 30.0}, {"ytd_balance", 30.0}});
+    change(row, {{"e_opening_balance", 30.0}, {"e_ytd_balance", 30.0}});
+    for (int period = 1; period <= 13; ++period) {
+        raise(row, "balperiod" + std::to_string(period), 30);
+        raise(row, "e_balperiod" + std::to_string(period), 30);
+    }
+    EXPECT_THAT(findings(), IsEmpty());
+    open_year("2025");
+    EXPECT_THAT(opening("2025", "accno = '5000'"), ElementsAre("30|30|30|30|30|30"));
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(AddYear, CurrentEarningsIsCarriedOnWhateverStatementItStands) {
+    make(company::StarterCompany{"USD", "2026", "zoe"});
+    change("SELECT * FROM Account_master_table WHERE accno = '3900'", {{"acctype", "Income Statement"}});
+    change("SELECT * FROM Balance_period_table WHERE accno = '3900'", {{"period1", -100.0}});
+    open_year("2027");
+    EXPECT_THAT(opening("2027", "accno = '3900'"), ElementsAre("-100|-100|-100|-100|0|0"));
+}
+
 TEST_F(AddYear, YearAfterAGapCarriesFromTheNearestEarlierOne) {
     make(company::StarterCompany{"USD", "2026", "zoe"});
     change("SELECT * FROM Balance_period_table WHERE fyear = '2026' AND accno = '1000'", {{"period4", 7.0}});
@@ -137,6 +161,19 @@ TEST_F(AddYear, ExistingYearIsRefusedAndNothingChanges) {
     make(company::SampleCompany{"zoe"});
     const std::string before = dump();
     EXPECT_THROW(open_year("2027"), company::Refusal);
+    EXPECT_EQ(dump(), before);
+}
+
+TEST_F(AddYear, YearWhosePeriodsExistIsRefusedInWordsAndNothingChanges) {
+    make(company::StarterCompany{"USD", "2026", "zoe"});
+    add("Period_table", {{"fyear", "2027"}, {"period", "5"}});
+    const std::string before = dump();
+    try {
+        open_year("2027");
+        ADD_FAILURE() << "not refused";
+    } catch (const company::Refusal& refusal) {
+        EXPECT_STREQ(refusal.what(), "fiscal year 2027 has periods already");
+    }
     EXPECT_EQ(dump(), before);
 }
 

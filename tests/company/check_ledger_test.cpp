@@ -1,5 +1,7 @@
 // GL documents and balances: each check on books that agree, and on books broken in one place.
 #include "company/books_fixture.h"
+#include "company/transaction.h"
+#include "kernel/tables/company_tables.h"
 
 namespace brimley {
 namespace {
@@ -16,6 +18,17 @@ using ::testing::Not;
 class CheckLedger : public testing::BooksTest {};
 
 TEST_F(CheckLedger, BooksThatAgreeHaveNoFindings) { EXPECT_THAT(findings(), IsEmpty()); }
+
+TEST_F(CheckLedger, SaveSucceedsWhileACheckIsReadingAndTheCheckSeesTheBooksBefore) {
+    const store::OpenCompany reader = store::open_company(path(), kernel::company_tables());
+    {
+        const company::ReadingMoment moment(reader);
+        in_transaction([&](store::Database&) { raise(balance("2000"), "amount", 1); });
+        EXPECT_THAT(company::check_books(*reader.database), IsEmpty());
+    }
+    EXPECT_THAT(company::check_books(*reader.database),
+                ElementsAre("Balance_table A 2000 USD: amount is 153.35, expected 152.35"));
+}
 
 TEST_F(CheckLedger, DifferenceBelowAHundredthIsNone) {
     raise(balance("2000"), "amount", 0.004);

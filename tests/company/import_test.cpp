@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "company/company_fixture.h"
+#include "company/export.h"
 #include "company/import.h"
 #include "company/refusal.h"
 
@@ -119,9 +120,31 @@ TEST_F(Import, KeyDiffersByCaseAndByNull) {
     EXPECT_EQ(rows("SELECT accno FROM Account_currency_table").size(), 4u);
 }
 
-TEST_F(Import, EmptyKeyIsRefused) {
-    file("Account_Parameters_table.csv", lines({"accno,default", "2000,TRUE"}));
-    EXPECT_EQ(fault(), "Account_Parameters_table.csv:2: module, parameter_name, default is empty");
+TEST_F(Import, RowsWhoseKeyIsAllNullAreImportedLikeAnyOther) {
+    file("Vendor_table.csv", lines({"vendor_no,VENDOR_NAME", ",One", ",Two", "\"\",Three"}));
+    file("Account_Parameters_table.csv", lines({"accno,default", "2000,TRUE", "2001,TRUE"}));
+    load();
+    EXPECT_THAT(vendors(), ElementsAre("-|One", "-|Two", "|Three"));
+    EXPECT_THAT(rows("SELECT accno FROM Account_Parameters_table"), ElementsAre("2000", "2001"));
+    file("Account_Parameters_table.csv", lines({"accno", "2002"}));
+    file("Vendor_table.csv", lines({"vendor_no,VENDOR_NAME", ",Four", "\"\",Drei"}));
+    load(true);
+    EXPECT_THAT(rows("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no IS NULL"),
+                ElementsAre("One", "Two", "Four"));
+    EXPECT_THAT(rows("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no = ''"), ElementsAre("Drei"));
+}
+
+TEST_F(Import, ExportedRowsWithNullKeysComeBackEqual) {
+    file("Vendor_table.csv", lines({"vendor_no,VENDOR_NAME", ",One", ",Two", "V1,Three"}));
+    load();
+    const std::string before = dump();
+    const testing::TemporaryFolder exported;
+    company::export_tables(db(), exported.path());
+    std::filesystem::remove(path());
+    make(company::EmptyCompany{});
+    in_transaction(
+        [&](store::Database& database) { company::import_folder(database, exported.path(), {true}); });
+    EXPECT_EQ(dump(), before);
 }
 
 TEST_F(Import, ParameterKeyHoldsItsDefaultFlag) {
@@ -155,19 +178,25 @@ TEST_F(Import, KeyThatStandsTwiceInTheFileIsRefusedEvenWhenReplacing) {
     EXPECT_EQ(fault(true), "Vendor_table.csv:4: vendor_no V1 stands already in line 2");
 }
 
-TEST_F(Import, RowsOfANonUniqueKeyAreReplacedTogether) {
-    const auto layout = [&] {
-        return rows(
-            "SELECT col_order,Caption FROM Grid_property WHERE form_name = 'F' ORDER BY col_order,Caption");
-    };
+TEST_F(Import, KeyThatStandsTwiceIsRefusedThoughTheTableWouldTakeIt) {
     file("Grid_property.csv",
-         lines({"form_name,grid_name,col_order,Caption", "F,g,0,a", "F,g,1,b", "F,g,1,c", "F,g,2,d"}));
-    load();
-    EXPECT_THAT(layout(), ElementsAre("0|a", "1|b", "1|c", "2|d"));
-    file("Grid_property.csv",
-         lines({"form_name,grid_name,col_order,Caption", "F,g,1,x", "F,g,2,y", "F,g,2,z"}));
+         lines({"form_name,grid_name,col_order,Caption", "F,g,0,a", "F,g,1,b", "F,g,1,c"}));
+    for (const bool replace : {false, true}) {
+        EXPECT_EQ(fault(replace),
+                  "Grid_property.csv:4: form_name F, grid_name g, col_order 1 stands already in line 3");
+    }
+    EXPECT_THAT(rows("SELECT Caption FROM Grid_property WHERE form_name = 'F'"), IsEmpty());
+}
+
+TEST_F(Import, ReplacedRowStandsInForAllRowsOfItsKey) {
+    for (const char* caption : {"a", "b"}) {
+        add("Grid_property",
+            {{"form_name", "F"}, {"grid_name", "g"}, {"col_order", 1}, {"Caption", caption}});
+    }
+    add("Grid_property", {{"form_name", "F"}, {"grid_name", "g"}, {"col_order", 2}, {"Caption", "c"}});
+    file("Grid_property.csv", lines({"form_name,grid_name,col_order,Caption", "F,g,1,x"}));
     load(true);
-    EXPECT_THAT(layout(), ElementsAre("0|a", "1|x", "2|y", "2|z"));
+    EXPECT_THAT(rows("SELECT Caption FROM Grid_property WHERE form_name = 'F'"), ElementsAre("x", "c"));
 }
 
 TEST_F(Import, SingleRowIsReplacedWithoutAsking) {

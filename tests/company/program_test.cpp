@@ -150,6 +150,19 @@ TEST_F(Program, CompanyHeldByAnotherWriterHasStatusThree) {
     expect_done("add-year a.company 2026");
 }
 
+TEST_F(Program, CheckAndExportDoNotWaitForAWriterAndSeeNothingOfIt) {
+    expect_done("create --sample a.company");
+    const store::OpenCompany other = store::open_company(folder_.file("a.company"), kernel::company_tables());
+    other.workspace->BeginTrans();
+    other.database->Execute("UPDATE Balance_table SET amount = 1");
+    other.database->Execute("DELETE * FROM Vendor_table");
+    expect_done("check a.company", "books agree\n");
+    expect_done("export a.company one --table Vendor_table");
+    EXPECT_THAT(text_of_file(folder_.file("one/Vendor_table.csv")), HasSubstr("V1001"));
+    other.workspace->CommitTrans();
+    EXPECT_EQ(run("check a.company").status, 1);
+}
+
 TEST_F(Program, ExportThatCannotBeWrittenHasStatusThree) {
     expect_done("create a.company");
     write_file(folder_.file("taken"), "a file");

@@ -106,6 +106,31 @@ TEST(CompanyTables, NothingIsUniqueOnANumberOrKeyOfDocuments) {
     }
 }
 
+TEST(CompanyTables, OnlyCountersAndParametersAreUnique) {
+    std::set<std::string> unique;
+    for (const store::Table& table : kernel::company_tables().tables()) {
+        for (const store::Index& index : table.indexes) {
+            if (!index.unique) continue;
+            unique.insert(table.name);
+            EXPECT_EQ(index.fields, table.natural_key) << table.name;
+        }
+    }
+    EXPECT_EQ(unique, (std::set<std::string>{"Account_Parameters_table", "Docno_master_table",
+                                             "Next_number_fkey_table", "Next_number_format_table"}));
+}
+
+TEST(CompanyTables, EveryKeyHasAnIndexOverItsFields) {
+    for (const store::Table& table : kernel::company_tables().tables()) {
+        if (table.natural_key.empty()) continue;
+        const std::set<std::string> key(table.natural_key.begin(), table.natural_key.end());
+        const bool indexed =
+            std::any_of(table.indexes.begin(), table.indexes.end(), [&](const store::Index& index) {
+                return std::set<std::string>(index.fields.begin(), index.fields.end()) == key;
+            });
+        EXPECT_TRUE(indexed) << table.name;
+    }
+}
+
 // What SQLite says about a file, read without the store.
 class EngineReport {
   public:

@@ -9,21 +9,21 @@ std::vector<store::Table> calendar_tables() {
             .text({"fyear"})
             .date({"StartDate", "EndDate"})
             .yes_no({"history"})
-            .unique_key({"fyear"}),
+            .indexed_key({"fyear"}),
 
         // Exported by date, not by key: rows are scanned in table order, and "10" would stand before "2".
         TableBuilder("Period_table")
             .text({"fyear", "period", "StartDate", "EndDate"})
-            .unique_key({"fyear", "period"})
+            .indexed_key({"fyear", "period"})
             .ordered_by({"fyear", "StartDate", "period"}),
 
-        TableBuilder("Working_currency_table").text({"Currency", "description"}).unique_key({"Currency"}),
+        TableBuilder("Working_currency_table").text({"Currency", "description"}).indexed_key({"Currency"}),
 
         TableBuilder("Exchange_rate_table")
             .text({"currency"})
             .date({"rate_date"})
             .number({"Rate"})
-            .unique_key({"currency", "rate_date"}),
+            .indexed_key({"currency", "rate_date"}),
 
         TableBuilder("Payment_term_table")
             .text({"term_no", "term_name"})
@@ -32,7 +32,7 @@ std::vector<store::Table> calendar_tables() {
             .number({"early_discount"})
             .yes_no({"default"})
             .text({"Description"})
-            .unique_key({"term_no"}),
+            .indexed_key({"term_no"}),
     };
 }
 
@@ -42,14 +42,14 @@ std::vector<store::Table> tax_tables() {
             .text({"tax_code", "transaction_type"})
             .yes_no({"default"})
             .text({"Description"})
-            .unique_key({"tax_code", "transaction_type"}),
+            .indexed_key({"tax_code", "transaction_type"}),
 
         TableBuilder("Tax_code_details_table")
             .text({"tax_code", "transaction_type", "item_no", "tax_authority"})
             .yes_no({"taxable"})
             .number({"percent_refund"})
             .yes_no({"include_itemcost"})
-            .unique_key({"tax_code", "transaction_type", "item_no"}),
+            .indexed_key({"tax_code", "transaction_type", "item_no"}),
 
         // percent_refund and include_itemcost stand here too; the details of a tax code decide.
         TableBuilder("Tax_authority_table")
@@ -58,7 +58,7 @@ std::vector<store::Table> tax_tables() {
             .text({"acc_recoverable", "acc_expense"})
             .number({"percent_refund"})
             .yes_no({"include_itemcost"})
-            .unique_key({"tax_authority"}),
+            .indexed_key({"tax_authority"}),
     };
 }
 

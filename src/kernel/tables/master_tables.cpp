@@ -8,16 +8,16 @@ std::vector<store::Table> user_tables() {
         TableBuilder("User_right_table")
             .text({"form", "userid"})
             .yes_no({"Update", "Print", "form_design"})
-            .unique_key({"form", "userid"}),
+            .indexed_key({"form", "userid"}),
 
         TableBuilder("Form_property_table")
             .text({"userid", "form"})
             .nullable_yes_no({"toolbar_text", "Fontbar"})
-            .unique_key({"userid", "form"}),
+            .indexed_key({"userid", "form"}),
 
         TableBuilder("Recent_value_table")
             .text({"form_name", "control_name", "Value"})
-            .unique_key({"form_name", "control_name"}),
+            .indexed_key({"form_name", "control_name"}),
     };
 }
 
@@ -27,24 +27,24 @@ std::vector<store::Table> master_tables() {
             .text({"vendor_no", "VENDOR_NAME", "Currency", "ap_accno", "Payment_accno", "prepayment_accno"})
             .number({"owing_balance"})
             .text({"vendor_group", "address"})
-            .unique_key({"vendor_no"})
+            .indexed_key({"vendor_no"})
             .index({"VENDOR_NAME"}),
 
         TableBuilder("Account_master_table")
             .text({"accno", "accname", "type", "accclass", "acctype"})
             .yes_no({"debit", "inactive"})
             .account_segments()
-            .unique_key({"accno"})
+            .indexed_key({"accno"})
             .index({"type"})
             .index({"accclass", "type"}),
 
-        TableBuilder("Account_class_table").text({"class_name", "parent"}).unique_key({"class_name"}),
+        TableBuilder("Account_class_table").text({"class_name", "parent"}).indexed_key({"class_name"}),
 
         TableBuilder("Account_currency_table")
             .text({"accno", "Currency", "Description"})
             .yes_no({"revalue"})
             .text({"unrealised_gain_accno", "unrealised_loss_accno"})
-            .unique_key({"accno", "Currency"}),
+            .indexed_key({"accno", "Currency"}),
 
         TableBuilder("Account_Parameters_table")
             .text({"module", "parameter_name"})
@@ -55,7 +55,7 @@ std::vector<store::Table> master_tables() {
         TableBuilder("Allocation_Account_table")
             .text({"allocate_accno", "accno"})
             .number({"Percent"})
-            .unique_key({"allocate_accno", "accno"}),
+            .indexed_key({"allocate_accno", "accno"}),
 
         TableBuilder("COA_config_table")
             .text({"Currency"})
@@ -67,13 +67,13 @@ std::vector<store::Table> master_tables() {
 
         TableBuilder("Bank_master_table")
             .text({"bank_code", "bank_name", "bank_branch", "bank_account_type", "account_no"})
-            .unique_key({"bank_code"}),
+            .indexed_key({"bank_code"}),
 
         TableBuilder("Credit_card_master_table")
             .text({"card_name", "payable_accno"})
             .yes_no({"used"})
             .text({"account_no"})
-            .unique_key({"card_name"}),
+            .indexed_key({"card_name"}),
     };
 }
 

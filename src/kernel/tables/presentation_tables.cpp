@@ -5,8 +5,7 @@ namespace brimley::kernel {
 
 std::vector<store::Table> presentation_tables() {
     return {
-        // Not unique on its key: a layout that is saved while columns change places holds the same order
-        // twice for a moment.
+        // A layout that is saved while columns change places holds the same order twice for a moment.
         TableBuilder("Grid_property")
             .text({"form_name", "grid_name"})
             .number({"col_order"})
@@ -20,8 +19,7 @@ std::vector<store::Table> presentation_tables() {
             .text({"cell_type"})
             .yes_no({"AutoCompletion", "no_coldivider", "no_headerdivider", "col_fetchstyle", "row_merge",
                      "Print"})
-            .key({"form_name", "grid_name", "col_order"})
-            .index({"form_name", "grid_name", "col_order"}),
+            .indexed_key({"form_name", "grid_name", "col_order"}),
 
         TableBuilder("Report_format_table")
             .text({"user", "form_name", "Orientation", "font_name"})
@@ -33,8 +31,7 @@ std::vector<store::Table> presentation_tables() {
             .text({"split_page", "PaperSize"})
             .number({"Width", "Height"})
             .text({"unit"})
-            .key({"user", "form_name"})
-            .index({"user", "form_name"}),
+            .indexed_key({"user", "form_name"}),
     };
 }
 

@@ -22,14 +22,16 @@ TableBuilder& TableBuilder::numbered(std::string_view prefix, int count, store::
     return *this;
 }
 
-TableBuilder& TableBuilder::unique_key(Names names) {
-    table_.indexes.push_back({list_of(names), true});
-    return key(names);
-}
-
 TableBuilder& TableBuilder::key(Names names) {
     table_.natural_key = list_of(names);
     return ordered_by(names);
+}
+
+TableBuilder& TableBuilder::indexed_key(Names names) { return index(names).key(names); }
+
+TableBuilder& TableBuilder::unique_key(Names names) {
+    table_.indexes.push_back({list_of(names), true});
+    return key(names);
 }
 
 TableBuilder& TableBuilder::ordered_by(Names names) {

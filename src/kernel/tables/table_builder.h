@@ -2,7 +2,7 @@
 // itself.
 //
 //   TableBuilder("Vendor_table").text({"vendor_no",
-//   "VENDOR_NAME"}).number({"owing_balance"}).unique_key({"vendor_no"})
+//   "VENDOR_NAME"}).number({"owing_balance"}).indexed_key({"vendor_no"})
 //
 // Fields stand in the order of the calls. Private to kernel/tables.
 #pragma once
@@ -38,10 +38,12 @@ class TableBuilder {
         return text({"acccode", "subacc", "subacc2", "subacc3", "subacc4", "subacc5"});
     }
 
-    // What rows are looked up by, when the database itself keeps it unique.
-    TableBuilder& unique_key(Names names);
-    // What rows are looked up by, when two rows may bear the same key for a while.
+    // What rows are looked up by, and the order of export. Only import holds rows to it.
     TableBuilder& key(Names names);
+    // The same with an index.
+    TableBuilder& indexed_key(Names names);
+    // The same with an index that the database itself keeps unique: counters and parameters.
+    TableBuilder& unique_key(Names names);
     // The order of export of a table without a key.
     TableBuilder& ordered_by(Names names);
     TableBuilder& single_row();
