@@ -151,7 +151,7 @@ class Database {
 class Workspace {
   public:
     explicit Workspace(std::shared_ptr<Connection> connection);
-    ~Workspace();
+    ~Workspace();  // rolls back what is open
 
     void BeginTrans();
     // Takes no lock. ErrorKind::state within a transaction or while a row is being edited.
