@@ -71,6 +71,11 @@ int Recordset::State::column_of(std::string_view name) const {
     return column;
 }
 
+void Recordset::State::require_column(int column) const {
+    if (column < 0 || column >= plan_->names.size())
+        throw Error(ErrorKind::name, "no column " + std::to_string(column) + " in the recordset");
+}
+
 Value Recordset::State::value(int column) {
     if (buffer_.active() && buffer_.is_set(column)) return buffer_.value(column);
     if (buffer_.mode() == EditBuffer::Mode::adding) {
@@ -119,9 +124,8 @@ bool Recordset::State::take_row() {
     return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
 }
 
-void Recordset::State::set(std::string_view name, const Value& value) {
+void Recordset::State::set(int column, const Value& value) {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
-    const int column = column_of(name);
     convert_for_field(value, field_of(column), buffer_.slot(column));
     buffer_.mark_set(column);
 }

@@ -28,12 +28,13 @@ class Recordset::State {
     [[nodiscard]] const SelectPlan& plan() const { return *plan_; }
     // Throws ErrorKind::name.
     [[nodiscard]] int column_of(std::string_view name) const;
+    void require_column(int column) const;
     [[nodiscard]] Value value(int column);
 
     void add_new();
     // False when another workspace is in the way.
     [[nodiscard]] bool edit();
-    void set(std::string_view name, const Value& value);
+    void set(int column, const Value& value);
     void update();
     void cancel();
     void lock_edits(bool pessimistic) { pessimistic_ = pessimistic; }
