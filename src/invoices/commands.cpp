@@ -24,9 +24,8 @@ constexpr int kViewAll = 1012;
 constexpr int kOpenInvoiceOnly = 1013;
 constexpr int kVendorAddress = 1014;
 
-// Commands that stand in the menus but are not offered yet: editing, templates, void and hold, the font bar.
-constexpr int kNotYetOffered[] = {106, 116, 401,  402,  403,  404,  405, 406,
-                                  407, 408, 1005, 1008, 1009, 1010, 1011};
+// Commands that stand in the menus but are not offered yet: editing, templates, void and hold.
+constexpr int kNotYetOffered[] = {106, 1005, 1008, 1009, 1010, 1011};
 
 // The amounts that a printed credit note turns around: the line's own and those of its tax slots.
 bool is_printed_amount(std::string_view field) {

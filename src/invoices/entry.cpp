@@ -67,8 +67,9 @@ void APform_invoice::connect_handlers() {
     dbgrid1.on_before_edit = [this](controls::CellEdit& edit) { dbgrid1_BeforeColEdit(edit); };
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
     dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
-    dbgrid1.on_row_col_change = [this](int old_row, int) {
+    dbgrid1.on_row_col_change = [this](int old_row, int old_column) {
         if (dbgrid1.row() != old_row) refresh_tax_panels();
+        dbgrid1_RowColChange(old_column);
     };
     grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
 }
