@@ -235,15 +235,14 @@ void APform_invoice::Recordx_byinvno() {
 }
 
 void APform_invoice::get_list_open_doc() {
-    // Fetched when the list is opened, however many documents are open; of the kind shown now, though.
-    cmbopendoc.set_source([this, doctype = txtdoctype.text()] {
+    // Fetched when the list is opened; of the kind shown now, though.
+    open_documents_ =
+        fmt::format("doctype = {} AND fully_paid = FALSE AND void = FALSE", quoted(txtdoctype.text()));
+    cmbopendoc.set_source([this] {
         std::vector<ComboBox::Row> items;
         step("get_list_open_doc", [&] {
-            auto open =
-                kernel().read(fmt::format("SELECT docno FROM AP_header_table WHERE doctype = {} AND "
-                                          "fully_paid = FALSE AND void = FALSE ORDER BY "
-                                          "docno DESC",
-                                          quoted(doctype)));
+            auto open = kernel().read(fmt::format(
+                "SELECT docno FROM AP_header_table WHERE {} ORDER BY docno DESC", open_documents_));
             for (; !open.at_eof(); open.MoveNext())
                 items.push_back({open.text("docno")});
         });
