@@ -70,6 +70,7 @@ void DocumentForm::press_new() {
         bars_.set_pressed(command::kNew, true);
         grid_newmode();
         gencode_new();
+        shown_whole_ = true;
         return;
     }
     if (entry_has_data() && ask("Do you want to save new entry?")) {
@@ -89,6 +90,7 @@ bool DocumentForm::refuses_edit() {
 void DocumentForm::begin_edit() {
     if (refuses_edit() || !validate_docno()) return;
     Recordx_fkey();
+    if (!shown_whole()) return;
     if (refuses_edit()) return;  // it was voided or paid elsewhere while it stood on this screen
     grid_editmode();
     bars_.set_pressed(command::kEditMode, true);

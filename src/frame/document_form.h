@@ -108,6 +108,9 @@ class DocumentForm : public Form {
 
     // Shows a header row with its lines. The screen is cleared only now, when the row was found.
     void show_document(store::Recordset& header);
+    // False when showing a document broke off in the middle: what stands on the screen must not be saved or
+    // voided then.
+    [[nodiscard]] bool shown_whole() const { return shown_whole_; }
     [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey);
 
     std::int64_t fkey_last_no = 0;
@@ -127,7 +130,8 @@ class DocumentForm : public Form {
     void step_record(int direction);
     void leave_mode(int pressed_command);
 
-    std::string shown_fkey_;          // the document on screen
+    std::string shown_fkey_;  // the document on screen
+    bool shown_whole_ = true;
     std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
 };
 

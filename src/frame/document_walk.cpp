@@ -39,6 +39,7 @@ Recordset DocumentForm::header_by_fkey(std::string_view fkey) {
 }
 
 void DocumentForm::show_document(Recordset& header) {
+    shown_whole_ = false;
     clear_box();
     assign2control(header);
     shown_fkey_ = header.text("fkey");
@@ -46,6 +47,7 @@ void DocumentForm::show_document(Recordset& header) {
     auto lines = kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY VAL(pay_item)",
                                            walk_tables().lines, quoted(header.text("fkey"))));
     assign2_dbgrid1(lines);
+    shown_whole_ = true;
 }
 
 // No counter row is as good as a counter that has issued nothing.

@@ -33,7 +33,7 @@ bool APform_invoice::refuses_void(bool is_void, int paid) {
 }
 
 bool APform_invoice::may_void() {
-    if (txtdocno.empty() || txtfkey.empty()) return false;
+    if (txtdocno.empty() || txtfkey.empty() || !shown_whole()) return false;
     if (refuses_void(chkvoid.is_set(), chkpaid.value())) return false;
     const std::string& source = txtsource.text();
     if (source != "AP" && source != "AP-INVOICE") {

@@ -329,4 +329,31 @@ TEST_F(SaveFaults, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
     RecordProperty("failed_acts", failed);
 }
 
+TEST_F(SaveFaults, FailureWhileAnEditBeginsNeverOpensHalfADocument) {
+    const auto session = prepared(base_invoice(), kVoid);
+    const std::string total = session->form().txttotal.text();
+    int refused = 0;
+    for (int nth = 1;; ++nth) {
+        SCOPED_TRACE(fmt::format("call {}", nth));
+        session->faults->kind = store::ErrorKind::io;
+        session->faults->arm(nth, false);
+        session->press(106);
+        const bool reached = session->faults->calls >= nth;
+        session->faults->disarm();
+        if (session->reading()) {
+            ++refused;
+            session->press(136);
+        } else {
+            EXPECT_EQ(session->form().txttotal.text(), total);
+            EXPECT_EQ(session->form().dbgrid1.cell(2, "gross amount"), "61.11");
+            EXPECT_EQ(session->form().cmbterm.text(), "2% 10 days, net 30");
+            session->user.desk.answers = {false};
+            session->press(106);
+        }
+        if (HasFailure() || !reached) break;
+    }
+    EXPECT_GT(refused, kFewestHoldFailures);
+    EXPECT_EQ(session->changed_tables(), "");
+}
+
 }  // namespace brimley::testing
