@@ -151,5 +151,71 @@ TEST_F(BadDisk, ConsoleThatCannotOpenItsCompanyOnAFullDiskSaysSo) {
               "brimley-console: a.company cannot be written: the disk is full or cannot be written\n");
 }
 
+// --- a company that may be read but not written
+//
+// Reading beside a writer rests on the log beside the file, so whoever opens a company must be able to write
+// both. Root may write everything; the right to do so is taken from the program then.
+class ReadOnlyCompany : public BadDisk {
+  protected:
+    ReadOnlyCompany() {
+        make_sample();
+        before_ = text_of_file(folder_.file("a.company"));
+    }
+    ~ReadOnlyCompany() override { allow(std::filesystem::perms::owner_all); }
+    void allow(std::filesystem::perms permissions) {
+        std::filesystem::permissions(folder_.file("a.company"), permissions);
+    }
+    static std::string as_anybody() {
+        return ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search" : "";
+    }
+    void expect_refused(const std::string& arguments, const std::string& reason) {
+        const Outcome outcome = company(arguments, as_anybody());
+        EXPECT_EQ(outcome.status, 3) << arguments;
+        EXPECT_EQ(outcome.output, "") << arguments;
+        EXPECT_EQ(outcome.errors, "brimley-company: " + reason + "\n") << arguments;
+    }
+    void expect_untouched() {
+        EXPECT_TRUE(text_of_file(folder_.file("a.company")) == before_);
+        EXPECT_FALSE(std::filesystem::exists(folder_.file("csv")));
+    }
+
+  private:
+    std::string before_;
+};
+
+TEST_F(ReadOnlyCompany, WriteProtectedFileIsToldByItsNameAndLeftAlone) {
+    allow(std::filesystem::perms::owner_read);
+    for (const char* arguments :
+         {"check a.company", "export a.company csv", "add-year a.company 2028", "import a.company ."})
+        expect_refused(arguments, "a.company cannot be written");
+    write_file(folder_.file("acts"), "call showform_APform_invoice\n");
+    const Outcome outcome = run_program(
+        folder_, {.arguments = "a.company acts", .program = "brimley-console", .before = as_anybody()});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.errors, "brimley-console: a.company cannot be written\n");
+    expect_untouched();
+}
+
+TEST_F(ReadOnlyCompany, FileThatMayNotBeReadEitherIsToldWithTheReason) {
+    allow(std::filesystem::perms::none);
+    expect_refused("check a.company", "a.company cannot be read: Permission denied");
+    allow(std::filesystem::perms::owner_all);
+    expect_untouched();
+}
+
+TEST_F(ReadOnlyCompany, FileInAWriteProtectedFolderIsToldByItsNameAndLeftAlone) {
+    const std::filesystem::path shelf = folder_.file("shelf");
+    std::filesystem::create_directory(shelf);
+    std::filesystem::copy_file(folder_.file("a.company"), shelf / "a.company");
+    std::filesystem::permissions(shelf,
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    for (const char* arguments : {"check shelf/a.company", "export shelf/a.company csv"})
+        expect_refused(arguments, "shelf/a.company cannot be written: the disk is full or cannot be written");
+    expect_refused("create shelf/b.company", "shelf/b.company cannot be made: Permission denied");
+    std::filesystem::permissions(shelf, std::filesystem::perms::owner_all);
+    EXPECT_TRUE(text_of_file((shelf / "a.company").string()) == text_of_file(folder_.file("a.company")));
+    expect_untouched();
+}
+
 }  // namespace
 }  // namespace brimley
