@@ -85,31 +85,6 @@ TEST_F(HostClass, UnknownMethodIsToldAndDoesNothing) {
     EXPECT_THAT(user.desk.open_forms, IsEmpty());
 }
 
-TEST_F(HostClass, AliasesWriteTheMembersOfTheLongNames) {
-    ap.dbwkspace(nullptr);
-    ap.db(nullptr);
-    ap.OPENdb("path");
-    ap.basecurrency("EUR");
-    ap.BRuser("bert");
-    ap.BRtheme(3);
-    EXPECT_EQ(ap.dbe, nullptr);
-    EXPECT_EQ(ap.abcdb, nullptr);
-    EXPECT_EQ(ap.OPEN_DATABASE, "path");
-    EXPECT_EQ(ap.BASE_CURRENCY, "EUR");
-    EXPECT_EQ(ap.BRIMLEY_USER, "bert");
-    EXPECT_EQ(std::any_cast<int>(ap.BRIMLEY_THEME), 3);
-}
-
-TEST_F(HostClass, FormHoldsItsOwnCopyOfTheContext) {
-    ap.showform_APform_invoice();
-    ap.BRIMLEY_USER = "bert";
-    ap.BASE_CURRENCY = "EUR";
-    EXPECT_EQ(form().context().BRIMLEY_USER, "anna");
-    EXPECT_EQ(form().context().BASE_CURRENCY, "USD");
-    EXPECT_EQ(form().context().abcdb, ap.abcdb);
-    EXPECT_EQ(form().context().dbe, ap.dbe);
-}
-
 TEST_F(HostClass, ShowingAgainOpensASecondForm) {
     ap.showform_APform_invoice();
     const auto first = ap.frm_invoice;
