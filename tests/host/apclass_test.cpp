@@ -206,6 +206,32 @@ TEST_F(HostClass, NavigationBeforeAnyShowDoesNothing) {
     EXPECT_THAT(user.messages(), IsEmpty());
 }
 
+TEST_F(HostClass, NavigationOnAClosedFormOpensNothingAgain) {
+    ap.showform_APform_invoice();
+    save("Invoice");
+    ap.frm_invoice_Exit();
+    ap.switch_APform_invoice("vcn");
+    ap.APform_invoice_goto_fkey("1ip-1");
+    ap.APform_invoice_goto_docno("IP-26-00001");
+    ap.frm_invoice_Exit();
+    EXPECT_FALSE(form().is_open());
+    EXPECT_EQ(user.desk.closed, 1);
+    EXPECT_THAT(user.desk.raised, IsEmpty());
+    EXPECT_THAT(user.notifications, IsEmpty());
+}
+
+TEST_F(HostClass, HostMayCloseTheSenderFromWithinItsEvent) {
+    ap.showform_APform_invoice();
+    ap.NotifyClients = [&](const std::string&, const std::string&, const std::string&) {
+        ap.frm_invoice_Exit();
+        ap.frm_invoice.reset();
+    };
+    const std::weak_ptr<invoices::APform_invoice> sender = ap.frm_invoice;
+    EXPECT_EQ(form().press(207), controls::Refusal::none);
+    EXPECT_THAT(user.desk.open_forms, IsEmpty());
+    EXPECT_TRUE(sender.expired());
+}
+
 TEST_F(HostClass, FormWithoutADatabaseOpensWithoutData) {
     ap.db(nullptr);
     ap.showform_APform_invoice();
