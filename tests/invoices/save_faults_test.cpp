@@ -14,6 +14,7 @@
 namespace brimley::testing {
 
 using ::testing::Contains;
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
@@ -354,6 +355,60 @@ TEST_F(SaveFaults, FailureWhileAnEditBeginsNeverOpensHalfADocument) {
     }
     EXPECT_GT(refused, kFewestHoldFailures);
     EXPECT_EQ(session->changed_tables(), "");
+}
+
+// --- the retry of a ledger line
+//
+// Another desk may hold the ledger when a line is written: the line is tried again after a wait, up to five
+// times, within the same save.
+class LedgerLineRetry : public SaveFaults {
+  protected:
+    LedgerLineRetry() {
+        session.remember_tables();
+        session.faults->kind = store::ErrorKind::locked;
+        session.faults->only_statements_with = "INSERT INTO \"GL_transaction_table\"";
+        session.faults->arm(2, true);  // the first line goes through, the second one is held
+    }
+    // The ledger is let go in this wait.
+    void free_in_wait(int number) {
+        session.user.desk.on_wait = [this, number](int wait) {
+            if (wait == number) session.faults->disarm();
+        };
+    }
+    void save() { ASSERT_EQ(session.form().press(101), controls::Refusal::none); }
+    [[nodiscard]] std::size_t waits() const { return session.user.desk.waits.size(); }
+    void expect_saved_as_ever() {
+        EXPECT_THAT(session.user.messages(), ElementsAre("Add new Invoice complete"));
+        EXPECT_EQ(difference(tables_after(base_invoice(), kSave), all_tables(session.company.db())), "");
+    }
+
+    Session session{base_invoice()};
+};
+
+TEST_F(LedgerLineRetry, HeldOnceTheLineStandsOnceAfterOneWait) {
+    free_in_wait(1);
+    save();
+    EXPECT_EQ(waits(), 1U);
+    EXPECT_EQ(session.user.desk.waits[0], kernel::kLockRetryWait);
+    expect_saved_as_ever();
+}
+
+TEST_F(LedgerLineRetry, HeldFiveTimesTheSixthTrySaves) {
+    free_in_wait(5);
+    save();
+    EXPECT_EQ(waits(), 5U);
+    expect_saved_as_ever();
+}
+
+TEST_F(LedgerLineRetry, HeldSixTimesTheSaveIsRefusedAndNothingIsLeft) {
+    save();
+    EXPECT_EQ(waits(), 5U);
+    EXPECT_EQ(session.faults->calls, 1 + 6);
+    EXPECT_THAT(session.user.desk.messages, ElementsAre("Add new Invoice failed"));
+    check_failed(session, kSave);
+    session.faults->disarm();
+    save();
+    expect_saved_as_ever();
 }
 
 }  // namespace brimley::testing
