@@ -11,6 +11,12 @@ using controls::Control;
 
 namespace {
 
+constexpr int kPeriodsMax = 99;
+
+}  // namespace
+
+namespace {
+
 constexpr controls::Colour kDocnoInEdit = controls::rgb(120, 120, 220);
 
 }  // namespace
@@ -181,7 +187,8 @@ void DocumentForm::fill_common_combos() {
     cmbfyear.set_source(column_of("SELECT fyear FROM Fiscalyear_table", "fyear"));
     cmbcurrency.set_source(column_of("SELECT Currency FROM Working_currency_table", "Currency"));
     std::vector<controls::ComboBox::Row> periods;
-    const int last_period = static_cast<int>(kernel::money_value(context().BRIMLEY_NO_PERIODS));
+    const int last_period = static_cast<int>(
+        kernel::whole_number(kernel::money_value(context().BRIMLEY_NO_PERIODS), 0, kPeriodsMax));
     for (int period = 1; period <= last_period; ++period)
         periods.push_back({std::to_string(period)});
     cmbperiod.set_items(periods);

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "frame/document_form.h"
+#include "kernel/money.h"
 
 namespace brimley::frame {
 
@@ -13,6 +14,7 @@ using store::Recordset;
 namespace {
 
 constexpr const char* kCompany = "1";
+constexpr std::int64_t kKeyNumberMax = 9007199254740992;
 
 // The number behind the first "-" of a key, or nothing for a key without one.
 std::optional<std::int64_t> key_number(std::string_view fkey) {
@@ -54,7 +56,7 @@ void DocumentForm::show_document(Recordset& header) {
 std::int64_t DocumentForm::last_number_issued(const std::string& doctype) {
     const auto counter = kernel().read(fmt::format(
         "SELECT * FROM Next_number_fkey_table WHERE company = 1 AND doctype = {}", quoted(doctype)));
-    return counter.at_eof() ? 0 : static_cast<std::int64_t>(counter.number("fkeyno")) - 1;
+    return counter.at_eof() ? 0 : kernel::whole_number(counter.number("fkeyno"), 1, kKeyNumberMax) - 1;
 }
 
 void DocumentForm::last_record() {

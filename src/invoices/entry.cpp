@@ -14,7 +14,8 @@ using store::quoted;
 namespace {
 
 constexpr std::size_t kRatesListedMax = 10;
-constexpr const char* kNoDueDate = "00";  // the payment_term of a term without a due date
+constexpr std::int64_t kTermDaysMax = 36525;  // a century
+constexpr const char* kNoDueDate = "00";      // the payment_term of a term without a due date
 
 }  // namespace
 
@@ -97,7 +98,9 @@ void APform_invoice::cmbterm_ItemSelect() {
         txtterm.set(term.text("duedays"));
         const auto invoice_date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
         const auto days_on = [&](double days) {
-            return invoice_date ? date_text(invoice_date->plus_days(static_cast<int>(days))) : std::string{};
+            return invoice_date ? date_text(invoice_date->plus_days(static_cast<int>(
+                                      kernel::whole_number(days, -kTermDaysMax, kTermDaysMax))))
+                                : std::string{};
         };
         const bool no_due_date = term.text("payment_term") == kNoDueDate;
         txtduedate.set(no_due_date ? "" : days_on(money_value(txtterm.text())));

@@ -12,6 +12,8 @@ namespace {
 using store::quoted;
 using store::Recordset;
 
+constexpr int kYearMax = 9999;
+
 double null_to_zero(Recordset& row, int column) {
     const store::Value value = row.column(column);
     if (!value.is_null()) return value.number();
@@ -154,7 +156,7 @@ bool ModuleG3::create_foreign_balance_rows(std::string_view accno, std::string_v
     if (!account_row.at_eof()) account = segments_of(account_row);
     if (!last_year.is_null()) {
         const auto year_number = [](const store::Value& year) {
-            return static_cast<int>(money_value(year.text()));
+            return static_cast<int>(whole_number(money_value(year.text()), 0, kYearMax));
         };
         const int last = year_number(last_year);
         add_period_rows(account, currency, first_year.is_null() ? last : year_number(first_year), last);

@@ -12,6 +12,9 @@ namespace {
 using store::quoted;
 
 constexpr int kCounterTries = 10;
+// Doubles hold every whole number up to here. A number so long is refused by its length.
+constexpr std::int64_t kNumberMax = 9007199254740992;
+constexpr std::int64_t kWidthMax = 100;
 constexpr std::ptrdiff_t kDocnoLengthMax = 30;
 
 // Characters, not bytes: a prefix may hold letters of any alphabet.
@@ -36,7 +39,7 @@ std::optional<std::int64_t> ModuleG3::take_number(store::Recordset& counter, con
     const double number = counter.number(field);
     counter.set(field, number + 1);
     counter.Update();
-    return static_cast<std::int64_t>(number);
+    return whole_number(number, -kNumberMax, kNumberMax);
 }
 
 void ModuleG3::tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year) {
@@ -92,8 +95,11 @@ std::string ModuleG3::format_docno(std::string_view doctype, std::int64_t number
     const std::string separator1 = configured && config.flag("seperator1") ? "-" : "";
     const std::string separator2 = configured && config.flag("seperator2") ? "-" : "";
     const std::string prefix = format.at_eof() ? "" : format.text("prefix");
-    const int width = format.at_eof() ? 0 : static_cast<int>(money_value(format.text("running_no_digit")));
-    const std::string running = fmt::format("{:0{}}", number, std::max(width, 0));
+    const int width =
+        format.at_eof()
+            ? 0
+            : static_cast<int>(whole_number(money_value(format.text("running_no_digit")), 0, kWidthMax));
+    const std::string running = fmt::format("{:0{}}", number, width);
     if (structure == "1") return prefix + separator1 + year + separator2 + running;
     if (structure == "2") return year + separator1 + prefix + separator2 + running;
     if (structure == "3") return prefix + separator1 + running;

@@ -23,6 +23,11 @@ std::string_view trimmed(std::string_view text) {
 
 double Round(double value) { return std::nearbyint(value * 100.0) / 100.0; }
 
+std::int64_t whole_number(double number, std::int64_t least, std::int64_t most) {
+    if (!(number > static_cast<double>(least))) return least;
+    return number < static_cast<double>(most) ? static_cast<std::int64_t>(number) : most;
+}
+
 std::string format_money(double value) {
     const double cents = std::round(value * 100.0);
     const std::string digits = fmt::format("{:03.0f}", std::fabs(cents));

@@ -5,6 +5,7 @@
 // display format takes it away from zero.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,10 @@ namespace brimley::kernel {
 // Commas removed, then the value of the leading digits: "1,234.50" is 1234.5, a word is 0, an empty text is
 // 0.
 [[nodiscard]] double money_value(std::string_view text);
+
+// The number cut to a whole one, held between the limits; the lower one for what is no number. Tables may
+// hold any number where a count is meant.
+[[nodiscard]] std::int64_t whole_number(double number, std::int64_t least, std::int64_t most);
 
 // True for digits with a sign, thousands commas and decimals, blanks around them allowed.
 [[nodiscard]] bool is_numeric(std::string_view text);

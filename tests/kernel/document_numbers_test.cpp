@@ -51,6 +51,13 @@ TEST_F(DocumentNumbers, EachFiscalYearCountsForItselfAndKeysGoOn) {
     EXPECT_EQ(take("2026"), "7 and 58");
 }
 
+TEST_F(DocumentNumbers, CounterBeyondAllNumbersGivesTheLargestOne) {
+    company.add("Docno_master_table",
+                {{"company", 1}, {"doctype", "ip"}, {"fiscalyear", "2026"}, {"nextdocno", 1e300}});
+    add_key_counter(57);
+    EXPECT_EQ(take(), "9007199254740992 and 57");
+}
+
 TEST_F(DocumentNumbers, RollbackGivesBothNumbersBack) {
     add_counter("2026", 7);
     add_key_counter(57);
@@ -248,6 +255,12 @@ TEST_F(DocumentNumberText, StructureThreeHasNoYearAndNoSecondSeparator) {
     EXPECT_EQ(text(), "IP00057");
     configure("3", 4, false, false);
     EXPECT_EQ(text(), "IP00057");
+}
+
+TEST_F(DocumentNumberText, WidthBeyondReasonIsCut) {
+    add_format("IP", "999999999");
+    configure("3", 4, false, false);
+    EXPECT_EQ(text().size(), 102U);
 }
 
 TEST_F(DocumentNumberText, NullStructureIsStructureOne) {

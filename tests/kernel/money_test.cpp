@@ -10,6 +10,7 @@ using kernel::format_money;
 using kernel::is_numeric;
 using kernel::money_value;
 using kernel::Round;
+using kernel::whole_number;
 
 TEST(Money, RoundTakesATieToTheEvenDigit) {
     EXPECT_EQ(Round(2.125), 2.12);
@@ -63,6 +64,14 @@ TEST(Money, FormattedAmountsReadBackAsTheyWere) {
         const double amount = static_cast<double>(cents) / 100;
         ASSERT_EQ(Round(money_value(format_money(amount))), Round(amount)) << amount;
     }
+}
+
+TEST(Money, WholeNumbersAreCutAndStayWithinTheirLimits) {
+    EXPECT_EQ(whole_number(3.9, 0, 10), 3);
+    EXPECT_EQ(whole_number(-3.9, -10, 10), -3);
+    EXPECT_EQ(whole_number(1e300, 0, 9007199254740992), 9007199254740992);
+    EXPECT_EQ(whole_number(-1e300, 0, 10), 0);
+    EXPECT_EQ(whole_number(std::nan(""), 1, 10), 1);
 }
 
 TEST(Money, NumericTextsMayHaveSignCommasAndDecimals) {
