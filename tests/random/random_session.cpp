@@ -175,7 +175,10 @@ void RandomSession::hold_document() {
 }
 
 void RandomSession::release_document() {
-    if (go_to_some_document()) press(1010);
+    if (on_hold_.empty()) return;
+    const std::vector<std::string> held(on_hold_.begin(), on_hold_.end());
+    run("enter txtdocno " + chance_.one_of(held));
+    press(1010);
 }
 
 void RandomSession::walk() {
