@@ -90,7 +90,8 @@ struct BareSave::Parts {
 
 BareSave::BareSave(const std::string& company) : parts_(std::make_unique<Parts>()) {
     Parts& p = *parts_;
-    if (sqlite3_open_v2(company.c_str(), &p.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK) {
+    if (sqlite3_open_v2(company.c_str(), &p.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) !=
+        SQLITE_OK) {
         throw std::runtime_error(sqlite3_errmsg(p.db));
     }
     p.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=10000");
