@@ -89,6 +89,8 @@ class DocumentForm : public Form {
     virtual void record_shown_by_walk() {}
     // After next_record and previous_record.
     virtual void record_stepped() {}
+    // Where next_record and previous_record go while nothing stored is on screen.
+    virtual void step_from_new_entry() { last_record(); }
     virtual void preview() {}
     virtual void insert_line() {}
     virtual void delete_line() {}
@@ -106,8 +108,16 @@ class DocumentForm : public Form {
     static void set_field(controls::Control& field, FieldState state);
 
     // Shows a header row with its lines. The screen is cleared only now, when the row was found.
-    void show_document(store::Recordset& header);
-    [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey);
+    void show_document(store::Recordset& header) { show_document(header, walk_tables()); }
+    void show_document(store::Recordset& header, const WalkTables& tables);
+    [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey, const WalkTables& tables);
+    // The number last given to a document of the kind; 0: none was given yet.
+    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
+    // The newest stored header of a kind, looked for from this number down; from here on next_record goes up
+    // to it. Nothing when none of the numbers is stored.
+    [[nodiscard]] std::optional<store::Recordset> newest_header(const std::string& doctype,
+                                                                std::int64_t last_no,
+                                                                const WalkTables& tables);
 
     std::int64_t fkey_last_no = 0;
 
@@ -117,7 +127,6 @@ class DocumentForm : public Form {
 
   private:
     bool show_where(const std::string& criteria);
-    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
     void press_new();
     void press_edit();
     void press_save();

@@ -18,15 +18,16 @@ constexpr int kTaxSummary = 132;
 constexpr int kViewInvoice = 1002;
 constexpr int kViewCreditNote = 1003;
 constexpr int kViewDebitNote = 1004;
+constexpr int kViewRecurring = 1005;
 constexpr int kPayThisInvoice = 1006;
 constexpr int kPaymentHistory = 1007;
+constexpr int kRecurringConfiguration = 1011;
 constexpr int kViewAll = 1012;
 constexpr int kOpenInvoiceOnly = 1013;
 constexpr int kVendorAddress = 1014;
 
-// Commands that stand in the menus but are not offered yet: editing, templates, void and hold, the font bar.
-constexpr int kNotYetOffered[] = {106, 116, 401,  402,  403,  404,  405, 406,
-                                  407, 408, 1005, 1008, 1009, 1010, 1011};
+// Commands that stand in the menus but are not offered yet: editing, void and hold, the font bar.
+constexpr int kNotYetOffered[] = {106, 116, 401, 402, 403, 404, 405, 406, 407, 408, 1008, 1009, 1010};
 
 // The amounts that a printed credit note turns around: the line's own and those of its tax slots.
 bool is_printed_amount(std::string_view field) {
@@ -120,6 +121,12 @@ void APform_invoice::execute_own(int id) {
         case kViewDebitNote:
             view_kind("Debit Note", id);
             break;
+        case kViewRecurring:
+            if (reading) view_recurring();
+            break;
+        case kRecurringConfiguration:
+            frame_recur.set_visible(!frame_recur.visible());
+            break;
         case kPayThisInvoice:
             if (reading) pay_this_invoice();
             break;
@@ -141,6 +148,7 @@ void APform_invoice::execute_own(int id) {
 }
 
 void APform_invoice::view_kind(const char* kind, int id) {
+    leave_recurring_view();
     cmbdoctype.set(kind);
     last_record();
     get_list_open_doc();
@@ -148,14 +156,23 @@ void APform_invoice::view_kind(const char* kind, int id) {
 }
 
 void APform_invoice::press_view(int id) {
-    for (const int view : {kViewInvoice, kViewCreditNote, kViewDebitNote})
+    for (const int view : {kViewInvoice, kViewCreditNote, kViewDebitNote, kViewRecurring})
         bars_.set_pressed(view, view == id);
 }
+
+void APform_invoice::press_recurring_view(bool pressed) {
+    if (pressed) press_view(kViewRecurring);
+    bars_.set_pressed(kViewRecurring, pressed);
+}
+
+bool APform_invoice::recurring_view() const { return bars_.pressed(kViewRecurring); }
+
+bool APform_invoice::open_documents_only() const { return bars_.pressed(kOpenInvoiceOnly); }
 
 void APform_invoice::show_open_documents(bool open_only) {
     bars_.set_pressed(kOpenInvoiceOnly, open_only);
     bars_.set_pressed(kViewAll, !open_only);
-    cmbopendoc.set_visible(open_only);
+    cmbopendoc.set_visible(open_only && !recurring_view());
     if (open_only) get_list_open_doc();
 }
 
@@ -227,6 +244,7 @@ std::string APform_invoice::edit_refusal() {
 }
 
 void APform_invoice::preview() {
+    if (txtdoctype.text() == kTemplateDoctype) return;  // nothing is printed of a template
     std::string fields = "AP_header_table.*, AP_transaction_table.*";
     if (cmbdoctype.text() == "Credit Note") {
         // A credit note is printed as a credit, though its amounts are stored positive.
