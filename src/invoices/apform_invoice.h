@@ -259,12 +259,15 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool recurring_view() const;
     [[nodiscard]] bool open_documents_only() const;
     void show_open_documents(bool open_only);
+    // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
+    [[nodiscard]] std::string open_document(const char* function, const std::string& condition);
     void origin_doc();
     void pay_this_invoice();
     void payment_history();
 
-    int line_rows = 0;     // the highest grid row that editing has reached
-    double old_total = 0;  // txttotal of the document as loaded; 0 for a new one
+    int line_rows = 0;            // the highest grid row that editing has reached
+    double old_total = 0;         // txttotal of the document as loaded; 0 for a new one
+    std::string open_documents_;  // which documents cmbopendoc lists, as a condition
     kernel::TaxRows tax_rows;
     controls::DropDown ddacc;
     controls::DropDown ddtax;

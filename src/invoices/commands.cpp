@@ -9,6 +9,7 @@
 namespace brimley::invoices {
 
 using controls::Command;
+using store::quoted;
 namespace command = frame::command;
 
 namespace {
@@ -26,8 +27,8 @@ constexpr int kViewAll = 1012;
 constexpr int kOpenInvoiceOnly = 1013;
 constexpr int kVendorAddress = 1014;
 
-// Commands that stand in the menus but are not offered yet: editing, void and hold, the font bar.
-constexpr int kNotYetOffered[] = {106, 116, 401, 402, 403, 404, 405, 406, 407, 408, 1008, 1009, 1010};
+// Commands that stand in the menus but are not offered yet: editing, void and hold.
+constexpr int kNotYetOffered[] = {106, 1008, 1009, 1010};
 
 // The amounts that a printed credit note turns around: the line's own and those of its tax slots.
 bool is_printed_amount(std::string_view field) {
@@ -177,22 +178,38 @@ void APform_invoice::show_open_documents(bool open_only) {
 }
 
 // In the "Open Invoice Only" view the list is walked instead of the keys. It is in descending order, and its
-// last item is the oldest open document: that is where last_record goes.
+// last item is the oldest open document: that is where last_record goes. The list may be long and is fetched
+// only when somebody opens it; the next item is looked up.
 bool APform_invoice::walk_open_documents(int direction) {
     if (!cmbopendoc.visible()) return false;
-    const int count = static_cast<int>(cmbopendoc.items().size());
+    std::string target;
     if (direction == 0) {
-        if (count == 0) return false;
-        cmbopendoc.select(count - 1);
+        target = open_document("MIN", "");
+        if (target.empty()) return false;
     } else {
-        cmbopendoc.set(txtdocno.text());
-        const int target = cmbopendoc.list_index() + direction;
-        if (cmbopendoc.list_index() < 0) cmbopendoc.clear_choice();
-        if (cmbopendoc.list_index() < 0 || target < 0 || target >= count) return true;
-        cmbopendoc.select(target);
+        const std::string shown = quoted(txtdocno.text());
+        const bool listed = !open_document("MIN", " AND docno = " + shown).empty();
+        cmbopendoc.set(listed ? txtdocno.text() : std::string{});
+        if (listed) {
+            target = direction > 0 ? open_document("MAX", " AND docno < " + shown)
+                                   : open_document("MIN", " AND docno > " + shown);
+        }
+        if (target.empty()) return true;
     }
+    cmbopendoc.set_row({target});
     cmbopendoc_itemselect();
     return true;
+}
+
+std::string APform_invoice::open_document(const char* function, const std::string& condition) {
+    std::string docno;
+    step("open document", [&] {
+        docno = kernel()
+                    .read(fmt::format("SELECT {}(docno) AS found FROM AP_header_table WHERE {}{}", function,
+                                      open_documents_, condition))
+                    .text("found");
+    });
+    return docno;
 }
 
 void APform_invoice::record_shown_by_walk() {
@@ -265,7 +282,7 @@ void APform_invoice::preview() {
     }
     const std::string query =
         fmt::format("SELECT {} FROM {} WHERE AP_header_table.fkey = {} ORDER BY pay_item", fields, tables,
-                    store::quoted(txtfkey.text()));
+                    quoted(txtfkey.text()));
     notify("ActiveReport", query,
            fmt::format("A/P {},{},{}", cmbdoctype.text(), txtdocno.text(), rights().form_design ? "1" : "0"));
 }
