@@ -8,8 +8,8 @@ Findings check_books(store::Database& database) {
     for (const auto check :
          {check_documents_balance, check_line_numbers, check_ledger_headers, check_balances,
           check_period_balances, check_running_balances, check_account_currencies, check_invoice_documents,
-          check_open_amounts, check_paid_flags, check_tax_slots, check_document_keys, check_key_counters,
-          check_number_counters}) {
+          check_open_amounts, check_paid_flags, check_reversals, check_void_invoices, check_tax_slots,
+          check_document_keys, check_key_counters, check_number_counters}) {
         check(books, findings);
     }
     return findings;

@@ -51,6 +51,12 @@ void check_paid_flags(const Books& books, Findings& findings);
 // What a tax slot allocates, recovers and expenses adds up to its tax.
 void check_tax_slots(const Books& books, Findings& findings);
 
+// What a reversed GL document of an invoice has posted is taken back account by account: by lines of its own,
+// or by those of the document that says so.
+void check_reversals(const Books& books, Findings& findings);
+// A void invoice names a GL document that is reversed, any other one that is not.
+void check_void_invoices(const Books& books, Findings& findings);
+
 // No two documents share a key made from the counter that never restarts.
 void check_document_keys(const Books& books, Findings& findings);
 // Both counters stand ahead of every number used.

@@ -16,6 +16,9 @@ namespace {
 using store::FieldType;
 using store::Value;
 
+// The store takes no whole number beyond the last one that a double tells from its neighbours.
+constexpr double kWholeNumberMax = 9007199254740992.0;
+
 // Stricter than the store's own reading: no blanks, no plus sign, no infinity.
 std::optional<double> plain_number(std::string_view text) {
     double number = 0;
@@ -32,7 +35,8 @@ std::optional<Value> number_value(std::string_view text) {
 
 std::optional<Value> integer_value(std::string_view text) {
     const std::optional<double> number = plain_number(text);
-    return number && std::trunc(*number) == *number ? std::optional<Value>(*number) : std::nullopt;
+    const bool whole = number && std::trunc(*number) == *number && std::abs(*number) <= kWholeNumberMax;
+    return whole ? std::optional<Value>(*number) : std::nullopt;
 }
 
 std::optional<Value> date_value(std::string_view text) {

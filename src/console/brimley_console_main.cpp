@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -135,6 +136,8 @@ int run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A file that may not grow any more looks like a full disk: the save fails, not the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     CLI::App app{"Drives the forms of a Brimley company from scripts or a terminal."};
     Options options;
     describe(app, options);

@@ -9,6 +9,12 @@ namespace brimley::frame {
 
 using controls::Control;
 
+namespace {
+
+constexpr controls::Colour kDocnoInEdit = controls::rgb(120, 120, 220);
+
+}  // namespace
+
 void DocumentForm::set_field(Control& field, FieldState state) {
     const bool read_only = state == FieldState::read_only;
     field.set_locked(read_only);
@@ -23,26 +29,33 @@ void DocumentForm::set_all_fields(FieldState state) {
     }
 }
 
+void DocumentForm::set_lines_editable(bool editable) {
+    dbgrid1.allow_add_new = editable;
+    dbgrid1.allow_update = editable;
+    dbgrid1.allow_delete = editable;
+}
+
 // Once the form is up this runs only on leaving New or Edit, while their command is still pressed.
 void DocumentForm::grid_readmode() {
     if (is_open() && mode() == Mode::read) return;
     set_all_fields(FieldState::read_only);
-    dbgrid1.allow_add_new = false;
-    dbgrid1.allow_update = false;
-    dbgrid1.allow_delete = false;
+    set_lines_editable(false);
     dbgrid1.header_colour = palette_[presentation::kHeaderSlot];
     set_field(txtdocno, FieldState::open);
 }
 
 void DocumentForm::grid_newmode() {
     set_all_fields(FieldState::open);
-    dbgrid1.allow_add_new = true;
-    dbgrid1.allow_update = true;
-    dbgrid1.allow_delete = true;
+    set_lines_editable(true);
     txtdocno.set_locked(true);
 }
 
-void DocumentForm::grid_editmode() {}
+void DocumentForm::grid_editmode() {
+    set_all_fields(FieldState::open);
+    set_lines_editable(true);
+    txtdocno.set_locked(true);
+    txtdocno.set_back_colour(kDocnoInEdit);
+}
 
 void DocumentForm::leave_mode(int pressed_command) {
     grid_readmode();
@@ -57,6 +70,7 @@ void DocumentForm::press_new() {
         bars_.set_pressed(command::kNew, true);
         grid_newmode();
         gencode_new();
+        shown_whole_ = true;
         return;
     }
     if (entry_has_data() && ask("Do you want to save new entry?")) {
@@ -67,21 +81,29 @@ void DocumentForm::press_new() {
     leave_mode(command::kNew);
 }
 
+bool DocumentForm::refuses_edit() {
+    const std::string why = edit_refusal();
+    if (!why.empty()) tell(why);
+    return !why.empty();
+}
+
+void DocumentForm::begin_edit() {
+    if (refuses_edit() || !validate_docno()) return;
+    Recordx_fkey();
+    if (!shown_whole()) return;
+    if (refuses_edit()) return;  // it was voided or paid elsewhere while it stood on this screen
+    grid_editmode();
+    bars_.set_pressed(command::kEditMode, true);
+}
+
 void DocumentForm::press_edit() {
     if (!rights().Update || mode() == Mode::new_entry) return;
     if (mode() == Mode::read) {
-        if (const std::string why = edit_refusal(); !why.empty()) {
-            tell(why);
-            return;
-        }
-        if (!validate_docno()) return;
-        Recordx_fkey();
-        grid_editmode();
-        bars_.set_pressed(command::kEditMode, true);
+        begin_edit();
         return;
     }
     if (ask("Do you want to save editing?")) {
-        if (Update_record() != EditOutcome::saved) return;
+        if (!Update_record()) return;
     } else {
         Recordx();
     }
@@ -91,7 +113,7 @@ void DocumentForm::press_edit() {
 void DocumentForm::press_save() {
     if (!rights().Update) return;
     if (mode() == Mode::new_entry && insert_new_record()) leave_mode(command::kNew);
-    if (mode() == Mode::edit && Update_record() == EditOutcome::saved) leave_mode(command::kEditMode);
+    if (mode() == Mode::edit && Update_record()) leave_mode(command::kEditMode);
 }
 
 void DocumentForm::CommandBars1_Execute(int id) {

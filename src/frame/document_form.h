@@ -60,6 +60,7 @@ class DocumentForm : public Form {
     void Recordx_fkey();
     virtual void grid_readmode();
     virtual void grid_newmode();
+    // Everything opens but the number; a form closes what an edit may not touch.
     virtual void grid_editmode();
     virtual void gencode_new() = 0;
 
@@ -91,9 +92,8 @@ class DocumentForm : public Form {
     virtual void assign2_dbgrid1(store::Recordset& lines) = 0;
     // Saves the entry on screen; false, after its messages, when nothing was saved.
     [[nodiscard]] virtual bool insert_new_record() = 0;
-    // What command 101 and 106 do with an edit; nothing when this form has no way to save it now.
-    enum class EditOutcome { saved, failed, not_offered };
-    [[nodiscard]] virtual EditOutcome Update_record() = 0;
+    // Saves the edit on screen; false, after its messages, when nothing was saved.
+    [[nodiscard]] virtual bool Update_record() = 0;
     // Why the document on screen may not be edited, as a message; empty when it may.
     [[nodiscard]] virtual std::string edit_refusal() = 0;
     // False, after its message, when the document on screen is no longer stored.
@@ -125,10 +125,14 @@ class DocumentForm : public Form {
     enum class FieldState { open, read_only };
     void set_all_fields(FieldState state);
     static void set_field(controls::Control& field, FieldState state);
+    void set_lines_editable(bool editable);
 
     // Shows a header row with its lines. The screen is cleared only now, when the row was found.
     void show_document(store::Recordset& header) { show_document(header, walk_tables()); }
     void show_document(store::Recordset& header, const WalkTables& tables);
+    // False when showing a document broke off in the middle: what stands on the screen must not be saved or
+    // voided then.
+    [[nodiscard]] bool shown_whole() const { return shown_whole_; }
     [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey, const WalkTables& tables);
     // The number last given to a document of the kind; 0: none was given yet.
     [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
@@ -148,6 +152,8 @@ class DocumentForm : public Form {
     bool show_where(const std::string& criteria);
     void press_new();
     void press_edit();
+    void begin_edit();
+    [[nodiscard]] bool refuses_edit();
     void press_save();
     void step_record(int direction);
     void leave_mode(int pressed_command);
@@ -162,7 +168,8 @@ class DocumentForm : public Form {
     void align(controls::Alignment alignment);
     void show_alignment(controls::Alignment alignment);
 
-    std::string shown_fkey_;          // the document on screen
+    std::string shown_fkey_;  // the document on screen
+    bool shown_whole_ = true;
     std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
 };
 

@@ -25,6 +25,13 @@ std::optional<std::int64_t> key_number(std::string_view fkey) {
     return number;
 }
 
+// "ip" of "1ip-57".
+std::string key_doctype(std::string_view fkey) {
+    const std::string_view start = fkey.substr(0, fkey.find('-'));
+    const std::size_t kind = start.find_first_not_of("0123456789");
+    return std::string(kind == std::string_view::npos ? std::string_view() : start.substr(kind));
+}
+
 }  // namespace
 
 Recordset DocumentForm::header_by_fkey(std::string_view fkey, const WalkTables& tables) {
@@ -32,6 +39,7 @@ Recordset DocumentForm::header_by_fkey(std::string_view fkey, const WalkTables& 
 }
 
 void DocumentForm::show_document(Recordset& header, const WalkTables& tables) {
+    shown_whole_ = false;
     clear_box();
     assign2control(header);
     shown_fkey_ = header.text("fkey");
@@ -39,6 +47,7 @@ void DocumentForm::show_document(Recordset& header, const WalkTables& tables) {
     auto lines = kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY VAL(pay_item)",
                                            tables.lines, quoted(header.text("fkey"))));
     assign2_dbgrid1(lines);
+    shown_whole_ = true;
 }
 
 // No counter row is as good as a counter that has issued nothing.
@@ -94,8 +103,9 @@ void DocumentForm::step_record(int direction) {
     step("step_record", [&] {
         const std::string fkey = txtfkey.text();
         const std::string prefix = fkey.substr(0, fkey.find('-') + 1);
-        // A document of another kind, reached by its number, is walked from within its own kind.
-        const std::string& doctype = txtdoctype.text();
+        // A document of another kind, reached by its number, is walked from within its own kind. The key
+        // tells it, not txtdoctype, which an edit leaves at "ip".
+        const std::string doctype = key_doctype(fkey);
         const std::int64_t last_no =
             doctype == doctype_of_last_no_ ? fkey_last_no : last_number_issued(doctype);
         // Only the way up has a bound; documents saved since then lie above it.

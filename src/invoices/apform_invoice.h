@@ -5,16 +5,21 @@
 //   tax_cells.cpp  the tax engine on the line grid, and the tax panels
 //   show.cpp       showing a stored document
 //   save.cpp       saving a new document in one transaction
-//   posting.cpp    the GL document of an invoice
+//   update.cpp     saving an edit
+//   lines_save.cpp the rows of a document's lines, new or edited
+//   posting.cpp    the GL document of an invoice, and its reversal
+//   void_hold.cpp  void, hold and release
 //   templates.cpp  the view of recurring templates, and showing one
 //   template_save.cpp  saving a new template
-//   commands.cpp   toolbar, views and links
+//   commands.cpp   toolbar and views
+//   links.cpp      requests to the host
 //
 // Columns of the line grid are found by caption. Amounts in cells are texts by "#,##0.00" in the document's
 // currency. Every kind stores its amounts as entered, positive; only the vendor's owing balance goes the
 // other way for a credit note.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,6 +78,7 @@ class APform_invoice : public frame::DocumentForm {
     void gencode_new() override;
     void grid_readmode() override;
     void grid_newmode() override;
+    void grid_editmode() override;
 
     // Shows the document that bears the vendor's own number in txtinvno.
     void Recordx_byinvno();
@@ -117,11 +123,25 @@ class APform_invoice : public frame::DocumentForm {
     // True when the document was saved. Every failure has had its message, and nothing of it is left. An
     // entry with chkrecur is saved as a template.
     [[nodiscard]] bool insert_new_record() override;
+    [[nodiscard]] bool Update_record() override;
+    // The GL document of what is on screen; txtglfkey is its key then. Inside the caller's transaction.
     [[nodiscard]] bool insert_GL_record(const std::string& ap_accno);
+    // Reverses the GL document in txtglfkey, if it has one. Inside the caller's transaction.
+    [[nodiscard]] bool insert_GL_reverse();
     // The vendor's payable account, or the default one.
     [[nodiscard]] std::string get_apaccno(const std::string& vendor_no);
     // The account that the text starts with, when it is one that can be posted to; else empty.
     [[nodiscard]] std::string get_accno(const std::string& text);
+
+    // --- acts on a saved document; each tests, asks, and runs its own transaction ---
+    void void_invoice();
+    void hold_invoice();
+    void release_hold();
+
+    // --- requests to the host ---
+    void origin_doc();
+    void pay_this_invoice();
+    void payment_history();
 
   protected:
     void Form_Load() override;
@@ -134,7 +154,6 @@ class APform_invoice : public frame::DocumentForm {
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
     void assign2_dbgrid1(store::Recordset& lines) override;
-    [[nodiscard]] EditOutcome Update_record() override { return EditOutcome::not_offered; }
     [[nodiscard]] std::string edit_refusal() override;
     [[nodiscard]] bool validate_docno() override;
     [[nodiscard]] bool entry_has_data() override { return !dbgrid1.cell(0, "gross amount").empty(); }
@@ -153,12 +172,14 @@ class APform_invoice : public frame::DocumentForm {
         std::string term_no;
         store::Value duedays, early_days, early_discount;
     };
-    struct NewDocument {
-        Term term;
-        store::DateTime invoice_date;
+    struct CheckedEntry {
         std::optional<store::DateTime> due_date, discount_date;
         double period = 0;  // as typed; a whole number unless the user had other plans
         std::string ap_accno;
+    };
+    struct NewDocument : CheckedEntry {
+        Term term;
+        store::DateTime invoice_date;
     };
 
     // show.cpp
@@ -214,16 +235,43 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool validate_header(NewDocument& document);
     [[nodiscard]] bool validate_rate();
     [[nodiscard]] bool validate_invoice_date(NewDocument& document);
-    [[nodiscard]] bool validate_optional_dates(NewDocument& document);
+    [[nodiscard]] bool validate_lines_and_period(CheckedEntry& entry);
+    [[nodiscard]] bool validate_optional_dates(CheckedEntry& entry);
     [[nodiscard]] bool period_is_open(double period);
     [[nodiscard]] bool write_new_document(const NewDocument& document);
     void fill_header(store::Recordset& header, const NewDocument& document);
+    void update_vendor_owing_balance();
+
+    // lines_save.cpp
     [[nodiscard]] bool insert_new_record_transaction(store::Recordset& header, const std::string& ap_accno);
     [[nodiscard]] bool write_line(store::Recordset& lines, store::Recordset& header, int row,
                                   const std::string& ap_accno);
     [[nodiscard]] bool append_description(store::Recordset& lines, int row, bool line_stored);
     [[nodiscard]] bool write_tax_slots(store::Recordset& lines, const std::string& pay_item);
-    void update_vendor_owing_balance();
+
+    // update.cpp
+    [[nodiscard]] bool made_here() const { return txtsource.text() == "AP-INVOICE"; }
+    [[nodiscard]] std::optional<CheckedEntry> validate_edit();
+    [[nodiscard]] bool write_edit(const CheckedEntry& entry);
+    void fill_edited_header(store::Recordset& header, const CheckedEntry& entry);
+    void pass_terms_to_lines(const store::Recordset& header);
+    // The stored header of the document on screen, in edit. Nothing, after its message, when it is gone.
+    [[nodiscard]] std::optional<store::Recordset> take_header();
+    // False when another desk has posted it anew since it was shown here.
+    [[nodiscard]] bool posted_as_shown(const store::Recordset& header) const {
+        return header.text("GLFKEY") == txtglfkey.text();
+    }
+
+    // void_hold.cpp
+    // Tells why a document in this state cannot be voided, if that is so. paid: as chkpaid shows it.
+    [[nodiscard]] bool refuses_void(bool is_void, int paid);
+    [[nodiscard]] bool may_void();
+    [[nodiscard]] bool write_void();
+    void give_back_owing_balance();
+    [[nodiscard]] bool may_change_hold(const char* question, const char* title);
+    [[nodiscard]] bool write_hold(bool hold);
+    void change_hold(bool hold);
+    void each_stored_line(const std::function<void(store::Recordset& line)>& change);
 
     // posting.cpp
     [[nodiscard]] bool gather_amounts(kernel::GlPosting& posting, const std::string& ap_accno, double rate);
@@ -261,10 +309,6 @@ class APform_invoice : public frame::DocumentForm {
     void show_open_documents(bool open_only);
     // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
     [[nodiscard]] std::string open_document(const char* function, const std::string& condition);
-    void origin_doc();
-    void pay_this_invoice();
-    void payment_history();
-
     int line_rows = 0;            // the highest grid row that editing has reached
     double old_total = 0;         // txttotal of the document as loaded; 0 for a new one
     std::string open_documents_;  // which documents cmbopendoc lists, as a condition

@@ -1,9 +1,4 @@
-// Toolbar, views and links of the invoice form.
-#include <fmt/format.h>
-
-#include <algorithm>
-#include <iterator>
-
+// Toolbar and views of the invoice form.
 #include "invoices/apform_invoice.h"
 
 namespace brimley::invoices {
@@ -22,22 +17,13 @@ constexpr int kViewDebitNote = 1004;
 constexpr int kViewRecurring = 1005;
 constexpr int kPayThisInvoice = 1006;
 constexpr int kPaymentHistory = 1007;
+constexpr int kVoidInvoice = 1008;
+constexpr int kHoldInvoice = 1009;
+constexpr int kReleaseHold = 1010;
 constexpr int kRecurringConfiguration = 1011;
 constexpr int kViewAll = 1012;
 constexpr int kOpenInvoiceOnly = 1013;
 constexpr int kVendorAddress = 1014;
-
-// Commands that stand in the menus but are not offered yet: editing, void and hold.
-constexpr int kNotYetOffered[] = {106, 1008, 1009, 1010};
-
-// The amounts that a printed credit note turns around: the line's own and those of its tax slots.
-bool is_printed_amount(std::string_view field) {
-    static constexpr const char* kAmounts[] = {"gross_amount", "open_amount",   "taxable_amount",
-                                               "tax_amount",   "tax_allocated", "tax_recoverable",
-                                               "tax_expensed"};
-    return std::any_of(std::begin(kAmounts), std::end(kAmounts),
-                       [&](const char* amount) { return field.starts_with(amount); });
-}
 
 const std::vector<Command>& command_table() {
     using Bars = std::vector<std::string>;
@@ -95,12 +81,11 @@ const std::vector<Command>& command_table() {
 void APform_invoice::init_toolbar() {
     for (const Command& command : command_table())
         bars_.add(command);
-    for (const int id : kNotYetOffered)
-        bars_.set_enabled(id, false);
 }
 
 void APform_invoice::execute_own(int id) {
     const bool reading = mode() == frame::Mode::read;
+    const bool may_write = reading && rights().Update;
     switch (id) {
         case command::kOrigin:
             origin_doc();
@@ -133,6 +118,15 @@ void APform_invoice::execute_own(int id) {
             break;
         case kPaymentHistory:
             payment_history();
+            break;
+        case kVoidInvoice:
+            if (may_write) void_invoice();
+            break;
+        case kHoldInvoice:
+            if (may_write) hold_invoice();
+            break;
+        case kReleaseHold:
+            if (may_write) release_hold();
             break;
         case kViewAll:
             show_open_documents(false);
@@ -187,13 +181,11 @@ bool APform_invoice::walk_open_documents(int direction) {
         target = open_document("MIN", "");
         if (target.empty()) return false;
     } else {
+        // A document that was open when it was shown keeps its place in the list, though it be void by now.
+        if (cmbopendoc.empty() || cmbopendoc.text() != txtdocno.text()) return true;
         const std::string shown = quoted(txtdocno.text());
-        const bool listed = !open_document("MIN", " AND docno = " + shown).empty();
-        cmbopendoc.set(listed ? txtdocno.text() : std::string{});
-        if (listed) {
-            target = direction > 0 ? open_document("MAX", " AND docno < " + shown)
-                                   : open_document("MIN", " AND docno > " + shown);
-        }
+        target = direction > 0 ? open_document("MAX", " AND docno < " + shown)
+                               : open_document("MIN", " AND docno > " + shown);
         if (target.empty()) return true;
     }
     cmbopendoc.set_row({target});
@@ -224,67 +216,10 @@ void APform_invoice::record_stepped() {
     if (frame_tax_summary.visible()) get_tax_summary();
 }
 
-// --- requests to the host ---
-void APform_invoice::origin_doc() {
-    if (!on_saved_document()) return;
-    struct Origin {
-        const char* source;
-        const char* request;
-    };
-    static constexpr Origin kOrigins[] = {
-        {"PO-RECEIPT", "Receipt Entry"}, {"PO-BILL", "P/O Bill Entry"}, {"PO-LANDED", "Landed Cost Entry"}};
-    for (const Origin& origin : kOrigins) {
-        if (txtsource.text() == origin.source) notify(origin.request, txtsource_docno.text());
-    }
-}
-
-void APform_invoice::pay_this_invoice() {
-    if (!on_saved_document() || txtglfkey.empty()) return;
-    if (chkhold.value() == 1) {
-        tell("Invoice is on hold.");
-        return;
-    }
-    notify("Pay this invoice", txtdocno.text() + ":" + cmbvendor.text());
-}
-
-void APform_invoice::payment_history() {
-    if (on_saved_document() && !txtglfkey.empty()) notify("Payment History", txtdocno.text());
-}
-
-// The invoice grid has no column "account", so the request always goes out without one.
-std::string APform_invoice::account_of_current_line() { return dbgrid1.cell(dbgrid1.row(), "account"); }
-
 std::string APform_invoice::edit_refusal() {
     if (chkvoid.is_set()) return txtdocno.text() + " was void.";
     if (chkpaid.is_set()) return txtdocno.text() + " was PAID.";
     return {};
-}
-
-void APform_invoice::preview() {
-    if (txtdoctype.text() == kTemplateDoctype) return;  // nothing is printed of a template
-    std::string fields = "AP_header_table.*, AP_transaction_table.*";
-    if (cmbdoctype.text() == "Credit Note") {
-        // A credit note is printed as a credit, though its amounts are stored positive.
-        fields = "AP_header_table.*";
-        for (const auto& field : kernel().database().catalog().find("AP_transaction_table")->fields) {
-            fields += fmt::format(", {}AP_transaction_table.{} AS {}",
-                                  is_printed_amount(field.name) ? "-1 * " : "", field.name, field.name);
-        }
-    }
-    std::string tables =
-        "(AP_header_table INNER JOIN AP_transaction_table ON AP_header_table.fkey = "
-        "AP_transaction_table.fkey)";
-    if (!cmbvendor_name
-             .empty()) {  // a vendor that nobody knows must not keep the document from being printed
-        fields += ", Vendor_table.VENDOR_NAME";
-        tables = fmt::format(
-            "({} INNER JOIN Vendor_table ON AP_header_table.vendor_no = Vendor_table.vendor_no)", tables);
-    }
-    const std::string query =
-        fmt::format("SELECT {} FROM {} WHERE AP_header_table.fkey = {} ORDER BY pay_item", fields, tables,
-                    quoted(txtfkey.text()));
-    notify("ActiveReport", query,
-           fmt::format("A/P {},{},{}", cmbdoctype.text(), txtdocno.text(), rights().form_design ? "1" : "0"));
 }
 
 }  // namespace brimley::invoices

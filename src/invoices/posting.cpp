@@ -1,11 +1,12 @@
-// The GL document of an invoice, from the grid and the tax rows on screen, inside the transaction of the
-// save.
+// The GL document of an invoice, from the grid and the tax rows on screen, and its reversal, inside the
+// transaction of the save, the edit or the void.
 #include <fmt/format.h>
 
 #include <map>
 #include <optional>
 
 #include "invoices/apform_invoice.h"
+#include "kernel/gl_reversal.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
 
@@ -46,9 +47,12 @@ double APform_invoice::rounded_base(double amount, double rate) const {
 }
 
 bool APform_invoice::insert_GL_record(const std::string& ap_accno) {
+    // A new document has been asked for its date; an edited one may have been stored without.
+    const auto invoice_date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
+    if (!invoice_date) return false;
     kernel::GlHeader header;
     header.company = cmbcompany.text();
-    header.gldate = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT).value();
+    header.gldate = *invoice_date;
     header.remark = "Invoice no. " + txtdocno.text();
     header.Source = "AP-INVOICE";
     header.source_docno = txtdocno.text();
@@ -69,6 +73,21 @@ bool APform_invoice::insert_GL_record(const std::string& ap_accno) {
                         posting.write_rounding() && posting.finish();
     if (posted) txtglfkey.set(posting.fkey());
     return posted;
+}
+
+bool APform_invoice::insert_GL_reverse() {
+    kernel::GlReversal reversal;
+    reversal.fkey = txtglfkey.text();
+    reversal.company = cmbcompany.empty() ? "1" : cmbcompany.text();
+    reversal.Currency = cmbcurrency.text();
+    reversal.period = cmbperiod.text();
+    reversal.fyear = cmbfyear.text();
+    reversal.origin = {"AP-INVOICE", txtdocno.text(), identity().class_name, context().BRIMLEY_USER};
+    const bool editing = mode() == frame::Mode::edit;
+    reversal.description_in_same = (editing ? "Edit invoice " : "Void invoice ") + txtdocno.text();
+    reversal.description_in_new = "void invoice " + txtdocno.text();
+    reversal.result_without_lines = true;
+    return kernel::reverse_gl_document(kernel(), reversal);
 }
 
 bool APform_invoice::gather_amounts(kernel::GlPosting& posting, const std::string& ap_accno, double rate) {

@@ -110,6 +110,33 @@ void APform_invoice::grid_newmode() {
     if (chkrecur.is_set() == txtinvdate.visible()) chkrecur_click();
 }
 
+// A document made here opens but for what it is known by and what its amounts hang on; of one that another
+// module made, only what does not touch amounts.
+void APform_invoice::grid_editmode() {
+    DocumentForm::grid_editmode();
+    const std::string& source = txtsource.text();
+    const bool own = source == "AP-INVOICE" || source == "AP-RECUR";
+    using Controls = std::vector<controls::Control*>;
+    if (own) {
+        for (controls::Control* control :
+             Controls{&cmbcompany, &txtinvdate, &cmbcurrency, &cmbdoctype, &txtapplydoc, &txtprepayment,
+                      &txtsource, &txtsource_docno, &txtgross, &txttax, &txttotal})
+            set_field(*control, FieldState::read_only);
+    } else {
+        const auto docno_colour = txtdocno.back_colour();
+        set_all_fields(FieldState::read_only);
+        txtdocno.set_back_colour(docno_colour);
+        for (controls::Control* control :
+             Controls{&txtinvno, &cmbterm, &txtduedate, &txtdiscdate, &txtremark})
+            set_field(*control, FieldState::open);
+    }
+    // Only a template may change hands.
+    for (controls::Control* control : Controls{&cmbvendor, &cmbvendor_name})
+        set_field(*control, chkrecur.is_set() ? FieldState::open : FieldState::read_only);
+    set_lines_editable(own);
+    grid_tax.allow_update = own;
+}
+
 void APform_invoice::assign2control(Recordset& header) {
     const auto text = [&](const char* field) { return field_or_null(header, field).text(); };
     const auto date = [&](const char* field) { return date_text(field_or_null(header, field)); };

@@ -24,7 +24,7 @@ struct GlLine {
     std::string company;
     std::string fkey;
     std::string docno;
-    store::DateTime gldate;
+    std::optional<store::DateTime> gldate;
     std::string period;  // "1" to "13", "AD", "CL"
     std::string fyear;
     int lineno = 0;

@@ -11,12 +11,11 @@
 // of documents stands in GlHeader.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "kernel/module_g3.h"
+#include "kernel/gl_writing.h"
 #include "kernel/summaries.h"
 
 namespace brimley::kernel {
@@ -58,15 +57,8 @@ class GlPosting {
   private:
     [[nodiscard]] bool write_entry(const CurrencySum& entry);
     [[nodiscard]] bool write_line(std::string_view accno, const CurrencySum& amounts);
-    [[nodiscard]] GlLine new_line(const CurrencySum& amounts);
-    // Writes the line and keeps what the check at the end needs of it. The account rows stand on its account.
-    [[nodiscard]] bool store_line(const GlLine& line);
-    void fill_line_row(const GlLine& line);
-    [[nodiscard]] bool update_with_retry(store::Recordset& rows);
-    [[nodiscard]] bool open_account_for_currency(const GlLine& line);
-    [[nodiscard]] bool post(const GlLine& line);
-    [[nodiscard]] bool find_account(std::string_view accno);
-    void open_balances();
+    // On the account that the writer stands on.
+    [[nodiscard]] GlLine new_line(const CurrencySum& amounts) const;
 
     ModuleG3& kernel_;
     GlHeader header_;
@@ -74,13 +66,8 @@ class GlPosting {
     std::string fkey_;
     std::vector<CurrencySum> summary_;
     int next_lineno_ = 1;
-    std::vector<CheckedLine> written_;
-    double base_difference_ = 0;  // debit less credit over the lines written so far
+    GlLineWriter lines_;
     store::Recordset header_row_;
-    store::Recordset line_rows_;
-    store::Recordset balance_rows_;
-    store::Recordset period_rows_;
-    store::Recordset account_rows_;
 };
 
 }  // namespace brimley::kernel

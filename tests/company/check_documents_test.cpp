@@ -64,6 +64,7 @@ TEST_F(CheckDocuments, LineOfAPrepaymentBelongsToItsPayment) {
 
 TEST_F(CheckDocuments, HeaderAndLinesAreVoidTogether) {
     change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"void", true}});
+    change("SELECT * FROM GL_header_table WHERE fkey = '1gl-1'", {{"Reverse", true}});
     change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'", {{"void", true}});
     EXPECT_THAT(findings(), ElementsAre("Invoice 1ip-1 is void, but not all its lines are",
                                         "Invoice 1ip-2 is not void, but not all its lines are"));

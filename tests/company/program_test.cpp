@@ -1,5 +1,4 @@
 // brimley-company as it is called: status, one line on standard error, and nothing lost.
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -7,6 +6,7 @@
 
 #include "company/company_fixture.h"
 #include "company/login_name.h"
+#include "company/program_run.h"
 #include "kernel/tables/company_tables.h"
 
 namespace brimley {
@@ -14,27 +14,15 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
+using testing::Outcome;
 using ::testing::StartsWith;
 using testing::text_of_file;
 using testing::write_file;
 
-struct Outcome {
-    int status = -1;
-    std::string output;
-    std::string errors;
-};
-
 class Program : public ::testing::Test {
   protected:
-    // Runs the program through the shell, in the test's own folder.
     Outcome run(const std::string& arguments, const std::string& redirection = "> out") {
-        const auto tests = std::filesystem::read_symlink("/proc/self/exe");
-        const std::string program = (tests.parent_path() / "brimley-company").string();
-        const std::string line = "cd '" + folder_.path().string() + "' && '" + program + "' " + arguments +
-                                 " " + redirection + " 2> err";
-        const int ended = std::system(line.c_str());
-        const std::string output = redirection == "> out" ? text_of_file(folder_.file("out")) : std::string();
-        return {WIFEXITED(ended) ? WEXITSTATUS(ended) : -1, output, text_of_file(folder_.file("err"))};
+        return testing::run_program(folder_, {.arguments = arguments, .redirection = redirection});
     }
 
     // One line, from the program, with this status.

@@ -88,6 +88,26 @@ TEST(Colours, CodeBecomesANumberWithRedInTheLowByte) {
     EXPECT_EQ(HTMLToRGB("123456"), 0x563412U);
 }
 
+TEST(Colours, PaletteIsFilledInItsOrder) {
+    const presentation::Palette expected{0xffc0c0,             // a number, not a code: blue is its high byte
+                                         HTMLToRGB("e6e6fa"),  // lavender
+                                         controls::rgb(220, 220, 255),
+                                         HTMLToRGB("f0f0f0"),  // gray94
+                                         controls::rgb(230, 230, 245),
+                                         HTMLToRGB("bfbfbf"),  // gray75
+                                         HTMLToRGB("b4cdcd"),  // lightcyan3
+                                         HTMLToRGB("000080"),  // navy
+                                         controls::rgb(235, 220, 255),
+                                         controls::rgb(215, 210, 235)};
+    EXPECT_EQ(presentation::brimley_palette(), expected);
+}
+
+TEST(Colours, NumbersHaveRedInTheLowByte) {
+    EXPECT_EQ(controls::rgb(1, 2, 3), 0x030201U);
+    EXPECT_EQ(presentation::brimley_palette()[presentation::kEvenRowSlot], 0xffdcdcU);
+    EXPECT_EQ(presentation::brimley_palette()[presentation::kHeaderSlot], 0xbfbfbfU);
+}
+
 // --- grids from the company's layouts
 
 class GridLayouts : public KernelTest {

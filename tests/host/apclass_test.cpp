@@ -85,31 +85,6 @@ TEST_F(HostClass, UnknownMethodIsToldAndDoesNothing) {
     EXPECT_THAT(user.desk.open_forms, IsEmpty());
 }
 
-TEST_F(HostClass, AliasesWriteTheMembersOfTheLongNames) {
-    ap.dbwkspace(nullptr);
-    ap.db(nullptr);
-    ap.OPENdb("path");
-    ap.basecurrency("EUR");
-    ap.BRuser("bert");
-    ap.BRtheme(3);
-    EXPECT_EQ(ap.dbe, nullptr);
-    EXPECT_EQ(ap.abcdb, nullptr);
-    EXPECT_EQ(ap.OPEN_DATABASE, "path");
-    EXPECT_EQ(ap.BASE_CURRENCY, "EUR");
-    EXPECT_EQ(ap.BRIMLEY_USER, "bert");
-    EXPECT_EQ(std::any_cast<int>(ap.BRIMLEY_THEME), 3);
-}
-
-TEST_F(HostClass, FormHoldsItsOwnCopyOfTheContext) {
-    ap.showform_APform_invoice();
-    ap.BRIMLEY_USER = "bert";
-    ap.BASE_CURRENCY = "EUR";
-    EXPECT_EQ(form().context().BRIMLEY_USER, "anna");
-    EXPECT_EQ(form().context().BASE_CURRENCY, "USD");
-    EXPECT_EQ(form().context().abcdb, ap.abcdb);
-    EXPECT_EQ(form().context().dbe, ap.dbe);
-}
-
 TEST_F(HostClass, ShowingAgainOpensASecondForm) {
     ap.showform_APform_invoice();
     const auto first = ap.frm_invoice;
@@ -229,6 +204,32 @@ TEST_F(HostClass, NavigationBeforeAnyShowDoesNothing) {
     ap.frm_invoice_Exit();
     EXPECT_THAT(user.desk.open_forms, IsEmpty());
     EXPECT_THAT(user.messages(), IsEmpty());
+}
+
+TEST_F(HostClass, NavigationOnAClosedFormOpensNothingAgain) {
+    ap.showform_APform_invoice();
+    save("Invoice");
+    ap.frm_invoice_Exit();
+    ap.switch_APform_invoice("vcn");
+    ap.APform_invoice_goto_fkey("1ip-1");
+    ap.APform_invoice_goto_docno("IP-26-00001");
+    ap.frm_invoice_Exit();
+    EXPECT_FALSE(form().is_open());
+    EXPECT_EQ(user.desk.closed, 1);
+    EXPECT_THAT(user.desk.raised, IsEmpty());
+    EXPECT_THAT(user.notifications, IsEmpty());
+}
+
+TEST_F(HostClass, HostMayCloseTheSenderFromWithinItsEvent) {
+    ap.showform_APform_invoice();
+    ap.NotifyClients = [&](const std::string&, const std::string&, const std::string&) {
+        ap.frm_invoice_Exit();
+        ap.frm_invoice.reset();
+    };
+    const std::weak_ptr<invoices::APform_invoice> sender = ap.frm_invoice;
+    EXPECT_EQ(form().press(207), controls::Refusal::none);
+    EXPECT_THAT(user.desk.open_forms, IsEmpty());
+    EXPECT_TRUE(sender.expired());
 }
 
 TEST_F(HostClass, FormWithoutADatabaseOpensWithoutData) {

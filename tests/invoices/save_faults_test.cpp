@@ -1,9 +1,9 @@
-// Each engine call of a save is made to fail, one after the other, and each time nothing of the save may be
-// left, counters included.
+// Each engine call of a save, an edit, a void, a hold and a release is made to fail, one after the other, and
+// each time nothing of the act may be left, counters included.
 //
-// A form whose save has failed stays in New with its entry, so the same form is saved again with the fault
-// one call later, until a save is not reached by its fault any more. A save that a retry has carried over its
-// fault must have stored exactly what a save without faults stores.
+// A form whose act has failed stays as it was, with its entry, so the act is tried again on the same form
+// with the fault one call later, until it is not reached by its fault any more. An act that a retry has
+// carried over its fault must have stored exactly what it stores without faults.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,6 +14,9 @@
 namespace brimley::testing {
 
 using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
 
 namespace {
 
@@ -51,9 +54,16 @@ class SaveFaults : public ::testing::Test {
             company.db().Execute("UPDATE Account_currency_table SET Description = ' ', revalue = TRUE");
             user.ap.showform_APform_invoice();
             enter(form(), invoice);
-            before = all_tables(company.db());
         }
         invoices::APform_invoice& form() { return *user.ap.frm_invoice; }
+        void press(int id) { EXPECT_EQ(form().press(id), controls::Refusal::none); }
+        void press_and_agree(int id) {
+            user.desk.answers = {true};
+            press(id);
+            EXPECT_TRUE(user.desk.answers.empty());
+        }
+        [[nodiscard]] bool reading() { return form().mode() == frame::Mode::read; }
+        void remember_tables() { before = all_tables(company.db()); }
         [[nodiscard]] std::string changed_tables() { return difference(before, all_tables(company.db())); }
 
         std::shared_ptr<Faults> faults = std::make_shared<Faults>();
@@ -63,47 +73,133 @@ class SaveFaults : public ::testing::Test {
         AllTables before;
     };
 
-    // What a save without faults leaves behind.
-    static AllTables saved_tables(const EnteredInvoice& invoice) {
-        Session session(invoice);
-        EXPECT_EQ(session.form().press(101), controls::Refusal::none);
-        EXPECT_THAT(session.user.messages(), Contains("Add new Invoice complete"));
-        return all_tables(session.company.db());
+    // What is done to an entered document: the way there without faults, the act, and how its end shows.
+    struct Act {
+        void (*prepare)(Session& session);
+        void (*carry_out)(Session& session);
+        bool (*done)(Session& session);
+        const char* message;  // when it is done
+        void (*check_failed)(Session& session);
+    };
+
+    static void save_entry(Session& session) {
+        session.press(101);
+        ASSERT_TRUE(session.reading());
+    }
+    static void save_in_february(Session& session) {
+        EXPECT_EQ(session.form().txtinvdate.type("16/02/2026"), controls::Refusal::none);
+        save_entry(session);
+    }
+    static void edit_entry(Session& session) {
+        session.press(106);
+        edit_line_cell(session.form(), 0, "taxable amount", "120.00");
+        EXPECT_EQ(session.form().txtremark.type("corrected"), controls::Refusal::none);
+    }
+    static void stays_in_edit(Session& session) {
+        EXPECT_THAT(session.user.messages(), Contains("Update failed."));
+        EXPECT_EQ(session.form().mode(), frame::Mode::edit);
+        EXPECT_EQ(session.form().txtglfkey.text(), "1gl-1");
+        EXPECT_EQ(session.form().txtremark.text(), "corrected");
+    }
+    static void says_nothing_of_a_void(Session& session) {
+        EXPECT_THAT(session.user.messages(), Not(Contains("Invoice IP-26-00001 is void.")));
+        EXPECT_EQ(session.form().chkvoid.value(), 0);
     }
 
-    static void check_failed(Session& session) {
-        EXPECT_THAT(session.user.messages(), Contains("Add new Invoice failed"));
+    static constexpr Act kSave{[](Session&) {}, [](Session& session) { session.press(101); },
+                               [](Session& session) { return session.reading(); }, "Add new Invoice complete",
+                               [](Session& session) {
+                                   EXPECT_THAT(session.user.messages(), Contains("Add new Invoice failed"));
+                                   EXPECT_EQ(session.form().mode(), frame::Mode::new_entry);
+                                   EXPECT_EQ(session.form().txtdocno.text(), "** New **");
+                                   EXPECT_EQ(session.form().txtfkey.text(), "");
+                                   EXPECT_EQ(session.form().txtglfkey.text(), "");
+                               }};
+    static constexpr Act kEdit{[](Session& session) {
+                                   save_entry(session);
+                                   edit_entry(session);
+                               },
+                               [](Session& session) { session.press(101); },
+                               [](Session& session) { return session.reading(); }, "Update complete",
+                               stays_in_edit};
+    static constexpr Act kEditInALaterPeriod{[](Session& session) {
+                                                 save_in_february(session);
+                                                 edit_entry(session);
+                                             },
+                                             kEdit.carry_out, kEdit.done, kEdit.message, stays_in_edit};
+    static constexpr Act kVoid{save_entry, [](Session& session) { session.press_and_agree(1008); },
+                               [](Session& session) { return session.form().chkvoid.is_set(); },
+                               "Invoice IP-26-00001 is void.", says_nothing_of_a_void};
+    static constexpr Act kVoidInALaterPeriod{save_in_february, kVoid.carry_out, kVoid.done, kVoid.message,
+                                             says_nothing_of_a_void};
+    static constexpr Act kHold{save_entry, [](Session& session) { session.press_and_agree(1009); },
+                               [](Session& session) { return session.form().chkhold.is_set(); },
+                               "Invoice IP-26-00001 was hold.",
+                               [](Session& session) {
+                                   EXPECT_THAT(session.user.messages(), Not(IsEmpty()));
+                                   EXPECT_EQ(session.form().chkhold.value(), 0);
+                               }};
+    static constexpr Act kRelease{[](Session& session) {
+                                      save_entry(session);
+                                      session.press_and_agree(1009);
+                                  },
+                                  [](Session& session) { session.press_and_agree(1010); },
+                                  [](Session& session) { return !session.form().chkhold.is_set(); },
+                                  "Invoice IP-26-00001 was released.",
+                                  [](Session& session) {
+                                      EXPECT_THAT(session.user.messages(), Not(IsEmpty()));
+                                      EXPECT_EQ(session.form().chkhold.value(), 1);
+                                  }};
+
+    static std::unique_ptr<Session> prepared(const EnteredInvoice& invoice, const Act& act) {
+        auto session = std::make_unique<Session>(invoice);
+        act.prepare(*session);
+        static_cast<void>(session->user.messages());
+        session->remember_tables();
+        return session;
+    }
+
+    // What the act leaves behind without faults.
+    static AllTables tables_after(const EnteredInvoice& invoice, const Act& act) {
+        const auto session = prepared(invoice, act);
+        act.carry_out(*session);
+        EXPECT_TRUE(act.done(*session));
+        EXPECT_THAT(session->user.messages(), Contains(act.message));
+        EXPECT_NE(session->changed_tables(), "");
+        return all_tables(session->company.db());
+    }
+
+    static void check_failed(Session& session, const Act& act) {
         EXPECT_EQ(session.changed_tables(), "");
         EXPECT_FALSE(session.faulty_company.workspace->in_transaction());
-        EXPECT_EQ(session.form().mode(), frame::Mode::new_entry);
-        EXPECT_EQ(session.form().txtdocno.text(), "** New **");
-        EXPECT_EQ(session.form().txtfkey.text() + session.form().txtglfkey.text(), "");
+        act.check_failed(session);
     }
 
-    // Returns how many saves failed.
-    static int sweep(const EnteredInvoice& invoice, store::ErrorKind kind, bool for_good) {
-        const AllTables expected = saved_tables(invoice);
-        auto session = std::make_unique<Session>(invoice);
+    // Returns how many times the act failed.
+    static int sweep(const EnteredInvoice& invoice, store::ErrorKind kind, bool for_good,
+                     const Act& act = kSave) {
+        const AllTables expected = tables_after(invoice, act);
+        auto session = prepared(invoice, act);
         int failed = 0;
         for (int nth = 1;; ++nth) {
             SCOPED_TRACE(fmt::format("call {}", nth));
             Faults& faults = *session->faults;
             faults.kind = kind;
             faults.arm(nth, for_good);
-            EXPECT_EQ(session->form().press(101), controls::Refusal::none);
+            act.carry_out(*session);
             const bool reached = faults.calls >= nth;
             faults.disarm();
-            const bool saved = session->form().mode() == frame::Mode::read;
-            if (saved) {
-                EXPECT_THAT(session->user.messages(), Contains("Add new Invoice complete"));
+            const bool done = act.done(*session);
+            if (done) {
+                EXPECT_THAT(session->user.messages(), Contains(act.message));
                 EXPECT_EQ(difference(expected, all_tables(session->company.db())), "");
             } else {
-                check_failed(*session);
+                check_failed(*session, act);
                 ++failed;
             }
-            RecordProperty("failed_saves", failed);
+            RecordProperty("failed_acts", failed);
             if (HasFailure() || !reached) return failed;
-            if (saved) session = std::make_unique<Session>(invoice);
+            if (done) session = prepared(invoice, act);
         }
     }
 };
@@ -159,24 +255,160 @@ TEST_F(SaveFaults, LockForGoodInAForeignDocumentLeavesNothing) {
     EXPECT_GT(sweep(foreign_invoice(), store::ErrorKind::locked, true), kFewestFailures);
 }
 
+// Reading the screen's document again, reversing, posting: an edit makes more calls than a save.
+TEST_F(SaveFaults, IoFailureOnceInAnEditLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::io, false, kEdit), kFewestFailures);
+}
+
+TEST_F(SaveFaults, ConstraintFailureForGoodInAnEditLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::constraint, true, kEdit), kFewestFailures);
+}
+
+TEST_F(SaveFaults, LockOnceInAnEditLeavesNothingOrIsRetried) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::locked, false, kEdit), kFewestFailures);
+}
+
+TEST_F(SaveFaults, IoFailureOnceInAnEditInALaterPeriodLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::io, false, kEditInALaterPeriod), kFewestFailures);
+}
+
+TEST_F(SaveFaults, IoFailureOnceInAVoidLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::io, false, kVoid), kFewestFailures);
+}
+
+TEST_F(SaveFaults, ConstraintFailureOnceInAVoidLeavesNothingOrIsRetried) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::constraint, false, kVoid), kFewestFailures);
+}
+
+TEST_F(SaveFaults, LockForGoodInAVoidLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::locked, true, kVoid), kFewestFailures);
+}
+
+TEST_F(SaveFaults, IoFailureOnceInAVoidInALaterPeriodLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::io, false, kVoidInALaterPeriod), kFewestFailures);
+}
+
+TEST_F(SaveFaults, LockOnceInAVoidInALaterPeriodLeavesNothingOrIsRetried) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::locked, false, kVoidInALaterPeriod), kFewestFailures);
+}
+
+constexpr int kFewestHoldFailures = 5;
+
+TEST_F(SaveFaults, IoFailureOnceInAHoldIsToldAndLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::io, false, kHold), kFewestHoldFailures);
+}
+
+TEST_F(SaveFaults, LockForGoodInAHoldIsToldAndLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::locked, true, kHold), kFewestHoldFailures);
+}
+
+TEST_F(SaveFaults, IoFailureOnceInAReleaseIsToldAndLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::io, false, kRelease), kFewestHoldFailures);
+}
+
+TEST_F(SaveFaults, ConstraintFailureForGoodInAReleaseIsToldAndLeavesNothing) {
+    EXPECT_GT(sweep(base_invoice(), store::ErrorKind::constraint, true, kRelease), kFewestHoldFailures);
+}
+
 TEST_F(SaveFaults, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
     // Only the first save prepares its statements; each fault meets a connection of its own.
     int failed = 0;
     for (int nth = 1;; ++nth) {
         SCOPED_TRACE(fmt::format("call {}", nth));
-        Session session(base_invoice());
-        session.faults->kind = store::ErrorKind::io;
-        session.faults->arm(nth, false);
-        EXPECT_EQ(session.form().press(101), controls::Refusal::none);
-        const bool reached = session.faults->calls >= nth;
-        session.faults->disarm();
+        const auto session = prepared(base_invoice(), kSave);
+        session->faults->kind = store::ErrorKind::io;
+        session->faults->arm(nth, false);
+        kSave.carry_out(*session);
+        const bool reached = session->faults->calls >= nth;
+        session->faults->disarm();
         if (!reached) break;
-        check_failed(session);
+        check_failed(*session, kSave);
         ++failed;
         if (HasFailure()) break;
     }
     EXPECT_GT(failed, kFewestFailures);
-    RecordProperty("failed_saves", failed);
+    RecordProperty("failed_acts", failed);
+}
+
+TEST_F(SaveFaults, FailureWhileAnEditBeginsNeverOpensHalfADocument) {
+    const auto session = prepared(base_invoice(), kVoid);
+    const std::string total = session->form().txttotal.text();
+    int refused = 0;
+    for (int nth = 1;; ++nth) {
+        SCOPED_TRACE(fmt::format("call {}", nth));
+        session->faults->kind = store::ErrorKind::io;
+        session->faults->arm(nth, false);
+        session->press(106);
+        const bool reached = session->faults->calls >= nth;
+        session->faults->disarm();
+        if (session->reading()) {
+            ++refused;
+            session->press(136);
+        } else {
+            EXPECT_EQ(session->form().txttotal.text(), total);
+            EXPECT_EQ(session->form().dbgrid1.cell(2, "gross amount"), "61.11");
+            EXPECT_EQ(session->form().cmbterm.text(), "2% 10 days, net 30");
+            session->user.desk.answers = {false};
+            session->press(106);
+        }
+        if (HasFailure() || !reached) break;
+    }
+    EXPECT_GT(refused, kFewestHoldFailures);
+    EXPECT_EQ(session->changed_tables(), "");
+}
+
+// --- the retry of a ledger line
+//
+// Another desk may hold the ledger when a line is written: the line is tried again after a wait, up to five
+// times, within the same save.
+class LedgerLineRetry : public SaveFaults {
+  protected:
+    LedgerLineRetry() {
+        session.remember_tables();
+        session.faults->kind = store::ErrorKind::locked;
+        session.faults->only_statements_with = "INSERT INTO \"GL_transaction_table\"";
+        session.faults->arm(2, true);  // the first line goes through, the second one is held
+    }
+    // The ledger is let go in this wait.
+    void free_in_wait(int number) {
+        session.user.desk.on_wait = [this, number](int wait) {
+            if (wait == number) session.faults->disarm();
+        };
+    }
+    void save() { ASSERT_EQ(session.form().press(101), controls::Refusal::none); }
+    [[nodiscard]] std::size_t waits() const { return session.user.desk.waits.size(); }
+    void expect_saved_as_ever() {
+        EXPECT_THAT(session.user.messages(), ElementsAre("Add new Invoice complete"));
+        EXPECT_EQ(difference(tables_after(base_invoice(), kSave), all_tables(session.company.db())), "");
+    }
+
+    Session session{base_invoice()};
+};
+
+TEST_F(LedgerLineRetry, HeldOnceTheLineStandsOnceAfterOneWait) {
+    free_in_wait(1);
+    save();
+    EXPECT_EQ(waits(), 1U);
+    EXPECT_EQ(session.user.desk.waits[0], kernel::kLockRetryWait);
+    expect_saved_as_ever();
+}
+
+TEST_F(LedgerLineRetry, HeldFiveTimesTheSixthTrySaves) {
+    free_in_wait(5);
+    save();
+    EXPECT_EQ(waits(), 5U);
+    expect_saved_as_ever();
+}
+
+TEST_F(LedgerLineRetry, HeldSixTimesTheSaveIsRefusedAndNothingIsLeft) {
+    save();
+    EXPECT_EQ(waits(), 5U);
+    EXPECT_EQ(session.faults->calls, 1 + 6);
+    EXPECT_THAT(session.user.desk.messages, ElementsAre("Add new Invoice failed"));
+    check_failed(session, kSave);
+    session.faults->disarm();
+    save();
+    expect_saved_as_ever();
 }
 
 }  // namespace brimley::testing

@@ -92,7 +92,7 @@ std::vector<std::string> RandomSession::findings() {
     expect_count("void documents", "SELECT fkey FROM AP_header_table WHERE void = TRUE", tally_.voided,
                  found);
     expect_count("documents on hold", "SELECT fkey FROM AP_header_table WHERE hold = TRUE",
-                 tally_.held - tally_.released, found);
+                 static_cast<int>(on_hold_.size()), found);
     if (pressed(kNew) && pressed(kEdit)) found.push_back("New and Edit are both pressed");
     return found;
 }
@@ -115,8 +115,15 @@ void RandomSession::count_messages() {
         if (message == "Update complete") ++tally_.updated;
         if (message == "Update failed.") ++tally_.update_failed;
         if (ends(" is void.")) ++tally_.voided;
-        if (ends(" was hold.")) ++tally_.held;
-        if (ends(" was released.")) ++tally_.released;
+        // A document on hold may be held once more.
+        if (ends(" was hold.")) {
+            ++tally_.held;
+            on_hold_.insert(shown("txtdocno"));
+        }
+        if (ends(" was released.")) {
+            ++tally_.released;
+            on_hold_.erase(shown("txtdocno"));
+        }
     }
     console_->desk().happenings().clear();
 }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <random>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -103,6 +104,7 @@ class RandomSession {
     store::DateTime today_;
     std::vector<std::string> vendors_, accounts_, tax_codes_, terms_;
     std::vector<std::string> docnos_;
+    std::set<std::string> on_hold_;
     Tally tally_;
 };
 

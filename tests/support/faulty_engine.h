@@ -6,6 +6,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "kernel/store/database.h"
 #include "kernel/store/engine.h"
@@ -18,6 +19,8 @@ struct Faults {
     int fail_at = 0;  // the call that fails, counted from 1; 0: none
     bool for_good = false;
     store::ErrorKind kind = store::ErrorKind::io;
+    // Only calls on statements that hold this text count; empty: every call does.
+    std::string only_statements_with = {};
     // A failing commit has still been carried out, as when only its answer is lost.
     bool commit_done = false;
 
@@ -38,18 +41,20 @@ class FaultyEngine final : public store::Engine {
     const store::dialect::Flavour& flavour() const override { return engine_->flavour(); }
 
     std::unique_ptr<store::EngineStatement> prepare(const store::StatementText& text) override {
-        may_fail();
-        return engine_->prepare(text);
+        may_fail(text.sql);
+        return std::make_unique<Statement>(engine_->prepare(text), text.sql);
     }
     void query(store::EngineStatement& statement, std::span<const store::Parameter> parameters,
                const store::RowSink& sink) override {
-        may_fail();
-        engine_->query(statement, parameters, sink);
+        auto& known = static_cast<Statement&>(statement);
+        may_fail(known.sql);
+        engine_->query(*known.prepared, parameters, sink);
     }
     store::WriteResult write(store::EngineStatement& statement,
                              std::span<const store::Parameter> parameters) override {
-        may_fail();
-        return engine_->write(statement, parameters);
+        auto& known = static_cast<Statement&>(statement);
+        may_fail(known.sql);
+        return engine_->write(*known.prepared, parameters);
     }
     bool begin_write() override { return !refused() && engine_->begin_write(); }
     void begin_read() override {
@@ -69,14 +74,24 @@ class FaultyEngine final : public store::Engine {
     bool reads_stay_true() const override { return engine_->reads_stay_true(); }
 
   private:
-    [[nodiscard]] bool next_call_fails() {
+    // A statement that still knows its text.
+    struct Statement final : store::EngineStatement {
+        Statement(std::unique_ptr<store::EngineStatement> made, std::string text)
+            : prepared(std::move(made)), sql(std::move(text)) {}
+        std::unique_ptr<store::EngineStatement> prepared;
+        std::string sql;
+    };
+
+    // Transactions and locks have no text.
+    [[nodiscard]] bool next_call_fails(const std::string& sql = {}) {
+        if (sql.find(faults_->only_statements_with) == std::string::npos) return false;
         ++faults_->calls;
         if (faults_->fail_at == 0) return false;
         return faults_->for_good ? faults_->calls >= faults_->fail_at : faults_->calls == faults_->fail_at;
     }
     [[noreturn]] void fail() const { throw store::Error(faults_->kind, "a failure made by the test"); }
-    void may_fail() {
-        if (next_call_fails()) fail();
+    void may_fail(const std::string& sql = {}) {
+        if (next_call_fails(sql)) fail();
     }
     [[nodiscard]] bool refused() {
         if (!next_call_fails()) return false;

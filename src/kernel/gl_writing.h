@@ -1,0 +1,83 @@
+// What writing a GL document takes, whichever kind it is: its number, and its lines with everything that
+// hangs on them. Used by GlPosting and by the reversal.
+//
+// A line that is written is posted to the balances at once and kept for the check at the end. Everything runs
+// inside the caller's transaction; a false result has had its message, if there is one, and the caller gives
+// the document up.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kernel/module_g3.h"
+
+namespace brimley::kernel {
+
+// Who writes, and for which document: on headers and on every line.
+struct GlOrigin {
+    std::string Source;  // "AP-INVOICE"
+    std::string source_docno;
+    std::string source_form;
+    std::string user;
+};
+
+struct GlNumber {
+    std::string docno;
+    std::string fkey;
+};
+
+// Draws the next GL number of the year. Nothing when a counter could not be taken or the number is too long.
+[[nodiscard]] std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company,
+                                                     const std::string& fyear);
+
+inline constexpr int kGlWriteRetries = 5;
+
+// Carries out Edit or Update of one row, waiting for a row that somebody else holds. False when it failed to
+// the end; a failure that spoils the transaction goes through, since no wait mends it.
+template <class Write>
+[[nodiscard]] bool with_retry(Outside& outside, Write&& write) {
+    for (int tries = 0;; ++tries) {
+        try {
+            write();
+            return true;
+        } catch (const store::Error& failure) {
+            if (failure.spoils_transaction()) throw;
+            if (tries == kGlWriteRetries) return false;
+            outside.wait(kLockRetryWait);
+        }
+    }
+}
+
+// The lines of one GL document.
+class GlLineWriter {
+  public:
+    GlLineWriter(ModuleG3& kernel, GlOrigin origin) : kernel_(kernel), origin_(std::move(origin)) {}
+
+    void open();
+    // False when the chart has no such account; otherwise account() is its row.
+    [[nodiscard]] bool find_account(std::string_view accno);
+    [[nodiscard]] const store::Recordset& account() const { return account_rows_; }
+    // Stores the line, opens its account for a foreign currency, posts it to both balance tables.
+    [[nodiscard]] bool write(const GlLine& line);
+    // Debit less credit in base currency over the lines written so far.
+    [[nodiscard]] double base_difference() const { return base_difference_; }
+    [[nodiscard]] bool check() { return kernel_.check_gl_document(written_); }
+
+  private:
+    void open_balances();
+    void fill_row(const GlLine& line);
+    [[nodiscard]] bool open_account_for_currency(const GlLine& line);
+
+    ModuleG3& kernel_;
+    GlOrigin origin_;
+    std::vector<CheckedLine> written_;
+    double base_difference_ = 0;
+    store::Recordset line_rows_;
+    store::Recordset balance_rows_;
+    store::Recordset period_rows_;
+    store::Recordset account_rows_;
+};
+
+}  // namespace brimley::kernel
