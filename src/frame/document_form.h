@@ -106,6 +106,8 @@ class DocumentForm : public Form {
     virtual void record_shown_by_walk() {}
     // After next_record and previous_record.
     virtual void record_stepped() {}
+    // Where next_record and previous_record go while nothing stored is on screen.
+    virtual void step_from_new_entry() { last_record(); }
     virtual void preview() {}
     virtual void insert_line() {}
     virtual void delete_line() {}
@@ -126,11 +128,19 @@ class DocumentForm : public Form {
     void set_lines_editable(bool editable);
 
     // Shows a header row with its lines. The screen is cleared only now, when the row was found.
-    void show_document(store::Recordset& header);
+    void show_document(store::Recordset& header) { show_document(header, walk_tables()); }
+    void show_document(store::Recordset& header, const WalkTables& tables);
     // False when showing a document broke off in the middle: what stands on the screen must not be saved or
     // voided then.
     [[nodiscard]] bool shown_whole() const { return shown_whole_; }
-    [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey);
+    [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey, const WalkTables& tables);
+    // The number last given to a document of the kind; 0: none was given yet.
+    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
+    // The newest stored header of a kind, looked for from this number down; from here on next_record goes up
+    // to it. Nothing when none of the numbers is stored.
+    [[nodiscard]] std::optional<store::Recordset> newest_header(const std::string& doctype,
+                                                                std::int64_t last_no,
+                                                                const WalkTables& tables);
 
     std::int64_t fkey_last_no = 0;
 
@@ -140,7 +150,6 @@ class DocumentForm : public Form {
 
   private:
     bool show_where(const std::string& criteria);
-    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
     void press_new();
     void press_edit();
     void begin_edit();

@@ -36,18 +36,18 @@ std::string key_doctype(std::string_view fkey) {
 
 }  // namespace
 
-Recordset DocumentForm::header_by_fkey(std::string_view fkey) {
-    return kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {}", walk_tables().header, quoted(fkey)));
+Recordset DocumentForm::header_by_fkey(std::string_view fkey, const WalkTables& tables) {
+    return kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {}", tables.header, quoted(fkey)));
 }
 
-void DocumentForm::show_document(Recordset& header) {
+void DocumentForm::show_document(Recordset& header, const WalkTables& tables) {
     shown_whole_ = false;
     clear_box();
     assign2control(header);
     shown_fkey_ = header.text("fkey");
     // By value, so that line 10 stands behind line 9.
     auto lines = kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY VAL(pay_item)",
-                                           walk_tables().lines, quoted(header.text("fkey"))));
+                                           tables.lines, quoted(header.text("fkey"))));
     assign2_dbgrid1(lines);
     shown_whole_ = true;
 }
@@ -59,27 +59,33 @@ std::int64_t DocumentForm::last_number_issued(const std::string& doctype) {
     return counter.at_eof() ? 0 : kernel::whole_number(counter.number("fkeyno"), 1, kKeyNumberMax) - 1;
 }
 
+std::optional<Recordset> DocumentForm::newest_header(const std::string& doctype, std::int64_t last_no,
+                                                     const WalkTables& tables) {
+    fkey_last_no = last_no;
+    doctype_of_last_no_ = doctype;
+    for (std::int64_t n = last_no; n > 0; --n) {
+        auto header = header_by_fkey(kernel::ModuleG3::make_fkey(kCompany, doctype, n), tables);
+        if (!header.at_eof()) return header;
+    }
+    return std::nullopt;
+}
+
 void DocumentForm::last_record() {
     step("last_record", [&] {
         const std::string doctype = doctype_of_walk();
         if (walk_open_documents(0)) return;
-        fkey_last_no = last_number_issued(doctype);
-        doctype_of_last_no_ = doctype;
-        if (fkey_last_no == 0) {
-            clear_box();
-            grid_readmode();
-            return;
-        }
-        for (std::int64_t n = fkey_last_no; n > 0; --n) {
-            auto header = header_by_fkey(kernel::ModuleG3::make_fkey(kCompany, doctype, n));
-            if (header.at_eof()) continue;
-            show_document(header);
+        auto newest = newest_header(doctype, last_number_issued(doctype), walk_tables());
+        if (newest) {
+            show_document(*newest);
             grid_readmode();
             record_shown_by_walk();
-            return;
+        } else if (fkey_last_no == 0) {
+            clear_box();
+            grid_readmode();
+        } else {
+            gencode_new();
+            grid_newmode();
         }
-        gencode_new();
-        grid_newmode();
     });
 }
 
@@ -88,7 +94,7 @@ void DocumentForm::previous_record() { step_record(-1); }
 
 void DocumentForm::step_record(int direction) {
     if (txtdocno.empty() || txtdocno.text() == kNewDocno) {
-        last_record();
+        step_from_new_entry();
         return;
     }
     if (walk_open_documents(direction)) return;
@@ -107,7 +113,7 @@ void DocumentForm::step_record(int direction) {
         // Only the way up has a bound; documents saved since then lie above it.
         for (std::int64_t n = *key_number(fkey) + direction; n >= 1 && (direction < 0 || n <= last_no);
              n += direction) {
-            auto header = header_by_fkey(prefix + std::to_string(n));
+            auto header = header_by_fkey(prefix + std::to_string(n), walk_tables());
             if (header.at_eof()) continue;
             show_document(header);
             record_stepped();

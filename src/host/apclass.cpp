@@ -51,6 +51,7 @@ void APclass::switch_APform_invoice(const std::string& doctypex) {
     if (!frm_invoice) return;
     const char* kind = doctypex == "vcn" ? "Credit Note" : doctypex == "vdn" ? "Debit Note" : "Invoice";
     if (frm_invoice->cmbdoctype.text() == kind) return;
+    frm_invoice->leave_recurring_view();
     frm_invoice->cmbdoctype.set(kind);
     frm_invoice->last_record();
 }

@@ -9,6 +9,8 @@
 //   lines_save.cpp the rows of a document's lines, new or edited
 //   posting.cpp    the GL document of an invoice, and its reversal
 //   void_hold.cpp  void, hold and release
+//   templates.cpp  the view of recurring templates, and showing one
+//   template_save.cpp  saving a new template
 //   commands.cpp   toolbar and views
 //   links.cpp      requests to the host
 //
@@ -28,6 +30,8 @@
 #include "kernel/tax_engine.h"
 
 namespace brimley::invoices {
+
+inline constexpr const char* kTemplateDoctype = "recur";
 
 class APform_invoice : public frame::DocumentForm {
   public:
@@ -96,9 +100,28 @@ class APform_invoice : public frame::DocumentForm {
         dbgrid1.set_cell(row, caption, text);
     }
 
+    // --- recurring templates ---
+
+    // An invoice without a date, in tables of its own. While command 1005 is pressed the form walks these
+    // instead of documents; chkrecur makes a template of the entry on screen, in any view.
+
+    void last_record() override;
+    // Shows the newest template, in the view of templates. Without one it says so and leaves the screen.
+    void last_recurring();
+    // Turns the fields to templates, or back to documents. Command 1005 is still as it was.
+    void recurring_mode(bool on);
+    // Back to documents, if templates are in view; the template stays on screen until a document is shown.
+    void leave_recurring_view();
+    // Shows the template that recur_fkey names, whatever the view; without a name nothing happens.
+    void get_recur();
+    std::string recur_fkey;
+    // True when the template was saved. Of a failure nothing is left; not each one has a message.
+    [[nodiscard]] bool insert_new_recurring();
+
     // --- the save ---
 
-    // True when the document was saved. Every failure has had its message, and nothing of it is left.
+    // True when the document was saved. Every failure has had its message, and nothing of it is left. An
+    // entry with chkrecur is saved as a template.
     [[nodiscard]] bool insert_new_record() override;
     [[nodiscard]] bool Update_record() override;
     // The GL document of what is on screen; txtglfkey is its key then. Inside the caller's transaction.
@@ -126,6 +149,8 @@ class APform_invoice : public frame::DocumentForm {
     void save_grid() override;
     void execute_own(int id) override;
     [[nodiscard]] std::string doctype_of_walk() override;
+    [[nodiscard]] frame::WalkTables walk_tables() const override;
+    void step_from_new_entry() override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
     void assign2_dbgrid1(store::Recordset& lines) override;
@@ -255,9 +280,32 @@ class APform_invoice : public frame::DocumentForm {
                                     const std::string& po_accno, double rate, AuthorityAccounts& authorities);
     [[nodiscard]] double rounded_base(double amount, double rate) const;
 
+    // templates.cpp
+    void view_recurring();
+    void chkrecur_click();
+    void show_name_in_place_of_date(bool name);
+    void assign_template(store::Recordset& header);
+
+    // template_save.cpp
+    struct CheckedTemplate {
+        double recur_date = 0;                            // day of the month; 31: its last; 0: issued by hand
+        std::optional<std::string> begin_date, end_date;  // "yyyymmdd"
+    };
+    [[nodiscard]] std::optional<CheckedTemplate> validate_template();
+    [[nodiscard]] const char* fault_of_template_terms() const;
+    [[nodiscard]] bool read_template_date(const controls::DateField& field, const char* missing,
+                                          bool required, std::optional<std::string>& yyyymmdd);
+    [[nodiscard]] const char* fault_of_template_issue() const;
+    [[nodiscard]] bool write_new_template(const CheckedTemplate& checked);
+    void fill_template_header(store::Recordset& header, const CheckedTemplate& checked);
+    [[nodiscard]] bool write_template_line(store::Recordset& lines, const store::Recordset& header, int row);
+
     // commands.cpp
     void view_kind(const char* kind, int id);
     void press_view(int id);
+    void press_recurring_view(bool pressed);
+    [[nodiscard]] bool recurring_view() const;
+    [[nodiscard]] bool open_documents_only() const;
     void show_open_documents(bool open_only);
     // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
     [[nodiscard]] std::string open_document(const char* function, const std::string& condition);

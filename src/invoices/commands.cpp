@@ -14,17 +14,16 @@ constexpr int kTaxSummary = 132;
 constexpr int kViewInvoice = 1002;
 constexpr int kViewCreditNote = 1003;
 constexpr int kViewDebitNote = 1004;
+constexpr int kViewRecurring = 1005;
 constexpr int kPayThisInvoice = 1006;
 constexpr int kPaymentHistory = 1007;
 constexpr int kVoidInvoice = 1008;
 constexpr int kHoldInvoice = 1009;
 constexpr int kReleaseHold = 1010;
+constexpr int kRecurringConfiguration = 1011;
 constexpr int kViewAll = 1012;
 constexpr int kOpenInvoiceOnly = 1013;
 constexpr int kVendorAddress = 1014;
-
-// Commands that stand in the menus but are not offered yet: templates.
-constexpr int kNotYetOffered[] = {1005, 1011};
 
 const std::vector<Command>& command_table() {
     using Bars = std::vector<std::string>;
@@ -82,8 +81,6 @@ const std::vector<Command>& command_table() {
 void APform_invoice::init_toolbar() {
     for (const Command& command : command_table())
         bars_.add(command);
-    for (const int id : kNotYetOffered)
-        bars_.set_enabled(id, false);
 }
 
 void APform_invoice::execute_own(int id) {
@@ -109,6 +106,12 @@ void APform_invoice::execute_own(int id) {
             break;
         case kViewDebitNote:
             view_kind("Debit Note", id);
+            break;
+        case kViewRecurring:
+            if (reading) view_recurring();
+            break;
+        case kRecurringConfiguration:
+            frame_recur.set_visible(!frame_recur.visible());
             break;
         case kPayThisInvoice:
             if (reading) pay_this_invoice();
@@ -140,6 +143,7 @@ void APform_invoice::execute_own(int id) {
 }
 
 void APform_invoice::view_kind(const char* kind, int id) {
+    leave_recurring_view();
     cmbdoctype.set(kind);
     last_record();
     get_list_open_doc();
@@ -147,14 +151,23 @@ void APform_invoice::view_kind(const char* kind, int id) {
 }
 
 void APform_invoice::press_view(int id) {
-    for (const int view : {kViewInvoice, kViewCreditNote, kViewDebitNote})
+    for (const int view : {kViewInvoice, kViewCreditNote, kViewDebitNote, kViewRecurring})
         bars_.set_pressed(view, view == id);
 }
+
+void APform_invoice::press_recurring_view(bool pressed) {
+    if (pressed) press_view(kViewRecurring);
+    bars_.set_pressed(kViewRecurring, pressed);
+}
+
+bool APform_invoice::recurring_view() const { return bars_.pressed(kViewRecurring); }
+
+bool APform_invoice::open_documents_only() const { return bars_.pressed(kOpenInvoiceOnly); }
 
 void APform_invoice::show_open_documents(bool open_only) {
     bars_.set_pressed(kOpenInvoiceOnly, open_only);
     bars_.set_pressed(kViewAll, !open_only);
-    cmbopendoc.set_visible(open_only);
+    cmbopendoc.set_visible(open_only && !recurring_view());
     if (open_only) get_list_open_doc();
 }
 

@@ -59,6 +59,7 @@ void APform_invoice::connect_handlers() {
     cmbexrate.on_item_select = [this] { cmbexrate_itemselect(); };
     txtratedate.on_change = [this] { txtratedate_change(); };
     cmbopendoc.on_item_select = [this] { cmbopendoc_itemselect(); };
+    chkrecur.on_click = [this] { chkrecur_click(); };
     txtdocno.on_enter = [this] {
         if (mode() == frame::Mode::read) Recordx();
     };
@@ -251,7 +252,8 @@ void APform_invoice::get_list_open_doc() {
         });
         return items;
     });
-    const bool listed = on_saved_document() && chkvoid.value() == 0 && chkpaid.value() != 1;
+    const bool listed =
+        on_saved_document() && !chkrecur.is_set() && chkvoid.value() == 0 && chkpaid.value() != 1;
     cmbopendoc.set(listed ? txtdocno.text() : std::string{});
 }
 

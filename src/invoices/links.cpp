@@ -51,6 +51,7 @@ void APform_invoice::payment_history() {
 std::string APform_invoice::account_of_current_line() { return dbgrid1.cell(dbgrid1.row(), "account"); }
 
 void APform_invoice::preview() {
+    if (txtdoctype.text() == kTemplateDoctype) return;  // nothing is printed of a template
     std::string fields = "AP_header_table.*, AP_transaction_table.*";
     if (cmbdoctype.text() == "Credit Note") {
         // A credit note is printed as a credit, though its amounts are stored positive.

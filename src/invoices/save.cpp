@@ -152,6 +152,7 @@ std::optional<APform_invoice::NewDocument> APform_invoice::validate_new() {
 
 // --- writing ---
 bool APform_invoice::insert_new_record() {
+    if (chkrecur.is_set()) return insert_new_recurring();
     const std::string kind = cmbdoctype.text();
     bool saved = false;
     try {

@@ -47,7 +47,6 @@ APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kerne
     // These boxes tell the state of a document; nobody ticks them.
     for (controls::CheckBox* box : {&chkprint, &chkpaid, &chkvoid, &chkhold})
         box->set_locked(true);
-    chkrecur.set_locked(true);  // templates are not offered yet: a ticked entry would be saved as an invoice
     connect_handlers();
 }
 
@@ -81,6 +80,7 @@ void APform_invoice::Form_Load() {
 }
 
 void APform_invoice::set_doctype_of_kind() {
+    if (txtdoctype.text() == kTemplateDoctype) txtdoctype.set("");  // no kind of document
     for (const Kind& kind : kKinds) {
         if (cmbdoctype.text() == kind.caption) txtdoctype.set(kind.doctype);
     }
@@ -106,6 +106,8 @@ void APform_invoice::grid_newmode() {
     for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
         set_field(*total, FieldState::read_only);
     chkrecur.set_visible(true);
+    // It may have been clicked before, when a click changed nothing else.
+    if (chkrecur.is_set() == txtinvdate.visible()) chkrecur_click();
 }
 
 // A document made here opens but for what it is known by and what its amounts hang on; of one that another
@@ -166,6 +168,7 @@ void APform_invoice::assign2control(Recordset& header) {
     chkhold.set(field_or_null(header, "hold").flag());
     const bool partly = field_or_null(header, "paid").flag();
     chkpaid.set(field_or_null(header, "fully_paid").flag() ? 1 : partly ? 2 : 0);
+    assign_template(header);
     show_vendor_and_term(text("vendor_no"), text("payment_term"));
     get_list_open_doc();
 }
