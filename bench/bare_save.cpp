@@ -256,4 +256,10 @@ void BareSave::fill_up_to(std::int64_t invoices) {
     p.exec("PRAGMA wal_checkpoint(TRUNCATE)");
 }
 
+void BareSave::count_copies() {
+    parts_->exec(
+        "UPDATE Next_number_fkey_table SET fkeyno = 1 + (SELECT max(CAST(substr(fkey, 5) AS INTEGER)) FROM "
+        "AP_header_table WHERE doctype = 'ip') WHERE company = 1 AND doctype = 'ip'");
+}
+
 }  // namespace brimley::bench

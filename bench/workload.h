@@ -30,6 +30,8 @@ class BareSave {
     void save();
     // Copies the newest stored invoice with its GL document until this many are stored, in one transaction.
     void fill_up_to(std::int64_t invoices);
+    // Moves the key counter of invoices behind the copies, so that the form walks through them.
+    void count_copies();
 
   private:
     struct Parts;

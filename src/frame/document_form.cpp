@@ -120,7 +120,7 @@ void DocumentForm::press_save() {
 }
 
 void DocumentForm::CommandBars1_Execute(int id) {
-    if (execute_common(id)) return;
+    if (execute_common(id) || execute_font(id)) return;
     const bool reading = mode() == Mode::read;
     switch (id) {
         case command::kSave:
@@ -188,24 +188,7 @@ void DocumentForm::fill_common_combos() {
     for (int period = 1; period <= last_period; ++period)
         periods.push_back({std::to_string(period)});
     cmbperiod.set_items(periods);
-    cmbselcol.set_items({{"all columns"}, {"selected columns"}});
-    cmbselcol.set("all columns");
-    cmbfont_size.set_items(
-        {{"8"}, {"9"}, {"10"}, {"10.5"}, {"11"}, {"12"}, {"14"}, {"16"}, {"18"}, {"20"}, {"22"}, {"24"}});
-    cmbitfont.set_source([this] {
-        std::vector<controls::ComboBox::Row> families;
-        for (auto& family : desk().font_families())
-            families.push_back({std::move(family)});
-        return families;
-    });
-    cmbitfont.set("Arial");
-    cmbitcolor.set_source([] {
-        std::vector<controls::ComboBox::Row> colours;
-        for (const auto& colour : presentation::named_colours()) {
-            colours.push_back({std::string(colour.code), std::string(colour.name)});
-        }
-        return colours;
-    });
+    fill_font_bar();
 }
 
 }  // namespace brimley::frame

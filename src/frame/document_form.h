@@ -64,6 +64,23 @@ class DocumentForm : public Form {
     virtual void grid_editmode();
     virtual void gencode_new() = 0;
 
+    // --- the font bar (font_bar.cpp) ---
+    // Each changes all columns of dbgrid1, or those that the user has selected, or the current one when none
+    // is selected: cmbselcol tells.
+    void font_bold();
+    void font_italic();
+    void font_underline();
+    void font_align_left() { align(controls::Alignment::left); }
+    void font_align_center() { align(controls::Alignment::centre); }
+    void font_align_right() { align(controls::Alignment::right); }
+    void cmbfont_size_itemchange();
+    void cmbitfont_itemchange();
+    void cmbitcolor_itemchange();
+    // Keeps the fonts of the columns for everybody. Tells that it did, whether or not it could.
+    void cmdsave_font_Click();
+    // Back to the fonts last saved.
+    void cmdrestore_font_click();
+
   protected:
     // --- variable points ---
 
@@ -98,6 +115,8 @@ class DocumentForm : public Form {
     void CommandBars1_Execute(int id) override;
     void findGL();
     void fill_common_combos();
+    // The font bar shows how the column looks that the user has come to.
+    void dbgrid1_RowColChange(int old_column);
     [[nodiscard]] bool on_saved_document() const;
 
     // Every control whose name begins with one of the prefixes, in upper case.
@@ -129,6 +148,16 @@ class DocumentForm : public Form {
     void press_save();
     void step_record(int direction);
     void leave_mode(int pressed_command);
+
+    // font_bar.cpp
+    void fill_font_bar();
+    [[nodiscard]] bool execute_font(int id);
+    [[nodiscard]] std::vector<int> columns_to_style() const;
+    void style_columns(const std::function<void(controls::GridColumn&)>& change);
+    // The new state of the command.
+    bool toggle(int command);
+    void align(controls::Alignment alignment);
+    void show_alignment(controls::Alignment alignment);
 
     std::string shown_fkey_;  // the document on screen
     bool shown_whole_ = true;

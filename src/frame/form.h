@@ -155,6 +155,14 @@ inline constexpr int kFormHelp = 206;
 inline constexpr int kSystemHelp = 207;
 inline constexpr int kAbout = 208;
 inline constexpr int kShowText = 209;
+inline constexpr int kSaveFont = 401;
+inline constexpr int kRestoreFont = 402;
+inline constexpr int kBold = 403;
+inline constexpr int kItalic = 404;
+inline constexpr int kUnderline = 405;
+inline constexpr int kAlignLeft = 406;
+inline constexpr int kAlignCentre = 407;
+inline constexpr int kAlignRight = 408;
 }  // namespace command
 
 }  // namespace brimley::frame

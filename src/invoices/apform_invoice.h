@@ -259,8 +259,12 @@ class APform_invoice : public frame::DocumentForm {
     void view_kind(const char* kind, int id);
     void press_view(int id);
     void show_open_documents(bool open_only);
-    int line_rows = 0;     // the highest grid row that editing has reached
-    double old_total = 0;  // txttotal of the document as loaded; 0 for a new one
+    // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
+    [[nodiscard]] std::string open_document(const char* function, const std::string& condition);
+
+    int line_rows = 0;            // the highest grid row that editing has reached
+    double old_total = 0;         // txttotal of the document as loaded; 0 for a new one
+    std::string open_documents_;  // which documents cmbopendoc lists, as a condition
     kernel::TaxRows tax_rows;
     controls::DropDown ddacc;
     controls::DropDown ddtax;

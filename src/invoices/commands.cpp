@@ -1,9 +1,12 @@
 // Toolbar and views of the invoice form.
+#include <fmt/format.h>
+
 #include "invoices/apform_invoice.h"
 
 namespace brimley::invoices {
 
 using controls::Command;
+using store::quoted;
 namespace command = frame::command;
 
 namespace {
@@ -22,8 +25,8 @@ constexpr int kViewAll = 1012;
 constexpr int kOpenInvoiceOnly = 1013;
 constexpr int kVendorAddress = 1014;
 
-// Commands that stand in the menus but are not offered yet: templates and the font bar.
-constexpr int kNotYetOffered[] = {116, 401, 402, 403, 404, 405, 406, 407, 408, 1005, 1011};
+// Commands that stand in the menus but are not offered yet: templates.
+constexpr int kNotYetOffered[] = {1005, 1011};
 
 const std::vector<Command>& command_table() {
     using Bars = std::vector<std::string>;
@@ -158,22 +161,40 @@ void APform_invoice::show_open_documents(bool open_only) {
 }
 
 // In the "Open Invoice Only" view the list is walked instead of the keys. It is in descending order, and its
-// last item is the oldest open document: that is where last_record goes.
+// last item is the oldest open document: that is where last_record goes. The list may be long and is fetched
+// only when somebody opens it; the next item is looked up.
 bool APform_invoice::walk_open_documents(int direction) {
     if (!cmbopendoc.visible()) return false;
-    const int count = static_cast<int>(cmbopendoc.items().size());
+    std::string target;
     if (direction == 0) {
-        if (count == 0) return false;
-        cmbopendoc.select(count - 1);
+        target = open_document("MIN", "");
+        if (target.empty()) return false;
     } else {
-        cmbopendoc.set(txtdocno.text());
-        const int target = cmbopendoc.list_index() + direction;
-        if (cmbopendoc.list_index() < 0) cmbopendoc.clear_choice();
-        if (cmbopendoc.list_index() < 0 || target < 0 || target >= count) return true;
-        cmbopendoc.select(target);
+        const std::string shown = quoted(txtdocno.text());
+        // One that was voided since it was shown is where it was: the walk goes on from there.
+        const bool listed =
+            cmbopendoc.text() == txtdocno.text() || !open_document("MIN", " AND docno = " + shown).empty();
+        cmbopendoc.set(listed ? txtdocno.text() : std::string{});
+        if (listed) {
+            target = direction > 0 ? open_document("MAX", " AND docno < " + shown)
+                                   : open_document("MIN", " AND docno > " + shown);
+        }
+        if (target.empty()) return true;
     }
+    cmbopendoc.set_row({target});
     cmbopendoc_itemselect();
     return true;
+}
+
+std::string APform_invoice::open_document(const char* function, const std::string& condition) {
+    std::string docno;
+    step("open document", [&] {
+        docno = kernel()
+                    .read(fmt::format("SELECT {}(docno) AS found FROM AP_header_table WHERE {}{}", function,
+                                      open_documents_, condition))
+                    .text("found");
+    });
+    return docno;
 }
 
 void APform_invoice::record_shown_by_walk() {

@@ -67,8 +67,9 @@ void APform_invoice::connect_handlers() {
     dbgrid1.on_before_edit = [this](controls::CellEdit& edit) { dbgrid1_BeforeColEdit(edit); };
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
     dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
-    dbgrid1.on_row_col_change = [this](int old_row, int) {
+    dbgrid1.on_row_col_change = [this](int old_row, int old_column) {
         if (dbgrid1.row() != old_row) refresh_tax_panels();
+        dbgrid1_RowColChange(old_column);
     };
     grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
 }
@@ -234,15 +235,14 @@ void APform_invoice::Recordx_byinvno() {
 }
 
 void APform_invoice::get_list_open_doc() {
-    // Fetched when the list is opened, however many documents are open; of the kind shown now, though.
-    cmbopendoc.set_source([this, doctype = txtdoctype.text()] {
+    // Fetched when the list is opened; of the kind shown now, though.
+    open_documents_ =
+        fmt::format("doctype = {} AND fully_paid = FALSE AND void = FALSE", quoted(txtdoctype.text()));
+    cmbopendoc.set_source([this] {
         std::vector<ComboBox::Row> items;
         step("get_list_open_doc", [&] {
-            auto open =
-                kernel().read(fmt::format("SELECT docno FROM AP_header_table WHERE doctype = {} AND "
-                                          "fully_paid = FALSE AND void = FALSE ORDER BY "
-                                          "docno DESC",
-                                          quoted(doctype)));
+            auto open = kernel().read(fmt::format(
+                "SELECT docno FROM AP_header_table WHERE {} ORDER BY docno DESC", open_documents_));
             for (; !open.at_eof(); open.MoveNext())
                 items.push_back({open.text("docno")});
         });

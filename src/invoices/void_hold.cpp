@@ -45,9 +45,6 @@ bool APform_invoice::may_void() {
 
 void APform_invoice::void_invoice() {
     if (!may_void()) return;
-    // The list of open documents is that of the moment when the document was shown, so the walk goes on from
-    // a document that has just left it.
-    if (cmbopendoc.visible()) static_cast<void>(cmbopendoc.items());
     bool done = false;
     try {
         frame::Transaction transaction(*context().dbe);

@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <array>
-
 #include "kernel/module_g3.h"
 #include "kernel/money.h"
 
@@ -14,79 +12,55 @@ namespace {
 using store::quoted;
 using store::Recordset;
 
-constexpr int kPeriods = 13;
-
-// The names of one family's columns: the plain one, or its base-currency twin with "e_" before each name.
-struct PeriodFamily {
-    explicit PeriodFamily(const std::string& prefix)
-        : opening(prefix + "opening_balance"),
-          adjust(prefix + "adjust"),
-          closing(prefix + "closing"),
-          ytd(prefix + "ytd_balance") {
-        for (int i = 0; i < kPeriods; ++i) {
-            period[i] = fmt::format("{}period{}", prefix, i + 1);
-            balance[i] = fmt::format("{}balperiod{}", prefix, i + 1);
-        }
-    }
-    // The column of a period key; null for an unknown key.
-    [[nodiscard]] const std::string* column(std::string_view key) const {
-        if (key == "AD") return &adjust;
-        if (key == "CL") return &closing;
-        for (int i = 0; i < kPeriods; ++i) {
-            if (key == std::to_string(i + 1)) return &period[i];
-        }
-        return nullptr;
-    }
-
-    std::array<std::string, kPeriods> period;
-    std::array<std::string, kPeriods> balance;
-    std::string opening, adjust, closing, ytd;
-};
-
-const PeriodFamily& plain_family() {
-    static const PeriodFamily family("");
-    return family;
-}
-
-const PeriodFamily& base_family() {
-    static const PeriodFamily family("e_");
-    return family;
-}
-
-double null_to_zero(Recordset& row, const std::string& field) {
-    const store::Value value = row.field(field);
+double null_to_zero(Recordset& row, int column) {
+    const store::Value value = row.column(column);
     if (!value.is_null()) return value.number();
-    row.set(field, 0.0);
+    row.set_column(column, 0.0);
     return 0;
-}
-
-void recompute(Recordset& row, const PeriodFamily& family) {
-    double balance = null_to_zero(row, family.opening);
-    for (int i = 0; i < kPeriods; ++i) {
-        balance += null_to_zero(row, family.period[i]);
-        row.set(family.balance[i], balance);
-    }
-    balance += null_to_zero(row, family.adjust);
-    row.set(family.ytd, balance + null_to_zero(row, family.closing));
-}
-
-void add_to_family(Recordset& row, const PeriodFamily& family, std::string_view key, double amount) {
-    if (const std::string* column = family.column(key)) row.set(*column, row.number(*column) + amount);
-    recompute(row, family);
 }
 
 }  // namespace
 
-void add_to_period(Recordset& period_row, std::string_view key, double amount) {
-    add_to_family(period_row, plain_family(), key, amount);
+PeriodFamily::PeriodFamily(const Recordset& period_rows, const std::string& prefix)
+    : opening_(period_rows.column_of(prefix + "opening_balance")),
+      adjust_(period_rows.column_of(prefix + "adjust")),
+      closing_(period_rows.column_of(prefix + "closing")),
+      ytd_(period_rows.column_of(prefix + "ytd_balance")) {
+    for (int i = 0; i < kPeriods; ++i) {
+        period_[i] = period_rows.column_of(fmt::format("{}period{}", prefix, i + 1));
+        balance_[i] = period_rows.column_of(fmt::format("{}balperiod{}", prefix, i + 1));
+    }
 }
 
-void add_to_base_period(Recordset& period_row, std::string_view key, double amount) {
-    add_to_family(period_row, base_family(), key, amount);
+int PeriodFamily::column_of_key(std::string_view key) const {
+    if (key == "AD") return adjust_;
+    if (key == "CL") return closing_;
+    for (int i = 0; i < kPeriods; ++i) {
+        if (key == std::to_string(i + 1)) return period_[i];
+    }
+    return -1;
 }
 
-void recompute_balances(Recordset& period_row) { recompute(period_row, plain_family()); }
-void recompute_base_balances(Recordset& period_row) { recompute(period_row, base_family()); }
+void PeriodFamily::add(Recordset& period_row, std::string_view key, double amount) const {
+    if (const int column = column_of_key(key); column >= 0)
+        period_row.set_column(column, period_row.column(column).number() + amount);
+    recompute(period_row);
+}
+
+void PeriodFamily::recompute(Recordset& period_row) const {
+    double balance = null_to_zero(period_row, opening_);
+    for (int i = 0; i < kPeriods; ++i) {
+        balance += null_to_zero(period_row, period_[i]);
+        period_row.set_column(balance_[i], balance);
+    }
+    balance += null_to_zero(period_row, adjust_);
+    period_row.set_column(ytd_, balance + null_to_zero(period_row, closing_));
+}
+
+const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {
+    if (!period_columns_ || !period_columns_->fit(period_rows)) period_columns_.emplace(period_rows);
+    return *period_columns_;
+}
 
 bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
@@ -98,8 +72,9 @@ bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, 
         return false;
     }
     period_rows.Edit();
-    add_to_period(period_rows, line.period, -side_of(debit) * line.amount);
-    add_to_base_period(period_rows, line.period, -side_of(debit) * line.base_amount);
+    const PeriodColumns& columns = period_columns(period_rows);
+    columns.plain.add(period_rows, line.period, -side_of(debit) * line.amount);
+    columns.base.add(period_rows, line.period, -side_of(debit) * line.base_amount);
     period_rows.Update();
     return true;
 }
@@ -117,8 +92,9 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
             return;
         }
         period_rows.Edit();
-        add_to_period(period_rows, line.period, line.amount);
-        add_to_base_period(period_rows, line.period, line.base_amount);
+        const PeriodColumns& columns = period_columns(period_rows);
+        columns.plain.add(period_rows, line.period, line.amount);
+        columns.base.add(period_rows, line.period, line.base_amount);
         period_rows.Update();
         if (line.ledgertype == "F") {
             period_rows.FindFirst(
@@ -126,7 +102,7 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
                             quoted(line.fyear), quoted(line.company), quoted(accno)));
             if (!period_rows.NoMatch()) {
                 period_rows.Edit();
-                add_to_period(period_rows, line.period, line.base_amount);
+                columns.plain.add(period_rows, line.period, line.base_amount);
                 period_rows.Update();
             }
         }

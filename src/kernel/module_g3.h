@@ -1,7 +1,8 @@
 // The ledger kernel: the routines that all forms share for periods, document numbers, balances and GL checks.
 //
 // One object per open database, shared by the forms of one host object; it lives as long as that database is
-// open. There is no other state than the Current Earnings account, which is looked up once.
+// open. There is no other state than what is looked up once: the Current Earnings account, and where columns
+// stand.
 //
 // How routines fail: one that finds a fault shows its message through `outside` and returns false (or
 // nothing); the caller stops silently and, inside a transaction, makes the one Rollback. Routines told to run
@@ -21,6 +22,7 @@
 #include "kernel/carry_on.h"
 #include "kernel/gl_line.h"
 #include "kernel/outside.h"
+#include "kernel/period_columns.h"
 #include "kernel/store/database.h"
 
 namespace brimley::kernel {
@@ -149,6 +151,7 @@ class ModuleG3 {
     [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);
     [[nodiscard]] bool resolve_current_earnings();
     void tell_missing_balance(const GlLine& line);
+    [[nodiscard]] const PeriodColumns& period_columns(const store::Recordset& period_rows);
     bool add_balance_row(const AccountSegments& account, std::string_view currency);
     void add_period_rows(const AccountSegments& account, std::string_view currency, int first_year,
                          int last_year);
@@ -157,16 +160,8 @@ class ModuleG3 {
     Outside& outside_;
     PassedOver passed_over_;
     std::string Current_Earnings_accno_;
+    std::optional<PeriodColumns> period_columns_;
 };
-
-// Adds into the column of a Balance_period_table row that the period key tells ("1" to "13", "AD", "CL"; any
-// other key: none), then recomputes the row's sums. The row is in edit.
-void add_to_period(store::Recordset& period_row, std::string_view key, double amount);
-void add_to_base_period(store::Recordset& period_row, std::string_view key, double amount);
-// Nulls become 0; balperiod1 ... 13 and ytd_balance follow from the opening balance and the period columns.
-// Nothing is rounded.
-void recompute_balances(store::Recordset& period_row);
-void recompute_base_balances(store::Recordset& period_row);
 
 // Takes the current row for editing, pessimistically. False when it could not be taken, whatever the reason.
 [[nodiscard]] bool try_locked_edit(store::Recordset& rows);

@@ -1,5 +1,7 @@
 #include "presentation/colours.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace brimley::presentation {
@@ -34,6 +36,10 @@ controls::Colour HTMLToRGB(std::string_view code) {
         return static_cast<std::uint32_t>(from < code.size() ? Hex2Int(code.substr(from, 2)) : 0);
     };
     return controls::rgb(part(0), part(2), part(4));
+}
+
+std::string colour_code(controls::Colour colour) {
+    return fmt::format("{:02x}{:02x}{:02x}", colour & 0xff, colour >> 8 & 0xff, colour >> 16 & 0xff);
 }
 
 Palette brimley_palette() {

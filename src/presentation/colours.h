@@ -3,6 +3,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "controls/control.h"
@@ -25,6 +26,9 @@ struct NamedColour {
 [[nodiscard]] int Hex2Int(std::string_view two_digits);
 // Six hexadecimal digits, red first, as a colour number with red in the low byte.
 [[nodiscard]] controls::Colour HTMLToRGB(std::string_view code);
+
+// The code of a colour number, as HTMLToRGB reads it.
+[[nodiscard]] std::string colour_code(controls::Colour colour);
 
 // The module's colour slots, in the order in which set_BRIMLEY_COLOR fills them. The same for every theme.
 using Palette = std::array<controls::Colour, 10>;

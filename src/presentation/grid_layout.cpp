@@ -38,19 +38,26 @@ controls::Alignment alignment_of(double stored) {
     return controls::Alignment::left;
 }
 
+// What the font bar changes; what the row leaves blank is as the grid has it by itself.
+void take_face(GridColumn& column, const Recordset& row) {
+    column.font = {};
+    take_font(column.font, row);
+    column.font_colour = 0;
+    if (filled(row.field("font_color")))
+        column.font_colour =
+            static_cast<controls::Colour>(static_cast<std::int64_t>(row.number("font_color")));
+    column.alignment = column.check_box ? controls::Alignment::centre : controls::Alignment::left;
+    if (filled(row.field("Alignment"))) column.alignment = alignment_of(row.number("Alignment"));
+}
+
 GridColumn column_of(const Recordset& row, int order) {
     GridColumn column;
     column.order = order;
     column.visible = row.flag("Visible");
     column.caption = row.field("Caption").is_null() ? " " : row.text("Caption");
     column.locked = row.flag("Locked");
-    take_font(column.font, row);
-    if (filled(row.field("font_color")))
-        column.font_colour =
-            static_cast<controls::Colour>(static_cast<std::int64_t>(row.number("font_color")));
     column.check_box = row.text("cell_type") == "dbgCheckBox";
-    if (column.check_box) column.alignment = controls::Alignment::centre;
-    if (filled(row.field("Alignment"))) column.alignment = alignment_of(row.number("Alignment"));
+    take_face(column, row);
     column.auto_completion = row.flag("AutoCompletion");
     column.divider = !row.flag("no_coldivider");
     column.header_divider = !row.flag("no_headerdivider");
@@ -58,6 +65,25 @@ GridColumn column_of(const Recordset& row, int order) {
     column.merge = row.flag("row_merge");
     if (filled(row.field("col_width"))) column.width = static_cast<int>(row.number("col_width"));
     return column;
+}
+
+// Walks the rows with their columns. A row that cannot be saved does not keep the others from it.
+template <class Change>
+void change_rows(const char* what, const Grid& grid, kernel::ModuleG3& kernel, const std::string& query,
+                 const Change& change) {
+    const auto step = [&](const auto& action) {
+        return kernel::carry_on(kernel.passed_over(), what, action);
+    };
+    step([&] {
+        auto rows = kernel.change(query);
+        for (std::size_t i = 0; i < grid.columns.size() && !rows.at_eof(); ++i, rows.MoveNext()) {
+            step([&] {
+                rows.Edit();
+                change(rows, grid.columns[i]);
+                rows.Update();
+            });
+        }
+    });
 }
 
 }  // namespace
@@ -83,22 +109,35 @@ void build_grid(Grid& grid, kernel::ModuleG3& kernel, std::string_view form, std
 
 void save_grid_layout(const Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
                       std::string_view grid_name) {
-    const auto step = [&](const auto& action) {
-        return kernel::carry_on(kernel.passed_over(), "save_grid", action);
-    };
-    step([&] {
-        auto rows = kernel.change(layout_query(form, grid_name));
-        for (std::size_t i = 0; i < grid.columns.size() && !rows.at_eof(); ++i, rows.MoveNext()) {
-            // A row that cannot be saved does not keep the others from it.
-            step([&] {
-                rows.Edit();
-                rows.set("row_height", grid.row_height);
-                rows.set("col_order", grid.columns[i].order);
-                rows.set("col_width", grid.columns[i].width);
-                rows.Update();
-            });
-        }
-    });
+    change_rows("save_grid", grid, kernel, layout_query(form, grid_name),
+                [&](Recordset& row, const GridColumn& column) {
+                    row.set("row_height", grid.row_height);
+                    row.set("col_order", column.order);
+                    row.set("col_width", column.width);
+                });
+}
+
+void save_grid_fonts(const Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
+                     std::string_view grid_name) {
+    change_rows("cmdsave_font_Click", grid, kernel, layout_query(form, grid_name),
+                [](Recordset& row, const GridColumn& column) {
+                    row.set("font_name", column.font.name);
+                    row.set("font_size", column.font.size);
+                    row.set("font_italic", column.font.italic);
+                    row.set("font_bold", column.font.bold);
+                    row.set("font_underline", column.font.underline);
+                    row.set("font_color", static_cast<double>(column.font_colour));
+                    row.set("Alignment", static_cast<int>(column.alignment));
+                });
+}
+
+void restore_grid_fonts(Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
+                        std::string_view grid_name) {
+    auto rows = kernel.read(layout_query(form, grid_name));
+    if (!rows.at_eof()) grid.row_height = accepted_row_height(rows.field("row_height"));
+    for (std::size_t i = 0; i < grid.columns.size() && !rows.at_eof(); ++i, rows.MoveNext())
+        take_face(grid.columns[i], rows);
+    grid.rebind();
 }
 
 }  // namespace brimley::presentation

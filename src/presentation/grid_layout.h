@@ -26,6 +26,15 @@ void build_grid(controls::Grid& grid, kernel::ModuleG3& kernel, std::string_view
 void save_grid_layout(const controls::Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
                       std::string_view grid_name);
 
+// Writes fonts, colours and alignment of the columns back.
+void save_grid_fonts(const controls::Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
+                     std::string_view grid_name);
+
+// Gives the columns the fonts, colours and alignment of their rows again, as build_grid did, and the grid its
+// row height.
+void restore_grid_fonts(controls::Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
+                        std::string_view grid_name);
+
 // A stored row height below 200 or above 600, or none, is the standard one.
 [[nodiscard]] int accepted_row_height(const store::Value& stored);
 

@@ -76,6 +76,11 @@ TEST(Colours, BadDigitsCountZero) {
     EXPECT_EQ(HTMLToRGB(""), 0U);
 }
 
+TEST(Colours, EveryCodeIsReadBackFromItsNumber) {
+    for (const auto& colour : named_colours())
+        EXPECT_EQ(presentation::colour_code(HTMLToRGB(colour.code)), colour.code);
+}
+
 TEST(Colours, CodeBecomesANumberWithRedInTheLowByte) {
     EXPECT_EQ(HTMLToRGB("ff0000"), 0x0000ffU);
     EXPECT_EQ(HTMLToRGB("FF0000"), 0x0000ffU);
@@ -250,6 +255,63 @@ TEST_F(GridLayouts, FontsAreNotSavedWithTheLayout) {
     grid.columns[0].font.name = "Times";
     presentation::save_grid_layout(grid, kernel, "F", "dbgrid1");
     EXPECT_EQ(company.list("SELECT font_name FROM Grid_property"), "Courier");
+}
+
+TEST_F(GridLayouts, SavedFontsComeBackWithTheNextLoad) {
+    add_column(0, "first");
+    add_column(1, "second", {{"cell_type", "dbgCheckBox"}});
+    build();
+    controls::GridColumn& first = grid.columns[0];
+    first.font = {"Courier", 10.5, true, true, false};
+    first.font_colour = HTMLToRGB("8b0000");
+    first.alignment = Alignment::right;
+    presentation::save_grid_fonts(grid, kernel, "F", "dbgrid1");
+    build();
+    EXPECT_EQ(grid.columns[0].font.name, "Courier");
+    EXPECT_EQ(grid.columns[0].font.size, 10.5);
+    EXPECT_TRUE(grid.columns[0].font.bold && grid.columns[0].font.italic);
+    EXPECT_FALSE(grid.columns[0].font.underline);
+    EXPECT_EQ(grid.columns[0].font_colour, HTMLToRGB("8b0000"));
+    EXPECT_EQ(grid.columns[0].alignment, Alignment::right);
+    EXPECT_EQ(grid.columns[1].alignment, Alignment::centre);
+    EXPECT_EQ(
+        company.list("SELECT Caption, font_name, font_size, font_underline, Alignment FROM Grid_property "
+                     "ORDER BY col_order"),
+        "first Courier 10.5 FALSE 1 | second Arial 9 FALSE 2");
+}
+
+TEST_F(GridLayouts, RestoreGivesTheLookLastSaved) {
+    add_column(0, "saved",
+               {{"font_name", "Courier"}, {"font_size", 12}, {"Alignment", 1}, {"row_height", 300}});
+    add_column(1, "never saved");
+    build();
+    for (controls::GridColumn& column : grid.columns) {
+        column.font = {"Times", 24, true, true, true};
+        column.font_colour = 77;
+        column.alignment = Alignment::centre;
+    }
+    grid.row_height = 600;
+    presentation::restore_grid_fonts(grid, kernel, "F", "dbgrid1");
+    EXPECT_EQ(grid.columns[0].font.name, "Courier");
+    EXPECT_EQ(grid.columns[0].font.size, 12);
+    EXPECT_FALSE(grid.columns[0].font.bold || grid.columns[0].font.italic || grid.columns[0].font.underline);
+    EXPECT_EQ(grid.columns[0].alignment, Alignment::right);
+    EXPECT_EQ(grid.columns[1].font.name, "Arial");
+    EXPECT_EQ(grid.columns[1].font.size, 9);
+    EXPECT_EQ(grid.columns[1].font_colour, 0U);
+    EXPECT_EQ(grid.columns[1].alignment, Alignment::left);
+    EXPECT_EQ(grid.row_height, 300);
+}
+
+TEST_F(GridLayouts, FontsThatCannotBeSavedArePassedOver) {
+    add_column(0, "first");
+    build();
+    auto other = company.second_user();
+    other.workspace->BeginTrans();
+    other.database->Execute("UPDATE Grid_property SET col_width = 1");
+    presentation::save_grid_fonts(grid, kernel, "F", "dbgrid1");
+    EXPECT_EQ(kernel.passed_over().steps().size(), 1U);
+    EXPECT_THAT(messages(), IsEmpty());
 }
 
 TEST_F(GridLayouts, LayoutThatCannotBeSavedIsPassedOver) {

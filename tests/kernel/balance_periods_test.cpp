@@ -2,6 +2,7 @@
 
 namespace brimley::testing {
 
+using kernel::PeriodFamily;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -19,8 +20,8 @@ TEST_F(BalancePeriods, EachPeriodKeyHasItsColumnInBothFamilies) {
     for (int number = 1; number <= 13; ++number) {
         auto row = empty_row();
         const std::string key = std::to_string(number);
-        kernel::add_to_period(row, key, 10.0 + number);
-        kernel::add_to_base_period(row, key, 20.0 + number);
+        PeriodFamily(row, "").add(row, key, 10.0 + number);
+        PeriodFamily(row, "e_").add(row, key, 20.0 + number);
         for (int other = 1; other <= 13; ++other) {
             const std::string column = std::to_string(other);
             EXPECT_EQ(row.number("period" + column), other == number ? 10.0 + number : 0.0);
@@ -37,8 +38,8 @@ TEST_F(BalancePeriods, EachPeriodKeyHasItsColumnInBothFamilies) {
 TEST_F(BalancePeriods, AdjustmentAndClosingReachTheYearButNoRunningBalance) {
     for (const auto& [key, column] : {std::pair{"AD", "adjust"}, std::pair{"CL", "closing"}}) {
         auto row = empty_row();
-        kernel::add_to_period(row, key, 7);
-        kernel::add_to_base_period(row, key, 8);
+        PeriodFamily(row, "").add(row, key, 7);
+        PeriodFamily(row, "e_").add(row, key, 8);
         EXPECT_EQ(row.number(column), 7);
         EXPECT_EQ(row.number(std::string("e_") + column), 8);
         EXPECT_EQ(row.number("ytd_balance"), 7);
@@ -52,7 +53,7 @@ TEST_F(BalancePeriods, UnknownKeyMovesNoColumnAndStillRecomputes) {
     for (const char* key : {"14", "0", "03", "", "ad", "1.0"}) {
         auto row = empty_row();
         row.set("opening_balance", 5);
-        kernel::add_to_period(row, key, 100);
+        PeriodFamily(row, "").add(row, key, 100);
         EXPECT_EQ(row.number("period1"), 0) << key;
         EXPECT_FALSE(row.field("period1").is_null()) << key;
         EXPECT_EQ(row.number("balperiod13"), 5) << key;
@@ -63,15 +64,15 @@ TEST_F(BalancePeriods, UnknownKeyMovesNoColumnAndStillRecomputes) {
 TEST_F(BalancePeriods, NullColumnTakesTheAmountAsItStands) {
     auto row = empty_row();
     EXPECT_TRUE(row.field("Period3").is_null());
-    kernel::add_to_period(row, "3", 12.35);
-    kernel::add_to_period(row, "3", 0.65);
+    PeriodFamily(row, "").add(row, "3", 12.35);
+    PeriodFamily(row, "").add(row, "3", 0.65);
     EXPECT_EQ(row.number("Period3"), 13);
 }
 
 TEST_F(BalancePeriods, SumsAreNotRounded) {
     auto row = empty_row();
-    kernel::add_to_period(row, "1", 0.001);
-    kernel::add_to_period(row, "2", 0.002);
+    PeriodFamily(row, "").add(row, "1", 0.001);
+    PeriodFamily(row, "").add(row, "2", 0.002);
     EXPECT_DOUBLE_EQ(row.number("ytd_balance"), 0.003);
 }
 
@@ -82,7 +83,7 @@ TEST_F(BalancePeriods, RecomputingStartsFromTheOpeningBalance) {
     row.set("period5", 50);
     row.set("adjust", 3);
     row.set("closing", -4);
-    kernel::recompute_balances(row);
+    PeriodFamily(row, "").recompute(row);
     EXPECT_EQ(row.number("balperiod1"), 1001);
     EXPECT_EQ(row.number("balperiod4"), 1001);
     EXPECT_EQ(row.number("balperiod5"), 1051);
@@ -90,7 +91,7 @@ TEST_F(BalancePeriods, RecomputingStartsFromTheOpeningBalance) {
     EXPECT_EQ(row.number("ytd_balance"), 1050);
     EXPECT_TRUE(row.field("e_ytd_balance").is_null());
     row.set("e_opening_balance", 2);
-    kernel::recompute_base_balances(row);
+    PeriodFamily(row, "e_").recompute(row);
     EXPECT_EQ(row.number("e_balperiod13"), 2);
     EXPECT_EQ(row.number("e_ytd_balance"), 2);
 }

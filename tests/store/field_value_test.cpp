@@ -63,6 +63,49 @@ TEST_F(FieldValue, TextKeepsEveryByte) {
     EXPECT_EQ(stored("Line_table", "fkey", std::string(100000, 'x')), Value(std::string(100000, 'x')));
 }
 
+TEST_F(FieldValue, ColumnIsTheFieldOfItsName) {
+    Recordset rows = company_.dynaset("SELECT open_amount,fkey FROM Line_table WHERE 1 = 2");
+    rows.AddNew();
+    rows.set_column(rows.column_of("FKEY"), "1ip-1");
+    rows.set_column(rows.column_of("open_amount"), 12.5);
+    EXPECT_EQ(rows.field("fkey"), Value("1ip-1"));
+    EXPECT_EQ(rows.column(0), Value(12.5));
+    expect_error(ErrorKind::conversion, [&] { rows.set_column(0, "twelve"); });
+    expect_error(ErrorKind::name, [&] { (void)rows.column_of("docno"); });
+    expect_error(ErrorKind::name, [&] { rows.set_column(2, 1); });
+    expect_error(ErrorKind::name, [&] { rows.set_column(-1, 1); });
+}
+
+TEST_F(FieldValue, RowInWhichNothingWasSetIsStored) {
+    Recordset rows = company_.dynaset("SELECT * FROM Line_table WHERE 1 = 2");
+    rows.AddNew();
+    rows.Update();
+    rows.MoveLast();
+    for (int column = 0; column < rows.column_count(); ++column) {
+        const bool flag = rows.column_type(column) == store::FieldType::yes_no;
+        EXPECT_EQ(rows.column(column), flag ? Value(false) : Value()) << rows.column_name(column);
+    }
+}
+
+TEST_F(FieldValue, ChangedRowShowsValuesOfAnyLength) {
+    Recordset rows = company_.dynaset("SELECT * FROM Line_table WHERE 1 = 2");
+    rows.AddNew();
+    rows.set("fkey", "1ip-1");
+    rows.set("pay_item", "2");
+    rows.Update();
+    rows.MoveLast();
+    for (const Value& value : {Value("1ip-2"), Value("1ip-10"), Value(""), Value(),
+                               Value(std::string(300, 'k')), Value(std::string(300, 'm'))}) {
+        rows.Edit();
+        rows.set("fkey", value);
+        rows.set("open_amount", 1.5);
+        rows.Update();
+        EXPECT_EQ(rows.field("fkey"), value);
+        EXPECT_EQ(rows.field("open_amount"), Value(1.5));
+        EXPECT_EQ(rows.field("pay_item"), Value("2"));
+    }
+}
+
 TEST_F(FieldValue, TextIntoNumberMustBeANumber) {
     EXPECT_EQ(stored("Line_table", "open_amount", " 12.50 "), Value(12.5));
     EXPECT_EQ(stored("Line_table", "open_amount", ""), Value());

@@ -9,9 +9,24 @@ namespace brimley::store {
 namespace {
 
 constexpr std::size_t kPlansMax = 512;
-constexpr std::size_t kUpdatesOfTableMax = 512;
+constexpr std::size_t kWritesOfTableMax = 512;
 // When this many statements are known by their SQL, those that are gone are swept out.
 constexpr std::size_t kSweepFrom = 4096;
+
+// The statement that writes these fields, made when it is first wanted.
+template <class Translate>
+PlannedStatement& written_plan(TextMap<PlannedStatement>& plans, std::span<const std::uint64_t> fields,
+                               const Translate& translate) {
+    const std::string_view key(reinterpret_cast<const char*>(fields.data()), fields.size_bytes());
+    if (const auto known = plans.find(key); known != plans.end()) return known->second;
+    if (plans.size() == kWritesOfTableMax) plans.clear();
+    std::vector<int> places;
+    for (std::size_t place = 0; place < fields.size() * 64; ++place)
+        if (fields[place / 64] >> (place % 64) & 1) places.push_back(static_cast<int>(place));
+    PlannedStatement& plan = plans[std::string(key)];
+    plan.text = translate(places);
+    return plan;
+}
 
 }  // namespace
 
@@ -67,23 +82,14 @@ std::shared_ptr<ChangePlan> Connection::change_plan(std::string_view statement) 
     return plan;
 }
 
-PlannedStatement& Connection::insert_plan(const Table& table) {
-    PlannedStatement& insert = tables_[&table].insert;
-    if (insert.text.sql.empty()) insert.text = translator_.insert(table);
-    return insert;
+PlannedStatement& Connection::insert_plan(const Table& table, std::span<const std::uint64_t> fields) {
+    return written_plan(tables_[&table].inserts, fields,
+                        [&](const std::vector<int>& places) { return translator_.insert(table, places); });
 }
 
 PlannedStatement& Connection::update_plan(const Table& table, std::span<const std::uint64_t> fields) {
-    TablePlan& plan = tables_[&table];
-    const std::string_view key(reinterpret_cast<const char*>(fields.data()), fields.size_bytes());
-    if (const auto known = plan.updates.find(key); known != plan.updates.end()) return known->second;
-    if (plan.updates.size() == kUpdatesOfTableMax) plan.updates.clear();
-    std::vector<int> places;
-    for (std::size_t place = 0; place < table.fields.size(); ++place)
-        if (fields[place / 64] >> (place % 64) & 1) places.push_back(static_cast<int>(place));
-    PlannedStatement& update = plan.updates[std::string(key)];
-    update.text = translator_.update(table, places);
-    return update;
+    return written_plan(tables_[&table].updates, fields,
+                        [&](const std::vector<int>& places) { return translator_.update(table, places); });
 }
 
 EngineStatement& Connection::prepared(PlannedStatement& statement) {

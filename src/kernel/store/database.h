@@ -102,6 +102,9 @@ class Recordset {
     [[nodiscard]] const std::string& column_name(int column) const;
     [[nodiscard]] FieldType column_type(int column) const;
     [[nodiscard]] Value column(int column) const;
+    // Where a field stands among the columns, for those who read or set many fields of row after row. No such
+    // field: ErrorKind::name.
+    [[nodiscard]] int column_of(std::string_view name) const;
 
     void AddNew();
     // Takes the right to write, and with LockEdits or outside a transaction the row itself, at once or not at
@@ -115,6 +118,7 @@ class Recordset {
     // "3.0"); a text into a number field must be a number, an empty text is null there; an 8-digit text into
     // a date field is that date. Anything else is ErrorKind::conversion, and the field keeps its value.
     void set(std::string_view name, const Value& value);
+    void set_column(int column, const Value& value);
     void Update();
     void CancelUpdate();
     void LockEdits(bool pessimistic);
@@ -151,7 +155,7 @@ class Database {
 class Workspace {
   public:
     explicit Workspace(std::shared_ptr<Connection> connection);
-    ~Workspace();
+    ~Workspace();  // rolls back what is open
 
     void BeginTrans();
     // Takes no lock. ErrorKind::state within a transaction or while a row is being edited.

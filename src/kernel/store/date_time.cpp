@@ -82,8 +82,14 @@ std::string DateTime::query_text() const {
 }
 
 std::string DateTime::time_text() const {
-    return fmt::format("{:02}:{:02}:{:02}", second_of_day / 3600, second_of_day / 60 % 60,
-                       second_of_day % 60);
+    std::string text = "00:00:00";  // written by hand: every row that is stored has one
+    std::size_t at = 0;
+    for (const int part : {second_of_day / 3600, second_of_day / 60 % 60, second_of_day % 60}) {
+        text[at] = static_cast<char>('0' + part / 10);
+        text[at + 1] = static_cast<char>('0' + part % 10);
+        at += 3;
+    }
+    return text;
 }
 
 std::optional<DateTime> parse_query_date(std::string_view text) {

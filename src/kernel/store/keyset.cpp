@@ -167,9 +167,9 @@ void Keyset::fix_order() {
     if (plan_->translation.ordered) require_keys();
 }
 
-void Keyset::replace_current(Row& row) {
-    std::swap(row_, row);
+Row& Keyset::written() {
     row_stamp_ = connection_.stamp();
+    return row_;
 }
 
 void Keyset::append(RowKey key) {

@@ -41,8 +41,8 @@ class Keyset final : public RecordSource {
     [[nodiscard]] bool refresh();
     // The current row is about to be written.
     void fix_order();
-    // The current row has just been written and now holds this.
-    void replace_current(Row& row);
+    // The current row has just been written: for the caller to put in what it holds now.
+    [[nodiscard]] Row& written();
 
     // A row that was added through the recordset: the last one from now on.
     void append(RowKey key);

@@ -52,8 +52,8 @@ struct ChangePlan {
 
 // What Update of a recordset runs.
 struct TablePlan {
-    PlannedStatement insert;
-    // By the set of fields changed: a bit for each field of the table.
+    // By the set of fields written: a bit for each field of the table.
+    TextMap<PlannedStatement> inserts;
     TextMap<PlannedStatement> updates;
 };
 

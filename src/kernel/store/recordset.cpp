@@ -62,10 +62,11 @@ FieldType Recordset::column_type(int column) const {
 }
 
 Value Recordset::column(int column) const {
-    if (column < 0 || column >= column_count())
-        throw Error(ErrorKind::name, "no column " + std::to_string(column) + " in the recordset");
+    state().require_column(column);
     return state().value(column);
 }
+
+int Recordset::column_of(std::string_view name) const { return state().column_of(name); }
 
 void Recordset::AddNew() { state().add_new(); }
 
@@ -74,7 +75,17 @@ void Recordset::Edit() {
 }
 
 bool Recordset::try_edit() { return state().edit(); }
-void Recordset::set(std::string_view name, const Value& value) { state().set(name, value); }
+
+void Recordset::set(std::string_view name, const Value& value) {
+    State& changed = state();
+    changed.set(changed.column_of(name), value);
+}
+
+void Recordset::set_column(int column, const Value& value) {
+    state().require_column(column);
+    state().set(column, value);
+}
+
 void Recordset::Update() { state().update(); }
 void Recordset::CancelUpdate() { state().cancel(); }
 void Recordset::LockEdits(bool pessimistic) { state().lock_edits(pessimistic); }

@@ -71,6 +71,11 @@ int Recordset::State::column_of(std::string_view name) const {
     return column;
 }
 
+void Recordset::State::require_column(int column) const {
+    if (column < 0 || column >= plan_->names.size())
+        throw Error(ErrorKind::name, "no column " + std::to_string(column) + " in the recordset");
+}
+
 Value Recordset::State::value(int column) {
     if (buffer_.active() && buffer_.is_set(column)) return buffer_.value(column);
     if (buffer_.mode() == EditBuffer::Mode::adding) {
@@ -119,9 +124,8 @@ bool Recordset::State::take_row() {
     return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
 }
 
-void Recordset::State::set(std::string_view name, const Value& value) {
+void Recordset::State::set(int column, const Value& value) {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
-    const int column = column_of(name);
     convert_for_field(value, field_of(column), buffer_.slot(column));
     buffer_.mark_set(column);
 }
@@ -142,33 +146,46 @@ void Recordset::State::cancel() {
 }
 
 void Recordset::State::insert_row() {
-    const Table& table = require_table();
-    if (new_row_.empty()) {
-        for (const Field& field : table.fields)
-            new_row_.push_back(is_false_when_new(field) ? Parameter(false) : Parameter());
-    }
-    parameters_ = new_row_;
-    for (const int column : buffer_.set_columns()) {
-        const int field = plan_->translation.columns[static_cast<std::size_t>(column)].field;
-        parameters_[static_cast<std::size_t>(field)] = dialect::parameter_of(buffer_.value(column));
-    }
-    const WriteResult added = connection_->write(connection_->insert_plan(table), parameters_);
+    begin_fields();
+    for (const int column : buffer_.set_columns())
+        write_field(column);
+    parameters_.clear();
+    add_field_values();
+    const WriteResult added =
+        connection_->write(connection_->insert_plan(require_table(), written_fields_), parameters_);
     keyset_->append(added.key);
     last_modified_ = added.key;
 }
 
-bool Recordset::State::collect_changes() {
+void Recordset::State::begin_fields() {
     const std::size_t fields = require_table().fields.size();
-    changed_fields_.assign((fields + kFieldsInWord - 1) / kFieldsInWord, 0);
+    written_fields_.assign((fields + kFieldsInWord - 1) / kFieldsInWord, 0);
     column_of_field_.resize(fields);
+}
+
+void Recordset::State::write_field(int column) {
+    const auto field =
+        static_cast<std::size_t>(plan_->translation.columns[static_cast<std::size_t>(column)].field);
+    written_fields_[field / kFieldsInWord] |= std::uint64_t{1} << (field % kFieldsInWord);
+    column_of_field_[field] = column;
+}
+
+void Recordset::State::add_field_values() {
+    for (std::size_t word = 0; word < written_fields_.size(); ++word) {
+        for (std::uint64_t bits = written_fields_[word]; bits != 0; bits &= bits - 1) {
+            const std::size_t field = word * kFieldsInWord + static_cast<std::size_t>(std::countr_zero(bits));
+            parameters_.push_back(dialect::parameter_of(buffer_.value(column_of_field_[field])));
+        }
+    }
+}
+
+bool Recordset::State::collect_changes() {
+    begin_fields();
     const Row& row = *keyset_->current();
     bool changed = false;
     for (const int column : buffer_.set_columns()) {
         if (row.holds(column, buffer_.value(column))) continue;
-        const auto field =
-            static_cast<std::size_t>(plan_->translation.columns[static_cast<std::size_t>(column)].field);
-        changed_fields_[field / kFieldsInWord] |= std::uint64_t{1} << (field % kFieldsInWord);
-        column_of_field_[field] = column;
+        write_field(column);
         changed = true;
     }
     return changed;
@@ -179,29 +196,27 @@ void Recordset::State::update_row() {
     if (!collect_changes()) return;
     keyset_->fix_order();
     parameters_.clear();
-    for (std::size_t word = 0; word < changed_fields_.size(); ++word) {
-        for (std::uint64_t bits = changed_fields_[word]; bits != 0; bits &= bits - 1) {
-            const std::size_t field = word * kFieldsInWord + static_cast<std::size_t>(std::countr_zero(bits));
-            parameters_.push_back(dialect::parameter_of(buffer_.value(column_of_field_[field])));
-        }
-    }
+    add_field_values();
     parameters_.emplace_back(keyset_->current_key());
-    PlannedStatement& statement = connection_->update_plan(require_table(), changed_fields_);
+    PlannedStatement& statement = connection_->update_plan(require_table(), written_fields_);
     if (connection_->write(statement, parameters_).rows == 0)
         throw Error(ErrorKind::state, "the row to update is gone");
     show_changes();
 }
 
 void Recordset::State::show_changes() {
-    const Row& row = *keyset_->current();
+    Row& row = keyset_->written();
+    const auto put = [&](int column) { return row.put(column, buffer_.value(column)); };
+    if (std::ranges::all_of(buffer_.set_columns(), put)) return;
     changed_row_.clear();
+    changed_row_.expect(static_cast<std::size_t>(row.size()));
     for (int column = 0; column < row.size(); ++column) {
         if (buffer_.is_set(column))
             changed_row_.add(buffer_.value(column));
         else
             changed_row_.add_cell(row, column);
     }
-    keyset_->replace_current(changed_row_);
+    std::swap(row, changed_row_);
 }
 
 }  // namespace brimley::store

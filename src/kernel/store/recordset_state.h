@@ -28,12 +28,13 @@ class Recordset::State {
     [[nodiscard]] const SelectPlan& plan() const { return *plan_; }
     // Throws ErrorKind::name.
     [[nodiscard]] int column_of(std::string_view name) const;
+    void require_column(int column) const;
     [[nodiscard]] Value value(int column);
 
     void add_new();
     // False when another workspace is in the way.
     [[nodiscard]] bool edit();
-    void set(std::string_view name, const Value& value);
+    void set(int column, const Value& value);
     void update();
     void cancel();
     void lock_edits(bool pessimistic) { pessimistic_ = pessimistic; }
@@ -45,7 +46,12 @@ class Recordset::State {
     [[nodiscard]] bool take_row();
     void insert_row();
     void update_row();
-    // Which fields are set to something else than the row holds, as bits.
+    // Which fields are to be written, and from which column: none at first, then one after the other.
+    void begin_fields();
+    void write_field(int column);
+    // Their values, in the order of the fields, behind the parameters.
+    void add_field_values();
+    // The fields that are set to something else than the row holds. False when there are none.
     [[nodiscard]] bool collect_changes();
     void show_changes();
 
@@ -62,8 +68,7 @@ class Recordset::State {
 
     // Kept for their memory.
     std::vector<Parameter> parameters_;
-    std::vector<Parameter> new_row_;  // what a row holds in which nothing was set
-    std::vector<std::uint64_t> changed_fields_;
+    std::vector<std::uint64_t> written_fields_;  // a bit each
     std::vector<int> column_of_field_;
     Row changed_row_;
 };

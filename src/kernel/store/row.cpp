@@ -14,11 +14,18 @@ constexpr char kDate = 4;
 constexpr char kShortText = 5;  // one byte of length
 constexpr char kLongText = 6;   // four bytes of length
 
+constexpr std::size_t kExpectedCellSize = 12;
+
 template <class T>
 T get(const char* at) {
     T value;
     std::memcpy(&value, at, sizeof value);
     return value;
+}
+
+template <class T>
+void set(char* at, T value) {
+    std::memcpy(at, &value, sizeof value);
 }
 
 std::string_view text_at(const char* cell) {
@@ -46,6 +53,11 @@ std::size_t cell_size(const char* cell) {
 void Row::clear() {
     used_ = 0;
     starts_.clear();
+}
+
+void Row::expect(std::size_t columns) {
+    starts_.reserve(columns);
+    if (bytes_.size() < columns * kExpectedCellSize) bytes_.resize(columns * kExpectedCellSize);
 }
 
 void Row::add_null() { *extend(1) = kNull; }
@@ -105,6 +117,32 @@ Value Row::value(int column) const {
             return get<DateTime>(at + 1);
         default:
             return text_at(at);
+    }
+}
+
+bool Row::put(int column, const Value& value) {
+    char* const at = cell(column);
+    switch (*at) {
+        case kNull:
+            return value.is_null();
+        case kFalse:
+        case kTrue:
+            if (!value.is_flag()) return false;
+            *at = value.flag() ? kTrue : kFalse;
+            return true;
+        case kNumber:
+            if (!value.is_number()) return false;
+            set(at + 1, value.number_ref());
+            return true;
+        case kDate:
+            if (!value.is_date()) return false;
+            set(at + 1, *value.date());
+            return true;
+        default:
+            if (!value.is_text() || value.text_ref().size() != text_at(at).size()) return false;
+            std::memcpy(at + cell_size(at) - value.text_ref().size(), value.text_ref().data(),
+                        value.text_ref().size());
+            return true;
     }
 }
 

@@ -17,6 +17,8 @@ namespace brimley::store {
 class Row {
   public:
     void clear();
+    // Makes room for a row of so many columns, so that filling it seldom has to.
+    void expect(std::size_t columns);
     void add_null();
     void add_flag(bool flag);
     void add_number(double number);
@@ -28,6 +30,9 @@ class Row {
 
     [[nodiscard]] int size() const { return static_cast<int>(starts_.size()); }
     [[nodiscard]] Value value(int column) const;
+    // Puts the value into the cell when it takes the same room as what stands there. False, and nothing has
+    // changed, when it does not.
+    [[nodiscard]] bool put(int column, const Value& value);
     // Without a copy: whether the cell is exactly this value.
     [[nodiscard]] bool holds(int column, const Value& value) const;
 
@@ -44,6 +49,7 @@ class Row {
     [[nodiscard]] const char* cell(int column) const {
         return bytes_.data() + starts_[static_cast<std::size_t>(column)];
     }
+    [[nodiscard]] char* cell(int column) { return bytes_.data() + starts_[static_cast<std::size_t>(column)]; }
 
     // Only ever grows; used_ is how much of it counts.
     std::vector<char> bytes_;

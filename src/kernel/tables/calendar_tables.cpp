@@ -42,7 +42,8 @@ std::vector<store::Table> tax_tables() {
             .text({"tax_code", "transaction_type"})
             .yes_no({"default"})
             .text({"Description"})
-            .indexed_key({"tax_code", "transaction_type"}),
+            .indexed_key({"tax_code", "transaction_type"})
+            .index({"tax_code"}),
 
         TableBuilder("Tax_code_details_table")
             .text({"tax_code", "transaction_type", "item_no", "tax_authority"})

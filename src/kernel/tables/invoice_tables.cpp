@@ -29,7 +29,7 @@ store::Table ap_header_table() {
         .ordered_by({"fkey"})
         .index({"fkey"})
         .index({"docno", "company"})
-        .index({"doctype", "fully_paid", "void"})
+        .index({"doctype", "fully_paid", "void", "docno"})
         .index({"recurno"})
         .index({"invoice_no"})
         .index({"vendor_no"});

@@ -31,6 +31,7 @@ store::Table balance_period_table() {
     add_balance_family(table, "e_");
     return table.key({"fyear", "company", "ledgertype", "accno", "Currency"})
         .index({"fyear", "company", "accno", "ledgertype", "Currency"})
+        .index({"fyear", "company", "accno"})  // Current Earnings: the row made first, without a sort
         .index({"company", "accno", "ledgertype", "Currency"});
 }
 
@@ -75,7 +76,8 @@ std::vector<store::Table> ledger_tables() {
             .account_segments()
             .number({"amount", "base_amount"})
             .key({"company", "ledgertype", "accno", "Currency"})
-            .index({"company", "accno", "ledgertype", "Currency"}),
+            .index({"company", "accno", "ledgertype", "Currency"})
+            .index({"company", "accno"}),  // Current Earnings: the row made first, without a sort
 
         balance_period_table(),
     };

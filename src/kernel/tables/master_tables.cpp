@@ -55,7 +55,8 @@ std::vector<store::Table> master_tables() {
         TableBuilder("Allocation_Account_table")
             .text({"allocate_accno", "accno"})
             .number({"Percent"})
-            .indexed_key({"allocate_accno", "accno"}),
+            .indexed_key({"allocate_accno", "accno"})
+            .index({"allocate_accno"}),
 
         TableBuilder("COA_config_table")
             .text({"Currency"})

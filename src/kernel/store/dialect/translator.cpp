@@ -107,12 +107,17 @@ ExpressionPtr Translator::filter(const SelectTranslation& select, std::string_vi
     return condition;
 }
 
-StatementText Translator::insert(const Table& table) const {
+StatementText Translator::insert(const Table& table, const std::vector<int>& fields) const {
     StatementText text;
     text.keyed = true;
+    if (fields.empty()) {
+        text.sql = fmt::format("INSERT INTO {} DEFAULT VALUES", flavour_.name(table.name));
+        return text;
+    }
     std::string names;
     std::string values;
-    for (const Field& field : table.fields) {
+    for (const int place : fields) {
+        const Field& field = table.fields[static_cast<std::size_t>(place)];
         text.parameters.push_back(kind_of_field(field));
         const char* const comma = names.empty() ? "" : ", ";
         names += comma + flavour_.name(field.name);

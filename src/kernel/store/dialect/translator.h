@@ -82,9 +82,11 @@ class Translator {
     [[nodiscard]] ExpressionPtr filter(const SelectTranslation& select, std::string_view criteria) const;
     [[nodiscard]] ChangeTranslation change(std::string_view statement) const;
 
-    // Statements of a table that need no query text. The parameters are the fields' values in order.
-    [[nodiscard]] StatementText insert(const Table& table) const;
-    // The fields, by their places, of the row of the key; the key is the last parameter.
+    // Statements of a table that need no query text. They write the fields at these places, whose values are
+    // the parameters in order. What an insert leaves out holds what a field of a new row does: false when it
+    // is a yes/no field, else null.
+    [[nodiscard]] StatementText insert(const Table& table, const std::vector<int>& fields) const;
+    // Of the row of the key, which is the last parameter.
     [[nodiscard]] StatementText update(const Table& table, const std::vector<int>& fields) const;
 
   private:

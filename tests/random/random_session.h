@@ -1,0 +1,109 @@
+// Sessions of random acts on the sample company, and what must hold after every one of them.
+//
+// The acts are lines of the console's own language, so that a session which went wrong is a script that
+// anybody can run again. The same seed gives the same session, on every machine.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "company/check.h"
+#include "console/console.h"
+#include "kernel/store/database.h"
+
+namespace brimley::testing {
+
+// Numbers that depend on nothing but the seed.
+class Chance {
+  public:
+    explicit Chance(std::uint64_t seed) : engine_(seed) {}
+    // From 0 to count - 1.
+    [[nodiscard]] int below(int count) {
+        return static_cast<int>(engine_() % static_cast<std::uint64_t>(count));
+    }
+    [[nodiscard]] int between(int first, int last) { return first + below(last - first + 1); }
+    [[nodiscard]] bool percent(int chance) { return below(100) < chance; }
+    template <class T>
+    [[nodiscard]] const T& one_of(const std::vector<T>& items) {
+        return items[static_cast<std::size_t>(below(static_cast<int>(items.size())))];
+    }
+
+  private:
+    std::mt19937_64 engine_;
+};
+
+class RandomSession {
+  public:
+    // The company is a fresh sample company, used by nobody else.
+    RandomSession(const std::string& company, std::uint64_t seed);
+
+    // What kinds of acts there are, and how often each comes.
+    struct Act {
+        const char* name;
+        int weight;
+        void (RandomSession::*run)();
+    };
+    [[nodiscard]] static const std::vector<Act>& acts();
+
+    // Takes one act and returns its name.
+    const char* act();
+    // What does not hold now; empty when all is well.
+    [[nodiscard]] std::vector<std::string> findings();
+
+    // Every line so far.
+    [[nodiscard]] const std::vector<std::string>& script() const { return script_; }
+    // What the console printed in the last act.
+    [[nodiscard]] std::string printed() const { return out_.str(); }
+    // How often each message came.
+    struct Tally {
+        int saved = 0, refused = 0, updated = 0, update_failed = 0, voided = 0, held = 0, released = 0;
+    };
+    [[nodiscard]] const Tally& tally() const { return tally_; }
+
+  private:
+    void enter_document();
+    void edit_document();
+    void void_document();
+    void hold_document();
+    void release_document();
+    void walk();
+    void look_at_taxes();
+    void let_days_pass();
+    void close_and_open();
+
+    void run(const std::string& line);
+    void press(int id);
+    // Types into a control or a cell.
+    void set(const char* control, const std::string& value);
+    void cell(int row, const char* caption, const std::string& value);
+    void enter_line(int row);
+    void change_line(int row);
+    void leave_without_saving(int mode_command);
+    [[nodiscard]] bool pressed(int id);
+    [[nodiscard]] std::string shown(const std::string& control);
+    // False when no document has been saved yet.
+    bool go_to_some_document();
+    [[nodiscard]] std::string amount();
+    [[nodiscard]] std::string date();
+    void count_messages();
+
+    std::vector<std::string> column(const std::string& query);
+    void expect_count(const char* what, const std::string& query, int expected,
+                      std::vector<std::string>& findings);
+
+    store::OpenCompany reader_;
+    Chance chance_;
+    std::ostringstream out_;
+    std::unique_ptr<console::Console> console_;
+    std::vector<std::string> script_;
+
+    store::DateTime today_;
+    std::vector<std::string> vendors_, accounts_, tax_codes_, terms_;
+    std::vector<std::string> docnos_;
+    Tally tally_;
+};
+
+}  // namespace brimley::testing

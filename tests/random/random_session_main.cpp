@@ -1,0 +1,70 @@
+// random-session: random acts on a fresh sample company, the books checked after each of them.
+//
+//   random-session [--acts N] [--seed N] [--script FILE]
+//
+// Prints the seed first; the same seed gives the same session. Ends 1 at the first act after which something
+// does not hold, having told it and written every line up to there to FILE, which the console can run.
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <CLI/CLI.hpp>
+#include <fstream>
+#include <iostream>
+
+#include "company/create.h"
+#include "random_session.h"
+#include "support/temporary_folder.h"
+
+namespace {
+
+using brimley::testing::RandomSession;
+
+struct Options {
+    int acts = 1000;
+    std::uint64_t seed = 20260105;
+    std::string script = "random-session.session";
+};
+
+void tell_failure(const RandomSession& session, const Options& options, int number, const char* act,
+                  const std::vector<std::string>& findings) {
+    std::cout << fmt::format("act {}, {}:\n{}", number, act, session.printed());
+    for (const std::string& finding : findings)
+        std::cout << "  " << finding << '\n';
+    std::ofstream script(options.script);
+    script << fmt::format("{}\n", fmt::join(session.script(), "\n"));
+    std::cout << fmt::format("{} lines written to {}\n", session.script().size(), options.script);
+}
+
+int run(const Options& options) {
+    std::cout << "seed " << options.seed << std::endl;
+    const brimley::testing::TemporaryFolder folder;
+    const std::string company = folder.file("random.brimley");
+    brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
+    RandomSession session(company, options.seed);
+    for (int number = 1; number <= options.acts; ++number) {
+        const char* const act = session.act();
+        const auto findings = session.findings();
+        if (findings.empty()) continue;
+        tell_failure(session, options, number, act, findings);
+        return 1;
+    }
+    const RandomSession::Tally& tally = session.tally();
+    std::cout << fmt::format(
+        "{} acts: {} saved, {} refused, {} updated, {} updates failed, {} void, {} held, {} released\n",
+        options.acts, tally.saved, tally.refused, tally.updated, tally.update_failed, tally.voided,
+        tally.held, tally.released);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App program("Random acts on the sample company, the books checked after each", "random-session");
+    Options options;
+    program.add_option("--acts", options.acts, "how many")->capture_default_str();
+    program.add_option("--seed", options.seed, "which session")->capture_default_str();
+    program.add_option("--script", options.script, "where a failing session is written")
+        ->capture_default_str();
+    CLI11_PARSE(program, argc, argv);
+    return run(options);
+}
