@@ -1,4 +1,6 @@
 // Toolbar and views of the invoice form.
+#include <fmt/format.h>
+
 #include "invoices/apform_invoice.h"
 
 namespace brimley::invoices {
