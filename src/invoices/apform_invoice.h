@@ -309,6 +309,7 @@ class APform_invoice : public frame::DocumentForm {
     void show_open_documents(bool open_only);
     // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
     [[nodiscard]] std::string open_document(const char* function, const std::string& condition);
+
     int line_rows = 0;            // the highest grid row that editing has reached
     double old_total = 0;         // txttotal of the document as loaded; 0 for a new one
     std::string open_documents_;  // which documents cmbopendoc lists, as a condition
