@@ -50,9 +50,10 @@ int run(const Options& options) {
     }
     const RandomSession::Tally& tally = session.tally();
     std::cout << fmt::format(
-        "{} acts: {} saved, {} refused, {} updated, {} updates failed, {} void, {} held, {} released\n",
-        options.acts, tally.saved, tally.refused, tally.updated, tally.update_failed, tally.voided,
-        tally.held, tally.released);
+        "{} acts: {} saved, {} refused, {} templates, {} updated, {} updates failed, {} void, {} held, {} "
+        "released\n",
+        options.acts, tally.saved, tally.refused, tally.templates, tally.updated, tally.update_failed,
+        tally.voided, tally.held, tally.released);
     return 0;
 }
 
