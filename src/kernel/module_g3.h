@@ -93,8 +93,10 @@ class ModuleG3 {
     // "1ip-57".
     [[nodiscard]] static std::string make_fkey(std::string_view company, std::string_view doctype,
                                                std::int64_t fkeyno);
-    // False, after its message, for a number of more than 30 characters.
-    [[nodiscard]] bool docno_fits(std::string_view docno);
+    // False, after its message, for a number of more than 30 characters. Payments name the number first.
+    enum class TooLongMessage { text_first, number_first };
+    [[nodiscard]] bool docno_fits(std::string_view docno,
+                                  TooLongMessage message = TooLongMessage::text_first);
 
     // --- balances (balances.cpp, balance_periods.cpp) ---
 
