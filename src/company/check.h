@@ -44,7 +44,8 @@ void check_account_currencies(const Books& books, Findings& findings);
 // Invoices and their lines belong together, are void together, and have the GL document that they name. An
 // invoice may have no lines when that document has none either: lines that come to 0.00 are not stored.
 void check_invoice_documents(const Books& books, Findings& findings);
-// An untouched line is open in full; a touched one between nothing and all; a paid one not at all.
+// An untouched line is open in full; a touched one between nothing and all, unless an edit has written it
+// anew; a paid one not at all.
 void check_open_amounts(const Books& books, Findings& findings);
 // An invoice is fully paid exactly when all its lines are, and paid when any is.
 void check_paid_flags(const Books& books, Findings& findings);

@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "company/check.h"
+#include "company/edited_documents.h"
 #include "company/shown_text.h"
 
 namespace brimley::company {
@@ -151,11 +152,7 @@ PaidItems paid_items(const Books& books) {
 // Documents whose items were written anew by an edit, as if nothing had been paid, and numbers that came
 // again: what was paid of their items cannot be told from the lines of payments.
 std::unordered_set<std::string> untold_documents(const Books& books) {
-    std::unordered_set<std::string> documents;
-    Recordset edited =
-        books.read("SELECT source_docno FROM GL_header_table WHERE Source = 'AP-INVOICE' AND Reverse = TRUE");
-    for (; !edited.at_eof(); edited.MoveNext())
-        documents.insert(edited.text("source_docno"));
+    std::unordered_set<std::string> documents = edited_documents(books);
     std::unordered_set<std::string> seen;
     Recordset rows = books.read("SELECT docno,pay_item FROM AP_transaction_table");
     for (; !rows.at_eof(); rows.MoveNext()) {

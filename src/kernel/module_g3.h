@@ -86,6 +86,8 @@ class ModuleG3 {
     [[nodiscard]] std::optional<NextNumbers> get_next_number(std::string_view company,
                                                              std::string_view doctype,
                                                              std::string_view fiscal_year);
+    // Tells that a year has no counter for this kind of document.
+    void tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year);
     // Empty for an unknown structure in Next_number_config_table.
     [[nodiscard]] std::string format_docno(std::string_view doctype, std::int64_t number,
                                            std::string_view fiscal_year);
@@ -147,7 +149,6 @@ class ModuleG3 {
     // Takes the number in `field` of the counter's row and moves the counter on.
     [[nodiscard]] std::optional<std::int64_t> take_number(store::Recordset& counter, const std::string& query,
                                                           const char* field);
-    void tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year);
     [[nodiscard]] bool post_to_account(store::Recordset& balance_rows, const GlLine& line);
     [[nodiscard]] bool post_current_earnings(store::Recordset& balance_rows, const GlLine& line, bool debit);
     [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);
