@@ -17,8 +17,8 @@ constexpr const char* kGlLines =
 constexpr const char* kApHeaders =
     "SELECT fkey,Source,GLFKEY,fully_paid,paid,void FROM AP_header_table ORDER BY fkey";
 constexpr const char* kApLines =
-    "SELECT fkey,doctype,pay_item,gross_amount,open_amount,paid_amount,discount_taken,writeoff,paid,void "
-    "FROM AP_transaction_table ORDER BY fkey,pay_item";
+    "SELECT fkey,doctype,pay_item,gross_amount,open_amount,paid_amount,discount_taken,writeoff,paid,void,"
+    "docno FROM AP_transaction_table ORDER BY fkey,pay_item";
 
 GlLine gl_line(const Recordset& row) {
     GlLine line;
@@ -51,6 +51,7 @@ ApLine ap_line(const Recordset& row) {
                    std::abs(row.column(7).number());
     line.paid = row.column(8).flag();
     line.is_void = row.column(9).flag();
+    line.docno = row.column(10).text();
     return line;
 }
 

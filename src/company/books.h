@@ -48,6 +48,7 @@ struct ApLine {
     std::string fkey;
     std::string doctype;
     std::string pay_item;
+    std::string docno;
     double gross = 0;
     double open = 0;
     double settled = 0;  // paid, discounted or written off so far

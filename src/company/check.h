@@ -44,18 +44,28 @@ void check_account_currencies(const Books& books, Findings& findings);
 // Invoices and their lines belong together, are void together, and have the GL document that they name. An
 // invoice may have no lines when that document has none either: lines that come to 0.00 are not stored.
 void check_invoice_documents(const Books& books, Findings& findings);
-// An untouched line is open in full; a touched one between nothing and all; a paid one not at all.
+// An untouched line is open in full; a touched one between nothing and all, unless an edit has written it
+// anew; a paid one not at all.
 void check_open_amounts(const Books& books, Findings& findings);
 // An invoice is fully paid exactly when all its lines are, and paid when any is.
 void check_paid_flags(const Books& books, Findings& findings);
 // What a tax slot allocates, recovers and expenses adds up to its tax.
 void check_tax_slots(const Books& books, Findings& findings);
 
-// What a reversed GL document of an invoice has posted is taken back account by account: by lines of its own,
-// or by those of the document that says so.
+// What a reversed GL document of an invoice or a payment has posted is taken back account by account: by
+// lines of its own, or by those of the document that says so.
 void check_reversals(const Books& books, Findings& findings);
 // A void invoice names a GL document that is reversed, any other one that is not.
 void check_void_invoices(const Books& books, Findings& findings);
+
+// Payments and their lines belong together and are void together.
+void check_payment_documents(const Books& books, Findings& findings);
+// A payment of invoices names its GL document, which is reversed exactly when the payment is void.
+void check_payment_postings(const Books& books, Findings& findings);
+// Open and paid amounts, discounts and write-offs of an item are what its payments say. A void leaves
+// discounts and write-offs in the amount paid; items that an edit has written anew know nothing of earlier
+// payments.
+void check_paid_items(const Books& books, Findings& findings);
 
 // No two documents share a key made from the counter that never restarts.
 void check_document_keys(const Books& books, Findings& findings);

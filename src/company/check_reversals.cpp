@@ -15,7 +15,7 @@ namespace {
 struct GlHeader {
     std::string docno;
     std::string remark;
-    bool by_invoices = false;
+    bool by_forms = false;  // that reverse what they have posted
     bool reversed = false;
 };
 
@@ -26,8 +26,9 @@ GlHeaders gl_headers(const Books& books) {
     GlHeaders headers;
     store::Recordset rows = books.read("SELECT fkey,docno,remark,Source,Reverse FROM GL_header_table");
     for (; !rows.at_eof(); rows.MoveNext()) {
+        const std::string source = rows.text("Source");
         headers[rows.text("fkey")] = {rows.text("docno"), rows.text("remark"),
-                                      rows.text("Source") == "AP-INVOICE", rows.flag("Reverse")};
+                                      source == "AP-INVOICE" || source == "AP-PAYMENT", rows.flag("Reverse")};
     }
     return headers;
 }
@@ -82,7 +83,7 @@ void check_reversals(const Books& books, Findings& findings) {
     const Reversing reversing = reversing_documents(headers);
     const auto sums = sums_by_document(books);
     for (const auto& [fkey, header] : headers) {
-        if (!header.by_invoices || !header.reversed) continue;
+        if (!header.by_forms || !header.reversed) continue;
         for (const auto& [accno, amount] : left_by(headers, reversing, sums, fkey)) {
             if (!differ(amount, 0)) continue;
             findings.push_back(fmt::format("GL document {} is reversed, but {:.2f} is left on account {}",

@@ -112,6 +112,8 @@ class Grid : public Control {
     std::function<void(int column)> on_after_update;
     std::function<void(int old_row, int old_column)> on_row_col_change;
     std::function<void(int row)> on_double_click;
+    // The colour of a row's text, asked by hosts for the columns with fetch_style; nothing: the column's own.
+    std::function<std::optional<Colour>(int row)> on_fetch_row_style;
 
   private:
     [[nodiscard]] Refusal layout_refusal() const;

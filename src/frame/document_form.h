@@ -20,6 +20,10 @@ struct WalkTables {
     const char* header = "AP_header_table";
     const char* lines = "AP_transaction_table";
     const char* number_field = "docno";
+    // Of the lines of a document. By value, so that line 10 stands behind line 9.
+    const char* line_order = "VAL(pay_item)";
+    // What a document found by its number must meet besides, where a table holds several kinds.
+    const char* own_kind = "";
 };
 
 class DocumentForm : public Form {
@@ -96,8 +100,9 @@ class DocumentForm : public Form {
     [[nodiscard]] virtual bool Update_record() = 0;
     // Why the document on screen may not be edited, as a message; empty when it may.
     [[nodiscard]] virtual std::string edit_refusal() = 0;
-    // False, after its message, when the document on screen is no longer stored.
-    [[nodiscard]] virtual bool validate_docno() = 0;
+    // Opens the document that txtdocno names, unless it is on screen already. False, after its message, when
+    // there is none.
+    [[nodiscard]] bool validate_docno();
     // The first line of the entry holds something.
     [[nodiscard]] virtual bool entry_has_data() = 0;
     // The "Open Invoice Only" view: true when it has taken the step.

@@ -47,9 +47,8 @@ void DocumentForm::show_document(Recordset& header, const WalkTables& tables) {
     clear_box();
     assign2control(header);
     shown_fkey_ = header.text("fkey");
-    // By value, so that line 10 stands behind line 9.
-    auto lines = kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY VAL(pay_item)",
-                                           tables.lines, quoted(header.text("fkey"))));
+    auto lines = kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY {}", tables.lines,
+                                           quoted(header.text("fkey")), tables.line_order));
     assign2_dbgrid1(lines);
     shown_whole_ = true;
 }
@@ -171,9 +170,32 @@ void DocumentForm::show_named(const std::string& text, const std::string& criter
 
 void DocumentForm::Recordx() {
     const std::string number = txtdocno.text();
-    show_named(number, fmt::format("company = 1 AND {} = {}", walk_tables().number_field, quoted(number)));
+    const WalkTables tables = walk_tables();
+    show_named(number, fmt::format("company = 1 AND {} = {}{}", tables.number_field, quoted(number),
+                                   tables.own_kind));
 }
 
 void DocumentForm::Recordx_fkey() { show_named(txtfkey.text(), "fkey = " + quoted(txtfkey.text())); }
+
+bool DocumentForm::validate_docno() {
+    if (txtdocno.empty()) return false;
+    bool exists = false;
+    bool other = false;
+    const std::string number = txtdocno.text();
+    step("validate_docno", [&] {
+        const auto tables = walk_tables();
+        const auto header =
+            kernel().read(fmt::format("SELECT * FROM {} WHERE company = 1 AND {} = {}{}", tables.header,
+                                      tables.number_field, quoted(number), tables.own_kind));
+        exists = !header.at_eof();
+        other = exists && header.text("fkey") != txtfkey.text();
+    });
+    if (!exists) {
+        tell(fmt::format("Document no. {} not found", number));
+        return false;
+    }
+    if (other) Recordx();
+    return true;
+}
 
 }  // namespace brimley::frame

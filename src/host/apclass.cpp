@@ -3,9 +3,11 @@
 namespace brimley::host {
 
 using invoices::APform_invoice;
+using payments::APform_payment;
 
 APclass::~APclass() {
     if (frm_invoice) frm_invoice->NotifyClients = nullptr;
+    if (frm_payment) frm_payment->NotifyClients = nullptr;
 }
 
 std::shared_ptr<kernel::ModuleG3> APclass::kernel_of_database() {
@@ -72,8 +74,44 @@ void APclass::frm_invoice_Exit() {
     if (frm_invoice) frm_invoice->unload_form();
 }
 
+// --- the payment form ---
+void APclass::showform_APform_payment(const std::optional<std::string>& docnox) {
+    APform_payment& form = create(frm_payment, &APclass::frm_payment_NotifyClients);
+    const auto alive = frm_payment;
+    if (docnox) {
+        form.ensure_loaded();
+        form.txtdocno.set(*docnox);
+        form.Recordx();
+    }
+    form.show();
+}
+
+void APclass::APform_payment_goto_docno(const std::string& docnox) {
+    if (!frm_payment) return;
+    frm_payment->txtdocno.set(docnox);
+    frm_payment->Recordx();
+}
+
+// The button goes down last, so what the form does in New alone is not done for the steps before.
+void APclass::pay_this_invoice(const std::string& docnox, const std::string& vendorx) {
+    if (!frm_payment) return;
+    const auto form = frm_payment;
+    form->ensure_loaded();
+    form->selected_docno = docnox;
+    form->cmbvendor.set(vendorx);
+    form->grid_newmode();
+    form->gencode_new();
+    form->list_vendor_invoice(vendorx);
+    form->CommandBars1().set_pressed(frame::command::kEditMode, false);  // New and Edit are never both
+    form->CommandBars1().set_pressed(frame::command::kNew, true);
+    form->show();
+}
+
+void APclass::frm_payment_Exit() {
+    if (frm_payment) frm_payment->unload_form();
+}
+
 // --- forms that this version does not have yet: nothing is shown, and nothing to steer or to close ---
-void APclass::showform_APform_payment(const std::optional<std::string>&) {}
 void APclass::showform_APform_prepayment(const std::optional<std::string>&) {}
 void APclass::showform_APform_misc() {}
 void APclass::showform_APform_creditcard_payment() {}
@@ -84,14 +122,11 @@ void APclass::showform_APform_void_check() {}
 void APclass::showform_APform_revalue() {}
 void APclass::showform_APreport_recur_inquiry() {}
 
-void APclass::APform_payment_goto_docno(const std::string&) {}
 void APclass::APform_prepayment_goto_docno(const std::string&) {}
 void APclass::APform_misc_goto_docno(const std::string&) {}
 void APclass::APform_creditcard_goto_docno(const std::string&) {}
 void APclass::APform_revalue_goto_docno(const std::string&) {}
-void APclass::pay_this_invoice(const std::string&, const std::string&) {}
 
-void APclass::frm_payment_Exit() {}
 void APclass::frm_prepayment_Exit() {}
 void APclass::frm_misc_Exit() {}
 void APclass::frm_creditcard_Exit() {}

@@ -18,6 +18,7 @@
 #include "frame/desk.h"
 #include "frame/host_context.h"
 #include "invoices/apform_invoice.h"
+#include "payments/apform_payment.h"
 
 namespace brimley::host {
 
@@ -108,6 +109,7 @@ class APclass : public frame::HostContext {
 
     // --- form references ---
     std::shared_ptr<invoices::APform_invoice> frm_invoice;
+    std::shared_ptr<payments::APform_payment> frm_payment;
 
   private:
     using Forward = void (APclass::*)(const std::string&, const std::string&, const std::string&);

@@ -155,7 +155,6 @@ class APform_invoice : public frame::DocumentForm {
     void assign2control(store::Recordset& header) override;
     void assign2_dbgrid1(store::Recordset& lines) override;
     [[nodiscard]] std::string edit_refusal() override;
-    [[nodiscard]] bool validate_docno() override;
     [[nodiscard]] bool entry_has_data() override { return !dbgrid1.cell(0, "gross amount").empty(); }
     [[nodiscard]] bool walk_open_documents(int direction) override;
     void record_shown_by_walk() override;
@@ -242,7 +241,6 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool validate_invoice_date(NewDocument& document);
     [[nodiscard]] bool validate_lines_and_period(CheckedEntry& entry);
     [[nodiscard]] bool validate_optional_dates(CheckedEntry& entry);
-    [[nodiscard]] bool period_is_open(double period);
     [[nodiscard]] bool write_new_document(const NewDocument& document);
     void fill_header(store::Recordset& header, const NewDocument& document);
     void update_vendor_owing_balance();

@@ -218,26 +218,6 @@ void APform_invoice::clear_box() {
     clear_arrays();
 }
 
-bool APform_invoice::validate_docno() {
-    if (txtdocno.empty()) return false;
-    bool exists = false;
-    bool other = false;
-    const std::string number = txtdocno.text();
-    step("validate_docno", [&] {
-        const auto tables = walk_tables();
-        const auto header = kernel().read(fmt::format("SELECT * FROM {} WHERE company = 1 AND {} = {}",
-                                                      tables.header, tables.number_field, quoted(number)));
-        exists = !header.at_eof();
-        other = exists && header.text("fkey") != txtfkey.text();
-    });
-    if (!exists) {
-        tell(fmt::format("Document no. {} not found", number));
-        return false;
-    }
-    if (other) Recordx();
-    return true;
-}
-
 void APform_invoice::Recordx_byinvno() {
     show_named(txtinvno.text(), "invoice_no = " + quoted(txtinvno.text()));
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "frame/transaction.h"
+#include "frame/working_period.h"
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
@@ -18,22 +19,6 @@ using store::Recordset;
 namespace {
 
 constexpr const char* kCreditNote = "Credit Note";
-
-// "202603": fiscal year and period as one text that sorts by time.
-std::string period_key(std::string_view fyear, double period) {
-    return fmt::format("{}{:02.0f}", fyear, period);
-}
-
-// Where a period lies against a window of COA_config_table; nothing when the window is not set.
-std::optional<bool> inside_window(const Recordset& config, const std::string& window,
-                                  const std::string& key) {
-    const auto bound = [&](const char* end, const char* what) { return config.field(window + end + what); };
-    if (bound("_start", "_period").is_null() || bound("_end", "_period").is_null()) return std::nullopt;
-    const auto bound_key = [&](const char* end) {
-        return period_key(bound(end, "_fyear").text(), bound(end, "_period").number());
-    };
-    return key >= bound_key("_start") && key <= bound_key("_end");
-}
 
 }  // namespace
 
@@ -129,18 +114,6 @@ bool APform_invoice::validate_optional_dates(CheckedEntry& entry) {
     return read(txtdiscdate, entry.discount_date) && read(txtduedate, entry.due_date);
 }
 
-bool APform_invoice::period_is_open(double period) {
-    const auto config = kernel().read("SELECT * FROM COA_config_table");
-    if (config.at_eof() || !config.flag("activate_working_period")) return true;
-    const std::string key = period_key(cmbfyear.text(), period);
-    const auto working = inside_window(config, "working", key);
-    if (!working || *working) return true;
-    if (config.flag("allow_history_update") && inside_window(config, "allow", key).value_or(true))
-        return true;
-    tell("Fiscal period/year is out of working period.");
-    return false;
-}
-
 bool APform_invoice::validate_lines_and_period(CheckedEntry& entry) {
     const auto refuse = [this](const std::string& text) {
         tell(text);
@@ -150,7 +123,7 @@ bool APform_invoice::validate_lines_and_period(CheckedEntry& entry) {
     if (cmbperiod.empty()) return refuse("please specify period");
     if (cmbfyear.empty()) return refuse("please specify fiscal year");
     entry.period = store::Value(cmbperiod.text()).number();
-    if (!period_is_open(entry.period)) return false;
+    if (!frame::period_is_open(kernel(), cmbfyear.text(), entry.period)) return false;
     entry.ap_accno = get_apaccno(cmbvendor.text());
     if (entry.ap_accno.empty()) return refuse(cmbvendor_name.text() + " : Account payable has not been set.");
     return validate_optional_dates(entry);

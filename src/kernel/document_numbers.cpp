@@ -110,9 +110,11 @@ std::string ModuleG3::make_fkey(std::string_view company, std::string_view docty
     return fmt::format("{}{}-{}", company, doctype, fkeyno);
 }
 
-bool ModuleG3::docno_fits(std::string_view docno) {
+bool ModuleG3::docno_fits(std::string_view docno, TooLongMessage message) {
     if (character_count(docno) <= kDocnoLengthMax) return true;
-    tell(fmt::format("Error : document no. is longer than 30 characters. {}", docno));
+    static constexpr const char* kText = "Error : document no. is longer than 30 characters. ";
+    tell(message == TooLongMessage::text_first ? fmt::format("{}{}", kText, docno)
+                                               : fmt::format("{}{}", docno, kText));
     return false;
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kernel/exchange_rate.h"
 #include "kernel/money.h"
 
 namespace brimley::kernel {
@@ -21,11 +22,13 @@ constexpr double kRoundingDifferenceBelow =
 GlPosting::GlPosting(ModuleG3& kernel, GlHeader header)
     : kernel_(kernel),
       header_(std::move(header)),
-      lines_(kernel, {header_.Source, header_.source_docno, header_.source_form, header_.user}) {}
+      lines_(kernel, {header_.Source, header_.source_docno,
+                      header_.line_source_form.empty() ? header_.source_form : header_.line_source_form,
+                      header_.user, header_.Currency}) {}
 
 bool GlPosting::open() {
     header_row_ = kernel_.change("SELECT * FROM GL_header_table WHERE 1 = 2");
-    const auto number = draw_gl_number(kernel_, header_.company, header_.fyear);
+    const auto number = draw_gl_number(kernel_, header_.company, header_.fyear, header_.too_long);
     if (!number) return false;
     docno_ = number->docno;
     fkey_ = number->fkey;
@@ -51,14 +54,18 @@ bool GlPosting::open() {
     return true;
 }
 
-void GlPosting::add(std::string_view accno, double amount, double base_amount) {
-    add_to_currency_summary(summary_, accno, amount, base_amount, header_.Currency);
+void GlPosting::add(std::string_view accno, double amount, double base_amount, std::string_view currency) {
+    add_to_currency_summary(summary_, accno, amount, base_amount, currency);
 }
 
 bool GlPosting::write_lines() {
+    // The base currency stands before all others of an account.
+    const auto key = [&](const CurrencySum& entry) {
+        return std::pair(entry.accno, entry.currency == header_.base_currency ? "1" : entry.currency);
+    };
     std::vector<CurrencySum> sorted = summary_;
     std::stable_sort(sorted.begin(), sorted.end(),
-                     [](const CurrencySum& a, const CurrencySum& b) { return a.accno < b.accno; });
+                     [&](const CurrencySum& a, const CurrencySum& b) { return key(a) < key(b); });
     return std::all_of(sorted.begin(), sorted.end(),
                        [&](const CurrencySum& entry) { return write_entry(entry); });
 }
@@ -96,7 +103,11 @@ GlLine GlPosting::new_line(const CurrencySum& amounts) const {
     line.Currency = amounts.currency;
     const bool base = amounts.currency == header_.base_currency;
     line.ledgertype = base ? "A" : "F";
-    if (!base) line.exchange_rate = header_.rate_doc_to_base;
+    if (!base) {
+        line.exchange_rate = header_.rates_from_amounts
+                                 ? get_exchange_rate(amounts.amount, amounts.base_amount)
+                                 : header_.rate_doc_to_base;
+    }
     return line;
 }
 
@@ -117,6 +128,7 @@ bool GlPosting::write_rounding() {
     }
     GlLine line = new_line({accno, header_.base_currency, -difference, -difference});
     line.vendor_no = header_.vendor_no;
+    if (header_.rounding_line_has_rate) line.exchange_rate = header_.rate_doc_to_base;
     return lines_.write(line);
 }
 

@@ -28,6 +28,7 @@ struct GlHeader {
     std::string Source;
     std::string source_docno;
     std::string source_form;
+    std::string line_source_form;  // on the lines; empty: as on the header
     std::string Currency;
     std::string base_currency;
     double rate_doc_to_base = 1;  // base units per unit of Currency; 1 for a base-currency document
@@ -38,6 +39,11 @@ struct GlHeader {
     std::string gain_account;  // for what conversion left over on the debit side
     std::string loss_account;  // and on the credit side
 
+    // --- what payments do differently ---
+    bool rates_from_amounts = false;      // a foreign line's rate is base amount by amount
+    bool rounding_line_has_rate = false;  // the document's, though the line is in base currency
+    ModuleG3::TooLongMessage too_long = ModuleG3::TooLongMessage::text_first;
+
     [[nodiscard]] bool foreign() const { return Currency != base_currency; }
 };
 
@@ -47,7 +53,11 @@ class GlPosting {
 
     [[nodiscard]] bool open();
     // `amount` in the document's currency, `base_amount` already rounded.
-    void add(std::string_view accno, double amount, double base_amount);
+    void add(std::string_view accno, double amount, double base_amount) {
+        add(accno, amount, base_amount, header_.Currency);
+    }
+    // `amount` in this currency.
+    void add(std::string_view accno, double amount, double base_amount, std::string_view currency);
     [[nodiscard]] bool write_lines();
     [[nodiscard]] bool write_rounding();
     [[nodiscard]] bool finish();

@@ -53,7 +53,8 @@ class Reversing {
     }
 
     [[nodiscard]] bool add_new_header(const FiscalPeriod& today, const std::string& old_docno) {
-        const auto number = draw_gl_number(kernel_, reversal_.company, today.fyear);
+        const auto number =
+            draw_gl_number(kernel_, reversal_.company, today.fyear, reversal_.origin.too_long);
         if (!number) return false;
         header_ = kernel_.change("SELECT * FROM GL_header_table WHERE 1 = 2");
         header_.AddNew();

@@ -8,12 +8,12 @@ namespace brimley::kernel {
 
 using store::quoted;
 
-std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company,
-                                       const std::string& fyear) {
+std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company, const std::string& fyear,
+                                       ModuleG3::TooLongMessage too_long) {
     const auto numbers = kernel.get_next_number(company, "gl", fyear);
     if (!numbers) return std::nullopt;
     const std::string docno = kernel.format_docno("gl", numbers->nextdocno, fyear);
-    if (!kernel.docno_fits(docno)) return std::nullopt;
+    if (!kernel.docno_fits(docno, too_long)) return std::nullopt;
     return GlNumber{docno, ModuleG3::make_fkey(company, "gl", numbers->fkeyno)};
 }
 
@@ -79,7 +79,7 @@ bool GlLineWriter::open_account_for_currency(const GlLine& line) {
     if (kernel_.account_currency_exists(line.account.accno, line.Currency)) return true;
     if (!kernel_.add_account_currency(line.account.accno, line.Currency)) {
         kernel_.tell(
-            fmt::format("Account {} has not been set for currency {}", line.account.accno, line.Currency));
+            fmt::format("Account {} has not been set for currency {}", line.account.accno, origin_.Currency));
         return false;
     }
     open_balances();  // the recordsets opened before do not show the new rows

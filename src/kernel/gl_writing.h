@@ -21,6 +21,8 @@ struct GlOrigin {
     std::string source_docno;
     std::string source_form;
     std::string user;
+    std::string Currency{};  // of the document: named when an account is not open for a foreign currency
+    ModuleG3::TooLongMessage too_long = ModuleG3::TooLongMessage::text_first;
 };
 
 struct GlNumber {
@@ -30,7 +32,8 @@ struct GlNumber {
 
 // Draws the next GL number of the year. Nothing when a counter could not be taken or the number is too long.
 [[nodiscard]] std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company,
-                                                     const std::string& fyear);
+                                                     const std::string& fyear,
+                                                     ModuleG3::TooLongMessage too_long);
 
 inline constexpr int kGlWriteRetries = 5;
 

@@ -86,6 +86,8 @@ class ModuleG3 {
     [[nodiscard]] std::optional<NextNumbers> get_next_number(std::string_view company,
                                                              std::string_view doctype,
                                                              std::string_view fiscal_year);
+    // Tells that a year has no counter for this kind of document.
+    void tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year);
     // Empty for an unknown structure in Next_number_config_table.
     [[nodiscard]] std::string format_docno(std::string_view doctype, std::int64_t number,
                                            std::string_view fiscal_year);
@@ -93,8 +95,10 @@ class ModuleG3 {
     // "1ip-57".
     [[nodiscard]] static std::string make_fkey(std::string_view company, std::string_view doctype,
                                                std::int64_t fkeyno);
-    // False, after its message, for a number of more than 30 characters.
-    [[nodiscard]] bool docno_fits(std::string_view docno);
+    // False, after its message, for a number of more than 30 characters. Payments name the number first.
+    enum class TooLongMessage { text_first, number_first };
+    [[nodiscard]] bool docno_fits(std::string_view docno,
+                                  TooLongMessage message = TooLongMessage::text_first);
 
     // --- balances (balances.cpp, balance_periods.cpp) ---
 
@@ -145,7 +149,6 @@ class ModuleG3 {
     // Takes the number in `field` of the counter's row and moves the counter on.
     [[nodiscard]] std::optional<std::int64_t> take_number(store::Recordset& counter, const std::string& query,
                                                           const char* field);
-    void tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year);
     [[nodiscard]] bool post_to_account(store::Recordset& balance_rows, const GlLine& line);
     [[nodiscard]] bool post_current_earnings(store::Recordset& balance_rows, const GlLine& line, bool debit);
     [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);

@@ -52,16 +52,25 @@ RandomSession::RandomSession(const std::string& company, std::uint64_t seed)
     terms_ = column("SELECT term_name FROM Payment_term_table ORDER BY term_no");
     run("computer DESK-1");
     run("today 2026-01-05 09:00:00");
+    run("call showform_APform_payment");
     run("call showform_APform_invoice");
 }
 
 const std::vector<RandomSession::Act>& RandomSession::acts() {
     static const std::vector<Act> kActs{
-        {"new", 40, &RandomSession::enter_document}, {"template", 4, &RandomSession::enter_template},
-        {"edit", 25, &RandomSession::edit_document}, {"void", 8, &RandomSession::void_document},
-        {"hold", 4, &RandomSession::hold_document},  {"release", 4, &RandomSession::release_document},
-        {"walk", 8, &RandomSession::walk},           {"taxes", 2, &RandomSession::look_at_taxes},
-        {"days", 6, &RandomSession::let_days_pass},  {"reopen", 3, &RandomSession::close_and_open},
+        {"template", 4, &RandomSession::enter_template},
+        {"new", 40, &RandomSession::enter_document},
+        {"edit", 25, &RandomSession::edit_document},
+        {"void", 8, &RandomSession::void_document},
+        {"hold", 4, &RandomSession::hold_document},
+        {"release", 4, &RandomSession::release_document},
+        {"walk", 8, &RandomSession::walk},
+        {"taxes", 2, &RandomSession::look_at_taxes},
+        {"days", 6, &RandomSession::let_days_pass},
+        {"reopen", 3, &RandomSession::close_and_open},
+        {"pay", 30, &RandomSession::pay_items},
+        {"void payment", 8, &RandomSession::void_payment},
+        {"edit payment", 3, &RandomSession::edit_payment},
     };
     return kActs;
 }
@@ -94,6 +103,9 @@ std::vector<std::string> RandomSession::findings() {
                  found);
     expect_count("documents on hold", "SELECT fkey FROM AP_header_table WHERE hold = TRUE",
                  static_cast<int>(on_hold_.size()), found);
+    expect_count("payments", "SELECT fkey FROM Payment_header_table", tally_.payments, found);
+    expect_count("void payments", "SELECT fkey FROM Payment_header_table WHERE void = TRUE",
+                 tally_.payments_voided, found);
     if (pressed(kNew) && pressed(kEdit)) found.push_back("New and Edit are both pressed");
     return found;
 }
@@ -109,9 +121,13 @@ void RandomSession::count_messages() {
     auto& messages = console_->desk().happenings().messages;
     for (const std::string& message : messages) {
         const auto ends = [&](const char* text) { return message.ends_with(text); };
+        if (count_payment_message(message)) continue;
         if (message.starts_with("Add new ")) {
             ++(ends(" complete") ? tally_.saved : tally_.refused);
-            if (ends(" complete")) docnos_.push_back(shown("txtdocno"));
+            if (ends(" complete")) {
+                docnos_.push_back(shown("txtdocno"));
+                used_vendors_.push_back(shown("cmbvendor"));
+            }
         }
         if (message == "Add Recurring invoice complete") ++tally_.templates;
         if (message == "Update complete") ++tally_.updated;
@@ -128,6 +144,25 @@ void RandomSession::count_messages() {
         }
     }
     console_->desk().happenings().clear();
+}
+
+bool RandomSession::count_payment_message(const std::string& message) {
+    static const std::string kSaved = "Add new Payment ";
+    static const std::string kComplete = " complete";
+    if (message.starts_with(kSaved)) {
+        ++tally_.payments;
+        payment_docnos_.push_back(
+            message.substr(kSaved.size(), message.size() - kSaved.size() - kComplete.size()));
+    } else if (message == "Add new payment failed") {
+        ++tally_.payments_refused;
+    } else if (message == "Void Payment failed") {
+        ++tally_.payment_voids_failed;
+    } else if (message.starts_with("PY-") && message.ends_with(" is void.")) {
+        ++tally_.payments_voided;
+    } else {
+        return false;
+    }
+    return true;
 }
 
 // --- acts ---
@@ -224,6 +259,75 @@ void RandomSession::let_days_pass() {
 void RandomSession::close_and_open() {
     press(100);
     run("call showform_APform_invoice");
+}
+
+void RandomSession::choose_way_of_paying() {
+    static const std::vector<std::string> kWays{"Cash", "Cash", "Check", "VISA", "DINERS"};
+    const std::string& way = chance_.one_of(kWays);
+    set("cmbpayby", way);
+    if (way == "Check" || chance_.percent(20)) set("cmbbank", "MAIN");
+    if (way == "Check") set("txtcheck", std::to_string(chance_.below(9000)));
+    if (way == "Check" && chance_.percent(90)) set("txtcheckdate", date());
+    if (way == "Cash" && chance_.percent(90)) set("cmbcash", "1000");
+}
+
+void RandomSession::pay_row(int row) {
+    if (chance_.percent(40)) {
+        run(fmt::format("visit dbgrid1 {} \"pay amount\"", row));
+    } else {
+        cell(row, "pay amount", chance_.percent(5) ? "all" : amount());
+    }
+    if (chance_.percent(15)) cell(row, "discount taken", fmt::format("{}.05", chance_.below(4)));
+    if (chance_.percent(15)) cell(row, "write-off", fmt::format("{}.15", chance_.below(4)));
+    if (chance_.percent(10)) cell(row, "payment exch rate", fmt::format("1.{:03}", chance_.below(1000)));
+}
+
+void RandomSession::pay_items() {
+    static const std::vector<std::string> kCurrencies{"USD", "USD", "USD", "EUR", "THB"};
+    if (used_vendors_.empty()) return;
+    run("form APform_payment");
+    press(kNew);
+    if (pressed(kNew)) {
+        set("txtpaydate", date());
+        set("cmbcurrency", chance_.one_of(kCurrencies));
+        if (chance_.percent(60))
+            set("cmbexrate", fmt::format("{}.{:03}", chance_.below(3), chance_.below(1000)));
+        set("cmbvendor", chance_.one_of(used_vendors_));
+        choose_way_of_paying();
+        const int rows = chance_.between(1, 4);
+        for (int i = 0; i < rows; ++i)
+            pay_row(chance_.below(5));
+        if (chance_.percent(5)) press(111);
+        const std::string total = shown("txttotal");
+        set("txtpayment", total.empty() || chance_.percent(10) ? amount() : total);
+        press(101);
+        leave_without_saving(kNew);
+    }
+    back_to_invoices();
+}
+
+bool RandomSession::go_to_some_payment() {
+    if (payment_docnos_.empty()) return false;
+    run("form APform_payment");
+    run("enter txtdocno " + chance_.one_of(payment_docnos_));
+    return true;
+}
+
+void RandomSession::void_payment() {
+    if (!go_to_some_payment()) return;
+    press(133);
+    back_to_invoices();
+}
+
+void RandomSession::edit_payment() {
+    if (!go_to_some_payment()) return;
+    press(kEdit);
+    if (pressed(kEdit)) {
+        set("txtremark", "Sent " + std::to_string(chance_.below(100)));
+        if (chance_.percent(80)) press(101);
+        leave_without_saving(kEdit);
+    }
+    back_to_invoices();
 }
 
 // --- the user's hands ---

@@ -62,6 +62,7 @@ class RandomSession {
     struct Tally {
         int saved = 0, refused = 0, templates = 0, updated = 0, update_failed = 0, voided = 0, held = 0,
             released = 0;
+        int payments = 0, payments_refused = 0, payments_voided = 0, payment_voids_failed = 0;
     };
     [[nodiscard]] const Tally& tally() const { return tally_; }
 
@@ -76,6 +77,9 @@ class RandomSession {
     void look_at_taxes();
     void let_days_pass();
     void close_and_open();
+    void pay_items();
+    void void_payment();
+    void edit_payment();
 
     void run(const std::string& line);
     void press(int id);
@@ -83,6 +87,11 @@ class RandomSession {
     void set(const char* control, const std::string& value);
     void cell(int row, const char* caption, const std::string& value);
     void enter_line(int row);
+    void choose_way_of_paying();
+    void pay_row(int row);
+    // False when no payment has been saved yet. The payment form is the current one then.
+    bool go_to_some_payment();
+    void back_to_invoices() { run("form APform_invoice"); }
     void change_line(int row);
     void leave_without_saving(int mode_command);
     [[nodiscard]] bool pressed(int id);
@@ -92,6 +101,8 @@ class RandomSession {
     [[nodiscard]] std::string amount();
     [[nodiscard]] std::string date();
     void count_messages();
+    // True for a message about a payment, which has been counted then.
+    bool count_payment_message(const std::string& message);
 
     std::vector<std::string> column(const std::string& query);
     void expect_count(const char* what, const std::string& query, int expected,
@@ -105,7 +116,7 @@ class RandomSession {
 
     store::DateTime today_;
     std::vector<std::string> vendors_, accounts_, tax_codes_, terms_;
-    std::vector<std::string> docnos_;
+    std::vector<std::string> docnos_, payment_docnos_, used_vendors_;
     std::set<std::string> on_hold_;
     Tally tally_;
 };

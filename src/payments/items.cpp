@@ -1,0 +1,243 @@
+// The line grid of the payment form: the vendor's open items, or the lines of a stored payment.
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <array>
+
+#include "kernel/money.h"
+#include "payments/apform_payment.h"
+#include "presentation/grid_layout.h"
+
+namespace brimley::payments {
+
+using kernel::format_money;
+using kernel::Round;
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+constexpr int kRowsMin = 21;
+constexpr int kRowsSpare = 5;
+
+// The columns of the query for open items, by place: the list may be long.
+enum ItemField : int {
+    kDocno,
+    kInvoiceNo,
+    kPayItem,
+    kGross,
+    kOpen,
+    kInvoiceDate,
+    kDueDate,
+    kEarlyDiscount,
+    kDiscountDate,
+    kDiscountTaken,
+    kDoctype,
+    kCurrency,
+    kRate,
+    kFkey,
+};
+constexpr std::array kItemFields{
+    "docno",        "invoice_no", "pay_item",       "gross_amount",  "open_amount",
+    "invoice_date", "due_date",   "early_discount", "discount_date", "discount_taken",
+    "doctype",      "Currency",   "exchange_rate",  "fkey"};
+
+std::string open_items_query(const std::string& vendor_no) {
+    return fmt::format(
+        "SELECT {} FROM (SELECT * FROM AP_transaction_table WHERE [vendor_no] = {}) WHERE paid = FALSE AND "
+        "void = FALSE AND hold = FALSE ORDER BY docno,pay_item",
+        fmt::join(kItemFields, ","), quoted(vendor_no));
+}
+
+enum class Shown { text, money, date };
+
+struct LineColumn {
+    const char* caption;
+    const char* field;
+    Shown shown;
+};
+
+// What is stored of a line. Dues and percents are not.
+constexpr std::array kLineColumns{
+    LineColumn{"AP document no", "ap_docno", Shown::text},
+    LineColumn{"invoice no", "invoice_no", Shown::text},
+    LineColumn{"pay item", "pay_item", Shown::text},
+    LineColumn{"gross amount", "gross_amount", Shown::money},
+    LineColumn{"open amount", "open_amount", Shown::money},
+    LineColumn{"pay amount", "pay_amount", Shown::money},
+    LineColumn{"base-currency amount", "pay_base_amount", Shown::money},
+    LineColumn{"invoice date", "invoice_date", Shown::date},
+    LineColumn{"discount taken", "discount_taken", Shown::money},
+    LineColumn{"write-off", "writeoff", Shown::money},
+    LineColumn{"net balance", "balance", Shown::money},
+    LineColumn{"discount account", "discount_accno", Shown::text},
+    LineColumn{"write-off account", "writeoff_accno", Shown::text},
+    LineColumn{"discount available", "discount_available", Shown::money},
+    LineColumn{"document type", "ap_doctype", Shown::text},
+    LineColumn{"prepay account", "prepay_accno", Shown::text},
+    LineColumn{"currency", "Currency", Shown::text},
+    LineColumn{"invoice exch rate", "invoice_exchange_rate", Shown::text},
+    LineColumn{"payment exch rate", "payment_exchange_rate", Shown::text},
+};
+
+}  // namespace
+
+// Captions are looked for once a list, not once a cell.
+struct APform_payment::Places {
+    explicit Places(const controls::Grid& grid)
+        : on_due(grid.get_column("on due")),
+          docno(grid.get_column("AP document no")),
+          invoice_no(grid.get_column("invoice no")),
+          pay_item(grid.get_column("pay item")),
+          gross(grid.get_column("gross amount")),
+          open(grid.get_column("open amount")),
+          invoice_date(grid.get_column("invoice date")),
+          due_date(grid.get_column("due date")),
+          taken(grid.get_column("discount taken")),
+          writeoff(grid.get_column("write-off")),
+          discount_accno(grid.get_column("discount account")),
+          writeoff_accno(grid.get_column("write-off account")),
+          available(grid.get_column("discount available")),
+          percent(grid.get_column("discount percent")),
+          doctype(grid.get_column("document type")),
+          prepay_accno(grid.get_column("prepay account")),
+          currency(grid.get_column("currency")),
+          invoice_rate(grid.get_column("invoice exch rate")) {}
+
+    int on_due, docno, invoice_no, pay_item, gross, open, invoice_date, due_date, taken, writeoff,
+        discount_accno, writeoff_accno, available, percent, doctype, prepay_accno, currency, invoice_rate;
+};
+
+void APform_payment::init_grid() {
+    presentation::build_grid(dbgrid1, kernel(), identity().class_name, "dbgrid1",
+                             presentation::GridPlace::first);
+    const auto accounts =
+        rows_of("SELECT accno, accname FROM Account_master_table WHERE type = 'A' ORDER BY accno", "accno",
+                "accname");
+    dd1 = {{"account", "account name"}, {}, accounts};
+    dd2 = {{"account", "account name"}, {}, accounts};
+    for (controls::GridColumn& column : dbgrid1.columns) {
+        if (column.caption == "discount account") column.drop_down = &dd1;
+        if (column.caption == "write-off account") column.drop_down = &dd2;
+    }
+}
+
+void APform_payment::save_grid() {
+    step("save_grid",
+         [&] { presentation::save_grid_layout(dbgrid1, kernel(), identity().class_name, dbgrid1.name()); });
+}
+
+void APform_payment::clear_lines() {
+    last_row = -1;
+    dbgrid1.array.dimension(kRowsMin);
+    dbgrid1.go_to(0, 0);
+    dbgrid1.rebind();
+}
+
+void APform_payment::list_vendor_invoice(const std::string& vendor_no) {
+    for (controls::TextField* amount : {&txtpayment, &txttotal, &txttotal_base})
+        amount->set("0.00");
+    label_total_currency.set_caption("");
+    clear_lines();
+    step("list_vendor_invoice", [&] {
+        auto items = kernel().read(open_items_query(vendor_no));
+        const int count = static_cast<int>(items.RecordCount());
+        if (count >= kRowsMin - 1) dbgrid1.array.dimension(count + kRowsSpare);
+        add_open_items(items);
+    });
+    dbgrid1.rebind();
+}
+
+// The document that the user came from stands first, then everything else in its order.
+void APform_payment::add_open_items(Recordset& items) {
+    const Places places(dbgrid1);
+    if (!selected_docno.empty()) {
+        const std::string criteria = "[docno] = " + quoted(selected_docno);
+        for (items.FindFirst(criteria); !items.NoMatch(); items.FindNext(criteria))
+            add_open_item(items, places, true);
+    }
+    for (items.MoveFirst(); !items.at_eof(); items.MoveNext()) {
+        if (selected_docno.empty() || items.column(kDocno).text() != selected_docno)
+            add_open_item(items, places, false);
+    }
+}
+
+// By today's date, whatever the payment's; of what is still open, not of the gross.
+double APform_payment::discount_offer(const Recordset& item, bool came_from) {
+    if (came_from && item.column(kDiscountTaken).number() > 0) return 0;
+    const double percent = item.column(kEarlyDiscount).number();
+    const auto until = item.column(kDiscountDate).date();
+    if (!until || !(percent > 0)) return 0;
+    if (desk().now().date_only() > until->date_only()) return 0;
+    return Round(item.column(kOpen).number() * percent / 100);
+}
+
+std::string APform_payment::prepay_account(const std::string& fkey) {
+    const auto header = kernel().read(
+        fmt::format("SELECT prepayment_accno FROM Payment_header_table WHERE fkey = {}", quoted(fkey)));
+    return header.at_eof() ? std::string{} : header.text("prepayment_accno");
+}
+
+void APform_payment::add_open_item(const Recordset& item, const Places& places, bool came_from) {
+    const int row = ++last_row;
+    const auto set = [&](int column, const std::string& text) { dbgrid1.array.set(row, column, text); };
+    const double gross = item.column(kGross).number();
+    const auto due = item.column(kDueDate).date();
+    const auto paid_on = date_in(txtpaydate);
+    set(places.on_due, gross > 0 && due && paid_on && due->date_only() <= *paid_on ? "True" : "False");
+    set(places.docno, item.column(kDocno).text());
+    set(places.invoice_no, item.column(kInvoiceNo).text());
+    set(places.pay_item, item.column(kPayItem).text());
+    set(places.gross, format_money(gross));
+    set(places.open, format_money(item.column(kOpen).number()));
+    set(places.invoice_date, date_text(item.column(kInvoiceDate)));
+    if (came_from || gross > 0) set(places.due_date, date_text(item.column(kDueDate)));
+    set(places.taken, "0");
+    set(places.writeoff, "0");
+    set(places.discount_accno, default_discount_accno);
+    set(places.writeoff_accno, default_writeoff_accno);
+    set(places.available, format_money(discount_offer(item, came_from)));
+    set(places.percent, item.column(kEarlyDiscount).text());
+    const std::string doctype = item.column(kDoctype).text();
+    set(places.doctype, doctype);
+    if (doctype == "pp") set(places.prepay_accno, prepay_account(item.column(kFkey).text()));
+    const std::string currency = item.column(kCurrency).text();
+    set(places.currency, currency);
+    if (currency != context().BASE_CURRENCY) set(places.invoice_rate, item.column(kRate).text());
+}
+
+void APform_payment::load_line(int row, const Recordset& line) {
+    for (const LineColumn& column : kLineColumns) {
+        const store::Value value = line.field(column.field);
+        if (value.is_null()) continue;
+        dbgrid1.set_cell(row, column.caption,
+                         column.shown == Shown::money  ? format_money(value.number())
+                         : column.shown == Shown::date ? date_text(value)
+                                                       : value.text());
+    }
+}
+
+void APform_payment::assign2_dbgrid1(Recordset& lines) {
+    clear_lines();
+    dbgrid1.array.dimension(std::max(kRowsMin, static_cast<int>(lines.RecordCount()) + kRowsSpare));
+    for (; !lines.at_eof(); lines.MoveNext())
+        load_line(++last_row, lines);
+    dbgrid1.rebind();
+}
+
+void APform_payment::insert_line() {
+    if (!dbgrid1.allow_add_new) return;
+    dbgrid1.array.insert_row(dbgrid1.row());
+    ++last_row;
+    update_total_payment();
+}
+
+void APform_payment::delete_line() {
+    if (!dbgrid1.allow_delete) return;
+    dbgrid1.array.delete_row(dbgrid1.row());
+    if (dbgrid1.row() <= last_row) --last_row;
+    update_total_payment();
+}
+
+}  // namespace brimley::payments

@@ -1,0 +1,248 @@
+// The matching of prepayments and a payment with invoices, in AP_matching_table. Nothing in the product calls
+// what stands here; sister programs read the table, and know the routines by their names.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <set>
+
+#include "kernel/money.h"
+#include "kernel/user_dates.h"
+#include "payments/apform_payment.h"
+
+namespace brimley::payments {
+
+using kernel::Round;
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+constexpr std::size_t kEntriesMax = 31;
+
+struct Invoice {
+    std::string docno, pay_item, date_yyyymmdd;
+    double pay = 0, gross = 0, open = 0, discount = 0, writeoff = 0;
+    std::string discount_accno, writeoff_accno;
+};
+
+// A prepayment in the list, or behind all of them the payment itself, which has no document.
+struct Credit {
+    std::string docno, pay_item;
+    double left = 0;  // below nothing
+    double gross = 0, open = 0;
+    bool is_payment = false;
+};
+
+template <class Entry>
+void append(std::vector<Entry>& entries, Entry entry) {
+    if (entries.size() == kEntriesMax) throw std::runtime_error("Subscript out of range: 31 entries at most");
+    entries.push_back(std::move(entry));
+}
+
+}  // namespace
+
+class APform_payment::Matching {
+  public:
+    Matching(APform_payment& form, std::string matching_no)
+        : form_(form),
+          matching_no_(std::move(matching_no)),
+          rows_(form.kernel().change("SELECT * FROM AP_matching_table WHERE 1 = 2")) {}
+
+    void run() {
+        split_list();
+        append(credits_, Credit{"", "", 0 - kernel::money_value(form_.txttotal.text()), 0, 0, true});
+        auto invoice = invoices_.begin();
+        for (Credit& credit : credits_) {
+            while (credit.left < 0 && invoice != invoices_.end()) {
+                const bool invoice_finished = 0 - credit.left > invoice->pay;
+                pair(*invoice, credit);
+                if (!invoice_finished) break;  // the invoice keeps the rest for the next credit
+                ++invoice;
+            }
+        }
+        mark_documents();
+    }
+
+  private:
+    void split_list() {
+        for (int row = 0; row <= form_.last_row; ++row) {
+            const auto text = [&](const char* caption) { return form_.dbgrid1.cell(row, caption); };
+            const auto money = [&](const char* caption) { return form_.cell_money(row, caption); };
+            if (text("AP document no").empty() || money("pay amount") == 0) continue;
+            if (text("document type") == "pp") {
+                append(credits_, Credit{text("AP document no"), text("pay item"), money("pay amount"),
+                                        money("gross amount"), money("open amount")});
+                continue;
+            }
+            const auto date =
+                kernel::try_user_date(text("invoice date"), form_.context().BRIMLEY_DATE_FORMAT);
+            append(invoices_,
+                   Invoice{text("AP document no"), text("pay item"), date ? date->yyyymmdd() : std::string{},
+                           money("pay amount"), money("gross amount"), money("open amount"),
+                           money("discount taken"), money("write-off"), text("discount account"),
+                           text("write-off account")});
+        }
+    }
+
+    // Discount and write-off go with the first row of an invoice, and its open amount is less by them then.
+    void take_reductions(Invoice& invoice) {
+        if (invoice.discount != 0) {
+            rows_.set("discount", invoice.discount);
+            rows_.set("discount_account", invoice.discount_accno);
+        }
+        if (invoice.writeoff != 0) {
+            rows_.set("writeoff", invoice.writeoff);
+            rows_.set("writeoff_account", invoice.writeoff_accno);
+        }
+        invoice.open = Round(invoice.open - invoice.discount - invoice.writeoff);
+        invoice.discount = 0;
+        invoice.writeoff = 0;
+    }
+
+    void pair(Invoice& invoice, Credit& credit) {
+        const double amount = std::min(invoice.pay, 0 - credit.left);
+        rows_.AddNew();
+        rows_.set("matching_no", matching_no_);
+        rows_.set("matching_date", form_.desk().now());
+        rows_.set("lineno", ++lineno_);
+        rows_.set("company", form_.cmbcompany.text());
+        take_reductions(invoice);
+        rows_.set("invoice_no", invoice.docno);
+        rows_.set("invoice_date", invoice.date_yyyymmdd);
+        rows_.set("pay_item", invoice.pay_item);
+        rows_.set("invoice_gross", invoice.gross);
+        rows_.set("invoice_open", invoice.open);
+        rows_.set("invoice_pay", amount);
+        invoice.open = Round(invoice.open - amount);
+        invoice.pay = Round(invoice.pay - amount);
+        rows_.set("invoice_balance", invoice.open);
+        set_credit_fields(credit, amount);
+        rows_.Update();
+        update_item(invoice.docno, invoice.pay_item, invoice.open, amount, true);
+        if (!credit.is_payment) update_item(credit.docno, credit.pay_item, credit.open, 0 - amount, false);
+    }
+
+    void set_credit_fields(Credit& credit, double amount) {
+        const double open = credit.is_payment ? credit.left : credit.open;
+        credit.left = Round(credit.left + amount);
+        credit.open = Round(open + amount);
+        const auto set = [&](const char* field, double value) {
+            rows_.set(std::string(credit.is_payment ? "receipt_" : "deposit_") + field, value);
+        };
+        if (credit.is_payment) {
+            rows_.set("receipt_no", form_.txtdocno.text());
+        } else {
+            rows_.set("deposit_no", credit.docno);
+            rows_.set("deposit_payitem", credit.pay_item);
+            rows_.set("deposit_gross", credit.gross);
+        }
+        set("open", open);
+        set("pay", 0 - amount);
+        set("balance", credit.open);
+    }
+
+    void update_item(const std::string& docno, const std::string& pay_item, double balance, double amount,
+                     bool remember) {
+        auto item = form_.kernel().change(fmt::format(
+            "SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {}", quoted(docno)));
+        item.FindFirst("[pay_item] = " + pay_item);
+        if (item.NoMatch()) return;
+        item.Edit();
+        item.set("open_amount", balance);
+        item.set("paid_amount", Round(item.number("paid_amount") + amount));
+        if (balance == 0) item.set("paid", true);
+        item.Update();
+        if (!remember) return;
+        documents_.insert(item.text("fkey"));
+        if (!item.text("source_docno").empty())
+            sources_.emplace(item.text("source_docno"), item.text("fkey"));
+        if (documents_.size() > kEntriesMax || sources_.size() > kEntriesMax)
+            throw std::runtime_error("Subscript out of range: 31 entries at most");
+    }
+
+    [[nodiscard]] const char* flags_of(const std::string& fkey) {
+        const bool unpaid =
+            !form_.kernel()
+                 .read(fmt::format("SELECT fkey FROM (SELECT * FROM AP_transaction_table WHERE fkey = {}) "
+                                   "WHERE paid = FALSE",
+                                   quoted(fkey)))
+                 .at_eof();
+        return unpaid ? "fully_paid = FALSE, paid = TRUE" : "fully_paid = TRUE, paid = TRUE";
+    }
+
+    void mark_documents() {
+        store::Database& database = form_.kernel().database();
+        for (const std::string& fkey : documents_)
+            database.Execute(
+                fmt::format("UPDATE AP_header_table SET {} WHERE fkey = {}", flags_of(fkey), quoted(fkey)));
+        for (const auto& [docno, fkey] : sources_)
+            database.Execute(
+                fmt::format("UPDATE PO_invoice_header_table SET {} WHERE company = 1 AND docno = {}",
+                            flags_of(fkey), quoted(docno)));
+    }
+
+    APform_payment& form_;
+    std::string matching_no_;
+    Recordset rows_;
+    int lineno_ = 0;
+    std::vector<Invoice> invoices_;
+    std::vector<Credit> credits_;
+    std::set<std::string> documents_;                        // keys of the invoices met
+    std::set<std::pair<std::string, std::string>> sources_;  // where they came from, with their keys
+};
+
+bool APform_payment::matching() {
+    bool matched = false;
+    step("matching", [&] {
+        auto counter = kernel().change(fmt::format(
+            "SELECT * FROM Docno_master_table WHERE company = {} AND doctype = 'mp' AND fiscalyear = {}",
+            quoted(cmbcompany.text()), quoted(cmbfyear.text())));
+        if (counter.at_eof()) {
+            kernel().tell_missing_numbers("mp", cmbfyear.text());
+            return;
+        }
+        counter.Edit();
+        const auto number = static_cast<std::int64_t>(counter.number("nextdocno"));
+        counter.set("nextdocno", static_cast<double>(number + 1));
+        counter.Update();
+        const std::string matching_no = kernel().format_docno("mp", number, cmbfyear.text());
+        if (!kernel().docno_fits(matching_no, kernel::ModuleG3::TooLongMessage::number_first)) return;
+        Matching(*this, matching_no).run();
+        matched = true;
+    });
+    return matched;
+}
+
+void APform_payment::set_invoice() {
+    struct Receivable {
+        const char* docno;
+        double open_amount;
+    };
+    for (const Receivable& receivable :
+         {Receivable{"ar1", 760}, Receivable{"dp1", -250}, Receivable{"dp2", -250}}) {
+        step("set_invoice", [&] {
+            auto row = kernel().change(fmt::format("SELECT * FROM AR_transaction_table WHERE [docno] = {}",
+                                                   quoted(receivable.docno)));
+            if (row.at_eof()) return;
+            row.Edit();
+            row.set("open_amount", receivable.open_amount);
+            row.Update();
+        });
+    }
+}
+
+void APform_payment::chkselect_click(bool on_due_only) {
+    if (mode() != frame::Mode::new_entry) return;
+    if (!on_due_only) {
+        list_vendor_invoice(cmbvendor.text());
+        return;
+    }
+    for (int row = last_row; row >= 0; --row) {
+        if (dbgrid1.cell(row, "on due") == "True") continue;
+        dbgrid1.array.delete_row(row);
+        --last_row;
+    }
+    update_total_payment();
+}
+
+}  // namespace brimley::payments

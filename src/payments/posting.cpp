@@ -1,0 +1,130 @@
+// The GL document of a payment, from the list on screen, and its reversal, inside the transaction of the save
+// or the void.
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "kernel/gl_reversal.h"
+#include "kernel/money.h"
+#include "kernel/user_dates.h"
+#include "payments/apform_payment.h"
+
+namespace brimley::payments {
+
+using kernel::money_value;
+using kernel::Round;
+using store::quoted;
+
+namespace {
+
+constexpr const char* kSource = "AP-PAYMENT";
+constexpr auto kNumberFirst = kernel::ModuleG3::TooLongMessage::number_first;
+
+}  // namespace
+
+std::string APform_payment::get_apaccno(const std::string& vendor_no) {
+    const auto vendor = kernel().read(
+        fmt::format("SELECT ap_accno FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
+    return vendor.at_eof() ? std::string{} : vendor.text("ap_accno");
+}
+
+bool APform_payment::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno) {
+    const auto payment_date = kernel::try_user_date(txtpaydate.text(), context().BRIMLEY_DATE_FORMAT);
+    if (!payment_date) return false;
+    kernel::GlHeader header;
+    header.company = cmbcompany.text();
+    header.gldate = *payment_date;
+    header.remark = "payment no. " + txtdocno.text();
+    header.Source = kSource;
+    header.source_docno = txtdocno.text();
+    header.source_form = "Payment Entry";
+    header.line_source_form = identity().class_name;
+    header.Currency = cmbcurrency.text();
+    header.base_currency = context().BASE_CURRENCY;
+    if (foreign()) header.rate_doc_to_base = money_value(cmbexrate.text());
+    // As plain digits, whatever was typed: the period is a key of the balance columns.
+    header.period = store::shortest_number(store::Value(cmbperiod.text()).number());
+    header.fyear = cmbfyear.text();
+    header.user = context().BRIMLEY_USER;
+    header.vendor_no = vendor_no;
+    header.gain_account = gain_accno;
+    header.loss_account = loss_accno;
+    header.rates_from_amounts = true;
+    header.rounding_line_has_rate = true;
+    header.too_long = kNumberFirst;
+    kernel::GlPosting posting(kernel(), std::move(header));
+    if (!posting.open()) return false;
+    const std::string ap_accno = get_apaccno(vendor_no);
+    if (ap_accno.empty()) return refuse("Error : Payable account for " + vendor_no + " is invalid.");
+    for (int row = 0; row <= last_row; ++row) {
+        if (!gather_row(posting, row, ap_accno, cash_accno)) return false;
+    }
+    if (!posting.write_lines() || !posting.write_rounding() || !posting.finish()) return false;
+    txtglfkey.set(posting.fkey());
+    return true;
+}
+
+bool APform_payment::account_given(const std::string& accno, const char* what) {
+    if (accno.empty()) return refuse(fmt::format("please specify {} account", what));
+    const auto account =
+        kernel().read(fmt::format("SELECT accno FROM Account_master_table WHERE accno = {}", quoted(accno)));
+    return !account.at_eof() || refuse(fmt::format("{} account is invalid", what));
+}
+
+// What was paid, discounted and written off has the value of the payment's day, what was owed that of the
+// invoice's; gain or loss is what lies between. A prepayment's signs stay as they come.
+bool APform_payment::gather_row(kernel::GlPosting& posting, int row, const std::string& ap_accno,
+                                const std::string& cash_accno) {
+    const RowAmounts amounts = amounts_of(row);
+    if (!amounts.any()) return true;
+    const std::string currency = dbgrid1.cell(row, "currency");
+    const bool in_base = !row_is_foreign(row);
+    if (!in_base && dbgrid1.cell(row, "payment exch rate").empty())
+        return refuse("please specify payment exchange rate");
+    const double invoice_rate = in_base ? 1 : cell_money(row, "invoice exch rate");
+    const double payment_rate = in_base ? 1 : cell_money(row, "payment exch rate");
+    const auto add = [&](const std::string& accno, double amount, double rate) {
+        posting.add(accno, amount, in_base ? amount : Round(amount * rate), currency);
+    };
+    add(cash_accno, 0 - amounts.pay, payment_rate);
+    if (amounts.discount > 0) {
+        const std::string accno = dbgrid1.cell(row, "discount account");
+        if (!account_given(accno, "discount")) return false;
+        add(accno, amounts.discount, payment_rate);
+    }
+    if (amounts.writeoff > 0) {
+        const std::string accno = dbgrid1.cell(row, "write-off account");
+        if (!account_given(accno, "write-off")) return false;
+        add(accno, amounts.writeoff, payment_rate);
+    }
+    add(ap_accno, 0 - amounts.sum(), invoice_rate);
+    if (payment_rate != invoice_rate) {
+        const double difference = Round(std::fabs((payment_rate - invoice_rate) * amounts.sum()));
+        posting.add(payment_rate < invoice_rate ? gain_accno : loss_accno, difference, difference,
+                    context().BASE_CURRENCY);
+    }
+    if (dbgrid1.cell(row, "document type") == "pp") {
+        add(dbgrid1.cell(row, "prepay account"), 0 - amounts.pay, payment_rate);
+        add(ap_accno, amounts.pay, payment_rate);
+    }
+    return true;
+}
+
+bool APform_payment::insert_GL_reverse() {
+    kernel::GlReversal reversal;
+    reversal.fkey = txtglfkey.text();
+    reversal.company = cmbcompany.empty() ? "1" : cmbcompany.text();
+    reversal.Currency = cmbcurrency.text();
+    reversal.period = cmbperiod.text();
+    reversal.fyear = cmbfyear.text();
+    reversal.origin = {
+        kSource,     txtdocno.text(), identity().class_name, context().BRIMLEY_USER, cmbcurrency.text(),
+        kNumberFirst};
+    reversal.description_in_same =
+        txtdocno.text() + (dbgrid1.allow_update ? "Edit payment " : "Void payment ");
+    reversal.description_in_new = txtdocno.text() + "void payment ";
+    reversal.result_without_lines = false;
+    return kernel::reverse_gl_document(kernel(), reversal);
+}
+
+}  // namespace brimley::payments

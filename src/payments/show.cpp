@@ -1,0 +1,137 @@
+// Loading the form, its modes, and showing a stored payment on it.
+#include <fmt/format.h>
+
+#include "kernel/money.h"
+#include "payments/apform_payment.h"
+#include "presentation/colours.h"
+
+namespace brimley::payments {
+
+using kernel::format_money;
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+constexpr frame::FormIdentity kIdentity{"APform_payment", "A/P Payment", "\\Help\\Payment Entry Help.pdf"};
+
+constexpr controls::Colour kDepositColour = controls::rgb(0, 0, 200);
+
+}  // namespace
+
+APform_payment::APform_payment(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+                               frame::Desk& desk)
+    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk) {
+    using Controls = std::initializer_list<controls::Control*>;
+    for (controls::Control* control : Controls{&cmbselcol, &cmbitfont, &cmbitcolor, &cmbfont_size})
+        control->lies_in(frame_font);
+    for (controls::Control* hidden : Controls{&txtfkey, &txtglfkey, &txtdoctype, &txtid, &frame_font})
+        hidden->set_visible(false);
+    // These boxes tell the state of a payment; nobody ticks them.
+    for (controls::CheckBox* box : {&chkprint, &chkvoid})
+        box->set_locked(true);
+    connect_handlers();
+}
+
+void APform_payment::Form_Load() {
+    clear_lines();
+    step("gain and loss accounts", [&] {
+        gain_accno = kernel().parameter_account("GL", "GL realized gain account");
+        loss_accno = kernel().parameter_account("GL", "GL realized loss account");
+    });
+    step("get_user_rights", [&] { read_rights(); });
+    set_BRIMLEY_COLOR();
+    init_toolbar();
+    init_fontcolor();
+    step("initform_control", [&] { initform_control(); });
+    step("init_form_property", [&] { init_form_property(); });
+    step("init_grid", [&] { init_grid(); });
+    Deposit_style = kDepositColour;
+    if (has_database()) {
+        last_record();
+    } else {
+        grid_readmode();
+    }
+    step("default accounts", [&] {
+        default_discount_accno = kernel().parameter_account("AP", "AP discount account");
+        default_writeoff_accno = kernel().parameter_account("AP", "AP write-off account");
+    });
+}
+
+std::string APform_payment::doctype_of_walk() {
+    txtdoctype.set("py");
+    return "py";
+}
+
+// Four kinds of payments share the tables; a number may come again in another kind.
+frame::WalkTables APform_payment::walk_tables() const {
+    return {"Payment_header_table", "Payment_transaction_table", "docno", "item_no", " AND doctype = 'py'"};
+}
+
+void APform_payment::grid_newmode() {
+    DocumentForm::grid_newmode();
+    for (controls::TextField* computed : {&txtpayment_base, &txttotal, &txttotal_base})
+        set_field(*computed, FieldState::read_only);
+    for (controls::TextField* check : std::initializer_list<controls::TextField*>{&txtcheck, &txtcheckdate})
+        check->set_locked(true);  // until the payment is by check
+}
+
+// Amounts, lines and ledger of a saved payment stand; only what is written on paper may change.
+void APform_payment::grid_editmode() {
+    DocumentForm::grid_editmode();
+    const auto docno_colour = txtdocno.back_colour();
+    set_all_fields(FieldState::read_only);
+    txtdocno.set_back_colour(docno_colour);
+    for (controls::TextField* field :
+         std::initializer_list<controls::TextField*>{&txtcheck, &txtcheckdate, &txtremark})
+        set_field(*field, FieldState::open);
+    set_lines_editable(false);
+}
+
+void APform_payment::assign2control(Recordset& header) {
+    const auto text = [&](const char* field) { return header.text(field); };
+    const auto date = [&](const char* field) { return date_text(header.field(field)); };
+    const auto money = [&](const char* field) {
+        const store::Value value = header.field(field);
+        return value.is_null() ? std::string{} : format_money(value.number());
+    };
+    txtdocno.set(text("docno"));
+    txtfkey.set(text("fkey"));
+    txtglfkey.set(text("GLFKEY"));
+    txtdoctype.set(text("doctype"));
+    cmbcompany.set(text("company"));
+    cmbvendor.set(text("vendor_no"));
+    txtpaydate.set(date("payment_date"));
+    cmbperiod.set(text("period"));
+    cmbfyear.set(text("fyear"));
+    cmbcurrency.set(text("Currency"));
+    cmbexrate.set(text("exchange_rate"));
+    txtratedate.set(date("rate_date"));
+    cmbpayby.set(text("payby"));
+    cmbcash.set(text("cash_accno"));
+    cmbbank.set(text("bank_code"));
+    txtcheck.set(text("check_no"));
+    txtcheckdate.set(date("check_date"));
+    txtpayment.set(money("payment_amount"));
+    txtpayment_base.set(money("payment_base_amount"));
+    txttotal.set(money("total_amount"));
+    txttotal_base.set(money("total_base_amount"));
+    label_total_currency.set_caption(text("total_currency"));
+    txtremark.set(text("remark"));
+    txtsource.set(text("Source"));
+    txtsource_docno.set(text("source_docno"));
+    chkprint.set(header.flag("printed"));
+    chkvoid.set(header.flag("void"));
+    show_bank_for_payby();
+    const auto vendor = kernel().read(
+        fmt::format("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+    if (vendor.at_eof()) return;
+    cmbvendor_name.set(vendor.text("VENDOR_NAME"));
+    txtremit.set(vendor.text("VENDOR_NAME"));  // payments of invoices store no payee of their own
+}
+
+std::string APform_payment::edit_refusal() {
+    return chkvoid.is_set() ? txtdocno.text() + " was void" : std::string{};
+}
+
+}  // namespace brimley::payments
