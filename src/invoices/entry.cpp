@@ -236,8 +236,10 @@ void APform_invoice::get_list_open_doc() {
         });
         return items;
     });
-    const bool listed =
-        on_saved_document() && !chkrecur.is_set() && chkvoid.value() == 0 && chkpaid.value() != 1;
+    // By its key: an edit leaves "ip" in txtdoctype, whatever the kind.
+    const bool of_this_kind = txtfkey.text().starts_with(cmbcompany.text() + txtdoctype.text() + "-");
+    const bool listed = on_saved_document() && of_this_kind && txtdoctype.text() != kTemplateDoctype &&
+                        chkvoid.value() == 0 && chkpaid.value() != 1;
     cmbopendoc.set(listed ? txtdocno.text() : std::string{});
 }
 
