@@ -105,10 +105,14 @@ TEST_F(Program, WrongUsageHasStatusTwo) {
                    "--sample excludes --starter");
     expect_refusal("create --starter --base-currency usd --year 2026 a.company", 2,
                    "usd is no currency code of three capital letters");
-    expect_refusal("create --starter --base-currency USD --year 26 a.company", 2, "26 is no fiscal year");
+    expect_refusal("create --starter --base-currency USD --year 26 a.company", 2,
+                   "\"26\" is no fiscal year: years are 1990 to 2030 and 2530 to 9998");
     EXPECT_FALSE(std::filesystem::exists(folder_.file("a.company")));
     expect_done("create a.company");
-    expect_refusal("add-year a.company soon", 2, "soon is no fiscal year");
+    expect_refusal("add-year a.company 2031", 2,
+                   "\"2031\" is no fiscal year: years are 1990 to 2030 and 2530 to 9998");
+    expect_refusal("add-year a.company soon", 2,
+                   "\"soon\" is no fiscal year: years are 1990 to 2030 and 2530 to 9998");
     expect_refusal("export a.company one --table Nonsense", 2, "there is no table Nonsense");
     expect_refusal("import a.company nowhere", 2, "nowhere is not a folder");
     EXPECT_THAT(run("check a.company --loudly").status, 2);
