@@ -221,6 +221,16 @@ TEST_F(ReadOnlyCompany, FileThatMayNotBeReadEitherIsToldWithTheReason) {
     expect_untouched();
 }
 
+TEST_F(ReadOnlyCompany, FolderOfFilesThatMayNotBeReadIsToldByItsName) {
+    const std::filesystem::path locked = folder_.file("locked");
+    std::filesystem::create_directory(locked);
+    std::filesystem::permissions(locked, std::filesystem::perms::none);
+    expect_refused("import a.company locked", "locked: Permission denied");
+    expect_refused("import a.company locked/files", "locked/files: Permission denied");
+    std::filesystem::permissions(locked, std::filesystem::perms::owner_all);
+    expect_untouched();
+}
+
 TEST_F(ReadOnlyCompany, FileInAWriteProtectedFolderIsToldByItsNameAndLeftAlone) {
     const std::filesystem::path shelf = folder_.file("shelf");
     std::filesystem::create_directory(shelf);

@@ -62,6 +62,8 @@ TEST_F(ConsoleProgram, DateFormatThatCouldNotReadItsOwnDatesIsRefused) {
         EXPECT_EQ(console("a.company acts --date-format " + std::string(format)).status, 0) << format;
 }
 
+TEST_F(ConsoleProgram, EmptyCompanyIsToldInASentence) { expect_refusal("''", 3, "\"\" is no file name"); }
+
 TEST_F(ConsoleProgram, RowsHaveAHeightAboveNothing) {
     for (const char* height : {"-5", "0"}) {
         const Outcome outcome = console_with("rowheight dbgrid1 " + std::string(height) + "\n");
