@@ -36,7 +36,7 @@ std::vector<FiscalYear> existing_years(store::Database& database) {
 // The year's number may differ from the calendar's, as for a year that ends in the next calendar year; the
 // distance to a year that stands tells where the new one lies.
 FiscalYear placed_year(const std::string& fyear, const std::vector<FiscalYear>& years) {
-    if (years.empty()) return year_from(fyear, DateTime::from_ymd(std::stoi(fyear), 1, 1).value());
+    if (years.empty()) return year_from(fyear, DateTime::from_ymd(std::stoi(fyear), 1, 1));
     const FiscalYear& last = years.back();
     if (!is_usable_year(last.fyear)) {
         throw Refusal(fmt::format("fiscal year {} is no year to count from", shown_text(last.fyear)));
@@ -67,7 +67,7 @@ void refuse_existing(store::Database& database, const std::string& fyear,
 }  // namespace
 
 void add_year(store::Database& database, const std::string& fyear) {
-    if (!is_usable_year(fyear)) throw UnusableValue(fmt::format("{} is no fiscal year", shown_text(fyear)));
+    require_usable_year(fyear);
     const std::vector<FiscalYear> years = existing_years(database);
     refuse_existing(database, fyear, years);
     const FiscalYear year = placed_year(fyear, years);

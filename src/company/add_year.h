@@ -16,7 +16,8 @@
 namespace brimley::company {
 
 // Runs inside the caller's transaction. Throws Refusal when the year or periods of it exist or it
-// overlaps another year, UnusableValue when no document can be dated in it, and store::Error.
+// overlaps another year or lies outside the calendar, UnusableValue when no document can be dated in it, and
+// store::Error.
 void add_year(store::Database& database, const std::string& fyear);
 
 }  // namespace brimley::company

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -72,7 +73,12 @@ void create(const Arguments& arguments) {
     create_company_file(arguments.company, content);
 }
 
+void require_folder_name(const Arguments& arguments) {
+    if (arguments.folder.empty()) throw company::UnusableValue("the name of the folder is empty");
+}
+
 void import_files(const Arguments& arguments) {
+    require_folder_name(arguments);
     if (!std::filesystem::is_directory(arguments.folder)) {
         throw company::UnusableValue(arguments.folder + " is not a folder");
     }
@@ -82,6 +88,7 @@ void import_files(const Arguments& arguments) {
 }
 
 void export_files(const Arguments& arguments) {
+    require_folder_name(arguments);
     with_books(arguments, [&](store::Database& database) {
         company::export_tables(database, arguments.folder, arguments.tables);
     });
@@ -128,6 +135,8 @@ int run(const Arguments& arguments, const std::function<int(const Arguments&)>& 
         return fail(kWrongUsage, error.what());
     } catch (const store::Error& error) {
         return fail(status_of(error), error.what());
+    } catch (const std::filesystem::filesystem_error& error) {
+        return fail(kCannot, fmt::format("{}: {}", error.path1().string(), error.code().message()));
     } catch (const std::exception& error) {
         return fail(kCannot, error.what());
     }
@@ -172,6 +181,19 @@ CLI::App* add_export(CLI::App& program, Arguments& arguments) {
     return exporting;
 }
 
+// What is wrong with a command line that names no command: the word that stands where one belongs.
+std::string fault_without_command(const CLI::App& program) {
+    constexpr const char* kCommands = "; there are create, import, export, check and add-year";
+    const std::vector<std::string> words = program.remaining();
+    const auto is_option = [](const std::string& word) { return word.starts_with('-'); };
+    const auto command = std::find_if_not(words.begin(), words.end(), is_option);
+    if (command != words.end()) {
+        return fmt::format("there is no command {}{}", command->empty() ? "\"\"" : *command, kCommands);
+    }
+    if (words.empty()) return fmt::format("a command is missing{}", kCommands);
+    return fmt::format("there is no option {}", words.front());
+}
+
 std::function<int(const Arguments&)> quietly(void (*command)(const Arguments&)) {
     return [command](const Arguments& arguments) {
         command(arguments);
@@ -186,8 +208,9 @@ int main_program(int argc, char** argv) {
                      "brimley-company");
     program.set_version_flag("--version", "brimley-company " BRIMLEY_VERSION);
     program.require_subcommand(1);
-    program.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return fmt::format("brimley-company: {}\n", error.what());
+    program.failure_message([](const CLI::App* app, const CLI::Error& error) {
+        const bool no_command = app->get_subcommands().empty();
+        return fmt::format("brimley-company: {}\n", no_command ? fault_without_command(*app) : error.what());
     });
 
     add_create(program, arguments)->callback([&] { chosen = quietly(create); });

@@ -1,8 +1,8 @@
 #include "company/create.h"
 
 #include <filesystem>
-#include <system_error>
 
+#include "company/company_draft.h"
 #include "company/data_folder.h"
 #include "company/import.h"
 #include "company/table_writer.h"
@@ -52,11 +52,22 @@ void fill(const store::OpenCompany& company, const CompanyContent& content) {
     transaction.commit();
 }
 
-void remove_company(const std::string& company) {
-    std::error_code ignored;
-    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
-        std::filesystem::remove(company + suffix, ignored);
-    }
+void make_and_fill(const std::string& place, const CompanyContent& content) {
+    fill(store::create_company(place, kernel::company_tables()), content);
+}
+
+// Whatever is none, the store refuses in its own words.
+bool is_path_of_a_file(const std::string& company) {
+    const bool is_server = company.starts_with("postgresql://") || company.starts_with("postgres://");
+    return !is_server && company.find('\0') == std::string::npos &&
+           std::filesystem::path(company).has_filename();
+}
+
+// The user knows the company by its own path.
+store::Error told_of(const std::string& company, const std::string& draft, const store::Error& error) {
+    std::string text = error.what();
+    if (const auto at = text.find(draft); at != std::string::npos) text.replace(at, draft.size(), company);
+    return {error.kind(), text, error.native_code(), error.statement()};
 }
 
 }  // namespace
@@ -84,15 +95,14 @@ void add_grid_properties(store::Database& database) {
 }
 
 void create_company_file(const std::string& company, const CompanyContent& content) {
-    // A path that exists is refused here, before anything that would have to be removed again.
-    store::OpenCompany made = store::create_company(company, kernel::company_tables());
+    if (!is_path_of_a_file(company)) return make_and_fill(company, content);
+    CompanyDraft draft(company);
     try {
-        fill(made, content);
-    } catch (...) {
-        made = {};
-        remove_company(company);
-        throw;
+        make_and_fill(draft.file(), content);
+    } catch (const store::Error& error) {
+        throw told_of(company, draft.file(), error);
     }
+    draft.publish();
 }
 
 }  // namespace brimley::company

@@ -1,6 +1,7 @@
 #include "company/export.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "company/csv_values.h"
 #include "company/output_file.h"
@@ -55,12 +56,18 @@ OutputFile write_table(store::Database& database, const store::Table& table,
     return file;
 }
 
+void make_folder(const std::filesystem::path& folder) {
+    std::error_code failure;
+    std::filesystem::create_directories(folder, failure);
+    if (failure) throw std::system_error(failure, "the folder " + folder.string() + " cannot be made");
+}
+
 }  // namespace
 
 void export_tables(store::Database& database, const std::filesystem::path& folder,
                    const std::vector<std::string>& tables) {
     const std::vector<const store::Table*> chosen = chosen_tables(database.catalog(), tables);
-    std::filesystem::create_directories(folder);
+    make_folder(folder);
     std::vector<OutputFile> files;
     for (const store::Table* table : chosen) {
         files.push_back(write_table(database, *table, folder));

@@ -15,7 +15,7 @@ namespace brimley::company {
 
 // Makes the folder when it is absent. No `tables`: all of them. Reads inside the caller's ReadingMoment or
 // transaction. Throws ErrorKind::name for an unknown table, before anything is written, and std::system_error
-// when a file cannot be written.
+// when the folder cannot be made or a file cannot be written.
 void export_tables(store::Database& database, const std::filesystem::path& folder,
                    const std::vector<std::string>& tables = {});
 

@@ -1,10 +1,14 @@
 #include "company/fiscal_year.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <set>
 #include <utility>
 
+#include "company/refusal.h"
+#include "company/shown_text.h"
 #include "company/table_writer.h"
 
 namespace brimley::company {
@@ -12,6 +16,8 @@ namespace brimley::company {
 namespace {
 
 using store::DateTime;
+
+constexpr int kMonthsOfYear = 12;
 
 constexpr DocumentKind kKinds[] = {
     {"ip", "IP"}, {"vdn", "VDN"}, {"vcn", "VCN"}, {"recur", "REC"}, {"py", "PY"},
@@ -48,19 +54,32 @@ bool is_usable_year(std::string_view year) {
     const char* end = year.data() + year.size();
     const auto [stopped, error] = std::from_chars(year.data(), end, number);
     if (year.size() != 4 || error != std::errc() || stopped != end) return false;
-    return (number >= 1990 && number <= 2030) || number >= 2530;
+    return (number >= 1990 && number <= 2030) || (number >= 2530 && number <= 9998);
 }
 
-DateTime plus_months(DateTime day, int months) {
-    const int month_count = day.year() * 12 + day.month() - 1 + months;
-    for (int day_of_month = day.day_of_month();; --day_of_month) {
-        const auto moved = DateTime::from_ymd(month_count / 12, month_count % 12 + 1, day_of_month);
-        if (moved) return *moved;
+void require_usable_year(std::string_view year) {
+    if (is_usable_year(year)) return;
+    throw UnusableValue(
+        fmt::format("\"{}\" is no fiscal year: years are 1990 to 2030 and 2530 to 9998", shown_text(year)));
+}
+
+std::optional<DateTime> plus_months(DateTime day, int months) {
+    const int month_count = day.year() * kMonthsOfYear + day.month() - 1 + months;
+    for (int day_of_month = day.day_of_month(); day_of_month > 0; --day_of_month) {
+        const auto moved =
+            DateTime::from_ymd(month_count / kMonthsOfYear, month_count % kMonthsOfYear + 1, day_of_month);
+        if (moved) return moved;
     }
+    return std::nullopt;
 }
 
-FiscalYear year_from(const std::string& fyear, DateTime start) {
-    return {fyear, start, plus_months(start, kPeriodsOfYear).plus_days(-1)};
+FiscalYear year_from(const std::string& fyear, std::optional<DateTime> start) {
+    const auto next_start = start ? plus_months(*start, kPeriodsOfYear) : std::nullopt;
+    if (!next_start) {
+        throw Refusal(fmt::format("fiscal year {} would lie outside the years 1 to 9999 of the calendar",
+                                  shown_text(fyear)));
+    }
+    return {fyear, *start, next_start->plus_days(-1)};
 }
 
 void add_calendar(store::Database& database, const FiscalYear& year) {
@@ -70,8 +89,8 @@ void add_calendar(store::Database& database, const FiscalYear& year) {
     for (int period = 1; period <= kPeriodsOfYear; ++period) {
         periods.add({{"fyear", year.fyear},
                      {"period", std::to_string(period)},
-                     {"StartDate", plus_months(year.start, period - 1).yyyymmdd()},
-                     {"EndDate", plus_months(year.start, period).plus_days(-1).yyyymmdd()}});
+                     {"StartDate", plus_months(year.start, period - 1).value().yyyymmdd()},
+                     {"EndDate", plus_months(year.start, period).value().plus_days(-1).yyyymmdd()}});
     }
 }
 

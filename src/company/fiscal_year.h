@@ -3,6 +3,7 @@
 // All of it runs inside the caller's transaction and throws store::Error.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,17 +29,21 @@ struct FiscalYear {
     store::DateTime end;    // the last day
 };
 
-// Whether documents can be dated in this year: 1990 to 2030, or from 2530 on (the Buddhist calendar), four
-// digits.
+// Whether documents can be dated in this year: 1990 to 2030, or 2530 (the Buddhist calendar) to 9998, four
+// digits. 9999 is the last year of the calendar, and the end of a fiscal year is told by the day after it.
 [[nodiscard]] bool is_usable_year(std::string_view year);
+// Throws UnusableValue with the reason.
+void require_usable_year(std::string_view year);
 
 // The same day `months` later; the last day of the month when the month is too short for it.
-[[nodiscard]] store::DateTime plus_months(store::DateTime day, int months);
+// Nothing when that month is none of the years 1 to 9999.
+[[nodiscard]] std::optional<store::DateTime> plus_months(store::DateTime day, int months);
 
-// Twelve months from `start`.
-[[nodiscard]] FiscalYear year_from(const std::string& fyear, store::DateTime start);
+// Twelve months from `start`. Throws Refusal when the start or the day after the end is no date.
+[[nodiscard]] FiscalYear year_from(const std::string& fyear, std::optional<store::DateTime> start);
 
-// The open year and its twelve periods, each from the day of the month that the year starts on.
+// The open year, made by year_from(), and its twelve periods, each from the day of the month that the year
+// starts on.
 void add_calendar(store::Database& database, const FiscalYear& year);
 
 // A counter that starts at 1 for every kind of document that has none in this year.

@@ -200,13 +200,13 @@ void add_starter(store::Database& database, const StarterCompany& starter) {
         throw UnusableValue(shown_text(starter.base_currency) +
                             " is no currency code of three capital letters");
     }
-    if (!is_usable_year(starter.year)) throw UnusableValue(shown_text(starter.year) + " is no fiscal year");
+    require_usable_year(starter.year);
     add_configuration(database, starter.base_currency);
     add_chart(database, starter.base_currency);
     add_defaults(database);
     add_no_tax(database);
     const auto start = store::DateTime::from_ymd(std::stoi(starter.year), 1, 1);
-    add_calendar(database, year_from(starter.year, start.value()));
+    add_calendar(database, year_from(starter.year, start));
     add_counters(database, starter.year);
     add_year_balances(database, starter.year);
     add_full_rights(database, starter.user);

@@ -138,7 +138,9 @@ void Console::do_column(Arguments& arguments) {
 
 void Console::do_rowheight(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
-    report(target.name(), target.resize_rows(arguments.take_number("N")));
+    const int height = arguments.take_number("N");
+    if (height <= 0) throw ScriptFault("a row's height is more than 0");
+    report(target.name(), target.resize_rows(height));
 }
 
 }  // namespace brimley::console

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -12,12 +13,15 @@
 #include "console/script_line.h"
 #include "console/terminal.h"
 #include "kernel/tables/company_tables.h"
+#include "kernel/user_dates.h"
 
 namespace {
 
 namespace store = brimley::store;
 using brimley::console::Console;
 using brimley::console::ScriptFault;
+
+constexpr int kPeriodsMax = 99;
 
 enum Status { kGood = 0, kCheckFailed = 1, kScriptWrong = 2, kNotOpened = 3 };
 
@@ -32,6 +36,23 @@ struct Options {
     std::string path;
 };
 
+// The text is what a fault is told with; empty: there is none.
+std::string fault_of_periods(const std::string& text) {
+    int periods = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, periods);
+    if (error == std::errc{} && stopped == end && periods >= 1 && periods <= kPeriodsMax) return {};
+    return '"' + text + "\" is no number from 1 to " + std::to_string(kPeriodsMax);
+}
+
+// A date that is written in the format must be the same date when it is read.
+std::string fault_of_date_format(const std::string& format) {
+    const auto day = store::DateTime::from_ymd(2026, 12, 25);
+    if (brimley::kernel::try_user_date(brimley::kernel::user_date_text(*day, format), format) == day)
+        return {};
+    return '"' + format + "\" is no order of dd, mm and yyyy parted by /, such as dd/mm/yyyy";
+}
+
 void describe(CLI::App& app, Options& options) {
     app.set_version_flag("--version", std::string("brimley-console ") + BRIMLEY_VERSION);
     app.add_option("COMPANY", options.company, "company file, or postgresql:// URI")->required();
@@ -42,9 +63,11 @@ void describe(CLI::App& app, Options& options) {
         ->type_name("CODE");
     app.add_option("--date-format", options.date_format, "date format of the user")
         ->type_name("F")
+        ->check(fault_of_date_format)
         ->capture_default_str();
     app.add_option("--periods", options.periods, "fiscal periods of a year")
         ->type_name("N")
+        ->check(fault_of_periods)
         ->capture_default_str();
     app.add_option("--company-name", options.company_name, "company name shown on reports")
         ->type_name("TEXT");

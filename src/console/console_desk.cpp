@@ -55,7 +55,8 @@ std::string ConsoleDesk::computer_name() {
     return gethostname(name.data(), name.size() - 1) == 0 ? std::string(name.data()) : std::string{};
 }
 
-std::vector<std::string> ConsoleDesk::font_families() { return {"Arial"}; }
+// The same everywhere, so that a script can name one on any machine.
+std::vector<std::string> ConsoleDesk::font_families() { return {"Arial", "Courier New", "Times New Roman"}; }
 
 void ConsoleDesk::form_shown(std::shared_ptr<frame::Form> form) {
     open_forms_.push_back(form);

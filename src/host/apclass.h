@@ -125,8 +125,8 @@ class APclass : public frame::HostContext {
     std::shared_ptr<kernel::ModuleG3> kernel_;  // shared by all forms on the database of abcdb
 };
 
-// The methods of APclass by name, for hosts that are driven by text. False: no such method, or a wrong number
-// of arguments.
+// The methods of APclass by name, for hosts that are driven by text. An unknown name or a wrong number of
+// arguments calls nothing and is told by the outcome.
 enum class CallOutcome { done, no_such_method, wrong_arguments };
 [[nodiscard]] CallOutcome call_by_name(APclass& ap, const std::string& method,
                                        const std::vector<std::string>& arguments);

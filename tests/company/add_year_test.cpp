@@ -185,19 +185,61 @@ TEST_F(AddYear, OverlappingYearIsRefused) {
 
 TEST_F(AddYear, WhatIsNoYearIsRefused) {
     make(company::EmptyCompany{});
-    for (const char* year : {"", "26", "20x6", "1989", "2031", "2529", "20260", "-026"}) {
+    for (const char* year : {"", "26", "20x6", "1989", "2031", "2529", "9999", "20260", "-026"}) {
         EXPECT_THROW(open_year(year), company::UnusableValue) << year;
     }
     EXPECT_TRUE(company::is_usable_year("1990"));
     EXPECT_TRUE(company::is_usable_year("2030"));
     EXPECT_TRUE(company::is_usable_year("2569"));
+    EXPECT_TRUE(company::is_usable_year("9998"));
+}
+
+TEST_F(AddYear, LastUsableYearEndsBeforeTheDatesDo) {
+    make(company::StarterCompany{"USD", "9997", "zoe"});
+    open_year("9998");
+    EXPECT_THAT(rows("SELECT StartDate,EndDate FROM Fiscalyear_table WHERE fyear = '9998'"),
+                ElementsAre("9998-01-01|9998-12-31"));
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+// The other years decide where a year lies, and that may be where no date is.
+TEST_F(AddYear, YearOutsideTheDatesIsRefusedInWordsAndNothingChanges) {
+    make(company::StarterCompany{"USD", "2026", "zoe"});
+    const auto expect_refused = [&](int calendar_year, const std::string& fyear) {
+        change("SELECT * FROM Fiscalyear_table",
+               {{"StartDate", *store::DateTime::from_ymd(calendar_year, 4, 1)},
+                {"EndDate", *store::DateTime::from_ymd(calendar_year + 1, 3, 31)}});
+        const std::string before = dump();
+        try {
+            open_year(fyear);
+            ADD_FAILURE() << "not refused: " << fyear;
+        } catch (const company::Refusal& refusal) {
+            EXPECT_EQ(refusal.what(),
+                      "fiscal year " + fyear + " would lie outside the years 1 to 9999 of the calendar");
+        }
+        EXPECT_EQ(dump(), before);
+    };
+    expect_refused(30, "1990");
+    expect_refused(9500, "2569");
+    expect_refused(9998, "2027");
 }
 
 TEST(PlusMonths, ShortMonthTakesItsLastDay) {
     const auto day = *store::DateTime::from_ymd(2027, 12, 31);
-    EXPECT_EQ(company::plus_months(day, 1).iso(), "2028-01-31");
-    EXPECT_EQ(company::plus_months(day, 2).iso(), "2028-02-29");
-    EXPECT_EQ(company::plus_months(day, -10).iso(), "2027-02-28");
+    EXPECT_EQ(company::plus_months(day, 1)->iso(), "2028-01-31");
+    EXPECT_EQ(company::plus_months(day, 2)->iso(), "2028-02-29");
+    EXPECT_EQ(company::plus_months(day, -10)->iso(), "2027-02-28");
+}
+
+TEST(PlusMonths, MonthOutsideTheCalendarIsNone) {
+    const auto last = *store::DateTime::from_ymd(9999, 11, 30);
+    EXPECT_EQ(company::plus_months(last, 1)->iso(), "9999-12-30");
+    EXPECT_EQ(company::plus_months(last, 2), std::nullopt);
+    const auto first = *store::DateTime::from_ymd(1, 2, 1);
+    EXPECT_EQ(company::plus_months(first, -1)->iso(), "0001-01-01");
+    for (const int months : {-2, -13, -24, -40}) {
+        EXPECT_EQ(company::plus_months(first, months), std::nullopt) << months;
+    }
 }
 
 }  // namespace

@@ -64,8 +64,26 @@ TEST_F(BadDisk, NewCompanyOnAFullDiskIsToldAndLeavesNoFile) {
     EXPECT_EQ(outcome.status, 3);
     EXPECT_EQ(outcome.errors,
               "brimley-company: a.company cannot be written: the disk is full or cannot be written\n");
-    EXPECT_FALSE(std::filesystem::exists(folder_.file("a.company")));
-    EXPECT_FALSE(std::filesystem::exists(folder_.file("a.company-wal")));
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path()))
+        EXPECT_THAT(entry.path().filename().string(), ::testing::AnyOf("out", "err"));
+}
+
+TEST_F(BadDisk, NewCompanyIsWholeOrNotThereHoweverSoonTheDiskIsFull) {
+    int made = 0;
+    constexpr int kLimits = 16;
+    for (int limit = 1; limit <= kLimits; ++limit) {
+        const std::string blocks = std::to_string(limit * 100);
+        const Outcome outcome = company("create --sample a.company", "ulimit -f " + blocks + " &&");
+        EXPECT_EQ(outcome.status == 0, std::filesystem::exists(folder_.file("a.company"))) << blocks;
+        EXPECT_FALSE(std::filesystem::exists(folder_.file(".a.company.part"))) << blocks;
+        if (outcome.status != 0) continue;
+        ++made;
+        EXPECT_FALSE(std::filesystem::exists(folder_.file("a.company-wal"))) << blocks;
+        EXPECT_EQ(company("check a.company").output, "books agree\n");
+        std::filesystem::remove(folder_.file("a.company"));
+    }
+    EXPECT_GT(made, 0);
+    EXPECT_LT(made, kLimits);
 }
 
 TEST_F(BadDisk, ImportOnAFullDiskIsToldAndLoadsNothing) {
@@ -200,6 +218,16 @@ TEST_F(ReadOnlyCompany, FileThatMayNotBeReadEitherIsToldWithTheReason) {
     allow(std::filesystem::perms::none);
     expect_refused("check a.company", "a.company cannot be read: Permission denied");
     allow(std::filesystem::perms::owner_all);
+    expect_untouched();
+}
+
+TEST_F(ReadOnlyCompany, FolderOfFilesThatMayNotBeReadIsToldByItsName) {
+    const std::filesystem::path locked = folder_.file("locked");
+    std::filesystem::create_directory(locked);
+    std::filesystem::permissions(locked, std::filesystem::perms::none);
+    expect_refused("import a.company locked", "locked: Permission denied");
+    expect_refused("import a.company locked/files", "locked/files: Permission denied");
+    std::filesystem::permissions(locked, std::filesystem::perms::owner_all);
     expect_untouched();
 }
 

@@ -96,7 +96,6 @@ TEST_F(Program, WhatStandsInTheWayHasStatusOne) {
 }
 
 TEST_F(Program, WrongUsageHasStatusTwo) {
-    expect_refusal("", 2, "A subcommand is required");
     expect_refusal("check", 2, "COMPANY is required");
     expect_refusal("import a.company", 2, "DIR is required");
     expect_refusal("create --starter a.company", 2, "--starter requires --base-currency");
@@ -105,13 +104,36 @@ TEST_F(Program, WrongUsageHasStatusTwo) {
                    "--sample excludes --starter");
     expect_refusal("create --starter --base-currency usd --year 2026 a.company", 2,
                    "usd is no currency code of three capital letters");
-    expect_refusal("create --starter --base-currency USD --year 26 a.company", 2, "26 is no fiscal year");
+    expect_refusal("create --starter --base-currency USD --year 26 a.company", 2,
+                   "\"26\" is no fiscal year: years are 1990 to 2030 and 2530 to 9998");
     EXPECT_FALSE(std::filesystem::exists(folder_.file("a.company")));
     expect_done("create a.company");
-    expect_refusal("add-year a.company soon", 2, "soon is no fiscal year");
+    expect_refusal("add-year a.company 2031", 2,
+                   "\"2031\" is no fiscal year: years are 1990 to 2030 and 2530 to 9998");
+    expect_refusal("add-year a.company soon", 2,
+                   "\"soon\" is no fiscal year: years are 1990 to 2030 and 2530 to 9998");
     expect_refusal("export a.company one --table Nonsense", 2, "there is no table Nonsense");
     expect_refusal("import a.company nowhere", 2, "nowhere is not a folder");
+    expect_refusal("import a.company ''", 2, "the name of the folder is empty");
     EXPECT_THAT(run("check a.company --loudly").status, 2);
+}
+
+TEST_F(Program, WrongCommandIsToldByItsWord) {
+    const std::string commands = "; there are create, import, export, check and add-year";
+    expect_refusal("", 2, "a command is missing" + commands);
+    expect_refusal("bogus x", 2, "there is no command bogus" + commands);
+    expect_refusal("chek --sample a.company", 2, "there is no command chek" + commands);
+    expect_refusal("Check a.company", 2, "there is no command Check" + commands);
+    expect_refusal("''", 2, "there is no command \"\"" + commands);
+    expect_refusal("--loudly", 2, "there is no option --loudly");
+    expect_refusal("--loudly bogus", 2, "there is no command bogus" + commands);
+    EXPECT_THAT(run("check a.company --loudly").errors, HasSubstr("--loudly"));
+}
+
+TEST_F(Program, EmptyCompanyIsToldInASentence) {
+    for (const char* arguments : {"check ''", "create ''", "export '' one", "add-year '' 2026"})
+        expect_refusal(arguments, 3, "\"\" is no file name");
+    EXPECT_FALSE(std::filesystem::exists(folder_.file("one")));
 }
 
 TEST_F(Program, CompanyThatCannotBeOpenedHasStatusThree) {
@@ -154,9 +176,13 @@ TEST_F(Program, CheckAndExportDoNotWaitForAWriterAndSeeNothingOfIt) {
 TEST_F(Program, ExportThatCannotBeWrittenHasStatusThree) {
     expect_done("create a.company");
     write_file(folder_.file("taken"), "a file");
-    const Outcome outcome = run("export a.company taken");
-    EXPECT_EQ(outcome.status, 3);
-    EXPECT_THAT(outcome.errors, MatchesRegex("brimley-company: [^\n]*taken[^\n]*\n"));
+    expect_refusal("export a.company taken", 3, "the folder taken cannot be made: Not a directory");
+    expect_refusal("export a.company taken/deeper", 3,
+                   "the folder taken/deeper cannot be made: Not a directory");
+    expect_refusal("export a.company /dev/null/x", 3,
+                   "the folder /dev/null/x cannot be made: Not a directory");
+    expect_refusal("export a.company ''", 2, "the name of the folder is empty");
+    EXPECT_EQ(text_of_file(folder_.file("taken")), "a file");
 }
 
 TEST_F(Program, OutputThatCannotBeWrittenIsNoticed) {

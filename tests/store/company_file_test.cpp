@@ -160,7 +160,10 @@ TEST_F(CompanyFile, WhatIsNoCompanyIsToldInOneSentence) {
     std::filesystem::create_symlink(folder_.file("loop"), folder_.file("loop"));
     expect_no_company(folder_.file("loop"), "cannot be opened: Too many levels of symbolic links");
     expect_no_company(folder_.file("text/inside"), "cannot be opened: Not a directory");
-    expect_no_company("", "is no file name");
+    const auto nameless = error_of([&] { open(""); });
+    ASSERT_TRUE(nameless);
+    EXPECT_EQ(nameless->kind(), ErrorKind::not_a_company);
+    EXPECT_STREQ(nameless->what(), "\"\" is no file name");
     expect_no_company(":memory:", "does not exist");
 }
 

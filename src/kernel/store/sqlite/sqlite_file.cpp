@@ -33,7 +33,7 @@ constexpr std::size_t kUserVersionOffset = 60;
 
 void require_regular_file(const std::string& path) {
     struct stat status {};
-    if (path.find('\0') != std::string::npos || path.empty()) refuse(path, "is no file name");
+    if (path.find('\0') != std::string::npos || path.empty()) refuse('"' + path + '"', "is no file name");
     if (::stat(path.c_str(), &status) != 0) {
         if (errno == ENOENT) refuse(path, "does not exist");
         refuse(path, fmt::format("cannot be opened: {}", std::strerror(errno)));

@@ -1,0 +1,77 @@
+// brimley-console as it is called: what it refuses before it opens anything, and acts that no hand could do.
+#include <gmock/gmock.h>
+
+#include "company/program_run.h"
+
+namespace brimley {
+namespace {
+
+using testing::Outcome;
+using testing::run_program;
+using testing::write_file;
+
+class ConsoleProgram : public ::testing::Test {
+  protected:
+    ConsoleProgram() {
+        EXPECT_EQ(run_program(folder_, {.arguments = "create --sample a.company"}).status, 0);
+    }
+    Outcome console(const std::string& arguments) {
+        return run_program(folder_, {.arguments = arguments, .program = "brimley-console"});
+    }
+    Outcome console_with(const std::string& script) {
+        write_file(folder_.file("acts"), "call showform_APform_invoice\n" + script);
+        return console("a.company acts --user anna");
+    }
+    // Nothing happens but one line, told with this status.
+    void expect_refusal(const std::string& arguments, int status, const std::string& reason) {
+        const Outcome outcome = console(arguments);
+        EXPECT_EQ(outcome.status, status) << arguments;
+        EXPECT_EQ(outcome.output, "") << arguments;
+        EXPECT_EQ(outcome.errors, "brimley-console: " + reason + "\n") << arguments;
+    }
+
+    testing::TemporaryFolder folder_;
+};
+
+TEST_F(ConsoleProgram, PeriodsAreAWholeNumberFromOneToNinetyNine) {
+    write_file(folder_.file("acts"), "call showform_APform_invoice\nlist cmbperiod\n");
+    for (const char* periods :
+         {"abc", "-3", "2x", "0", "100", "100000000", "99999999999999999999", "1.5", "''"}) {
+        const std::string shown = std::string(periods) == "''" ? "" : periods;
+        expect_refusal("a.company acts --periods " + std::string(periods), 2,
+                       "--periods: \"" + shown + "\" is no number from 1 to 99");
+    }
+    EXPECT_EQ(console("a.company acts --periods 3").output, "1\n2\n3\n");
+    EXPECT_EQ(console("a.company acts --periods 1").output, "1\n");
+    EXPECT_THAT(console("a.company acts --periods 99").output, ::testing::EndsWith("98\n99\n"));
+}
+
+TEST_F(ConsoleProgram, DateFormatThatCouldNotReadItsOwnDatesIsRefused) {
+    write_file(folder_.file("acts"),
+               "today 2026-01-15\ncall showform_APform_invoice\npress 105\nshow txtinvdate\n");
+    for (const char* format :
+         {"zz", "dd.mm.yyyy", "dd/yyyy/mm", "dd/mm", "dd/mm/yy", "xx/mm/yyyy", "dd/mm/yyyy/", "''"}) {
+        const std::string shown = std::string(format) == "''" ? "" : format;
+        expect_refusal("a.company acts --date-format " + std::string(format), 2,
+                       "--date-format: \"" + shown +
+                           "\" is no order of dd, mm and yyyy parted by /, such as dd/mm/yyyy");
+    }
+    EXPECT_EQ(console("a.company acts --user anna --date-format yyyy/mm/dd").output,
+              "txtinvdate = 2026/01/15\n");
+    for (const char* format : {"dd/mm/yyyy", "mm/dd/yyyy", "mm/yyyy/dd", "yyyy/dd/mm", "DD/MM/YYYY"})
+        EXPECT_EQ(console("a.company acts --date-format " + std::string(format)).status, 0) << format;
+}
+
+TEST_F(ConsoleProgram, EmptyCompanyIsToldInASentence) { expect_refusal("''", 3, "\"\" is no file name"); }
+
+TEST_F(ConsoleProgram, RowsHaveAHeightAboveNothing) {
+    for (const char* height : {"-5", "0"}) {
+        const Outcome outcome = console_with("rowheight dbgrid1 " + std::string(height) + "\n");
+        EXPECT_EQ(outcome.status, 2) << height;
+        EXPECT_EQ(outcome.errors, "acts:2: a row's height is more than 0\n") << height;
+    }
+    EXPECT_EQ(console_with("rowheight dbgrid1 1\nexpect nothing\n").status, 0);
+}
+
+}  // namespace
+}  // namespace brimley
