@@ -84,7 +84,8 @@ const char* RandomSession::act() {
     while (at >= chosen->weight)
         at -= (chosen++)->weight;
     out_.str("");
-    (this->*chosen->run)();
+    const bool is_payment = std::string_view(chosen->name).find("pay") != std::string_view::npos;
+    if (!is_payment || !payments_left_out_) (this->*chosen->run)();
     count_messages();
     return chosen->name;
 }

@@ -49,6 +49,8 @@ class RandomSession {
     };
     [[nodiscard]] static const std::vector<Act>& acts();
 
+    // From now on nothing is paid: invoices and templates alone.
+    void leave_payments_out() { payments_left_out_ = true; }
     // Takes one act and returns its name.
     const char* act();
     // What does not hold now; empty when all is well.
@@ -119,6 +121,7 @@ class RandomSession {
     std::vector<std::string> docnos_, payment_docnos_, used_vendors_;
     std::set<std::string> on_hold_;
     Tally tally_;
+    bool payments_left_out_ = false;
 };
 
 }  // namespace brimley::testing

@@ -1,6 +1,6 @@
 // random-session: random acts on a fresh sample company, the books checked after each of them.
 //
-//   random-session [--acts N] [--seed N] [--script FILE]
+//   random-session [--acts N] [--seed N] [--without-payments] [--script FILE]
 //
 // Prints the seed first; the same seed gives the same session. Ends 1 at the first act after which something
 // does not hold, having told it and written every line up to there to FILE, which the console can run.
@@ -22,6 +22,7 @@ using brimley::testing::RandomSession;
 struct Options {
     int acts = 1000;
     std::uint64_t seed = 20260105;
+    bool without_payments = false;
     std::string script = "random-session.session";
 };
 
@@ -41,6 +42,7 @@ int run(const Options& options) {
     const std::string company = folder.file("random.brimley");
     brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
     RandomSession session(company, options.seed);
+    if (options.without_payments) session.leave_payments_out();
     for (int number = 1; number <= options.acts; ++number) {
         const char* const act = session.act();
         const auto findings = session.findings();
@@ -65,6 +67,7 @@ int main(int argc, char** argv) {
     Options options;
     program.add_option("--acts", options.acts, "how many")->capture_default_str();
     program.add_option("--seed", options.seed, "which session")->capture_default_str();
+    program.add_flag("--without-payments", options.without_payments, "invoices and templates alone");
     program.add_option("--script", options.script, "where a failing session is written")
         ->capture_default_str();
     CLI11_PARSE(program, argc, argv);
