@@ -145,8 +145,8 @@ bool DocumentForm::execute_font(int id) {
         case command::kFont:
             frame_font.set_visible(true);
             return true;
-        case command::kSaveFont:
-            cmdsave_font_Click();
+        case command::kSaveFont:  // for everybody, so not by those who may only look
+            if (rights().Update) cmdsave_font_Click();
             return true;
         case command::kRestoreFont:
             cmdrestore_font_click();
