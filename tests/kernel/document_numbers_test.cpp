@@ -321,7 +321,7 @@ TEST_F(DocumentNumberText, ThirtyCharactersFitAndOneMoreIsTold) {
 
 TEST_F(DocumentNumberText, PaymentsNameTheNumberFirst) {
     const std::string longer(31, '7');
-    EXPECT_FALSE(kernel.docno_fits(longer, ModuleG3::TooLongMessage::number_first));
+    EXPECT_FALSE(kernel.docno_fits(longer, kernel::ModuleG3::TooLongMessage::number_first));
     EXPECT_THAT(messages(), ElementsAre(longer + "Error : document no. is longer than 30 characters. "));
 }
 
