@@ -21,8 +21,12 @@ bool same_ignoring_case(std::string_view a, std::string_view b) {
                       [](char x, char y) { return upper(x) == upper(y); });
 }
 
-Control::Control(ControlSet& set, std::string name) : name_(std::move(name)) {
+Control::Control(ControlSet& set, std::string name) : set_(set), name_(std::move(name)) {
     set.controls_.push_back(this);
+}
+
+bool Control::reachable() const {
+    return visible_ && !set_.closed() && (container_ == nullptr || container_->reachable());
 }
 
 Refusal Control::refusal() const {

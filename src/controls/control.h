@@ -60,9 +60,8 @@ class Control {
     // The frame that this control lies in, or null. A control in a hidden frame cannot be reached.
     [[nodiscard]] Control* container() const { return container_; }
     void lies_in(Control& frame) { container_ = &frame; }
-    [[nodiscard]] bool reachable() const {
-        return visible_ && (container_ == nullptr || container_->reachable());
-    }
+    // Nor can one whose form has been taken down.
+    [[nodiscard]] bool reachable() const;
 
     // What stops a user from changing this control now.
     [[nodiscard]] Refusal refusal() const;
@@ -84,6 +83,7 @@ class Control {
     }
 
   private:
+    const ControlSet& set_;
     std::string name_;
     std::string font_name_;
     bool visible_ = true;
@@ -104,9 +104,14 @@ class ControlSet {
     [[nodiscard]] Control* find(std::string_view name) const;
     [[nodiscard]] const std::vector<Control*>& all() const { return controls_; }
 
+    // The form has gone: users reach none of its controls any more.
+    void close() { closed_ = true; }
+    [[nodiscard]] bool closed() const { return closed_; }
+
   private:
     friend class Control;
     std::vector<Control*> controls_;
+    bool closed_ = false;
 };
 
 // ASCII upper case: prefixes of control names are compared so.

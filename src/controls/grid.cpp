@@ -34,7 +34,7 @@ void Grid::go_to(int row, int column) {
 }
 
 Refusal Grid::visit_cell(int row, int column) {
-    if (!reachable()) return Refusal::hidden;
+    if (!reachable() || !columns.at(static_cast<std::size_t>(column)).visible) return Refusal::hidden;
     if (!enabled()) return Refusal::disabled;
     const int old_row = row_;
     const int old_column = column_;

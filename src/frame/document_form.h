@@ -155,6 +155,13 @@ class DocumentForm : public Form {
 
   private:
     bool show_where(const std::string& criteria);
+    // The first stored header from number n on, up (1) or down (-1), that is not beyond last_no. A long run
+    // of missing numbers is jumped over: an import may have moved a counter far ahead.
+    [[nodiscard]] std::optional<store::Recordset> nearest_header(const std::string& prefix, std::int64_t n,
+                                                                 int direction, std::int64_t last_no,
+                                                                 const WalkTables& tables);
+    [[nodiscard]] std::optional<std::int64_t> stored_number_beyond(const std::string& prefix, std::int64_t n,
+                                                                   int direction, const WalkTables& tables);
     void press_new();
     void press_edit();
     void begin_edit();

@@ -15,6 +15,8 @@ namespace {
 
 constexpr const char* kCompany = "1";
 constexpr std::int64_t kKeyNumberMax = 9007199254740992;
+// So many missing numbers in a row are tried one by one.
+constexpr int kMissingTriedMax = 1000;
 
 // The number behind the first "-" of a key, or nothing for a key without one.
 std::optional<std::int64_t> key_number(std::string_view fkey) {
@@ -58,15 +60,40 @@ std::int64_t DocumentForm::last_number_issued(const std::string& doctype) {
     return counter.at_eof() ? 0 : kernel::whole_number(counter.number("fkeyno"), 1, kKeyNumberMax) - 1;
 }
 
+std::optional<std::int64_t> DocumentForm::stored_number_beyond(const std::string& prefix, std::int64_t n,
+                                                               int direction, const WalkTables& tables) {
+    std::optional<std::int64_t> nearest;
+    auto keys = kernel().read(
+        fmt::format("SELECT fkey FROM {} WHERE doctype = {}", tables.header, quoted(key_doctype(prefix))));
+    for (; !keys.at_eof(); keys.MoveNext()) {
+        const std::string fkey = keys.text("fkey");
+        const auto number = fkey.starts_with(prefix) ? key_number(fkey) : std::nullopt;
+        if (!number || (*number - n) * direction <= 0) continue;
+        if (!nearest || (*nearest - *number) * direction > 0) nearest = number;
+    }
+    return nearest;
+}
+
+std::optional<Recordset> DocumentForm::nearest_header(const std::string& prefix, std::int64_t n,
+                                                      int direction, std::int64_t last_no,
+                                                      const WalkTables& tables) {
+    int missing = 0;
+    for (; n >= 1 && n <= last_no; n += direction) {
+        auto header = header_by_fkey(prefix + std::to_string(n), tables);
+        if (!header.at_eof()) return header;
+        if (++missing < kMissingTriedMax) continue;
+        const auto beyond = stored_number_beyond(prefix, n, direction, tables);
+        if (!beyond) break;
+        n = *beyond - direction;
+    }
+    return std::nullopt;
+}
+
 std::optional<Recordset> DocumentForm::newest_header(const std::string& doctype, std::int64_t last_no,
                                                      const WalkTables& tables) {
     fkey_last_no = last_no;
     doctype_of_last_no_ = doctype;
-    for (std::int64_t n = last_no; n > 0; --n) {
-        auto header = header_by_fkey(kernel::ModuleG3::make_fkey(kCompany, doctype, n), tables);
-        if (!header.at_eof()) return header;
-    }
-    return std::nullopt;
+    return nearest_header(kCompany + doctype + "-", last_no, -1, last_no, tables);
 }
 
 void DocumentForm::last_record() {
@@ -107,17 +134,15 @@ void DocumentForm::step_record(int direction) {
         // A document of another kind, reached by its number, is walked from within its own kind. The key
         // tells it, not txtdoctype, which an edit leaves at "ip".
         const std::string doctype = key_doctype(fkey);
-        const std::int64_t last_no =
-            doctype == doctype_of_last_no_ ? fkey_last_no : last_number_issued(doctype);
         // Only the way up has a bound; documents saved since then lie above it.
-        for (std::int64_t n = *key_number(fkey) + direction; n >= 1 && (direction < 0 || n <= last_no);
-             n += direction) {
-            auto header = header_by_fkey(prefix + std::to_string(n), walk_tables());
-            if (header.at_eof()) continue;
-            show_document(header);
-            record_stepped();
-            return;
-        }
+        const std::int64_t last_no = direction < 0                    ? kKeyNumberMax
+                                     : doctype == doctype_of_last_no_ ? fkey_last_no
+                                                                      : last_number_issued(doctype);
+        auto header =
+            nearest_header(prefix, *key_number(fkey) + direction, direction, last_no, walk_tables());
+        if (!header) return;
+        show_document(*header);
+        record_stepped();
     });
 }
 

@@ -43,6 +43,7 @@ void Form::unload_form() {
     }
     if (!shown_) return;
     shown_ = false;
+    controls_.close();
     desk_.form_closed(*this);
 }
 
@@ -155,6 +156,18 @@ void Form::show_even_row_color(bool flag, controls::Grid& grid) {
         row.set("Value", flag ? "1" : "0");
         row.Update();
     });
+    paint_even_rows(flag, grid);
+}
+
+void Form::init_even_row_color(controls::Grid& grid) {
+    step("init_even_row_color", [&] {
+        const auto row =
+            kernel().read("SELECT * FROM Recent_value_table WHERE control_name = 'evenrow_color'");
+        paint_even_rows(!row.at_eof() && row.text("Value") == "1", grid);
+    });
+}
+
+void Form::paint_even_rows(bool flag, controls::Grid& grid) {
     grid.even_row_colour = flag ? palette_[presentation::kEvenRowSlot] : controls::kWhite;
     grid.rebind();
 }

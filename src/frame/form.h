@@ -9,7 +9,7 @@
 // without a database opens without data.
 //
 // Life: owned by the desk while it is on screen and by the host class while it is the newest of its kind. A
-// form that has unloaded refuses every act.
+// form that has unloaded refuses every act of a user.
 #pragma once
 
 #include <functional>
@@ -79,6 +79,8 @@ class Form : public std::enable_shared_from_this<Form> {
     void save_form_property();
     void set_BRIMLEY_COLOR();
     void init_fontcolor();
+    // Paints the even rows of the grid as the company's last choice was.
+    void init_even_row_color(controls::Grid& grid);
     // Keeps the choice in Recent_value_table and paints the even rows of the grid.
     void show_even_row_color(bool flag, controls::Grid& grid);
     // Writes the remembered value of a control of this form; a row that does not exist is not made.
@@ -121,6 +123,7 @@ class Form : public std::enable_shared_from_this<Form> {
 
   private:
     void about();
+    void paint_even_rows(bool flag, controls::Grid& grid);
 
     const FormIdentity& identity_;
     const HostContext context_;

@@ -2,17 +2,24 @@
 // committed.
 #pragma once
 
+#include <memory>
+
 #include "kernel/store/database.h"
+#include "kernel/store/error.h"
 
 namespace brimley::frame {
 
 class Transaction {
   public:
-    explicit Transaction(store::Workspace& workspace) : workspace_(workspace) { workspace_.BeginTrans(); }
+    // Throws ErrorKind::state when the host has given no workspace, as a transaction that cannot begin does.
+    explicit Transaction(const std::shared_ptr<store::Workspace>& workspace) : workspace_(workspace) {
+        if (!workspace_) throw store::Error(store::ErrorKind::state, "no workspace to save in");
+        workspace_->BeginTrans();
+    }
     ~Transaction() {
         if (committed_) return;
         try {
-            workspace_.Rollback();
+            workspace_->Rollback();
         } catch (const store::Error&) {
             // The connection is gone, and the engine has rolled back by itself.
         }
@@ -21,12 +28,12 @@ class Transaction {
     Transaction& operator=(const Transaction&) = delete;
 
     void commit() {
-        workspace_.CommitTrans();
+        workspace_->CommitTrans();
         committed_ = true;
     }
 
   private:
-    store::Workspace& workspace_;
+    std::shared_ptr<store::Workspace> workspace_;
     bool committed_ = false;
 };
 

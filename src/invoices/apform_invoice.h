@@ -183,6 +183,7 @@ class APform_invoice : public frame::DocumentForm {
 
     // show.cpp
     void set_doctype_of_kind();
+    [[nodiscard]] std::optional<std::string> vendor_name(const std::string& vendor_no);
     void show_vendor_and_term(const std::string& vendor_no, const std::string& term_no);
 
     // entry.cpp
@@ -222,6 +223,7 @@ class APform_invoice : public frame::DocumentForm {
     void lines_moved();
 
     // tax_cells.cpp
+    void grid_tax_BeforeColUpdate(controls::CellEdit& edit);
     void grid_tax_AfterColUpdate(int column);
     void refresh_tax_panels();
     void write_line_amounts(int row, kernel::TaxMode mode, double amount, double tax);
@@ -232,6 +234,9 @@ class APform_invoice : public frame::DocumentForm {
     // save.cpp
     [[nodiscard]] std::optional<NewDocument> validate_new();
     [[nodiscard]] bool validate_header(NewDocument& document);
+    // The row of the term that is chosen; nothing, after its message, when there is no such term.
+    [[nodiscard]] std::optional<store::Recordset> chosen_term();
+    [[nodiscard]] bool currency_is_in_use();
     [[nodiscard]] bool validate_rate();
     [[nodiscard]] bool validate_invoice_date(NewDocument& document);
     [[nodiscard]] bool validate_lines_and_period(CheckedEntry& entry);
@@ -261,6 +266,8 @@ class APform_invoice : public frame::DocumentForm {
     }
 
     // void_hold.cpp
+    // False, after its message, when the number on screen is not that of the document on screen.
+    [[nodiscard]] bool bears_its_number();
     // Tells why a document in this state cannot be voided, if that is so. paid: as chkpaid shows it.
     [[nodiscard]] bool refuses_void(bool is_void, int paid);
     [[nodiscard]] bool may_void();
@@ -307,6 +314,7 @@ class APform_invoice : public frame::DocumentForm {
     void show_open_documents(bool open_only);
     // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
     [[nodiscard]] std::string open_document(const char* function, const std::string& condition);
+
     int line_rows = 0;            // the highest grid row that editing has reached
     double old_total = 0;         // txttotal of the document as loaded; 0 for a new one
     std::string open_documents_;  // which documents cmbopendoc lists, as a condition

@@ -56,6 +56,9 @@ void APform_invoice::connect_handlers() {
     cmbterm.on_item_select = [this] { cmbterm_ItemSelect(); };
     txtinvdate.on_change = [this] { txtinvdate_change(); };
     cmbcurrency.on_item_select = [this] { cmbcurrency_itemselect(); };
+    cmbcurrency.on_change = [this] {
+        if (cmbcurrency.empty()) cmbcurrency_itemselect();
+    };
     cmbexrate.on_item_select = [this] { cmbexrate_itemselect(); };
     txtratedate.on_change = [this] { txtratedate_change(); };
     cmbopendoc.on_item_select = [this] { cmbopendoc_itemselect(); };
@@ -73,6 +76,7 @@ void APform_invoice::connect_handlers() {
         if (dbgrid1.row() != old_row) refresh_tax_panels();
         dbgrid1_RowColChange(old_column);
     };
+    grid_tax.on_before_update = [this](controls::CellEdit& edit) { grid_tax_BeforeColUpdate(edit); };
     grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
 }
 

@@ -75,6 +75,7 @@ std::string slot_field(const char* field, int slot) { return field + std::to_str
 void APform_invoice::init_grid() {
     using presentation::GridPlace;
     presentation::build_grid(dbgrid1, kernel(), identity().class_name, "dbgrid1", GridPlace::first);
+    init_even_row_color(dbgrid1);
     presentation::build_grid(grid_tax, kernel(), identity().class_name, "grid_tax", GridPlace::further);
     presentation::build_grid(grid_tax_summary, kernel(), identity().class_name, "grid_tax_summary",
                              GridPlace::further);

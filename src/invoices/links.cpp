@@ -64,8 +64,8 @@ void APform_invoice::preview() {
     std::string tables =
         "(AP_header_table INNER JOIN AP_transaction_table ON AP_header_table.fkey = "
         "AP_transaction_table.fkey)";
-    if (!cmbvendor_name
-             .empty()) {  // a vendor that nobody knows must not keep the document from being printed
+    // A vendor that nobody knows must not keep the document from being printed.
+    if (vendor_name(cmbvendor.text()).has_value()) {
         fields += ", Vendor_table.VENDOR_NAME";
         tables = fmt::format(
             "({} INNER JOIN Vendor_table ON AP_header_table.vendor_no = Vendor_table.vendor_no)", tables);

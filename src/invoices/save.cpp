@@ -43,21 +43,34 @@ bool APform_invoice::validate_header(NewDocument& document) {
         tell("Please specify Payment term");
         return false;
     }
-    document.term.term_no = cmbterm.chosen(1).value_or("");
-    const auto term = kernel().read(
-        fmt::format("SELECT * FROM Payment_term_table WHERE term_no = {}", quoted(document.term.term_no)));
-    if (term.at_eof()) {
-        tell("payment term is invalid");
-        return false;
-    }
-    document.term.duedays = term.field("duedays");
-    document.term.early_days = term.field("early_days");
-    document.term.early_discount = term.field("early_discount");
+    const auto term = chosen_term();
+    if (!term) return false;
+    document.term.term_no = term->text("term_no");
+    document.term.duedays = term->field("duedays");
+    document.term.early_days = term->field("early_days");
+    document.term.early_discount = term->field("early_discount");
     if (cmbcurrency.empty()) {
         tell("please specify currency");
         return false;
     }
-    return validate_rate();
+    return currency_is_in_use() && validate_rate();
+}
+
+std::optional<Recordset> APform_invoice::chosen_term() {
+    auto term = kernel().read(fmt::format("SELECT * FROM Payment_term_table WHERE term_no = {}",
+                                          quoted(cmbterm.chosen(1).value_or(""))));
+    if (!term.at_eof()) return term;
+    tell("payment term is invalid");
+    return std::nullopt;
+}
+
+// A slip of the pen must not open accounts for a currency that nobody uses.
+bool APform_invoice::currency_is_in_use() {
+    if (!foreign()) return true;
+    const auto row = kernel().read(fmt::format(
+        "SELECT Currency FROM Working_currency_table WHERE Currency = {}", quoted(cmbcurrency.text())));
+    if (row.at_eof()) tell(cmbcurrency.text() + " is not a working currency.");
+    return !row.at_eof();
 }
 
 bool APform_invoice::validate_rate() {
@@ -131,7 +144,7 @@ bool APform_invoice::insert_new_record() {
     try {
         const auto document = validate_new();
         if (!document) return false;
-        frame::Transaction transaction(*context().dbe);
+        frame::Transaction transaction(context().dbe);
         saved = write_new_document(*document);
         if (saved) transaction.commit();
     } catch (const std::runtime_error& failure) {

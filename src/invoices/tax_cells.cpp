@@ -132,6 +132,12 @@ void APform_invoice::change_tax(int row) {
     grid_tax.set_cell(row, kRate, store::shortest_number(Round(tax * 100 / taxable)));
 }
 
+void APform_invoice::grid_tax_BeforeColUpdate(controls::CellEdit& edit) {
+    if ((edit.caption != kRate && edit.caption != kTaxAmount) || kernel::is_numeric(edit.new_text)) return;
+    tell("please input numeric data");
+    edit.cancel = true;
+}
+
 void APform_invoice::grid_tax_AfterColUpdate(int column) {
     const int row = grid_tax.row();
     const std::string& changed_cell = grid_tax.columns.at(static_cast<std::size_t>(column)).caption;

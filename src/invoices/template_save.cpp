@@ -89,7 +89,7 @@ bool APform_invoice::insert_new_recurring() {
     try {
         const auto checked = validate_template();
         if (!checked) return false;
-        frame::Transaction transaction(*context().dbe);
+        frame::Transaction transaction(context().dbe);
         saved = write_new_template(*checked);
         if (saved) transaction.commit();
     } catch (const std::runtime_error& failure) {

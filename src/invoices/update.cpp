@@ -22,6 +22,7 @@ std::optional<APform_invoice::CheckedEntry> APform_invoice::validate_edit() {
         tell(missing);
         return std::nullopt;
     }
+    if (!chosen_term()) return std::nullopt;
     CheckedEntry entry;
     if (!validate_lines_and_period(entry)) return std::nullopt;
     return entry;
@@ -35,7 +36,7 @@ bool APform_invoice::Update_record() {
         const auto entry = validate_edit();
         if (!entry) return false;
         txtdoctype.set("ip");  // whatever the kind; the stored one stays
-        frame::Transaction transaction(*context().dbe);
+        frame::Transaction transaction(context().dbe);
         saved = write_edit(*entry);
         if (saved) transaction.commit();
     } catch (const std::runtime_error& failure) {

@@ -22,6 +22,19 @@ void APform_invoice::each_stored_line(const std::function<void(Recordset& line)>
     }
 }
 
+// A number that was typed and not found stays in its field, above the document that is still on screen; what
+// is done to that document must not go under it. A document that is gone is told of by the act itself.
+bool APform_invoice::bears_its_number() {
+    bool bears = true;
+    step("number on screen", [&] {
+        const auto header = kernel().read(
+            fmt::format("SELECT docno FROM AP_header_table WHERE fkey = {}", quoted(txtfkey.text())));
+        bears = header.at_eof() || header.text("docno") == txtdocno.text();
+    });
+    if (!bears) tell(fmt::format("Document no. {} not found", txtdocno.text()));
+    return bears;
+}
+
 // --- void ---
 bool APform_invoice::refuses_void(bool is_void, int paid) {
     const char* refusal = is_void     ? "Invoice was void."
@@ -34,6 +47,7 @@ bool APform_invoice::refuses_void(bool is_void, int paid) {
 
 bool APform_invoice::may_void() {
     if (txtdocno.empty() || txtfkey.empty() || !shown_whole()) return false;
+    if (!bears_its_number()) return false;
     if (refuses_void(chkvoid.is_set(), chkpaid.value())) return false;
     const std::string& source = txtsource.text();
     if (source != "AP" && source != "AP-INVOICE") {
@@ -47,7 +61,7 @@ void APform_invoice::void_invoice() {
     if (!may_void()) return;
     bool done = false;
     try {
-        frame::Transaction transaction(*context().dbe);
+        frame::Transaction transaction(context().dbe);
         done = write_void();
         if (done) transaction.commit();
     } catch (const std::runtime_error& failure) {
@@ -94,7 +108,7 @@ void APform_invoice::give_back_owing_balance() {
 
 // --- hold ---
 bool APform_invoice::may_change_hold(const char* question, const char* title) {
-    if (txtdocno.empty() || txtfkey.empty()) return false;
+    if (txtdocno.empty() || txtfkey.empty() || !bears_its_number()) return false;
     const char* refusal = chkvoid.value() == 1   ? "Invoice was void."
                           : chkpaid.value() == 1 ? "Invoice was fully paid."
                                                  : nullptr;
@@ -115,7 +129,7 @@ void APform_invoice::release_hold() {
 void APform_invoice::change_hold(bool hold) {
     bool done = false;
     try {
-        frame::Transaction transaction(*context().dbe);
+        frame::Transaction transaction(context().dbe);
         done = write_hold(hold);
         if (done) transaction.commit();
     } catch (const std::runtime_error& failure) {

@@ -28,6 +28,9 @@ std::int64_t whole_number(double number, std::int64_t least, std::int64_t most) 
     return number < static_cast<double>(most) ? static_cast<std::int64_t>(number) : most;
 }
 
+// Larger amounts could not be held to the cent.
+constexpr int kWholeDigitsMax = 13;
+
 std::string format_money(double value) {
     const double cents = std::round(value * 100.0);
     const std::string digits = fmt::format("{:03.0f}", std::fabs(cents));
@@ -64,16 +67,18 @@ bool is_numeric(std::string_view text) {
     if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
     bool digit_seen = false;
     bool point_seen = false;
+    int whole_digits = 0;
     for (const char c : text) {
         if (is_digit(c)) {
             digit_seen = true;
+            if (!point_seen && (c != '0' || whole_digits > 0)) ++whole_digits;
         } else if (c == '.' && !point_seen) {
             point_seen = true;
         } else if (c != ',' || !digit_seen || point_seen) {
             return false;
         }
     }
-    return digit_seen;
+    return digit_seen && whole_digits <= kWholeDigitsMax;
 }
 
 }  // namespace brimley::kernel

@@ -25,7 +25,8 @@ namespace brimley::kernel {
 // hold any number where a count is meant.
 [[nodiscard]] std::int64_t whole_number(double number, std::int64_t least, std::int64_t most);
 
-// True for digits with a sign, thousands commas and decimals, blanks around them allowed.
+// True for digits with a sign, thousands commas and decimals, blanks around them allowed, that are no more
+// than a double holds to the cent: below 10,000,000,000,000.
 [[nodiscard]] bool is_numeric(std::string_view text);
 
 }  // namespace brimley::kernel

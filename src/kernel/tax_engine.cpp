@@ -76,6 +76,7 @@ double compute_tax(TaxMode mode, double amount, double base, double rate) {
     const double taxed = base > 0 ? amount + base : amount;
     switch (mode) {
         case TaxMode::gross_amount:
+            if (rate == -100) return 0;  // no amount has such a tax in it
             return Round((taxed / (1 + rate / 100)) * rate / 100);
         case TaxMode::taxable_amount:
             return Round(taxed * rate / 100);

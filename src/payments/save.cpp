@@ -122,7 +122,7 @@ bool APform_payment::insert_new_record() {
     try {
         const auto payment = validate_new();
         if (!payment) return false;
-        frame::Transaction transaction(*context().dbe);
+        frame::Transaction transaction(context().dbe);
         saved = write_new_payment(*payment);
         if (saved) transaction.commit();
     } catch (const std::runtime_error& failure) {

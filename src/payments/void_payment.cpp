@@ -30,7 +30,7 @@ void APform_payment::void_payment() {
     if (!may_void()) return;
     bool done = false;
     try {
-        frame::Transaction transaction(*context().dbe);
+        frame::Transaction transaction(context().dbe);
         done = write_void();
         if (done) transaction.commit();
     } catch (const std::runtime_error& failure) {

@@ -38,6 +38,10 @@ controls::Alignment alignment_of(double stored) {
     return controls::Alignment::left;
 }
 
+std::string caption_of(const Recordset& row) {
+    return row.field("Caption").is_null() ? " " : row.text("Caption");
+}
+
 // What the font bar changes; what the row leaves blank is as the grid has it by itself.
 void take_face(GridColumn& column, const Recordset& row) {
     column.font = {};
@@ -54,7 +58,7 @@ GridColumn column_of(const Recordset& row, int order) {
     GridColumn column;
     column.order = order;
     column.visible = row.flag("Visible");
-    column.caption = row.field("Caption").is_null() ? " " : row.text("Caption");
+    column.caption = caption_of(row);
     column.locked = row.flag("Locked");
     column.check_box = row.text("cell_type") == "dbgCheckBox";
     take_face(column, row);
@@ -67,6 +71,14 @@ GridColumn column_of(const Recordset& row, int order) {
     return column;
 }
 
+// The column of a row, or -1. They stand in one order as long as nobody else has moved columns since the grid
+// was built; after that the caption tells.
+int column_of_row(const Grid& grid, const Recordset& row, std::size_t place) {
+    const std::string caption = caption_of(row);
+    if (place < grid.columns.size() && grid.columns[place].caption == caption) return static_cast<int>(place);
+    return grid.get_column(caption);
+}
+
 // Walks the rows with their columns. A row that cannot be saved does not keep the others from it.
 template <class Change>
 void change_rows(const char* what, const Grid& grid, kernel::ModuleG3& kernel, const std::string& query,
@@ -76,10 +88,12 @@ void change_rows(const char* what, const Grid& grid, kernel::ModuleG3& kernel, c
     };
     step([&] {
         auto rows = kernel.change(query);
-        for (std::size_t i = 0; i < grid.columns.size() && !rows.at_eof(); ++i, rows.MoveNext()) {
+        for (std::size_t place = 0; !rows.at_eof(); ++place, rows.MoveNext()) {
+            const int column = column_of_row(grid, rows, place);
+            if (column < 0) continue;
             step([&] {
                 rows.Edit();
-                change(rows, grid.columns[i]);
+                change(rows, grid.columns[static_cast<std::size_t>(column)]);
                 rows.Update();
             });
         }
@@ -135,8 +149,10 @@ void restore_grid_fonts(Grid& grid, kernel::ModuleG3& kernel, std::string_view f
                         std::string_view grid_name) {
     auto rows = kernel.read(layout_query(form, grid_name));
     if (!rows.at_eof()) grid.row_height = accepted_row_height(rows.field("row_height"));
-    for (std::size_t i = 0; i < grid.columns.size() && !rows.at_eof(); ++i, rows.MoveNext())
-        take_face(grid.columns[i], rows);
+    for (std::size_t place = 0; !rows.at_eof(); ++place, rows.MoveNext()) {
+        const int column = column_of_row(grid, rows, place);
+        if (column >= 0) take_face(grid.columns[static_cast<std::size_t>(column)], rows);
+    }
     grid.rebind();
 }
 

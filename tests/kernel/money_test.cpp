@@ -79,6 +79,13 @@ TEST(Money, NumericTextsMayHaveSignCommasAndDecimals) {
         EXPECT_TRUE(is_numeric(text)) << text;
 }
 
+TEST(Money, AmountsBeyondTheCentAreNotNumeric) {
+    EXPECT_TRUE(is_numeric("9,999,999,999,999.99"));
+    EXPECT_TRUE(is_numeric("0000000000000000001"));
+    EXPECT_FALSE(is_numeric("10000000000000"));
+    EXPECT_FALSE(is_numeric("-" + std::string(400, '9')));
+}
+
 TEST(Money, OtherTextsAreNotNumeric) {
     for (const char* text : {"", " ", "abc", "12a", "1.2.3", "-", ".", ",5", "1.5,0", "1 2", "--5"})
         EXPECT_FALSE(is_numeric(text)) << text;

@@ -58,12 +58,19 @@ RandomSession::RandomSession(const std::string& company, std::uint64_t seed)
 
 const std::vector<RandomSession::Act>& RandomSession::acts() {
     static const std::vector<Act> kActs{
-        {"new", 40, &RandomSession::enter_document},       {"edit", 25, &RandomSession::edit_document},
-        {"void", 8, &RandomSession::void_document},        {"hold", 4, &RandomSession::hold_document},
-        {"release", 4, &RandomSession::release_document},  {"walk", 8, &RandomSession::walk},
-        {"taxes", 2, &RandomSession::look_at_taxes},       {"days", 6, &RandomSession::let_days_pass},
-        {"reopen", 3, &RandomSession::close_and_open},     {"pay", 30, &RandomSession::pay_items},
-        {"void payment", 8, &RandomSession::void_payment}, {"edit payment", 3, &RandomSession::edit_payment},
+        {"new", 40, &RandomSession::enter_document},
+        {"template", 4, &RandomSession::enter_template},
+        {"edit", 25, &RandomSession::edit_document},
+        {"void", 8, &RandomSession::void_document},
+        {"hold", 4, &RandomSession::hold_document},
+        {"release", 4, &RandomSession::release_document},
+        {"walk", 8, &RandomSession::walk},
+        {"taxes", 2, &RandomSession::look_at_taxes},
+        {"days", 6, &RandomSession::let_days_pass},
+        {"reopen", 3, &RandomSession::close_and_open},
+        {"pay", 30, &RandomSession::pay_items},
+        {"void payment", 8, &RandomSession::void_payment},
+        {"edit payment", 3, &RandomSession::edit_payment},
     };
     return kActs;
 }
@@ -91,6 +98,7 @@ std::vector<std::string> RandomSession::findings() {
         found = company::check_books(*reader_.database);
     }
     expect_count("documents", "SELECT fkey FROM AP_header_table", tally_.saved, found);
+    expect_count("templates", "SELECT fkey FROM AP_recur_header_table", tally_.templates, found);
     expect_count("void documents", "SELECT fkey FROM AP_header_table WHERE void = TRUE", tally_.voided,
                  found);
     expect_count("documents on hold", "SELECT fkey FROM AP_header_table WHERE hold = TRUE",
@@ -121,6 +129,7 @@ void RandomSession::count_messages() {
                 used_vendors_.push_back(shown("cmbvendor"));
             }
         }
+        if (message == "Add Recurring invoice complete") ++tally_.templates;
         if (message == "Update complete") ++tally_.updated;
         if (message == "Update failed.") ++tally_.update_failed;
         if (ends(" is void.")) ++tally_.voided;
@@ -181,6 +190,26 @@ void RandomSession::enter_document() {
     leave_without_saving(kNew);
 }
 
+void RandomSession::enter_template() {
+    press(kNew);
+    if (!pressed(kNew)) return;
+    run("check chkrecur");
+    set("txtrecurname", "Rent " + std::to_string(chance_.below(100)));
+    set("cmbvendor", chance_.one_of(vendors_));
+    set("cmbterm", chance_.one_of(terms_));
+    press(1011);
+    set("cmbfreq", chance_.percent(50) ? "monthly" : "quarterly");
+    set("txtrecurdate", std::to_string(chance_.below(33)));
+    set("txteffectdate", date());
+    set("txtexpiredate", date());
+    const int lines = chance_.between(1, 3);
+    for (int row = 0; row < lines; ++row)
+        enter_line(row);
+    press(101);
+    leave_without_saving(kNew);
+    press(1002);
+}
+
 void RandomSession::edit_document() {
     if (!go_to_some_document()) return;
     press(kEdit);
@@ -210,7 +239,7 @@ void RandomSession::release_document() {
 }
 
 void RandomSession::walk() {
-    static const std::vector<int> kWays{107, 107, 108, 109, 136, 1002, 1003, 1004, 1012, 1013};
+    static const std::vector<int> kWays{107, 107, 108, 109, 136, 1005, 1002, 1003, 1004, 1012, 1013};
     const int steps = chance_.between(1, 4);
     for (int i = 0; i < steps; ++i)
         press(chance_.one_of(kWays));

@@ -60,13 +60,15 @@ class RandomSession {
     [[nodiscard]] std::string printed() const { return out_.str(); }
     // How often each message came.
     struct Tally {
-        int saved = 0, refused = 0, updated = 0, update_failed = 0, voided = 0, held = 0, released = 0;
+        int saved = 0, refused = 0, templates = 0, updated = 0, update_failed = 0, voided = 0, held = 0,
+            released = 0;
         int payments = 0, payments_refused = 0, payments_voided = 0, payment_voids_failed = 0;
     };
     [[nodiscard]] const Tally& tally() const { return tally_; }
 
   private:
     void enter_document();
+    void enter_template();
     void edit_document();
     void void_document();
     void hold_document();

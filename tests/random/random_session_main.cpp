@@ -50,11 +50,11 @@ int run(const Options& options) {
     }
     const RandomSession::Tally& tally = session.tally();
     std::cout << fmt::format(
-        "{} acts: {} saved, {} refused, {} updated, {} updates failed, {} void, {} held, {} released; "
-        "payments: {} saved, {} refused, {} void, {} voids failed\n",
-        options.acts, tally.saved, tally.refused, tally.updated, tally.update_failed, tally.voided,
-        tally.held, tally.released, tally.payments, tally.payments_refused, tally.payments_voided,
-        tally.payment_voids_failed);
+        "{} acts: {} saved, {} refused, {} templates, {} updated, {} updates failed, {} void, {} held, {} "
+        "released; payments: {} saved, {} refused, {} void, {} voids failed\n",
+        options.acts, tally.saved, tally.refused, tally.templates, tally.updated, tally.update_failed,
+        tally.voided, tally.held, tally.released, tally.payments, tally.payments_refused,
+        tally.payments_voided, tally.payment_voids_failed);
     return 0;
 }
 

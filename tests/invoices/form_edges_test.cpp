@@ -1,0 +1,62 @@
+// The invoice form where a host or the company gives it less than it might expect.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "presentation/colours.h"
+#include "support/sample_host.h"
+
+namespace brimley::testing {
+
+using controls::Refusal;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class FormEdges : public ::testing::Test {
+  protected:
+    invoices::APform_invoice& show() {
+        user.ap.showform_APform_invoice();
+        return *user.ap.frm_invoice;
+    }
+
+    CompanyCopy company{sample_original()};
+    DeskOfUser user{company.open()};
+};
+
+TEST_F(FormEdges, EvenRowsArePaintedAsTheCompanyLastChose) {
+    company.db().Execute("UPDATE Recent_value_table SET [Value] = '1' WHERE control_name = 'evenrow_color'");
+    EXPECT_EQ(show().dbgrid1.even_row_colour, presentation::brimley_palette()[presentation::kEvenRowSlot]);
+    company.db().Execute("UPDATE Recent_value_table SET [Value] = '0' WHERE control_name = 'evenrow_color'");
+    EXPECT_EQ(show().dbgrid1.even_row_colour, controls::kWhite);
+    company.db().Execute("DELETE * FROM Recent_value_table");
+    EXPECT_EQ(show().dbgrid1.even_row_colour, controls::kWhite);
+}
+
+TEST_F(FormEdges, HostWithoutAWorkspaceIsToldThatTheSaveFailed) {
+    user.ap.dbe = nullptr;
+    auto& form = show();
+    enter(form, {"Invoice", "V1001", "USD", "", {{"5000", "NOTAX", "gross amount", "10"}}});
+    EXPECT_EQ(form.press(101), Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new Invoice failed"));
+    EXPECT_EQ(form.mode(), frame::Mode::new_entry);
+    EXPECT_EQ(company.list("SELECT docno FROM AP_header_table"), "");
+}
+
+TEST_F(FormEdges, ControlsOfAClosedFormAreOutOfReach) {
+    auto& form = show();
+    EXPECT_EQ(form.txtdocno.type("IP-26-00001"), Refusal::none);
+    form.unload_form();
+    EXPECT_EQ(form.txtdocno.type("IP-26-00002"), Refusal::hidden);
+    EXPECT_EQ(form.txtdocno.press_enter(), Refusal::hidden);
+    EXPECT_EQ(form.dbgrid1.visit_cell(0, 0), Refusal::hidden);
+    EXPECT_EQ(form.txtdocno.text(), "IP-26-00001");
+    EXPECT_THAT(user.messages(), IsEmpty());
+}
+
+TEST_F(FormEdges, HiddenColumnIsNotReached) {
+    auto& form = show();
+    form.dbgrid1.columns[3].visible = false;
+    EXPECT_EQ(form.dbgrid1.visit_cell(0, 3), Refusal::hidden);
+    EXPECT_EQ(form.dbgrid1.column(), 0);
+}
+
+}  // namespace brimley::testing
