@@ -84,6 +84,21 @@ void TextArray::set(int row, int column, std::string_view text) {
     if (!copy.empty()) append_cell(cells, column, copy);
 }
 
+void TextArray::set_row(int row, std::span<const CellText> cells) {
+    if (row < 0) return;
+    if (row >= rows()) rows_.resize(static_cast<std::size_t>(row) + 1);
+    std::vector<char> filled;
+    std::size_t size = 0;
+    for (const CellText& cell : cells)
+        size += cell.text.size() + 2 + sizeof(std::uint32_t);
+    filled.reserve(size);
+    for (const CellText& cell : cells) {
+        if (cell.column >= 0 && cell.column <= kColumnMax && !cell.text.empty())
+            append_cell(filled, cell.column, cell.text);
+    }
+    rows_[static_cast<std::size_t>(row)].assign(filled.begin(), filled.end());
+}
+
 void TextArray::clear_row(int row) {
     if (row >= 0 && row < rows()) rows_[static_cast<std::size_t>(row)].clear();
 }

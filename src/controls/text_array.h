@@ -5,6 +5,7 @@
 // to it.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,12 @@ class TextArray {
     [[nodiscard]] std::string_view get(int row, int column) const;
     // A column below 0 (a caption that the grid does not have) is ignored, as is one above 254.
     void set(int row, int column, std::string_view text);
+    // The row holds these cells then and nothing else. Each column comes once.
+    struct CellText {
+        int column;
+        std::string_view text;
+    };
+    void set_row(int row, std::span<const CellText> cells);
     void clear_row(int row);
     void insert_row(int row);  // an empty row; the ones from `row` on move down
     void delete_row(int row);  // the ones below move up

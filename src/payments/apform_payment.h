@@ -130,8 +130,7 @@ class APform_payment : public frame::DocumentForm {
         [[nodiscard]] double sum() const { return pay + discount + writeoff; }
         [[nodiscard]] bool any() const { return pay != 0 || discount != 0 || writeoff != 0; }
     };
-    // Where the columns of the list stand.
-    struct Places;
+    struct Listing;
 
     // entry.cpp
     void initform_control();
@@ -157,9 +156,10 @@ class APform_payment : public frame::DocumentForm {
     // items.cpp
     void init_grid();
     void clear_lines();
+    void take_out_row(int row);
     void add_open_items(store::Recordset& items);
-    void add_open_item(const store::Recordset& item, const Places& places, bool came_from);
-    [[nodiscard]] double discount_offer(const store::Recordset& item, bool came_from);
+    void add_open_item(const store::Recordset& item, Listing& listing, bool came_from);
+    [[nodiscard]] double discount_offer(const store::Recordset& item, bool came_from, store::DateTime today);
     [[nodiscard]] std::string prepay_account(const std::string& fkey);
     void load_line(int row, const store::Recordset& line);
 
@@ -173,6 +173,10 @@ class APform_payment : public frame::DocumentForm {
     void set_cell_money(int row, const char* caption, double amount);
     [[nodiscard]] bool row_is_foreign(int row) const;
     [[nodiscard]] RowAmounts amounts_of(int row) const;
+    void touch(int row);
+    [[nodiscard]] bool touched(int row) const {
+        return row < static_cast<int>(touched_rows.size()) && touched_rows[static_cast<std::size_t>(row)];
+    }
 
     // save.cpp
     [[nodiscard]] std::optional<CheckedPayment> validate_new();
@@ -216,6 +220,8 @@ class APform_payment : public frame::DocumentForm {
     class Matching;
 
     int last_row = -1;  // of the list
+    // The rows in which anything was entered: of a long list few are paid, and only these are looked at.
+    std::vector<bool> touched_rows;
     controls::DropDown dd1, dd2;
     std::string default_discount_accno, default_writeoff_accno;
     std::string gain_accno, loss_accno;  // GL realized gain and loss accounts

@@ -22,7 +22,13 @@ bool APform_payment::row_is_foreign(int row) const {
     return dbgrid1.cell(row, "currency") != context().BASE_CURRENCY;
 }
 
+void APform_payment::touch(int row) {
+    if (row >= static_cast<int>(touched_rows.size())) touched_rows.resize(static_cast<std::size_t>(row) + 1);
+    touched_rows[static_cast<std::size_t>(row)] = true;
+}
+
 APform_payment::RowAmounts APform_payment::amounts_of(int row) const {
+    if (!touched(row)) return {};
     return {cell_money(row, "pay amount"), cell_money(row, "discount taken"), cell_money(row, "write-off")};
 }
 
@@ -43,6 +49,7 @@ void APform_payment::dbgrid1_BeforeColUpdate(CellEdit& edit) {
         edit.cancel = true;
     };
     const int row = edit.row;
+    touch(row);
     if (!edit.new_text.empty() && !is_numeric(edit.new_text)) {
         // A word in place of an amount means the whole item.
         if (!pays) return refuse(takes ? "discount taken is invalid" : "write-off is invalid");
@@ -80,6 +87,7 @@ void APform_payment::dbgrid1_BeforeColUpdate(CellEdit& edit) {
 void APform_payment::dbgrid1_AfterColUpdate(int column) {
     const std::string& caption = dbgrid1.columns.at(static_cast<std::size_t>(column)).caption;
     const bool moves_base = caption == "pay amount" || caption == "payment exch rate";
+    touch(dbgrid1.row());
     if (moves_base) update_base_amount(dbgrid1.row());
     if (moves_base || caption == "discount taken" || caption == "write-off") update_total_payment();
 }
@@ -97,6 +105,7 @@ void APform_payment::update_base_amount(int row) {
 // Stepping into an empty cell pays the item in full, with the discount taken.
 void APform_payment::enter_pay_amount(int row) {
     if (!dbgrid1.cell(row, "pay amount").empty() || dbgrid1.cell(row, "open amount").empty()) return;
+    touch(row);
     if (!(cell_money(row, "discount taken") > 0))
         dbgrid1.set_cell(row, "discount taken", dbgrid1.cell(row, "discount available"));
     const RowAmounts amounts = amounts_of(row);
@@ -119,6 +128,7 @@ void APform_payment::update_total_payment() {
     std::string currency;
     bool mixed = false;
     for (int row = 0; row <= last_row; ++row) {
+        if (!touched(row)) continue;
         total += cell_money(row, "pay amount");
         const double base = cell_money(row, "base-currency amount");
         total_base += base;

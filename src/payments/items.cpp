@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 
 #include "kernel/money.h"
 #include "payments/apform_payment.h"
@@ -83,30 +84,54 @@ constexpr std::array kLineColumns{
 
 }  // namespace
 
-// Captions are looked for once a list, not once a cell.
-struct APform_payment::Places {
-    explicit Places(const controls::Grid& grid)
-        : on_due(grid.get_column("on due")),
-          docno(grid.get_column("AP document no")),
-          invoice_no(grid.get_column("invoice no")),
-          pay_item(grid.get_column("pay item")),
-          gross(grid.get_column("gross amount")),
-          open(grid.get_column("open amount")),
-          invoice_date(grid.get_column("invoice date")),
-          due_date(grid.get_column("due date")),
-          taken(grid.get_column("discount taken")),
-          writeoff(grid.get_column("write-off")),
-          discount_accno(grid.get_column("discount account")),
-          writeoff_accno(grid.get_column("write-off account")),
-          available(grid.get_column("discount available")),
-          percent(grid.get_column("discount percent")),
-          doctype(grid.get_column("document type")),
-          prepay_accno(grid.get_column("prepay account")),
-          currency(grid.get_column("currency")),
-          invoice_rate(grid.get_column("invoice exch rate")) {}
+// What is the same for all rows of a list: found once, not once a cell.
+struct APform_payment::Listing {
+    struct Places {
+        explicit Places(const controls::Grid& grid)
+            : on_due(grid.get_column("on due")),
+              docno(grid.get_column("AP document no")),
+              invoice_no(grid.get_column("invoice no")),
+              pay_item(grid.get_column("pay item")),
+              gross(grid.get_column("gross amount")),
+              open(grid.get_column("open amount")),
+              invoice_date(grid.get_column("invoice date")),
+              due_date(grid.get_column("due date")),
+              taken(grid.get_column("discount taken")),
+              writeoff(grid.get_column("write-off")),
+              discount_accno(grid.get_column("discount account")),
+              writeoff_accno(grid.get_column("write-off account")),
+              available(grid.get_column("discount available")),
+              percent(grid.get_column("discount percent")),
+              doctype(grid.get_column("document type")),
+              prepay_accno(grid.get_column("prepay account")),
+              currency(grid.get_column("currency")),
+              invoice_rate(grid.get_column("invoice exch rate")) {}
 
-    int on_due, docno, invoice_no, pay_item, gross, open, invoice_date, due_date, taken, writeoff,
-        discount_accno, writeoff_accno, available, percent, doctype, prepay_accno, currency, invoice_rate;
+        int on_due, docno, invoice_no, pay_item, gross, open, invoice_date, due_date, taken, writeoff,
+            discount_accno, writeoff_accno, available, percent, doctype, prepay_accno, currency, invoice_rate;
+    };
+
+    explicit Listing(APform_payment& form)
+        : places(form.dbgrid1),
+          today(form.desk().now().date_only()),
+          paid_on(form.date_in(form.txtpaydate)),
+          form_(form) {}
+    // Many items share their days.
+    const std::string& date_text(const std::optional<store::DateTime>& date) {
+        static const std::string kNone;
+        if (!date) return kNone;
+        const auto [text, is_new] = dates_.try_emplace(date->day);
+        if (is_new) text->second = form_.date_text(*date);
+        return text->second;
+    }
+
+    Places places;
+    store::DateTime today;
+    std::optional<store::DateTime> paid_on;
+
+  private:
+    APform_payment& form_;
+    std::unordered_map<std::int32_t, std::string> dates_;
 };
 
 void APform_payment::init_grid() {
@@ -130,6 +155,7 @@ void APform_payment::save_grid() {
 
 void APform_payment::clear_lines() {
     last_row = -1;
+    touched_rows.clear();
     dbgrid1.array.dimension(kRowsMin);
     dbgrid1.go_to(0, 0);
     dbgrid1.rebind();
@@ -151,25 +177,25 @@ void APform_payment::list_vendor_invoice(const std::string& vendor_no) {
 
 // The document that the user came from stands first, then everything else in its order.
 void APform_payment::add_open_items(Recordset& items) {
-    const Places places(dbgrid1);
+    Listing listing(*this);
     if (!selected_docno.empty()) {
         const std::string criteria = "[docno] = " + quoted(selected_docno);
         for (items.FindFirst(criteria); !items.NoMatch(); items.FindNext(criteria))
-            add_open_item(items, places, true);
+            add_open_item(items, listing, true);
     }
     for (items.MoveFirst(); !items.at_eof(); items.MoveNext()) {
         if (selected_docno.empty() || items.column(kDocno).text() != selected_docno)
-            add_open_item(items, places, false);
+            add_open_item(items, listing, false);
     }
 }
 
 // By today's date, whatever the payment's; of what is still open, not of the gross.
-double APform_payment::discount_offer(const Recordset& item, bool came_from) {
+double APform_payment::discount_offer(const Recordset& item, bool came_from, store::DateTime today) {
     if (came_from && item.column(kDiscountTaken).number() > 0) return 0;
     const double percent = item.column(kEarlyDiscount).number();
     const auto until = item.column(kDiscountDate).date();
     if (!until || !(percent > 0)) return 0;
-    if (desk().now().date_only() > until->date_only()) return 0;
+    if (today > until->date_only()) return 0;
     return Round(item.column(kOpen).number() * percent / 100);
 }
 
@@ -179,32 +205,47 @@ std::string APform_payment::prepay_account(const std::string& fkey) {
     return header.at_eof() ? std::string{} : header.text("prepayment_accno");
 }
 
-void APform_payment::add_open_item(const Recordset& item, const Places& places, bool came_from) {
-    const int row = ++last_row;
-    const auto set = [&](int column, const std::string& text) { dbgrid1.array.set(row, column, text); };
+void APform_payment::add_open_item(const Recordset& item, Listing& listing, bool came_from) {
+    const Listing::Places& at = listing.places;
     const double gross = item.column(kGross).number();
     const auto due = item.column(kDueDate).date();
-    const auto paid_on = date_in(txtpaydate);
-    set(places.on_due, gross > 0 && due && paid_on && due->date_only() <= *paid_on ? "True" : "False");
-    set(places.docno, item.column(kDocno).text());
-    set(places.invoice_no, item.column(kInvoiceNo).text());
-    set(places.pay_item, item.column(kPayItem).text());
-    set(places.gross, format_money(gross));
-    set(places.open, format_money(item.column(kOpen).number()));
-    set(places.invoice_date, date_text(item.column(kInvoiceDate)));
-    if (came_from || gross > 0) set(places.due_date, date_text(item.column(kDueDate)));
-    set(places.taken, "0");
-    set(places.writeoff, "0");
-    set(places.discount_accno, default_discount_accno);
-    set(places.writeoff_accno, default_writeoff_accno);
-    set(places.available, format_money(discount_offer(item, came_from)));
-    set(places.percent, item.column(kEarlyDiscount).text());
+    const bool on_due = gross > 0 && due && listing.paid_on && due->date_only() <= *listing.paid_on;
+    const std::string docno = item.column(kDocno).text();
     const std::string doctype = item.column(kDoctype).text();
-    set(places.doctype, doctype);
-    if (doctype == "pp") set(places.prepay_accno, prepay_account(item.column(kFkey).text()));
     const std::string currency = item.column(kCurrency).text();
-    set(places.currency, currency);
-    if (currency != context().BASE_CURRENCY) set(places.invoice_rate, item.column(kRate).text());
+    const bool foreign_item = currency != context().BASE_CURRENCY;
+    const std::string invoice_no = item.column(kInvoiceNo).text();
+    const std::string pay_item = item.column(kPayItem).text();
+    const std::string gross_text = format_money(gross);
+    const double open = item.column(kOpen).number();
+    const std::string open_text = open == gross ? gross_text : format_money(open);
+    const std::string available = format_money(discount_offer(item, came_from, listing.today));
+    const std::string percent = item.column(kEarlyDiscount).text();
+    const std::string prepay = doctype == "pp" ? prepay_account(item.column(kFkey).text()) : std::string{};
+    const std::string rate = foreign_item ? item.column(kRate).text() : std::string{};
+    const std::string invoice_date = listing.date_text(item.column(kInvoiceDate).date());
+    const std::string due_date = came_from || gross > 0 ? listing.date_text(due) : std::string{};
+    const controls::TextArray::CellText cells[] = {
+        {at.on_due, on_due ? "True" : "False"},
+        {at.docno, docno},
+        {at.invoice_no, invoice_no},
+        {at.pay_item, pay_item},
+        {at.gross, gross_text},
+        {at.open, open_text},
+        {at.invoice_date, invoice_date},
+        {at.due_date, due_date},
+        {at.taken, "0"},
+        {at.writeoff, "0"},
+        {at.discount_accno, default_discount_accno},
+        {at.writeoff_accno, default_writeoff_accno},
+        {at.available, available},
+        {at.percent, percent},
+        {at.doctype, doctype},
+        {at.prepay_accno, prepay},
+        {at.currency, currency},
+        {at.invoice_rate, rate},
+    };
+    dbgrid1.array.set_row(++last_row, cells);
 }
 
 void APform_payment::load_line(int row, const Recordset& line) {
@@ -223,20 +264,28 @@ void APform_payment::assign2_dbgrid1(Recordset& lines) {
     dbgrid1.array.dimension(std::max(kRowsMin, static_cast<int>(lines.RecordCount()) + kRowsSpare));
     for (; !lines.at_eof(); lines.MoveNext())
         load_line(++last_row, lines);
+    touched_rows.assign(static_cast<std::size_t>(last_row + 1), true);
     dbgrid1.rebind();
 }
 
 void APform_payment::insert_line() {
     if (!dbgrid1.allow_add_new) return;
-    dbgrid1.array.insert_row(dbgrid1.row());
+    const int row = dbgrid1.row();
+    dbgrid1.array.insert_row(row);
+    if (row < static_cast<int>(touched_rows.size())) touched_rows.insert(touched_rows.begin() + row, true);
     ++last_row;
     update_total_payment();
 }
 
+void APform_payment::take_out_row(int row) {
+    dbgrid1.array.delete_row(row);
+    if (row < static_cast<int>(touched_rows.size())) touched_rows.erase(touched_rows.begin() + row);
+    if (row <= last_row) --last_row;
+}
+
 void APform_payment::delete_line() {
     if (!dbgrid1.allow_delete) return;
-    dbgrid1.array.delete_row(dbgrid1.row());
-    if (dbgrid1.row() <= last_row) --last_row;
+    take_out_row(dbgrid1.row());
     update_total_payment();
 }
 

@@ -64,9 +64,11 @@ void APform_payment::fill_line(Recordset& lines, const Recordset& header, int ro
 }
 
 bool APform_payment::pay_item(int row, const RowAmounts& amounts) {
-    auto item = kernel().change(
-        fmt::format("SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",
-                    quoted(dbgrid1.cell(row, "AP document no")), quoted(dbgrid1.cell(row, "pay item"))));
+    auto item = kernel().change(fmt::format(
+        "SELECT "
+        "open_amount,paid_amount,discount_taken,writeoff,paid,void,hold,fkey,company,Source,source_docno "
+        "FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",
+        quoted(dbgrid1.cell(row, "AP document no")), quoted(dbgrid1.cell(row, "pay item"))));
     if (item.at_eof()) return false;
     item.Edit();
     // Another desk may have paid, voided or held the item since it was listed here.

@@ -238,9 +238,7 @@ void APform_payment::chkselect_click(bool on_due_only) {
         return;
     }
     for (int row = last_row; row >= 0; --row) {
-        if (dbgrid1.cell(row, "on due") == "True") continue;
-        dbgrid1.array.delete_row(row);
-        --last_row;
+        if (dbgrid1.cell(row, "on due") != "True") take_out_row(row);
     }
     update_total_payment();
 }

@@ -1,0 +1,238 @@
+// What paying costs: listing the open items of a vendor, and saving one payment of many of them, each against
+// bare prepared statements that read and write the same on the same file.
+//
+//   bench-pay-items [STORED] [OPEN] [PAID] [FOLDER]
+#include <fmt/format.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <vector>
+
+#include "bench_host.h"
+#include "company/create.h"
+
+namespace {
+
+using brimley::bench::BenchHost;
+using brimley::bench::must;
+
+constexpr int kRounds = 7;
+
+double cpu_ms() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+// The median of several rounds.
+template <class Work>
+double median_ms(Work&& work) {
+    std::vector<double> rounds;
+    for (int i = 0; i < kRounds; ++i) {
+        const double before = cpu_ms();
+        work();
+        rounds.push_back(cpu_ms() - before);
+    }
+    std::sort(rounds.begin(), rounds.end());
+    return rounds[kRounds / 2];
+}
+
+class Bare {
+  public:
+    explicit Bare(const std::string& company) {
+        if (sqlite3_open_v2(company.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) !=
+            SQLITE_OK)
+            throw std::runtime_error(sqlite3_errmsg(db_));
+        exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL");
+    }
+    ~Bare() {
+        for (sqlite3_stmt* statement : statements_)
+            sqlite3_finalize(statement);
+        sqlite3_close(db_);
+    }
+    Bare(const Bare&) = delete;
+    Bare& operator=(const Bare&) = delete;
+
+    void exec(const std::string& sql) {
+        if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+            throw std::runtime_error(sqlite3_errmsg(db_) + (": " + sql));
+    }
+    sqlite3_stmt* prepare(const std::string& sql) {
+        sqlite3_stmt* statement = nullptr;
+        if (sqlite3_prepare_v3(db_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr) !=
+            SQLITE_OK)
+            throw std::runtime_error(sqlite3_errmsg(db_) + (": " + sql));
+        statements_.push_back(statement);
+        return statement;
+    }
+    // Steps to the end and reads every column of every row. Returns the rows.
+    static int drain(sqlite3_stmt* statement) {
+        int rows = 0;
+        std::size_t read = 0;
+        while (sqlite3_step(statement) == SQLITE_ROW) {
+            for (int column = 0; column < sqlite3_column_count(statement); ++column)
+                read +=
+                    sqlite3_column_type(statement, column) == SQLITE_TEXT
+                        ? std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement, column)))
+                              .size()
+                        : static_cast<std::size_t>(sqlite3_column_double(statement, column) != 0);
+            ++rows;
+        }
+        sqlite3_reset(statement);
+        return read == static_cast<std::size_t>(-1) ? 0 : rows;
+    }
+
+    // Items numbered from 1: the first `open` are the vendor's, the rest belong to a thousand others.
+    void fill(int stored, int open) {
+        exec("BEGIN");
+        exec(fmt::format(
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < {}) "
+            "INSERT INTO AP_header_table (fkey, docno, company, doctype, vendor_no, Currency, Source, paid, "
+            "fully_paid, void, hold) SELECT '1ip-' || i, 'IP-26-' || printf('%07d', i), '1', 'ip', CASE WHEN "
+            "i <= "
+            "{} THEN 'V1001' ELSE 'W' || (i % 1000) END, 'USD', 'AP-INVOICE', 0, 0, 0, 0 FROM n",
+            stored, open));
+        exec(
+            "INSERT INTO AP_transaction_table (fkey, docno, company, doctype, vendor_no, invoice_no, "
+            "invoice_date, due_date, Currency, Source, early_discount, pay_item, gross_amount, open_amount, "
+            "ap_accno, po_accno, Description, user_created, paid, void, hold) SELECT fkey, docno, company, "
+            "doctype, vendor_no, 'R-' || fkey, 2461115.5, 2461145.5, Currency, Source, 0, '1', 100, 100, "
+            "'2000', "
+            "'5000', 'Green coffee, 20 bags', 'anna', 0, 0, 0 FROM AP_header_table");
+        exec("COMMIT");
+        exec("PRAGMA wal_checkpoint(TRUNCATE)");
+    }
+
+    int list() {
+        if (list_ == nullptr)
+            list_ = prepare(
+                "SELECT docno, invoice_no, pay_item, gross_amount, open_amount, invoice_date, due_date, "
+                "early_discount, discount_date, discount_taken, doctype, Currency, exchange_rate, fkey FROM "
+                "AP_transaction_table WHERE vendor_no = 'V1001' AND paid = 0 AND void = 0 AND hold = 0 ORDER "
+                "BY "
+                "docno, pay_item");
+        return drain(list_);
+    }
+
+    // The writes of one payment that grow with its items: line, item, and the look at what is left of the
+    // document with its flags.
+    void pay(int from, int items) {
+        if (line_ == nullptr) prepare_payment();
+        exec("BEGIN IMMEDIATE");
+        for (int i = from; i < from + items; ++i) {
+            const std::string docno = fmt::format("IP-26-{:07}", i);
+            const std::string fkey = fmt::format("1ip-{}", i);
+            bind(line_, {docno, "R-" + fkey});
+            sqlite3_bind_int(line_, 3, i);
+            drain(line_);
+            bind(item_, {docno});
+            drain(item_);
+            bind(left_, {fkey});
+            drain(left_);
+            bind(flags_, {fkey});
+            drain(flags_);
+        }
+        exec("COMMIT");
+    }
+
+  private:
+    static void bind(sqlite3_stmt* statement, const std::vector<std::string>& values) {
+        for (std::size_t i = 0; i < values.size(); ++i)
+            sqlite3_bind_text(statement, static_cast<int>(i + 1), values[i].c_str(),
+                              static_cast<int>(values[i].size()), SQLITE_TRANSIENT);
+    }
+    void prepare_payment() {
+        line_ = prepare(
+            "INSERT INTO Payment_transaction_table (fkey, docno, company, vendor_no, payment_date, item_no, "
+            "ap_docno, pay_item, ap_doctype, invoice_no, invoice_date, gross_amount, open_amount, "
+            "pay_amount, "
+            "discount_available, discount_taken, writeoff, balance, Currency, pay_base_amount, date_created, "
+            "time_created, user_created, computer_id, void) VALUES ('1py-900', 'PY-26-00900', 1, 'V1001', "
+            "2461115.5, ?3, ?1, 1, 'ip', ?2, 2461115.5, 100, 100, 100, 0, 0, 0, 0, 'USD', 100, 2461115.5, "
+            "'00:00:00', 'anna', 'BENCH', 0)");
+        item_ = prepare(
+            "UPDATE AP_transaction_table SET open_amount = 0, paid_amount = 100, paid = 1 WHERE docno = ?1 "
+            "AND "
+            "company = '1' AND pay_item = '1'");
+        left_ = prepare("SELECT fkey FROM AP_transaction_table WHERE fkey = ?1 AND paid = 0");
+        flags_ = prepare("UPDATE AP_header_table SET paid = 1, fully_paid = 1 WHERE fkey = ?1");
+    }
+
+    sqlite3* db_ = nullptr;
+    std::vector<sqlite3_stmt*> statements_;
+    sqlite3_stmt *list_ = nullptr, *line_ = nullptr, *item_ = nullptr, *left_ = nullptr, *flags_ = nullptr;
+};
+
+void measure_listing(BenchHost& host, Bare& bare) {
+    auto& form = *host.ap.frm_payment;
+    const int rows = bare.list();
+    const double bare_ms = median_ms([&] { static_cast<void>(bare.list()); });
+    const double form_ms = median_ms([&] { form.list_vendor_invoice("V1001"); });
+    if (form.dbgrid1.array.used_rows() != rows) throw std::runtime_error("the list is not the query's");
+    fmt::print("list {} items: bare {:.2f} ms, form {:.2f} ms, ratio {:.2f}\n", rows, bare_ms, form_ms,
+               form_ms / bare_ms);
+}
+
+void enter(brimley::payments::APform_payment& form, int items) {
+    if (form.mode() == brimley::frame::Mode::read) must(form.press(105));
+    must(form.cmbvendor.type("V1001"));
+    must(form.cmbpayby.type("Cash"));
+    must(form.cmbcash.type("1000"));
+    const int column = form.dbgrid1.get_column("pay amount");
+    for (int row = 0; row < items; ++row)
+        must(form.dbgrid1.visit_cell(row, column));
+    must(form.txtpayment.type(form.txttotal.text()));
+}
+
+// In turns, each on items of its own; the median of what one item takes. The bare side takes the vendor's
+// last items, the form the first of the list.
+void measure_payment(BenchHost& host, Bare& bare, int open, int items) {
+    auto& form = *host.ap.frm_payment;
+    std::vector<double> form_ms;
+    std::vector<double> bare_ms;
+    for (int round = 0; round < kRounds; ++round) {
+        enter(form, items);
+        const double before = cpu_ms();
+        must(form.press(101));
+        const double between = cpu_ms();
+        bare.pay(open - (round + 1) * items + 1, items);
+        bare_ms.push_back(cpu_ms() - between);
+        form_ms.push_back(between - before);
+        if (form.mode() != brimley::frame::Mode::read) throw std::runtime_error(host.desk.messages.back());
+    }
+    std::sort(form_ms.begin(), form_ms.end());
+    std::sort(bare_ms.begin(), bare_ms.end());
+    const double form_us = form_ms[kRounds / 2] * 1000 / items;
+    const double bare_us = bare_ms[kRounds / 2] * 1000 / items;
+    fmt::print("pay {} items: bare {:.1f} us an item, form {:.1f} us an item, ratio {:.2f}\n", items, bare_us,
+               form_us, form_us / bare_us);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int stored = argc > 1 ? std::atoi(argv[1]) : 1'000'000;
+    const int open = argc > 2 ? std::atoi(argv[2]) : 5'000;
+    const int items = argc > 3 ? std::atoi(argv[3]) : 200;
+    const std::filesystem::path folder = argc > 4 ? argv[4] : std::filesystem::temp_directory_path();
+    const std::string company = (folder / "bench-pay-items.brimley").string();
+    const auto remove = [&] {
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(company + suffix);
+    };
+    remove();
+    brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
+    {
+        Bare bare(company);
+        bare.fill(stored, open);
+        BenchHost host(company);
+        host.ap.showform_APform_payment();
+        must(host.ap.frm_payment->press(105));
+        measure_listing(host, bare);
+        measure_payment(host, bare, open, items);
+    }
+    remove();
+    return 0;
+}
