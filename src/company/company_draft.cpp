@@ -84,6 +84,7 @@ bool DraftFolder::try_hold(const std::string& company) {
     if (lock < 0) {
         const int reason = errno;
         if (reason == ENOENT && ::lstat(folder_.c_str(), &status) != 0) return false;
+        ::rmdir(folder_.c_str());  // goes only when it is empty
         fail(company, reason);
     }
     if (::flock(lock, LOCK_EX | LOCK_NB) != 0) {

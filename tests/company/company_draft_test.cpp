@@ -2,6 +2,7 @@
 #include "company/company_draft.h"
 
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -115,6 +116,19 @@ TEST_F(Draft, CompanyThatAnotherProgramIsMakingIsRefusedAndLeftToIt) {
     ::close(other);
     company::create_company_file(place(), company::EmptyCompany{});
     EXPECT_THAT(names(), ElementsAre("books.company"));
+}
+
+TEST_F(Draft, FolderThatCannotBeLockedIsNotLeftBehind) {
+    // The folder can be made, and nothing in it: its path has room for no more letters.
+    std::string deep = folder_.path().string();
+    const std::string name = "/c";
+    const std::size_t longest = PATH_MAX - 1 - std::string("/.c.part").size() - 2;
+    while (longest - deep.size() > 201)
+        deep += "/" + std::string(199, 'd');
+    deep += "/" + std::string(longest - deep.size() - 1, 'd');
+    std::filesystem::create_directories(deep);
+    EXPECT_THROW(company::create_company_file(deep + name, company::EmptyCompany{}), store::Error);
+    EXPECT_TRUE(std::filesystem::is_empty(deep));
 }
 
 TEST_F(Draft, LogOfACompanyThatIsGoneIsNotReadIntoTheNewOne) {
