@@ -12,11 +12,6 @@ using controls::Control;
 namespace {
 
 constexpr int kPeriodsMax = 99;
-
-}  // namespace
-
-namespace {
-
 constexpr controls::Colour kDocnoInEdit = controls::rgb(120, 120, 220);
 
 }  // namespace
@@ -165,6 +160,16 @@ void DocumentForm::CommandBars1_Execute(int id) {
         default:
             execute_own(id);
     }
+}
+
+bool DocumentForm::draw_number(kernel::ModuleG3::TooLongMessage too_long) {
+    const std::string& doctype = txtdoctype.text();
+    const auto numbers = kernel().get_next_number(cmbcompany.text(), doctype, cmbfyear.text());
+    if (!numbers) return false;
+    txtdocno.set(kernel().format_docno(doctype, numbers->nextdocno, cmbfyear.text()));
+    if (!kernel().docno_fits(txtdocno.text(), too_long)) return false;
+    txtfkey.set(kernel::ModuleG3::make_fkey(cmbcompany.text(), doctype, numbers->fkeyno));
+    return true;
 }
 
 bool DocumentForm::on_saved_document() const {

@@ -103,6 +103,12 @@ class DocumentForm : public Form {
     // Opens the document that txtdocno names, unless it is on screen already. False, after its message, when
     // there is none.
     [[nodiscard]] bool validate_docno();
+    // Takes the next number and key of txtdoctype: txtdocno and txtfkey are the new document's then. False,
+    // after the message of the counters, when there is none. Inside the caller's transaction.
+    [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long);
+    // False, after its message, when a number was typed over the one of the document on screen and not found:
+    // what is done to that document must not go under it. A document that is gone is told of by the act.
+    [[nodiscard]] bool bears_its_number();
     // The first line of the entry holds something.
     [[nodiscard]] virtual bool entry_has_data() = 0;
     // The "Open Invoice Only" view: true when it has taken the step.
@@ -120,6 +126,9 @@ class DocumentForm : public Form {
     virtual void execute_own(int id) = 0;
 
     void CommandBars1_Execute(int id) override;
+    // The commands of every document form with the form's own, by their ids. One of the form's takes the
+    // place of the common one with its id.
+    void add_commands(std::vector<controls::Command> own);
     void findGL();
     void fill_common_combos();
     // The font bar shows how the column looks that the user has come to.

@@ -177,6 +177,17 @@ void DocumentForm::Recordx() {
 
 void DocumentForm::Recordx_fkey() { show_named(txtfkey.text(), "fkey = " + quoted(txtfkey.text())); }
 
+bool DocumentForm::bears_its_number() {
+    bool bears = true;
+    step("number on screen", [&] {
+        const WalkTables tables = walk_tables();
+        const auto header = header_by_fkey(txtfkey.text(), tables);
+        bears = header.at_eof() || header.text(tables.number_field) == txtdocno.text();
+    });
+    if (!bears) tell(fmt::format("Document no. {} not found", txtdocno.text()));
+    return bears;
+}
+
 bool DocumentForm::validate_docno() {
     if (txtdocno.empty()) return false;
     bool exists = false;

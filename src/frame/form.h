@@ -23,6 +23,7 @@
 #include "controls/grid.h"
 #include "frame/desk.h"
 #include "frame/host_context.h"
+#include "frame/transaction.h"
 #include "kernel/module_g3.h"
 #include "presentation/colours.h"
 
@@ -107,6 +108,19 @@ class Form : public std::enable_shared_from_this<Form> {
     template <class Step>
     bool step(const char* name, Step&& action) {
         return kernel_ && kernel::carry_on(kernel_->passed_over(), name, std::forward<Step>(action));
+    }
+
+    // Runs the action in one transaction on the host's workspace. True when it answered true and is stored;
+    // otherwise nothing of it is left, and what it threw is noted under the name.
+    template <class Action>
+    bool in_transaction(const char* name, Action&& action) {
+        bool done = false;
+        const bool whole = step(name, [&] {
+            Transaction transaction(context_.dbe);
+            done = std::forward<Action>(action)();
+            if (done) transaction.commit();
+        });
+        return whole && done;
     }
 
     // Dates of fields and cells, in the user's format.

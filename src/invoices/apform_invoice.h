@@ -267,7 +267,6 @@ class APform_invoice : public frame::DocumentForm {
 
     // void_hold.cpp
     // False, after its message, when the number on screen is not that of the document on screen.
-    [[nodiscard]] bool bears_its_number();
     // Tells why a document in this state cannot be voided, if that is so. paid: as chkpaid shows it.
     [[nodiscard]] bool refuses_void(bool is_void, int paid);
     [[nodiscard]] bool may_void();

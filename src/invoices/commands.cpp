@@ -27,63 +27,36 @@ constexpr int kViewAll = 1012;
 constexpr int kOpenInvoiceOnly = 1013;
 constexpr int kVendorAddress = 1014;
 
-const std::vector<Command>& command_table() {
+std::vector<Command> own_commands() {
     using Bars = std::vector<std::string>;
-    static const std::vector<Command> kCommands{
-        {100, "&Exit", "Exit", "", Bars{"File", "Standard"}, 'X'},
-        {101, "&Save", "Save", "Save as", Bars{"File", "Standard", "Popup"}, 'S'},
-        {103, "&Preview", "Preview", "", Bars{"File", "Standard", "Popup"}, 'P'},
-        {105, "&New", "New", "", Bars{"Edit", "Standard", "Popup"}},
-        {106, "&Edit mode", "Edit", "Edit mode", Bars{"Edit", "Standard", "Popup"}},
-        {107, "&Previous record", "Previous", "Previous record", Bars{"Record", "Standard"}},
-        {108, "&Next record", "Next", "Next record", Bars{"Record", "Standard"}},
-        {109, "&Last record", "Last", "Last record", Bars{"Record", "Standard"}},
-        {110, "&Insert Line", "", "", Bars{"Edit", "Popup"}},
-        {111, "&Delete Line", "", "", Bars{"Edit", "Popup"}},
-        {113, "&G/L Record", "G/L", "G/L Record", Bars{"Link", "Standard"}},
-        {114, "Origin Document", "Origin", "Origin Document", Bars{"Link", "Standard"}},
-        {116, "&Font", "", "", Bars{"Popup"}},
-        {131, "Tax &Details", "", "", Bars{"Tax"}},
-        {132, "Tax &Summary", "", "", Bars{"Tax"}},
-        {136, "&Refresh record", "Refresh", "Refresh Order", Bars{"Record", "Standard"}},
-        {201, "Account Master", "", "", Bars{"Popup", "Master"}},
-        {202, "Item Master", "", "", Bars{"Popup", "Master"}},
-        {204, "Vendor Master", "", "", Bars{"Popup", "Master"}},
-        {206, "A/P Invoice Entry Help", "Help", "A/P Invoice Entry Help", Bars{"Help", "Standard"}},
-        {207, "Account Payable System Help", "", "", Bars{"Help"}},
-        {208, "About Brimley Works", "", "", Bars{"Help"}},
-        {209, "&Show Text below Icon", "", "", Bars{"Option"}},
-        {401, "Save Font", "", "", Bars{"Font"}},
-        {402, "Restore Font", "", "", Bars{"Font"}},
-        {403, "Bold", "", "", Bars{"Font"}},
-        {404, "Italic", "", "", Bars{"Font"}},
-        {405, "Underline", "", "", Bars{"Font"}},
-        {406, "Align Left", "", "", Bars{"Font"}},
-        {407, "Align Center", "", "", Bars{"Font"}},
-        {408, "Align Right", "", "", Bars{"Font"}},
-        {1002, "View &Invoice", "", "", Bars{"View"}},
-        {1003, "View &Credit Note", "", "", Bars{"View"}},
-        {1004, "View &Debit Note", "", "", Bars{"View"}},
-        {1005, "View &Recurring", "", "", Bars{"View"}},
-        {1006, "&Pay this invoice", "", "", Bars{"Payment"}},
-        {1007, "Payment &History (this invoice)", "", "", Bars{"Payment"}},
-        {1008, "&Void Invoice", "", "", Bars{"Invoice"}},
-        {1009, "&Hold Invoice", "", "", Bars{"Invoice"}},
-        {1010, "&Release Hold Invoice", "", "", Bars{"Invoice"}},
-        {1011, "Recurring &Configuration", "", "", Bars{"Invoice"}},
-        {1012, "&View All", "", "", Bars{"View"}},
-        {1013, "&Open Invoice Only", "", "", Bars{"View"}},
-        {1014, "&Vendor Address", "", "", Bars{"Edit"}},
+    return {
+        {command::kInsertLine, "&Insert Line", "", "", Bars{"Edit", "Popup"}},
+        {command::kDeleteLine, "&Delete Line", "", "", Bars{"Edit", "Popup"}},
+        {command::kOrigin, "Origin Document", "Origin", "Origin Document", Bars{"Link", "Standard"}},
+        {command::kFont, "&Font", "", "", Bars{"Popup"}},
+        {kTaxDetails, "Tax &Details", "", "", Bars{"Tax"}},
+        {kTaxSummary, "Tax &Summary", "", "", Bars{"Tax"}},
+        {command::kFormHelp, "A/P Invoice Entry Help", "Help", "A/P Invoice Entry Help",
+         Bars{"Help", "Standard"}},
+        {kViewInvoice, "View &Invoice", "", "", Bars{"View"}},
+        {kViewCreditNote, "View &Credit Note", "", "", Bars{"View"}},
+        {kViewDebitNote, "View &Debit Note", "", "", Bars{"View"}},
+        {kViewRecurring, "View &Recurring", "", "", Bars{"View"}},
+        {kPayThisInvoice, "&Pay this invoice", "", "", Bars{"Payment"}},
+        {kPaymentHistory, "Payment &History (this invoice)", "", "", Bars{"Payment"}},
+        {kVoidInvoice, "&Void Invoice", "", "", Bars{"Invoice"}},
+        {kHoldInvoice, "&Hold Invoice", "", "", Bars{"Invoice"}},
+        {kReleaseHold, "&Release Hold Invoice", "", "", Bars{"Invoice"}},
+        {kRecurringConfiguration, "Recurring &Configuration", "", "", Bars{"Invoice"}},
+        {kViewAll, "&View All", "", "", Bars{"View"}},
+        {kOpenInvoiceOnly, "&Open Invoice Only", "", "", Bars{"View"}},
+        {kVendorAddress, "&Vendor Address", "", "", Bars{"Edit"}},
     };
-    return kCommands;
 }
 
 }  // namespace
 
-void APform_invoice::init_toolbar() {
-    for (const Command& command : command_table())
-        bars_.add(command);
-}
+void APform_invoice::init_toolbar() { add_commands(own_commands()); }
 
 void APform_invoice::execute_own(int id) {
     const bool reading = mode() == frame::Mode::read;

@@ -140,17 +140,10 @@ std::optional<APform_invoice::NewDocument> APform_invoice::validate_new() {
 bool APform_invoice::insert_new_record() {
     if (chkrecur.is_set()) return insert_new_recurring();
     const std::string kind = cmbdoctype.text();
-    bool saved = false;
-    try {
-        const auto document = validate_new();
-        if (!document) return false;
-        frame::Transaction transaction(context().dbe);
-        saved = write_new_document(*document);
-        if (saved) transaction.commit();
-    } catch (const std::runtime_error& failure) {
-        kernel().passed_over().note(std::string("insert_new_record: ") + failure.what());
-        saved = false;
-    }
+    std::optional<NewDocument> document;
+    if (step("validate_new", [&] { document = validate_new(); }) && !document) return false;
+    const bool saved =
+        document && in_transaction("insert_new_record", [&] { return write_new_document(*document); });
     if (saved) {
         get_list_open_doc();  // it has one document more
     } else {
@@ -164,12 +157,7 @@ bool APform_invoice::insert_new_record() {
 
 bool APform_invoice::write_new_document(const NewDocument& document) {
     set_doctype_of_kind();
-    const std::string company = cmbcompany.text();
-    const auto numbers = kernel().get_next_number(company, txtdoctype.text(), cmbfyear.text());
-    if (!numbers) return false;
-    txtdocno.set(kernel().format_docno(txtdoctype.text(), numbers->nextdocno, cmbfyear.text()));
-    if (!kernel().docno_fits(txtdocno.text())) return false;
-    txtfkey.set(kernel::ModuleG3::make_fkey(company, txtdoctype.text(), numbers->fkeyno));
+    if (!draw_number(kernel::ModuleG3::TooLongMessage::text_first)) return false;
     auto header = kernel().change("SELECT * FROM AP_header_table WHERE 1 = 2");
     header.AddNew();
     fill_header(header, document);

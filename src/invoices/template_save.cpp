@@ -85,17 +85,10 @@ std::optional<APform_invoice::CheckedTemplate> APform_invoice::validate_template
 
 // --- writing ---
 bool APform_invoice::insert_new_recurring() {
-    bool saved = false;
-    try {
-        const auto checked = validate_template();
-        if (!checked) return false;
-        frame::Transaction transaction(context().dbe);
-        saved = write_new_template(*checked);
-        if (saved) transaction.commit();
-    } catch (const std::runtime_error& failure) {
-        kernel().passed_over().note(std::string("insert_new_recurring: ") + failure.what());
-        saved = false;
-    }
+    std::optional<CheckedTemplate> checked;
+    if (step("validate_template", [&] { checked = validate_template(); }) && !checked) return false;
+    const bool saved =
+        checked && in_transaction("insert_new_recurring", [&] { return write_new_template(*checked); });
     if (saved) {
         txtglfkey.set("");  // that of the document on screen before; a template has none
         tell("Add Recurring invoice complete");
@@ -109,12 +102,7 @@ bool APform_invoice::insert_new_recurring() {
 
 bool APform_invoice::write_new_template(const CheckedTemplate& checked) {
     txtdoctype.set(kTemplateDoctype);
-    const std::string company = cmbcompany.text();
-    const auto numbers = kernel().get_next_number(company, kTemplateDoctype, cmbfyear.text());
-    if (!numbers) return false;
-    txtdocno.set(kernel().format_docno(kTemplateDoctype, numbers->nextdocno, cmbfyear.text()));
-    if (!kernel().docno_fits(txtdocno.text())) return false;
-    txtfkey.set(kernel::ModuleG3::make_fkey(company, kTemplateDoctype, numbers->fkeyno));
+    if (!draw_number(kernel::ModuleG3::TooLongMessage::text_first)) return false;
     auto header = kernel().change("SELECT * FROM AP_recur_header_table WHERE 1 = 2");
     header.AddNew();
     fill_template_header(header, checked);

@@ -31,18 +31,10 @@ std::optional<APform_invoice::CheckedEntry> APform_invoice::validate_edit() {
 bool APform_invoice::Update_record() {
     if (chkrecur.is_set()) return false;  // a template cannot be saved on this road
     const std::string old_glfkey = txtglfkey.text();
-    bool saved = false;
-    try {
-        const auto entry = validate_edit();
-        if (!entry) return false;
-        txtdoctype.set("ip");  // whatever the kind; the stored one stays
-        frame::Transaction transaction(context().dbe);
-        saved = write_edit(*entry);
-        if (saved) transaction.commit();
-    } catch (const std::runtime_error& failure) {
-        kernel().passed_over().note(std::string("Update_record: ") + failure.what());
-        saved = false;
-    }
+    std::optional<CheckedEntry> entry;
+    if (step("validate_edit", [&] { entry = validate_edit(); }) && !entry) return false;
+    if (entry) txtdoctype.set("ip");  // whatever the kind; the stored one stays
+    const bool saved = entry && in_transaction("Update_record", [&] { return write_edit(*entry); });
     if (!saved) txtglfkey.set(old_glfkey);
     tell(saved ? "Update complete" : "Update failed.");
     return saved;

@@ -22,19 +22,6 @@ void APform_invoice::each_stored_line(const std::function<void(Recordset& line)>
     }
 }
 
-// A number that was typed and not found stays in its field, above the document that is still on screen; what
-// is done to that document must not go under it. A document that is gone is told of by the act itself.
-bool APform_invoice::bears_its_number() {
-    bool bears = true;
-    step("number on screen", [&] {
-        const auto header = kernel().read(
-            fmt::format("SELECT docno FROM AP_header_table WHERE fkey = {}", quoted(txtfkey.text())));
-        bears = header.at_eof() || header.text("docno") == txtdocno.text();
-    });
-    if (!bears) tell(fmt::format("Document no. {} not found", txtdocno.text()));
-    return bears;
-}
-
 // --- void ---
 bool APform_invoice::refuses_void(bool is_void, int paid) {
     const char* refusal = is_void     ? "Invoice was void."
@@ -59,16 +46,7 @@ bool APform_invoice::may_void() {
 
 void APform_invoice::void_invoice() {
     if (!may_void()) return;
-    bool done = false;
-    try {
-        frame::Transaction transaction(context().dbe);
-        done = write_void();
-        if (done) transaction.commit();
-    } catch (const std::runtime_error& failure) {
-        kernel().passed_over().note(std::string("void_invoice: ") + failure.what());
-        return;
-    }
-    if (!done) return;
+    if (!in_transaction("void_invoice", [this] { return write_void(); })) return;
     chkvoid.set(1);
     tell("Invoice " + txtdocno.text() + " is void.");
 }

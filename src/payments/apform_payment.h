@@ -122,6 +122,7 @@ class APform_payment : public frame::DocumentForm {
     struct CheckedPayment {
         store::DateTime payment_date;
         std::optional<store::DateTime> check_date;
+        std::optional<store::DateTime> rate_date;
         std::string cash_accno;  // the account to credit; empty for "Pay Later"
     };
     // What is paid of one row, in its currency.
@@ -145,12 +146,10 @@ class APform_payment : public frame::DocumentForm {
     void cmbpayby_ItemSelect();
     void cmbcurrency_itemselect();
     void cmbexrate_itemselect();
-    void list_rates();
     void show_bank_for_payby();
     void take_vendor_name_and_currency();
     [[nodiscard]] bool entering() const { return mode() != frame::Mode::read; }
     [[nodiscard]] bool foreign() const { return cmbcurrency.text() != context().BASE_CURRENCY; }
-    [[nodiscard]] bool pays_by_card() const;
     [[nodiscard]] std::optional<store::DateTime> date_in(const controls::DateField& field) const;
 
     // items.cpp
@@ -168,7 +167,8 @@ class APform_payment : public frame::DocumentForm {
     void dbgrid1_AfterColUpdate(int column);
     void enter_pay_amount(int row);
     void take_payment_rate(int row);
-    void update_base_amount(int row);
+    enum class Ties { to_even, as_shown };
+    void update_base_amount(int row, Ties ties);
     [[nodiscard]] double cell_money(int row, const char* caption) const;
     void set_cell_money(int row, const char* caption, double amount);
     [[nodiscard]] bool row_is_foreign(int row) const;
@@ -182,6 +182,9 @@ class APform_payment : public frame::DocumentForm {
     [[nodiscard]] std::optional<CheckedPayment> validate_new();
     [[nodiscard]] bool validate_amount();
     [[nodiscard]] bool validate_lines();
+    [[nodiscard]] bool validate_rate(CheckedPayment& payment);
+    // A number above nothing, as a rate must be.
+    [[nodiscard]] static bool is_rate(const std::string& text);
     [[nodiscard]] bool validate_way_of_paying(CheckedPayment& payment);
     [[nodiscard]] bool validate_check(CheckedPayment& payment);
     [[nodiscard]] bool find_account_to_credit(CheckedPayment& payment);
@@ -191,12 +194,13 @@ class APform_payment : public frame::DocumentForm {
                                                                const char* missing);
     void compute_payment_base();
     [[nodiscard]] bool write_new_payment(const CheckedPayment& payment);
-    [[nodiscard]] bool fill_header(store::Recordset& header, const CheckedPayment& payment);
+    void fill_header(store::Recordset& header, const CheckedPayment& payment);
 
     // lines_save.cpp
     [[nodiscard]] bool write_lines(const store::Recordset& header);
     void fill_line(store::Recordset& lines, const store::Recordset& header, int row,
                    const RowAmounts& amounts);
+    [[nodiscard]] bool is_as_listed(const store::Recordset& item, int row) const;
     [[nodiscard]] bool pay_item(int row, const RowAmounts& amounts);
     void mark_paid_document(const store::Recordset& item);
 
@@ -214,6 +218,7 @@ class APform_payment : public frame::DocumentForm {
     };
     void give_back_line(const store::Recordset& line, PaidDocument& document);
     void reopen_document(const PaidDocument& document);
+    [[nodiscard]] bool write_edit(const std::optional<store::DateTime>& check_date);
     [[nodiscard]] store::Recordset stored_header();
 
     // matching.cpp

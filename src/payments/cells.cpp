@@ -55,7 +55,11 @@ void APform_payment::dbgrid1_BeforeColUpdate(CellEdit& edit) {
         if (!pays) return refuse(takes ? "discount taken is invalid" : "write-off is invalid");
         edit.new_text = dbgrid1.cell(row, "gross amount");
     }
-    if (!pays || !edit.new_text.empty()) edit.new_text = format_money(money_value(edit.new_text));
+    if (!edit.new_text.empty()) {
+        edit.new_text = format_money(money_value(edit.new_text));  // what is paid is paid to the cent
+    } else if (!pays) {
+        edit.new_text.assign(1, '0');
+    }
     const double gross = cell_money(row, "gross amount");
     RowAmounts amounts = amounts_of(row);
     (pays ? amounts.pay : takes ? amounts.discount : amounts.writeoff) = money_value(edit.new_text);
@@ -70,11 +74,11 @@ void APform_payment::dbgrid1_BeforeColUpdate(CellEdit& edit) {
         if (amounts.discount > available) amounts.discount = available;
         set_cell_money(row, "discount taken", amounts.discount);
     }
-    double net = Round(cell_money(row, "open amount") - amounts.discount - amounts.writeoff - amounts.pay);
+    const double payable = cell_money(row, "open amount") - amounts.discount - amounts.writeoff;
+    double net = Round(payable - amounts.pay);
     if ((net < 0 && gross >= 0) || (net > 0 && gross < 0)) {
         net = 0;
-        const std::string pay =
-            format_money(cell_money(row, "open amount") - amounts.discount - amounts.writeoff);
+        const std::string pay = format_money(payable);
         if (pays) {
             edit.new_text = pay;
         } else {
@@ -88,17 +92,18 @@ void APform_payment::dbgrid1_AfterColUpdate(int column) {
     const std::string& caption = dbgrid1.columns.at(static_cast<std::size_t>(column)).caption;
     const bool moves_base = caption == "pay amount" || caption == "payment exch rate";
     touch(dbgrid1.row());
-    if (moves_base) update_base_amount(dbgrid1.row());
+    if (moves_base) update_base_amount(dbgrid1.row(), Ties::to_even);
     if (moves_base || caption == "discount taken" || caption == "write-off") update_total_payment();
 }
 
-// A foreign row without a rate keeps the value that it had.
-void APform_payment::update_base_amount(int row) {
+// A foreign row without a rate keeps the value that it had. A tie goes to the even cent where the amount is
+// typed, and up where the item is paid in full.
+void APform_payment::update_base_amount(int row, Ties ties) {
     if (!row_is_foreign(row)) {
         dbgrid1.set_cell(row, "base-currency amount", dbgrid1.cell(row, "pay amount"));
     } else if (!dbgrid1.cell(row, "payment exch rate").empty()) {
-        set_cell_money(row, "base-currency amount",
-                       Round(cell_money(row, "pay amount") * cell_money(row, "payment exch rate")));
+        const double base = cell_money(row, "pay amount") * cell_money(row, "payment exch rate");
+        set_cell_money(row, "base-currency amount", ties == Ties::to_even ? Round(base) : base);
     }
 }
 
@@ -112,7 +117,7 @@ void APform_payment::enter_pay_amount(int row) {
     set_cell_money(row, "pay amount", cell_money(row, "open amount") - amounts.discount - amounts.writeoff);
     set_cell_money(row, "net balance", 0);
     take_payment_rate(row);
-    update_base_amount(row);
+    update_base_amount(row, Ties::as_shown);
     update_total_payment();
 }
 

@@ -59,7 +59,7 @@ void APform_payment::connect_handlers() {
     cmbpayby.on_item_select = [this] { cmbpayby_ItemSelect(); };
     cmbcurrency.on_item_select = [this] { cmbcurrency_itemselect(); };
     cmbexrate.on_item_select = [this] { cmbexrate_itemselect(); };
-    txtratedate.on_change = [this] { list_rates(); };
+    txtratedate.on_change = [this] { cmbcurrency_itemselect(); };
     txtdocno.on_enter = [this] {
         if (mode() == frame::Mode::read) Recordx();
     };
@@ -77,14 +77,12 @@ void APform_payment::connect_handlers() {
 }
 
 void APform_payment::cmbvendor_ItemSelect() {
-    const auto name = cmbvendor.chosen(1);
-    if (name && !name->empty()) cmbvendor_name.set(*name);
+    cmbvendor_name.set(cmbvendor.chosen(1).value_or(""));
     vendor_chosen();
 }
 
 void APform_payment::cmbvendor_name_ItemSelect() {
-    const auto number = cmbvendor_name.chosen(1);
-    if (number && !number->empty()) cmbvendor.set(*number);
+    cmbvendor.set(cmbvendor_name.chosen(1).value_or(""));
     vendor_chosen();
 }
 
@@ -104,37 +102,28 @@ void APform_payment::txtpaydate_change() {
     });
 }
 
-bool APform_payment::pays_by_card() const {
+// A card names its account itself.
+void APform_payment::show_bank_for_payby() {
     const std::string way = controls::upper_case(cmbpayby.text());
-    return !way.empty() && way != "CASH" && way != "CHECK";
+    cmbbank.set_visible(way.empty() || way == "CASH" || way == "CHECK");
 }
 
-// A card names its account itself.
-void APform_payment::show_bank_for_payby() { cmbbank.set_visible(!pays_by_card()); }
-
+// A bank that a card has put away comes back for a check; for cash it is open again and stays out of sight.
 void APform_payment::cmbpayby_ItemSelect() {
-    const bool check = controls::upper_case(cmbpayby.text()) == "CHECK";
+    const std::string way = controls::upper_case(cmbpayby.text());
+    const bool check = way == "CHECK";
+    const bool card = !check && way != "CASH";
     for (controls::TextField* field : std::initializer_list<controls::TextField*>{&txtcheck, &txtcheckdate}) {
         field->set_locked(!check);
         if (!check) field->set("");
     }
-    show_bank_for_payby();
-    cmbbank.set_locked(pays_by_card());
+    if (check || card) cmbbank.set_visible(check);
+    cmbbank.set_locked(card);
 }
 
+// Every rate up to the rate date; one of that very day is taken. Else the rate that stands there stays, even
+// when the currency has changed.
 void APform_payment::cmbcurrency_itemselect() {
-    if (!entering()) return;
-    cmbexrate.set("");  // the rate of the currency before is none of this one
-    if (!foreign()) {
-        cmbexrate.clear_items();
-        txtratedate.set("");
-        return;
-    }
-    list_rates();
-}
-
-// Every rate up to the rate date; one of that very day is taken.
-void APform_payment::list_rates() {
     if (!entering() || cmbcurrency.empty()) return;
     if (!foreign()) {
         cmbexrate.clear_items();
@@ -167,8 +156,8 @@ void APform_payment::take_vendor_name_and_currency() {
     step("take the vendor's name and currency", [&] {
         const auto vendor = kernel().read(
             fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+        cmbvendor_name.set(vendor.at_eof() ? std::string{} : vendor.text("VENDOR_NAME"));
         if (vendor.at_eof()) return;
-        cmbvendor_name.set(vendor.text("VENDOR_NAME"));
         if (!vendor.text("Currency").empty()) cmbcurrency.set(vendor.text("Currency"));
     });
 }

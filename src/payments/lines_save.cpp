@@ -63,18 +63,25 @@ void APform_payment::fill_line(Recordset& lines, const Recordset& header, int ro
     lines.set("computer_id", kernel().get_computer_name());
 }
 
+bool APform_payment::is_as_listed(const Recordset& item, int row) const {
+    return item.text("vendor_no") == cmbvendor.text() && !item.flag("paid") && !item.flag("void") &&
+           !item.flag("hold") && Round(item.number("open_amount") - cell_money(row, "open amount")) == 0;
+}
+
 bool APform_payment::pay_item(int row, const RowAmounts& amounts) {
     auto item = kernel().change(fmt::format(
-        "SELECT "
-        "open_amount,paid_amount,discount_taken,writeoff,paid,void,hold,fkey,company,Source,source_docno "
-        "FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",
+        "SELECT open_amount,paid_amount,discount_taken,writeoff,paid,void,hold,fkey,company,vendor_no,Source,"
+        "source_docno FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",
         quoted(dbgrid1.cell(row, "AP document no")), quoted(dbgrid1.cell(row, "pay item"))));
-    if (item.at_eof()) return false;
-    item.Edit();
-    // Another desk may have paid, voided or held the item since it was listed here.
-    const bool as_listed = !item.flag("paid") && !item.flag("void") && !item.flag("hold") &&
-                           Round(item.number("open_amount") - cell_money(row, "open amount")) == 0;
-    if (!as_listed) return false;
+    // Numbers may come again: the item that was listed is meant, this vendor's and as it was then. It is
+    // looked at again once it is held, for another desk may have paid, voided or held it meanwhile.
+    while (!item.at_eof() && !is_as_listed(item, row))
+        item.MoveNext();
+    if (!item.at_eof()) item.Edit();
+    if (item.at_eof() || !is_as_listed(item, row)) {
+        return refuse(fmt::format("{}, pay item {}, has changed since it was listed.",
+                                  dbgrid1.cell(row, "AP document no"), dbgrid1.cell(row, "pay item")));
+    }
     const auto add = [&](const char* field, double amount) {
         item.set(field, Round(item.number(field) + amount));
     };

@@ -79,8 +79,9 @@ bool APform_payment::gather_row(kernel::GlPosting& posting, int row, const std::
     if (!amounts.any()) return true;
     const std::string currency = dbgrid1.cell(row, "currency");
     const bool in_base = !row_is_foreign(row);
-    if (!in_base && dbgrid1.cell(row, "payment exch rate").empty())
-        return refuse("please specify payment exchange rate");
+    const std::string rate_text = dbgrid1.cell(row, "payment exch rate");
+    if (!in_base && rate_text.empty()) return refuse("please specify payment exchange rate");
+    if (!in_base && !is_rate(rate_text)) return refuse("payment exchange rate is invalid");
     const double invoice_rate = in_base ? 1 : cell_money(row, "invoice exch rate");
     const double payment_rate = in_base ? 1 : cell_money(row, "payment exch rate");
     const auto add = [&](const std::string& accno, double amount, double rate) {

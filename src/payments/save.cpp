@@ -2,7 +2,6 @@
 // in one transaction, or nothing.
 #include <fmt/format.h>
 
-#include "frame/transaction.h"
 #include "frame/working_period.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
@@ -12,7 +11,6 @@ namespace brimley::payments {
 
 using kernel::format_money;
 using kernel::money_value;
-using kernel::Round;
 using store::DateTime;
 using store::quoted;
 using store::Recordset;
@@ -41,10 +39,24 @@ bool APform_payment::validate_amount() {
     return true;
 }
 
+bool APform_payment::is_rate(const std::string& text) {
+    return kernel::is_numeric(text) && money_value(text) > 0;
+}
+
+// Without a rate the payment has no value in base currency.
+bool APform_payment::validate_rate(CheckedPayment& payment) {
+    if (!foreign() || cmbexrate.empty()) return true;
+    if (!is_rate(cmbexrate.text())) return refuse("exchange rate is invalid");
+    if (txtratedate.empty()) return true;
+    payment.rate_date = required_date(txtratedate, "please specify rate date");
+    return payment.rate_date.has_value();
+}
+
+// As the cells of the list show it, so that a payment of all lines is never short of them by a tie.
 void APform_payment::compute_payment_base() {
-    txtpayment_base.set(
-        foreign() ? format_money(Round(money_value(cmbexrate.text()) * money_value(txtpayment.text())))
-                  : txtpayment.text());
+    txtpayment_base.set(foreign()
+                            ? format_money(money_value(cmbexrate.text()) * money_value(txtpayment.text()))
+                            : txtpayment.text());
 }
 
 // Without a total in one currency, or with one of nothing or less, the payment is not compared with its
@@ -111,24 +123,19 @@ std::optional<APform_payment::CheckedPayment> APform_payment::validate_new() {
     const auto date = required_date(txtpaydate, "please specify payment date");
     if (!date) return std::nullopt;
     payment.payment_date = *date;
-    if (!validate_lines() || !validate_way_of_paying(payment) || !validate_period()) return std::nullopt;
+    if (!validate_rate(payment) || !validate_lines() || !validate_way_of_paying(payment) ||
+        !validate_period())
+        return std::nullopt;
     return payment;
 }
 
 // --- writing ---
 
 bool APform_payment::insert_new_record() {
-    bool saved = false;
-    try {
-        const auto payment = validate_new();
-        if (!payment) return false;
-        frame::Transaction transaction(context().dbe);
-        saved = write_new_payment(*payment);
-        if (saved) transaction.commit();
-    } catch (const std::runtime_error& failure) {
-        kernel().passed_over().note(std::string("insert_new_record: ") + failure.what());
-        saved = false;
-    }
+    std::optional<CheckedPayment> payment;
+    if (step("validate_new", [&] { payment = validate_new(); }) && !payment) return false;
+    const bool saved =
+        payment && in_transaction("insert_new_record", [&] { return write_new_payment(*payment); });
     if (!saved) {
         txtdocno.set(frame::kNewDocno);
         txtfkey.set("");
@@ -142,15 +149,11 @@ bool APform_payment::insert_new_record() {
 
 bool APform_payment::write_new_payment(const CheckedPayment& payment) {
     txtdoctype.set("py");
-    const std::string company = cmbcompany.text();
-    const auto numbers = kernel().get_next_number(company, "py", cmbfyear.text());
-    if (!numbers) return false;
-    txtdocno.set(kernel().format_docno("py", numbers->nextdocno, cmbfyear.text()));
-    if (!kernel().docno_fits(txtdocno.text(), kernel::ModuleG3::TooLongMessage::number_first)) return false;
-    txtfkey.set(kernel::ModuleG3::make_fkey(company, "py", numbers->fkeyno));
+    if (!draw_number(kernel::ModuleG3::TooLongMessage::number_first)) return false;
     auto header = kernel().change("SELECT * FROM Payment_header_table WHERE 1 = 2");
     header.AddNew();
-    if (!fill_header(header, payment) || !write_lines(header)) return false;
+    fill_header(header, payment);
+    if (!write_lines(header)) return false;
     header.Update();
     update_prepayment_status(false);
     if (!insert_GL_record(cmbvendor.text(), payment.cash_accno)) return false;
@@ -162,7 +165,7 @@ bool APform_payment::write_new_payment(const CheckedPayment& payment) {
     return true;
 }
 
-bool APform_payment::fill_header(Recordset& header, const CheckedPayment& payment) {
+void APform_payment::fill_header(Recordset& header, const CheckedPayment& payment) {
     const DateTime now = desk().now();
     const std::string& way = cmbpayby.text();
     header.set("company", cmbcompany.text());
@@ -174,12 +177,7 @@ bool APform_payment::fill_header(Recordset& header, const CheckedPayment& paymen
     header.set("Currency", cmbcurrency.text());
     if (foreign() && !cmbexrate.empty()) {
         header.set("exchange_rate", money_value(cmbexrate.text()));
-        if (!txtratedate.empty()) {
-            const auto rate_date =
-                kernel::parse_user_date(txtratedate.text(), context().BRIMLEY_DATE_FORMAT, desk());
-            if (!rate_date) return false;
-            header.set("rate_date", *rate_date);
-        }
+        if (payment.rate_date) header.set("rate_date", *payment.rate_date);
     }
     header.set("payby", way);
     if (way == "Cash" && !cmbcash.empty()) header.set("cash_accno", cmbcash.text());
@@ -200,7 +198,6 @@ bool APform_payment::fill_header(Recordset& header, const CheckedPayment& paymen
     header.set("date_created", now.date_only());
     header.set("time_created", now.time_text());
     header.set("user_created", context().BRIMLEY_USER);
-    return true;
 }
 
 }  // namespace brimley::payments

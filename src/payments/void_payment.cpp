@@ -1,7 +1,6 @@
 // What happens to a saved payment: the void, and the small edit of what is written on paper.
 #include <fmt/format.h>
 
-#include "frame/transaction.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
 #include "payments/apform_payment.h"
@@ -22,22 +21,14 @@ Recordset APform_payment::stored_header() {
 bool APform_payment::may_void() {
     if (mode() != frame::Mode::read || dbgrid1.allow_update || txtfkey.empty() || !shown_whole())
         return false;
+    if (!bears_its_number()) return false;
     if (chkvoid.is_set()) return refuse(txtdocno.text() + " was void.");
     return ask("Are you sure to void this payment?");
 }
 
 void APform_payment::void_payment() {
     if (!may_void()) return;
-    bool done = false;
-    try {
-        frame::Transaction transaction(context().dbe);
-        done = write_void();
-        if (done) transaction.commit();
-    } catch (const std::runtime_error& failure) {
-        kernel().passed_over().note(std::string("void_payment: ") + failure.what());
-        done = false;
-    }
-    if (!done) {
+    if (!in_transaction("void_payment", [this] { return write_void(); })) {
         tell("Void Payment failed");
         return;
     }
@@ -87,7 +78,9 @@ void APform_payment::give_back_line(const Recordset& line, PaidDocument& documen
     auto item =
         kernel().change(fmt::format("SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {}",
                                     quoted(line.text("ap_docno"))));
-    item.FindFirst("[pay_item] = " + store::shortest_number(line.number("pay_item")));
+    // Numbers may come again: the vendor's own item is meant.
+    item.FindFirst("[pay_item] = " + store::shortest_number(line.number("pay_item")) +
+                   " AND [vendor_no] = " + quoted(line.text("vendor_no")));
     if (item.NoMatch()) return;
     document = {item.text("fkey"), item.text("source_docno")};
     const auto add = [&](const char* field, double amount) {
@@ -124,22 +117,29 @@ void APform_payment::reopen_document(const PaidDocument& document) {
 // --- edit ---
 
 bool APform_payment::Update_record() {
-    return step("Update_record", [&] {
-        auto header = stored_header();
-        const bool check = cmbpayby.text() == "Check";
-        std::optional<store::DateTime> check_date;
-        if (check && !txtcheckdate.empty()) {
-            check_date = kernel::parse_user_date(txtcheckdate.text(), context().BRIMLEY_DATE_FORMAT, desk());
-            if (!check_date) throw std::runtime_error("the check date is no date");
-        }
-        header.Edit();
-        if (check) {
-            header.set("check_no", txtcheck.text());
-            header.set("check_date", check_date ? store::Value(*check_date) : store::Value());
-        }
-        header.set("remark", txtremark.text());
-        header.Update();
-    });
+    std::optional<store::DateTime> check_date;
+    if (cmbpayby.text() == "Check" && !txtcheckdate.empty()) {
+        check_date = required_date(txtcheckdate, "please specify check date");
+        if (!check_date) return false;
+    }
+    const bool saved = in_transaction("Update_record", [&] { return write_edit(check_date); });
+    if (!saved) tell("Update failed.");
+    return saved;
+}
+
+bool APform_payment::write_edit(const std::optional<store::DateTime>& check_date) {
+    auto header = stored_header();
+    if (header.at_eof()) return false;
+    header.Edit();
+    // It may have been voided since the edit began, or leafed to in Edit.
+    if (header.flag("void")) return refuse(header.text("docno") + " was void");
+    if (cmbpayby.text() == "Check") {
+        header.set("check_no", txtcheck.text());
+        header.set("check_date", check_date ? store::Value(*check_date) : store::Value());
+    }
+    header.set("remark", txtremark.text());
+    header.Update();
+    return true;
 }
 
 }  // namespace brimley::payments
