@@ -1,15 +1,5 @@
-// Each engine call of a save, an edit, a void, a hold and a release is made to fail, one after the other, and
-// each time nothing of the act may be left, counters included.
-//
-// A form whose act has failed stays as it was, with its entry, so the act is tried again on the same form
-// with the fault one call later, until it is not reached by its fault any more. An act that a retry has
-// carried over its fault must have stored exactly what it stores without faults.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "support/all_tables.h"
-#include "support/faulty_engine.h"
-#include "support/sample_host.h"
+// Faults in the save, the edit, the void, the hold and the release of an invoice (support/fault_sweep.h).
+#include "support/fault_sweep.h"
 
 namespace brimley::testing {
 
@@ -43,15 +33,8 @@ EnteredInvoice foreign_invoice() {
 
 class SaveFaults : public ::testing::Test {
   protected:
-    // A company, its user's form with the document entered, and a second look at the company from outside.
-    struct Session {
-        explicit Session(const EnteredInvoice& invoice)
-            : company(sample_original()),
-              faulty_company(company.second_user(faulty(faults))),
-              user(faulty_company) {
-            // An account that has the currency already is refreshed when the look at it fails; let that be
-            // no difference.
-            company.db().Execute("UPDATE Account_currency_table SET Description = ' ', revalue = TRUE");
+    struct Session : FaultedDesk {
+        explicit Session(const EnteredInvoice& invoice) {
             user.ap.showform_APform_invoice();
             enter(form(), invoice);
         }
@@ -63,23 +46,24 @@ class SaveFaults : public ::testing::Test {
             EXPECT_TRUE(user.desk.answers.empty());
         }
         [[nodiscard]] bool reading() { return form().mode() == frame::Mode::read; }
-        void remember_tables() { before = all_tables(company.db()); }
-        [[nodiscard]] std::string changed_tables() { return difference(before, all_tables(company.db())); }
-
-        std::shared_ptr<Faults> faults = std::make_shared<Faults>();
-        CompanyCopy company;
-        store::OpenCompany faulty_company;
-        DeskOfUser user;
-        AllTables before;
     };
 
-    // What is done to an entered document: the way there without faults, the act, and how its end shows.
+    // What is done to an entered document.
     struct Act {
         void (*prepare)(Session& session);
         void (*carry_out)(Session& session);
         bool (*done)(Session& session);
-        const char* message;  // when it is done
+        const char* message;
         void (*check_failed)(Session& session);
+
+        [[nodiscard]] FaultedAct<Session> on(const EnteredInvoice& invoice) const {
+            const auto begin = [way = prepare, invoice] {
+                auto session = std::make_unique<Session>(invoice);
+                way(*session);
+                return session;
+            };
+            return {begin, carry_out, done, message, check_failed};
+        }
     };
 
     static void save_entry(Session& session) {
@@ -151,56 +135,9 @@ class SaveFaults : public ::testing::Test {
                                       EXPECT_EQ(session.form().chkhold.value(), 1);
                                   }};
 
-    static std::unique_ptr<Session> prepared(const EnteredInvoice& invoice, const Act& act) {
-        auto session = std::make_unique<Session>(invoice);
-        act.prepare(*session);
-        static_cast<void>(session->user.messages());
-        session->remember_tables();
-        return session;
-    }
-
-    // What the act leaves behind without faults.
-    static AllTables tables_after(const EnteredInvoice& invoice, const Act& act) {
-        const auto session = prepared(invoice, act);
-        act.carry_out(*session);
-        EXPECT_TRUE(act.done(*session));
-        EXPECT_THAT(session->user.messages(), Contains(act.message));
-        EXPECT_NE(session->changed_tables(), "");
-        return all_tables(session->company.db());
-    }
-
-    static void check_failed(Session& session, const Act& act) {
-        EXPECT_EQ(session.changed_tables(), "");
-        EXPECT_FALSE(session.faulty_company.workspace->in_transaction());
-        act.check_failed(session);
-    }
-
-    // Returns how many times the act failed.
     static int sweep(const EnteredInvoice& invoice, store::ErrorKind kind, bool for_good,
                      const Act& act = kSave) {
-        const AllTables expected = tables_after(invoice, act);
-        auto session = prepared(invoice, act);
-        int failed = 0;
-        for (int nth = 1;; ++nth) {
-            SCOPED_TRACE(fmt::format("call {}", nth));
-            Faults& faults = *session->faults;
-            faults.kind = kind;
-            faults.arm(nth, for_good);
-            act.carry_out(*session);
-            const bool reached = faults.calls >= nth;
-            faults.disarm();
-            const bool done = act.done(*session);
-            if (done) {
-                EXPECT_THAT(session->user.messages(), Contains(act.message));
-                EXPECT_EQ(difference(expected, all_tables(session->company.db())), "");
-            } else {
-                check_failed(*session, act);
-                ++failed;
-            }
-            RecordProperty("failed_acts", failed);
-            if (HasFailure() || !reached) return failed;
-            if (done) session = prepared(invoice, act);
-        }
+        return sweep_faults(act.on(invoice), kind, for_good);
     }
 };
 
@@ -311,36 +248,17 @@ TEST_F(SaveFaults, ConstraintFailureForGoodInAReleaseIsToldAndLeavesNothing) {
 }
 
 TEST_F(SaveFaults, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
-    // Only the first save prepares its statements; each fault meets a connection of its own.
-    int failed = 0;
-    for (int nth = 1;; ++nth) {
-        SCOPED_TRACE(fmt::format("call {}", nth));
-        const auto session = prepared(base_invoice(), kSave);
-        session->faults->kind = store::ErrorKind::io;
-        session->faults->arm(nth, false);
-        kSave.carry_out(*session);
-        const bool reached = session->faults->calls >= nth;
-        session->faults->disarm();
-        if (!reached) break;
-        check_failed(*session, kSave);
-        ++failed;
-        if (HasFailure()) break;
-    }
-    EXPECT_GT(failed, kFewestFailures);
-    RecordProperty("failed_acts", failed);
+    EXPECT_GT(sweep_first_act(kSave.on(base_invoice())), kFewestFailures);
 }
 
 TEST_F(SaveFaults, FailureWhileAnEditBeginsNeverOpensHalfADocument) {
-    const auto session = prepared(base_invoice(), kVoid);
+    const auto session = begun(kVoid.on(base_invoice()));
     const std::string total = session->form().txttotal.text();
     int refused = 0;
     for (int nth = 1;; ++nth) {
         SCOPED_TRACE(fmt::format("call {}", nth));
-        session->faults->kind = store::ErrorKind::io;
-        session->faults->arm(nth, false);
-        session->press(106);
-        const bool reached = session->faults->calls >= nth;
-        session->faults->disarm();
+        const bool reached =
+            session->with_fault(nth, store::ErrorKind::io, false, [&] { session->press(106); });
         if (session->reading()) {
             ++refused;
             session->press(136);
@@ -379,7 +297,7 @@ class LedgerLineRetry : public SaveFaults {
     [[nodiscard]] std::size_t waits() const { return session.user.desk.waits.size(); }
     void expect_saved_as_ever() {
         EXPECT_THAT(session.user.messages(), ElementsAre("Add new Invoice complete"));
-        EXPECT_EQ(difference(tables_after(base_invoice(), kSave), all_tables(session.company.db())), "");
+        EXPECT_EQ(difference(tables_after(kSave.on(base_invoice())), all_tables(session.company.db())), "");
     }
 
     Session session{base_invoice()};
@@ -405,7 +323,7 @@ TEST_F(LedgerLineRetry, HeldSixTimesTheSaveIsRefusedAndNothingIsLeft) {
     EXPECT_EQ(waits(), 5U);
     EXPECT_EQ(session.faults->calls, 1 + 6);
     EXPECT_THAT(session.user.desk.messages, ElementsAre("Add new Invoice failed"));
-    check_failed(session, kSave);
+    check_nothing_left(session, kSave.on(base_invoice()));
     session.faults->disarm();
     save();
     expect_saved_as_ever();

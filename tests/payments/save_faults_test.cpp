@@ -1,32 +1,17 @@
-// Each engine call of the save, the void and the edit of a payment is made to fail, one after the other, and
-// each time nothing of the act may be left, counters included.
-//
-// A form whose act has failed stays as it was, so the act is tried again on it with the fault one call later,
-// until no fault reaches it any more. An act that a retry has carried over its fault must have stored exactly
-// what it stores without faults.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+// Faults in the save, the void and the edit of a payment (support/fault_sweep.h).
 #include "payment_entry.h"
-#include "support/all_tables.h"
-#include "support/faulty_engine.h"
+#include "support/fault_sweep.h"
 
 namespace brimley::testing {
 
 using ::testing::Contains;
-using ::testing::Not;
+using ::testing::ElementsAre;
 
 class PaymentFaults : public ::testing::Test {
   protected:
-    // A company with open items, and its user's payment of them, entered and not saved.
-    struct Session {
-        explicit Session(bool foreign)
-            : company(sample_original()),
-              faulty_company(company.second_user(faulty(faults))),
-              user(faulty_company) {
-            // An account that has the currency already is refreshed when the look at it fails; let that be
-            // no difference.
-            company.db().Execute("UPDATE Account_currency_table SET Description = ' ', revalue = TRUE");
+    // A vendor's open items, and a payment of them entered and not saved.
+    struct Session : FaultedDesk {
+        explicit Session(bool foreign) {
             const char* vendor = foreign ? "V2001" : "V1001";
             const char* currency = foreign ? "EUR" : "USD";
             const EnteredInvoice invoice{
@@ -45,26 +30,27 @@ class PaymentFaults : public ::testing::Test {
         }
         payments::APform_payment& form() { return *user.ap.frm_payment; }
         void press(int id) { EXPECT_EQ(form().press(id), controls::Refusal::none); }
-        [[nodiscard]] bool reading() { return form().mode() == frame::Mode::read; }
-
-        std::shared_ptr<Faults> faults = std::make_shared<Faults>();
-        CompanyCopy company;
-        store::OpenCompany faulty_company;
-        DeskOfUser user;
-        AllTables before;
     };
 
-    // The way there without faults, the act, and how its end shows.
+    // What is done to an entered payment. It is done when it is stored, whatever came of showing it
+    // afterwards.
     struct Act {
         void (*prepare)(Session& session);
         void (*carry_out)(Session& session);
-        bool (*stored)(const AllTables& before, const AllTables& now);
         void (*check_failed)(Session& session);
+        const char* message;
+
+        [[nodiscard]] FaultedAct<Session> on(bool foreign) const {
+            const auto begin = [way = prepare, foreign] {
+                auto session = std::make_unique<Session>(foreign);
+                way(*session);
+                return session;
+            };
+            return {begin, carry_out, [](Session& session) { return !session.changed_tables().empty(); },
+                    message, check_failed};
+        }
     };
 
-    static bool changed(const AllTables& before, const AllTables& now) {
-        return !difference(before, now).empty();
-    }
     static void save(Session& session) { session.press(101); }
     static void void_it(Session& session) {
         session.user.desk.answers = {true};
@@ -72,74 +58,43 @@ class PaymentFaults : public ::testing::Test {
         session.user.desk.answers.clear();
     }
 
-    static constexpr Act kSave{[](Session&) {}, save, changed,
+    static constexpr Act kSave{[](Session&) {}, save,
                                [](Session& session) {
                                    EXPECT_THAT(session.user.messages(), Contains("Add new payment failed"));
                                    EXPECT_EQ(session.form().mode(), frame::Mode::new_entry);
                                    EXPECT_EQ(session.form().txtdocno.text(), "** New **");
                                    EXPECT_EQ(session.form().txtfkey.text(), "");
                                    EXPECT_EQ(session.form().dbgrid1.cell(0, "pay amount"), "70.00");
-                               }};
-    static constexpr Act kVoid{save, void_it, changed, [](Session& session) {
+                               },
+                               "Add new Payment PY-26-00001 complete"};
+    static constexpr Act kVoid{save, void_it,
+                               [](Session& session) {
                                    EXPECT_THAT(session.user.messages(), Contains("Void Payment failed"));
                                    EXPECT_EQ(session.form().chkvoid.value(), 0);
-                               }};
+                               },
+                               "PY-26-00001 is void."};
     static constexpr Act kVoidInALaterPeriod{[](Session& session) {
                                                  EXPECT_EQ(session.form().txtpaydate.type("16/02/2026"),
                                                            controls::Refusal::none);
                                                  save(session);
                                              },
-                                             void_it, changed, kVoid.check_failed};
+                                             void_it, kVoid.check_failed, kVoid.message};
     static constexpr Act kEdit{[](Session& session) {
                                    save(session);
                                    session.press(106);
                                    EXPECT_EQ(session.form().txtremark.type("by post"),
                                              controls::Refusal::none);
                                },
-                               save, changed,
+                               save,
                                [](Session& session) {
+                                   EXPECT_THAT(session.user.messages(), ElementsAre("Update failed."));
                                    EXPECT_EQ(session.form().mode(), frame::Mode::edit);
                                    EXPECT_EQ(session.form().txtremark.text(), "by post");
-                               }};
+                               },
+                               nullptr};
 
-    static std::unique_ptr<Session> prepared(const Act& act, bool foreign) {
-        auto session = std::make_unique<Session>(foreign);
-        act.prepare(*session);
-        static_cast<void>(session->user.messages());
-        session->before = all_tables(session->company.db());
-        return session;
-    }
-
-    // Returns how many times the act failed.
     static int sweep(const Act& act, store::ErrorKind kind, bool for_good, bool foreign = false) {
-        const auto unharmed = prepared(act, foreign);
-        act.carry_out(*unharmed);
-        const AllTables expected = all_tables(unharmed->company.db());
-        EXPECT_NE(difference(unharmed->before, expected), "");
-        EXPECT_TRUE(unharmed->reading());
-        auto session = prepared(act, foreign);
-        int failed = 0;
-        for (int nth = 1;; ++nth) {
-            SCOPED_TRACE(fmt::format("call {}", nth));
-            Faults& faults = *session->faults;
-            faults.kind = kind;
-            faults.arm(nth, for_good);
-            act.carry_out(*session);
-            const bool reached = faults.calls >= nth;
-            faults.disarm();
-            const AllTables now = all_tables(session->company.db());
-            const bool stored = act.stored(session->before, now);
-            EXPECT_FALSE(session->faulty_company.workspace->in_transaction());
-            if (stored) {
-                EXPECT_EQ(difference(expected, now), "");
-                session = prepared(act, foreign);
-            } else {
-                act.check_failed(*session);
-                ++failed;
-            }
-            RecordProperty("failed_acts", failed);
-            if (HasFailure() || !reached) return failed;
-        }
+        return sweep_faults(act.on(foreign), kind, for_good);
     }
 };
 

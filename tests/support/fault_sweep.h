@@ -1,0 +1,129 @@
+// Each engine call of an act is made to fail, one after the other, and each time nothing of the act may be
+// left, counters included.
+//
+// A form whose act has failed stays as it was, with its entry, so the act is tried again on the same form
+// with the fault one call later, until it is not reached by its fault any more. An act that a retry has
+// carried over its fault must have stored exactly what it stores without faults.
+//
+// A form's tests give the way to the act (FaultedAct::begin), the act, and how its end shows.
+#pragma once
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include "support/all_tables.h"
+#include "support/faulty_engine.h"
+#include "support/sample_host.h"
+
+namespace brimley::testing {
+
+// A company, its user on an engine that can be made to fail, and a second look at the company from outside.
+struct FaultedDesk {
+    FaultedDesk()
+        : company(sample_original()),
+          faulty_company(company.second_user(faulty(faults))),
+          user(faulty_company) {
+        // An account that has the currency already is refreshed when the look at it fails; let that be no
+        // difference.
+        company.db().Execute("UPDATE Account_currency_table SET Description = ' ', revalue = TRUE");
+    }
+    void remember_tables() { before = all_tables(company.db()); }
+    [[nodiscard]] std::string changed_tables() { return difference(before, all_tables(company.db())); }
+    // Fails the n-th call of what is done, once or from then on. Whether the fault was reached.
+    template <class Done>
+    bool with_fault(int nth, store::ErrorKind kind, bool for_good, Done&& done) {
+        faults->kind = kind;
+        faults->arm(nth, for_good);
+        std::forward<Done>(done)();
+        const bool reached = faults->calls >= nth;
+        faults->disarm();
+        return reached;
+    }
+
+    std::shared_ptr<Faults> faults = std::make_shared<Faults>();
+    CompanyCopy company;
+    store::OpenCompany faulty_company;
+    DeskOfUser user;
+    AllTables before;
+};
+
+template <class Session>  // a FaultedDesk with a form
+struct FaultedAct {
+    std::function<std::unique_ptr<Session>()> begin;  // all that comes before the act, without faults
+    void (*carry_out)(Session& session);
+    bool (*done)(Session& session);
+    const char* message;  // when it is done; null: it says nothing
+    void (*check_failed)(Session& session);
+};
+
+template <class Session>
+std::unique_ptr<Session> begun(const FaultedAct<Session>& act) {
+    auto session = act.begin();
+    static_cast<void>(session->user.messages());
+    session->remember_tables();
+    return session;
+}
+
+// What the act leaves behind without faults.
+template <class Session>
+AllTables tables_after(const FaultedAct<Session>& act) {
+    const auto session = begun(act);
+    act.carry_out(*session);
+    EXPECT_TRUE(act.done(*session));
+    EXPECT_NE(session->changed_tables(), "");
+    return all_tables(session->company.db());
+}
+
+template <class Session>
+void check_nothing_left(Session& session, const FaultedAct<Session>& act) {
+    EXPECT_EQ(session.changed_tables(), "");
+    EXPECT_FALSE(session.faulty_company.workspace->in_transaction());
+    act.check_failed(session);
+}
+
+// Returns how many times the act failed.
+template <class Session>
+int sweep_faults(const FaultedAct<Session>& act, store::ErrorKind kind, bool for_good) {
+    const AllTables expected = tables_after(act);
+    auto session = begun(act);
+    int failed = 0;
+    for (int nth = 1;; ++nth) {
+        SCOPED_TRACE(fmt::format("call {}", nth));
+        const bool reached = session->with_fault(nth, kind, for_good, [&] { act.carry_out(*session); });
+        const bool done = act.done(*session);
+        if (done) {
+            if (act.message != nullptr) {
+                EXPECT_THAT(session->user.messages(), ::testing::Contains(act.message));
+            }
+            EXPECT_EQ(difference(expected, all_tables(session->company.db())), "");
+        } else {
+            check_nothing_left(*session, act);
+            ++failed;
+        }
+        ::testing::Test::RecordProperty("failed_acts", failed);
+        if (::testing::Test::HasFailure() || !reached) return failed;
+        if (done) session = begun(act);
+    }
+}
+
+// Only the first act of a connection prepares its statements: here each fault meets a connection of its own.
+// Returns how many times the act failed.
+template <class Session>
+int sweep_first_act(const FaultedAct<Session>& act) {
+    for (int nth = 1;; ++nth) {
+        SCOPED_TRACE(fmt::format("call {}", nth));
+        const auto session = begun(act);
+        const bool reached =
+            session->with_fault(nth, store::ErrorKind::io, false, [&] { act.carry_out(*session); });
+        ::testing::Test::RecordProperty("failed_acts", nth - 1);
+        if (!reached) return nth - 1;
+        check_nothing_left(*session, act);
+        if (::testing::Test::HasFailure()) return nth;
+    }
+}
+
+}  // namespace brimley::testing
