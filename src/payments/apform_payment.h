@@ -131,6 +131,10 @@ class APform_payment : public frame::DocumentForm {
         [[nodiscard]] double sum() const { return pay + discount + writeoff; }
         [[nodiscard]] bool any() const { return pay != 0 || discount != 0 || writeoff != 0; }
     };
+    struct PaidRow {
+        int row;
+        RowAmounts amounts;
+    };
     struct Listing;
 
     // entry.cpp
@@ -160,7 +164,6 @@ class APform_payment : public frame::DocumentForm {
     void add_open_item(const store::Recordset& item, Listing& listing, bool came_from);
     [[nodiscard]] double discount_offer(const store::Recordset& item, bool came_from, store::DateTime today);
     [[nodiscard]] std::string prepay_account(const std::string& fkey);
-    void load_line(int row, const store::Recordset& line);
 
     // cells.cpp
     void dbgrid1_BeforeColUpdate(controls::CellEdit& edit);
@@ -173,6 +176,8 @@ class APform_payment : public frame::DocumentForm {
     void set_cell_money(int row, const char* caption, double amount);
     [[nodiscard]] bool row_is_foreign(int row) const;
     [[nodiscard]] RowAmounts amounts_of(int row) const;
+    // The rows of which anything is paid, discounted or written off, in the order of the list.
+    [[nodiscard]] std::vector<PaidRow> paid_rows() const;
     void touch(int row);
     [[nodiscard]] bool touched(int row) const {
         return row < static_cast<int>(touched_rows.size()) && touched_rows[static_cast<std::size_t>(row)];
@@ -198,15 +203,14 @@ class APform_payment : public frame::DocumentForm {
 
     // lines_save.cpp
     [[nodiscard]] bool write_lines(const store::Recordset& header);
-    void fill_line(store::Recordset& lines, const store::Recordset& header, int row,
-                   const RowAmounts& amounts);
+    void fill_line(store::Recordset& lines, const store::Recordset& header, const PaidRow& paid);
     [[nodiscard]] bool is_as_listed(const store::Recordset& item, int row) const;
-    [[nodiscard]] bool pay_item(int row, const RowAmounts& amounts);
+    [[nodiscard]] bool pay_item(const PaidRow& paid);
     void mark_paid_document(const store::Recordset& item);
 
     // posting.cpp
-    [[nodiscard]] bool gather_row(kernel::GlPosting& posting, int row, const std::string& ap_accno,
-                                  const std::string& cash_accno);
+    [[nodiscard]] bool gather_row(kernel::GlPosting& posting, const PaidRow& paid,
+                                  const std::string& ap_accno, const std::string& cash_accno);
     [[nodiscard]] bool account_given(const std::string& accno, const char* what);
 
     // void_payment.cpp

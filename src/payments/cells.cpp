@@ -11,7 +11,7 @@ using kernel::money_value;
 using kernel::Round;
 
 double APform_payment::cell_money(int row, const char* caption) const {
-    return money_value(dbgrid1.cell(row, caption));
+    return money_value(dbgrid1.array.get(row, dbgrid1.get_column(caption)));
 }
 
 void APform_payment::set_cell_money(int row, const char* caption, double amount) {
@@ -37,6 +37,15 @@ bool APform_payment::check_ifany_pay() const {
         if (amounts_of(row).any()) return true;
     }
     return false;
+}
+
+std::vector<APform_payment::PaidRow> APform_payment::paid_rows() const {
+    std::vector<PaidRow> paid;
+    for (int row = 0; row <= last_row; ++row) {
+        const RowAmounts amounts = amounts_of(row);
+        if (amounts.any()) paid.push_back({row, amounts});
+    }
+    return paid;
 }
 
 void APform_payment::dbgrid1_BeforeColUpdate(CellEdit& edit) {

@@ -248,22 +248,29 @@ void APform_payment::add_open_item(const Recordset& item, Listing& listing, bool
     dbgrid1.array.set_row(++last_row, cells);
 }
 
-void APform_payment::load_line(int row, const Recordset& line) {
-    for (const LineColumn& column : kLineColumns) {
-        const store::Value value = line.field(column.field);
-        if (value.is_null()) continue;
-        dbgrid1.set_cell(row, column.caption,
-                         column.shown == Shown::money  ? format_money(value.number())
-                         : column.shown == Shown::date ? date_text(value)
-                                                       : value.text());
-    }
-}
-
 void APform_payment::assign2_dbgrid1(Recordset& lines) {
     clear_lines();
     dbgrid1.array.dimension(std::max(kRowsMin, static_cast<int>(lines.RecordCount()) + kRowsSpare));
-    for (; !lines.at_eof(); lines.MoveNext())
-        load_line(++last_row, lines);
+    std::array<int, kLineColumns.size()> fields{};
+    std::array<controls::TextArray::CellText, kLineColumns.size()> cells{};
+    for (std::size_t i = 0; i < kLineColumns.size(); ++i) {
+        fields[i] = lines.column_of(kLineColumns[i].field);
+        cells[i].column = dbgrid1.get_column(kLineColumns[i].caption);
+    }
+    const auto shown = [this](const store::Value& value, Shown as) {
+        if (value.is_null()) return std::string{};
+        return as == Shown::money  ? format_money(value.number())
+               : as == Shown::date ? date_text(value)
+                                   : value.text();
+    };
+    std::array<std::string, kLineColumns.size()> texts;
+    for (; !lines.at_eof(); lines.MoveNext()) {
+        for (std::size_t i = 0; i < kLineColumns.size(); ++i) {
+            texts[i] = shown(lines.column(fields[i]), kLineColumns[i].shown);
+            cells[i].text = texts[i];
+        }
+        dbgrid1.array.set_row(++last_row, cells);
+    }
     touched_rows.assign(static_cast<std::size_t>(last_row + 1), true);
     dbgrid1.rebind();
 }

@@ -15,21 +15,19 @@ using store::Recordset;
 bool APform_payment::write_lines(const Recordset& header) {
     auto lines = kernel().change("SELECT * FROM Payment_transaction_table WHERE 1 = 2");
     int item_no = 0;
-    for (int row = 0; row <= last_row; ++row) {
-        const RowAmounts amounts = amounts_of(row);
-        if (!amounts.any()) continue;
+    for (const PaidRow& paid : paid_rows()) {
         lines.AddNew();
         lines.set("item_no", ++item_no);
-        fill_line(lines, header, row, amounts);
+        fill_line(lines, header, paid);
         lines.Update();
-        if (!pay_item(row, amounts)) return false;
+        if (!pay_item(paid)) return false;
     }
     return true;
 }
 
-void APform_payment::fill_line(Recordset& lines, const Recordset& header, int row,
-                               const RowAmounts& amounts) {
-    const auto text = [&](const char* caption) { return dbgrid1.cell(row, caption); };
+void APform_payment::fill_line(Recordset& lines, const Recordset& header, const PaidRow& paid) {
+    const auto& [row, amounts] = paid;
+    const auto text = [this, row = row](const char* caption) { return dbgrid1.cell(row, caption); };
     for (const char* field : {"fkey", "docno", "company", "vendor_no", "payment_date"})
         lines.set(field, header.field(field));
     lines.set("ap_docno", text("AP document no"));
@@ -68,7 +66,8 @@ bool APform_payment::is_as_listed(const Recordset& item, int row) const {
            !item.flag("hold") && Round(item.number("open_amount") - cell_money(row, "open amount")) == 0;
 }
 
-bool APform_payment::pay_item(int row, const RowAmounts& amounts) {
+bool APform_payment::pay_item(const PaidRow& paid) {
+    const auto& [row, amounts] = paid;
     auto item = kernel().change(fmt::format(
         "SELECT open_amount,paid_amount,discount_taken,writeoff,paid,void,hold,fkey,company,vendor_no,Source,"
         "source_docno FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",

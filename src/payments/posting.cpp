@@ -56,8 +56,8 @@ bool APform_payment::insert_GL_record(const std::string& vendor_no, const std::s
     if (!posting.open()) return false;
     const std::string ap_accno = get_apaccno(vendor_no);
     if (ap_accno.empty()) return refuse("Error : Payable account for " + vendor_no + " is invalid.");
-    for (int row = 0; row <= last_row; ++row) {
-        if (!gather_row(posting, row, ap_accno, cash_accno)) return false;
+    for (const PaidRow& paid : paid_rows()) {
+        if (!gather_row(posting, paid, ap_accno, cash_accno)) return false;
     }
     if (!posting.write_lines() || !posting.write_rounding() || !posting.finish()) return false;
     txtglfkey.set(posting.fkey());
@@ -73,10 +73,9 @@ bool APform_payment::account_given(const std::string& accno, const char* what) {
 
 // What was paid, discounted and written off has the value of the payment's day, what was owed that of the
 // invoice's; gain or loss is what lies between. A prepayment's signs stay as they come.
-bool APform_payment::gather_row(kernel::GlPosting& posting, int row, const std::string& ap_accno,
+bool APform_payment::gather_row(kernel::GlPosting& posting, const PaidRow& paid, const std::string& ap_accno,
                                 const std::string& cash_accno) {
-    const RowAmounts amounts = amounts_of(row);
-    if (!amounts.any()) return true;
+    const auto& [row, amounts] = paid;
     const std::string currency = dbgrid1.cell(row, "currency");
     const bool in_base = !row_is_foreign(row);
     const std::string rate_text = dbgrid1.cell(row, "payment exch rate");
