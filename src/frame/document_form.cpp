@@ -16,6 +16,29 @@ constexpr controls::Colour kDocnoInEdit = controls::rgb(120, 120, 220);
 
 }  // namespace
 
+void DocumentForm::read_gain_and_loss() {
+    step("gain and loss accounts", [&] {
+        gain_accno = kernel().parameter_account("GL", "GL realized gain account");
+        loss_accno = kernel().parameter_account("GL", "GL realized loss account");
+    });
+}
+
+void DocumentForm::load_document_form() {
+    read_gain_and_loss();
+    step("get_user_rights", [&] { read_rights(); });
+    set_BRIMLEY_COLOR();
+    init_toolbar();
+    init_fontcolor();
+    step("initform_control", [&] { initform_control(); });
+    step("init_form_property", [&] { init_form_property(); });
+    step("init_grid", [&] { init_grid(); });
+    if (has_database()) {
+        last_record();
+    } else {
+        grid_readmode();
+    }
+}
+
 void DocumentForm::set_field(Control& field, FieldState state) {
     const bool read_only = state == FieldState::read_only;
     field.set_locked(read_only);

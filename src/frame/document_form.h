@@ -10,6 +10,8 @@
 #pragma once
 
 #include "frame/form.h"
+#include "kernel/gl_posting.h"
+#include "kernel/gl_reversal.h"
 
 namespace brimley::frame {
 
@@ -88,6 +90,9 @@ class DocumentForm : public Form {
   protected:
     // --- variable points ---
 
+    // Lists behind the combos, and the columns of the grid; once, while the form loads.
+    virtual void initform_control() = 0;
+    virtual void init_grid() = 0;
     // The doctype that the walk is about; may set txtdoctype.
     [[nodiscard]] virtual std::string doctype_of_walk() = 0;
     [[nodiscard]] virtual WalkTables walk_tables() const { return {}; }
@@ -125,6 +130,15 @@ class DocumentForm : public Form {
     // A command that only this form has.
     virtual void execute_own(int id) = 0;
 
+    // The part of Form_Load that all document forms share, in its order; each step with errors ignored.
+    void load_document_form();
+    void read_gain_and_loss();
+    // What a GL document of what is on screen says of it, and the reversal of the one that txtglfkey names.
+    // The form adds its remark, its texts and what it does differently.
+    [[nodiscard]] kernel::GlHeader gl_document(const char* source, store::DateTime gldate);
+    [[nodiscard]] kernel::GlReversal gl_reversal(const char* source,
+                                                 kernel::ModuleG3::TooLongMessage too_long);
+
     void CommandBars1_Execute(int id) override;
     // The commands of every document form with the form's own, by their ids. One of the form's takes the
     // place of the common one with its id.
@@ -157,6 +171,7 @@ class DocumentForm : public Form {
                                                                 const WalkTables& tables);
 
     std::int64_t fkey_last_no = 0;
+    std::string gain_accno, loss_accno;  // GL realized gain and loss accounts
 
     // Shows the first document that the criteria name, for the text that the user or host gave: without a
     // text the last one, and when there is none says so and returns to the document on screen.

@@ -146,6 +146,8 @@ class APform_invoice : public frame::DocumentForm {
   protected:
     void Form_Load() override;
     void init_toolbar() override;
+    void initform_control() override;
+    void init_grid() override;
     void save_grid() override;
     void execute_own(int id) override;
     [[nodiscard]] std::string doctype_of_walk() override;
@@ -187,7 +189,6 @@ class APform_invoice : public frame::DocumentForm {
     void show_vendor_and_term(const std::string& vendor_no, const std::string& term_no);
 
     // entry.cpp
-    void initform_control();
     void connect_handlers();
     void cmbvendor_ItemSelect();
     void cmbvendor_name_ItemSelect();
@@ -208,7 +209,6 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] std::vector<controls::ComboBox::Row> term_rows();
 
     // lines.cpp
-    void init_grid();
     void clear_arrays();
     void dbgrid1_BeforeColEdit(const controls::CellEdit& edit);
     void dbgrid1_BeforeColUpdate(controls::CellEdit& edit);
@@ -320,7 +320,6 @@ class APform_invoice : public frame::DocumentForm {
     kernel::TaxRows tax_rows;
     controls::DropDown ddacc;
     controls::DropDown ddtax;
-    std::string gain_accno, loss_accno;  // GL realized gain and loss accounts
     std::string default_cash_accno, default_ap_accno;
 };
 

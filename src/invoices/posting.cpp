@@ -6,7 +6,6 @@
 #include <optional>
 
 #include "invoices/apform_invoice.h"
-#include "kernel/gl_reversal.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
 
@@ -15,6 +14,12 @@ namespace brimley::invoices {
 using kernel::money_value;
 using kernel::Round;
 using store::quoted;
+
+namespace {
+
+constexpr const char* kSource = "AP-INVOICE";
+
+}  // namespace
 
 // The accounts of tax authorities, each looked up once a document.
 class APform_invoice::AuthorityAccounts {
@@ -50,23 +55,9 @@ bool APform_invoice::insert_GL_record(const std::string& ap_accno) {
     // A new document has been asked for its date; an edited one may have been stored without.
     const auto invoice_date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
     if (!invoice_date) return false;
-    kernel::GlHeader header;
-    header.company = cmbcompany.text();
-    header.gldate = *invoice_date;
+    kernel::GlHeader header = gl_document(kSource, *invoice_date);
     header.remark = "Invoice no. " + txtdocno.text();
-    header.Source = "AP-INVOICE";
-    header.source_docno = txtdocno.text();
     header.source_form = identity().class_name;
-    header.Currency = cmbcurrency.text();
-    header.base_currency = context().BASE_CURRENCY;
-    if (foreign()) header.rate_doc_to_base = money_value(cmbexrate.text());
-    // As plain digits, whatever was typed: the period is a key of the balance columns.
-    header.period = store::shortest_number(store::Value(cmbperiod.text()).number());
-    header.fyear = cmbfyear.text();
-    header.user = context().BRIMLEY_USER;
-    header.vendor_no = cmbvendor.text();
-    header.gain_account = gain_accno;
-    header.loss_account = loss_accno;
     const double rate = header.rate_doc_to_base;
     kernel::GlPosting posting(kernel(), std::move(header));
     const bool posted = posting.open() && gather_amounts(posting, ap_accno, rate) && posting.write_lines() &&
@@ -76,13 +67,7 @@ bool APform_invoice::insert_GL_record(const std::string& ap_accno) {
 }
 
 bool APform_invoice::insert_GL_reverse() {
-    kernel::GlReversal reversal;
-    reversal.fkey = txtglfkey.text();
-    reversal.company = cmbcompany.empty() ? "1" : cmbcompany.text();
-    reversal.Currency = cmbcurrency.text();
-    reversal.period = cmbperiod.text();
-    reversal.fyear = cmbfyear.text();
-    reversal.origin = {"AP-INVOICE", txtdocno.text(), identity().class_name, context().BRIMLEY_USER};
+    kernel::GlReversal reversal = gl_reversal(kSource, kernel::ModuleG3::TooLongMessage::text_first);
     const bool editing = mode() == frame::Mode::edit;
     reversal.description_in_same = (editing ? "Edit invoice " : "Void invoice ") + txtdocno.text();
     reversal.description_in_new = "void invoice " + txtdocno.text();

@@ -51,31 +51,15 @@ APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kerne
 }
 
 void APform_invoice::Form_Load() {
-    const auto read_gain_and_loss = [this] {
-        gain_accno = kernel().parameter_account("GL", "GL realized gain account");
-        loss_accno = kernel().parameter_account("GL", "GL realized loss account");
-    };
     clear_arrays();
-    step("gain and loss accounts", read_gain_and_loss);
-    step("get_user_rights", [&] { read_rights(); });
-    set_BRIMLEY_COLOR();
-    init_toolbar();
-    init_fontcolor();
-    step("initform_control", [&] { initform_control(); });
-    step("init_form_property", [&] { init_form_property(); });
-    step("init_grid", [&] { init_grid(); });
-    if (has_database()) {
-        last_record();
-    } else {
-        grid_readmode();
-    }
+    load_document_form();
     frame_tax.set_visible(false);
     frame_tax_summary.set_visible(false);
     step("default accounts", [&] {
         default_cash_accno = kernel().parameter_account("GL", "Default Cash account");
         default_ap_accno = kernel().parameter_account("AP", "Default account payable account");
     });
-    step("gain and loss accounts", read_gain_and_loss);
+    read_gain_and_loss();
     bars_.set_pressed(1012, true);
 }
 

@@ -102,6 +102,8 @@ class APform_payment : public frame::DocumentForm {
   protected:
     void Form_Load() override;
     void init_toolbar() override;
+    void initform_control() override;
+    void init_grid() override;
     void save_grid() override;
     void execute_own(int id) override;
     [[nodiscard]] std::string doctype_of_walk() override;
@@ -138,7 +140,6 @@ class APform_payment : public frame::DocumentForm {
     struct Listing;
 
     // entry.cpp
-    void initform_control();
     void connect_handlers();
     [[nodiscard]] controls::ComboBox::Source rows_of(const char* query, const char* first,
                                                      const char* second);
@@ -157,7 +158,6 @@ class APform_payment : public frame::DocumentForm {
     [[nodiscard]] std::optional<store::DateTime> date_in(const controls::DateField& field) const;
 
     // items.cpp
-    void init_grid();
     void clear_lines();
     void take_out_row(int row);
     void add_open_items(store::Recordset& items);
@@ -233,7 +233,6 @@ class APform_payment : public frame::DocumentForm {
     std::vector<bool> touched_rows;
     controls::DropDown dd1, dd2;
     std::string default_discount_accno, default_writeoff_accno;
-    std::string gain_accno, loss_accno;  // GL realized gain and loss accounts
 };
 
 }  // namespace brimley::payments

@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "kernel/gl_reversal.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
 #include "payments/apform_payment.h"
@@ -31,24 +30,11 @@ std::string APform_payment::get_apaccno(const std::string& vendor_no) {
 bool APform_payment::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno) {
     const auto payment_date = kernel::try_user_date(txtpaydate.text(), context().BRIMLEY_DATE_FORMAT);
     if (!payment_date) return false;
-    kernel::GlHeader header;
-    header.company = cmbcompany.text();
-    header.gldate = *payment_date;
+    kernel::GlHeader header = gl_document(kSource, *payment_date);
     header.remark = "payment no. " + txtdocno.text();
-    header.Source = kSource;
-    header.source_docno = txtdocno.text();
     header.source_form = "Payment Entry";
     header.line_source_form = identity().class_name;
-    header.Currency = cmbcurrency.text();
-    header.base_currency = context().BASE_CURRENCY;
-    if (foreign()) header.rate_doc_to_base = money_value(cmbexrate.text());
-    // As plain digits, whatever was typed: the period is a key of the balance columns.
-    header.period = store::shortest_number(store::Value(cmbperiod.text()).number());
-    header.fyear = cmbfyear.text();
-    header.user = context().BRIMLEY_USER;
     header.vendor_no = vendor_no;
-    header.gain_account = gain_accno;
-    header.loss_account = loss_accno;
     header.rates_from_amounts = true;
     header.rounding_line_has_rate = true;
     header.too_long = kNumberFirst;
@@ -111,15 +97,7 @@ bool APform_payment::gather_row(kernel::GlPosting& posting, const PaidRow& paid,
 }
 
 bool APform_payment::insert_GL_reverse() {
-    kernel::GlReversal reversal;
-    reversal.fkey = txtglfkey.text();
-    reversal.company = cmbcompany.empty() ? "1" : cmbcompany.text();
-    reversal.Currency = cmbcurrency.text();
-    reversal.period = cmbperiod.text();
-    reversal.fyear = cmbfyear.text();
-    reversal.origin = {
-        kSource,     txtdocno.text(), identity().class_name, context().BRIMLEY_USER, cmbcurrency.text(),
-        kNumberFirst};
+    kernel::GlReversal reversal = gl_reversal(kSource, kNumberFirst);
     reversal.description_in_same =
         txtdocno.text() + (dbgrid1.allow_update ? "Edit payment " : "Void payment ");
     reversal.description_in_new = txtdocno.text() + "void payment ";

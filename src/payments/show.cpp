@@ -35,23 +35,8 @@ APform_payment::APform_payment(frame::HostContext context, std::shared_ptr<kerne
 
 void APform_payment::Form_Load() {
     clear_lines();
-    step("gain and loss accounts", [&] {
-        gain_accno = kernel().parameter_account("GL", "GL realized gain account");
-        loss_accno = kernel().parameter_account("GL", "GL realized loss account");
-    });
-    step("get_user_rights", [&] { read_rights(); });
-    set_BRIMLEY_COLOR();
-    init_toolbar();
-    init_fontcolor();
-    step("initform_control", [&] { initform_control(); });
-    step("init_form_property", [&] { init_form_property(); });
-    step("init_grid", [&] { init_grid(); });
     Deposit_style = kDepositColour;
-    if (has_database()) {
-        last_record();
-    } else {
-        grid_readmode();
-    }
+    load_document_form();
     step("default accounts", [&] {
         default_discount_accno = kernel().parameter_account("AP", "AP discount account");
         default_writeoff_accno = kernel().parameter_account("AP", "AP write-off account");
