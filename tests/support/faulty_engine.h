@@ -5,6 +5,7 @@
 // else, a fault of kind locked is that answer.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -23,6 +24,8 @@ struct Faults {
     std::string only_statements_with = {};
     // A failing commit has still been carried out, as when only its answer is lost.
     bool commit_done = false;
+    // Called in the place of the error, if there is one.
+    std::function<void()> on_fault = {};
 
     // Counts from now on and fails at the n-th call.
     void arm(int nth, bool always) {
@@ -87,7 +90,10 @@ class FaultyEngine final : public store::Engine {
         if (sql.find(faults_->only_statements_with) == std::string::npos) return false;
         ++faults_->calls;
         if (faults_->fail_at == 0) return false;
-        return faults_->for_good ? faults_->calls >= faults_->fail_at : faults_->calls == faults_->fail_at;
+        const bool fails =
+            faults_->for_good ? faults_->calls >= faults_->fail_at : faults_->calls == faults_->fail_at;
+        if (fails && faults_->on_fault) faults_->on_fault();
+        return fails;
     }
     [[noreturn]] void fail() const { throw store::Error(faults_->kind, "a failure made by the test"); }
     void may_fail(const std::string& sql = {}) {

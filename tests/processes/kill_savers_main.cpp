@@ -1,0 +1,107 @@
+// kill-savers: a saver is killed again and again, at a call to the engine or at a moment, and each time the
+// company is opened anew: the books agree, and everything that was told as stored is there.
+//
+//   kill-savers SAVER [--kills N] [--seed N]
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <iostream>
+#include <random>
+#include <thread>
+
+#include "child.h"
+#include "company/create.h"
+#include "kernel/tables/company_tables.h"
+#include "stored_documents.h"
+#include "support/temporary_folder.h"
+
+namespace {
+
+using namespace brimley;
+
+struct Options {
+    std::string saver;
+    int kills = 20;
+    std::uint64_t seed = 20261121;
+};
+
+constexpr int kCallsMost = 2500;  // about a dozen saves
+constexpr int kMillisecondsMost = 60;
+
+constexpr int kKillsOfACompany = 50;  // then a fresh one, for the check reads all there is
+
+// A company that is worked at until its savers have been killed this many times.
+class KilledCompany {
+  public:
+    explicit KilledCompany(const std::string& saver) : saver_(saver) {
+        company::create_company_file(path_, company::SampleCompany{"anna"});
+    }
+
+    // Whether the saver was killed, and had not come to its end before.
+    bool kill(std::mt19937_64& chance) {
+        const bool at_call = chance() % 2 == 0;
+        const int when = 1 + static_cast<int>(chance() % (at_call ? kCallsMost : kMillisecondsMost));
+        last_kill_ = fmt::format("at {} {}", at_call ? "call" : "millisecond", when);
+        testing::Child saver({saver_, path_, "--acts", "1000", "--seed", std::to_string(chance()),
+                              "--kill-at", std::to_string(at_call ? when : 0)});
+        if (!at_call) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(when));
+            saver.kill();
+        }
+        for (const std::string& line : saver.lines())
+            static_cast<void>(stored_.take(line));
+        return !saver.ended_well();
+    }
+    [[nodiscard]] const std::string& last_kill() const { return last_kill_; }
+    [[nodiscard]] int told() const { return stored_.told(); }
+    [[nodiscard]] std::vector<std::string> findings() const {
+        return stored_.findings(store::open_company(path_, kernel::company_tables()));
+    }
+
+  private:
+    std::string saver_;
+    testing::TemporaryFolder folder_;
+    std::string path_ = folder_.file("killed.brimley");
+    testing::StoredDocuments stored_;
+    std::string last_kill_;
+};
+
+int run(const Options& options) {
+    std::cout << "seed " << options.seed << std::endl;
+    std::mt19937_64 chance(options.seed);
+    int killed = 0;
+    int told = 0;
+    for (int done = 0; done < options.kills;) {
+        KilledCompany company(options.saver);
+        for (int i = 0; i < kKillsOfACompany && done < options.kills; ++i, ++done) {
+            killed += company.kill(chance) ? 1 : 0;
+            const auto findings = company.findings();
+            if (findings.empty()) continue;
+            std::cout << fmt::format("kill {}, {}:\n", done + 1, company.last_kill());
+            for (const std::string& finding : findings)
+                std::cout << "  " << finding << '\n';
+            return 1;
+        }
+        told += company.told();
+    }
+    std::cout << fmt::format("{} kills, {} things told as stored, all there\n", killed, told);
+    return killed == options.kills && told > 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App program("Kills a saver and looks at the company", "kill-savers");
+    Options options;
+    program.add_option("saver", options.saver, "the saver program")->required();
+    program.add_option("--kills", options.kills, "how many")->capture_default_str();
+    program.add_option("--seed", options.seed, "which kills")->capture_default_str();
+    CLI11_PARSE(program, argc, argv);
+    try {
+        return run(options);
+    } catch (const std::exception& failure) {
+        std::cerr << "kill-savers: " << failure.what() << std::endl;
+        return 1;
+    }
+}

@@ -1,0 +1,122 @@
+#include "saver.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <numeric>
+#include <thread>
+
+namespace brimley::testing {
+
+using controls::Refusal;
+
+namespace {
+
+constexpr int kNew = 105;
+constexpr int kSave = 101;
+constexpr int kVoidPayment = 133;
+constexpr int kVoidInvoice = 1008;
+
+const std::vector<const char*> kVendors{"V1001", "V1002", "V1003", "V1006"};
+
+}  // namespace
+
+void WaitingDesk::wait(std::chrono::milliseconds duration) {
+    std::this_thread::sleep_for(duration);
+    RecordingDesk::wait(duration);
+}
+
+Saver::Saver(const store::OpenCompany& company, const std::string& user, std::uint64_t seed,
+             std::function<void(const std::string& line)> tell)
+    : chance_(seed), tell_(std::move(tell)) {
+    ap_.dbe = company.workspace;
+    ap_.abcdb = company.database;
+    ap_.BASE_CURRENCY = "USD";
+    ap_.BRIMLEY_USER = user;
+    ap_.BRIMLEY_DATE_FORMAT = "dd/mm/yyyy";
+    ap_.BRIMLEY_NO_PERIODS = "12";
+    ap_.showform_APform_invoice();
+    ap_.showform_APform_payment();
+}
+
+const std::vector<Saver::Act>& Saver::acts() {
+    static const std::vector<Act> kActs{
+        {"invoice", 10, &Saver::enter_invoice},
+        {"payment", 6, &Saver::pay_invoices},
+        {"void-invoice", 2, &Saver::void_invoice},
+        {"void-payment", 2, &Saver::void_payment},
+    };
+    return kActs;
+}
+
+void Saver::act() {
+    const auto& table = acts();
+    int at = below(std::accumulate(table.begin(), table.end(), 0,
+                                   [](int sum, const Act& each) { return sum + each.weight; }));
+    const Act* chosen = table.data();
+    while (at >= chosen->weight)
+        at -= (chosen++)->weight;
+    (this->*chosen->run)();
+}
+
+void Saver::press(frame::Form& form, int id) {
+    desk_.answers = {true};
+    static_cast<void>(form.press(id));
+    desk_.answers.clear();
+}
+
+void Saver::tell_outcome(const char* what, const std::string& docno, const std::string& message) {
+    const auto messages = desk_.take_messages();
+    const bool stored = std::find(messages.begin(), messages.end(), message) != messages.end();
+    tell_(stored ? fmt::format("{} {}", what, docno) : fmt::format("refused {}", fmt::join(messages, " ")));
+}
+
+void Saver::enter_invoice() {
+    auto& form = *ap_.frm_invoice;
+    if (form.mode() == frame::Mode::read) {
+        EnteredInvoice invoice;
+        invoice.vendor = kVendors[static_cast<std::size_t>(below(static_cast<int>(kVendors.size())))];
+        const std::string amount = fmt::format("{}.{:02}", 1 + below(900), below(100));
+        for (int line = 0; line <= below(3); ++line)
+            invoice.lines.push_back({line == 1 ? "5900" : "5000", "STACK", "taxable amount", amount.c_str()});
+        enter(form, invoice);
+    }
+    press(form, kSave);
+    tell_outcome("invoice", form.txtdocno.text(), "Add new Invoice complete");
+}
+
+void Saver::pay_invoices() {
+    auto& form = *ap_.frm_payment;
+    if (form.mode() == frame::Mode::read) static_cast<void>(form.press(kNew));
+    // Listed afresh, also after a save that was refused: another desk may have paid the items.
+    static_cast<void>(
+        form.cmbvendor.type(kVendors[static_cast<std::size_t>(below(static_cast<int>(kVendors.size())))]));
+    static_cast<void>(form.cmbpayby.type("Cash"));
+    static_cast<void>(form.cmbcash.type("1000"));
+    const int items = std::min(form.dbgrid1.array.used_rows(), 1 + below(4));
+    for (int row = 0; row < items; ++row)
+        static_cast<void>(form.dbgrid1.visit_cell(row, form.dbgrid1.get_column("pay amount")));
+    if (items == 0) return;
+    static_cast<void>(form.txtpayment.type(form.txttotal.text()));
+    press(form, kSave);
+    tell_outcome("payment", form.txtdocno.text(),
+                 fmt::format("Add new Payment {} complete", form.txtdocno.text()));
+}
+
+void Saver::void_invoice() {
+    auto& form = *ap_.frm_invoice;
+    if (form.mode() != frame::Mode::read || form.txtfkey.empty()) return;
+    const std::string docno = form.txtdocno.text();
+    press(form, kVoidInvoice);
+    tell_outcome("void-invoice", docno, fmt::format("Invoice {} is void.", docno));
+}
+
+void Saver::void_payment() {
+    auto& form = *ap_.frm_payment;
+    if (form.mode() != frame::Mode::read || form.txtfkey.empty()) return;
+    const std::string docno = form.txtdocno.text();
+    press(form, kVoidPayment);
+    tell_outcome("void-payment", docno, docno + " is void.");
+}
+
+}  // namespace brimley::testing

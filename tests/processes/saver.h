@@ -1,0 +1,58 @@
+// A user who works at the forms of a company until told to stop, and says what was stored.
+#pragma once
+
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "kernel/store/database.h"
+#include "support/sample_host.h"
+
+namespace brimley::testing {
+
+// Waits as a program does, for the harnesses that run several of them.
+class WaitingDesk : public RecordingDesk {
+  public:
+    void wait(std::chrono::milliseconds duration) override;
+};
+
+class Saver {
+  public:
+    // `tell` gets a line for each thing stored ("invoice IP-26-00001", "void-invoice IP-26-00001") as soon as
+    // the form has said that it is, and one for each thing refused ("refused TEXT").
+    Saver(const store::OpenCompany& company, const std::string& user, std::uint64_t seed,
+          std::function<void(const std::string& line)> tell);
+
+    // One act on one document.
+    void act();
+
+  private:
+    // What a user does, by its name in what is told. A later form adds its acts here.
+    struct Act {
+        const char* name;
+        int weight;
+        void (Saver::*run)();
+    };
+    [[nodiscard]] static const std::vector<Act>& acts();
+
+    void enter_invoice();
+    void pay_invoices();
+    void void_invoice();
+    void void_payment();
+
+    [[nodiscard]] int below(int count) {
+        return static_cast<int>(chance_() % static_cast<std::uint64_t>(count));
+    }
+    // Answers Yes to what the command asks.
+    void press(frame::Form& form, int id);
+    // Tells the document as stored when the form has said the message; else what it has said.
+    void tell_outcome(const char* what, const std::string& docno, const std::string& message);
+
+    WaitingDesk desk_;
+    host::APclass ap_{desk_};
+    std::mt19937_64 chance_;
+    std::function<void(const std::string& line)> tell_;
+};
+
+}  // namespace brimley::testing
