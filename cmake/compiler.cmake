@@ -62,5 +62,8 @@ function(brimley_test name folder)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gtest_main GTest::gmock)
     target_precompile_headers(${name} REUSE_FROM brimley_test_precompiled)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+    # What only the night run has time for stands in suites instantiated as "Night".
+    gtest_discover_tests(${name} TEST_FILTER -Night/* DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+    gtest_discover_tests(${name} TEST_FILTER Night/* TEST_LIST ${name}_night NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST
+        PROPERTIES TIMEOUT 600 LABELS night)
 endfunction()

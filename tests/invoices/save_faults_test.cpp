@@ -32,7 +32,7 @@ EnteredInvoice foreign_invoice() {
 }  // namespace
 
 class SaveFaults : public ::testing::Test {
-  protected:
+  public:
     struct Session : FaultedDesk {
         explicit Session(const EnteredInvoice& invoice) {
             user.ap.showform_APform_invoice();
@@ -274,6 +274,27 @@ TEST_F(SaveFaults, FailureWhileAnEditBeginsNeverOpensHalfADocument) {
     EXPECT_GT(refused, kFewestHoldFailures);
     EXPECT_EQ(session->changed_tables(), "");
 }
+
+class EveryInvoiceFault : public SaveFaults, public SweptParameters<SaveFaults::Session> {
+  public:
+    static std::vector<SweptAct<Session>> acts() {
+        return {{"Save", kSave.on(base_invoice())},
+                {"ForeignSave", kSave.on(foreign_invoice())},
+                {"Edit", kEdit.on(base_invoice())},
+                {"EditInALaterPeriod", kEditInALaterPeriod.on(base_invoice())},
+                {"Void", kVoid.on(base_invoice())},
+                {"VoidInALaterPeriod", kVoidInALaterPeriod.on(base_invoice())},
+                {"Hold", kHold.on(base_invoice())},
+                {"Release", kRelease.on(base_invoice())}};
+    }
+};
+
+TEST_P(EveryInvoiceFault, LeavesNothingOrIsRetried) { sweep_in_the_night(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Night, EveryInvoiceFault,
+                         ::testing::Combine(::testing::ValuesIn(EveryInvoiceFault::acts()),
+                                            ::testing::ValuesIn(kSweptFaults)),
+                         swept_name<EveryInvoiceFault::Session>);
 
 // --- the retry of a ledger line
 //

@@ -7,7 +7,7 @@ namespace brimley::testing {
 using ::testing::IsEmpty;
 
 class TemplateFaults : public ::testing::Test {
-  protected:
+  public:
     struct Session : FaultedDesk {
         Session() {
             user.ap.showform_APform_invoice();
@@ -61,5 +61,17 @@ TEST_F(TemplateFaults, LockForGoodLeavesNothing) {
 TEST_F(TemplateFaults, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
     EXPECT_GT(sweep_first_act(save()), kFewestFailures);
 }
+
+class EveryTemplateFault : public TemplateFaults, public SweptParameters<TemplateFaults::Session> {
+  public:
+    static std::vector<SweptAct<Session>> acts() { return {{"Save", save()}}; }
+};
+
+TEST_P(EveryTemplateFault, LeavesNothingOrIsRetried) { sweep_in_the_night(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Night, EveryTemplateFault,
+                         ::testing::Combine(::testing::ValuesIn(EveryTemplateFault::acts()),
+                                            ::testing::ValuesIn(kSweptFaults)),
+                         swept_name<EveryTemplateFault::Session>);
 
 }  // namespace brimley::testing

@@ -8,7 +8,7 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 
 class PaymentFaults : public ::testing::Test {
-  protected:
+  public:
     // A vendor's open items, and a payment of them entered and not saved.
     struct Session : FaultedDesk {
         explicit Session(bool foreign) {
@@ -141,5 +141,23 @@ TEST_F(PaymentFaults, ConstraintFailureOnceInAVoidInALaterPeriodLeavesNothingOrI
 TEST_F(PaymentFaults, IoFailureOnceInAnEditLeavesNothing) {
     EXPECT_GT(sweep(kEdit, store::ErrorKind::io, false), kFewestEditFailures);
 }
+
+class EveryPaymentFault : public PaymentFaults, public SweptParameters<PaymentFaults::Session> {
+  public:
+    static std::vector<SweptAct<Session>> acts() {
+        return {{"Save", kSave.on(false)},
+                {"ForeignSave", kSave.on(true)},
+                {"Void", kVoid.on(false)},
+                {"VoidInALaterPeriod", kVoidInALaterPeriod.on(false)},
+                {"Edit", kEdit.on(false)}};
+    }
+};
+
+TEST_P(EveryPaymentFault, LeavesNothingOrIsRetried) { sweep_in_the_night(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Night, EveryPaymentFault,
+                         ::testing::Combine(::testing::ValuesIn(EveryPaymentFault::acts()),
+                                            ::testing::ValuesIn(kSweptFaults)),
+                         swept_name<EveryPaymentFault::Session>);
 
 }  // namespace brimley::testing

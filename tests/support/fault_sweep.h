@@ -14,6 +14,9 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "support/all_tables.h"
 #include "support/faulty_engine.h"
@@ -108,6 +111,43 @@ int sweep_faults(const FaultedAct<Session>& act, store::ErrorKind kind, bool for
         if (::testing::Test::HasFailure() || !reached) return failed;
         if (done) session = begun(act);
     }
+}
+
+// --- the night run: every act with every fault ---
+
+struct SweptFault {
+    const char* name;
+    store::ErrorKind kind;
+    bool for_good;
+};
+inline const std::vector<SweptFault> kSweptFaults{
+    {"IoOnce", store::ErrorKind::io, false},
+    {"IoForGood", store::ErrorKind::io, true},
+    {"ConstraintOnce", store::ErrorKind::constraint, false},
+    {"ConstraintForGood", store::ErrorKind::constraint, true},
+    {"LockOnce", store::ErrorKind::locked, false},
+    {"LockForGood", store::ErrorKind::locked, true},
+};
+
+template <class Session>
+struct SweptAct {
+    const char* name;
+    FaultedAct<Session> act;
+};
+
+// For a suite with the parameters SweptAct and SweptFault.
+template <class Session>
+using SweptParameters = ::testing::WithParamInterface<std::tuple<SweptAct<Session>, SweptFault>>;
+
+template <class Session>
+std::string swept_name(const ::testing::TestParamInfo<std::tuple<SweptAct<Session>, SweptFault>>& info) {
+    return std::string(std::get<0>(info.param).name) + "_" + std::get<1>(info.param).name;
+}
+
+template <class Session>
+void sweep_in_the_night(const std::tuple<SweptAct<Session>, SweptFault>& parameters) {
+    const auto& [swept, fault] = parameters;
+    EXPECT_GT(sweep_faults(swept.act, fault.kind, fault.for_good), 0);
 }
 
 // Only the first act of a connection prepares its statements: here each fault meets a connection of its own.
