@@ -134,8 +134,7 @@ bool GlPosting::write_rounding() {
 
 bool GlPosting::finish() {
     if (!lines_.check()) return false;
-    header_row_.Update();
-    return true;
+    return with_retry(kernel_.outside(), [&] { header_row_.Update(); });
 }
 
 }  // namespace brimley::kernel

@@ -65,11 +65,13 @@ class Reversing {
         header_.set("Currency", reversal_.Currency);
         header_.set("Description", reversal_.description_in_new);
         header_.set("remark", "Reverse GL " + old_docno);
-        header_.set("gldate", kernel_.outside().now().date_only());
+        const store::DateTime now = kernel_.outside().now();
+        header_.set("gldate", reversal_.new_has_time ? now : now.date_only());
         header_.set("period", std::to_string(today.period));
         header_.set("fyear", today.fyear);
         header_.set("Source", reversal_.origin.Source);
-        header_.set("source_form", reversal_.origin.source_form);
+        const std::string& form = reversal_.source_form_in_new;
+        header_.set("source_form", form.empty() ? reversal_.origin.source_form : form);
         header_.set("source_docno", reversal_.origin.source_docno);
         if (!update(header_)) return false;
         header_.Bookmark(header_.LastModified());

@@ -26,6 +26,10 @@ struct GlReversal {
     std::string description_in_same;
     std::string description_in_new;
     bool result_without_lines = true;  // for a document that has posted nothing
+
+    // --- what payments do differently ---
+    std::string source_form_in_new;  // of a new document's header; empty: that of the lines
+    bool new_has_time = false;       // a new document is dated with the time of day
 };
 
 // Inside the caller's transaction. False, after its message, if there is one, when the document could not be

@@ -30,6 +30,7 @@ std::int64_t whole_number(double number, std::int64_t least, std::int64_t most) 
 
 // Larger amounts could not be held to the cent.
 constexpr int kWholeDigitsMax = 13;
+constexpr double kAmountsEnd = 1e13 - 0.005;
 
 std::string format_money(double value) {
     const double cents = std::round(value * 100.0);
@@ -78,7 +79,8 @@ bool is_numeric(std::string_view text) {
             return false;
         }
     }
-    return digit_seen && whole_digits <= kWholeDigitsMax;
+    // Decimals may still round it up to one digit more.
+    return digit_seen && whole_digits <= kWholeDigitsMax && std::fabs(money_value(text)) < kAmountsEnd;
 }
 
 }  // namespace brimley::kernel

@@ -168,6 +168,7 @@ class APform_payment : public frame::DocumentForm {
     // cells.cpp
     void dbgrid1_BeforeColUpdate(controls::CellEdit& edit);
     void dbgrid1_AfterColUpdate(int column);
+    void empty_pay_amount(int row);
     void enter_pay_amount(int row);
     void take_payment_rate(int row);
     enum class Ties { to_even, as_shown };

@@ -73,7 +73,7 @@ void APform_payment::dbgrid1_BeforeColUpdate(CellEdit& edit) {
     RowAmounts amounts = amounts_of(row);
     (pays ? amounts.pay : takes ? amounts.discount : amounts.writeoff) = money_value(edit.new_text);
     if (pays && gross * amounts.pay < 0) {
-        dbgrid1.set_cell(row, "pay amount", "");
+        empty_pay_amount(row);
         return refuse("pay amount is invalid.");
     }
     const double available = cell_money(row, "discount available");
@@ -95,6 +95,15 @@ void APform_payment::dbgrid1_BeforeColUpdate(CellEdit& edit) {
         }
     }
     set_cell_money(row, "net balance", net);
+}
+
+// Nothing is paid of the item then, and what depends on it says so, or the item would be closed for less.
+void APform_payment::empty_pay_amount(int row) {
+    dbgrid1.set_cell(row, "pay amount", "");
+    const RowAmounts amounts = amounts_of(row);
+    set_cell_money(row, "net balance", cell_money(row, "open amount") - amounts.discount - amounts.writeoff);
+    update_base_amount(row, Ties::to_even);
+    update_total_payment();
 }
 
 void APform_payment::dbgrid1_AfterColUpdate(int column) {

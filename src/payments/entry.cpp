@@ -192,6 +192,7 @@ void APform_payment::clear_box() {
     for (ComboBox* combo : {&cmbvendor, &cmbvendor_name, &cmbcurrency, &cmbperiod, &cmbfyear, &cmbexrate,
                             &cmbpayby, &cmbcash, &cmbbank})
         combo->clear_choice();
+    cmbexrate.clear_items();
     for (controls::DateField* field : {&txtpaydate, &txtratedate, &txtcheckdate})
         field->set("");
     for (controls::TextField* field :

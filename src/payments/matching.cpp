@@ -50,7 +50,7 @@ class APform_payment::Matching {
 
     void run() {
         split_list();
-        append(credits_, Credit{"", "", 0 - kernel::money_value(form_.txttotal.text()), 0, 0, true});
+        credits_.push_back({"", "", 0 - kernel::money_value(form_.txttotal.text()), 0, 0, true});
         auto invoice = invoices_.begin();
         for (Credit& credit : credits_) {
             while (credit.left < 0 && invoice != invoices_.end()) {

@@ -17,6 +17,7 @@ using store::quoted;
 namespace {
 
 constexpr const char* kSource = "AP-PAYMENT";
+constexpr const char* kHeaderForm = "Payment Entry";  // on the headers of GL documents
 constexpr auto kNumberFirst = kernel::ModuleG3::TooLongMessage::number_first;
 
 }  // namespace
@@ -32,7 +33,7 @@ bool APform_payment::insert_GL_record(const std::string& vendor_no, const std::s
     if (!payment_date) return false;
     kernel::GlHeader header = gl_document(kSource, *payment_date);
     header.remark = "payment no. " + txtdocno.text();
-    header.source_form = "Payment Entry";
+    header.source_form = kHeaderForm;
     header.line_source_form = identity().class_name;
     header.vendor_no = vendor_no;
     header.rates_from_amounts = true;
@@ -102,6 +103,8 @@ bool APform_payment::insert_GL_reverse() {
         txtdocno.text() + (dbgrid1.allow_update ? "Edit payment " : "Void payment ");
     reversal.description_in_new = txtdocno.text() + "void payment ";
     reversal.result_without_lines = false;
+    reversal.source_form_in_new = kHeaderForm;
+    reversal.new_has_time = true;
     return kernel::reverse_gl_document(kernel(), reversal);
 }
 

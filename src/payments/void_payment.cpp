@@ -78,9 +78,14 @@ void APform_payment::give_back_line(const Recordset& line, PaidDocument& documen
     auto item =
         kernel().change(fmt::format("SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {}",
                                     quoted(line.text("ap_docno"))));
-    // Numbers may come again: the vendor's own item is meant.
-    item.FindFirst("[pay_item] = " + store::shortest_number(line.number("pay_item")) +
-                   " AND [vendor_no] = " + quoted(line.text("vendor_no")));
+    // Numbers may come again: the vendor's own item is meant, first of all one that is as the payment left
+    // it.
+    const std::string own = "[pay_item] = " + store::shortest_number(line.number("pay_item")) +
+                            " AND [vendor_no] = " + quoted(line.text("vendor_no"));
+    item.FindFirst(fmt::format("{} AND [gross_amount] = {} AND [open_amount] = {}", own,
+                               store::shortest_number(line.number("gross_amount")),
+                               store::shortest_number(line.number("balance"))));
+    if (item.NoMatch()) item.FindFirst(own);
     if (item.NoMatch()) return;
     document = {item.text("fkey"), item.text("source_docno")};
     const auto add = [&](const char* field, double amount) {

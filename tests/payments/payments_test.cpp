@@ -86,4 +86,81 @@ TEST_F(Payments, EditOfAPaymentThatIsGoneFails) {
     EXPECT_THAT(user.messages(), ElementsAre("Update failed."));
 }
 
+// Two equal numbers of one vendor, as a format without the year gives them: the void finds the one it paid.
+TEST_F(Payments, VoidOfOneOfTwoEqualNumbersGivesBackToTheOneThatWasPaid) {
+    company.db().Execute("UPDATE AP_transaction_table SET docno = 'IP-00001'");
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 1, "pay amount", "60.00");
+    pay_total(form());
+    press(101);
+    EXPECT_EQ(company.list("SELECT open_amount FROM AP_transaction_table ORDER BY gross_amount"), "0 | 100");
+    press_and_agree(133);
+    EXPECT_EQ(
+        company.list("SELECT open_amount, paid_amount, paid FROM AP_transaction_table ORDER BY gross_amount"),
+        "60 0 FALSE | 100 - FALSE");
+}
+
+TEST_F(Payments, VoidIsRefusedAtOnceWhileAnotherDeskSaves) {
+    pay_both();
+    const store::OpenCompany other = company.second_user();
+    other.workspace->BeginTrans();
+    other.database->Execute("UPDATE Vendor_table SET vendor_group = 'X' WHERE vendor_no = 'V1002'");
+    press_and_agree(133);
+    EXPECT_THAT(user.messages(), ElementsAre("Void Payment failed"));
+    EXPECT_TRUE(user.desk.waits.empty());
+    other.workspace->Rollback();
+    press_and_agree(133);
+    EXPECT_THAT(user.messages(), ElementsAre("PY-26-00001 is void."));
+}
+
+TEST_F(Payments, RatesOfTheCurrencyBeforeAreNotOfferedForAnother) {
+    begin_payment(form(), "V3001", "THB", "0.03");
+    EXPECT_FALSE(form().cmbexrate.items().empty());
+    user.desk.answers = {false};
+    press(105);
+    user.ap.pay_this_invoice("IP-26-00001", "V2001");
+    EXPECT_EQ(form().cmbcurrency.text(), "EUR");
+    EXPECT_TRUE(form().cmbexrate.items().empty());
+}
+
+// The last row that a discount or write-off alone is taken of: pay amount 0 is stored with them.
+TEST_F(Payments, LineWithNothingPaidIsStoredForItsWriteOff) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "10.00");
+    edit_item_cell(form(), 1, "write-off", "7.00");
+    pay_total(form());
+    press(101);
+    EXPECT_EQ(
+        company.list(
+            "SELECT item_no, pay_amount, writeoff, balance FROM Payment_transaction_table ORDER BY item_no"),
+        "1 10 0 90 | 2 0 7 53");
+}
+
+TEST_F(Payments, AnyWordPaysWhatIsOpenOfAPartlyPaidItem) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "60.00");
+    pay_total(form());
+    press(101);
+    begin_payment(form(), "V1001");
+    EXPECT_EQ(form().dbgrid1.cell(0, "open amount"), "40.00");
+    edit_item_cell(form(), 0, "pay amount", "x");
+    EXPECT_EQ(form().dbgrid1.cell(0, "pay amount"), "40.00");
+    EXPECT_EQ(form().dbgrid1.cell(0, "net balance"), "0.00");
+}
+
+// A refused amount leaves the row as if nothing had been paid of it, so that its item is not closed for less.
+TEST_F(Payments, RefusedAmountLeavesTheItemOpen) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "100.00");
+    edit_item_cell(form(), 0, "discount taken", "2.00");
+    edit_item_cell(form(), 0, "pay amount", "-5");
+    EXPECT_EQ(form().dbgrid1.cell(0, "net balance"), "98.00");
+    EXPECT_EQ(form().txttotal.text(), "0.00");
+    edit_item_cell(form(), 1, "pay amount", "60.00");
+    pay_total(form());
+    press(101);
+    EXPECT_EQ(company.list("SELECT open_amount FROM AP_transaction_table ORDER BY docno"), "98 | 0");
+    EXPECT_EQ(company.list("SELECT total_amount FROM Payment_header_table"), "60");
+}
+
 }  // namespace brimley::testing
