@@ -12,6 +12,7 @@ class Payments : public ::testing::Test {
     Payments() {
         save_invoice(user, {"Invoice", "V1001", "USD", "", {{"5000", "NOTAX", "gross amount", "100.00"}}});
         save_invoice(user, {"Invoice", "V1001", "USD", "", {{"5000", "NOTAX", "gross amount", "60.00"}}});
+        company.db().Execute("UPDATE AP_transaction_table SET early_discount = 0");
         user.ap.showform_APform_payment();
         static_cast<void>(user.messages());
     }
