@@ -117,6 +117,13 @@ TEST_F(CheckPaidItems, CreditWithADiscountIsOpenWithMoreThanItsGross) {
                 ElementsAre("Invoice 1ip-1: 112.35 was posted to payable accounts, by its lines -5.25"));
 }
 
+TEST_F(CheckPaidItems, ItemWhoseNumberCameAgainIsNotJudged) {
+    change(item(), {{"open_amount", 60.0}});
+    EXPECT_EQ(findings().size(), 1U);
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'", {{"docno", "IP-26-00001"}});
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
 TEST_F(CheckPaidItems, OwnLineOfAPrepaymentPaysNoItem) {
     change(payment("1py-1"), {{"doctype", "pp"}, {"source_form", "APform_prepayment"}});
     change(payment_line("1py-1"), {{"ap_docno", "PP-26-00001"}});
