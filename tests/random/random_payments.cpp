@@ -134,7 +134,8 @@ void RandomSession::pay_items() {
 void RandomSession::save_payment() {
     ShownPayment payment;
     const controls::Grid& grid = lines_on_screen();
-    for (int row = 0; row < grid.array.rows(); ++row)
+    // What is typed below the list counts for nothing.
+    for (int row = 0; row < grid.array.rows() && !grid.cell(row, "AP document no").empty(); ++row)
         payment.rows.push_back({money_in(row, "open amount"), money_in(row, "pay amount"),
                                 money_in(row, "discount taken"), money_in(row, "write-off"),
                                 money_in(row, "net balance"), money_in(row, "base-currency amount")});
