@@ -1,6 +1,7 @@
 #include "company/books.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <utility>
 
@@ -10,15 +11,24 @@ namespace {
 
 using store::Recordset;
 
-// The columns of the three snapshots, in the order of their queries.
+// The columns of the snapshots, in the order of their queries.
 constexpr const char* kGlLines =
     "SELECT fkey,fyear,fiscalyear,period,accno,Currency,ledgertype,company,lineno,amount,base_amount "
     "FROM GL_transaction_table ORDER BY fkey,lineno";
 constexpr const char* kApHeaders =
-    "SELECT fkey,Source,GLFKEY,fully_paid,paid,void FROM AP_header_table ORDER BY fkey";
+    "SELECT fkey,Source,GLFKEY,docno,Currency,exchange_rate,fully_paid,paid,void FROM AP_header_table ORDER "
+    "BY fkey";
 constexpr const char* kApLines =
-    "SELECT fkey,doctype,pay_item,gross_amount,open_amount,paid_amount,discount_taken,writeoff,paid,void,"
-    "docno FROM AP_transaction_table ORDER BY fkey,pay_item";
+    "SELECT fkey,doctype,pay_item,docno,ap_accno,po_accno,gross_amount,open_amount,paid_amount,"
+    "discount_taken,writeoff,date_created,paid,void FROM AP_transaction_table ORDER BY fkey,pay_item";
+constexpr const char* kPayments =
+    "SELECT fkey,doctype,vendor_no,GLFKEY,source_form,cash_accno,Currency,exchange_rate,payment_amount,"
+    "payment_base_amount,total_amount,total_base_amount,total_currency,void_date,void FROM "
+    "Payment_header_table ORDER BY fkey";
+constexpr const char* kPaymentLines =
+    "SELECT fkey,item_no,ap_docno,ap_doctype,pay_item,Currency,discount_accno,writeoff_accno,prepay_accno,"
+    "gross_amount,open_amount,pay_amount,discount_taken,writeoff,balance,invoice_exchange_rate,"
+    "payment_exchange_rate,pay_base_amount,void FROM Payment_transaction_table ORDER BY fkey,item_no";
 
 GlLine gl_line(const Recordset& row) {
     GlLine line;
@@ -35,24 +45,55 @@ GlLine gl_line(const Recordset& row) {
     return line;
 }
 
+// The columns of a row, one after the other.
+class Columns {
+  public:
+    explicit Columns(const Recordset& row) : row_(row) {}
+    std::string text() { return next().text(); }
+    double number() { return next().number(); }
+    bool flag() { return next().flag(); }
+    std::optional<store::DateTime> day() {
+        const auto date = next().date();
+        return date ? std::optional(date->date_only()) : std::nullopt;
+    }
+    std::optional<double> number_or_none() {
+        const store::Value value = next();
+        return value.is_null() ? std::nullopt : std::optional(value.number());
+    }
+
+  private:
+    store::Value next() { return row_.column(column_++); }
+    const Recordset& row_;
+    int column_ = 0;
+};
+
+// The members stand in the order of the columns: a braced list is read from left to right.
 ApHeader ap_header(const Recordset& row) {
-    return {row.column(0).text(), row.column(1).text(), row.column(2).text(),
-            row.column(3).flag(), row.column(4).flag(), row.column(5).flag()};
+    Columns next(row);
+    return {next.text(),   next.text(), next.text(), next.text(), next.text(),
+            next.number(), next.flag(), next.flag(), next.flag()};
 }
 
 ApLine ap_line(const Recordset& row) {
-    ApLine line;
-    line.fkey = row.column(0).text();
-    line.doctype = row.column(1).text();
-    line.pay_item = row.column(2).text();
-    line.gross = row.column(3).number();
-    line.open = row.column(4).number();
-    line.settled = std::abs(row.column(5).number()) + std::abs(row.column(6).number()) +
-                   std::abs(row.column(7).number());
-    line.paid = row.column(8).flag();
-    line.is_void = row.column(9).flag();
-    line.docno = row.column(10).text();
-    return line;
+    Columns next(row);
+    return {next.text(),   next.text(),   next.text(),   next.text(),   next.text(),
+            next.text(),   next.number(), next.number(), next.number(), next.number(),
+            next.number(), next.day(),    next.flag(),   next.flag()};
+}
+
+PaymentHeader payment_header(const Recordset& row) {
+    Columns next(row);
+    return {next.text(),           next.text(),   next.text(),   next.text(),   next.text(),
+            next.text(),           next.text(),   next.number(), next.number(), next.number(),
+            next.number_or_none(), next.number(), next.text(),   next.day(),    next.flag()};
+}
+
+PaymentLine payment_line(const Recordset& row) {
+    Columns next(row);
+    return {next.text(),   next.text(),   next.text(),   next.text(),   next.text(),
+            next.text(),   next.text(),   next.text(),   next.text(),   next.number(),
+            next.number(), next.number(), next.number(), next.number(), next.number(),
+            next.number(), next.number(), next.number(), next.flag()};
 }
 
 template <class Line, class Visit>
@@ -83,11 +124,24 @@ void visit_key(std::vector<GlLine>& lines, const std::function<void(std::span<co
 
 bool differ(double a, double b) { return std::nearbyint((a - b) * 100) != 0; }
 
+std::optional<double> running_number_of(const std::string& fkey) {
+    const std::size_t dash = fkey.find('-');
+    if (dash == std::string::npos) return std::nullopt;
+    double number = 0;
+    const char* const end = fkey.data() + fkey.size();
+    const auto [stopped, error] = std::from_chars(fkey.data() + dash + 1, end, number);
+    return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
+}
+
 Books::Books(store::Database& database)
     : database_(database),
       gl_lines_(read(kGlLines)),
       ap_headers_(read(kApHeaders)),
-      ap_lines_(read(kApLines)) {
+      ap_lines_(read(kApLines)),
+      payments_(read(kPayments)),
+      payment_lines_(read(kPaymentLines)) {
+    const Recordset config = read("SELECT Currency FROM COA_config_table");
+    if (!config.at_eof()) base_currency_ = config.text("Currency");
     Recordset accounts = read("SELECT accno,debit,acctype,type FROM Account_master_table");
     for (; !accounts.at_eof(); accounts.MoveNext()) {
         const std::string accno = accounts.text("accno");
@@ -131,6 +185,14 @@ void Books::each_ap_header(const std::function<void(const ApHeader&)>& visit) co
 
 void Books::each_ap_line(const std::function<void(const ApLine&)>& visit) const {
     walk(ap_lines_, ap_line, visit);
+}
+
+void Books::each_payment(const std::function<void(const PaymentHeader&)>& visit) const {
+    walk(payments_, payment_header, visit);
+}
+
+void Books::each_payment_line(const std::function<void(const PaymentLine&)>& visit) const {
+    walk(payment_lines_, payment_line, visit);
 }
 
 }  // namespace brimley::company

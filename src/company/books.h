@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "kernel/store/database.h"
+#include "kernel/store/value.h"
 
 namespace brimley::company {
 
@@ -39,6 +40,9 @@ struct ApHeader {
     std::string fkey;
     std::string source;
     std::string gl_fkey;
+    std::string docno;
+    std::string currency;
+    double rate = 0;
     bool fully_paid = false;
     bool paid = false;
     bool is_void = false;
@@ -49,15 +53,75 @@ struct ApLine {
     std::string doctype;
     std::string pay_item;
     std::string docno;
+    std::string ap_accno;
+    std::string po_accno;
     double gross = 0;
     double open = 0;
-    double settled = 0;  // paid, discounted or written off so far
+    double paid_amount = 0;
+    double discount_taken = 0;
+    double writeoff = 0;
+    std::optional<store::DateTime> written;  // the day
     bool paid = false;
     bool is_void = false;
+
+    // Whether anything was ever paid, discounted or written off.
+    [[nodiscard]] bool touched() const {
+        return paid || paid_amount != 0 || discount_taken != 0 || writeoff != 0;
+    }
+};
+
+// A payment of any kind.
+struct PaymentHeader {
+    std::string fkey;
+    std::string doctype;
+    std::string vendor_no;
+    std::string gl_fkey;
+    std::string source_form;
+    std::string cash_accno;
+    std::string currency;
+    double rate = 0;
+    double payment_amount = 0;
+    double payment_base_amount = 0;
+    std::optional<double> total_amount;
+    double total_base_amount = 0;
+    std::string total_currency;
+    std::optional<store::DateTime> void_date;
+    bool is_void = false;
+
+    [[nodiscard]] bool of_payment_form() const { return source_form == "APform_payment"; }
+};
+
+// What a payment pays of one item, in the item's currency.
+struct PaymentLine {
+    std::string fkey;
+    std::string item_no;
+    std::string ap_docno;
+    std::string ap_doctype;
+    std::string pay_item;
+    std::string currency;
+    std::string discount_accno;
+    std::string writeoff_accno;
+    std::string prepay_accno;
+    double gross = 0;
+    double open = 0;
+    double pay = 0;
+    double discount = 0;
+    double writeoff = 0;
+    double balance = 0;
+    double invoice_rate = 0;
+    double payment_rate = 0;
+    double pay_base = 0;
+    bool is_void = false;
+
+    [[nodiscard]] double sum() const { return pay + discount + writeoff; }
 };
 
 // Whether two sums differ by a hundredth or more.
 [[nodiscard]] bool differ(double a, double b);
+
+// The number of a key that the counter which never restarts has given: 12 of "1gl-12". Of two GL documents
+// the one with the higher number was begun later. Nothing for a key of another make.
+[[nodiscard]] std::optional<double> running_number_of(const std::string& fkey);
 
 class Books {
   public:
@@ -68,6 +132,7 @@ class Books {
     [[nodiscard]] const ChartAccount* account(const std::string& accno) const;
     // The account of type "X", when there is one.
     [[nodiscard]] const std::optional<std::string>& earnings_accno() const { return earnings_accno_; }
+    [[nodiscard]] const std::string& base_currency() const { return base_currency_; }
 
     void each_gl_line(const std::function<void(const GlLine&)>& visit) const;
     // The lines of each GL document by line number. A key without "-" comes again in another year; such
@@ -77,6 +142,9 @@ class Books {
     [[nodiscard]] std::unordered_set<std::string> posted_documents() const;
     void each_ap_header(const std::function<void(const ApHeader&)>& visit) const;
     void each_ap_line(const std::function<void(const ApLine&)>& visit) const;
+    // Both by key.
+    void each_payment(const std::function<void(const PaymentHeader&)>& visit) const;
+    void each_payment_line(const std::function<void(const PaymentLine&)>& visit) const;
 
     // A snapshot of the rows that the query gives.
     [[nodiscard]] store::Recordset read(const std::string& query) const;
@@ -85,10 +153,13 @@ class Books {
     store::Database& database_;
     std::unordered_map<std::string, ChartAccount> chart_;
     std::optional<std::string> earnings_accno_;
+    std::string base_currency_;
     // Walked anew by each check; a snapshot in memory is cheap to walk.
     mutable store::Recordset gl_lines_;
     mutable store::Recordset ap_headers_;
     mutable store::Recordset ap_lines_;
+    mutable store::Recordset payments_;
+    mutable store::Recordset payment_lines_;
 };
 
 }  // namespace brimley::company

@@ -1,12 +1,10 @@
-// Invoices, debit and credit notes: headers, lines, amounts and flags.
+// Invoices, debit and credit notes: headers, lines, flags and taxes.
 #include <fmt/format.h>
 
-#include <cmath>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "company/check.h"
-#include "company/edited_documents.h"
 #include "company/shown_text.h"
 
 namespace brimley::company {
@@ -40,10 +38,6 @@ std::unordered_set<std::string> keys_of(const Books& books, const char* table) {
         keys.insert(rows.text("fkey"));
     }
     return keys;
-}
-
-std::string named(const ApLine& line) {
-    return fmt::format("Invoice {}, pay item {}", shown_text(line.fkey), shown_text(line.pay_item));
 }
 
 // The header of a prepayment's line is that of the payment.
@@ -83,24 +77,6 @@ void check_invoice_documents(const Books& books, Findings& findings) {
         } else if (summary->second.is_void != (header.is_void ? summary->second.lines : 0)) {
             findings.push_back(
                 fmt::format("{} is {}void, but not all its lines are", name, header.is_void ? "" : "not "));
-        }
-    });
-}
-
-void check_open_amounts(const Books& books, Findings& findings) {
-    const auto edited = edited_documents(books);
-    books.each_ap_line([&](const ApLine& line) {
-        const bool untouched = line.settled == 0 && !line.paid;
-        if (untouched && differ(line.open, line.gross)) {
-            findings.push_back(fmt::format("{}: open amount {:.2f} of {:.2f}, though nothing was paid",
-                                           named(line), line.open, line.gross));
-        } else if (line.paid && differ(line.open, 0)) {
-            findings.push_back(
-                fmt::format("{}: open amount {:.2f}, though it is paid", named(line), line.open));
-        } else if (!edited.contains(line.docno) &&
-                   differ(std::abs(line.open) + std::abs(line.gross - line.open), std::abs(line.gross))) {
-            findings.push_back(fmt::format("{}: open amount {:.2f} is not between 0 and {:.2f}", named(line),
-                                           line.open, line.gross));
         }
     });
 }

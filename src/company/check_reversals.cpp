@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "company/check.h"
 #include "company/shown_text.h"
@@ -11,6 +12,9 @@
 namespace brimley::company {
 
 namespace {
+
+// The remark of a document that reverses another.
+constexpr std::string_view kReverseStart = "Reverse GL ";
 
 struct GlHeader {
     std::string docno;
@@ -38,11 +42,10 @@ GlHeaders gl_headers(const Books& books) {
 using Reversing = std::multimap<std::string, std::string>;
 
 Reversing reversing_documents(const GlHeaders& headers) {
-    static constexpr std::string_view kStart = "Reverse GL ";
     Reversing by_reversed_docno;
     for (const auto& [fkey, header] : headers) {
-        if (header.remark.starts_with(kStart))
-            by_reversed_docno.emplace(header.remark.substr(kStart.size()), fkey);
+        if (header.remark.starts_with(kReverseStart))
+            by_reversed_docno.emplace(header.remark.substr(kReverseStart.size()), fkey);
     }
     return by_reversed_docno;
 }
@@ -89,6 +92,19 @@ void check_reversals(const Books& books, Findings& findings) {
             findings.push_back(fmt::format("GL document {} is reversed, but {:.2f} is left on account {}",
                                            shown_text(fkey), amount, shown_text(accno)));
         }
+    }
+}
+
+void check_ledger_owners(const Books& books, Findings& findings) {
+    std::unordered_set<std::string> named;
+    books.each_ap_header([&](const ApHeader& header) { named.insert(header.gl_fkey); });
+    books.each_payment([&](const PaymentHeader& payment) { named.insert(payment.gl_fkey); });
+    const auto posted = books.posted_documents();
+    for (const auto& [fkey, header] : gl_headers(books)) {
+        if (!header.by_forms || header.reversed || header.remark.starts_with(kReverseStart)) continue;
+        if (named.contains(fkey) || !posted.contains(fkey)) continue;
+        findings.push_back(
+            fmt::format("GL document {} stands, but no invoice or payment names it", shown_text(fkey)));
     }
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <random>
 #include <set>
 #include <sstream>
@@ -13,7 +14,9 @@
 
 #include "company/check.h"
 #include "console/console.h"
+#include "controls/grid.h"
 #include "kernel/store/database.h"
+#include "named_deviations.h"
 
 namespace brimley::testing {
 
@@ -53,7 +56,7 @@ class RandomSession {
     void leave_payments_out() { payments_left_out_ = true; }
     // Takes one act and returns its name.
     const char* act();
-    // What does not hold now; empty when all is well.
+    // What does not hold now, apart from what the session's acts explain; empty when all is well.
     [[nodiscard]] std::vector<std::string> findings();
 
     // Every line so far.
@@ -64,9 +67,12 @@ class RandomSession {
     struct Tally {
         int saved = 0, refused = 0, templates = 0, updated = 0, update_failed = 0, voided = 0, held = 0,
             released = 0;
-        int payments = 0, payments_refused = 0, payments_voided = 0, payment_voids_failed = 0;
+        int payments = 0, payments_refused = 0, payments_edited = 0;
+        int payments_voided = 0, voids_in_a_later_period = 0, payment_voids_failed = 0;
+        std::map<std::string, int> ways_of_paying;  // one payment may go several ways
     };
     [[nodiscard]] const Tally& tally() const { return tally_; }
+    [[nodiscard]] const NamedDeviations& named_deviations() const { return named_; }
 
   private:
     void enter_document();
@@ -90,7 +96,16 @@ class RandomSession {
     void cell(int row, const char* caption, const std::string& value);
     void enter_line(int row);
     void choose_way_of_paying();
+    void pay_blindly();
     void pay_row(int row);
+    void pay_open_item();
+    void settle_row(int row);
+    void save_payment();
+    void count_ways_of_paying(const std::string& fkey);
+    [[nodiscard]] controls::Grid& lines_on_screen();
+    [[nodiscard]] double money_in(int row, const char* caption);
+    [[nodiscard]] double stored_total(const std::string& fkey);
+    void note_owed(double beyond_documents);
     // False when no payment has been saved yet. The payment form is the current one then.
     bool go_to_some_payment();
     void back_to_invoices() { run("form APform_invoice"); }
@@ -107,6 +122,7 @@ class RandomSession {
     bool count_payment_message(const std::string& message);
 
     std::vector<std::string> column(const std::string& query);
+    void expect_remarks(std::vector<std::string>& findings);
     void expect_count(const char* what, const std::string& query, int expected,
                       std::vector<std::string>& findings);
 
@@ -120,6 +136,8 @@ class RandomSession {
     std::vector<std::string> vendors_, accounts_, tax_codes_, terms_;
     std::vector<std::string> docnos_, payment_docnos_, used_vendors_;
     std::set<std::string> on_hold_;
+    std::map<std::string, std::string> remarks_;  // of payments that were edited, by key
+    NamedDeviations named_;
     Tally tally_;
     bool payments_left_out_ = false;
 };

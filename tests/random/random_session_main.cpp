@@ -36,6 +36,24 @@ void tell_failure(const RandomSession& session, const Options& options, int numb
     std::cout << fmt::format("{} lines written to {}\n", session.script().size(), options.script);
 }
 
+void tell_tally(const RandomSession& session, int acts) {
+    const RandomSession::Tally& tally = session.tally();
+    std::cout << fmt::format(
+        "{} acts: {} saved, {} refused, {} templates, {} updated, {} updates failed, {} void, {} held, {} "
+        "released\n",
+        acts, tally.saved, tally.refused, tally.templates, tally.updated, tally.update_failed, tally.voided,
+        tally.held, tally.released);
+    std::cout << fmt::format(
+        "payments: {} saved, {} refused, {} edited, {} void ({} of them in a later period), {} voids "
+        "failed\n",
+        tally.payments, tally.payments_refused, tally.payments_edited, tally.payments_voided,
+        tally.voids_in_a_later_period, tally.payment_voids_failed);
+    std::cout << "paid";
+    for (const auto& [way, count] : tally.ways_of_paying)
+        std::cout << fmt::format(" | {} {}", way, count);
+    std::cout << fmt::format("\nnamed deviations: {} vendors\n", session.named_deviations().vendors());
+}
+
 int run(const Options& options) {
     std::cout << "seed " << options.seed << std::endl;
     const brimley::testing::TemporaryFolder folder;
@@ -50,13 +68,7 @@ int run(const Options& options) {
         tell_failure(session, options, number, act, findings);
         return 1;
     }
-    const RandomSession::Tally& tally = session.tally();
-    std::cout << fmt::format(
-        "{} acts: {} saved, {} refused, {} templates, {} updated, {} updates failed, {} void, {} held, {} "
-        "released; payments: {} saved, {} refused, {} void, {} voids failed\n",
-        options.acts, tally.saved, tally.refused, tally.templates, tally.updated, tally.update_failed,
-        tally.voided, tally.held, tally.released, tally.payments, tally.payments_refused,
-        tally.payments_voided, tally.payment_voids_failed);
+    tell_tally(session, options.acts);
     return 0;
 }
 

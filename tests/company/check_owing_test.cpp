@@ -1,0 +1,164 @@
+// Payable accounts and what is owed to vendors, on books broken in one place.
+#include <fmt/format.h>
+
+#include "company/paid_books_fixture.h"
+
+namespace brimley {
+namespace {
+
+using store::Value;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class CheckPayables : public testing::PaidBooksTest {
+  protected:
+    // Moves an amount from one line of a GL document to another, with the balances of both.
+    void move_between_lines(const std::string& gl_fkey, const std::string& from, const std::string& to) {
+        for (const auto& [accno, amount] : {std::pair(from, -1.0), std::pair(to, 1.0)}) {
+            const std::string line = "SELECT * FROM GL_transaction_table WHERE fkey = '" + gl_fkey +
+                                     "' AND accno = '" + accno + "'";
+            raise(line, "amount", amount);
+            raise(line, "base_amount", amount);
+            move_base_ledger(accno, 1, amount);
+        }
+    }
+};
+
+// 5.00 of discount posted to 2000 and 7000 stand on the same side.
+TEST_F(CheckPayables, PaymentPostsWhatItsLinesTakeOff) {
+    move_between_lines("1gl-4", "7000", "2000");
+    move_earnings(-1);
+    EXPECT_THAT(findings(),
+                ElementsAre("Payment 1py-1: -45.00 was posted to payable accounts, by its lines -46.00"));
+}
+
+class CheckInvoicePayables : public CheckPayables {
+  protected:
+    // The invoice has a third account on its credit side, and 1.00 of its payable went there.
+    void post_part_elsewhere() {
+        post("1gl-1", 4, "2050", 1);
+        change("SELECT * FROM GL_transaction_table WHERE fkey = '1gl-1' AND accno = '2000'",
+               {{"amount", 111.35}, {"base_amount", 111.35}});
+        move_base_ledger("2000", 1, -1);
+    }
+};
+
+TEST_F(CheckInvoicePayables, InvoicePostsTheGrossOfItsLines) {
+    post_part_elsewhere();
+    EXPECT_THAT(findings(),
+                ElementsAre("Invoice 1ip-1: 111.35 was posted to payable accounts, by its lines 112.35"));
+}
+
+TEST_F(CheckInvoicePayables, PurchaseOnAPayableAccountIsNotJudged) {
+    post_part_elsewhere();
+    change(item(), {{"po_accno", "2010"}});
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(CheckInvoicePayables, AccountThatTaxesUseIsNotJudged) {
+    post_part_elsewhere();
+    db().Execute("UPDATE Tax_authority_table SET acc_expense = '2000' WHERE tax_authority = 'EXP'");
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(CheckInvoicePayables, ForeignInvoicePostsItsGrossAtItsRate) {
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-2'",
+           {{"Currency", "EUR"}, {"exchange_rate", 1.25}});
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'",
+           {{"ap_accno", "2010"}, {"po_accno", "1200"}});
+    EXPECT_THAT(findings(), IsEmpty());
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-2'", {{"exchange_rate", 1.3}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Invoice 1ip-2: 125.00 was posted to payable accounts, by its lines 130.00"));
+}
+
+class CheckOwing : public testing::PaidBooksTest {
+  protected:
+    void expect_owing(double owing_balance, const std::string& by_documents) {
+        change(vendor("V1001"), {{"owing_balance", owing_balance}});
+        EXPECT_THAT(findings(), IsEmpty());
+        change(vendor("V1001"), {{"owing_balance", owing_balance + 0.01}});
+        EXPECT_THAT(findings(),
+                    ElementsAre(fmt::format("Vendor V1001: owing_balance is {:.2f}, by its documents {}",
+                                            owing_balance + 0.01, by_documents)));
+    }
+    // The invoice comes from another module.
+    void take_over_from_purchasing() {
+        change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"Source", "PO-BILL"}});
+        change(item(), {{"Source", "PO-BILL"}});
+    }
+};
+
+TEST_F(CheckOwing, InvoicesAddAndPaymentsTakeOff) { expect_owing(66.35, "66.35"); }
+
+TEST_F(CheckOwing, CreditNoteTakesItsTotalOff) {
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1vcn-1'",
+           {{"vendor_no", "V1001"}, {"Source", "AP-INVOICE"}, {"taxable_amount", 40.0}});
+    expect_owing(26.35, "26.35");
+}
+
+TEST_F(CheckOwing, AmountsOfSeveralCurrenciesAreAddedAsTheyAre) {
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'",
+           {{"vendor_no", "V1001"}, {"Source", "AP-INVOICE"}, {"taxable_amount", 100.0}});
+    expect_owing(166.35, "166.35");
+}
+
+TEST_F(CheckOwing, VoidTakesLinesBelowNothingOffAsTheyAreShown) {
+    // 10.00 and -3.00 were owed with 7.00 and are taken off with 13.00.
+    for (const auto& [pay_item, amount] : {std::pair("1", 10.0), std::pair("2", -3.0)}) {
+        add("AP_transaction_table", {{"fkey", "1ip-3"},
+                                     {"docno", "IP-26-00003"},
+                                     {"doctype", "ip"},
+                                     {"vendor_no", "V1001"},
+                                     {"Source", "AP-INVOICE"},
+                                     {"pay_item", pay_item},
+                                     {"gross_amount", amount},
+                                     {"open_amount", amount},
+                                     {"taxable_amount", amount},
+                                     {"void", true}});
+    }
+    change("SELECT * FROM Docno_master_table WHERE doctype = 'ip' AND fiscalyear = '2026'",
+           {{"nextdocno", 4}});
+    add("AP_header_table", {{"fkey", "1ip-3"},
+                            {"docno", "IP-26-00003"},
+                            {"company", "1"},
+                            {"doctype", "ip"},
+                            {"Source", "AP"},
+                            {"fyear", "2026"},
+                            {"void", true}});
+    expect_owing(60.35, "60.35");
+}
+
+TEST_F(CheckOwing, DocumentOfAnotherModuleWasCountedOrNot) {
+    take_over_from_purchasing();
+    expect_owing(66.35, "66.35");
+    expect_owing(-46, "66.35");
+}
+
+TEST_F(CheckOwing, VendorWithoutABalanceOwesTheFirstPayment) {
+    take_over_from_purchasing();
+    expect_owing(46, "66.35");
+}
+
+TEST_F(CheckOwing, FirstPaymentOfAnInvoiceMadeHereIsTakenOff) {
+    change(vendor("V1001"), {{"owing_balance", 46.0}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 46.00, by its documents 66.35"));
+}
+
+TEST_F(CheckOwing, EditedInvoiceIsNamedWithTheVendor) {
+    change(vendor("V1001"), {{"owing_balance", 60.35}});
+    add_gl_header("1gl-6", "AP-INVOICE", true);
+    db().Execute("UPDATE Next_number_fkey_table SET fkeyno = 7 WHERE doctype = 'gl'");
+    db().Execute("UPDATE Docno_master_table SET nextdocno = 7 WHERE doctype = 'gl'");
+    change(gl_header("1gl-6"), {{"source_docno", "IP-26-00001"}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 60.35, by its documents 66.35 (an "
+                                        "edit takes lines below nothing off as lines above it)"));
+}
+
+TEST_F(CheckOwing, VendorWithoutDocumentsIsNotJudged) {
+    change(vendor("V1004"), {{"owing_balance", 12.0}});
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace brimley

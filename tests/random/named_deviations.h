@@ -1,0 +1,26 @@
+// What acts are known to leave behind that the check of the books tells rightly, worked out from what stood
+// on the screen before the act: such a finding ends no session.
+//
+// - An edit takes off what the screen showed of the former lines, where lines below nothing stand as lines
+//   above it; and what is owed counts cents of rows that are too small to be stored.
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace brimley::testing {
+
+class NamedDeviations {
+  public:
+    // More was added to what a vendor is owed than its stored documents come to.
+    void owed_beyond_documents(const std::string& vendor_no, double amount) { owing_[vendor_no] += amount; }
+
+    [[nodiscard]] bool explains(const std::string& finding) const;
+    // How many vendors there are for which something is to be explained.
+    [[nodiscard]] int vendors() const;
+
+  private:
+    std::map<std::string, double> owing_;
+};
+
+}  // namespace brimley::testing
