@@ -58,6 +58,12 @@ void CellEditor::open_list() {
     });
 }
 
+// Tab and Shift+Tab.
+bool CellEditor::focusNextPrevChild(bool next) {
+    view_.finish_edit(next ? GridView::Then::move_on : GridView::Then::move_back);
+    return true;
+}
+
 void CellEditor::keyPressEvent(QKeyEvent* event) {
     const bool alt = event->modifiers().testFlag(Qt::AltModifier);
     switch (event->key()) {
@@ -65,12 +71,6 @@ void CellEditor::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Enter:
             view_.finish_edit(event->modifiers().testFlag(Qt::ControlModifier) ? GridView::Then::stay
                                                                                : GridView::Then::move_on);
-            return;
-        case Qt::Key_Tab:
-            view_.finish_edit(GridView::Then::move_on);
-            return;
-        case Qt::Key_Backtab:
-            view_.finish_edit(GridView::Then::move_back);
             return;
         case Qt::Key_Escape:
             setModified(false);

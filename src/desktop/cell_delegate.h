@@ -23,6 +23,7 @@ class CellEditor : public QLineEdit {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
   private:
     [[nodiscard]] const std::vector<std::vector<std::string>>& rows();

@@ -28,13 +28,19 @@ QIcon calendar_icon(const QPalette& palette) {
 }  // namespace
 
 DateView::DateView(controls::DateField& model, ActGate& gate, const Calendar& calendar)
-    : TextView(model, gate), calendar_(calendar) {
+    : TextView(model, gate),
+      calendar_(calendar),
+      opener_(addAction(calendar_icon(palette()), QLineEdit::TrailingPosition)) {
     for (const QString& part : shown(calendar.date_format).split('/'))
         part_lengths_.append(static_cast<int>(part.size()));
-    setPlaceholderText(shown(calendar.date_format));
     select_on_focus();
-    const QAction* const open = addAction(calendar_icon(palette()), QLineEdit::TrailingPosition);
-    connect(open, &QAction::triggered, this, [this] { open_calendar(); });
+    connect(opener_, &QAction::triggered, this, [this] { open_calendar(); });
+}
+
+void DateView::refresh() {
+    TextView::refresh();
+    opener_->setVisible(!isReadOnly());
+    setPlaceholderText(isReadOnly() ? QString() : shown(calendar_.date_format));
 }
 
 std::optional<store::DateTime> DateView::date_shown() const {

@@ -18,6 +18,7 @@ class DateView : public TextView {
   public:
     DateView(controls::DateField& model, ActGate& gate, const Calendar& calendar);
 
+    void refresh() override;
     void open_calendar();
 
   protected:
@@ -31,6 +32,7 @@ class DateView : public TextView {
     [[nodiscard]] std::optional<store::DateTime> date_shown() const;
 
     Calendar calendar_;
+    QAction* opener_;
     QList<int> part_lengths_;  // digits of day, month and year in the order of the format
 };
 

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QStatusBar>
+#include <algorithm>
 
 #include "controls/combo_box.h"
 #include "controls/fields.h"
@@ -93,6 +94,7 @@ void FormWindow::build(const Look& look) {
     form_->CommandBars1().on_shown_change = [this] { refresh_commands(); };
     connect_panes();
     refresh_all();
+    settle();
 }
 
 // --- the views ---
@@ -182,10 +184,9 @@ void FormWindow::refresh_pane(const Control& frame) {
 // A caption goes with its fields.
 void FormWindow::refresh_captions() {
     for (const FieldCaption& caption : laid_out_.captions) {
-        bool any = false;
-        for (const QWidget* const field : caption.fields)
-            any = any || !field->isHidden();
-        caption.label->setVisible(any);
+        const bool any = std::any_of(caption.fields.begin(), caption.fields.end(),
+                                     [](const QWidget* field) { return !field->isHidden(); });
+        caption.label->setVisible(any && (caption.of_form == nullptr || caption.of_form->visible()));
     }
 }
 

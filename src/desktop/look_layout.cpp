@@ -67,13 +67,13 @@ class Layouter {
     }
 
     QLabel* caption_of(const QString& caption, const std::vector<QWidget*>& fields) {
-        auto* const label = new QLabel;
         if (caption.startsWith('@')) {
-            // The form's own label; its caption is the form's to change.
-            delete label;
-            return static_cast<QLabel*>(widget_of({caption.mid(1)}));
+            const QString name = caption.mid(1);
+            auto* const label = static_cast<QLabel*>(widget_of({name}));
+            result_.captions.push_back({label, fields, controls_.find(typed(name))});
+            return label;
         }
-        label->setText(caption);
+        auto* const label = new QLabel(caption);
         label->setBuddy(fields.empty() ? nullptr : fields.front());
         result_.captions.push_back({label, fields});
         return label;

@@ -20,6 +20,7 @@ namespace brimley::desktop {
 struct FieldCaption {
     QLabel* label;
     std::vector<QWidget*> fields;
+    const controls::Control* of_form = nullptr;  // the form's own label, which may be hidden by itself
 };
 
 struct LaidOut {
