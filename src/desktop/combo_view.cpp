@@ -30,6 +30,7 @@ ComboView::ComboView(ComboBox& model, ActGate& gate)
 void ComboView::refresh() {
     EntryView::refresh();
     arrow_->setVisible(!model_.locked());
+    arrow_->setIcon(arrow_icon(palette()));
     if (swatch_ != nullptr) {
         swatch_->setIcon(swatch(shown(model_.text())));
         swatch_->setVisible(!model_.empty());

@@ -44,6 +44,13 @@ CommandActions::CommandActions(QMainWindow& window, controls::CommandBars& bars,
     }
     for (const auto& [name, menu] : menus_)
         menu->menuAction()->setVisible(!menu->isEmpty());
+    draw_icons();
+}
+
+void CommandActions::draw_icons() {
+    for (const auto& [name, toolbar] : toolbars_)
+        for (QAction* const action : toolbar->actions())
+            action->setIcon(command_icon(action->data().toInt(), action->iconText(), window_.palette()));
 }
 
 QAction* CommandActions::make_action(const Command& command) {
@@ -69,7 +76,6 @@ void CommandActions::add_to_bar(QAction& action, const QString& bar) {
     if (bar == kPopup) {
         popup_->addAction(&action);
     } else if (const auto toolbar = toolbars_.find(bar); toolbar != toolbars_.end()) {
-        action.setIcon(command_icon(action.data().toInt(), action.iconText(), window_.palette()));
         toolbar->second->addAction(&action);
     } else {
         QMenu*& menu = menus_[bar];

@@ -27,6 +27,9 @@ class CommandActions {
     // Shows the commands as they are now. The font bar stands when the form wants it or its pane is open.
     void refresh(bool font_pane_open);
 
+    // Draws the pictures anew, in the colours of the window.
+    void draw_icons();
+
     // Null when the form has no such command.
     [[nodiscard]] QAction* find(int id) const;
     [[nodiscard]] QMenu* popup() const { return popup_; }

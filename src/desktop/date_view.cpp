@@ -40,6 +40,7 @@ DateView::DateView(controls::DateField& model, ActGate& gate, const Calendar& ca
 void DateView::refresh() {
     TextView::refresh();
     opener_->setVisible(!isReadOnly());
+    opener_->setIcon(calendar_icon(palette()));
     setPlaceholderText(isReadOnly() ? QString() : shown(calendar_.date_format));
 }
 

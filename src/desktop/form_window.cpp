@@ -178,7 +178,16 @@ void FormWindow::refresh_pane(const Control& frame) {
     const auto pane = laid_out_.panes.find(&frame);
     if (pane == laid_out_.panes.end()) return;
     pane->second->setVisible(frame.visible());
+    share_bottom();
     refresh_commands();
+}
+
+// Panes below the lines stand beside each other and share the width.
+void FormWindow::share_bottom() {
+    QList<QDockWidget*> docks;
+    for (const auto& [frame, dock] : laid_out_.panes)
+        if (frame->visible() && dockWidgetArea(dock) == Qt::BottomDockWidgetArea) docks.append(dock);
+    if (docks.size() > 1) resizeDocks(docks, QList<int>(docks.size(), width()), Qt::Horizontal);
 }
 
 // A caption goes with its fields.
@@ -277,7 +286,9 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 
 void FormWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && actions_) refresh_all();
+    if (event->type() != QEvent::PaletteChange || !actions_) return;
+    actions_->draw_icons();
+    refresh_all();
 }
 
 // The keys of commands are the form's, also where a field would take them for its own.

@@ -59,6 +59,7 @@ class FormWindow : public QMainWindow {
     void connect_panes();
     void control_changed(const controls::Control& control);
     void refresh_pane(const controls::Control& frame);
+    void share_bottom();
     void refresh_captions();
     void refresh_commands();
     void refresh_mode();

@@ -49,6 +49,7 @@ void GridView::connect_headers() {
     QHeaderView* const header = horizontalHeader();
     header->setSectionsMovable(true);
     header->setHighlightSections(false);
+    header->setTextElideMode(Qt::ElideRight);
     header->setMinimumSectionSize(8);
     verticalHeader()->setFixedWidth(14);
     verticalHeader()->setMinimumSectionSize(kRowHeightMin);

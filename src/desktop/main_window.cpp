@@ -1,6 +1,7 @@
 #include "desktop/main_window.h"
 
 #include <QActionGroup>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QLabel>
@@ -13,6 +14,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "desktop/command_icons.h"
 #include "desktop/company_dialogs.h"
 #include "desktop/form_window.h"
 
@@ -50,6 +52,7 @@ constexpr FormEntry kForms[] = {
 MainWindow::MainWindow(const opening::HostOptions& options)
     : options_(options), pages_(new QStackedWidget), area_(new QMdiArea) {
     setWindowTitle("Brimley AP");
+    QApplication::setWindowIcon(command_icon(0, "B", QApplication::palette()));
     setCentralWidget(pages_);
     make_welcome_page();
     pages_->addWidget(area_);

@@ -23,8 +23,11 @@ RecordsModel::RecordsModel(store::Recordset& rows, const std::vector<RecordColum
     }
     for (; !rows.at_eof(); rows.MoveNext()) {
         std::vector<QString>& row = rows_.emplace_back();
-        for (const RecordColumn* const column : present)
-            row.push_back(value_shown(rows.field(column->field), column->money, date_format));
+        for (const RecordColumn* const column : present) {
+            const store::Value value = rows.field(column->field);
+            row.push_back(column->translate ? column->translate(value.text())
+                                            : value_shown(value, column->money, date_format));
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ struct RecordColumn {
     std::string field;
     QString heading;
     bool money = false;
+    // What is shown in place of the field's own text, such as a name for a number.
+    std::function<QString(const std::string& text)> translate = {};
 };
 
 // A value as a person reads it: dates in his format, money with two places, yes/no as words.

@@ -108,19 +108,30 @@ ListWindow* vendor_master(store::Database& database, const std::string& date_for
 }
 
 // --- the ledger ---
+namespace {
+
+// An account that the chart does not have any more has no name.
+QString account_name(store::Database& database, const std::string& accno) {
+    const auto account =
+        read(database,
+             fmt::format("SELECT accname FROM Account_master_table WHERE accno = {}", store::quoted(accno)));
+    return account.at_eof() ? QString() : shown(account.text("accname"));
+}
+
+}  // namespace
+
 LedgerWindow::LedgerWindow(store::Database& database, const std::string& date_format,
                            const std::string& fkey) {
     setWindowTitle("G/L Ledger Review");
+    const auto name_of = [&](const std::string& accno) { return account_name(database, accno); };
     auto* const layout = new QVBoxLayout(this);
     auto rows =
-        read(database, fmt::format("SELECT GL_transaction_table.*, accname, debit FROM GL_transaction_table "
-                                   "LEFT JOIN Account_master_table ON GL_transaction_table.accno = "
-                                   "Account_master_table.accno WHERE fkey = {} ORDER BY lineno",
+        read(database, fmt::format("SELECT * FROM GL_transaction_table WHERE fkey = {} ORDER BY lineno",
                                    store::quoted(fkey)));
     auto* const records = new RecordsModel(rows,
                                            {{"lineno", "Line"},
                                             {"accno", "Account"},
-                                            {"accname", "Name"},
+                                            {"accno", "Name", false, name_of},
                                             {"amount", "Amount", true},
                                             {"Currency", "Currency"},
                                             {"base_amount", "Base amount", true},

@@ -27,13 +27,13 @@ QPalette light_palette() {
 }
 
 QPalette dark_palette() {
-    QPalette palette(QColor(44, 48, 54));
-    palette.setColor(QPalette::Window, QColor(40, 43, 48));
+    QPalette palette(QColor(58, 63, 70));
+    palette.setColor(QPalette::Window, QColor(50, 54, 60));
     palette.setColor(QPalette::Base, QColor(28, 30, 34));
     palette.setColor(QPalette::AlternateBase, QColor(34, 37, 41));
     palette.setColor(QPalette::Text, QColor(226, 229, 233));
     palette.setColor(QPalette::WindowText, QColor(214, 218, 223));
-    palette.setColor(QPalette::Button, QColor(52, 56, 62));
+    palette.setColor(QPalette::Button, QColor(66, 71, 79));
     palette.setColor(QPalette::ButtonText, QColor(214, 218, 223));
     palette.setColor(QPalette::Highlight, QColor(58, 118, 184));
     palette.setColor(QPalette::HighlightedText, Qt::white);
