@@ -53,6 +53,8 @@ class Photographer {
         press(131);
         press(132);
         take("invoice-tax-panes");
+        press(131);
+        press(132);
         press(106);
         press(105);
         enter_invoice("BCT-20433", "V1019");
@@ -61,8 +63,6 @@ class Photographer {
     }
 
     void pickers() {
-        press(131);
-        press(132);
         press(116);
         take_list("colour-picker", "cmbitcolor");
         take_list("font-picker", "cmbitfont");
@@ -116,7 +116,7 @@ class Photographer {
         cell(0, "purchase account", "5000");
         cell(0, "tax code", "STACK");
         cell(0, "taxable amount", "100.00");
-        cell(1, "description", "Freight");
+        cell(1, "description", "Import duty on it");
         cell(1, "purchase account", "5310");
         cell(1, "taxable amount", "24.50");
     }
