@@ -51,10 +51,16 @@ int run(QApplication& application, const Options& options) {
     desktop::use_theme(options.dark ? desktop::Theme::dark : desktop::Settings().theme());
     desktop::MainWindow window(options.host);
     window.show();
-    const bool opened =
-        !options.company.empty() && window.open_company(QString::fromStdString(options.company));
-    if (!options.screenshot.empty()) return opened ? take_screenshot(window, options) : int{kNotOpened};
-    if (opened) window.show_form("APform_invoice");
+    if (!options.company.empty()) {
+        try {
+            window.open_company(QString::fromStdString(options.company));
+        } catch (const std::exception& failure) {
+            std::cerr << "brimley: " << failure.what() << '\n';
+            return kNotOpened;
+        }
+    }
+    if (!options.screenshot.empty()) return take_screenshot(window, options);
+    if (!options.company.empty()) window.show_form("APform_invoice");
     return application.exec();
 }
 

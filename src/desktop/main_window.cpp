@@ -82,17 +82,9 @@ MainWindow::MainWindow(const opening::HostOptions& options)
 MainWindow::~MainWindow() { close_company(); }
 
 // --- the company ---
-bool MainWindow::open_company(const QString& company) {
+void MainWindow::open_company(const QString& company) {
+    const frame::HostContext context = opening::open_context(typed(company), options_);
     close_company();
-    frame::HostContext context;
-    try {
-        context = opening::open_context(typed(company), options_);
-    } catch (const std::exception& failure) {
-        QMessageBox::warning(this, "Open company", company + "\n\n" + shown(std::string(failure.what())));
-        settings_.company_gone(company);
-        refresh_state();
-        return false;
-    }
     ap_ = std::make_unique<host::APclass>(desk_);
     static_cast<frame::HostContext&>(*ap_) = context;
     requests_ = std::make_unique<Requests>(*ap_);
@@ -105,7 +97,18 @@ bool MainWindow::open_company(const QString& company) {
     settings_.company_opened(company);
     setWindowTitle(QFileInfo(company).completeBaseName() + " - Brimley AP");
     refresh_state();
-    return true;
+}
+
+bool MainWindow::open_or_tell(const QString& company) {
+    try {
+        open_company(company);
+        return true;
+    } catch (const std::exception& failure) {
+        QMessageBox::warning(this, "Open company", company + "\n\n" + shown(std::string(failure.what())));
+    }
+    settings_.company_gone(company);
+    refresh_state();
+    return false;
 }
 
 void MainWindow::close_company() {
@@ -123,15 +126,18 @@ void MainWindow::close_company() {
 }
 
 void MainWindow::open_sample() {
+    QString company;
     try {
-        if (open_company(sample_company(options_.user))) show_form("APform_invoice");
+        company = sample_company(options_.user);
     } catch (const std::exception& failure) {
         QMessageBox::warning(this, "Sample company", shown(std::string(failure.what())));
+        return;
     }
+    try_open(company);
 }
 
 void MainWindow::try_open(const std::optional<QString>& company) {
-    if (company && open_company(*company)) show_form("APform_invoice");
+    if (company && open_or_tell(*company)) show_form("APform_invoice");
 }
 
 bool MainWindow::show_form(const QString& class_name) {

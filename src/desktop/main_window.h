@@ -27,8 +27,9 @@ class MainWindow : public QMainWindow {
     explicit MainWindow(const opening::HostOptions& options);
     ~MainWindow() override;
 
-    // Opens the company in place of the one that is open. False, after a message, when it cannot be opened.
-    bool open_company(const QString& company);
+    // Opens the company in place of the one that is open. Throws std::exception when it cannot be opened;
+    // then nothing has changed.
+    void open_company(const QString& company);
     void close_company();
     void open_sample();
 
@@ -50,6 +51,9 @@ class MainWindow : public QMainWindow {
     void make_forms_menu();
     void make_window_menu();
     void make_view_menu();
+    // The same for a person: false, after a box, when it cannot be opened.
+    [[nodiscard]] bool open_or_tell(const QString& company);
+    // Opens the company that was chosen, if one was, on the form that most of the work is done in.
     void try_open(const std::optional<QString>& company);
     void place(QWidget& window);
     void place_form(FormWindow& window);

@@ -27,7 +27,7 @@ class Host : public ::testing::Test {
                 ->click();
         };
         window->show();
-        ASSERT_TRUE(window->open_company(QString::fromStdString(path)));
+        window->open_company(QString::fromStdString(path));
     }
     // The newest window in the area that is of this kind; null when there is none.
     template <class Kind>
@@ -60,6 +60,13 @@ TEST_F(Host, CompanyThatWasOpenedIsRemembered) {
     EXPECT_EQ(desktop::Settings().recent_companies(), QStringList{QString::fromStdString(path)});
     window->close_company();
     EXPECT_EQ(window->ap(), nullptr);
+}
+
+TEST_F(Host, CompanyThatCannotBeOpenedLeavesTheOpenOneAsItIs) {
+    window->show_form("APform_invoice");
+    EXPECT_THROW(window->open_company("/nowhere/company.brimley"), std::exception);
+    ASSERT_NE(window->ap(), nullptr);
+    EXPECT_EQ(window->desk().windows().size(), 1U);
 }
 
 TEST_F(Host, FormThatTheVersionDoesNotHaveIsTold) {

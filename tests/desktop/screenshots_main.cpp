@@ -39,7 +39,7 @@ class Photographer {
             box.button(box.standardButtons().testFlag(QMessageBox::Ok) ? QMessageBox::Ok : QMessageBox::No)
                 ->click();
         };
-        if (!window_.open_company(company)) throw std::runtime_error("the company cannot be opened");
+        window_.open_company(company);
     }
 
     void invoices() {
