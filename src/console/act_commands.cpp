@@ -3,23 +3,8 @@
 
 namespace brimley::console {
 
-using controls::CheckBox;
-using controls::ComboBox;
 using controls::Grid;
-using controls::OptionButton;
 using controls::Refusal;
-using controls::TextField;
-
-namespace {
-
-// Types into a text field or a combo. Throws for a control that takes no text.
-Refusal type_into(controls::Control& control, const std::string& value) {
-    if (auto* field = dynamic_cast<TextField*>(&control)) return field->type(value);
-    if (auto* combo = dynamic_cast<ComboBox*>(&control)) return combo->type(value);
-    throw ScriptFault(control.name() + " takes no text");
-}
-
-}  // namespace
 
 void Console::report(const std::string& name, Refusal refusal) {
     switch (refusal) {
@@ -37,37 +22,26 @@ void Console::report(const std::string& name, Refusal refusal) {
     }
 }
 
+controls::Control& Console::text_target(const std::string& name) {
+    controls::Control& target = control(name);
+    if (!takes_text(target)) throw ScriptFault(target.name() + " takes no text");
+    return target;
+}
+
 void Console::do_set(Arguments& arguments) {
-    controls::Control& target = control(arguments.take("CONTROL"));
-    const Refusal refusal = type_into(target, arguments.take_text("VALUE"));
-    if (refusal != Refusal::none) {
-        report(target.name(), refusal);
-    } else if (auto* field = dynamic_cast<TextField*>(&target)) {
-        field->leave();
-    } else {
-        dynamic_cast<ComboBox&>(target).leave();
-    }
+    controls::Control& target = text_target(arguments.take("CONTROL"));
+    report(target.name(), actor_.type_and_leave(target, arguments.take_text("VALUE")));
 }
 
 void Console::do_enter(Arguments& arguments) {
-    controls::Control& target = control(arguments.take("CONTROL"));
-    Refusal refusal = type_into(target, arguments.take_text("VALUE"));
-    if (refusal == Refusal::none) {
-        auto* field = dynamic_cast<TextField*>(&target);
-        refusal = field != nullptr ? field->press_enter() : dynamic_cast<ComboBox&>(target).press_enter();
-    }
-    report(target.name(), refusal);
+    controls::Control& target = text_target(arguments.take("CONTROL"));
+    report(target.name(), actor_.type_and_enter(target, arguments.take_text("VALUE")));
 }
 
 void Console::click_box(Arguments& arguments, bool ticked) {
     controls::Control& target = control(arguments.take("CONTROL"));
-    if (auto* box = dynamic_cast<CheckBox*>(&target)) {
-        report(target.name(), box->click(ticked));
-    } else if (auto* option = dynamic_cast<OptionButton*>(&target); option != nullptr && ticked) {
-        report(target.name(), option->click());
-    } else {
-        throw ScriptFault(target.name() + " is no box");
-    }
+    if (!takes_click(target, ticked)) throw ScriptFault(target.name() + " is no box");
+    report(target.name(), actor_.click(target, ticked));
 }
 
 void Console::do_check(Arguments& arguments) { click_box(arguments, true); }
@@ -79,7 +53,7 @@ void Console::do_press(Arguments& arguments) {
         desk_.refused(std::to_string(id), "absent");
         return;
     }
-    report(std::to_string(id), form().press(id));
+    report(std::to_string(id), actor_.press(form(), id));
 }
 
 void Console::do_cell(Arguments& arguments) {
@@ -93,24 +67,24 @@ void Console::do_cell(Arguments& arguments) {
             throw ScriptFault("a check cell takes TRUE or FALSE");
         value = ticked ? "True" : "False";
     }
-    report(target.name(), target.edit_cell(row, column, value));
+    report(target.name(), actor_.edit_cell(target, row, column, value));
 }
 
 void Console::do_visit(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
     const int row = arguments.take_row();
-    report(target.name(), target.visit_cell(row, column_of(target, arguments.take("CAPTION"))));
+    report(target.name(), actor_.visit_cell(target, row, column_of(target, arguments.take("CAPTION"))));
 }
 
 void Console::do_dblclick(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
-    report(target.name(), target.double_click(arguments.take_row()));
+    report(target.name(), actor_.double_click(target, arguments.take_row()));
 }
 
 void Console::do_select(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
     if (arguments.take_if("none")) {
-        report(target.name(), target.user_selects_columns(std::nullopt));
+        report(target.name(), actor_.select_columns(target, std::nullopt));
         return;
     }
     const int from = arguments.take_number("FROM");
@@ -118,7 +92,7 @@ void Console::do_select(Arguments& arguments) {
     if (from < 0 || to < from || to >= static_cast<int>(target.columns.size())) {
         throw ScriptFault("no such range of columns");
     }
-    report(target.name(), target.user_selects_columns(Grid::Range{from, to}));
+    report(target.name(), actor_.select_columns(target, Grid::Range{from, to}));
 }
 
 void Console::do_column(Arguments& arguments) {
@@ -128,9 +102,9 @@ void Console::do_column(Arguments& arguments) {
     const int number = arguments.take_number("N");
     if (number < 0) throw ScriptFault("a column's width and order are not negative");
     if (what == "width") {
-        report(target.name(), target.resize_column(column, number));
+        report(target.name(), actor_.resize_column(target, column, number));
     } else if (what == "order") {
-        report(target.name(), target.move_column(column, number));
+        report(target.name(), actor_.move_column(target, column, number));
     } else {
         throw ScriptFault("a column has a width and an order, no " + what);
     }
@@ -140,7 +114,7 @@ void Console::do_rowheight(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
     const int height = arguments.take_number("N");
     if (height <= 0) throw ScriptFault("a row's height is more than 0");
-    report(target.name(), target.resize_rows(height));
+    report(target.name(), actor_.resize_rows(target, height));
 }
 
 }  // namespace brimley::console

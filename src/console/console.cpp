@@ -7,8 +7,20 @@
 
 namespace brimley::console {
 
-Console::Console(const frame::HostContext& context, std::ostream& out) : out_(out), desk_(out), ap_(desk_) {
+Console::Console(const frame::HostContext& context, std::ostream& out)
+    : out_(out), actor_(model_actor_), desk_(out), ap_(desk_) {
     static_cast<frame::HostContext&>(ap_) = context;
+    listen();
+}
+
+Console::Console(const frame::HostContext& context, std::ostream& out, Actor& actor, frame::Desk& screen)
+    : out_(out), actor_(actor), desk_(out), ap_(desk_) {
+    static_cast<frame::HostContext&>(ap_) = context;
+    desk_.show_on(screen);
+    listen();
+}
+
+void Console::listen() {
     ap_.NotifyClients = [this](const std::string& formx, const std::string& docnox, const std::string& arg2) {
         desk_.notified(formx, docnox, arg2);
     };

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "console/actor.h"
 #include "console/console_desk.h"
 #include "host/apclass.h"
 
@@ -19,6 +20,9 @@ class Console {
   public:
     // The company is open and the host context filled in `context`; results go to `out`.
     Console(const frame::HostContext& context, std::ostream& out);
+    // The same, with acts carried out by `actor` and forms shown on `screen` besides, which both outlive
+    // this.
+    Console(const frame::HostContext& context, std::ostream& out, Actor& actor, frame::Desk& screen);
     ~Console();
 
     // Runs one line. `place` ("SCRIPT:LINE") is told with a check that fails. Throws ScriptFault when the
@@ -65,6 +69,7 @@ class Console {
     void do_rowheight(Arguments& arguments);
     void click_box(Arguments& arguments, bool ticked);
     void report(const std::string& name, controls::Refusal refusal);
+    [[nodiscard]] controls::Control& text_target(const std::string& name);
 
     // show_commands.cpp: reading
     void do_show(Arguments& arguments);
@@ -95,7 +100,11 @@ class Console {
     [[nodiscard]] static int column_of(const controls::Grid& grid, const std::string& caption);
     [[nodiscard]] static std::string cell_shown(const controls::Grid& grid, int row, int column);
 
+    void listen();
+
     std::ostream& out_;
+    ModelActor model_actor_;
+    Actor& actor_;
     ConsoleDesk desk_;
     host::APclass ap_;
     store::OpenCompany other_desk_;  // a second user's connection, while it holds a row

@@ -15,18 +15,25 @@ namespace brimley::console {
 void ConsoleDesk::message(const std::string& text) {
     out_ << "message: " << one_line(text) << '\n';
     happenings_.messages.push_back(text);
+    if (screen_ != nullptr) screen_->message(text);
+}
+
+bool ConsoleDesk::answer_to(const std::string& shown, const std::string& text) {
+    if (!answers.empty()) {
+        const bool answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+    if (ask_person) return ask_person(shown);
+    throw ScriptFault("a question without an answer: " + one_line(text));
 }
 
 bool ConsoleDesk::question(const std::string& text, const std::string& title) {
     const std::string shown = (title.empty() ? "question: " : "question [" + title + "]: ") + one_line(text);
-    bool answer = false;
-    if (!answers.empty()) {
-        answer = answers.front();
-        answers.pop_front();
-    } else if (ask_person) {
-        answer = ask_person(shown);
-    } else {
-        throw ScriptFault("a question without an answer: " + one_line(text));
+    bool answer = answer_to(shown, text);
+    if (screen_ != nullptr) {
+        answer_at_hand_ = answer;
+        answer = screen_->question(text, title);
     }
     out_ << shown << " -> " << (answer ? "yes" : "no") << '\n';
     happenings_.questions.push_back(text);
@@ -49,6 +56,10 @@ void ConsoleDesk::wait(std::chrono::milliseconds duration) {
     if (!stopped_clock) std::this_thread::sleep_for(duration);
 }
 
+void ConsoleDesk::pump() {
+    if (screen_ != nullptr) screen_->pump();
+}
+
 std::string ConsoleDesk::computer_name() {
     if (computer) return *computer;
     std::array<char, 513> name{};
@@ -60,14 +71,19 @@ std::vector<std::string> ConsoleDesk::font_families() { return {"Arial", "Courie
 
 void ConsoleDesk::form_shown(std::shared_ptr<frame::Form> form) {
     open_forms_.push_back(form);
-    current_ = std::move(form);
+    current_ = form;
+    if (screen_ != nullptr) screen_->form_shown(std::move(form));
 }
 
-void ConsoleDesk::form_raised(frame::Form& form) { current_ = form.shared_from_this(); }
+void ConsoleDesk::form_raised(frame::Form& form) {
+    current_ = form.shared_from_this();
+    if (screen_ != nullptr) screen_->form_raised(form);
+}
 
 void ConsoleDesk::form_closed(frame::Form& form) {
     out_ << "form closed: " << form.identity().class_name << '\n';
     happenings_.closed.emplace_back(form.identity().class_name);
+    if (screen_ != nullptr) screen_->form_closed(form);
     if (current_.get() == &form) current_.reset();
     std::erase_if(open_forms_, [&](const auto& open) { return open.get() == &form; });
 }

@@ -43,7 +43,7 @@ class ConsoleDesk : public frame::Desk {
     [[nodiscard]] bool question(const std::string& text, const std::string& title) override;
     [[nodiscard]] store::DateTime now() override;
     void wait(std::chrono::milliseconds duration) override;
-    void pump() override {}
+    void pump() override;
     [[nodiscard]] std::string computer_name() override;
     [[nodiscard]] std::vector<std::string> font_families() override;
     void form_shown(std::shared_ptr<frame::Form> form) override;
@@ -62,13 +62,23 @@ class ConsoleDesk : public frame::Desk {
     // Called at each wait for a row that another user holds.
     std::function<void()> on_wait;
 
+    // Boxes and forms appear on this screen besides; it is asked each question, and told the answer of the
+    // script before, so that it can give it in the script's place.
+    void show_on(frame::Desk& screen) { screen_ = &screen; }
+    // The answer that the script has for the question that the screen is about to ask.
+    [[nodiscard]] bool answer_at_hand() const { return answer_at_hand_; }
+
     // The form that acts go to; null when there is none.
     [[nodiscard]] frame::Form* current_form() const { return current_.get(); }
     // Makes the newest open form of this class the current one.
     [[nodiscard]] bool make_current(const std::string& class_name);
 
   private:
+    [[nodiscard]] bool answer_to(const std::string& shown, const std::string& text);
+
     std::ostream& out_;
+    frame::Desk* screen_ = nullptr;
+    bool answer_at_hand_ = false;
     Happenings happenings_;
     std::vector<std::shared_ptr<frame::Form>> open_forms_;  // oldest first
     std::shared_ptr<frame::Form> current_;

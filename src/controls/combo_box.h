@@ -20,6 +20,10 @@ struct ComboColumn {
     std::string caption;
 };
 
+// How a host draws the items: as texts, with a swatch of the colour code in column 0, or with a sample of the
+// face named in column 0.
+enum class ItemLook { text, colour, font };
+
 class ComboBox : public Control {
   public:
     using Row = std::vector<std::string>;
@@ -28,6 +32,8 @@ class ComboBox : public Control {
     ComboBox(ControlSet& controls, std::string name, std::string_view columns = {});
 
     [[nodiscard]] const std::vector<ComboColumn>& columns() const { return columns_; }
+    [[nodiscard]] ItemLook item_look() const { return item_look_; }
+    void set_item_look(ItemLook look) { item_look_ = look; }
 
     // --- text ---
     [[nodiscard]] const std::string& text() const { return text_; }
@@ -70,6 +76,7 @@ class ComboBox : public Control {
     [[nodiscard]] int find_item(std::string_view text, bool ignoring_case) const;
 
     std::vector<ComboColumn> columns_;
+    ItemLook item_look_ = ItemLook::text;
     std::string text_;
     Source source_;
     mutable std::vector<Row> items_;

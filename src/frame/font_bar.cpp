@@ -6,6 +6,7 @@
 #include "frame/document_form.h"
 #include "kernel/money.h"
 #include "presentation/grid_layout.h"
+#include "presentation/pickers.h"
 
 namespace brimley::frame {
 
@@ -32,19 +33,9 @@ void DocumentForm::fill_font_bar() {
     cmbselcol.set(kAllColumns);
     cmbfont_size.set_items(
         {{"8"}, {"9"}, {"10"}, {"10.5"}, {"11"}, {"12"}, {"14"}, {"16"}, {"18"}, {"20"}, {"22"}, {"24"}});
-    cmbitfont.set_source([this] {
-        std::vector<controls::ComboBox::Row> families;
-        for (auto& family : desk().font_families())
-            families.push_back({std::move(family)});
-        return families;
-    });
+    presentation::cFontsCombo::Init(cmbitfont, [this] { return desk().font_families(); });
     cmbitfont.set("Arial");
-    cmbitcolor.set_source([] {
-        std::vector<controls::ComboBox::Row> colours;
-        for (const auto& colour : presentation::named_colours())
-            colours.push_back({std::string(colour.code), std::string(colour.name)});
-        return colours;
-    });
+    presentation::cColorsCombo::Init(cmbitcolor);
     cmbfont_size.on_item_select = [this] { cmbfont_size_itemchange(); };
     cmbitfont.on_item_select = [this] { cmbitfont_itemchange(); };
     cmbitcolor.on_item_select = [this] { cmbitcolor_itemchange(); };

@@ -1,0 +1,53 @@
+// A form's commands in its window: menus, toolbars, the grid's menu and keys, all over one action a command.
+//
+// An action shows whether its command is pressed and enabled; what it does is to press it.
+#pragma once
+
+#include <QAction>
+#include <QKeySequence>
+#include <functional>
+#include <map>
+
+#include "controls/command_bars.h"
+
+class QMainWindow;
+class QMenu;
+class QToolBar;
+
+namespace brimley::desktop {
+
+class CommandActions {
+  public:
+    // Builds the bars into the window. `menus` is the order of the menus.
+    CommandActions(QMainWindow& window, controls::CommandBars& bars, const QStringList& menus,
+                   std::function<void(int id)> press);
+    CommandActions(const CommandActions&) = delete;
+    CommandActions& operator=(const CommandActions&) = delete;
+
+    // Shows the commands as they are now. The font bar stands when the form wants it or its pane is open.
+    void refresh(bool font_pane_open);
+
+    // Draws the pictures anew, in the colours of the window.
+    void draw_icons();
+
+    // Null when the form has no such command.
+    [[nodiscard]] QAction* find(int id) const;
+    [[nodiscard]] QMenu* popup() const { return popup_; }
+    [[nodiscard]] QToolBar* toolbar(const QString& name) const;
+    // Whether a command has this key, so that no field takes it for itself.
+    [[nodiscard]] bool takes_key(const QKeySequence& key) const;
+
+  private:
+    QAction* make_action(const controls::Command& command);
+    void add_to_bar(QAction& action, const QString& bar);
+
+    QMainWindow& window_;
+    controls::CommandBars& bars_;
+    std::function<void(int id)> press_;
+    std::map<int, QAction*> actions_;
+    std::map<QString, QMenu*> menus_;
+    std::map<QString, QToolBar*> toolbars_;
+    QMenu* popup_;
+};
+
+}  // namespace brimley::desktop

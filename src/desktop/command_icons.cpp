@@ -1,0 +1,78 @@
+#include "desktop/command_icons.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRegularExpression>
+#include <map>
+
+namespace brimley::desktop {
+
+namespace {
+
+constexpr int kField = 24;  // of the strokes
+constexpr int kSide = 72;   // of the picture, so that it stays sharp on a dense screen
+
+std::map<int, QString> read_strokes() {
+    std::map<int, QString> strokes;
+    QFile file(":/looks/icons.txt");
+    if (!file.open(QIODevice::ReadOnly)) return strokes;
+    for (const QString& line : QString::fromUtf8(file.readAll()).split('\n')) {
+        if (line.isEmpty() || line.startsWith('#')) continue;
+        const qsizetype blank = line.indexOf(' ');
+        strokes[line.left(blank).toInt()] = line.mid(blank + 1);
+    }
+    return strokes;
+}
+
+void draw_letters(QPainter& painter, QPointF middle, QString text) {
+    QFont font("Arial");
+    font.setPixelSize(17);
+    font.setBold(text.startsWith('*'));
+    font.setItalic(text.startsWith('/'));
+    if (font.bold() || font.italic()) text.remove(0, 1);
+    painter.setFont(font);
+    painter.drawText(QRectF(middle.x() - 12, middle.y() - 12, 24, 24), Qt::AlignCenter, text);
+}
+
+void draw_strokes(QPainter& painter, const QString& strokes) {
+    const QStringList words = strokes.split(' ', Qt::SkipEmptyParts);
+    QPainterPath path;
+    for (qsizetype i = 0; i + 2 < words.size();) {
+        const QString act = words[i];
+        const QPointF at(words[i + 1].toDouble(), words[i + 2].toDouble());
+        i += 3;
+        if (act == "M") path.moveTo(at);
+        if (act == "L") path.lineTo(at);
+        if (act == "O" && i < words.size()) {
+            const double radius = words[i++].toDouble();
+            path.addEllipse(at, radius, radius);
+        }
+        if (act == "T" && i < words.size()) draw_letters(painter, at, words[i++]);
+    }
+    painter.drawPath(path);
+}
+
+QPixmap draw(const QString& strokes, const QColor& colour) {
+    QPixmap picture(kSide, kSide);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(double{kSide} / kField, double{kSide} / kField);
+    painter.setPen(QPen(colour, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    draw_strokes(painter, strokes);
+    return picture;
+}
+
+}  // namespace
+
+QIcon command_icon(int command, const QString& caption, const QPalette& palette) {
+    static const std::map<int, QString> kStrokes = read_strokes();
+    const auto found = kStrokes.find(command);
+    const QString strokes = found != kStrokes.end() ? found->second : "T 12 12 " + caption.left(1);
+    QIcon icon(draw(strokes, palette.color(QPalette::ButtonText)));
+    icon.addPixmap(draw(strokes, palette.color(QPalette::Disabled, QPalette::ButtonText)), QIcon::Disabled);
+    return icon;
+}
+
+}  // namespace brimley::desktop

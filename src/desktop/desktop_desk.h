@@ -1,0 +1,56 @@
+// The world outside as the desktop gives it to the forms: boxes, clock, fonts, and a window for each form.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "frame/desk.h"
+
+class QMessageBox;
+class QWidget;
+
+namespace brimley::desktop {
+
+class FormWindow;
+
+class DesktopDesk : public frame::Desk {
+  public:
+    DesktopDesk();
+    ~DesktopDesk() override;
+
+    void message(const std::string& text) override;
+    [[nodiscard]] bool question(const std::string& text, const std::string& title) override;
+    [[nodiscard]] store::DateTime now() override;
+    void wait(std::chrono::milliseconds duration) override;
+    void pump() override;
+    [[nodiscard]] std::string computer_name() override;
+    [[nodiscard]] std::vector<std::string> font_families() override;
+    void form_shown(std::shared_ptr<frame::Form> form) override;
+    void form_raised(frame::Form& form) override;
+    void form_closed(frame::Form& form) override;
+
+    // The window of an open form; null when it has none.
+    [[nodiscard]] FormWindow* window_of(const frame::Form& form) const;
+    // Oldest first.
+    [[nodiscard]] const std::vector<FormWindow*>& windows() const { return windows_; }
+
+    // Where a new window goes and how it comes to the front; by itself it is a window of the desktop.
+    std::function<void(FormWindow&)> place;
+    std::function<void(FormWindow&)> raise;
+    // The window is about to go; it deletes itself.
+    std::function<void(FormWindow&)> take_away;
+    // Called while a box stands open, once, in place of the person who would answer it.
+    std::function<void(QMessageBox&)> on_box;
+    // The clock and the desk that the windows' fields ask, when a script stands between forms and windows.
+    void act_for(frame::Desk& desk) { asked_ = &desk; }
+
+  private:
+    int show_box(QMessageBox& box);
+
+    std::vector<FormWindow*> windows_;
+    frame::Desk* asked_ = this;
+};
+
+}  // namespace brimley::desktop

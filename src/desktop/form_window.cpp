@@ -1,0 +1,306 @@
+#include "desktop/form_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QStatusBar>
+#include <algorithm>
+
+#include "controls/combo_box.h"
+#include "controls/fields.h"
+#include "desktop/combo_view.h"
+#include "desktop/field_views.h"
+#include "desktop/grid_view.h"
+
+namespace brimley::desktop {
+
+using controls::Control;
+using frame::Mode;
+
+namespace {
+
+constexpr int kGenericWidth = 18;  // characters
+
+struct ModeLook {
+    const char* text;
+    QColor colour;
+};
+
+ModeLook look_of_mode(Mode mode) {
+    switch (mode) {
+        case Mode::new_entry:
+            return {"New", QColor(46, 125, 50)};
+        case Mode::edit:
+            return {"Edit", QColor(198, 104, 0)};
+        case Mode::read:
+            break;
+    }
+    return {"Read", QColor(84, 110, 122)};
+}
+
+void size_field(QWidget& widget, const LookField& field) {
+    const int characters = field.width > 0 ? field.width : kGenericWidth;
+    const int frame = 26;  // its border and the arrow of a list
+    widget.setFixedWidth(characters * widget.fontMetrics().averageCharWidth() + frame);
+    if (field.lines > 1) widget.setMinimumHeight(field.lines * widget.fontMetrics().lineSpacing() + 10);
+}
+
+}  // namespace
+
+FormWindow::FormWindow(std::shared_ptr<frame::Form> form, frame::Desk& desk)
+    : form_(std::move(form)), desk_(desk), mode_band_(new QLabel) {
+    const QString class_name = shown(std::string(form_->identity().class_name));
+    const QString caption = shown(std::string(form_->identity().caption));
+    Look look = look_of(class_name).value_or(generic_look(form_->controls(), caption));
+    add_what_is_left_out(look, form_->controls());
+    setObjectName(class_name);
+    setWindowTitle(look.title.isEmpty() ? caption : look.title);
+    gate_.on_acted = [this] { refresh_commands(); };
+    gate_.on_idle = [this] {
+        if (!form_->is_open()) deleteLater();
+    };
+    gate_.on_failure = [this](const std::exception_ptr& failure) { desk_.message(failure_text(failure)); };
+    build(look);
+}
+
+FormWindow::~FormWindow() {
+    for (Control* control : form_->controls().all())
+        control->on_shown_change = nullptr;
+    form_->CommandBars1().on_shown_change = nullptr;
+    // The views go while the gate is still there: one that loses the focus speaks to it.
+    gate_.close();
+    delete takeCentralWidget();
+    for (const auto& [frame, dock] : laid_out_.panes)
+        delete dock;
+}
+
+void FormWindow::build(const Look& look) {
+    actions_ = std::make_unique<CommandActions>(*this, form_->CommandBars1(), look.menus,
+                                                [this](int id) { press(id); });
+    laid_out_ = lay_out(*this, form_->controls(), look, [this](Control& control, const LookField& field) {
+        return make_widget(control, field);
+    });
+    for (std::size_t i = 1; i < tab_order_.size(); ++i)
+        setTabOrder(widget(*tab_order_[i - 1]), widget(*tab_order_[i]));
+    mode_band_->setMinimumWidth(90);
+    mode_band_->setAlignment(Qt::AlignCenter);
+    statusBar()->addPermanentWidget(mode_band_);
+    statusBar()->setSizeGripEnabled(false);
+    for (Control* control : form_->controls().all())
+        control->on_shown_change = [this, control] { control_changed(*control); };
+    form_->CommandBars1().on_shown_change = [this] { refresh_commands(); };
+    connect_panes();
+    refresh_all();
+    settle();
+}
+
+// --- the views ---
+QWidget* FormWindow::make_widget(Control& control, const LookField& field) {
+    if (auto* const grid = dynamic_cast<controls::Grid*>(&control)) {
+        auto* const made = new GridView(*grid, gate_);
+        made->on_menu = [this](const QPoint& at) { actions_->popup()->popup(at); };
+        register_view(control, *made, *made);
+        return made;
+    }
+    QWidget* const made = make_field(control, field);
+    if (made != nullptr) made->installEventFilter(this);
+    return made;
+}
+
+QWidget* FormWindow::make_field(Control& control, const LookField& field) {
+    const auto add = [&](auto* made) -> QWidget* {
+        register_view(control, *made, *made);
+        return made;
+    };
+    if (auto* const check = dynamic_cast<controls::CheckBox*>(&control))
+        return add(new CheckView(*check, gate_));
+    if (auto* const option = dynamic_cast<controls::OptionButton*>(&control))
+        return add(new OptionView(*option, gate_));
+    if (auto* const label = dynamic_cast<controls::Label*>(&control)) return add(new LabelView(*label));
+    if (auto* const bar = dynamic_cast<controls::ProgressBar*>(&control)) return add(new ProgressView(*bar));
+    QWidget* made = nullptr;
+    if (auto* const combo = dynamic_cast<controls::ComboBox*>(&control)) {
+        made = add(new ComboView(*combo, gate_));
+    } else if (auto* const date = dynamic_cast<controls::DateField*>(&control)) {
+        made = add(new DateView(*date, gate_,
+                                {form_->context().BRIMLEY_DATE_FORMAT, [this] { return desk_.now(); }}));
+    } else if (auto* const text = dynamic_cast<controls::TextField*>(&control)) {
+        if (field.lines > 1) {
+            made = add(new NoteView(*text, gate_));
+        } else {
+            auto* const line = new TextView(*text, gate_);
+            if (field.amount) {
+                line->setAlignment(Qt::AlignRight);
+                line->select_on_focus();
+            }
+            made = add(line);
+        }
+    } else {
+        return nullptr;  // a frame is a pane, and no widget of its own
+    }
+    size_field(*made, field);
+    return made;
+}
+
+void FormWindow::register_view(Control& control, QWidget& widget, ModelView& view) {
+    widget.setObjectName(shown(control.name()));
+    views_[&control] = {&widget, &view};
+    tab_order_.push_back(&control);
+}
+
+ModelView* FormWindow::view(const Control& control) const {
+    const auto found = views_.find(&control);
+    return found == views_.end() ? nullptr : found->second.view;
+}
+
+QWidget* FormWindow::widget(const Control& control) const {
+    const auto found = views_.find(&control);
+    return found == views_.end() ? nullptr : found->second.widget;
+}
+
+// --- following the models ---
+void FormWindow::control_changed(const Control& control) {
+    if (ModelView* const changed = view(control)) changed->refresh();
+    refresh_pane(control);
+    refresh_captions();
+}
+
+void FormWindow::connect_panes() {
+    for (const auto& [frame, dock] : laid_out_.panes) {
+        dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    }
+}
+
+void FormWindow::refresh_pane(const Control& frame) {
+    const auto pane = laid_out_.panes.find(&frame);
+    if (pane == laid_out_.panes.end()) return;
+    pane->second->setVisible(frame.visible());
+    share_bottom();
+    refresh_commands();
+}
+
+// Panes below the lines stand beside each other and share the width.
+void FormWindow::share_bottom() {
+    QList<QDockWidget*> docks;
+    for (const auto& [frame, dock] : laid_out_.panes)
+        if (frame->visible() && dockWidgetArea(dock) == Qt::BottomDockWidgetArea) docks.append(dock);
+    if (docks.size() > 1) resizeDocks(docks, QList<int>(docks.size(), width()), Qt::Horizontal);
+}
+
+// A caption goes with its fields.
+void FormWindow::refresh_captions() {
+    for (const FieldCaption& caption : laid_out_.captions) {
+        const bool any = std::any_of(caption.fields.begin(), caption.fields.end(),
+                                     [](const QWidget* field) { return !field->isHidden(); });
+        caption.label->setVisible(any && (caption.of_form == nullptr || caption.of_form->visible()));
+    }
+}
+
+bool FormWindow::font_pane_open() const {
+    const Control* const frame = form_->controls().find("frame_font");
+    return frame != nullptr && frame->visible();
+}
+
+// Several changes in a row are shown once.
+void FormWindow::refresh_commands() {
+    if (commands_wait_) return;
+    commands_wait_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            commands_wait_ = false;
+            actions_->refresh(font_pane_open());
+            refresh_mode();
+        },
+        Qt::QueuedConnection);
+}
+
+void FormWindow::refresh_mode() {
+    const ModeLook look = look_of_mode(form_->mode());
+    if (mode_band_->text() == look.text) return;
+    mode_band_->setText(look.text);
+    mode_band_->setStyleSheet(QString("background: %1; color: white; font-weight: bold; padding: 2px 12px;")
+                                  .arg(look.colour.name()));
+}
+
+QString FormWindow::mode_shown() const { return mode_band_->text(); }
+
+void FormWindow::refresh_all() {
+    for (const auto& [control, shown_by] : views_)
+        shown_by.view->refresh();
+    for (const auto& [frame, dock] : laid_out_.panes)
+        dock->setVisible(frame->visible());
+    refresh_captions();
+    actions_->refresh(font_pane_open());
+    refresh_mode();
+}
+
+void FormWindow::settle() {
+    for (const auto& [control, shown_by] : views_)
+        if (auto* const grid = dynamic_cast<GridView*>(shown_by.widget)) grid->follow();
+    actions_->refresh(font_pane_open());
+    refresh_mode();
+}
+
+// --- acts ---
+void FormWindow::commit_typing() {
+    for (QWidget* at = QApplication::focusWidget(); at != nullptr && at != this; at = at->parentWidget())
+        if (auto* const typed_in = dynamic_cast<ModelView*>(at)) typed_in->commit();
+}
+
+void FormWindow::press(int id) {
+    const auto alive = form_;
+    commit_typing();
+    gate_.run([&] { return alive->press(id); });
+}
+
+void FormWindow::focus_first_field() {
+    for (const Control* control : tab_order_) {
+        const Shown& first = views_.at(control);
+        if (first.widget->focusPolicy() == Qt::NoFocus ||
+            first.view->found_by_user() != controls::Refusal::none)
+            continue;
+        first.widget->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+}
+
+// In the middle of an act the window must outlive it, however often control goes to the event loop meanwhile.
+void FormWindow::form_has_closed() {
+    hide();
+    if (!gate_.is_running()) deleteLater();
+}
+
+// Whether anything is asked, and what is kept, is the form's own rule.
+void FormWindow::closeEvent(QCloseEvent* event) {
+    if (form_->is_open()) {
+        event->ignore();
+        press(frame::command::kExit);
+        return;
+    }
+    event->accept();
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange || !actions_) return;
+    actions_->draw_icons();
+    refresh_all();
+}
+
+// The keys of commands are the form's, also where a field would take them for its own.
+bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto& key = static_cast<QKeyEvent&>(*event);
+        if (actions_->takes_key(QKeySequence(key.keyCombination()))) {
+            event->ignore();
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+}  // namespace brimley::desktop

@@ -1,0 +1,86 @@
+// The window of a form, any form: its commands, its fields, its grids and panes, over the models that it has.
+//
+//   model changes  -> the view of that control shows it
+//   user acts      -> a user act of the model, through the gate
+//
+// There is no rule of a form here; which fields stand where is told by its look (look.h). The window keeps
+// its form alive, and is closed by the desk when the form has unloaded itself; closing it by hand presses
+// Exit.
+#pragma once
+
+#include <QMainWindow>
+#include <map>
+#include <memory>
+
+#include "desktop/act_gate.h"
+#include "desktop/command_actions.h"
+#include "desktop/date_view.h"
+#include "desktop/look_layout.h"
+#include "desktop/model_view.h"
+#include "frame/form.h"
+
+namespace brimley::desktop {
+
+class FormWindow : public QMainWindow {
+  public:
+    FormWindow(std::shared_ptr<frame::Form> form, frame::Desk& desk);
+    ~FormWindow() override;
+
+    [[nodiscard]] frame::Form& form() { return *form_; }
+    [[nodiscard]] ActGate& gate() { return gate_; }
+    [[nodiscard]] const CommandActions& actions() const { return *actions_; }
+
+    // The widget that shows the control; null when none does.
+    [[nodiscard]] ModelView* view(const controls::Control& control) const;
+    [[nodiscard]] QWidget* widget(const controls::Control& control) const;
+
+    // Hands over what is being typed, then presses the command.
+    void press(int id);
+    // Shows all changes now that would be shown when control returns to the event loop.
+    void settle();
+    // The first field that may be typed in gets the focus.
+    void focus_first_field();
+    // The form has gone: no act reaches it any more, and the window closes.
+    void form_has_closed();
+
+    // "Read", "New" or "Edit", as the band at the window's foot shows it.
+    [[nodiscard]] QString mode_shown() const;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void build(const Look& look);
+    [[nodiscard]] QWidget* make_widget(controls::Control& control, const LookField& field);
+    [[nodiscard]] QWidget* make_field(controls::Control& control, const LookField& field);
+    void register_view(controls::Control& control, QWidget& widget, ModelView& view);
+    void connect_panes();
+    void control_changed(const controls::Control& control);
+    void refresh_pane(const controls::Control& frame);
+    void share_bottom();
+    void refresh_captions();
+    void refresh_commands();
+    void refresh_mode();
+    void refresh_all();
+    void commit_typing();
+    [[nodiscard]] bool font_pane_open() const;
+
+    struct Shown {
+        QWidget* widget;
+        ModelView* view;
+    };
+
+    std::shared_ptr<frame::Form> form_;
+    frame::Desk& desk_;
+    ActGate gate_;
+    std::map<const controls::Control*, Shown> views_;
+    std::vector<const controls::Control*> tab_order_;
+    LaidOut laid_out_;
+    std::unique_ptr<CommandActions> actions_;
+    QLabel* mode_band_;
+    bool commands_wait_ = false;
+};
+
+}  // namespace brimley::desktop

@@ -1,0 +1,73 @@
+// A grid on the screen.
+//
+// Where the user stands, what he types and how he arranges the columns goes to the model as his acts; what
+// the model says then is shown, so a refused act leaves no trace. Changes of the model are shown when control
+// returns to the event loop, however many there were.
+//
+// Keys: Enter and Tab move to the next cell that may be typed in, from the last one to the next row;
+// Ctrl+Enter stays; Alt+Down opens a list; Space ticks a box, 1 and 0 set it; Delete empties a cell; Escape
+// leaves the grid.
+#pragma once
+
+#include <QTableView>
+
+#include "controls/grid.h"
+#include "desktop/grid_table.h"
+#include "desktop/model_view.h"
+
+namespace brimley::desktop {
+
+class GridView : public QTableView, public ModelView {
+  public:
+    enum class Then { stay, move_on, move_back };
+
+    GridView(controls::Grid& grid, ActGate& gate);
+
+    // Shows the model soon.
+    void refresh() override;
+    // Shows the model now.
+    void follow();
+    void commit() override;
+    [[nodiscard]] controls::Refusal found_by_user() const override;
+
+    [[nodiscard]] controls::Grid& grid() { return grid_; }
+    [[nodiscard]] GridTable& table() { return table_; }
+    [[nodiscard]] ActGate& gate() { return gate_; }
+
+    // --- acts of the user, as the header, the editor and the keys perform them ---
+    void type_cell(int row, int column, const QString& text);
+    void tick_cell(const QModelIndex& index, bool ticked);
+    void finish_edit(Then then);
+    // The columns seen from place `from` to place `to`; nothing for none.
+    void select_columns(std::optional<controls::Grid::Range> range);
+    void resize_column_to(int column, int width_twips);
+    void resize_rows_to(int height_twips);
+
+    // Opens the menu of the grid.
+    std::function<void(const QPoint& at)> on_menu;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    bool focusNextPrevChild(bool next) override;
+
+  private:
+    void connect_headers();
+    void follow_columns();
+    void follow_position();
+    void follow_header_colour();
+    void header_clicked(int column);
+    void move_on(bool forward);
+    [[nodiscard]] bool may_stop_at(int column) const;
+    [[nodiscard]] bool take_key(QKeyEvent* event);
+
+    controls::Grid& grid_;
+    ActGate& gate_;
+    GridTable table_;
+    bool following_ = false;  // what changes now comes from the model
+    bool refresh_waits_ = false;
+};
+
+}  // namespace brimley::desktop

@@ -1,0 +1,216 @@
+#include "desktop/look_layout.h"
+
+#include <QDockWidget>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMainWindow>
+#include <QTableView>
+
+#include "controls/fields.h"
+#include "controls/grid.h"
+#include "desktop/model_view.h"
+
+namespace brimley::desktop {
+
+namespace {
+
+constexpr int kGenericRows = 6;  // of a column of fields
+
+Qt::DockWidgetArea area_of(const QString& place) {
+    if (place == "bottom") return Qt::BottomDockWidgetArea;
+    if (place == "top") return Qt::TopDockWidgetArea;
+    return place == "left" ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea;
+}
+
+class Layouter {
+  public:
+    Layouter(QMainWindow& window, const controls::ControlSet& controls, const MakeWidget& make_widget)
+        : window_(window), controls_(controls), make_widget_(make_widget) {}
+
+    LaidOut lay_out(const Look& look) {
+        auto* const centre = new QWidget(&window_);
+        window_.setCentralWidget(centre);
+        auto* const whole = new QVBoxLayout(centre);
+        whole->setContentsMargins(8, 6, 8, 6);
+        whole->setSpacing(6);
+        auto* const head = new QHBoxLayout;
+        head->setSpacing(18);
+        whole->addLayout(head);
+        for (const LookPart& part : look.parts)
+            add_part(part, *head, *whole);
+        head->addStretch(1);
+        return std::move(result_);
+    }
+
+  private:
+    void add_part(const LookPart& part, QHBoxLayout& head, QVBoxLayout& whole) {
+        switch (part.kind) {
+            case LookPart::Kind::column:
+                head.addLayout(columns_of(part));
+                break;
+            case LookPart::Kind::grid:
+                if (QWidget* const grid = widget_of({part.name})) whole.addWidget(grid, 1);
+                break;
+            case LookPart::Kind::foot:
+                whole.addLayout(line_of(part, Qt::AlignRight));
+                break;
+            case LookPart::Kind::pane:
+                add_pane(part);
+                break;
+        }
+    }
+
+    QWidget* widget_of(const LookField& field) {
+        controls::Control* const control = controls_.find(typed(field.control));
+        return control == nullptr ? nullptr : make_widget_(*control, field);
+    }
+
+    QLabel* caption_of(const QString& caption, const std::vector<QWidget*>& fields) {
+        if (caption.startsWith('@')) {
+            const QString name = caption.mid(1);
+            auto* const label = static_cast<QLabel*>(widget_of({name}));
+            result_.captions.push_back({label, fields, controls_.find(typed(name))});
+            return label;
+        }
+        auto* const label = new QLabel(caption);
+        label->setBuddy(fields.empty() ? nullptr : fields.front());
+        result_.captions.push_back({label, fields});
+        return label;
+    }
+
+    std::vector<QWidget*> fields_of(const LookRow& row) {
+        std::vector<QWidget*> widgets;
+        for (const LookField& field : row.fields)
+            if (QWidget* const widget = widget_of(field)) widgets.push_back(widget);
+        return widgets;
+    }
+
+    // Captions to the left, fields to the right.
+    QLayout* columns_of(const LookPart& part) {
+        auto* const grid = new QGridLayout;
+        grid->setHorizontalSpacing(6);
+        grid->setVerticalSpacing(3);
+        int at = 0;
+        for (const LookRow& row : part.fields) {
+            const auto fields = fields_of(row);
+            auto* const line = new QHBoxLayout;
+            line->setSpacing(4);
+            for (QWidget* const field : fields)
+                line->addWidget(field);
+            line->addStretch(1);
+            if (!row.caption.isEmpty()) {
+                if (QLabel* const label = caption_of(row.caption, fields)) grid->addWidget(label, at, 0);
+            }
+            grid->addLayout(line, at++, 1);
+        }
+        grid->setRowStretch(at, 1);
+        return grid;
+    }
+
+    // All in one line.
+    QLayout* line_of(const LookPart& part, Qt::Alignment side) {
+        auto* const line = new QHBoxLayout;
+        line->setSpacing(6);
+        if (side == Qt::AlignRight) line->addStretch(1);
+        for (const LookRow& row : part.fields) {
+            const auto fields = fields_of(row);
+            if (QLabel* const label = caption_of(row.caption, fields)) line->addWidget(label);
+            for (QWidget* const field : fields)
+                line->addWidget(field);
+            line->addSpacing(10);
+        }
+        if (side != Qt::AlignRight) line->addStretch(1);
+        return line;
+    }
+
+    void add_pane(const LookPart& part) {
+        controls::Control* const control = controls_.find(typed(part.name));
+        const auto* const frame = dynamic_cast<controls::Frame*>(control);
+        if (frame == nullptr) return;
+        auto* const dock = new QDockWidget(shown(frame->caption()), &window_);
+        dock->setObjectName(part.name);
+        auto* const content = new QWidget(dock);
+        auto* const whole = new QVBoxLayout(content);
+        whole->setContentsMargins(6, 2, 6, 4);
+        const bool across = part.place == "top" || part.place == "bottom";
+        if (!part.fields.empty()) whole->addLayout(across ? line_of(part, Qt::AlignLeft) : columns_of(part));
+        for (const QString& name : part.grids) {
+            QWidget* const grid = widget_of({name});
+            if (grid == nullptr) continue;
+            if (part.rows > 0) grid->setMinimumHeight((part.rows + 1) * 26);
+            whole->addWidget(grid, 1);
+        }
+        if (part.grids.isEmpty() && !across) whole->addStretch(1);
+        dock->setWidget(content);
+        window_.addDockWidget(area_of(part.place), dock);
+        result_.panes[control] = dock;
+    }
+
+    QMainWindow& window_;
+    const controls::ControlSet& controls_;
+    const MakeWidget& make_widget_;
+    LaidOut result_;
+};
+
+bool has_caption_of_its_own(const controls::Control& control) {
+    return dynamic_cast<const controls::CheckBox*>(&control) != nullptr ||
+           dynamic_cast<const controls::OptionButton*>(&control) != nullptr ||
+           dynamic_cast<const controls::Label*>(&control) != nullptr;
+}
+
+// A field with its name for a caption, without the letters that tell its kind.
+LookRow row_of(const controls::Control& control) {
+    LookRow row;
+    row.fields.push_back({shown(control.name()), has_caption_of_its_own(control) ? 0 : 18});
+    if (!has_caption_of_its_own(control)) row.caption = shown(control.name()).mid(3).replace('_', ' ');
+    return row;
+}
+
+// The part that a control comes to lie in: its frame's pane, or the last column that has room.
+LookPart& part_for(Look& look, const controls::Control& control) {
+    if (const controls::Control* const frame = control.container()) {
+        for (LookPart& part : look.parts)
+            if (part.kind == LookPart::Kind::pane && part.name == shown(frame->name())) return part;
+    }
+    LookPart* last = look.parts.empty() ? nullptr : &look.parts.back();
+    const bool has_room =
+        last != nullptr && last->kind == LookPart::Kind::column && last->fields.size() < kGenericRows;
+    return has_room ? *last : look.parts.emplace_back();
+}
+
+}  // namespace
+
+LaidOut lay_out(QMainWindow& window, const controls::ControlSet& controls, const Look& look,
+                const MakeWidget& make_widget) {
+    return Layouter(window, controls, make_widget).lay_out(look);
+}
+
+void add_what_is_left_out(Look& look, const controls::ControlSet& controls) {
+    for (const controls::Control* control : controls.all()) {
+        const auto* const frame = dynamic_cast<const controls::Frame*>(control);
+        if (frame == nullptr || frame->caption().empty() || look.names(shown(control->name()))) continue;
+        look.parts.push_back({LookPart::Kind::pane, shown(control->name()), "right"});
+    }
+    for (const controls::Control* control : controls.all()) {
+        const bool is_frame = dynamic_cast<const controls::Frame*>(control) != nullptr;
+        const bool is_grid = dynamic_cast<const controls::Grid*>(control) != nullptr;
+        if (is_frame || look.names(shown(control->name()))) continue;
+        if (!is_grid) {
+            part_for(look, *control).fields.push_back(row_of(*control));
+        } else if (control->container() != nullptr) {
+            part_for(look, *control).grids.append(shown(control->name()));
+        } else {
+            look.parts.push_back({LookPart::Kind::grid, shown(control->name())});
+        }
+    }
+}
+
+Look generic_look(const controls::ControlSet& controls, const QString& title) {
+    Look look;
+    look.title = title;
+    add_what_is_left_out(look, controls);
+    return look;
+}
+
+}  // namespace brimley::desktop

@@ -1,0 +1,77 @@
+// The window around all: it opens and makes companies, lists the forms of the module, holds their windows
+// side by side, and answers what they ask for.
+//
+// One company at a time, one APclass on it. When the company is left, each form leaves by its own Exit;
+// nothing is asked, as the forms ask nothing.
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "desktop/desktop_desk.h"
+#include "desktop/requests.h"
+#include "desktop/settings.h"
+#include "host/apclass.h"
+#include "opening/host_options.h"
+
+class QLabel;
+class QMdiArea;
+class QMdiSubWindow;
+class QStackedWidget;
+class QVBoxLayout;
+
+namespace brimley::desktop {
+
+class MainWindow : public QMainWindow {
+  public:
+    explicit MainWindow(const opening::HostOptions& options);
+    ~MainWindow() override;
+
+    // Opens the company in place of the one that is open. Throws std::exception when it cannot be opened;
+    // then nothing has changed.
+    void open_company(const QString& company);
+    void close_company();
+    void open_sample();
+
+    // Null while no company is open.
+    [[nodiscard]] host::APclass* ap() { return ap_.get(); }
+    [[nodiscard]] DesktopDesk& desk() { return desk_; }
+    [[nodiscard]] QMdiArea& area() { return *area_; }
+    // Shows a form of the module by the name of its class, such as APform_invoice. False when nothing came to
+    // the screen.
+    bool show_form(const QString& class_name);
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void make_welcome_page();
+    void list_recent_companies();
+    void make_company_menu();
+    void make_forms_menu();
+    void make_window_menu();
+    void make_view_menu();
+    // The same for a person: false, after a box, when it cannot be opened.
+    [[nodiscard]] bool open_or_tell(const QString& company);
+    // Opens the company that was chosen, if one was, on the form that most of the work is done in.
+    void try_open(const std::optional<QString>& company);
+    void place(QWidget& window);
+    void place_form(FormWindow& window);
+    [[nodiscard]] QMdiSubWindow* sub_window_of(const QWidget& window) const;
+    void refresh_state();
+    void tell(const QString& text);
+
+    opening::HostOptions options_;
+    Settings settings_;
+    DesktopDesk desk_;
+    std::unique_ptr<host::APclass> ap_;
+    std::unique_ptr<Requests> requests_;
+    QStackedWidget* pages_;
+    QMdiArea* area_;
+    QVBoxLayout* recent_buttons_ = nullptr;
+    QMenu* recent_menu_ = nullptr;
+    QMenu* forms_menu_ = nullptr;
+    int forms_shown_ = 0;
+};
+
+}  // namespace brimley::desktop

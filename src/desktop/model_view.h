@@ -1,0 +1,56 @@
+// What every widget that shows a model has in common.
+//
+// A widget follows its model: `refresh` makes it show what the model holds now, whatever the user had typed.
+// It never changes the model except by a user act.
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QWidget>
+#include <string>
+
+#include "controls/control.h"
+#include "desktop/act_gate.h"
+
+namespace brimley::desktop {
+
+class ModelView {
+  public:
+    ModelView() = default;
+    virtual ~ModelView() = default;
+    ModelView(const ModelView&) = delete;
+    ModelView& operator=(const ModelView&) = delete;
+
+    virtual void refresh() = 0;
+    // Hands what was typed and not yet handed over to the model, as before a command.
+    virtual void commit() {}
+    // What the user finds when he wants to act here, told from the widget and not from the model.
+    [[nodiscard]] virtual controls::Refusal found_by_user() const = 0;
+};
+
+[[nodiscard]] inline QString shown(const std::string& text) { return QString::fromStdString(text); }
+[[nodiscard]] inline QString shown(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+[[nodiscard]] inline std::string typed(const QString& text) { return text.toStdString(); }
+
+// Twentieths of a point, as the models measure, in the pixels of this widget's screen, and back.
+[[nodiscard]] int pixels(const QWidget& widget, int twips);
+[[nodiscard]] int twips(const QWidget& widget, int pixels);
+
+// The colour of a model on the palette at hand: the system's colours and plain white and black follow light
+// and dark, any other colour is itself.
+[[nodiscard]] QColor back_colour(controls::Colour colour, const QPalette& palette);
+[[nodiscard]] QColor text_colour(controls::Colour colour, const QPalette& palette);
+// Black or white, whichever can be read on the background.
+[[nodiscard]] QColor readable_on(const QColor& back);
+[[nodiscard]] bool is_dark(const QPalette& palette);
+
+// Whether it can be reached and used, and the colours and face of a field. `field` is what the colours are
+// for.
+void show_state(QWidget& widget, const controls::Control& control);
+void show_face(QWidget& field, const controls::Control& control);
+// Hidden or disabled as the window shows it; locked is for the widget to tell.
+[[nodiscard]] controls::Refusal state_found(const QWidget& widget);
+
+}  // namespace brimley::desktop

@@ -1,0 +1,83 @@
+#include "desktop/paper_windows.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QPdfView>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QTextDocument>
+#include <QVBoxLayout>
+
+#include "desktop/report_document.h"
+
+namespace brimley::desktop {
+
+// --- PDF files ---
+PdfWindow::PdfWindow(const QString& path, const QString& title) : document_(new QPdfDocument(this)) {
+    setWindowTitle(title);
+    const QString file = QString(path).replace('\\', '/');
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    if (document_->load(file) != QPdfDocument::Error::None) {
+        auto* const fault = new QLabel(file + " cannot be shown.");
+        fault->setAlignment(Qt::AlignCenter);
+        fault->setWordWrap(true);
+        layout->addWidget(fault);
+    } else {
+        auto* const view = new QPdfView(this);
+        view->setDocument(document_);
+        view->setPageMode(QPdfView::PageMode::MultiPage);
+        view->setZoomMode(QPdfView::ZoomMode::FitToWidth);
+        layout->addWidget(view);
+    }
+    resize(760, 620);
+}
+
+// --- reports ---
+ReportWindow::ReportWindow(store::Database& database, const std::string& query, const QString& what,
+                           const QString& company_name, const std::string& date_format)
+    : document_(report_document(database, query, what, company_name, date_format)) {
+    document_->setParent(this);
+    setWindowTitle(what.section(',', 0, 0) + " " + what.section(',', 1, -2));
+    auto* const layout = new QVBoxLayout(this);
+    auto* const paper = new QTextBrowser;
+    paper->setDocument(document_);
+    // Paper is white, whatever the windows around it are.
+    QPalette white = paper->palette();
+    white.setColor(QPalette::Base, Qt::white);
+    white.setColor(QPalette::Text, Qt::black);
+    paper->setPalette(white);
+    layout->addWidget(paper, 1);
+    add_buttons();
+    resize(760, 620);
+}
+
+void ReportWindow::add_buttons() {
+    auto* const buttons = new QDialogButtonBox;
+    const QPushButton* const print = buttons->addButton("&Print...", QDialogButtonBox::ActionRole);
+    const QPushButton* const save = buttons->addButton("Save as &PDF...", QDialogButtonBox::ActionRole);
+    connect(print, &QPushButton::clicked, this, [this] {
+        QPrinter printer(QPrinter::HighResolution);
+        QPrintDialog dialog(&printer, this);
+        if (dialog.exec() == QDialog::Accepted) document_->print(&printer);
+    });
+    connect(save, &QPushButton::clicked, this, [this] {
+        const QString path = QFileDialog::getSaveFileName(this, {}, windowTitle() + ".pdf", "PDF (*.pdf)");
+        if (!path.isEmpty() && !save_pdf(path)) setWindowTitle(path + " cannot be written");
+    });
+    layout()->addWidget(buttons);
+}
+
+bool ReportWindow::save_pdf(const QString& path) const {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(path);
+    document_->print(&printer);
+    return QFileInfo(path).size() > 0;
+}
+
+}  // namespace brimley::desktop

@@ -1,0 +1,45 @@
+// What can be printed, in windows: PDF files, and the plain document of an "ActiveReport".
+#pragma once
+
+#include <QPdfDocument>
+#include <QWidget>
+#include <memory>
+
+#include "kernel/store/database.h"
+
+class QTextDocument;
+
+namespace brimley::desktop {
+
+// A PDF file to look at and leaf through.
+class PdfWindow : public QWidget {
+  public:
+    // `path` may have "\" between its folders, as the forms write them. A file that cannot be read is told in
+    // the window.
+    PdfWindow(const QString& path, const QString& title);
+
+    [[nodiscard]] int pages() const { return document_->pageCount(); }
+
+  private:
+    QPdfDocument* document_;
+};
+
+// The document of a query, on paper: what is the same in all rows on top, the lines below.
+class ReportWindow : public QWidget {
+  public:
+    // `what` is the report's name, the document's number and whether the user may design it, parted by
+    // commas. Throws store::Error when the query cannot be run.
+    ReportWindow(store::Database& database, const std::string& query, const QString& what,
+                 const QString& company_name, const std::string& date_format);
+
+    [[nodiscard]] QTextDocument& document() { return *document_; }
+    // Writes the document as a PDF file of its own. False when the file cannot be written.
+    [[nodiscard]] bool save_pdf(const QString& path) const;
+
+  private:
+    void add_buttons();
+
+    QTextDocument* document_;
+};
+
+}  // namespace brimley::desktop

@@ -1,0 +1,46 @@
+// The rows of a query as a table to look at: read once, shown in the user's own formats.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "kernel/store/database.h"
+
+namespace brimley::desktop {
+
+// A heading for a field, and whether its numbers are money.
+struct RecordColumn {
+    std::string field;
+    QString heading;
+    bool money = false;
+    // What is shown in place of the field's own text, such as a name for a number.
+    std::function<QString(const std::string& text)> translate = {};
+};
+
+// A value as a person reads it: dates in his format, money with two places, yes/no as words.
+[[nodiscard]] QString value_shown(const store::Value& value, bool money, const std::string& date_format);
+
+class RecordsModel : public QAbstractTableModel {
+  public:
+    // Reads all rows. Fields that the query does not have are left out.
+    RecordsModel(store::Recordset& rows, const std::vector<RecordColumn>& columns,
+                 const std::string& date_format);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                      int role = Qt::DisplayRole) const override;
+
+  private:
+    struct Column {
+        QString heading;
+        bool right = false;
+    };
+    std::vector<Column> columns_;
+    std::vector<std::vector<QString>> rows_;
+};
+
+}  // namespace brimley::desktop

@@ -1,0 +1,151 @@
+#include "desktop/report_document.h"
+
+#include <QTextDocument>
+#include <set>
+
+#include "desktop/model_view.h"
+#include "desktop/records_model.h"
+
+namespace brimley::desktop {
+
+namespace {
+
+using store::FieldType;
+
+// The rows of the query as texts, with what is worth printing of them.
+struct Rows {
+    std::vector<QString> names;
+    std::vector<bool> numbers;
+    std::vector<std::vector<QString>> rows;
+};
+
+// Keys that tie tables together and traces of who saved when say nothing to the one who gets the paper.
+bool is_internal(const QString& name) {
+    static const std::set<QString> kInternal{"fkey",
+                                             "glfkey",
+                                             "company",
+                                             "doctype",
+                                             "computer_id",
+                                             "date_created",
+                                             "time_created",
+                                             "user_created",
+                                             "user_updated",
+                                             "date_lastmodified",
+                                             "time_lastmodified",
+                                             "recno"};
+    return kInternal.contains(name.toLower());
+}
+
+bool is_money(const QString& name) {
+    static constexpr const char* kMoney[] = {"amount", "balance", "payment",  "tax_",
+                                             "gross",  "total",   "discount", "writeoff"};
+    const QString lower = name.toLower();
+    return !lower.contains("code") && !lower.contains("authority") && !lower.contains("percent") &&
+           !lower.contains("rate") &&
+           std::any_of(std::begin(kMoney), std::end(kMoney),
+                       [&](const char* word) { return lower.contains(word); });
+}
+
+Rows read(store::Recordset& query, const std::string& date_format) {
+    Rows result;
+    std::vector<int> columns;
+    std::set<QString> names;
+    for (int column = 0; column < query.column_count(); ++column) {
+        const QString name = shown(query.column_name(column));
+        if (is_internal(name) || !names.insert(name.toLower()).second) continue;
+        columns.push_back(column);
+        result.names.push_back(name);
+        result.numbers.push_back(query.column_type(column) == FieldType::number);
+    }
+    for (; !query.at_eof(); query.MoveNext()) {
+        auto& row = result.rows.emplace_back();
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            row.push_back(value_shown(query.column(columns[i]), is_money(result.names[i]), date_format));
+    }
+    return result;
+}
+
+QString heading(const QString& name) {
+    QString words = QString(name).replace('_', ' ').toLower();
+    if (!words.isEmpty()) words[0] = words[0].toUpper();
+    return words;
+}
+
+bool same_in_all_rows(const Rows& rows, std::size_t column) {
+    return std::all_of(rows.rows.begin(), rows.rows.end(),
+                       [&](const auto& row) { return row[column] == rows.rows.front()[column]; });
+}
+
+bool says_nothing(const QString& text) { return text.isEmpty() || text == "0" || text == "0.00"; }
+
+// What belongs to the document as a whole: in pairs, two beside each other.
+QString header_html(const Rows& rows, const std::set<std::size_t>& of_document) {
+    QString html = "<table width='100%' cellpadding='2'>";
+    int at = 0;
+    for (const std::size_t column : of_document) {
+        const QString& text = rows.rows.front()[column];
+        if (says_nothing(text)) continue;
+        if (at % 2 == 0) html += "<tr>";
+        html += "<td width='18%'><i>" + heading(rows.names[column]) + "</i></td><td width='32%'>" +
+                text.toHtmlEscaped() + "</td>";
+        if (at++ % 2 == 1) html += "</tr>";
+    }
+    if (at % 2 == 1) html += "</tr>";
+    return html + "</table>";
+}
+
+QString lines_html(const Rows& rows, const std::vector<std::size_t>& of_lines) {
+    QString html = "<table width='100%' border='1' style='border-collapse:collapse' cellpadding='3'><tr>";
+    for (const std::size_t column : of_lines)
+        html += "<th>" + heading(rows.names[column]) + "</th>";
+    html += "</tr>";
+    for (const auto& row : rows.rows) {
+        html += "<tr>";
+        for (const std::size_t column : of_lines)
+            html += QString(rows.numbers[column] ? "<td align='right'>" : "<td>") +
+                    row[column].toHtmlEscaped() + "</td>";
+        html += "</tr>";
+    }
+    return html + "</table>";
+}
+
+// The fields before the line number are the document's, those behind it the line's.
+std::size_t first_of_lines(const Rows& rows) {
+    for (std::size_t column = 0; column < rows.names.size(); ++column)
+        if (rows.names[column].compare("pay_item", Qt::CaseInsensitive) == 0) return column;
+    return rows.names.size();
+}
+
+QString html_of(const Rows& rows) {
+    if (rows.rows.empty()) return "<p>There is nothing to print.</p>";
+    std::set<std::size_t> of_document;
+    std::vector<std::size_t> of_lines;
+    const std::size_t lines_from = first_of_lines(rows);
+    for (std::size_t column = 0; column < rows.names.size(); ++column) {
+        const bool of_line = column >= lines_from && rows.names[column].toUpper() != "VENDOR_NAME";
+        if (!of_line) {
+            of_document.insert(column);
+        } else if (!same_in_all_rows(rows, column) || !says_nothing(rows.rows.front()[column])) {
+            of_lines.push_back(column);
+        }
+    }
+    QString html = header_html(rows, of_document);
+    if (!of_lines.empty()) html += "<p></p>" + lines_html(rows, of_lines);
+    return html;
+}
+
+}  // namespace
+
+QTextDocument* report_document(store::Database& database, const std::string& query, const QString& what,
+                               const QString& company_name, const std::string& date_format) {
+    auto records = database.OpenRecordset(query, store::RecordsetKind::snapshot);
+    const Rows rows = read(records, date_format);
+    auto* const document = new QTextDocument;
+    document->setDefaultFont(QFont("Arial", 9));
+    document->setHtml("<p>" + company_name.toHtmlEscaped() + "</p><h2>" +
+                      what.section(',', 0, 0).toHtmlEscaped() + " " +
+                      what.section(',', 1, -2).toHtmlEscaped() + "</h2>" + html_of(rows));
+    return document;
+}
+
+}  // namespace brimley::desktop

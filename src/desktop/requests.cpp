@@ -1,0 +1,108 @@
+#include "desktop/requests.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+#include "desktop/model_view.h"
+#include "desktop/paper_windows.h"
+#include "desktop/review_windows.h"
+
+namespace brimley::desktop {
+
+namespace {
+
+// A form that is being typed in is not led away from it: another one opens.
+template <class FormClass>
+bool can_be_led(const std::shared_ptr<FormClass>& form) {
+    return form && form->is_open() && form->mode() == frame::Mode::read;
+}
+
+}  // namespace
+
+void Requests::show_invoice(const std::function<void()>& go_to) {
+    if (can_be_led(ap_.frm_invoice)) {
+        ap_.frm_invoice->show();
+    } else {
+        ap_.showform_APform_invoice();
+    }
+    go_to();
+}
+
+void Requests::show_payment(const std::string& docno) {
+    if (can_be_led(ap_.frm_payment)) {
+        ap_.frm_payment->show();
+        ap_.APform_payment_goto_docno(docno);
+    } else {
+        ap_.showform_APform_payment(docno);
+    }
+}
+
+// The number of the document may hold a colon, that of a vendor not.
+void Requests::pay_invoice(const std::string& docno_and_vendor) {
+    const std::size_t colon = docno_and_vendor.rfind(':');
+    if (colon == std::string::npos) return;
+    ap_.showform_APform_payment();
+    ap_.pay_this_invoice(docno_and_vendor.substr(0, colon), docno_and_vendor.substr(colon + 1));
+}
+
+void Requests::open_new(const std::string& formx, const std::function<void()>& open) {
+    const int before = forms_shown();
+    open();
+    if (forms_shown() == before) tell(shown(formx) + ": this version does not have that form yet.");
+}
+
+bool Requests::open_form(const std::string& formx, const std::string& docnox) {
+    const std::map<std::string, std::function<void()>> forms{
+        {"Pay this invoice", [&] { pay_invoice(docnox); }},
+        {"Payment History", [&] { open_new(formx, [&] { ap_.showform_APform_payhistory(docnox); }); }},
+        {"Bill Entry : Docno", [&] { show_invoice([&] { ap_.APform_invoice_goto_docno(docnox); }); }},
+        {"Bill Entry", [&] { show_invoice([&] { ap_.APform_invoice_goto_fkey(docnox); }); }},
+        {"A/P Prepayment", [&] { open_new(formx, [&] { ap_.showform_APform_prepayment(docnox); }); }},
+        {"A/P Payment Entry", [&] { show_payment(docnox); }},
+        {"Payment Entry", [&] { show_payment(docnox); }},
+        {"Credit Card Payment",
+         [&] {
+             open_new(formx, [&] { ap_.showform_APform_creditcard_payment(); });
+             ap_.APform_creditcard_goto_docno(docnox);
+         }},
+    };
+    const auto found = forms.find(formx);
+    if (found == forms.end()) return false;
+    found->second();
+    return true;
+}
+
+bool Requests::open_window(const std::string& formx, const std::string& docnox, const std::string& arg2) {
+    if (!ap_.abcdb) return false;
+    const std::string& date_format = ap_.BRIMLEY_DATE_FORMAT;
+    QWidget* window = nullptr;
+    if (formx == "pdf viewer" || formx == "pdf viewer landscape") {
+        window = new PdfWindow(shown(docnox), shown(arg2));
+    } else if (formx == "ActiveReport") {
+        window =
+            new ReportWindow(*ap_.abcdb, docnox, shown(arg2), shown(ap_.BRIMLEY_COMPANY_NAME), date_format);
+    } else if (formx == "G/L Ledger Review") {
+        window = new LedgerWindow(*ap_.abcdb, date_format, docnox);
+    } else if (formx == "Account Master") {
+        window = account_master(*ap_.abcdb, date_format, shown(docnox));
+    } else if (formx == "Vendor Master") {
+        window = vendor_master(*ap_.abcdb, date_format, shown(docnox));
+    }
+    if (window == nullptr) return false;
+    show_window(window);
+    return true;
+}
+
+void Requests::answer(const std::string& formx, const std::string& docnox, const std::string& arg2) {
+    static constexpr std::array kOtherModules{"Receipt Entry", "P/O Bill Entry", "Landed Cost Entry"};
+    if (formx == "Next App") {
+        next_window();
+    } else if (std::find(kOtherModules.begin(), kOtherModules.end(), formx) != kOtherModules.end()) {
+        tell(shown(formx) + " " + shown(docnox) + " is a document of another module.");
+    } else if (!open_form(formx, docnox) && !open_window(formx, docnox, arg2)) {
+        tell(shown(formx) + ": nothing here answers this request.");
+    }
+}
+
+}  // namespace brimley::desktop

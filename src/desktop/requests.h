@@ -1,0 +1,45 @@
+// What the desktop does when a form asks for something outside itself (APclass::NotifyClients).
+//
+// Forms of the module are opened and steered by APclass; papers and lists to look at get windows of the
+// desktop's own; what belongs to another module is told in the status line.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "host/apclass.h"
+
+class QWidget;
+
+namespace brimley::desktop {
+
+class Requests {
+  public:
+    explicit Requests(host::APclass& ap) : ap_(ap) {}
+
+    // Carries the request out. An unknown one is told as such.
+    void answer(const std::string& formx, const std::string& docnox, const std::string& arg2);
+
+    // A window of the desktop's own goes to the screen; whoever shows it owns it.
+    std::function<void(QWidget*)> show_window;
+    // A line of text that needs no answer.
+    std::function<void(const QString&)> tell;
+    // How many forms have come to the screen so far.
+    std::function<int()> forms_shown;
+    // The form whose Exit led here has gone; the next window comes up.
+    std::function<void()> next_window;
+
+  private:
+    [[nodiscard]] bool open_form(const std::string& formx, const std::string& docnox);
+    [[nodiscard]] bool open_window(const std::string& formx, const std::string& docnox,
+                                   const std::string& arg2);
+    // Opens a form that this version may not have, and says so when nothing came to the screen.
+    void open_new(const std::string& formx, const std::function<void()>& open);
+    void pay_invoice(const std::string& docno_and_vendor);
+    void show_invoice(const std::function<void()>& go_to);
+    void show_payment(const std::string& docno);
+
+    host::APclass& ap_;
+};
+
+}  // namespace brimley::desktop

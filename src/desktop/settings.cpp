@@ -1,0 +1,42 @@
+#include "desktop/settings.h"
+
+namespace brimley::desktop {
+
+namespace {
+
+constexpr const char* kRecent = "recent_companies";
+constexpr const char* kTheme = "theme";
+constexpr const char* kGeometry = "geometry";
+
+}  // namespace
+
+QStringList Settings::recent_companies() const { return store_.value(kRecent).toStringList(); }
+
+void Settings::company_opened(const QString& company) {
+    QStringList companies = recent_companies();
+    companies.removeAll(company);
+    companies.prepend(company);
+    store_.setValue(kRecent, companies.mid(0, kRecentMax));
+}
+
+void Settings::company_gone(const QString& company) {
+    QStringList companies = recent_companies();
+    companies.removeAll(company);
+    store_.setValue(kRecent, companies);
+}
+
+Theme Settings::theme() const {
+    const QString name = store_.value(kTheme).toString();
+    if (name == "dark") return Theme::dark;
+    return name == "system" ? Theme::as_system : Theme::light;
+}
+
+void Settings::set_theme(Theme theme) {
+    store_.setValue(kTheme, theme == Theme::dark ? "dark" : theme == Theme::light ? "light" : "system");
+}
+
+QByteArray Settings::geometry() const { return store_.value(kGeometry).toByteArray(); }
+
+void Settings::set_geometry(const QByteArray& geometry) { store_.setValue(kGeometry, geometry); }
+
+}  // namespace brimley::desktop

@@ -1,0 +1,31 @@
+// What the desktop remembers from one time to the next: companies opened of late, light or dark, its place on
+// the screen. The forms' own settings are in the company.
+#pragma once
+
+#include <QByteArray>
+#include <QSettings>
+#include <QStringList>
+
+#include "desktop/theme.h"
+
+namespace brimley::desktop {
+
+class Settings {
+  public:
+    // Newest first, at most kRecentMax.
+    [[nodiscard]] QStringList recent_companies() const;
+    void company_opened(const QString& company);
+    void company_gone(const QString& company);
+
+    [[nodiscard]] Theme theme() const;
+    void set_theme(Theme theme);
+    [[nodiscard]] QByteArray geometry() const;
+    void set_geometry(const QByteArray& geometry);
+
+    static constexpr int kRecentMax = 8;
+
+  private:
+    QSettings store_{"Brimley", "Brimley AP"};
+};
+
+}  // namespace brimley::desktop

@@ -1,0 +1,13 @@
+// Light or dark, and the face of everything that a form does not dress itself.
+#pragma once
+
+namespace brimley::desktop {
+
+enum class Theme { as_system, light, dark };
+
+// For the whole program; windows that are open follow.
+void use_theme(Theme theme);
+// Once, before the first window.
+void use_fonts();
+
+}  // namespace brimley::desktop

@@ -1,0 +1,78 @@
+#include "opening/host_options.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <filesystem>
+
+#include "kernel/tables/company_tables.h"
+#include "kernel/user_dates.h"
+
+namespace brimley::opening {
+
+namespace {
+
+constexpr int kPeriodsMax = 99;
+
+// The text is what a fault is told with; empty: there is none.
+std::string fault_of_periods(const std::string& text) {
+    int periods = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, periods);
+    if (error == std::errc{} && stopped == end && periods >= 1 && periods <= kPeriodsMax) return {};
+    return '"' + text + "\" is no number from 1 to " + std::to_string(kPeriodsMax);
+}
+
+// A date that is written in the format must be the same date when it is read.
+std::string fault_of_date_format(const std::string& format) {
+    const auto day = store::DateTime::from_ymd(2026, 12, 25);
+    if (kernel::try_user_date(kernel::user_date_text(*day, format), format) == day) return {};
+    return '"' + format + "\" is no order of dd, mm and yyyy parted by /, such as dd/mm/yyyy";
+}
+
+std::string chart_currency(store::Database& database) {
+    const auto config =
+        database.OpenRecordset("SELECT Currency FROM COA_config_table", store::RecordsetKind::snapshot);
+    return config.at_eof() ? std::string{} : config.text("Currency");
+}
+
+}  // namespace
+
+void describe_host_options(CLI::App& app, HostOptions& options) {
+    app.add_option("--user", options.user, "user id")->type_name("NAME")->capture_default_str();
+    app.add_option("--base-currency", options.base_currency,
+                   "base currency; else that of the company's chart")
+        ->type_name("CODE");
+    app.add_option("--date-format", options.date_format, "date format of the user")
+        ->type_name("F")
+        ->check(fault_of_date_format)
+        ->capture_default_str();
+    app.add_option("--periods", options.periods, "fiscal periods of a year")
+        ->type_name("N")
+        ->check(fault_of_periods)
+        ->capture_default_str();
+    app.add_option("--company-name", options.company_name, "company name shown on reports")
+        ->type_name("TEXT");
+    app.add_option("--path", options.path, "install folder; else the folder of the company file")
+        ->type_name("DIR");
+}
+
+frame::HostContext open_context(const std::string& company, const HostOptions& options) {
+    const auto open = store::open_company(company, kernel::company_tables());
+    frame::HostContext context;
+    context.dbe = open.workspace;
+    context.abcdb = open.database;
+    context.OPEN_DATABASE = company;
+    context.BASE_CURRENCY =
+        options.base_currency.empty() ? chart_currency(*open.database) : options.base_currency;
+    context.BRIMLEY_COMPANY_NAME = options.company_name;
+    const auto folder = std::filesystem::absolute(company).parent_path().string();
+    context.BRIMLEY_PATH = options.path.empty() ? folder : options.path;
+    context.BRIMLEY_USER = options.user;
+    context.BRIMLEY_DATE_FORMAT = options.date_format;
+    context.BRIMLEY_NO_PERIODS = options.periods;
+    context.BRIMLEY_FONT_NAME = "Arial";
+    context.BRIMLEY_FONT_SIZE = 9.0;
+    return context;
+}
+
+}  // namespace brimley::opening

@@ -1,0 +1,89 @@
+// The first invoice, by keys into the window and by the console's script: the same books.
+#include <sstream>
+
+#include "console/script_run.h"
+#include "desktop/live_desk.h"
+
+namespace brimley::testing {
+
+namespace {
+
+constexpr const char* kTablesWritten[] = {
+    "AP_header_table", "AP_transaction_table", "GL_header_table", "GL_transaction_table",
+    "Balance_table",   "Balance_period_table", "Vendor_table",    "Next_number_fkey_table",
+};
+
+}  // namespace
+
+class FirstInvoice : public LiveDesk {
+  protected:
+    void play_in_console(CompanyCopy& copy) {
+        frame::HostContext context = static_cast<frame::HostContext&>(ap);
+        context.dbe = copy.open().workspace;
+        context.abcdb = copy.open().database;
+        std::ostringstream printed;
+        console::Console console(context, printed);
+        console::run_script_file(console, BRIMLEY_SOURCE_DIR "/data/first_invoice.session");
+        ASSERT_NE(printed.str().find("message: Add new Invoice complete"), std::string::npos)
+            << printed.str();
+    }
+
+    void type_header() {
+        trigger(105);
+        go_to("cmbdoctype");
+        keys("Invoice");
+        key(Qt::Key_Return);
+        keys("V1001");
+        key(Qt::Key_Return);
+        go_to("txtinvno");
+        keys("BCT-20417");
+        key(Qt::Key_Tab);
+        go_to("cmbterm");
+        keys("2% 10 days, net 30");
+        key(Qt::Key_Tab);
+    }
+
+    // Forwards to the account, then back to the tax code and the amount.
+    void type_line() {
+        go_to_cell(0, "description");
+        keys("Green coffee, 20 bags");
+        while (column_here() != "purchase account")
+            key(Qt::Key_Return);
+        keys("5000");
+        key(Qt::Key_Backtab);
+        keys("STACK");
+        key(Qt::Key_Backtab);
+        ASSERT_EQ(column_here(), "taxable amount");
+        keys("100.00");
+        key(Qt::Key_Return);
+        window().settle();
+    }
+
+    std::string column_here() {
+        return lines().grid().columns.at(static_cast<std::size_t>(lines().currentIndex().column())).caption;
+    }
+};
+
+TEST_F(FirstInvoice, TypedByKeysStoresWhatTheConsoleStores) {
+    show_invoice();
+    type_header();
+    type_line();
+    EXPECT_EQ(line("txttotal").text(), "112.35");
+    EXPECT_EQ(line("txtduedate").text(), "15/04/2026");
+
+    key(Qt::Key_S, Qt::ControlModifier);
+
+    EXPECT_EQ(boxes, std::vector<std::string>{"Add new Invoice complete"});
+    window().settle();
+    EXPECT_EQ(line("txtdocno").text(), "IP-26-00001");
+    EXPECT_EQ(window().mode_shown(), "Read");
+    CompanyCopy other{sample_original()};
+    play_in_console(other);
+    for (const char* table : kTablesWritten) {
+        const std::string query = std::string("SELECT * FROM ") + table;
+        EXPECT_TRUE(company.list(query) == other.list(query)) << table << " differs";
+    }
+    EXPECT_EQ(company.list("SELECT docno, vendor_no FROM AP_header_table"), "IP-26-00001 V1001");
+}
+
+}  // namespace brimley::testing

@@ -1,0 +1,91 @@
+// The look of a form as a text file, and a form without one.
+#include "desktop/look.h"
+
+#include "desktop/live_desk.h"
+#include "desktop/look_layout.h"
+
+namespace brimley::testing {
+
+using desktop::Look;
+using desktop::parse_look;
+using desktop::shown;
+
+class Looks : public LiveDesk {
+  protected:
+    // The names in the look that are no control of the form.
+    static std::string strangers(const QString& class_name, const controls::ControlSet& controls) {
+        const auto look = desktop::look_of(class_name);
+        if (!look) return "there is no look";
+        std::string names;
+        const auto check = [&](const QString& name) {
+            if (!name.isEmpty() && controls.find(name.toStdString()) == nullptr)
+                names += name.toStdString() + " ";
+        };
+        for (const auto& part : look->parts) {
+            check(part.name);
+            for (const QString& grid : part.grids)
+                check(grid);
+            for (const auto& row : part.fields) {
+                if (row.caption.startsWith('@')) check(row.caption.mid(1));
+                for (const auto& field : row.fields)
+                    check(field.control);
+            }
+        }
+        return names;
+    }
+    static std::string faults(const QString& text) {
+        try {
+            static_cast<void>(parse_look(text));
+        } catch (const desktop::LookFault& fault) {
+            return fault.what();
+        }
+        return "none";
+    }
+};
+
+TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
+    ap.showform_APform_invoice();
+    EXPECT_EQ(strangers("APform_invoice", ap.frm_invoice->controls()), "");
+    ap.showform_APform_payment();
+    EXPECT_EQ(strangers("APform_payment", ap.frm_payment->controls()), "");
+}
+
+TEST_F(Looks, EveryControlOfAFormHasAWidget) {
+    desktop::FormWindow& invoice = show_invoice();
+    for (const controls::Control* control : invoice.form().controls().all()) {
+        if (dynamic_cast<const controls::Frame*>(control) != nullptr) continue;
+        EXPECT_NE(invoice.view(*control), nullptr) << control->name();
+    }
+}
+
+TEST_F(Looks, FormWithoutAFileShowsItsControlsInTheirOrder) {
+    ap.showform_APform_payment();
+    const controls::ControlSet& controls = ap.frm_payment->controls();
+    const Look look = desktop::generic_look(controls, "Payments");
+    for (const controls::Control* control : controls.all()) {
+        const auto* const frame = dynamic_cast<const controls::Frame*>(control);
+        if (frame != nullptr && frame->caption().empty()) continue;
+        EXPECT_TRUE(look.names(shown(control->name()))) << control->name();
+    }
+}
+
+TEST_F(Looks, RowsTellCaptionsWidthsAndSeveralFields) {
+    const Look look =
+        parse_look("column  # one\n  \"Period\" cmbperiod 5 + cmbfyear 8\n  txtsum 14 amount\n");
+    ASSERT_EQ(look.parts.size(), 1U);
+    ASSERT_EQ(look.parts[0].fields.size(), 2U);
+    EXPECT_EQ(look.parts[0].fields[0].caption, "Period");
+    ASSERT_EQ(look.parts[0].fields[0].fields.size(), 2U);
+    EXPECT_EQ(look.parts[0].fields[0].fields[1].control, "cmbfyear");
+    EXPECT_EQ(look.parts[0].fields[0].fields[1].width, 8);
+    EXPECT_TRUE(look.parts[0].fields[1].fields[0].amount);
+}
+
+TEST_F(Looks, FaultIsToldWithItsLine) {
+    EXPECT_EQ(faults("txtremark"), "line 1: a field stands in no column");
+    EXPECT_EQ(faults("column\n\"Remark\""), "line 2: CONTROL is missing");
+    EXPECT_EQ(faults("pane frame_tax bottom rows many"), "line 1: ROWS is no number");
+    EXPECT_EQ(faults("grid dbgrid1 wide"), "line 1: too many words: wide");
+}
+
+}  // namespace brimley::testing

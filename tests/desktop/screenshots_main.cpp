@@ -1,0 +1,164 @@
+// brimley-screenshots COMPANY FOLDER: the pictures of the papers, from a copy of the sample company. Each is
+// reached by acts on the window, as a bookkeeper would.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QPainter>
+
+#include <iostream>
+#include <sstream>
+
+#include "desktop/combo_view.h"
+#include "desktop/form_window.h"
+#include "desktop/main_window.h"
+#include "desktop/theme.h"
+
+namespace {
+
+using namespace brimley;
+using controls::Refusal;
+
+constexpr QSize kSmallScreen(1366, 740);
+
+// What the window shows, with the list that stands open over it.
+QPixmap picture_of(QWidget& window, QWidget* popup) {
+    QPixmap picture = window.grab();
+    if (popup == nullptr) return picture;
+    QPainter painter(&picture);
+    painter.drawPixmap(window.mapFromGlobal(popup->mapToGlobal(QPoint(0, 0))), popup->grab());
+    return picture;
+}
+
+class Photographer {
+  public:
+    Photographer(const QString& company, const QString& folder) : folder_(folder), window_(options()) {
+        window_.resize(kSmallScreen);
+        window_.show();
+        window_.desk().on_box = [](QMessageBox& box) {
+            box.button(box.standardButtons().testFlag(QMessageBox::Ok) ? QMessageBox::Ok : QMessageBox::No)
+                ->click();
+        };
+        window_.open_company(company);
+    }
+
+    void invoices() {
+        window_.show_form("APform_invoice");
+        press(105);
+        enter_invoice("BCT-20417", "V1001");
+        press(101);
+        take("invoice-read");
+        press(106);
+        take("invoice-edit");
+        press(131);
+        press(132);
+        take("invoice-tax-panes");
+        press(131);
+        press(132);
+        press(106);
+        press(105);
+        enter_invoice("BCT-20433", "V1019");
+        take("invoice-new");
+        press(105);
+    }
+
+    void pickers() {
+        press(116);
+        take_list("colour-picker", "cmbitcolor");
+        take_list("font-picker", "cmbitfont");
+    }
+
+    void payment() {
+        window_.show_form("APform_payment");
+        press(105);
+        type("cmbvendor", "V1001");
+        type("cmbpayby", "Check");
+        take("payment-new");
+        press(105);
+    }
+
+    void dark() {
+        desktop::use_theme(desktop::Theme::dark);
+        window_.show_form("APform_invoice");
+        take("invoice-dark");
+    }
+
+  private:
+    static opening::HostOptions options() {
+        opening::HostOptions options;
+        options.user = "anna";
+        options.company_name = "Pier Street Coffee & Tea";
+        return options;
+    }
+    desktop::FormWindow& form() { return *window_.desk().windows().back(); }
+    void press(int command) {
+        form().press(command);
+        QApplication::processEvents();
+    }
+    void must(Refusal refusal, const char* what) {
+        if (refusal != Refusal::none) throw std::runtime_error(std::string("refused: ") + what);
+    }
+    template <class Kind = controls::ComboBox>
+    Kind& control(const char* name) {
+        return dynamic_cast<Kind&>(*form().form().controls().find(name));
+    }
+    void type(const char* name, const char* text) { must(control(name).type(text), name); }
+    void cell(int row, const char* caption, const char* text) {
+        auto& grid = control<controls::Grid>("dbgrid1");
+        must(grid.edit_cell(row, grid.get_column(caption), text), caption);
+    }
+    void enter_invoice(const char* number, const char* vendor) {
+        type("cmbdoctype", "Invoice");
+        type("cmbvendor", vendor);
+        must(control<controls::TextField>("txtinvno").type(number), "txtinvno");
+        type("cmbterm", "2% 10 days, net 30");
+        cell(0, "description", "Green coffee, 20 bags");
+        cell(0, "purchase account", "5000");
+        cell(0, "tax code", "STACK");
+        cell(0, "taxable amount", "100.00");
+        cell(1, "description", "Import duty on it");
+        cell(1, "purchase account", "5310");
+        cell(1, "taxable amount", "24.50");
+    }
+    void take(const QString& name, QWidget* popup = nullptr) {
+        form().settle();
+        QApplication::processEvents();
+        form().settle();
+        if (!picture_of(window_, popup).save(folder_.filePath(name + ".png")))
+            throw std::runtime_error("a picture cannot be written");
+    }
+    void take_list(const QString& name, const char* combo) {
+        auto& view = dynamic_cast<desktop::ComboView&>(*form().view(control(combo)));
+        desktop::ListPopup* const list = view.open_list();
+        if (list == nullptr) throw std::runtime_error("the list does not open");
+        QApplication::processEvents();
+        take(name, list);
+        list->close();
+    }
+
+    QDir folder_;
+    desktop::MainWindow window_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    if (argc != 3) {
+        std::cerr << "brimley-screenshots: COMPANY FOLDER\n";
+        return 2;
+    }
+    desktop::use_fonts();
+    desktop::use_theme(desktop::Theme::light);
+    try {
+        Photographer photographer(argv[1], argv[2]);
+        photographer.invoices();
+        photographer.pickers();
+        photographer.payment();
+        photographer.dark();
+    } catch (const std::exception& failure) {
+        std::cerr << "brimley-screenshots: " << failure.what() << '\n';
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,188 @@
+#include "desktop/widget_actor.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QTest>
+
+#include "console/script_line.h"
+#include "desktop/field_views.h"
+#include "desktop/grid_view.h"
+
+namespace brimley::testing {
+
+using controls::Grid;
+using controls::Refusal;
+using desktop::FormWindow;
+using desktop::GridView;
+using desktop::shown;
+
+void type_text(QLineEdit& line, const QString& text) {
+    line.selectAll();
+    QTest::keyClick(&line, Qt::Key_Delete);
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, &line, Qt::Key_unknown, QString(letter), Qt::NoModifier);
+    if (line.hasSelectedText() && line.selectedText() != line.text()) QTest::keyClick(&line, Qt::Key_Delete);
+    if (line.text() == text) {
+        line.setModified(true);
+        return;
+    }
+    line.selectAll();
+    line.insert(text);
+    line.setModified(true);
+}
+
+FormWindow* WidgetActor::window_showing(const controls::Control& control) const {
+    for (FormWindow* const window : desk_.windows())
+        if (window->view(control) != nullptr) return window;
+    return nullptr;
+}
+
+template <class Act>
+Refusal WidgetActor::in_window(FormWindow& window, const Act& act) {
+    const auto form = window.form().shared_from_this();
+    QApplication::setActiveWindow(&window);  // the person looks at the window that he works in
+    window.settle();
+    window.gate().reset();
+    act();
+    if (desk_.window_of(*form) != &window) return Refusal::none;  // the act has closed it
+    const auto failure = window.gate().failure();
+    const Refusal refusal = window.gate().refusal();
+    window.settle();
+    if (failure) std::rethrow_exception(failure);
+    return refusal;
+}
+
+// --- fields ---
+Refusal WidgetActor::type(controls::Control& target, const std::string& text, Qt::Key last_key) {
+    FormWindow* const window = window_showing(target);
+    if (window == nullptr) return Refusal::hidden;
+    window->settle();
+    if (const Refusal found = window->view(target)->found_by_user(); found != Refusal::none) return found;
+    return in_window(*window, [&] {
+        QWidget* const widget = window->widget(target);
+        widget->setFocus(Qt::TabFocusReason);
+        if (auto* const line = qobject_cast<QLineEdit*>(widget)) {
+            type_text(*line, shown(text));
+        } else if (auto* const note = qobject_cast<QPlainTextEdit*>(widget)) {
+            note->selectAll();
+            note->insertPlainText(shown(text));
+        }
+        QTest::keyClick(widget, last_key);
+    });
+}
+
+Refusal WidgetActor::type_and_leave(controls::Control& target, const std::string& text) {
+    return type(target, text, Qt::Key_Tab);
+}
+
+Refusal WidgetActor::type_and_enter(controls::Control& target, const std::string& text) {
+    return type(target, text, Qt::Key_Return);
+}
+
+Refusal WidgetActor::click(controls::Control& box, bool ticked) {
+    FormWindow* const window = window_showing(box);
+    if (window == nullptr) return Refusal::hidden;
+    window->settle();
+    if (const Refusal found = window->view(box)->found_by_user(); found != Refusal::none) return found;
+    return in_window(*window, [&] {
+        auto* const button = qobject_cast<QAbstractButton*>(window->widget(box));
+        const bool is_ticked = button->isChecked() && box.shown() == "1";
+        if (is_ticked != ticked) QTest::keyClick(button, Qt::Key_Space);
+    });
+}
+
+Refusal WidgetActor::press(frame::Form& form, int command) {
+    FormWindow* const window = desk_.window_of(form);
+    if (window == nullptr) return Refusal::disabled;
+    window->settle();
+    QAction* const action = window->actions().find(command);
+    if (action == nullptr || !action->isEnabled()) return Refusal::disabled;
+    return in_window(*window, [&] { action->trigger(); });
+}
+
+// --- grids ---
+template <class Act>
+Refusal WidgetActor::on_grid(Grid& grid, const Act& act) {
+    FormWindow* const window = window_showing(grid);
+    if (window == nullptr) return Refusal::hidden;
+    window->settle();
+    auto& view = dynamic_cast<GridView&>(*window->view(grid));
+    if (const Refusal found = view.found_by_user(); found != Refusal::none) return found;
+    Refusal found = Refusal::none;
+    const Refusal refused = in_window(*window, [&] { found = act(view); });
+    return found != Refusal::none ? found : refused;
+}
+
+Refusal WidgetActor::visit_cell(Grid& grid, int row, int column) {
+    return on_grid(grid, [&](GridView& view) {
+        if (view.isColumnHidden(column)) return Refusal::hidden;
+        const QModelIndex index = view.model()->index(row, column);
+        if (!index.isValid()) throw console::ScriptFault("nobody can reach that cell");
+        view.setCurrentIndex(index);
+        return Refusal::none;
+    });
+}
+
+Refusal WidgetActor::edit_cell(Grid& grid, int row, int column, const std::string& text) {
+    return on_grid(grid, [&](GridView& view) {
+        const QModelIndex index = view.model()->index(row, column);
+        const QModelIndex any = index.isValid() ? index : view.model()->index(0, column);
+        if (view.isColumnHidden(column)) return Refusal::hidden;
+        if (!any.flags().testFlag(Qt::ItemIsEditable)) return Refusal::locked;
+        if (!index.isValid()) throw console::ScriptFault("nobody can reach that cell");
+        view.setFocus(Qt::OtherFocusReason);
+        view.setCurrentIndex(index);
+        if (view.table().is_check_cell(index)) {
+            QTest::keyClick(&view, text == "True" ? Qt::Key_1 : Qt::Key_0);
+            return Refusal::none;
+        }
+        QTest::keyClick(&view, Qt::Key_F2);
+        auto* const editor = qobject_cast<QLineEdit*>(view.indexWidget(index));
+        if (editor == nullptr) return Refusal::locked;
+        type_text(*editor, shown(text));
+        QTest::keyClick(editor, Qt::Key_Return, Qt::ControlModifier);
+        return Refusal::none;
+    });
+}
+
+Refusal WidgetActor::double_click(Grid& grid, int row) {
+    return on_grid(grid, [&](GridView& view) {
+        const QModelIndex index = view.model()->index(row, grid.column());
+        if (!index.isValid()) throw console::ScriptFault("nobody can reach that row");
+        view.scrollTo(index);
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(index).center());
+        return Refusal::none;
+    });
+}
+
+Refusal WidgetActor::select_columns(Grid& grid, std::optional<Grid::Range> range) {
+    return on_grid(grid, [&](GridView& view) {
+        view.select_columns(range);
+        return Refusal::none;
+    });
+}
+
+Refusal WidgetActor::resize_column(Grid& grid, int column, int width) {
+    return on_grid(grid, [&](GridView& view) {
+        view.resize_column_to(column, width);
+        return Refusal::none;
+    });
+}
+
+Refusal WidgetActor::move_column(Grid& grid, int column, int order) {
+    return on_grid(grid, [&](GridView& view) {
+        QHeaderView* const header = view.horizontalHeader();
+        const int last = header->count() - 1;
+        header->moveSection(header->visualIndex(column), std::min(order, last));
+        return Refusal::none;
+    });
+}
+
+Refusal WidgetActor::resize_rows(Grid& grid, int height) {
+    return on_grid(grid, [&](GridView& view) {
+        view.resize_rows_to(height);
+        return Refusal::none;
+    });
+}
+
+}  // namespace brimley::testing
