@@ -64,3 +64,11 @@ function(brimley_test name folder)
     target_precompile_headers(${name} REUSE_FROM brimley_test_precompiled)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endfunction()
+
+# brimley_server_test(NAME FILTER): the same program once more, its companies on the tests' server. FILTER leaves out what
+# only holds for files.
+function(brimley_server_test name filter)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX server. TEST_FILTER "${filter}"
+        TEST_LIST ${name}_on_server PROPERTIES TIMEOUT 120 FIXTURES_REQUIRED server
+        ENVIRONMENT BRIMLEY_TEST_SERVER=${BRIMLEY_TEST_SERVER})
+endfunction()

@@ -71,7 +71,8 @@ void describe(CLI::App& app, Options& options) {
         ->capture_default_str();
     app.add_option("--company-name", options.company_name, "company name shown on reports")
         ->type_name("TEXT");
-    app.add_option("--path", options.path, "install folder; else the folder of the company file")
+    app.add_option("--path", options.path,
+                   "install folder; else that of the company file, or the current one")
         ->type_name("DIR");
 }
 
@@ -79,6 +80,12 @@ std::string chart_currency(store::Database& database) {
     const auto config =
         database.OpenRecordset("SELECT Currency FROM COA_config_table", store::RecordsetKind::snapshot);
     return config.at_eof() ? std::string{} : config.text("Currency");
+}
+
+// A company on a server has no folder of its own.
+std::string folder_of(const std::string& company) {
+    if (store::is_on_server(company)) return std::filesystem::current_path().string();
+    return std::filesystem::absolute(company).parent_path().string();
 }
 
 brimley::frame::HostContext open_context(const Options& options) {
@@ -90,8 +97,7 @@ brimley::frame::HostContext open_context(const Options& options) {
     context.BASE_CURRENCY =
         options.base_currency.empty() ? chart_currency(*open.database) : options.base_currency;
     context.BRIMLEY_COMPANY_NAME = options.company_name;
-    const auto folder = std::filesystem::absolute(options.company).parent_path().string();
-    context.BRIMLEY_PATH = options.path.empty() ? folder : options.path;
+    context.BRIMLEY_PATH = options.path.empty() ? folder_of(options.company) : options.path;
     context.BRIMLEY_USER = options.user;
     context.BRIMLEY_DATE_FORMAT = options.date_format;
     context.BRIMLEY_NO_PERIODS = options.periods;
