@@ -52,21 +52,23 @@ function(brimley_room name)
     endif()
 endfunction()
 
-# brimley_test(NAME FOLDER room...): one GoogleTest program of the .cpp files in tests/FOLDER.
-function(brimley_test name folder)
+# brimley_test_program(NAME FOLDER room...): one GoogleTest program of the .cpp files in tests/FOLDER.
+function(brimley_test_program name folder)
     file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
-    if(NOT found)
-        return()
-    endif()
     add_executable(${name} ${found})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gtest_main GTest::gmock)
     target_precompile_headers(${name} REUSE_FROM brimley_test_precompiled)
+endfunction()
+
+# brimley_test(NAME FOLDER room...): the same, every case a test on files.
+function(brimley_test name folder)
+    brimley_test_program(${name} ${folder} ${ARGN})
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endfunction()
 
-# brimley_server_test(NAME FILTER): the same program once more, its companies on the tests' server. FILTER leaves out what
-# only holds for files.
+# brimley_server_test(NAME FILTER): the program once more, its companies on the tests' server. FILTER leaves out what only
+# holds for files.
 function(brimley_server_test name filter)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX server. TEST_FILTER "${filter}"
         TEST_LIST ${name}_on_server PROPERTIES TIMEOUT 120 FIXTURES_REQUIRED server

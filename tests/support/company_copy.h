@@ -25,13 +25,26 @@ class CompanyOriginal {
     explicit CompanyOriginal(Maker make) : make_(std::move(make)) {}
 
     void copy_to(const std::string& company) {
-        if (store::is_on_server(company)) return make_(company);
         const std::string original = folder_.file("original.brimley");
         if (!std::filesystem::exists(original)) make_(original);
         std::filesystem::copy_file(original, company);
     }
+    // Most tests want one company, which is made where it is wanted. Only a second one is copied.
+    [[nodiscard]] std::unique_ptr<ServerDatabase> database() {
+        if (made_ && !template_) {
+            template_ = std::make_unique<ServerDatabase>();
+            make_(template_->uri());
+        }
+        if (template_) return std::make_unique<ServerDatabase>(template_.get());
+        made_ = true;
+        auto database = std::make_unique<ServerDatabase>();
+        make_(database->uri());
+        return database;
+    }
 
   private:
+    bool made_ = false;
+    std::unique_ptr<ServerDatabase> template_;
     TemporaryFolder folder_;
     Maker make_;
 };
@@ -41,9 +54,9 @@ class CompanyCopy {
     // A company with all tables and no rows.
     CompanyCopy() : CompanyCopy(empty_original()) {}
     explicit CompanyCopy(CompanyOriginal& original)
-        : database_(tests_run_on_server() ? std::make_unique<ServerDatabase>() : nullptr),
+        : database_(tests_run_on_server() ? original.database() : nullptr),
           path_(database_ ? database_->uri() : folder_.file("company.brimley")) {
-        original.copy_to(path_);
+        if (!database_) original.copy_to(path_);
         open_ = store::open_company(path_, kernel::company_tables());
     }
 

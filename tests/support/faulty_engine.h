@@ -19,7 +19,7 @@ struct Faults {
     int fail_at = 0;  // the call that fails, counted from 1; 0: none
     bool for_good = false;
     store::ErrorKind kind = store::ErrorKind::io;
-    // Only calls on statements that hold this text count; empty: every call does.
+    // Only calls on statements that hold this text, in any case, count; empty: every call does.
     std::string only_statements_with = {};
     // A failing commit has still been carried out, as when only its answer is lost.
     bool commit_done = false;
@@ -87,7 +87,8 @@ class FaultyEngine final : public store::Engine {
 
     // Transactions and locks have no text.
     [[nodiscard]] bool next_call_fails(const std::string& sql = {}) {
-        if (sql.find(faults_->only_statements_with) == std::string::npos) return false;
+        const std::string wanted = store::lower_case(faults_->only_statements_with);
+        if (!wanted.empty() && store::lower_case(sql).find(wanted) == std::string::npos) return false;
         ++faults_->calls;
         if (faults_->fail_at == 0) return false;
         return faults_->for_good ? faults_->calls >= faults_->fail_at : faults_->calls == faults_->fail_at;

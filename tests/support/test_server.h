@@ -52,8 +52,8 @@ class ServerDatabase {
     // None yet: a company makes it.
     ServerDatabase() : name_(free_database_name()) {}
     // A copy of another, on which nobody may be connected.
-    explicit ServerDatabase(const std::string& original) : ServerDatabase() {
-        on_server(server_uri("postgres"), "CREATE DATABASE " + name_ + " TEMPLATE " + original);
+    explicit ServerDatabase(const ServerDatabase* original) : ServerDatabase() {
+        on_server(server_uri("postgres"), "CREATE DATABASE " + name_ + " TEMPLATE " + original->name_);
     }
     ~ServerDatabase() {
         on_server(server_uri("postgres"), "DROP DATABASE IF EXISTS " + name_ + " WITH (FORCE)");
@@ -61,6 +61,7 @@ class ServerDatabase {
     ServerDatabase(const ServerDatabase&) = delete;
     ServerDatabase& operator=(const ServerDatabase&) = delete;
 
+    [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] std::string uri() const { return server_uri(name_); }
 
   private:

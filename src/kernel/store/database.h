@@ -12,10 +12,10 @@
 // ErrorKind::syntax with the place; it is never passed on to an engine. Values go into query texts through
 // quoted() only. Equal shapes share one prepared statement.
 //
-// Transactions: BeginTrans opens nothing yet. The first write, or the first Edit, begins the engine's
-// transaction, which fails at once (ErrorKind::locked) while another workspace holds it, and may be tried
-// again. Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a
-// transaction of its own. Rollback is harmless when nothing is open.
+// Transactions: BeginTrans opens nothing until the first write or Edit. What somebody else holds (in a file
+// everything, on a server the rows he writes) fails at once with ErrorKind::locked and may be tried again.
+// Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a transaction
+// of its own. Rollback is harmless when nothing is open.
 //
 // BeginSnapshot is for long reading: until CommitTrans or Rollback everything is read as it was at that
 // moment, while others go on writing, and nobody waits for anybody. Writing within it is ErrorKind::state.
