@@ -6,7 +6,6 @@
 #include "company/data_folder.h"
 #include "company/import.h"
 #include "company/table_writer.h"
-#include "company/transaction.h"
 #include "kernel/tables/company_tables.h"
 #include "presentation/grid_defaults.h"
 
@@ -45,21 +44,17 @@ struct Filler {
     void operator()(const StarterCompany& starter) const { add_starter(database, starter); }
 };
 
-void fill(const store::OpenCompany& company, const CompanyContent& content) {
-    Transaction transaction(company);
-    add_grid_properties(*company.database);
-    std::visit(Filler{*company.database}, content);
-    transaction.commit();
-}
-
 void make_and_fill(const std::string& place, const CompanyContent& content) {
-    fill(store::create_company(place, kernel::company_tables()), content);
+    const auto fill = [&](store::Database& database) {
+        add_grid_properties(database);
+        std::visit(Filler{database}, content);
+    };
+    (void)store::create_company(place, kernel::company_tables(), fill);
 }
 
 // Whatever is none, the store refuses in its own words.
 bool is_path_of_a_file(const std::string& company) {
-    const bool is_server = company.starts_with("postgresql://") || company.starts_with("postgres://");
-    return !is_server && company.find('\0') == std::string::npos &&
+    return !store::is_on_server(company) && company.find('\0') == std::string::npos &&
            std::filesystem::path(company).has_filename();
 }
 

@@ -7,16 +7,13 @@ namespace brimley::company {
 
 namespace {
 
-// A statement that changes no row, but needs the right to write.
-constexpr const char* kTouch = "DELETE * FROM Recent_value_table WHERE 1 = 2";
 constexpr int kTries = 50;
 constexpr std::chrono::milliseconds kWait{100};
 
-void take_company(store::Database& database) {
+void take_company(store::Workspace& workspace) {
     for (int tries = 1;; ++tries) {
         try {
-            database.Execute(kTouch);
-            return;
+            return workspace.BeginAlone();
         } catch (const store::Error& error) {
             if (error.kind() != store::ErrorKind::locked || tries == kTries) throw;
         }
@@ -35,13 +32,7 @@ void roll_back_quietly(store::Workspace& workspace) {
 }  // namespace
 
 Transaction::Transaction(const store::OpenCompany& company) : workspace_(company.workspace) {
-    workspace_->BeginTrans();
-    try {
-        take_company(*company.database);
-    } catch (...) {
-        workspace_->Rollback();
-        throw;
-    }
+    take_company(*workspace_);
 }
 
 Transaction::~Transaction() {

@@ -35,6 +35,12 @@ std::string chart_currency(store::Database& database) {
     return config.at_eof() ? std::string{} : config.text("Currency");
 }
 
+// A company on a server has no folder of its own.
+std::string folder_of(const std::string& company) {
+    if (store::is_on_server(company)) return std::filesystem::current_path().string();
+    return std::filesystem::absolute(company).parent_path().string();
+}
+
 }  // namespace
 
 void describe_host_options(CLI::App& app, HostOptions& options) {
@@ -52,7 +58,7 @@ void describe_host_options(CLI::App& app, HostOptions& options) {
         ->capture_default_str();
     app.add_option("--company-name", options.company_name, "company name shown on reports")
         ->type_name("TEXT");
-    app.add_option("--path", options.path, "install folder; else the folder of the company file")
+    app.add_option("--path", options.path, "install folder; else that of the company file, or the current one")
         ->type_name("DIR");
 }
 
@@ -65,8 +71,7 @@ frame::HostContext open_context(const std::string& company, const HostOptions& o
     context.BASE_CURRENCY =
         options.base_currency.empty() ? chart_currency(*open.database) : options.base_currency;
     context.BRIMLEY_COMPANY_NAME = options.company_name;
-    const auto folder = std::filesystem::absolute(company).parent_path().string();
-    context.BRIMLEY_PATH = options.path.empty() ? folder : options.path;
+    context.BRIMLEY_PATH = options.path.empty() ? folder_of(company) : options.path;
     context.BRIMLEY_USER = options.user;
     context.BRIMLEY_DATE_FORMAT = options.date_format;
     context.BRIMLEY_NO_PERIODS = options.periods;

@@ -153,8 +153,8 @@ TEST_F(Draft, PathThatIsNoFilesIsRefusedInTheStoresWords) {
     expect_refused(create(""), store::ErrorKind::io, "\"\" is no file name");
     expect_refused(create(folder_.file("new/")), store::ErrorKind::io,
                    folder_.file("new/") + " cannot be made: Is a directory");
-    expect_refused(create("postgresql://host/books"), store::ErrorKind::not_a_company,
-                   "server databases are not supported by this build");
+    expect_refused(create("postgresql://["), store::ErrorKind::not_a_company,
+                   "the URI of the company cannot be read");
     EXPECT_THAT(names(), IsEmpty());
 }
 

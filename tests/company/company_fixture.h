@@ -1,4 +1,5 @@
-// Company files for tests: made in a folder of their own, with helpers to look into them and to change them.
+// Companies for tests: files in a folder of their own, or databases of the tests' server, with helpers to
+// look into them and to change them.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -6,6 +7,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,6 +17,7 @@
 #include "company/table_writer.h"
 #include "kernel/store/database.h"
 #include "support/temporary_folder.h"
+#include "support/test_server.h"
 
 namespace brimley::testing {
 
@@ -30,7 +33,9 @@ class CompanyTest : public ::testing::Test {
     void reopen();
     [[nodiscard]] store::Database& db() { return *open_.database; }
     [[nodiscard]] const store::OpenCompany& open() const { return open_; }
-    [[nodiscard]] std::string path() const { return folder_.file("books.company"); }
+    [[nodiscard]] std::string path() const {
+        return database_ ? database_->uri() : folder_.file("books.company");
+    }
 
     // The rows of a query, columns joined by "|", null as "-".
     [[nodiscard]] std::vector<std::string> rows(const std::string& query);
@@ -48,6 +53,8 @@ class CompanyTest : public ::testing::Test {
     TemporaryFolder folder_;
 
   private:
+    std::unique_ptr<ServerDatabase> database_ =
+        tests_run_on_server() ? std::make_unique<ServerDatabase>() : nullptr;
     store::OpenCompany open_;
 };
 

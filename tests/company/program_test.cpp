@@ -141,8 +141,13 @@ TEST_F(Program, CompanyThatCannotBeOpenedHasStatusThree) {
     write_file(folder_.file("notes.txt"), "dear diary");
     expect_refusal("check notes.txt", 3, "notes.txt is not a company file");
     EXPECT_EQ(text_of_file(folder_.file("notes.txt")), "dear diary");
-    expect_refusal("check postgresql://host/books", 3, "server databases are not supported by this build");
-    expect_refusal("create postgres://host/books", 3, "server databases are not supported by this build");
+    for (const std::string command : {"check", "create"}) {
+        const Outcome told = run(command + " 'postgresql:///books?host=/nowhere'");
+        EXPECT_EQ(told.status, 3);
+        EXPECT_TRUE(
+            told.errors.starts_with("brimley-company: postgresql:///nowhere/books cannot be opened: "));
+        EXPECT_EQ(std::count(told.errors.begin(), told.errors.end(), '\n'), 1);
+    }
     expect_refusal("create notes.txt", 3, "notes.txt already exists");
     EXPECT_EQ(run("create nowhere/a.company").status, 3);
     EXPECT_EQ(run("check .").status, 3);

@@ -188,18 +188,26 @@ TEST_F(CompanyFile, AnotherVersionIsRefused) {
     expect_no_company(path, "was made by another version of this program");
 }
 
-TEST_F(CompanyFile, ServerUriIsRefusedAndNothingIsMadeOfIt) {
-    for (const std::string uri : {"postgresql://host/books", "postgres://host/books"}) {
+TEST_F(CompanyFile, UriOfAServerThatCannotBeReachedIsToldAndNothingIsMadeOfIt) {
+    for (const std::string scheme : {"postgresql", "postgres"}) {
+        const std::string uri = scheme + "://anna:secret@/books?host=" + folder_.path().string();
         for (const bool create : {false, true}) {
             const auto error = error_of([&] {
                 (void)(create ? store::create_company(uri, small_catalog())
                               : store::open_company(uri, small_catalog()));
             });
             ASSERT_TRUE(error);
-            EXPECT_EQ(error->kind(), ErrorKind::not_a_company);
-            EXPECT_STREQ(error->what(), "server databases are not supported by this build");
+            EXPECT_EQ(error->kind(), ErrorKind::io);
+            const std::string told = error->what();
+            EXPECT_TRUE(
+                told.starts_with("postgresql://" + folder_.path().string() + "/books cannot be opened: "));
+            EXPECT_EQ(told.find("secret"), std::string::npos);
+            EXPECT_EQ(told.find('\n'), std::string::npos);
         }
     }
+    expect_error(ErrorKind::not_a_company,
+                 [&] { (void)store::open_company("postgresql://[", small_catalog()); });
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.path()));
 }
 
 TEST_F(CompanyFile, FileInAnotherJournalModeIsTakenBackToTheLog) {

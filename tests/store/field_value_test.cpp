@@ -56,9 +56,17 @@ TEST_F(FieldValue, FlagIntoTextBecomesItsWord) {
     EXPECT_EQ(stored("Line_table", "pay_item", false), Value("FALSE"));
 }
 
-TEST_F(FieldValue, TextKeepsEveryByte) {
-    const std::string bytes("a\0b\n;--'\"\xff\xc3 \x1a", 13);
-    EXPECT_EQ(stored("Line_table", "fkey", bytes), Value(bytes));
+TEST_F(FieldValue, TextKeepsEveryByteOrIsRefused) {
+    const std::string good("a\b\n;--'\"\xc3\xa4\xf0\x9f\x98\x80 \x1a\x01");
+    EXPECT_EQ(stored("Line_table", "fkey", good), Value(good));
+    for (const std::string& bad :
+         {std::string("a\0b", 3), std::string("\xff"), std::string("\xc3 "), std::string("\xc0\x80"),
+          std::string("\xed\xa0\x80"), std::string("\xe2\x82")}) {
+        if (testing::tests_run_on_server())
+            expect_error(ErrorKind::conversion, [&] { (void)stored("Line_table", "fkey", bad); });
+        else
+            EXPECT_EQ(stored("Line_table", "fkey", bad), Value(bad));
+    }
     EXPECT_EQ(stored("Line_table", "fkey", ""), Value(""));
     EXPECT_EQ(stored("Line_table", "fkey", std::string(100000, 'x')), Value(std::string(100000, 'x')));
 }
@@ -138,7 +146,7 @@ TEST_F(FieldValue, EightDigitsAreADate) {
     expect_refused("Line_table", "due_date", 46037);
 }
 
-TEST_F(FieldValue, DateKeepsTheTimeOfDayToTheSecond) {
+TEST_F(FieldValue, DateAndTimeAreKeptToTheSecondAndADateWithoutItsTime) {
     for (const int second : {0, 1, 43199, 43200, 86398, 86399}) {
         for (const int day : {-200000, -1, 0, 20468, 400000}) {
             const DateTime moment{day, second};
@@ -149,7 +157,7 @@ TEST_F(FieldValue, DateKeepsTheTimeOfDayToTheSecond) {
             rows.Update();
             rows.Bookmark(rows.LastModified());
             EXPECT_EQ(rows.field("created"), Value(moment));
-            EXPECT_EQ(rows.field("due_date"), Value(moment));
+            EXPECT_EQ(rows.field("due_date"), Value(moment.date_only()));
         }
     }
 }

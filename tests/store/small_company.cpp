@@ -1,5 +1,8 @@
 #include "store/small_company.h"
 
+#include "kernel/store/postgresql/postgresql_engine.h"
+#include "kernel/store/sqlite/sqlite_engine.h"
+
 namespace brimley::testing {
 
 using store::Field;
@@ -83,7 +86,9 @@ const store::Catalog& small_catalog() {
 }
 
 SmallCompany::SmallCompany()
-    : path_(folder_.file("small.brimley")), open_(store::create_company(path_, small_catalog())) {}
+    : database_(tests_run_on_server() ? std::make_unique<ServerDatabase>() : nullptr),
+      path_(database_ ? database_->uri() : folder_.file("small.brimley")),
+      open_(store::create_company(path_, small_catalog())) {}
 
 store::OpenCompany SmallCompany::second_user(const store::EngineDecorator& decorate) const {
     return store::open_company(path_, small_catalog(), decorate);
@@ -117,6 +122,11 @@ std::string SmallCompany::list(const std::string& query) {
 
 std::int64_t SmallCompany::count(const std::string& from) {
     return snapshot("SELECT * FROM " + from).RecordCount();
+}
+
+std::unique_ptr<store::Engine> engine_of(const std::string& company) {
+    if (store::is_on_server(company)) return store::open_postgresql_company(company, small_catalog());
+    return store::open_sqlite_company(company, small_catalog());
 }
 
 std::string first_column(store::Recordset& rows) {

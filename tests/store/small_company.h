@@ -1,4 +1,4 @@
-// A company with a few small tables, in a file of its own, for tests of the store.
+// A company with a few small tables, in a file of its own or on the tests' server, for tests of the store.
 #pragma once
 
 #include <initializer_list>
@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "kernel/store/database.h"
+#include "kernel/store/engine.h"
 #include "support/temporary_folder.h"
+#include "support/test_server.h"
 
 namespace brimley::testing {
 
@@ -24,7 +26,7 @@ class SmallCompany {
     [[nodiscard]] store::Database& db() { return *open_.database; }
     [[nodiscard]] store::Workspace& workspace() { return *open_.workspace; }
     [[nodiscard]] const std::string& path() const { return path_; }
-    // Another user of the same file.
+    // Another user of the same company.
     [[nodiscard]] store::OpenCompany second_user(const store::EngineDecorator& decorate = {}) const;
     void reopen(const store::EngineDecorator& decorate);
 
@@ -38,9 +40,13 @@ class SmallCompany {
 
   private:
     TemporaryFolder folder_;
+    std::unique_ptr<ServerDatabase> database_;
     std::string path_;
     store::OpenCompany open_;
 };
+
+// The engine of a company of small_catalog(), without the store around it.
+[[nodiscard]] std::unique_ptr<store::Engine> engine_of(const std::string& company);
 
 // The first column of all rows of an open recordset, as SmallCompany::list.
 [[nodiscard]] std::string first_column(store::Recordset& rows);

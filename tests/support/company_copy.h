@@ -1,36 +1,71 @@
-// A company database of its own for each test, copied from one that the process makes once.
+// A company database of its own for each test: a file copied from one that the process makes once, or made
+// anew on the tests' server.
 #pragma once
 
 #include <filesystem>
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <utility>
 
 #include "kernel/store/database.h"
 #include "kernel/tables/company_tables.h"
 #include "support/temporary_folder.h"
+#include "support/test_server.h"
 
 namespace brimley::testing {
 
 using FieldValues = std::initializer_list<std::pair<const char*, store::Value>>;
 
+// A company that tests have copies of.
+class CompanyOriginal {
+  public:
+    using Maker = std::function<void(const std::string& company)>;
+    explicit CompanyOriginal(Maker make) : make_(std::move(make)) {}
+
+    void copy_to(const std::string& company) {
+        const std::string original = folder_.file("original.brimley");
+        if (!std::filesystem::exists(original)) make_(original);
+        std::filesystem::copy_file(original, company);
+    }
+    // Most tests want one company, which is made where it is wanted. Only a second one is copied.
+    [[nodiscard]] std::unique_ptr<ServerDatabase> database() {
+        if (made_ && !template_) {
+            template_ = std::make_unique<ServerDatabase>();
+            make_(template_->uri());
+        }
+        if (template_) return std::make_unique<ServerDatabase>(template_.get());
+        made_ = true;
+        auto database = std::make_unique<ServerDatabase>();
+        make_(database->uri());
+        return database;
+    }
+
+  private:
+    bool made_ = false;
+    std::unique_ptr<ServerDatabase> template_;
+    TemporaryFolder folder_;
+    Maker make_;
+};
+
 class CompanyCopy {
   public:
-    using Maker = std::function<void(const std::string& path)>;
-
     // A company with all tables and no rows.
     CompanyCopy() : CompanyCopy(empty_original()) {}
-    // A copy of a closed company file.
-    explicit CompanyCopy(const std::string& original)
-        : path_(folder_.file("company.brimley")), open_(copied(original)) {}
+    explicit CompanyCopy(CompanyOriginal& original)
+        : database_(tests_run_on_server() ? original.database() : nullptr),
+          path_(database_ ? database_->uri() : folder_.file("company.brimley")) {
+        if (!database_) original.copy_to(path_);
+        open_ = store::open_company(path_, kernel::company_tables());
+    }
 
     [[nodiscard]] store::Database& db() { return *open_.database; }
     [[nodiscard]] store::Workspace& workspace() { return *open_.workspace; }
     [[nodiscard]] const store::OpenCompany& open() const { return open_; }
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] const TemporaryFolder& folder() const { return folder_; }
-    // Another user of the same file.
+    // Another user of the same company.
     [[nodiscard]] store::OpenCompany second_user(const store::EngineDecorator& decorate = {}) const {
         return store::open_company(path_, kernel::company_tables(), decorate);
     }
@@ -63,21 +98,15 @@ class CompanyCopy {
     }
 
   private:
-    static std::string empty_original() {
-        static const TemporaryFolder folder;
-        static const std::string path = [] {
-            std::string made = folder.file("empty.brimley");
-            static_cast<void>(store::create_company(made, kernel::company_tables()));
-            return made;
-        }();
-        return path;
-    }
-    store::OpenCompany copied(const std::string& original) const {
-        std::filesystem::copy_file(original, path_);
-        return store::open_company(path_, kernel::company_tables());
+    static CompanyOriginal& empty_original() {
+        static CompanyOriginal original([](const std::string& company) {
+            static_cast<void>(store::create_company(company, kernel::company_tables()));
+        });
+        return original;
     }
 
     TemporaryFolder folder_;
+    std::unique_ptr<ServerDatabase> database_;
     std::string path_;
     store::OpenCompany open_;
 };

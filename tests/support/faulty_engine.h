@@ -1,8 +1,8 @@
 // An engine that fails on purpose: the n-th call, once or from then on, with a chosen kind of error.
 //
-// The calls that count are those that can fail in real life: prepare, query, write, begin_write, begin_read,
-// commit and lock_row. A rollback never fails. Where an engine answers false for a lock held by somebody
-// else, a fault of kind locked is that answer.
+// The calls that count are those that can fail in real life: prepare, query, write, begin_write,
+// begin_write_alone, begin_read, commit and lock_row. A rollback never fails. Where an engine answers false
+// for a lock held by somebody else, a fault of kind locked is that answer.
 #pragma once
 
 #include <functional>
@@ -20,7 +20,7 @@ struct Faults {
     int fail_at = 0;  // the call that fails, counted from 1; 0: none
     bool for_good = false;
     store::ErrorKind kind = store::ErrorKind::io;
-    // Only calls on statements that hold this text count; empty: every call does.
+    // Only calls on statements that hold this text, in any case, count; empty: every call does.
     std::string only_statements_with = {};
     // A failing commit has still been carried out, as when only its answer is lost.
     bool commit_done = false;
@@ -60,6 +60,7 @@ class FaultyEngine final : public store::Engine {
         return engine_->write(*known.prepared, parameters);
     }
     bool begin_write() override { return !refused() && engine_->begin_write(); }
+    bool begin_write_alone() override { return !refused() && engine_->begin_write_alone(); }
     void begin_read() override {
         may_fail();
         engine_->begin_read();
@@ -71,8 +72,10 @@ class FaultyEngine final : public store::Engine {
     }
     void rollback() noexcept override { engine_->rollback(); }
     bool in_transaction() const override { return engine_->in_transaction(); }
-    bool lock_row(const store::Table& table, store::RowKey key) override {
-        return !refused() && engine_->lock_row(table, key);
+    bool lock_row(store::EngineStatement& statement, std::span<const store::Parameter> parameters,
+                  const store::RowSink& sink) override {
+        auto& known = static_cast<Statement&>(statement);
+        return !refused(known.sql) && engine_->lock_row(*known.prepared, parameters, sink);
     }
     bool reads_stay_true() const override { return engine_->reads_stay_true(); }
 
@@ -87,7 +90,8 @@ class FaultyEngine final : public store::Engine {
 
     // Transactions and locks have no text.
     [[nodiscard]] bool next_call_fails(const std::string& sql = {}) {
-        if (sql.find(faults_->only_statements_with) == std::string::npos) return false;
+        const std::string wanted = store::lower_case(faults_->only_statements_with);
+        if (!wanted.empty() && store::lower_case(sql).find(wanted) == std::string::npos) return false;
         ++faults_->calls;
         if (faults_->fail_at == 0) return false;
         const bool fails =
@@ -99,8 +103,8 @@ class FaultyEngine final : public store::Engine {
     void may_fail(const std::string& sql = {}) {
         if (next_call_fails(sql)) fail();
     }
-    [[nodiscard]] bool refused() {
-        if (!next_call_fails()) return false;
+    [[nodiscard]] bool refused(const std::string& sql = {}) {
+        if (!next_call_fails(sql)) return false;
         if (faults_->kind != store::ErrorKind::locked) fail();
         return true;
     }

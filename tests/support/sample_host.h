@@ -11,15 +11,11 @@
 
 namespace brimley::testing {
 
-// The sample company, made once in the process and closed.
-inline const std::string& sample_original() {
-    static const TemporaryFolder folder;
-    static const std::string path = [] {
-        std::string made = folder.file("sample.brimley");
-        company::create_company_file(made, company::SampleCompany{"anna"});
-        return made;
-    }();
-    return path;
+inline CompanyOriginal& sample_original() {
+    static CompanyOriginal original([](const std::string& company) {
+        company::create_company_file(company, company::SampleCompany{"anna"});
+    });
+    return original;
 }
 
 // One user's host object on an open company.

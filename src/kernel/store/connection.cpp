@@ -28,6 +28,18 @@ PlannedStatement& written_plan(TextMap<PlannedStatement>& plans, std::span<const
     return plan;
 }
 
+// Literals of different kinds may stand behind the same SQL.
+std::string identity_of(const StatementText& text) {
+    std::string identity = text.sql;
+    identity += '\0';
+    for (const dialect::ParameterKind kind : text.parameters)
+        identity += static_cast<char>(kind);
+    identity += '\0';
+    for (const FieldType type : text.columns)
+        identity += static_cast<char>(type);
+    return identity;
+}
+
 }  // namespace
 
 Connection::Connection(std::unique_ptr<Engine> engine, const Catalog& catalog, std::string name)
@@ -96,7 +108,7 @@ EngineStatement& Connection::prepared(PlannedStatement& statement) {
     if (statement.prepared) return *statement.prepared;
     if (by_sql_.size() >= kSweepFrom)
         std::erase_if(by_sql_, [](const auto& known) { return known.second.expired(); });
-    std::weak_ptr<EngineStatement>& known = by_sql_[statement.text.sql];
+    std::weak_ptr<EngineStatement>& known = by_sql_[identity_of(statement.text)];
     statement.prepared = known.lock();
     if (!statement.prepared) {
         statement.prepared = engine_->prepare(statement.text);
@@ -150,6 +162,20 @@ void Connection::begin_trans() {
     in_trans_ = true;
 }
 
+void Connection::begin_alone() {
+    begin_trans();
+    try {
+        begun_ = guarded([&] { return engine_->begin_write_alone(); });
+    } catch (...) {
+        rollback();
+        throw;
+    }
+    ++stamp_;
+    if (begun_) return;
+    rollback();
+    throw Error(ErrorKind::locked, "another user is writing to the company");
+}
+
 void Connection::begin_snapshot() {
     require_usable();
     if (in_trans_ || begun_) throw Error(ErrorKind::state, "a transaction is open already");
@@ -196,15 +222,17 @@ bool Connection::begin_write() {
     return true;
 }
 
-bool Connection::hold_row(const Table& table, RowKey key, std::uint64_t& hold) {
+bool Connection::begin_hold(std::uint64_t& hold) {
     if (!begin_write()) return false;
-    if (!in_trans_) {
-        ++holds_;
-        hold = transaction_number_;
-    }
-    if (guarded([&] { return engine_->lock_row(table, key); })) return true;
-    release(hold);
-    return false;
+    if (in_trans_) return true;
+    ++holds_;
+    hold = transaction_number_;
+    return true;
+}
+
+bool Connection::lock_row(PlannedStatement& held_row, std::span<const Parameter> parameters,
+                          const RowSink& sink) {
+    return guarded([&] { return engine_->lock_row(prepared(held_row), parameters, sink); });
 }
 
 void Connection::release(std::uint64_t& hold) {
@@ -221,8 +249,9 @@ void Connection::release(std::uint64_t& hold) {
     engine_transaction_ended();
 }
 
-bool Connection::still_true(std::uint64_t stamp) const {
-    return begun_ && stamp == stamp_ && engine_->reads_stay_true();
+bool Connection::still_true(std::uint64_t stamp, std::uint64_t held_in) const {
+    if (!begun_ || stamp != stamp_) return false;
+    return held_in == transaction_number_ || engine_->reads_stay_true();
 }
 
 }  // namespace brimley::store

@@ -53,6 +53,8 @@ class Connection {
     WriteResult write(PlannedStatement& statement, std::span<const Parameter> parameters);
 
     void begin_trans();
+    // Throws ErrorKind::locked when another workspace writes.
+    void begin_alone();
     void begin_snapshot();
     void commit_trans();
     void rollback();
@@ -61,14 +63,18 @@ class Connection {
     // Begins the engine's transaction if it is not open. False when another workspace writes. Throws
     // ErrorKind::state within a snapshot.
     [[nodiscard]] bool begin_write();
-    // Takes the row until the transaction ends, or outside one until release(). False when another workspace
-    // holds it.
-    [[nodiscard]] bool hold_row(const Table& table, RowKey key, std::uint64_t& hold);
-    // Ends what hold_row() began. Nothing happens when the transaction it was part of is over.
+    // Begins to hold what is locked next, until the transaction ends, or outside one until release(). False
+    // when another workspace writes.
+    [[nodiscard]] bool begin_hold(std::uint64_t& hold);
+    // Takes the row and hands it over. False when another workspace holds it, or when it is gone.
+    [[nodiscard]] bool lock_row(PlannedStatement& held_row, std::span<const Parameter> parameters,
+                                const RowSink& sink);
+    // Ends what begin_hold() began. Nothing happens when the transaction it was part of is over.
     void release(std::uint64_t& hold);
 
-    // A row read at this stamp is still what the table holds.
-    [[nodiscard]] bool still_true(std::uint64_t stamp) const;
+    // A row read at this stamp is still what the table holds. held_in: the transaction that has locked it.
+    [[nodiscard]] bool still_true(std::uint64_t stamp, std::uint64_t held_in) const;
+    [[nodiscard]] std::uint64_t transaction_number() const { return transaction_number_; }
     [[nodiscard]] std::uint64_t stamp() const { return stamp_; }
 
   private:

@@ -53,7 +53,7 @@ Value flag_for(const Value& value, const Field& field) {
 }
 
 Value date_for(const Value& value, const Field& field) {
-    if (value.is_date()) return value;
+    if (value.is_date()) return field.type == FieldType::datetime ? value : value.date()->date_only();
     const auto date = value.is_text() ? parse_yyyymmdd(value.text_ref()) : std::nullopt;
     if (!date) refuse(value, field, "date");
     return *date;

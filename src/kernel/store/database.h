@@ -12,10 +12,10 @@
 // ErrorKind::syntax with the place; it is never passed on to an engine. Values go into query texts through
 // quoted() only. Equal shapes share one prepared statement.
 //
-// Transactions: BeginTrans opens nothing yet. The first write, or the first Edit, begins the engine's
-// transaction, which fails at once (ErrorKind::locked) while another workspace holds it, and may be tried
-// again. Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a
-// transaction of its own. Rollback is harmless when nothing is open.
+// Transactions: BeginTrans opens nothing until the first write or Edit. What somebody else holds (in a file
+// everything, on a server the rows he writes) fails at once with ErrorKind::locked and may be tried again.
+// Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a transaction
+// of its own. Rollback is harmless when nothing is open.
 //
 // BeginSnapshot is for long reading: until CommitTrans or Rollback everything is read as it was at that
 // moment, while others go on writing, and nobody waits for anybody. Writing within it is ErrorKind::state.
@@ -107,10 +107,10 @@ class Recordset {
     [[nodiscard]] int column_of(std::string_view name) const;
 
     void AddNew();
-    // Takes the right to write, and with LockEdits or outside a transaction the row itself, at once or not at
-    // all. Outside a transaction they are held until Update, CancelUpdate or the next move, inside one until
-    // it ends. Throws ErrorKind::locked when another workspace holds them, ErrorKind::state when the row is
-    // gone. The row's fields are read again once it is held.
+    // Takes the row, at once or not at all, whatever LockEdits says. Outside a transaction they are held
+    // until Update, CancelUpdate or the next move, inside one until it ends. Throws ErrorKind::locked when
+    // another workspace holds them, ErrorKind::state when the row is gone. The row's fields are read again
+    // once it is held.
     void Edit();
     // As Edit, but a row that is held by another workspace is an answer: false, and nothing has changed.
     [[nodiscard]] bool try_edit();
@@ -158,6 +158,9 @@ class Workspace {
     ~Workspace();  // rolls back what is open
 
     void BeginTrans();
+    // As BeginTrans, and nobody else writes anything until its end. Throws ErrorKind::locked when somebody is
+    // writing already; then nothing is open.
+    void BeginAlone();
     // Takes no lock. ErrorKind::state within a transaction or while a row is being edited.
     void BeginSnapshot();
     void CommitTrans();
@@ -178,14 +181,23 @@ struct OpenCompany {
 // Wraps the engine of a connection; tests put failures in that way.
 using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<Engine>)>;
 
-// Opens an existing company database by its path. The catalog must outlive it. Throws: not_a_company (absent,
-// foreign, of another layout, or the URI of a server), locked, io.
+// Whether a company is named by the URI of a server ("postgresql://..." or "postgres://..."), and not by the
+// path of a file. On a server every company is a database of its own.
+[[nodiscard]] bool is_on_server(std::string_view company);
+
+// Opens an existing company by its path or URI. The catalog must outlive it. Throws: not_a_company (absent,
+// foreign, of another layout), locked, io (a server that cannot be reached, or does not keep what is saved).
 [[nodiscard]] OpenCompany open_company(const std::string& company, const Catalog& catalog,
                                        const EngineDecorator& decorate = {});
-// Makes a new company database with every table and index of the catalog, readable by its owner alone, and
-// opens it. Refuses a path that exists (state) and the URI of a server (not_a_company). Nothing is left
-// behind on failure.
-[[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog);
+
+// Puts the first rows into a company in the making, inside the transaction of create_company.
+using CompanyFiller = std::function<void(Database&)>;
+
+// Makes a new company with every table and index of the catalog, readable by its owner alone, and opens it.
+// On a server it makes the database where there is none; nobody sees the company before it is filled. Refuses
+// a company that exists (state). Nothing is left behind on failure.
+[[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog,
+                                         const CompanyFiller& fill = {});
 
 // A value as it stands in a query text, between single quotes. A value that holds a single quote gives a text
 // that the dialect never accepts, so that the query fails as a broken text does and can never mean anything

@@ -65,11 +65,16 @@ class Engine {
     [[nodiscard]] virtual std::unique_ptr<EngineStatement> prepare(const StatementText& text) = 0;
     virtual void query(EngineStatement& statement, std::span<const Parameter> parameters,
                        const RowSink& sink) = 0;
-    // INSERT, UPDATE, DELETE. Outside begin_write() it is a transaction of its own.
+    // INSERT, UPDATE, DELETE. Outside begin_write() it is a transaction of its own. Inside one, an engine
+    // that has to be waited for may tell the failure of a write that nothing but the machine can refuse at a
+    // later call; commit() at the latest.
     virtual WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) = 0;
 
-    // Begins a transaction that may write, at once or not at all.
+    // Begins a transaction that may write, at once or not at all. A lock of somebody else may still be in the
+    // way of what it writes.
     [[nodiscard]] virtual bool begin_write() = 0;
+    // The same, and no other workspace writes anything until its end.
+    [[nodiscard]] virtual bool begin_write_alone() = 0;
     // Begins a transaction that only reads, and sees from now on what stands at this moment.
     virtual void begin_read() = 0;
     virtual void commit() = 0;
@@ -79,8 +84,11 @@ class Engine {
     // failed.
     [[nodiscard]] virtual bool in_transaction() const = 0;
 
-    // Within a transaction: takes the row until its end, at once or not at all.
-    [[nodiscard]] virtual bool lock_row(const Table& table, RowKey key) = 0;
+    // Within a transaction: takes the row that the statement (SelectTranslation::held_row) finds until the
+    // end of the transaction, and hands it over as it stands now. At once or not at all: false when another
+    // workspace holds it, and when it is gone.
+    [[nodiscard]] virtual bool lock_row(EngineStatement& statement, std::span<const Parameter> parameters,
+                                        const RowSink& sink) = 0;
     // Whether what is read within the open transaction stays true until this workspace writes: it keeps every
     // other workspace from writing, or does not see what they write.
     [[nodiscard]] virtual bool reads_stay_true() const = 0;

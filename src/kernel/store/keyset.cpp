@@ -6,9 +6,6 @@ namespace brimley::store {
 
 namespace {
 
-// Most keysets have one row, which is wanted at once. One with more rows than this is opened once more for
-// its keys alone, so that the rest of its rows is not read for nothing.
-constexpr std::size_t kWholeRowsMax = 8;
 // Up to here the keys are tried one by one; the table may be much larger than the keyset.
 constexpr std::size_t kTriedKeysMax = 256;
 
@@ -36,10 +33,13 @@ Keyset::Keyset(Connection& connection, std::shared_ptr<SelectPlan> plan,
 }
 
 void Keyset::open(std::span<const Parameter> parameters) {
-    connection_.query(plan_->rows, parameters, [&](const EngineRow& row) {
+    connection_.query(plan_->head, parameters, [&](const EngineRow& row) {
         keys_.push_back(row.key());
-        if (keys_.size() == 1) row.read(row_);
-        if (keys_.size() < kWholeRowsMax) return true;
+        if (keys_.size() == 1) {
+            key_ = row.key();
+            row.read(row_);
+        }
+        if (keys_.size() < dialect::kHeadRows) return true;
         keys_.clear();
         connection_.query(plan_->keys, parameters, [&](const EngineRow& each) {
             keys_.push_back(each.key());
@@ -50,8 +50,9 @@ void Keyset::open(std::span<const Parameter> parameters) {
     ascending_ = std::ranges::is_sorted(keys_);
     if (keys_.empty()) return;
     place_ = Place::on_row;
-    key_ = keys_.front();
     row_stamp_ = connection_.stamp();
+    // Between the two queries somebody may have taken the first row away.
+    if (key_ != keys_.front()) walk_from(0, 1);
 }
 
 void Keyset::read_first() {
@@ -125,11 +126,8 @@ bool Keyset::read_match(PlannedStatement& statement, std::span<const Parameter> 
 }
 
 bool Keyset::read_row(RowKey key) {
-    if (place_ == Place::on_row && key == key_ && connection_.still_true(row_stamp_)) return true;
-    dialect::BoundParameters parameters;
-    parameters.add(outer_);
-    parameters.add_row_key(key);
-    return read_match(plan_->by_key, parameters.span());
+    if (place_ == Place::on_row && key == key_ && is_fresh()) return true;
+    return read_match(plan_->by_key, parameters_of(key).span());
 }
 
 void Keyset::walk_from(std::ptrdiff_t index, int step) {
@@ -161,7 +159,32 @@ void Keyset::go_to(std::int64_t place) {
     if (place < 0 || !read_row(place)) throw Error(ErrorKind::state, "no row at this bookmark");
 }
 
-bool Keyset::refresh() { return read_row(key_); }
+dialect::BoundParameters Keyset::parameters_of(RowKey key) const {
+    dialect::BoundParameters parameters;
+    parameters.add(outer_);
+    parameters.add_row_key(key);
+    return parameters;
+}
+
+Keyset::Taken Keyset::take(std::uint64_t& hold) {
+    if (!connection_.begin_hold(hold)) return Taken::somebody_has_it;
+    if (is_fresh() || lock_current()) return Taken::yes;
+    const bool exists = read_row(key_);
+    connection_.release(hold);
+    return exists ? Taken::somebody_has_it : Taken::row_is_gone;
+}
+
+bool Keyset::lock_current() {
+    const auto read = [&](const EngineRow& row) {
+        row.read(row_);
+        return false;
+    };
+    if (!connection_.lock_row(plan_->held_row, parameters_of(key_).span(), read)) return false;
+    row_stamp_ = connection_.stamp();
+    held_key_ = key_;
+    held_in_ = connection_.transaction_number();
+    return true;
+}
 
 void Keyset::fix_order() {
     if (plan_->translation.ordered) require_keys();

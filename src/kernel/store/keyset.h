@@ -37,8 +37,10 @@ class Keyset final : public RecordSource {
 
     // Only with a current row:
     [[nodiscard]] RowKey current_key() const { return key_; }
-    // Reads the current row again, unless nothing can have changed it. False when it is gone.
-    [[nodiscard]] bool refresh();
+    // Takes the current row for writing and reads it again, unless nothing can have changed it. hold: for
+    // Connection::release().
+    enum class Taken { yes, somebody_has_it, row_is_gone };
+    [[nodiscard]] Taken take(std::uint64_t& hold);
     // The current row is about to be written.
     void fix_order();
     // The current row has just been written: for the caller to put in what it holds now.
@@ -61,6 +63,12 @@ class Keyset final : public RecordSource {
     void walk_from(std::ptrdiff_t index, int step);
     [[nodiscard]] bool read_row(RowKey key);
     [[nodiscard]] bool read_match(PlannedStatement& statement, std::span<const Parameter> parameters);
+    [[nodiscard]] bool lock_current();
+    // Whether the current row is known to be what the table holds.
+    [[nodiscard]] bool is_fresh() const {
+        return connection_.still_true(row_stamp_, key_ == held_key_ ? held_in_ : 0);
+    }
+    [[nodiscard]] dialect::BoundParameters parameters_of(RowKey key) const;
 
     struct Search;
     [[nodiscard]] bool find_in_table(Search& search, bool onward);
@@ -81,6 +89,9 @@ class Keyset final : public RecordSource {
     RowKey key_ = 0;
     Row row_;
     std::uint64_t row_stamp_ = 0;
+    // The transaction that holds the row of held_key_.
+    RowKey held_key_ = 0;
+    std::uint64_t held_in_ = 0;
 };
 
 }  // namespace brimley::store

@@ -21,7 +21,9 @@ SelectPlan::SelectPlan(dialect::SelectTranslation made)
       rows{translation.rows},
       first_row{translation.first_row},
       keys{translation.keys},
+      head{translation.head},
       by_key{translation.by_key},
+      held_row{translation.held_row},
       finds(kFindsMax),
       filters(kFindsMax) {}
 

@@ -38,7 +38,9 @@ struct SelectPlan {
     PlannedStatement rows;
     PlannedStatement first_row;
     PlannedStatement keys;
+    PlannedStatement head;
     PlannedStatement by_key;
+    PlannedStatement held_row;
     LruCache<FindPlan> finds;
     LruCache<FilterPlan> filters;
 };

@@ -88,7 +88,8 @@ void Recordset::set_column(int column, const Value& value) {
 
 void Recordset::Update() { state().update(); }
 void Recordset::CancelUpdate() { state().cancel(); }
-void Recordset::LockEdits(bool pessimistic) { state().lock_edits(pessimistic); }
+// Every Edit takes its row at once, so there is nothing to choose.
+void Recordset::LockEdits(bool /*pessimistic*/) { (void)state(); }
 
 Bookmark Recordset::Bookmark() const { return {state().rows().place()}; }
 void Recordset::Bookmark(store::Bookmark where) { state().moving().go_to(where.position); }

@@ -108,20 +108,12 @@ bool Recordset::State::edit() {
     (void)require_table();
     cancel();
     if (!keyset_->current()) throw Error(ErrorKind::state, "no current row to edit");
-    if (!take_row()) return false;
-    if (!keyset_->refresh()) {
-        connection_->release(hold_);
-        throw Error(ErrorKind::state, "the row to edit is gone");
-    }
+    // Even an Edit without LockEdits takes the row: what is read now must still hold when it is written.
+    const Keyset::Taken taken = keyset_->take(hold_);
+    if (taken == Keyset::Taken::row_is_gone) throw Error(ErrorKind::state, "the row to edit is gone");
+    if (taken == Keyset::Taken::somebody_has_it) return false;
     buffer_.begin(EditBuffer::Mode::editing, plan_->names.size());
     return true;
-}
-
-// Even an Edit without LockEdits takes its place among the writers: what it reads now must still hold when it
-// is written.
-bool Recordset::State::take_row() {
-    if (connection_->in_trans() && !pessimistic_) return connection_->begin_write();
-    return connection_->hold_row(require_table(), keyset_->current_key(), hold_);
 }
 
 void Recordset::State::set(int column, const Value& value) {

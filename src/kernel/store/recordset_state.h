@@ -37,13 +37,11 @@ class Recordset::State {
     void set(int column, const Value& value);
     void update();
     void cancel();
-    void lock_edits(bool pessimistic) { pessimistic_ = pessimistic; }
     [[nodiscard]] std::int64_t last_modified() const { return last_modified_; }
 
   private:
     [[nodiscard]] const Table& require_table() const;
     [[nodiscard]] const Field& field_of(int column) const;
-    [[nodiscard]] bool take_row();
     void insert_row();
     void update_row();
     // Which fields are to be written, and from which column: none at first, then one after the other.
@@ -62,7 +60,6 @@ class Recordset::State {
     Keyset* keyset_ = nullptr;  // the source, when its rows can be changed
 
     EditBuffer buffer_;
-    bool pessimistic_ = false;
     std::uint64_t hold_ = 0;  // of the row being edited, when it is held outside a transaction
     std::int64_t last_modified_ = -1;
 

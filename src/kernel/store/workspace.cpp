@@ -1,15 +1,47 @@
 #include "kernel/store/connection.h"
 #include "kernel/store/database.h"
 #include "kernel/store/dialect/lexer.h"
+#include "kernel/store/postgresql/postgresql_engine.h"
 #include "kernel/store/sqlite/sqlite_engine.h"
 
 namespace brimley::store {
 
 namespace {
 
-void refuse_server(std::string_view company) {
-    if (company.starts_with("postgresql://") || company.starts_with("postgres://"))
-        throw Error(ErrorKind::not_a_company, "server databases are not supported by this build");
+OpenCompany opened(std::unique_ptr<Engine> engine, const Catalog& catalog, const std::string& company) {
+    auto connection = std::make_shared<Connection>(std::move(engine), catalog, company);
+    return {std::make_shared<Workspace>(connection), std::make_shared<Database>(connection)};
+}
+
+void fill_in_one_transaction(const OpenCompany& company, const CompanyFiller& fill) {
+    company.workspace->BeginAlone();
+    if (fill) fill(*company.database);
+    company.workspace->CommitTrans();
+}
+
+OpenCompany create_on_server(const std::string& company, const Catalog& catalog, const CompanyFiller& fill) {
+    CompanyInTheMaking making(company, catalog);
+    OpenCompany made = opened(engine_of(making, catalog), catalog, company);
+    try {
+        fill_in_one_transaction(made, fill);
+    } catch (const Error& error) {
+        if (error.kind() == ErrorKind::commit_in_doubt) making.keep();
+        throw;
+    }
+    making.keep();
+    return made;
+}
+
+OpenCompany create_file(const std::string& company, const Catalog& catalog, const CompanyFiller& fill) {
+    create_sqlite_company(company, catalog);
+    try {
+        OpenCompany made = open_company(company, catalog);
+        fill_in_one_transaction(made, fill);
+        return made;
+    } catch (...) {
+        remove_sqlite_company(company);
+        throw;
+    }
 }
 
 }  // namespace
@@ -19,29 +51,27 @@ Workspace::Workspace(std::shared_ptr<Connection> connection) : connection_(std::
 Workspace::~Workspace() { connection_->rollback(); }
 
 void Workspace::BeginTrans() { connection_->begin_trans(); }
+void Workspace::BeginAlone() { connection_->begin_alone(); }
 void Workspace::BeginSnapshot() { connection_->begin_snapshot(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
 void Workspace::Rollback() { connection_->rollback(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
 
-OpenCompany open_company(const std::string& company, const Catalog& catalog,
-                         const EngineDecorator& decorate) {
-    refuse_server(company);
-    std::unique_ptr<Engine> engine = open_sqlite_company(company, catalog);
-    if (decorate) engine = decorate(std::move(engine));
-    auto connection = std::make_shared<Connection>(std::move(engine), catalog, company);
-    return {std::make_shared<Workspace>(connection), std::make_shared<Database>(connection)};
+bool is_on_server(std::string_view company) {
+    return company.starts_with("postgresql://") || company.starts_with("postgres://");
 }
 
-OpenCompany create_company(const std::string& company, const Catalog& catalog) {
-    refuse_server(company);
-    create_sqlite_company(company, catalog);
-    try {
-        return open_company(company, catalog);
-    } catch (...) {
-        remove_sqlite_company(company);
-        throw;
-    }
+OpenCompany open_company(const std::string& company, const Catalog& catalog,
+                         const EngineDecorator& decorate) {
+    std::unique_ptr<Engine> engine = is_on_server(company) ? open_postgresql_company(company, catalog)
+                                                           : open_sqlite_company(company, catalog);
+    if (decorate) engine = decorate(std::move(engine));
+    return opened(std::move(engine), catalog, company);
+}
+
+OpenCompany create_company(const std::string& company, const Catalog& catalog, const CompanyFiller& fill) {
+    return is_on_server(company) ? create_on_server(company, catalog, fill)
+                                 : create_file(company, catalog, fill);
 }
 
 std::string quoted(std::string_view value) {

@@ -113,8 +113,9 @@ std::string ExpressionWriter::as_number(const Operand& operand, const Expression
         return literal(operand,
                        operand.type == OperandType::text ? LiteralUse::number_of_text : LiteralUse::number);
     if (operand.type == OperandType::text) return flavour_.number_of_text(operand.sql);
-    if (operand.type != OperandType::number && operand.type != OperandType::null)
-        refuse(where, "a number expected");
+    // A bare null would leave an operator without any type to go by.
+    if (operand.type == OperandType::null) return "CAST(NULL AS double precision)";
+    if (operand.type != OperandType::number) refuse(where, "a number expected");
     return operand.sql;
 }
 
@@ -239,7 +240,10 @@ Operand ExpressionWriter::aggregate(const Expression& expression) {
     if (expression.name == "SUM" && type != OperandType::number) refuse(argument, "a number expected");
     if (type == OperandType::flag || type == OperandType::null)
         refuse(argument, "a text, number or date expected");
-    return {fmt::format("{}({})", expression.name, operand.sql), type};
+    // Whole numbers are summed as floating ones, like everywhere else.
+    const bool sum = expression.name == "SUM";
+    const std::string summed = fmt::format("CAST({} AS double precision)", operand.sql);
+    return {fmt::format("{}({})", expression.name, sum ? summed : operand.sql), type};
 }
 
 std::string ExpressionWriter::assigned(const Expression& expression, const Field& field) {

@@ -34,6 +34,11 @@ class Flavour {
                                                const std::string& divisor) const = 0;
     // What stands behind an ORDER BY term so that nulls are smallest.
     [[nodiscard]] virtual std::string nulls_first(bool descending) const = 0;
+    // What stands behind the SELECT of a single row that is to be held until the transaction ends: a row that
+    // somebody else holds is then none. Empty where a transaction that may write holds every row.
+    [[nodiscard]] virtual std::string row_lock() const = 0;
+    // Whether the engine hands the key of a new row in with its fields, instead of being told it afterwards.
+    [[nodiscard]] virtual bool draws_keys() const = 0;
     // Names of tables and fields.
     [[nodiscard]] virtual std::string name(std::string_view name) const = 0;
 };

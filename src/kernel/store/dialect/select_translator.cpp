@@ -13,6 +13,11 @@ bool is_plain_literal(const Expression& expression) {
            expression.kind == ExpressionKind::number_literal;
 }
 
+// Not every engine takes a constant for an order, and none would order anything by it.
+bool orders_nothing(const Expression& by) {
+    return by.kind == ExpressionKind::null_literal || by.kind == ExpressionKind::flag_literal;
+}
+
 bool is_constant_test(const Expression& expression) {
     return expression.kind == ExpressionKind::comparison && is_plain_literal(*expression.operands[0]) &&
            is_plain_literal(*expression.operands[1]);
@@ -159,6 +164,7 @@ std::string SelectTranslator::write_order(const Select& select, const Scope& sco
     ExpressionWriter writer(scope, parameters_, flavour_);
     std::string sql;
     for (const OrderTerm& term : select.order) {
+        if (orders_nothing(*term.expression)) continue;
         if (!sql.empty()) sql += ", ";
         sql += order_term(term, writer, scope, columns);
         if (term.descending) sql += " DESC";
@@ -213,12 +219,16 @@ void SelectTranslator::write_keyed(SelectTranslation& result, std::string_view k
     result.keys = {fmt::format("SELECT {}{}", key, rest), result.rows.parameters, true, {}};
     result.first_row = result.rows;
     result.first_row.sql += " LIMIT 1";
+    result.head = result.rows;
+    result.head.sql += fmt::format(" LIMIT {}", kHeadRows);
     result.by_key = result.rows;
     result.by_key.parameters = result.outer_kinds;
     result.by_key.parameters.push_back(ParameterKind::row_key);
     result.by_key.sql =
         fmt::format("SELECT {}, {} FROM {} WHERE {} = {}", key, result.select_list, result.from, key,
                     flavour_.parameter(result.by_key.parameters.size(), ParameterKind::row_key));
+    result.held_row = result.by_key;
+    result.held_row.sql += flavour_.row_lock();
 }
 
 }  // namespace brimley::store::dialect

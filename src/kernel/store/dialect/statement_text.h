@@ -9,11 +9,22 @@
 
 namespace brimley::store {
 
+// What running a statement does.
+enum class StatementEffect {
+    reads,
+    inserts_row,
+    updates_row,  // the one of a key
+    changes_rows,
+};
+
 struct StatementText {
     std::string sql{};
     std::vector<dialect::ParameterKind> parameters{};
     bool keyed = false;  // the first result column is the row key; of an INSERT: its key is wanted
     std::vector<FieldType> columns{};  // the others, in order
+    StatementEffect effect = StatementEffect::reads;
+    // A rule of the table, or a row that somebody else holds, may be in the way.
+    bool may_be_refused = false;
 };
 
 }  // namespace brimley::store

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "kernel/store/dialect/parser.h"
 #include "kernel/store/dialect/select_translator.h"
 
@@ -46,7 +48,10 @@ class ChangeTranslator {
 
     ChangeTranslation finish(std::string sql, const Expression* where) {
         if (where) sql += " WHERE " + writer_.condition(*where);
-        return {{std::move(sql), parameters_.kinds()}, parameters_.literals()};
+        StatementText text{std::move(sql), parameters_.kinds()};
+        text.effect = StatementEffect::changes_rows;
+        text.may_be_refused = true;
+        return {std::move(text), parameters_.literals()};
     }
 
     const Flavour& flavour_;
@@ -54,6 +59,19 @@ class ChangeTranslator {
     ParameterList parameters_;
     ExpressionWriter writer_;
 };
+
+// Whether a field at one of these places belongs to a unique index.
+bool touches_unique_index(const Table& table, const std::vector<int>& places) {
+    return std::ranges::any_of(table.indexes, [&](const Index& index) {
+        return index.unique && std::ranges::any_of(index.fields, [&](const std::string& field) {
+                   return std::ranges::find(places, table.field_index(field)) != places.end();
+               });
+    });
+}
+
+bool has_unique_index(const Table& table) {
+    return std::ranges::any_of(table.indexes, [](const Index& index) { return index.unique; });
+}
 
 }  // namespace
 
@@ -110,25 +128,32 @@ ExpressionPtr Translator::filter(const SelectTranslation& select, std::string_vi
 StatementText Translator::insert(const Table& table, const std::vector<int>& fields) const {
     StatementText text;
     text.keyed = true;
-    if (fields.empty()) {
-        text.sql = fmt::format("INSERT INTO {} DEFAULT VALUES", flavour_.name(table.name));
-        return text;
-    }
+    text.effect = StatementEffect::inserts_row;
+    text.may_be_refused = has_unique_index(table);
     std::string names;
     std::string values;
+    const auto add = [&](ParameterKind kind, std::string_view name) {
+        text.parameters.push_back(kind);
+        const char* const comma = names.empty() ? "" : ", ";
+        names += comma + flavour_.name(name);
+        values += comma + flavour_.parameter(text.parameters.size(), kind);
+    };
     for (const int place : fields) {
         const Field& field = table.fields[static_cast<std::size_t>(place)];
-        text.parameters.push_back(kind_of_field(field));
-        const char* const comma = names.empty() ? "" : ", ";
-        names += comma + flavour_.name(field.name);
-        values += comma + flavour_.parameter(text.parameters.size(), text.parameters.back());
+        add(kind_of_field(field), field.name);
     }
-    text.sql = fmt::format("INSERT INTO {} ({}) VALUES ({})", flavour_.name(table.name), names, values);
+    if (flavour_.draws_keys()) add(ParameterKind::row_key, kRowKeyColumn);
+    if (names.empty())
+        text.sql = fmt::format("INSERT INTO {} DEFAULT VALUES", flavour_.name(table.name));
+    else
+        text.sql = fmt::format("INSERT INTO {} ({}) VALUES ({})", flavour_.name(table.name), names, values);
     return text;
 }
 
 StatementText Translator::update(const Table& table, const std::vector<int>& fields) const {
     StatementText text;
+    text.effect = StatementEffect::updates_row;
+    text.may_be_refused = touches_unique_index(table, fields);
     std::string list;
     for (const int place : fields) {
         const Field& field = table.fields[static_cast<std::size_t>(place)];

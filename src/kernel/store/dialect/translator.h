@@ -32,6 +32,10 @@ struct ConstantTest {
     std::string sign;
 };
 
+// Most keysets have one row, which is wanted at once. One with this many rows is opened once more for its
+// keys alone, so that the rest of its rows is not read for nothing.
+inline constexpr int kHeadRows = 8;
+
 struct SelectTranslation {
     std::vector<ResultColumn> columns;
     // The table, when its rows can be told apart and changed: one table, no aggregate, nothing nested.
@@ -46,7 +50,10 @@ struct SelectTranslation {
     // Only with a table:
     StatementText first_row;  // only without conditions: the first of all rows
     StatementText keys;       // all keys, nothing else
+    StatementText head;       // the first kHeadRows of all rows
     StatementText by_key;     // one row; parameters: outer, key
+    StatementText
+        held_row;  // the same, and held until the transaction ends; no row when somebody else has it
 
     std::string select_list;  // pieces that FindFirst is made of
     std::string from;

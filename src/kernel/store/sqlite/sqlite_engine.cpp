@@ -54,6 +54,8 @@ class SqliteEngine final : public Engine {
         return true;
     }
 
+    bool begin_write_alone() override { return begin_write(); }
+
     // BEGIN alone sees nothing yet: the first read decides what is seen.
     void begin_read() override {
         const int code = run(begin_read_.get());
@@ -79,7 +81,15 @@ class SqliteEngine final : public Engine {
     bool in_transaction() const override { return sqlite3_get_autocommit(connection_.get()) == 0; }
 
     // The file has one writer, and begin_write() has made it this workspace.
-    bool lock_row(const Table&, RowKey) override { return in_transaction(); }
+    bool lock_row(EngineStatement& statement, std::span<const Parameter> parameters,
+                  const RowSink& sink) override {
+        bool found = false;
+        query(statement, parameters, [&](const EngineRow& row) {
+            found = true;
+            return sink(row);
+        });
+        return found;
+    }
     bool reads_stay_true() const override { return in_transaction(); }
 
   private:

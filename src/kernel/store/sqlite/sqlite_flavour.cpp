@@ -40,6 +40,10 @@ std::string SqliteFlavour::quotient(const std::string& dividend, const std::stri
 // Nulls are smallest in SQLite by themselves.
 std::string SqliteFlavour::nulls_first(bool) const { return {}; }
 
+std::string SqliteFlavour::row_lock() const { return {}; }
+
+bool SqliteFlavour::draws_keys() const { return false; }
+
 std::string SqliteFlavour::name(std::string_view name) const { return sqlite_name(name); }
 
 }  // namespace brimley::store

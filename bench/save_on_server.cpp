@@ -1,0 +1,57 @@
+// What saving one three-line taxed invoice costs on a server, in wall time: through the form, beside bare
+// prepared statements doing the same row writes in the same run, waited for one by one and in a pipeline.
+//
+//   bench-save-on-server URI [SAVES]      URI: of a sample company, which is filled
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <vector>
+
+#include "bare_server_save.h"
+#include "workload.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+template <class Act>
+void take(std::vector<double>& samples, Act&& act) {
+    const auto before = Clock::now();
+    act();
+    samples.push_back(std::chrono::duration<double, std::milli>(Clock::now() - before).count());
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) return 2;
+    const int saves = argc > 2 ? std::atoi(argv[2]) : 300;
+    brimley::bench::BareServerSave bare(argv[1]);
+    brimley::bench::FormSave form(argv[1]);
+    std::vector<double> plain;
+    std::vector<double> pipelined;
+    std::vector<double> through_form;
+    // In turns, so that all see the same machine; the first ones warm it.
+    for (int i = -20; i < saves; ++i) {
+        if (i == 0) {
+            plain.clear();
+            pipelined.clear();
+            through_form.clear();
+        }
+        take(plain, [&] { bare.save(); });
+        take(pipelined, [&] { bare.save_in_a_pipeline(); });
+        form.enter();
+        take(through_form, [&] { form.save(); });
+    }
+    fmt::print("wall milliseconds a save, medians of {}\n", saves);
+    fmt::print("bare {:.3f}, bare in a pipeline {:.3f}, form {:.3f}; form to bare {:.2f}\n", median(plain),
+               median(pipelined), median(through_form), median(through_form) / median(plain));
+    return 0;
+}

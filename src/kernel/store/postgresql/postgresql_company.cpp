@@ -1,0 +1,188 @@
+#include "kernel/store/postgresql/postgresql_company.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <map>
+#include <string_view>
+
+#include "kernel/store/error.h"
+#include "kernel/store/postgresql/postgresql_error.h"
+#include "kernel/store/postgresql/postgresql_flavour.h"
+#include "kernel/store/postgresql/postgresql_layout.h"
+
+namespace brimley::store {
+
+namespace {
+
+constexpr int kServerVersionMin = 150000;
+// Where to ask for a database that does not exist yet.
+constexpr const char* kMaintenanceDatabase = "postgres";
+// Unless the URI says how long.
+constexpr const char* kConnectWaitSeconds = "10";
+
+struct FreeOptions {
+    void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
+};
+
+[[noreturn]] void refuse(const std::string& uri, std::string_view why) {
+    throw Error(ErrorKind::not_a_company, fmt::format("{} {}", shown_company(uri), why));
+}
+
+// What the URI itself says, by libpq's keywords. Throws not_a_company for a URI that is none.
+std::map<std::string, std::string> options_of(const std::string& uri) {
+    char* reason = nullptr;
+    const std::unique_ptr<PQconninfoOption, FreeOptions> options(PQconninfoParse(uri.c_str(), &reason));
+    const std::unique_ptr<char, decltype(&PQfreemem)> owned(reason, &PQfreemem);
+    std::map<std::string, std::string> given;
+    if (!options || uri.find('\0') != std::string::npos)
+        throw Error(ErrorKind::not_a_company, "the URI of the company cannot be read");
+    for (const PQconninfoOption* option = options.get(); option->keyword; ++option)
+        if (option->val) given[option->keyword] = option->val;
+    return given;
+}
+
+// A connection that may have failed. database: instead of the one that the URI names, when not null.
+PostgresqlHandle try_connect(const std::string& uri, const char* database) {
+    (void)options_of(uri);
+    const std::array<const char*, 7> keywords{"connect_timeout",
+                                              "fallback_application_name",
+                                              "dbname",
+                                              "client_encoding",
+                                              database ? "dbname" : nullptr,
+                                              nullptr,
+                                              nullptr};
+    const std::array<const char*, 7> values{
+        kConnectWaitSeconds, "brimley", uri.c_str(), "UTF8", database, nullptr, nullptr};
+    PostgresqlHandle connection(PQconnectdbParams(keywords.data(), values.data(), 1));
+    PQsetNoticeReceiver(
+        connection.get(), [](void*, const PGresult*) {}, nullptr);
+    return connection;
+}
+
+bool is_connected(const PostgresqlHandle& connection) { return PQstatus(connection.get()) == CONNECTION_OK; }
+
+// In its own case: a database is named by the user.
+std::string quoted_name(const std::string& name) {
+    std::string quoted = "\"";
+    for (const char letter : name)
+        quoted.append(letter == '"' ? 2 : 1, letter);
+    return quoted + '"';
+}
+
+[[noreturn]] void tell_unreachable(const std::string& uri, PGconn* connection) {
+    throw Error(ErrorKind::io,
+                fmt::format("{} cannot be opened: {}", shown_company(uri), connection_message(connection)));
+}
+
+// What has been told as saved must be there after a power failure.
+void require_durable(PGconn* connection, const std::string& uri) {
+    for (const char* const setting : {"fsync", "full_page_writes"})
+        if (text_of_sql(connection, fmt::format("SHOW {}", setting)) != "on")
+            throw Error(ErrorKind::io,
+                        fmt::format("{} is on a server that does not keep what is saved: {} is off",
+                                    shown_company(uri), setting));
+    if (text_of_sql(connection, "SHOW synchronous_commit") == "off")
+        run_sql(connection, "SET synchronous_commit = on");
+}
+
+void set_up(PGconn* connection, const std::string& uri) {
+    if (PQserverVersion(connection) < kServerVersionMin) refuse(uri, "is on a server older than 15");
+    if (std::string_view(PQparameterStatus(connection, "server_encoding")) != "UTF8")
+        refuse(uri, "is a database whose encoding is not UTF8");
+    require_durable(connection, uri);
+    // Whoever meets another user's lock is told at once, not after it has gone; only a lock of an instant,
+    // such as the one for a new page, is waited for.
+    run_sql(connection, fmt::format("SET search_path = {}, pg_catalog; SET lock_timeout = '200ms'; "
+                                    "SET standard_conforming_strings = on; SET jit = off",
+                                    kCompanySchema));
+}
+
+std::string mark_of_schema(PGconn* connection) {
+    return text_of_sql(connection,
+                       fmt::format("SELECT coalesce(obj_description(oid, 'pg_namespace'), 'none') FROM "
+                                   "pg_namespace WHERE nspname = '{}'",
+                                   kCompanySchema));
+}
+
+[[noreturn]] void refuse_existing(const std::string& uri) {
+    throw Error(ErrorKind::state, shown_company(uri) + " already exists");
+}
+
+void make_schema(PGconn* connection, const std::string& uri, const Catalog& catalog) {
+    if (!mark_of_schema(connection).empty()) refuse_existing(uri);
+    run_sql(connection, "BEGIN");
+    try {
+        for (const std::string& statement : postgresql_layout(catalog))
+            run_sql(connection, statement);
+    } catch (const Error& error) {
+        const int duplicate_schema = native_code_of("42P06");
+        const int duplicate_name = native_code_of("23505");
+        if (error.native_code() == duplicate_schema || error.native_code() == duplicate_name)
+            refuse_existing(uri);
+        if (error.kind() != ErrorKind::locked) throw;
+        throw Error(ErrorKind::state, shown_company(uri) + " is being made by another program");
+    }
+}
+
+}  // namespace
+
+std::string shown_company(const std::string& uri) {
+    auto given = options_of(uri);
+    if (given.contains("service")) return "postgresql service " + given["service"];
+    return fmt::format("postgresql://{}/{}", given["host"], given["dbname"]);
+}
+
+PostgresqlHandle connect_to_company(const std::string& uri, const Catalog& catalog) {
+    PostgresqlHandle connection = try_connect(uri, nullptr);
+    if (!is_connected(connection)) tell_unreachable(uri, connection.get());
+    set_up(connection.get(), uri);
+    const std::string mark = mark_of_schema(connection.get());
+    if (mark.empty()) refuse(uri, "holds no company");
+    if (!mark.starts_with("Brimley company")) refuse(uri, "holds no company, but something of that name");
+    if (mark != kCompanyMark) refuse(uri, "was made by another version of this program");
+    const std::string missing = missing_in_schema(connection.get(), catalog);
+    if (!missing.empty())
+        refuse(uri, fmt::format("was made by another version of this program: {} is missing", missing));
+    return connection;
+}
+
+CompanyInTheMaking::CompanyInTheMaking(const std::string& uri, const Catalog& catalog) : uri_(uri) {
+    connection_ = try_connect(uri, nullptr);
+    try {
+        if (!is_connected(connection_)) make_database();
+        set_up(connection_.get(), uri);
+        make_schema(connection_.get(), uri, catalog);
+    } catch (...) {
+        connection_.reset();
+        drop_database();
+        throw;
+    }
+}
+
+CompanyInTheMaking::~CompanyInTheMaking() { drop_database(); }
+
+void CompanyInTheMaking::make_database() {
+    const PostgresqlHandle server = try_connect(uri_, kMaintenanceDatabase);
+    const std::string database = PQdb(connection_.get()) ? PQdb(connection_.get()) : "";
+    const bool absent =
+        is_connected(server) && !database.empty() &&
+        text_of_sql(server.get(), "SELECT 1 FROM pg_database WHERE datname = " + postgresql_text(database))
+            .empty();
+    if (!absent) tell_unreachable(uri_, connection_.get());
+    run_sql(server.get(), fmt::format("CREATE DATABASE {} TEMPLATE template0 ENCODING 'UTF8' LC_COLLATE 'C' "
+                                      "LC_CTYPE 'C'",
+                                      quoted_name(database)));
+    made_database_ = database;
+    connection_ = try_connect(uri_, nullptr);
+    if (!is_connected(connection_)) tell_unreachable(uri_, connection_.get());
+}
+
+void CompanyInTheMaking::drop_database() noexcept {
+    if (made_database_.empty()) return;
+    const PostgresqlHandle server = try_connect(uri_, kMaintenanceDatabase);
+    const PostgresqlResult gone(
+        PQexec(server.get(), ("DROP DATABASE " + quoted_name(made_database_)).c_str()));
+}
+
+}  // namespace brimley::store

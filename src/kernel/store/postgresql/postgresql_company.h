@@ -1,0 +1,46 @@
+// Companies on a server: reaching the database that a URI names, telling companies from other databases, and
+// making them.
+//
+// One database holds one company, in the schema "brimley". The URI says where the database is, with
+// everything that libpq understands: users, service and password files, TLS.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/postgresql/postgresql_handle.h"
+
+namespace brimley::store {
+
+// A connection set up for a company that exists. Throws not_a_company, lost, io.
+[[nodiscard]] PostgresqlHandle connect_to_company(const std::string& uri, const Catalog& catalog);
+
+// A company in the making: its database, made where there was none, and a transaction in which its schema has
+// been made. What is made goes again unless keep() is called.
+class CompanyInTheMaking {
+  public:
+    // Throws ErrorKind::state when the database holds a company already, or another program is making one.
+    CompanyInTheMaking(const std::string& uri, const Catalog& catalog);
+    CompanyInTheMaking(const CompanyInTheMaking&) = delete;
+    CompanyInTheMaking& operator=(const CompanyInTheMaking&) = delete;
+    // The connection must be closed by then.
+    ~CompanyInTheMaking();
+
+    // The open transaction goes along.
+    [[nodiscard]] PostgresqlHandle take_connection() { return std::move(connection_); }
+    void keep() { made_database_.clear(); }
+
+  private:
+    void make_database();
+    void drop_database() noexcept;
+
+    std::string uri_;
+    std::string made_database_;
+    PostgresqlHandle connection_;
+};
+
+// The company as it may be told to anybody: host and database, without user and password.
+[[nodiscard]] std::string shown_company(const std::string& uri);
+
+}  // namespace brimley::store

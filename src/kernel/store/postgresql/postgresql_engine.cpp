@@ -1,0 +1,306 @@
+#include "kernel/store/postgresql/postgresql_engine.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <deque>
+#include <string_view>
+
+#include "kernel/store/error.h"
+#include "kernel/store/postgresql/postgresql_flavour.h"
+#include "kernel/store/postgresql/postgresql_layout.h"
+#include "kernel/store/postgresql/postgresql_session.h"
+
+namespace brimley::store {
+
+namespace {
+
+// Row keys are drawn some at a time, more and more within one transaction, and those left at its end are
+// dropped: so keys grow from one transaction to the next.
+constexpr std::int64_t kKeysAtFirst = 16;
+constexpr std::int64_t kKeysMax = 1024;
+// So many writes are sent before their answers are asked for.
+constexpr std::size_t kUnansweredMax = 512;
+
+StatementText key_drawing() {
+    StatementText text;
+    text.sql = fmt::format("SELECT nextval('{}') FROM generate_series(1, $1)", kRowKeySequence);
+    text.parameters = {dialect::ParameterKind::integer};
+    return text;
+}
+
+std::string lock_of_all(const Catalog& catalog) {
+    std::string tables;
+    for (const Table& table : catalog.tables())
+        tables += (tables.empty() ? "" : ", ") + postgresql_name(table.name);
+    return "LOCK TABLE " + tables + " IN EXCLUSIVE MODE NOWAIT";
+}
+
+class ResultRow final : public EngineRow {
+  public:
+    ResultRow(const PGresult* result, const StatementText& text) : result_(result), text_(text) {}
+    void go_to(int row) { row_ = row; }
+
+    RowKey key() const override { return whole_number_cell(result_, row_, 0); }
+    void read(Row& into) const override {
+        into.clear();
+        into.expect(text_.columns.size());
+        int column = text_.keyed ? 1 : 0;
+        for (const FieldType type : text_.columns)
+            read_cell(result_, row_, column++, type, into);
+    }
+
+  private:
+    const PGresult* result_;
+    const StatementText& text_;
+    int row_ = 0;
+};
+
+enum class Span { none, snapshot, writing };
+
+class PostgresqlEngine final : public Engine {
+  public:
+    // making: the connection is within the transaction that makes the company.
+    PostgresqlEngine(PostgresqlHandle connection, const Catalog& catalog, bool making)
+        : session_(std::move(connection)),
+          lock_all_(session_.command(lock_of_all(catalog))),
+          making_(making) {}
+
+    const dialect::Flavour& flavour() const override { return flavour_; }
+
+    std::unique_ptr<EngineStatement> prepare(const StatementText& text) override {
+        return session_.prepare(text);
+    }
+
+    void query(EngineStatement& statement, std::span<const Parameter> parameters,
+               const RowSink& sink) override {
+        (void)hand_over(static_cast<PostgresqlStatement&>(statement), parameters, sink);
+    }
+
+    WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) override {
+        auto& prepared = static_cast<PostgresqlStatement&>(statement);
+        if (prepared.text().effect != StatementEffect::inserts_row) return {run(prepared, parameters), 0};
+        with_key_.assign(parameters.begin(), parameters.end());
+        const RowKey key = next_key();
+        with_key_.emplace_back(key);
+        return {run(prepared, with_key_), key};
+    }
+
+    // Everybody may write; only rows are held.
+    bool begin_write() override {
+        if (!making_) session_.send(*begin_);
+        making_ = false;
+        span_ = Span::writing;
+        return true;
+    }
+
+    bool begin_write_alone() override {
+        if (!begin_write()) return false;
+        session_.send(*lock_all_);
+        try {
+            (void)session_.finish();
+        } catch (const Error& error) {
+            rollback();
+            if (error.kind() == ErrorKind::locked) return false;
+            throw;
+        }
+        return true;
+    }
+
+    // BEGIN alone sees nothing yet: the first query decides what is seen.
+    void begin_read() override {
+        session_.send(*begin_read_);
+        session_.send(*look_);
+        span_ = Span::snapshot;
+        try {
+            (void)session_.finish();
+        } catch (const Error&) {
+            rollback();
+            throw;
+        }
+    }
+
+    void commit() override {
+        PostgresqlResult result;
+        try {
+            session_.send(*commit_);
+            result = session_.finish();
+        } catch (const Error& error) {
+            tell_doubt(error);
+            rollback();
+            throw;
+        }
+        end();
+        if (std::string_view(PQcmdStatus(result.get())) != "COMMIT")
+            throw Error(ErrorKind::io, "the server has rolled the transaction back");
+    }
+
+    void rollback() noexcept override {
+        const bool open = in_transaction() || session_.has_failed_transaction();
+        try {
+            if (open && !session_.is_lost()) leave();
+        } catch (const std::exception&) {
+            // Whatever fails here, the server drops the transaction with the connection.
+        }
+        end();
+    }
+
+    bool in_transaction() const override {
+        return span_ != Span::none && !session_.has_failed_transaction() && !session_.is_lost();
+    }
+
+    bool lock_row(EngineStatement& statement, std::span<const Parameter> parameters,
+                  const RowSink& sink) override {
+        return hand_over(static_cast<PostgresqlStatement&>(statement), parameters, sink) > 0;
+    }
+
+    // A row that was read stays as it is only while it is held.
+    bool reads_stay_true() const override { return span_ == Span::snapshot; }
+
+  private:
+    int hand_over(PostgresqlStatement& statement, std::span<const Parameter> parameters,
+                  const RowSink& sink) {
+        session_.send(statement, parameters);
+        const PostgresqlResult result = session_.finish();
+        ResultRow row(result.get(), statement.text());
+        const int rows = PQntuples(result.get());
+        for (int i = 0; i < rows; ++i) {
+            row.go_to(i);
+            if (!sink(row)) break;
+        }
+        return rows;
+    }
+
+    // The number of rows written, as far as it is known yet.
+    std::int64_t run(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
+        if (span_ == Span::none) return run_alone(statement, parameters);
+        if (statement.text().may_be_refused) return run_under_savepoint(statement, parameters);
+        session_.send(statement, parameters);
+        if (session_.unanswered() >= kUnansweredMax) (void)session_.finish();
+        return 1;
+    }
+
+    // A transaction of its own: when its answer is lost, nobody knows whether it was carried out.
+    std::int64_t run_alone(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
+        try {
+            session_.send(statement, parameters);
+            return rows_of(session_.finish());
+        } catch (const Error& error) {
+            tell_doubt(error);
+            throw;
+        }
+    }
+
+    // What is refused must not cost the transaction.
+    std::int64_t run_under_savepoint(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
+        session_.send(*savepoint_);
+        try {
+            const auto place = session_.send(statement, parameters);
+            session_.send(*release_);
+            return rows_of(session_.finish(place));
+        } catch (const Error&) {
+            back_to_savepoint();
+            throw;
+        }
+    }
+
+    void back_to_savepoint() {
+        if (session_.is_lost()) return;
+        try {
+            session_.send(*back_);
+            session_.send(*release_);
+            (void)session_.finish();
+        } catch (const Error&) {
+            // A write before the savepoint had failed already: the whole transaction has.
+        }
+    }
+
+    static std::int64_t rows_of(const PostgresqlResult& result) {
+        const std::string_view digits = PQcmdTuples(result.get());
+        std::int64_t rows = 0;
+        std::from_chars(digits.data(), digits.data() + digits.size(), rows);
+        return rows;
+    }
+
+    RowKey next_key() {
+        if (keys_.empty()) draw_keys();
+        const RowKey key = keys_.front();
+        keys_.pop_front();
+        if (span_ == Span::none) keys_.clear();
+        return key;
+    }
+
+    void draw_keys() {
+        const std::int64_t wanted = span_ == Span::none ? 1 : keys_to_draw_;
+        const Parameter count = wanted;
+        session_.send(*draw_keys_, {&count, 1});
+        const PostgresqlResult drawn = session_.finish();
+        for (int row = 0; row < PQntuples(drawn.get()); ++row)
+            keys_.push_back(whole_number_cell(drawn.get(), row, 0));
+        keys_to_draw_ = std::min(keys_to_draw_ * 2, kKeysMax);
+    }
+
+    // An answer that is lost leaves open whether it was carried out. A server that goes down may have done
+    // it.
+    void tell_doubt(const Error& error) {
+        if (error.kind() != ErrorKind::lost) return;
+        end();
+        throw Error(ErrorKind::commit_in_doubt,
+                    std::string("the outcome of the last change is unknown: ") + error.what(),
+                    error.native_code());
+    }
+
+    // Statements behind one that failed are passed over, a ROLLBACK too; then it is sent again.
+    void leave() {
+        for (int tries = 0; tries < 2; ++tries) {
+            try {
+                session_.send(*rollback_);
+                (void)session_.finish();
+            } catch (const Error&) {
+                if (session_.is_lost()) return;
+            }
+            if (session_.is_idle()) return;
+        }
+    }
+
+    void end() {
+        span_ = Span::none;
+        making_ = false;
+        keys_.clear();
+        keys_to_draw_ = kKeysAtFirst;
+    }
+
+    // Statements go before their session.
+    PostgresqlSession session_;
+    PostgresqlFlavour flavour_;
+    std::unique_ptr<PostgresqlStatement> begin_ = session_.command("BEGIN");
+    std::unique_ptr<PostgresqlStatement> begin_read_ =
+        session_.command("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+    std::unique_ptr<PostgresqlStatement> look_ = session_.command("SELECT 1");
+    std::unique_ptr<PostgresqlStatement> commit_ = session_.command("COMMIT");
+    std::unique_ptr<PostgresqlStatement> rollback_ = session_.command("ROLLBACK");
+    std::unique_ptr<PostgresqlStatement> savepoint_ = session_.command("SAVEPOINT brimley_step");
+    std::unique_ptr<PostgresqlStatement> release_ = session_.command("RELEASE SAVEPOINT brimley_step");
+    std::unique_ptr<PostgresqlStatement> back_ = session_.command("ROLLBACK TO SAVEPOINT brimley_step");
+    std::unique_ptr<PostgresqlStatement> draw_keys_ = session_.prepare(key_drawing());
+    std::unique_ptr<PostgresqlStatement> lock_all_;
+
+    Span span_ = Span::none;
+    bool making_;
+    std::deque<RowKey> keys_;
+    std::int64_t keys_to_draw_ = kKeysAtFirst;
+    std::vector<Parameter> with_key_;
+};
+
+}  // namespace
+
+std::unique_ptr<Engine> open_postgresql_company(const std::string& uri, const Catalog& catalog) {
+    return std::make_unique<PostgresqlEngine>(connect_to_company(uri, catalog), catalog, false);
+}
+
+std::unique_ptr<Engine> engine_of(CompanyInTheMaking& company, const Catalog& catalog) {
+    return std::make_unique<PostgresqlEngine>(company.take_connection(), catalog, true);
+}
+
+}  // namespace brimley::store

@@ -1,0 +1,92 @@
+// A connection that speaks in pipelines: statements are sent as they come and answered for together.
+//
+// send() waits for nothing. finish() waits for everything that was sent, and throws the first failure among
+// it; the server has run nothing of what stood behind that. Statements are prepared on the way, when they are
+// sent first.
+//
+//   send(BEGIN), send(INSERT), send(INSERT), send(SELECT), finish()   one journey to the server and back
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kernel/store/engine.h"
+#include "kernel/store/error.h"
+#include "kernel/store/postgresql/postgresql_handle.h"
+#include "kernel/store/postgresql/postgresql_values.h"
+
+namespace brimley::store {
+
+// Names of prepared statements that nobody uses any more, for the session to forget.
+using ForgottenNames = std::vector<std::string>;
+
+class PostgresqlStatement final : public EngineStatement {
+  public:
+    PostgresqlStatement(StatementText text, std::shared_ptr<ForgottenNames> forgotten);
+    ~PostgresqlStatement() override;
+    PostgresqlStatement(const PostgresqlStatement&) = delete;
+    PostgresqlStatement& operator=(const PostgresqlStatement&) = delete;
+
+    [[nodiscard]] const StatementText& text() const { return text_; }
+
+  private:
+    friend class PostgresqlSession;
+    StatementText text_;
+    std::vector<Oid> types_;
+    // The server's name for it; empty until it is prepared. Shared with the session while that waits.
+    std::shared_ptr<std::string> name_ = std::make_shared<std::string>();
+    std::shared_ptr<ForgottenNames> forgotten_;
+};
+
+class PostgresqlSession {
+  public:
+    // Takes over a connection that is set up, and may be within a transaction.
+    explicit PostgresqlSession(PostgresqlHandle connection);
+
+    [[nodiscard]] std::unique_ptr<PostgresqlStatement> prepare(StatementText text) const;
+
+    // Without parameters and rows.
+    [[nodiscard]] std::unique_ptr<PostgresqlStatement> command(std::string_view sql) const;
+
+    // Where the answer to a statement stands among those due.
+    using Place = std::size_t;
+    // Throws ErrorKind::lost, and ErrorKind::conversion for a value that cannot be sent; then nothing is.
+    Place send(PostgresqlStatement& statement, std::span<const Parameter> parameters = {});
+    // The answer wanted; without a place the last one.
+    PostgresqlResult finish();
+    PostgresqlResult finish(Place wanted);
+    // How many answers are due.
+    [[nodiscard]] std::size_t unanswered() const { return sent_.size(); }
+    // Lets the server begin with what was sent.
+    void hurry();
+
+    // As of the last finish():
+    [[nodiscard]] bool is_idle() const { return status_ == PQTRANS_IDLE; }
+    [[nodiscard]] bool has_failed_transaction() const { return status_ == PQTRANS_INERROR; }
+    [[nodiscard]] bool is_lost() const { return PQstatus(connection_.get()) == CONNECTION_BAD; }
+
+  private:
+    struct Sent {
+        // Of a statement being prepared: to be emptied when that fails.
+        std::shared_ptr<std::string> prepared_name;
+        bool must_meet_a_row = false;
+    };
+
+    void send_preparation(PostgresqlStatement& statement);
+    void forget_names();
+    void require_sent(int sent);
+    void send_sync();
+    // The answer to one statement. failure: the first one so far, put in here.
+    PostgresqlResult answer(const Sent& sent, std::unique_ptr<Error>& failure);
+
+    PostgresqlHandle connection_;
+    std::vector<Sent> sent_;
+    std::shared_ptr<ForgottenNames> forgotten_ = std::make_shared<ForgottenNames>();
+    std::int64_t names_given_ = 0;
+    PGTransactionStatusType status_;
+};
+
+}  // namespace brimley::store

@@ -1,0 +1,71 @@
+// The PostgreSQL server that the tests run on, when they are told to: companies for tests, each a database of
+// its own.
+//
+// BRIMLEY_TEST_SERVER names the file that tests/support/server-cluster has written. Without it the tests run
+// on files.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include <libpq-fe.h>
+
+namespace brimley::testing {
+
+[[nodiscard]] inline bool tests_run_on_server() { return std::getenv("BRIMLEY_TEST_SERVER") != nullptr; }
+
+// The URI of a database of the server.
+[[nodiscard]] inline std::string server_uri(const std::string& database) {
+    std::ifstream file(std::getenv("BRIMLEY_TEST_SERVER"));
+    std::string options;
+    if (!std::getline(file, options)) throw std::runtime_error("the tests' server has not been started");
+    return "postgresql:///" + database + "?" + options;
+}
+
+// Runs a statement past the store, as somebody who looks after the server would. The first cell of what it
+// gives, or nothing.
+inline std::string on_server(const std::string& uri, const std::string& sql) {
+    const std::unique_ptr<PGconn, decltype(&PQfinish)> server(PQconnectdb(uri.c_str()), &PQfinish);
+    const std::unique_ptr<PGresult, decltype(&PQclear)> result(PQexec(server.get(), sql.c_str()), &PQclear);
+    const ExecStatusType status = PQresultStatus(result.get());
+    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
+        throw std::runtime_error(sql + ": " + PQerrorMessage(server.get()));
+    return PQntuples(result.get()) > 0 ? PQgetvalue(result.get(), 0, 0) : "";
+}
+
+// A name for a database that no other test uses.
+[[nodiscard]] inline std::string free_database_name() {
+    static int number = 0;
+    return "test_" + std::to_string(::getpid()) + "_" + std::to_string(++number);
+}
+
+// A database that goes with the test. Declare it before what is open on it.
+class ServerDatabase {
+  public:
+    // None yet: a company makes it.
+    ServerDatabase() : name_(free_database_name()) {}
+    // A copy of another, on which nobody may be connected.
+    explicit ServerDatabase(const ServerDatabase* original) : ServerDatabase() {
+        on_server(server_uri("postgres"), "CREATE DATABASE " + name_ + " TEMPLATE " + original->name_);
+    }
+    ~ServerDatabase() {
+        on_server(server_uri("postgres"), "DROP DATABASE IF EXISTS " + name_ + " WITH (FORCE)");
+    }
+    ServerDatabase(const ServerDatabase&) = delete;
+    ServerDatabase& operator=(const ServerDatabase&) = delete;
+
+    [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] std::string uri() const { return server_uri(name_); }
+
+  private:
+    std::string name_;
+};
+
+}  // namespace brimley::testing
