@@ -4,8 +4,21 @@
 #include <QApplication>
 
 #include "desktop/theme.h"
+#include "support/temporary_folder.h"
+
+// What the toolkit's PDF view never gives back: its renderer with a thread, and the scroller of its viewport.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:QScroller::grabGesture\nleak:QPdfPageRenderer::setRenderMode\nleak:QThread::QThread\n"
+           "leak:QWaitCondition::QWaitCondition\n";
+}
 
 int main(int argc, char** argv) {
+    // No screen, and settings that nobody else has.
+    const brimley::testing::TemporaryFolder settings;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    for (const char* const name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+        qputenv(name, settings.file("").c_str());
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     brimley::desktop::use_fonts();
