@@ -1,5 +1,6 @@
 #include "bare_server_save.h"
 
+#include <fmt/format.h>
 #include <libpq-fe.h>
 
 #include <regex>
@@ -49,7 +50,7 @@ struct BareServerSave::Parts : BareRunner {
         std::vector<std::string> texts;
         for (const BareValue& value : values) {
             const auto* const text = std::get_if<std::string>(&value);
-            texts.push_back(text ? *text : std::to_string(std::get<double>(value)));
+            texts.push_back(text ? *text : fmt::format("{}", std::get<double>(value)));
         }
         send(("w" + std::to_string(statement)).c_str(), texts);
     }

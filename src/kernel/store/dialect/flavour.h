@@ -34,6 +34,9 @@ class Flavour {
                                                const std::string& divisor) const = 0;
     // What stands behind an ORDER BY term so that nulls are smallest.
     [[nodiscard]] virtual std::string nulls_first(bool descending) const = 0;
+    // A row key to order those rows by that meet a condition, so that the engine looks them up by the
+    // condition and not by walking the table in the order of its keys.
+    [[nodiscard]] virtual std::string key_order(const std::string& key) const = 0;
     // What stands behind the SELECT of a single row that is to be held until the transaction ends: a row that
     // somebody else holds is then none. Empty where a transaction that may write holds every row.
     [[nodiscard]] virtual std::string row_lock() const = 0;

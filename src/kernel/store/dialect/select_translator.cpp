@@ -171,8 +171,9 @@ std::string SelectTranslator::write_order(const Select& select, const Scope& sco
         sql += flavour_.nulls_first(term.descending);
     }
     // Rows that tie, and rows without any order, come as they were added.
+    const bool looked_up = select.order.empty() && !select.conditions.empty();
     for (const std::string& key : keys_of_all(scope))
-        sql += (sql.empty() ? "" : ", ") + key;
+        sql += (sql.empty() ? "" : ", ") + (looked_up ? flavour_.key_order(key) : key);
     return sql;
 }
 

@@ -100,11 +100,11 @@ FindTranslation Translator::find(const SelectTranslation& select, std::string_vi
     const std::string& key = scope.sources().front().row_keys.front();
     const std::string rows =
         fmt::format("SELECT {}, {} FROM {} WHERE {}", key, select.select_list, select.from, condition);
+    const std::string order = select.ordered ? select.order : flavour_.key_order(key);
     const std::vector<FieldType>& columns = select.rows.columns;
-    find.first = {fmt::format("{} ORDER BY {} LIMIT 1", rows, select.order), without_key, true, columns};
-    find.first_after = {
-        fmt::format("{} AND {} > {} ORDER BY {} LIMIT 1", rows, key, key_parameter, select.order),
-        parameters.kinds(), true, columns};
+    find.first = {fmt::format("{} ORDER BY {} LIMIT 1", rows, order), without_key, true, columns};
+    find.first_after = {fmt::format("{} AND {} > {} ORDER BY {} LIMIT 1", rows, key, key_parameter, order),
+                        parameters.kinds(), true, columns};
     find.keys = {
         fmt::format("SELECT {} FROM {} WHERE {}", key, select.from, condition), without_key, true, {}};
     find.at_key = {fmt::format("{} AND {} = {}", rows, key, key_parameter), parameters.kinds(), true,

@@ -54,6 +54,10 @@ std::string PostgresqlFlavour::nulls_first(bool descending) const {
     return descending ? " NULLS LAST" : " NULLS FIRST";
 }
 
+// With a LIMIT behind it, PostgreSQL would rather walk the keys and try every row than sort the few that an
+// index finds.
+std::string PostgresqlFlavour::key_order(const std::string& key) const { return "(" + key + " + 0)"; }
+
 std::string PostgresqlFlavour::row_lock() const { return " FOR UPDATE SKIP LOCKED"; }
 
 bool PostgresqlFlavour::draws_keys() const { return true; }

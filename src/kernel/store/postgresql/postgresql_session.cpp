@@ -70,8 +70,6 @@ PostgresqlSession::Place PostgresqlSession::send(PostgresqlStatement& statement,
     return sent_.size() - 1;
 }
 
-void PostgresqlSession::hurry() { (void)PQflush(connection_.get()); }
-
 PostgresqlResult PostgresqlSession::answer(const Sent& sent, std::unique_ptr<Error>& failure) {
     PostgresqlResult last;
     while (PostgresqlResult result{PQgetResult(connection_.get())}) {

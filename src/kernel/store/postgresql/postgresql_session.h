@@ -60,8 +60,6 @@ class PostgresqlSession {
     PostgresqlResult finish(Place wanted);
     // How many answers are due.
     [[nodiscard]] std::size_t unanswered() const { return sent_.size(); }
-    // Lets the server begin with what was sent.
-    void hurry();
 
     // As of the last finish():
     [[nodiscard]] bool is_idle() const { return status_ == PQTRANS_IDLE; }
@@ -78,7 +76,6 @@ class PostgresqlSession {
     void send_preparation(PostgresqlStatement& statement);
     void forget_names();
     void require_sent(int sent);
-    void send_sync();
     // The answer to one statement. failure: the first one so far, put in here.
     PostgresqlResult answer(const Sent& sent, std::unique_ptr<Error>& failure);
 

@@ -40,6 +40,8 @@ std::string SqliteFlavour::quotient(const std::string& dividend, const std::stri
 // Nulls are smallest in SQLite by themselves.
 std::string SqliteFlavour::nulls_first(bool) const { return {}; }
 
+std::string SqliteFlavour::key_order(const std::string& key) const { return key; }
+
 std::string SqliteFlavour::row_lock() const { return {}; }
 
 bool SqliteFlavour::draws_keys() const { return false; }

@@ -18,6 +18,7 @@ class SqliteFlavour final : public dialect::Flavour {
     [[nodiscard]] std::string quotient(const std::string& dividend,
                                        const std::string& divisor) const override;
     [[nodiscard]] std::string nulls_first(bool descending) const override;
+    [[nodiscard]] std::string key_order(const std::string& key) const override;
     [[nodiscard]] std::string row_lock() const override;
     [[nodiscard]] bool draws_keys() const override;
     [[nodiscard]] std::string name(std::string_view name) const override;
