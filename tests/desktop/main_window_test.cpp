@@ -18,7 +18,7 @@ class Host : public ::testing::Test {
   protected:
     void SetUp() override {
         QSettings("Brimley", "Brimley AP").clear();
-        std::filesystem::copy_file(sample_original(), path);
+        sample_original().copy_to(path);
         options.user = "anna";
         window = std::make_unique<desktop::MainWindow>(options);
         window->desk().on_box = [this](QMessageBox& box) {
