@@ -58,7 +58,8 @@ void describe_host_options(CLI::App& app, HostOptions& options) {
         ->capture_default_str();
     app.add_option("--company-name", options.company_name, "company name shown on reports")
         ->type_name("TEXT");
-    app.add_option("--path", options.path, "install folder; else that of the company file, or the current one")
+    app.add_option("--path", options.path,
+                   "install folder; else that of the company file, or the current one")
         ->type_name("DIR");
 }
 
