@@ -73,9 +73,14 @@ endfunction()
 # brimley_server_test(NAME LEFT_OUT): the program once more, its companies on the tests' server, without the cases that only hold
 # for files.
 function(brimley_server_test name left_out)
+    # The engine itself is looked at by the sanitizers in the tests of the store; the rest is theirs on files.
+    set(label)
+    if(NOT name MATCHES "^(store|server)_tests$")
+        set(label LABELS plain)
+    endif()
     set(on_server FIXTURES_REQUIRED server ENVIRONMENT BRIMLEY_TEST_SERVER=${BRIMLEY_TEST_SERVER})
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX server. TEST_FILTER "-Night/*:${left_out}"
-        TEST_LIST ${name}_on_server PROPERTIES TIMEOUT 120 ${on_server})
+        TEST_LIST ${name}_on_server PROPERTIES TIMEOUT 120 ${label} ${on_server})
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX server. TEST_FILTER Night/* NO_PRETTY_VALUES
         TEST_LIST ${name}_on_server_night PROPERTIES TIMEOUT 1800 LABELS night ${on_server})
 endfunction()

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -32,9 +33,20 @@ std::int64_t whole_number(double number, std::int64_t least, std::int64_t most) 
 constexpr int kWholeDigitsMax = 13;
 constexpr double kAmountsEnd = 1e13 - 0.005;
 
+// At least three, for a whole number.
+static std::string digits_of(double whole) {
+    if (!(whole < kAmountsEnd * 100)) return fmt::format("{:03.0f}", whole);
+    std::array<char, 20> digits{'0', '0'};
+    const bool short_of_three = whole < 100;
+    char* const begin = digits.data() + (short_of_three ? (whole < 10 ? 2 : 1) : 0);
+    const auto [end, error] =
+        std::to_chars(begin, digits.data() + digits.size(), static_cast<std::int64_t>(whole));
+    return {digits.data(), error == std::errc{} ? end : begin};
+}
+
 std::string format_money(double value) {
     const double cents = std::round(value * 100.0);
-    const std::string digits = fmt::format("{:03.0f}", std::fabs(cents));
+    const std::string digits = digits_of(std::fabs(cents));
     const std::string whole = digits.substr(0, digits.size() - 2);
     std::string text = cents < 0 ? "-" : "";
     for (std::size_t i = 0; i < whole.size(); ++i) {

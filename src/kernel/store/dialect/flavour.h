@@ -37,6 +37,9 @@ class Flavour {
     // A row key to order those rows by that meet a condition, so that the engine looks them up by the
     // condition and not by walking the table in the order of its keys.
     [[nodiscard]] virtual std::string key_order(const std::string& key) const = 0;
+    // Whether rows come while the engine finds them, so that the reader may stop and a limit only costs. Else
+    // a statement says how many rows it wants.
+    [[nodiscard]] virtual bool rows_come_singly() const = 0;
     // What stands behind the SELECT of a single row that is to be held until the transaction ends: a row that
     // somebody else holds is then none. Empty where a transaction that may write holds every row.
     [[nodiscard]] virtual std::string row_lock() const = 0;

@@ -221,7 +221,7 @@ void SelectTranslator::write_keyed(SelectTranslation& result, std::string_view k
     result.first_row = result.rows;
     result.first_row.sql += " LIMIT 1";
     result.head = result.rows;
-    result.head.sql += fmt::format(" LIMIT {}", kHeadRows);
+    if (!flavour_.rows_come_singly()) result.head.sql += fmt::format(" LIMIT {}", kHeadRows);
     result.by_key = result.rows;
     result.by_key.parameters = result.outer_kinds;
     result.by_key.parameters.push_back(ParameterKind::row_key);

@@ -58,6 +58,8 @@ std::string PostgresqlFlavour::nulls_first(bool descending) const {
 // index finds.
 std::string PostgresqlFlavour::key_order(const std::string& key) const { return "(" + key + " + 0)"; }
 
+bool PostgresqlFlavour::rows_come_singly() const { return false; }
+
 std::string PostgresqlFlavour::row_lock() const { return " FOR UPDATE SKIP LOCKED"; }
 
 bool PostgresqlFlavour::draws_keys() const { return true; }

@@ -42,6 +42,8 @@ std::string SqliteFlavour::nulls_first(bool) const { return {}; }
 
 std::string SqliteFlavour::key_order(const std::string& key) const { return key; }
 
+bool SqliteFlavour::rows_come_singly() const { return true; }
+
 std::string SqliteFlavour::row_lock() const { return {}; }
 
 bool SqliteFlavour::draws_keys() const { return false; }

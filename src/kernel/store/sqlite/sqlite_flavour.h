@@ -19,6 +19,7 @@ class SqliteFlavour final : public dialect::Flavour {
                                        const std::string& divisor) const override;
     [[nodiscard]] std::string nulls_first(bool descending) const override;
     [[nodiscard]] std::string key_order(const std::string& key) const override;
+    [[nodiscard]] bool rows_come_singly() const override;
     [[nodiscard]] std::string row_lock() const override;
     [[nodiscard]] bool draws_keys() const override;
     [[nodiscard]] std::string name(std::string_view name) const override;
