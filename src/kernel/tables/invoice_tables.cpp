@@ -28,7 +28,7 @@ store::Table ap_header_table() {
         .text({"Month", "Year"})
         .ordered_by({"fkey"})
         .index({"fkey"})
-        .index({"docno", "company"})
+        .index({"docno"})
         .index({"doctype", "fully_paid", "void", "docno"})
         .index({"recurno"})
         .index({"invoice_no"})
@@ -61,8 +61,8 @@ store::Table ap_transaction_table() {
     // Only generated invoices bear these; userid and form_name stand for user_created and source_form there.
     table.date({"gldate"}).text({"Month", "Year", "userid", "form_name"});
     return table.ordered_by({"fkey", "pay_item"})
-        .index({"fkey", "pay_item"})
-        .index({"docno", "company", "pay_item"})
+        .index({"fkey"})
+        .index({"docno"})
         .index({"vendor_no", "paid", "void", "hold"})
         .index({"Currency", "paid"})
         .index({"invoice_no"});
