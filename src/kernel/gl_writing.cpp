@@ -6,8 +6,6 @@
 
 namespace brimley::kernel {
 
-using store::quoted;
-
 std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company, const std::string& fyear,
                                        ModuleG3::TooLongMessage too_long) {
     const auto numbers = kernel.get_next_number(company, "gl", fyear);
@@ -30,7 +28,7 @@ void GlLineWriter::open_balances() {
 }
 
 bool GlLineWriter::find_account(std::string_view accno) {
-    account_rows_.FindFirst(fmt::format("[accno] = {}", quoted(accno)));
+    account_rows_.FindFirst(store::all_equal({{"accno", accno}}));
     return !account_rows_.NoMatch();
 }
 

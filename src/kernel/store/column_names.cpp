@@ -7,9 +7,9 @@
 namespace brimley::store {
 
 ColumnNames::ColumnNames(std::vector<std::string> names)
-    : names_(std::move(names)), slots_(std::bit_ceil(names_.size() * 2 + 1)) {
+    : names_(std::move(names)), slots_(std::bit_ceil(names_.size() * 2 + 1)), next_(names_.size() + 1, -1) {
     for (std::size_t column = 0; column < names_.size(); ++column) {
-        if (find(names_[column]) >= 0) continue;
+        if (look_up(names_[column]) >= 0) continue;
         const std::uint32_t hash = name_hash(names_[column]);
         std::size_t at = hash & (slots_.size() - 1);
         while (slots_[at].column_plus_one != 0)
@@ -20,6 +20,17 @@ ColumnNames::ColumnNames(std::vector<std::string> names)
 
 int ColumnNames::find(std::string_view name) const {
     if (slots_.empty()) return -1;
+    int& next = next_[static_cast<std::size_t>(last_)];
+    if (next < 0 || names_[static_cast<std::size_t>(next)] != name) {
+        const int column = look_up(name);
+        if (column < 0) return -1;
+        next = column;
+    }
+    last_ = next;
+    return last_;
+}
+
+int ColumnNames::look_up(std::string_view name) const {
     const std::uint32_t hash = name_hash(name);
     for (std::size_t at = hash & (slots_.size() - 1); slots_[at].column_plus_one != 0;
          at = (at + 1) & (slots_.size() - 1)) {

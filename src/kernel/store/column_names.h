@@ -27,8 +27,14 @@ class ColumnNames {
         std::uint32_t hash = 0;
         std::uint32_t column_plus_one = 0;
     };
+    [[nodiscard]] int look_up(std::string_view name) const;
+
     std::vector<std::string> names_;
     std::vector<Slot> slots_;
+    // Row after row the same fields are asked for in the same order: which column came after which, -1 none
+    // yet, and the one that was found last.
+    mutable std::vector<int> next_;
+    mutable int last_ = 0;
 };
 
 }  // namespace brimley::store

@@ -48,6 +48,7 @@ Connection::Connection(std::unique_ptr<Engine> engine, const Catalog& catalog, s
       engine_(std::move(engine)),
       translator_(catalog, engine_->flavour()),
       selects_(kPlansMax),
+      constant_selects_(kPlansMax),
       changes_(kPlansMax) {}
 
 Connection::~Connection() {
@@ -55,10 +56,17 @@ Connection::~Connection() {
 }
 
 std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
+    if (auto known = constant_selects_.find(query)) {
+        literals_.clear();
+        return known;
+    }
     dialect::take_shape(query, shape_, literals_);
-    if (auto known = selects_.find(shape_)) return known;
-    auto plan = std::make_shared<SelectPlan>(translator_.select(query));
-    selects_.add(shape_, plan);
+    auto plan = selects_.find(shape_);
+    if (!plan) {
+        plan = std::make_shared<SelectPlan>(translator_.select(query));
+        selects_.add(shape_, plan);
+    }
+    if (literals_.empty()) constant_selects_.add(query, plan);
     return plan;
 }
 

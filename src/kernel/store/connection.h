@@ -92,6 +92,7 @@ class Connection {
     dialect::Translator translator_;
 
     LruCache<SelectPlan> selects_;
+    LruCache<SelectPlan> constant_selects_;  // by their whole text, which holds no values
     LruCache<ChangePlan> changes_;
     std::unordered_map<const Table*, TablePlan> tables_;
     // The same SQL may come from texts of different shape.

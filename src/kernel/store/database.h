@@ -26,11 +26,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "kernel/store/catalog.h"
 #include "kernel/store/error.h"
@@ -211,6 +213,10 @@ using CompanyFiller = std::function<void(Database&)>;
 // that the dialect never accepts, so that the query fails as a broken text does and can never mean anything
 // else. Write it store::quoted: for a std::string the bare name finds the standard library's own.
 [[nodiscard]] std::string quoted(std::string_view value);
+// Criteria that each field holds its value: "[accno] = '1300' and [company] = '1'", the values as by
+// quoted().
+[[nodiscard]] std::string all_equal(
+    std::initializer_list<std::pair<std::string_view, std::string_view>> fields);
 // Datevalue('Jan 15, 2026') for a query text.
 [[nodiscard]] std::string date_value(DateTime date);
 

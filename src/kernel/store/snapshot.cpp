@@ -15,7 +15,7 @@ Snapshot::Snapshot(Connection& connection, std::shared_ptr<SelectPlan> plan,
         rows_.append(row_);
         return true;
     });
-    go(0);
+    if (rows_.size() > 1) go(0);  // a single row is at hand already
 }
 
 void Snapshot::go(std::int64_t row) {

@@ -74,11 +74,38 @@ OpenCompany create_company(const std::string& company, const Catalog& catalog, c
                                  : create_file(company, catalog, fill);
 }
 
-std::string quoted(std::string_view value) {
-    if (value.find('\'') != std::string_view::npos) return {dialect::kBrokenValue};
-    std::string text = "'";
+namespace {
+
+void append_quoted(std::string& text, std::string_view value) {
+    if (value.find('\'') != std::string_view::npos) {
+        text += dialect::kBrokenValue;
+        return;
+    }
+    text += '\'';
     text += value;
-    return text += '\'';
+    text += '\'';
+}
+
+}  // namespace
+
+std::string quoted(std::string_view value) {
+    std::string text;
+    append_quoted(text, value);
+    return text;
+}
+
+std::string all_equal(std::initializer_list<std::pair<std::string_view, std::string_view>> fields) {
+    constexpr std::size_t kUsualLength = 128;
+    std::string text;
+    text.reserve(kUsualLength);
+    for (const auto& [field, value] : fields) {
+        if (!text.empty()) text += " and ";
+        text += '[';
+        text += field;
+        text += "] = ";
+        append_quoted(text, value);
+    }
+    return text;
 }
 
 std::string date_value(DateTime date) { return "Datevalue('" + date.query_text() + "')"; }
