@@ -12,7 +12,6 @@ namespace brimley::kernel {
 
 namespace {
 
-using store::all_equal;
 using store::quoted;
 using store::Recordset;
 
@@ -82,7 +81,7 @@ const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {
 bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
     period_rows.FindFirst(
-        all_equal({{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}}));
+        {{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (period_rows.NoMatch()) {
         tell(fmt::format("Error : No Retained Earning account {} in Account Balance Period.",
                          Current_Earnings_accno_));
@@ -100,11 +99,11 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
     bool posted = false;
     carry_on(passed_over_, "post_balance_period", [&] {
         const std::string& accno = line.account.accno;
-        period_rows.FindFirst(all_equal({{"fyear", line.fyear},
-                                         {"company", line.company},
-                                         {"ledgertype", line.ledgertype},
-                                         {"accno", accno},
-                                         {"currency", line.Currency}}));
+        period_rows.FindFirst({{"fyear", line.fyear},
+                               {"company", line.company},
+                               {"ledgertype", line.ledgertype},
+                               {"accno", accno},
+                               {"currency", line.Currency}});
         if (period_rows.NoMatch()) {
             tell(fmt::format("No account {} in fiscal year {}", accno, line.fyear));
             return;
@@ -115,8 +114,8 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
         columns.base.add(period_rows, line.period, line.base_amount);
         period_rows.Update();
         if (line.ledgertype == "F") {
-            period_rows.FindFirst(all_equal(
-                {{"fyear", line.fyear}, {"company", line.company}, {"ledgertype", "A"}, {"accno", accno}}));
+            period_rows.FindFirst(
+                {{"fyear", line.fyear}, {"company", line.company}, {"ledgertype", "A"}, {"accno", accno}});
             if (!period_rows.NoMatch()) {
                 period_rows.Edit();
                 columns.plain.add(period_rows, line.period, line.base_amount);

@@ -8,7 +8,6 @@ namespace brimley::kernel {
 
 namespace {
 
-using store::all_equal;
 using store::quoted;
 using store::Recordset;
 
@@ -28,7 +27,7 @@ bool edit_with_retry(Recordset& rows, Outside& outside) {
 // A caller that has just written a line of the account stands on it already.
 bool stand_on_account(Recordset& account_rows, const std::string& accno) {
     if (!account_rows.at_eof() && account_rows.text("accno") == accno) return true;
-    account_rows.FindFirst(all_equal({{"accno", accno}}));
+    account_rows.FindFirst({{"accno", accno}});
     return !account_rows.NoMatch();
 }
 
@@ -59,10 +58,10 @@ bool ModuleG3::resolve_current_earnings() {
 }
 
 bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
-    balance_rows.FindFirst(all_equal({{"company", line.company},
-                                      {"ledgertype", line.ledgertype},
-                                      {"accno", line.account.accno},
-                                      {"currency", line.Currency}}));
+    balance_rows.FindFirst({{"company", line.company},
+                            {"ledgertype", line.ledgertype},
+                            {"accno", line.account.accno},
+                            {"currency", line.Currency}});
     if (balance_rows.NoMatch()) {
         tell_missing_balance(line);
         return false;
@@ -78,7 +77,7 @@ bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
 // kept here.
 bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    balance_rows.FindFirst(all_equal({{"company", line.company}, {"accno", Current_Earnings_accno_}}));
+    balance_rows.FindFirst({{"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (balance_rows.NoMatch()) {
         tell(fmt::format("Error : No Current Retained Earning account {} in Account Balance",
                          Current_Earnings_accno_));
@@ -101,8 +100,7 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
             return;
         }
         if (line.ledgertype == "F") {
-            balance_rows.FindFirst(
-                all_equal({{"company", line.company}, {"ledgertype", "A"}, {"accno", accno}}));
+            balance_rows.FindFirst({{"company", line.company}, {"ledgertype", "A"}, {"accno", accno}});
             if (balance_rows.NoMatch()) {
                 tell(fmt::format("Error! {} does not exist in Balance", accno));
                 return;

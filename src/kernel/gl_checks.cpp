@@ -11,7 +11,7 @@ bool ModuleG3::check_gl_document(store::Recordset& gl_lines, store::Recordset& a
     std::vector<CheckedLine> lines;
     for (gl_lines.MoveFirst(); !gl_lines.at_eof(); gl_lines.MoveNext()) {
         const std::string accno = gl_lines.text("accno");
-        account_rows.FindFirst(store::all_equal({{"accno", accno}}));
+        account_rows.FindFirst({{"accno", accno}});
         if (account_rows.NoMatch()) return false;
         lines.push_back({accno, gl_lines.number("base_amount"), account_rows.flag("debit"),
                          account_rows.flag("inactive")});
@@ -49,7 +49,7 @@ bool ModuleG3::account_currency_exists(std::string_view accno, std::string_view 
 bool ModuleG3::add_account_currency(std::string_view accno, std::string_view currency) {
     if (accno.empty()) return false;
     auto rows = change(fmt::format("SELECT * FROM Account_currency_table WHERE accno = {}", quoted(accno)));
-    rows.FindFirst(store::all_equal({{"currency", currency}}));
+    rows.FindFirst({{"currency", currency}});
     if (rows.NoMatch()) {
         if (!create_foreign_balance_rows(accno, currency)) return false;
         rows.AddNew();

@@ -28,7 +28,7 @@ void GlLineWriter::open_balances() {
 }
 
 bool GlLineWriter::find_account(std::string_view accno) {
-    account_rows_.FindFirst(store::all_equal({{"accno", accno}}));
+    account_rows_.FindFirst({{"accno", accno}});
     return !account_rows_.NoMatch();
 }
 

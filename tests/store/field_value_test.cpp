@@ -107,6 +107,25 @@ TEST_F(FieldValue, FieldThatTheQueryDoesNotNameCanBeSetButNotRead) {
     EXPECT_EQ(stored.field("docno"), Value("IP-26-1"));
 }
 
+TEST_F(FieldValue, RowIsFoundByFieldsAsByTheirCriteria) {
+    Recordset rows = company_.dynaset("SELECT * FROM Line_table");
+    for (const char* const fkey : {"1ip-1", "1ip-2"}) {
+        rows.AddNew();
+        rows.set("fkey", fkey);
+        rows.set("lineno", 7);
+        rows.Update();
+    }
+    for (const store::RecordsetKind kind : {store::RecordsetKind::dynaset, store::RecordsetKind::snapshot}) {
+        Recordset found = company_.db().OpenRecordset("SELECT * FROM Line_table", kind);
+        found.FindFirst({{"lineno", "7"}, {"FKEY", "1ip-2"}});
+        EXPECT_FALSE(found.NoMatch());
+        EXPECT_EQ(found.field("fkey"), Value("1ip-2"));
+        found.FindFirst({{"lineno", "7"}, {"FKEY", "1ip-3"}});
+        EXPECT_TRUE(found.NoMatch());
+        expect_error(ErrorKind::syntax, [&] { found.FindFirst({{"fkey", "1'ip"}}); });
+    }
+}
+
 TEST_F(FieldValue, FieldThatTheQueryRenamesIsSetInItsColumn) {
     Recordset rows = company_.dynaset("SELECT fkey AS document FROM Line_table WHERE 1 = 2");
     rows.AddNew();

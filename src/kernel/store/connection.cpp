@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kernel/store/database.h"
 #include "kernel/store/dialect/evaluator.h"
 
 namespace brimley::store {
@@ -80,6 +81,22 @@ std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, std::string_
     plan->keys.text = plan->translation.keys;
     plan->at_key.text = plan->translation.at_key;
     select.finds.add(shape_, plan);
+    return plan;
+}
+
+std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, FieldValues fields) {
+    shape_.clear();
+    for (const auto& [field, value] : fields)
+        shape_.append(field) += '=';
+    auto plan = select.finds_of_fields.find(shape_);
+    if (!plan) {
+        const std::string names = shape_;
+        plan = find_plan(select, all_equal(fields));
+        select.finds_of_fields.add(names, plan);
+    }
+    literals_.clear();
+    for (const auto& [field, value] : fields)
+        literals_.push_back({true, value});
     return plan;
 }
 

@@ -41,6 +41,8 @@ class Connection {
     [[nodiscard]] std::shared_ptr<SelectPlan> select_plan(std::string_view query);
     // For the table of a query that has one.
     [[nodiscard]] std::shared_ptr<FindPlan> find_plan(SelectPlan& select, std::string_view criteria);
+    // The values become the literals.
+    [[nodiscard]] std::shared_ptr<FindPlan> find_plan(SelectPlan& select, FieldValues fields);
     [[nodiscard]] std::shared_ptr<FilterPlan> filter_plan(SelectPlan& select, std::string_view criteria);
     [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
     [[nodiscard]] std::span<const dialect::Literal> literals() const { return literals_; }

@@ -26,13 +26,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "kernel/store/catalog.h"
 #include "kernel/store/error.h"
@@ -92,6 +90,8 @@ class Recordset {
     // [company] = 1"). No match: NoMatch() is true and the current row stays. FindNext goes on behind the
     // current row with the criteria it is given.
     void FindFirst(std::string_view criteria);
+    // FindFirst(all_equal(fields)) without the detour through a text.
+    void FindFirst(FieldValues fields);
     void FindNext(std::string_view criteria);
     [[nodiscard]] bool NoMatch() const;
 
@@ -215,8 +215,7 @@ using CompanyFiller = std::function<void(Database&)>;
 [[nodiscard]] std::string quoted(std::string_view value);
 // Criteria that each field holds its value: "[accno] = '1300' and [company] = '1'", the values as by
 // quoted().
-[[nodiscard]] std::string all_equal(
-    std::initializer_list<std::pair<std::string_view, std::string_view>> fields);
+[[nodiscard]] std::string all_equal(FieldValues fields);
 // Datevalue('Jan 15, 2026') for a query text.
 [[nodiscard]] std::string date_value(DateTime date);
 

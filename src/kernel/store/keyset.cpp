@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "kernel/store/database.h"
+
 namespace brimley::store {
 
 namespace {
@@ -205,7 +207,18 @@ void Keyset::append(RowKey key) {
 }
 
 bool Keyset::find(std::string_view criteria, bool onward) {
-    Search search{connection_.find_plan(*plan_, criteria), {}};
+    return find_planned(connection_.find_plan(*plan_, criteria), onward);
+}
+
+bool Keyset::find_equal(FieldValues fields) {
+    // What no text can hold is refused as in a text.
+    const auto broken = [](const auto& field) { return field.second.find('\'') != std::string_view::npos; };
+    if (std::ranges::any_of(fields, broken)) return find(all_equal(fields), false);
+    return find_planned(connection_.find_plan(*plan_, fields), false);
+}
+
+bool Keyset::find_planned(std::shared_ptr<FindPlan> plan, bool onward) {
+    Search search{std::move(plan), {}};
     search.parameters.add(outer_);
     search.parameters.add(search.plan->translation.literals, connection_.literals());
     if (onward && !current()) return false;

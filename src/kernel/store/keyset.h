@@ -31,6 +31,7 @@ class Keyset final : public RecordSource {
     void move_last() override;
     void move_next() override;
     [[nodiscard]] bool find(std::string_view criteria, bool onward) override;
+    [[nodiscard]] bool find_equal(FieldValues fields) override;
     [[nodiscard]] const Row* current() override;
     [[nodiscard]] std::int64_t place() override;
     void go_to(std::int64_t place) override;
@@ -70,6 +71,7 @@ class Keyset final : public RecordSource {
     }
     [[nodiscard]] dialect::BoundParameters parameters_of(RowKey key) const;
 
+    [[nodiscard]] bool find_planned(std::shared_ptr<FindPlan> plan, bool onward);
     struct Search;
     [[nodiscard]] bool find_in_table(Search& search, bool onward);
     [[nodiscard]] bool find_key_by_key(Search& search, std::ptrdiff_t from);

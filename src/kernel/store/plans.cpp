@@ -25,6 +25,7 @@ SelectPlan::SelectPlan(dialect::SelectTranslation made)
       by_key{translation.by_key},
       held_row{translation.held_row},
       finds(kFindsMax),
+      finds_of_fields(kFindsMax),
       filters(kFindsMax) {}
 
 ChangePlan::ChangePlan(dialect::ChangeTranslation made)

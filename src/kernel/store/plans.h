@@ -42,6 +42,7 @@ struct SelectPlan {
     PlannedStatement by_key;
     PlannedStatement held_row;
     LruCache<FindPlan> finds;
+    LruCache<FindPlan> finds_of_fields;  // by the names of the fields that are to hold a value
     LruCache<FilterPlan> filters;
 };
 

@@ -21,6 +21,8 @@ class RecordSource {
     // Makes the first row that meets the criteria current; onward: the first behind the current one. False
     // and nothing changed when there is none.
     [[nodiscard]] virtual bool find(std::string_view criteria, bool onward) = 0;
+    // The first row in which each field holds its value.
+    [[nodiscard]] virtual bool find_equal(FieldValues fields) = 0;
     // Null when no row is current.
     [[nodiscard]] virtual const Row* current() = 0;
     // What a Bookmark holds: -1 when no row is current.

@@ -46,6 +46,8 @@ void Recordset::FindFirst(std::string_view criteria) {
     with_text(criteria, [&] { state().no_match = !state().moving().find(criteria, false); });
 }
 
+void Recordset::FindFirst(FieldValues fields) { state().no_match = !state().moving().find_equal(fields); }
+
 void Recordset::FindNext(std::string_view criteria) {
     with_text(criteria, [&] { state().no_match = !state().moving().find(criteria, true); });
 }

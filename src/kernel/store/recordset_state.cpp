@@ -168,8 +168,9 @@ void Recordset::State::set(int column, const Value& value) {
 
 void Recordset::State::set_numbers(std::span<const int> columns, std::span<const double> numbers) {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
+    const std::vector<Field>& fields = require_table().fields;
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (field_of(columns[i]).type != FieldType::number || !std::isfinite(numbers[i])) {
+        if (fields[place_of_field(columns[i])].type != FieldType::number || !std::isfinite(numbers[i])) {
             set(columns[i], numbers[i]);
             continue;
         }

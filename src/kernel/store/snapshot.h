@@ -5,6 +5,7 @@
 #include <span>
 
 #include "kernel/store/connection.h"
+#include "kernel/store/database.h"
 #include "kernel/store/record_source.h"
 
 namespace brimley::store {
@@ -21,6 +22,7 @@ class Snapshot final : public RecordSource {
     void move_last() override { go(rows_.size() - 1); }
     void move_next() override { go(at_ + 1); }
     [[nodiscard]] bool find(std::string_view criteria, bool onward) override;
+    [[nodiscard]] bool find_equal(FieldValues fields) override { return find(all_equal(fields), false); }
     [[nodiscard]] const Row* current() override { return at_eof() ? nullptr : &row_; }
     [[nodiscard]] std::int64_t place() override { return at_eof() ? -1 : at_; }
     void go_to(std::int64_t place) override;

@@ -8,9 +8,11 @@
 
 #include <compare>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace brimley::store {
@@ -86,6 +88,9 @@ class Value {
   private:
     std::variant<std::monostate, std::string, double, bool, DateTime> held_;
 };
+
+// Fields and what they are to hold, as texts.
+using FieldValues = std::initializer_list<std::pair<std::string_view, std::string_view>>;
 
 // Shortest decimal text that reads back as the same double, never in exponent form below 1e15: "3", "12.35",
 // "-0.5". A negative zero is "0".

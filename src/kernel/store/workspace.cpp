@@ -94,7 +94,7 @@ std::string quoted(std::string_view value) {
     return text;
 }
 
-std::string all_equal(std::initializer_list<std::pair<std::string_view, std::string_view>> fields) {
+std::string all_equal(FieldValues fields) {
     constexpr std::size_t kUsualLength = 128;
     std::string text;
     text.reserve(kUsualLength);
