@@ -61,11 +61,11 @@ function(brimley_test_program name folder)
     target_precompile_headers(${name} REUSE_FROM brimley_test_precompiled)
 endfunction()
 
-# brimley_test(NAME FOLDER room...): the same, every case a test on files.
+# brimley_test(NAME FOLDER room...): the same, every case a test on files but those that bear OnAServer in their names.
 function(brimley_test name folder)
     brimley_test_program(${name} ${folder} ${ARGN})
     # What only the night run has time for stands in suites instantiated as "Night".
-    gtest_discover_tests(${name} TEST_FILTER -Night/* DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+    gtest_discover_tests(${name} TEST_FILTER -Night/*:*OnAServer* DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
     gtest_discover_tests(${name} TEST_FILTER Night/* TEST_LIST ${name}_night NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT 600 LABELS night)
 endfunction()

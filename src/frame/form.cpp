@@ -52,7 +52,23 @@ Refusal Form::press(int id) {
     const controls::Command* pressed = bars_.find(id);
     if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
     CommandBars1_Execute(id);
+    tell_of_connection();
     return Refusal::none;
+}
+
+store::ConnectionState Form::connection_state() const {
+    return context_.dbe ? context_.dbe->connection_state() : store::ConnectionState::good;
+}
+
+void Form::tell_of_connection() {
+    switch (connection_state()) {
+        case store::ConnectionState::good:
+            return;
+        case store::ConnectionState::lost:
+            return tell(kLostMessage);
+        case store::ConnectionState::in_doubt:
+            return tell(kInDoubtMessage);
+    }
 }
 
 Mode Form::mode() const {

@@ -38,6 +38,13 @@ struct FormIdentity {
     const char* help_file;   // "\Help\AP Invoice Entry Help.pdf"
 };
 
+// Told at the end of every command while the connection of the company is gone. What was being saved is not
+// tried again.
+inline constexpr const char* kLostMessage = "The connection to the company is lost. Open the company again.";
+inline constexpr const char* kInDoubtMessage =
+    "The connection to the company was lost during a save, and it is not known whether that was stored. "
+    "Open the company again and look before you enter it once more.";
+
 class Form : public std::enable_shared_from_this<Form> {
   public:
     Form(const FormIdentity& identity, HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
@@ -100,6 +107,10 @@ class Form : public std::enable_shared_from_this<Form> {
     void read_rights() { kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, rights_); }
     void notify(const std::string& formx, const std::string& docnox = {}, const std::string& arg2 = {});
     void tell(const std::string& text) { desk_.message(text); }
+    // Of an act that was not stored. When nobody knows whether it was, the command's end tells that instead.
+    void tell_failure(const std::string& text) {
+        if (connection_state() != store::ConnectionState::in_doubt) tell(text);
+    }
     [[nodiscard]] bool ask(const std::string& text, const std::string& title = {}) {
         return desk_.question(text, title);
     }
@@ -136,6 +147,8 @@ class Form : public std::enable_shared_from_this<Form> {
     presentation::Palette palette_{};
 
   private:
+    [[nodiscard]] store::ConnectionState connection_state() const;
+    void tell_of_connection();
     void about();
     void paint_even_rows(bool flag, controls::Grid& grid);
 

@@ -146,12 +146,13 @@ bool APform_invoice::insert_new_record() {
         document && in_transaction("insert_new_record", [&] { return write_new_document(*document); });
     if (saved) {
         get_list_open_doc();  // it has one document more
+        tell("Add new " + kind + " complete");
     } else {
         txtdocno.set(frame::kNewDocno);
         txtfkey.set("");
         txtglfkey.set("");
+        tell_failure("Add new " + kind + " failed");
     }
-    tell("Add new " + kind + (saved ? " complete" : " failed"));
     return saved;
 }
 

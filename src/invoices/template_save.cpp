@@ -84,7 +84,10 @@ std::optional<APform_invoice::CheckedTemplate> APform_invoice::validate_template
 }
 
 // --- writing ---
+// A failure that is foreseen has its own message, or none. What the store has refused, such as a quote in an
+// account or a letter that it cannot keep, is told in its own words.
 bool APform_invoice::insert_new_recurring() {
+    const std::int64_t failures = has_database() ? kernel().passed_over().count() : 0;
     std::optional<CheckedTemplate> checked;
     if (step("validate_template", [&] { checked = validate_template(); }) && !checked) return false;
     const bool saved =
@@ -96,6 +99,8 @@ bool APform_invoice::insert_new_recurring() {
         txtdocno.set(frame::kNewDocno);
         txtfkey.set("");
         txtdoctype.set("");  // the entry may yet become a document
+        if (has_database() && kernel().passed_over().count() != failures)
+            tell_failure(kernel().passed_over().last_failure());
     }
     return saved;
 }

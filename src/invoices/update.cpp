@@ -36,7 +36,11 @@ bool APform_invoice::Update_record() {
     if (entry) txtdoctype.set("ip");  // whatever the kind; the stored one stays
     const bool saved = entry && in_transaction("Update_record", [&] { return write_edit(*entry); });
     if (!saved) txtglfkey.set(old_glfkey);
-    tell(saved ? "Update complete" : "Update failed.");
+    if (saved) {
+        tell("Update complete");
+    } else {
+        tell_failure("Update failed.");
+    }
     return saved;
 }
 

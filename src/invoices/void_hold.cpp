@@ -111,7 +111,7 @@ void APform_invoice::change_hold(bool hold) {
         done = write_hold(hold);
         if (done) transaction.commit();
     } catch (const std::runtime_error& failure) {
-        tell(failure.what());
+        tell_failure(failure.what());
         return;
     }
     if (!done) return;

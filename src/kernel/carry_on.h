@@ -4,6 +4,7 @@
 // conversions pass and notes them; mistakes of our own (std::logic_error) and std::bad_alloc go through.
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <stdexcept>
 #include <string>
@@ -14,15 +15,22 @@ namespace brimley::kernel {
 // The last failures that were passed over, oldest first.
 class PassedOver {
   public:
-    void note(std::string step) {
+    void note(const std::string& step, std::string failure) {
         if (steps_.size() == kMost) steps_.pop_front();
-        steps_.push_back(std::move(step));
+        steps_.push_back(step + ": " + failure);
+        last_failure_ = std::move(failure);
+        ++count_;
     }
     [[nodiscard]] const std::deque<std::string>& steps() const { return steps_; }
+    // All there have been, and what the last one said.
+    [[nodiscard]] std::int64_t count() const { return count_; }
+    [[nodiscard]] const std::string& last_failure() const { return last_failure_; }
 
   private:
     static constexpr std::size_t kMost = 50;
     std::deque<std::string> steps_;
+    std::int64_t count_ = 0;
+    std::string last_failure_;
 };
 
 // True when the step ran to its end.
@@ -32,7 +40,7 @@ bool carry_on(PassedOver& log, const char* name, Step&& step) {
         std::forward<Step>(step)();
         return true;
     } catch (const std::runtime_error& failure) {
-        log.note(std::string(name) + ": " + failure.what());
+        log.note(name, failure.what());
         return false;
     }
 }

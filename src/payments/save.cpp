@@ -140,7 +140,8 @@ bool APform_payment::insert_new_record() {
         txtdocno.set(frame::kNewDocno);
         txtfkey.set("");
         txtglfkey.set("");
-        return refuse("Add new payment failed");
+        tell_failure("Add new payment failed");
+        return false;
     }
     tell("Add new Payment " + txtdocno.text() + " complete");
     Recordx_fkey();

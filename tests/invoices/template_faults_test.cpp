@@ -1,10 +1,12 @@
 // Faults in the save of a template (support/fault_sweep.h).
-#include "support/fault_sweep.h"
+#include "support/giving_up.h"
+#include "support/lost_connections.h"
 #include "support/template_entry.h"
 
 namespace brimley::testing {
 
-using ::testing::IsEmpty;
+using ::testing::Contains;
+using ::testing::Not;
 
 class TemplateFaults : public ::testing::Test {
   public:
@@ -23,7 +25,7 @@ class TemplateFaults : public ::testing::Test {
                 "Add Recurring invoice complete", check_failed};
     }
     static void check_failed(Session& session) {
-        EXPECT_THAT(session.user.messages(), IsEmpty());
+        EXPECT_THAT(session.user.messages(), Not(Contains("Add Recurring invoice complete")));
         EXPECT_EQ(session.form().mode(), frame::Mode::new_entry);
         EXPECT_EQ(session.form().txtdocno.text(), "** New **");
         EXPECT_EQ(session.form().txtfkey.text() + session.form().txtdoctype.text(), "");
@@ -73,5 +75,25 @@ INSTANTIATE_TEST_SUITE_P(Night, EveryTemplateFault,
                          ::testing::Combine(::testing::ValuesIn(EveryTemplateFault::acts()),
                                             ::testing::ValuesIn(kSweptFaults)),
                          swept_name<EveryTemplateFault::Session>);
+
+class LostTemplateConnections : public TemplateFaults, public LostParameters<TemplateFaults::Session> {};
+
+TEST_P(LostTemplateConnections, AreToldAndNothingIsDoneTwice) { lose_connections_in_the_night(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Night, LostTemplateConnections,
+                         ::testing::Combine(::testing::ValuesIn(EveryTemplateFault::acts()),
+                                            ::testing::ValuesIn(kLostConnections)),
+                         lost_name<TemplateFaults::Session>);
+
+TEST_F(TemplateFaults, SaveIsGivenUpToWhoWritesAlone) { give_up_to_who_is_alone(save(), 10); }
+
+TEST_F(TemplateFaults, RowHeldOnAServerIsWaitedForAndThenGivenUp) {
+    for (const std::size_t counter : {0U, 1U})
+        give_up(save(), kHeldTables[counter]);
+}
+
+TEST_F(TemplateFaults, LostConnectionIsToldAndNothingIsDoneTwice) {
+    lose_some_connections(EveryTemplateFault::acts());
+}
 
 }  // namespace brimley::testing

@@ -59,6 +59,16 @@ TEST_F(TwoUsers, SaveWaitsForTheOtherUsersAndTakesTheNextNumber) {
     EXPECT_EQ(bert.desk.waits.size(), 3U);
 }
 
+TEST_F(TwoUsers, SaveWaitsForWhoWritesAloneAndIsStored) {
+    company.workspace().BeginAlone();
+    company.db().Execute("UPDATE Docno_master_table SET nextdocno = 8 WHERE doctype = 'ip'");
+    bert.desk.on_wait = [&](int wait) {
+        if (wait == 3) company.workspace().CommitTrans();
+    };
+    EXPECT_EQ(save(bert), "IP-26-00008");
+    EXPECT_EQ(bert.desk.waits.size(), 3U);
+}
+
 TEST_F(TwoUsers, SaveThatWaitsInVainFailsAndSucceedsLater) {
     const AllTables before = all_tables(company.db());
     company.workspace().BeginTrans();

@@ -71,10 +71,12 @@ TEST(CarryOn, OwnMistakesGoThrough) {
 TEST(CarryOn, LastFiftyFailuresAreKept) {
     kernel::PassedOver log;
     for (int i = 1; i <= 60; ++i)
-        log.note(std::to_string(i));
+        log.note("step", std::to_string(i));
     EXPECT_EQ(log.steps().size(), 50U);
-    EXPECT_EQ(log.steps().front(), "11");
-    EXPECT_EQ(log.steps().back(), "60");
+    EXPECT_EQ(log.steps().front(), "step: 11");
+    EXPECT_EQ(log.steps().back(), "step: 60");
+    EXPECT_EQ(log.count(), 60);
+    EXPECT_EQ(log.last_failure(), "60");
 }
 
 }  // namespace brimley::testing

@@ -1,6 +1,7 @@
 // Faults in the save, the void and the edit of a payment (support/fault_sweep.h).
 #include "payment_entry.h"
-#include "support/fault_sweep.h"
+#include "support/giving_up.h"
+#include "support/lost_connections.h"
 
 namespace brimley::testing {
 
@@ -159,5 +160,30 @@ INSTANTIATE_TEST_SUITE_P(Night, EveryPaymentFault,
                          ::testing::Combine(::testing::ValuesIn(EveryPaymentFault::acts()),
                                             ::testing::ValuesIn(kSweptFaults)),
                          swept_name<EveryPaymentFault::Session>);
+
+class LostPaymentConnections : public PaymentFaults, public LostParameters<PaymentFaults::Session> {};
+
+TEST_P(LostPaymentConnections, AreToldAndNothingIsDoneTwice) { lose_connections_in_the_night(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Night, LostPaymentConnections,
+                         ::testing::Combine(::testing::ValuesIn(EveryPaymentFault::acts()),
+                                            ::testing::ValuesIn(kLostConnections)),
+                         lost_name<PaymentFaults::Session>);
+
+TEST_F(PaymentFaults, ActIsGivenUpToWhoWritesAlone) {
+    give_up_to_who_is_alone(kSave.on(false), 10);
+    give_up_to_who_is_alone(kVoid.on(false), 0);
+    give_up_to_who_is_alone(kEdit.on(false), 0);
+}
+
+TEST_F(PaymentFaults, RowHeldOnAServerIsWaitedForAndThenGivenUp) {
+    for (const HeldTable& held : kHeldTables)
+        for (const Act& act : {kSave, kVoidInALaterPeriod})
+            give_up(act.on(false), held);
+}
+
+TEST_F(PaymentFaults, LostConnectionIsToldAndNothingIsDoneTwice) {
+    lose_some_connections(EveryPaymentFault::acts());
+}
 
 }  // namespace brimley::testing

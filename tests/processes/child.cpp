@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +13,14 @@
 extern char** environ;
 
 namespace brimley::testing {
+
+namespace {
+
+std::chrono::milliseconds duration_of(const timeval& time) {
+    return std::chrono::milliseconds(time.tv_sec * 1000 + time.tv_usec / 1000);
+}
+
+}  // namespace
 
 Child::Child(const std::vector<std::string>& command) {
     std::array<int, 2> ends{};
@@ -51,8 +60,10 @@ std::vector<std::string> Child::lines() {
     for (ssize_t size = 0; (size = read(output_, buffer.data(), buffer.size())) > 0;)
         printed.append(buffer.data(), static_cast<std::size_t>(size));
     int status = 0;
-    waitpid(process_, &status, 0);
+    rusage used{};
+    wait4(process_, &status, 0, &used);
     process_ = -1;
+    cpu_time_ = duration_of(used.ru_utime) + duration_of(used.ru_stime);
     ended_well_ = WIFEXITED(status) && WEXITSTATUS(status) == 0;
     std::vector<std::string> lines;
     std::size_t begin = 0;

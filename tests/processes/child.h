@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -22,11 +23,14 @@ class Child {
     [[nodiscard]] std::vector<std::string> lines();
     // After lines(): whether it ended by itself, and well.
     [[nodiscard]] bool ended_well() const { return ended_well_; }
+    // After lines(): what it has cost.
+    [[nodiscard]] std::chrono::milliseconds cpu_time() const { return cpu_time_; }
 
   private:
     pid_t process_ = -1;
     int output_ = -1;
     bool ended_well_ = false;
+    std::chrono::milliseconds cpu_time_{0};
 };
 
 }  // namespace brimley::testing

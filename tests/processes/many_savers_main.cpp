@@ -2,6 +2,8 @@
 // and who is refused is told nothing but what a held row is told with.
 //
 //   many-savers SAVER [--savers N] [--acts N] [--seed N]
+//
+// With BRIMLEY_TEST_SERVER the company is on that server (tests/support/server-cluster), else a file.
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
@@ -11,14 +13,12 @@
 #include <memory>
 
 #include "child.h"
-#include "company/create.h"
-#include "kernel/tables/company_tables.h"
+#include "saver.h"
 #include "stored_documents.h"
-#include "support/temporary_folder.h"
+#include "support/sample_company.h"
 
+namespace brimley::testing {
 namespace {
-
-using namespace brimley;
 
 struct Options {
     std::string saver;
@@ -27,18 +27,29 @@ struct Options {
     std::uint64_t seed = 20261121;
 };
 
+constexpr std::string_view kRefused = "refused ";
+
+bool may_be_told(const std::string& line) {
+    return line.starts_with(kRefused) && Saver::may_be_told(line.substr(kRefused.size()));
+}
+
+// Whether the server had to end a transaction because two waited for each other.
+bool has_met_a_deadlock(const ClosedCopy& company) {
+    return tests_run_on_server() && on_server(company.path(),
+                                              "SELECT deadlocks FROM pg_stat_database WHERE datname = "
+                                              "current_database()") != "0";
+}
+
 int run(const Options& options) {
     std::cout << "seed " << options.seed << std::endl;
-    const testing::TemporaryFolder folder;
-    const std::string path = folder.file("shared.brimley");
-    company::create_company_file(path, company::SampleCompany{"anna"});
+    const ClosedCopy company(sample_original());
     const auto begun = std::chrono::steady_clock::now();
-    std::vector<std::unique_ptr<testing::Child>> savers;
+    std::vector<std::unique_ptr<Child>> savers;
     for (int i = 0; i < options.savers; ++i)
-        savers.push_back(std::make_unique<testing::Child>(
-            std::vector<std::string>{options.saver, path, "--acts", std::to_string(options.acts), "--seed",
-                                     std::to_string(options.seed + static_cast<std::uint64_t>(i))}));
-    testing::StoredDocuments stored;
+        savers.push_back(std::make_unique<Child>(std::vector<std::string>{
+            options.saver, company.path(), "--acts", std::to_string(options.acts), "--seed",
+            std::to_string(options.seed + static_cast<std::uint64_t>(i))}));
+    StoredDocuments stored;
     std::map<std::string, int> refused;
     bool ended_well = true;
     for (const auto& saver : savers) {
@@ -48,28 +59,32 @@ int run(const Options& options) {
         ended_well = ended_well && saver->ended_well();
     }
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begun;
-    const auto findings = stored.findings(store::open_company(path, kernel::company_tables()));
+    auto findings = stored.findings(company.open());
+    if (has_met_a_deadlock(company)) findings.push_back("savers have waited for each other");
+    for (const auto& [line, times] : refused) {
+        std::cout << fmt::format("{} times: {}\n", times, line);
+        if (!may_be_told(line)) findings.push_back("nobody may be told: " + line);
+    }
     for (const std::string& finding : findings)
         std::cout << "  " << finding << '\n';
-    for (const auto& [line, times] : refused)
-        std::cout << fmt::format("{} times: {}\n", times, line);
     std::cout << fmt::format("{} savers, {} things told as stored in {:.1f} s\n", options.savers,
                              stored.told(), seconds.count());
     return findings.empty() && ended_well && stored.told() > 0 ? 0 : 1;
 }
 
 }  // namespace
+}  // namespace brimley::testing
 
 int main(int argc, char** argv) {
     CLI::App program("Runs several savers on one company", "many-savers");
-    Options options;
+    brimley::testing::Options options;
     program.add_option("saver", options.saver, "the saver program")->required();
     program.add_option("--savers", options.savers, "how many")->capture_default_str();
     program.add_option("--acts", options.acts, "of each")->capture_default_str();
     program.add_option("--seed", options.seed, "of the first")->capture_default_str();
     CLI11_PARSE(program, argc, argv);
     try {
-        return run(options);
+        return brimley::testing::run(options);
     } catch (const std::exception& failure) {
         std::cerr << "many-savers: " << failure.what() << std::endl;
         return 1;

@@ -24,15 +24,20 @@ class Saver {
     Saver(const store::OpenCompany& company, const std::string& user, std::uint64_t seed,
           std::function<void(const std::string& line)> tell);
 
-    // One act on one document.
-    void act();
+    // One act on one document. Named: this one and no other.
+    void act(const std::string& name = {});
+    // Whether the text of a "refused" line is one that a saver may get to hear because another one was there
+    // before it, or holds what it wants.
+    [[nodiscard]] static bool may_be_told(const std::string& refusal);
 
   private:
-    // What a user does, by its name in what is told. A later form adds its acts here.
+    // What a user does, by its name in what is told, and how it may be refused (a regular expression). A
+    // later form adds its acts here.
     struct Act {
         const char* name;
         int weight;
         void (Saver::*run)();
+        const char* refusals;
     };
     [[nodiscard]] static const std::vector<Act>& acts();
 

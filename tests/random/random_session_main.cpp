@@ -2,6 +2,8 @@
 //
 //   random-session [--acts N] [--seed N] [--without-payments] [--script FILE]
 //
+// With BRIMLEY_TEST_SERVER the company is on that server (tests/support/server-cluster), else a file.
+//
 // Prints the seed first; the same seed gives the same session. Ends 1 at the first act after which something
 // does not hold, having told it and written every line up to there to FILE, which the console can run.
 #include <fmt/format.h>
@@ -11,9 +13,8 @@
 #include <fstream>
 #include <iostream>
 
-#include "company/create.h"
 #include "random_session.h"
-#include "support/temporary_folder.h"
+#include "support/sample_company.h"
 
 namespace {
 
@@ -56,10 +57,8 @@ void tell_tally(const RandomSession& session, int acts) {
 
 int run(const Options& options) {
     std::cout << "seed " << options.seed << std::endl;
-    const brimley::testing::TemporaryFolder folder;
-    const std::string company = folder.file("random.brimley");
-    brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
-    RandomSession session(company, options.seed);
+    const brimley::testing::ClosedCopy company(brimley::testing::sample_original());
+    RandomSession session(company.path(), options.seed);
     if (options.without_payments) session.leave_payments_out();
     for (int number = 1; number <= options.acts; ++number) {
         const char* const act = session.act();

@@ -49,25 +49,42 @@ class CompanyOriginal {
     Maker make_;
 };
 
+// A copy that nobody has open, for programs and processes that open it themselves.
+class ClosedCopy {
+  public:
+    explicit ClosedCopy(CompanyOriginal& original)
+        : database_(tests_run_on_server() ? original.database() : nullptr),
+          path_(database_ ? database_->uri() : folder_.file("company.brimley")) {
+        if (!database_) original.copy_to(path_);
+    }
+
+    // Or its URI.
+    [[nodiscard]] const std::string& path() const { return path_; }
+    [[nodiscard]] const TemporaryFolder& folder() const { return folder_; }
+    [[nodiscard]] store::OpenCompany open(const store::EngineDecorator& decorate = {}) const {
+        return store::open_company(path_, kernel::company_tables(), decorate);
+    }
+
+  private:
+    TemporaryFolder folder_;
+    std::unique_ptr<ServerDatabase> database_;
+    std::string path_;
+};
+
 class CompanyCopy {
   public:
     // A company with all tables and no rows.
     CompanyCopy() : CompanyCopy(empty_original()) {}
-    explicit CompanyCopy(CompanyOriginal& original)
-        : database_(tests_run_on_server() ? original.database() : nullptr),
-          path_(database_ ? database_->uri() : folder_.file("company.brimley")) {
-        if (!database_) original.copy_to(path_);
-        open_ = store::open_company(path_, kernel::company_tables());
-    }
+    explicit CompanyCopy(CompanyOriginal& original) : copy_(original), open_(copy_.open()) {}
 
     [[nodiscard]] store::Database& db() { return *open_.database; }
     [[nodiscard]] store::Workspace& workspace() { return *open_.workspace; }
     [[nodiscard]] const store::OpenCompany& open() const { return open_; }
-    [[nodiscard]] const std::string& path() const { return path_; }
-    [[nodiscard]] const TemporaryFolder& folder() const { return folder_; }
+    [[nodiscard]] const std::string& path() const { return copy_.path(); }
+    [[nodiscard]] const TemporaryFolder& folder() const { return copy_.folder(); }
     // Another user of the same company.
     [[nodiscard]] store::OpenCompany second_user(const store::EngineDecorator& decorate = {}) const {
-        return store::open_company(path_, kernel::company_tables(), decorate);
+        return copy_.open(decorate);
     }
 
     void add(const std::string& table, FieldValues values) {
@@ -105,9 +122,7 @@ class CompanyCopy {
         return original;
     }
 
-    TemporaryFolder folder_;
-    std::unique_ptr<ServerDatabase> database_;
-    std::string path_;
+    ClosedCopy copy_;
     store::OpenCompany open_;
 };
 

@@ -5,6 +5,9 @@
 // with the fault one call later, until it is not reached by its fault any more. An act that a retry has
 // carried over its fault must have stored exactly what it stores without faults.
 //
+// A connection that is lost stays so: there each fault meets a desk and a company of its own
+// (support/lost_connections.h). What is given up after its waits is in support/giving_up.h.
+//
 // A form's tests give the way to the act (FaultedAct::begin), the act, and how its end shows.
 #pragma once
 

@@ -2,7 +2,8 @@
 //
 // The calls that count are those that can fail in real life: prepare, query, write, begin_write,
 // begin_write_alone, begin_read, commit and lock_row. A rollback never fails. Where an engine answers false
-// for a lock held by somebody else, a fault of kind locked is that answer.
+// for a lock held by somebody else, a fault of kind locked is that answer. A connection that is lost in a
+// commit leaves it in doubt.
 #pragma once
 
 #include <functional>
@@ -22,10 +23,16 @@ struct Faults {
     store::ErrorKind kind = store::ErrorKind::io;
     // Only calls on statements that hold this text, in any case, count; empty: every call does.
     std::string only_statements_with = {};
+    // Only the taking of rows counts.
+    bool only_row_locks = false;
     // A failing commit has still been carried out, as when only its answer is lost.
     bool commit_done = false;
-    // Called in the place of the error, if there is one.
+    // Called at the fault, if there is one.
     std::function<void()> on_fault = {};
+    // on_fault sees to it that the engine fails by itself: the call is made.
+    bool engine_fails_itself = false;
+    // Which call the last commit was.
+    int last_commit = 0;
 
     // Counts from now on and fails at the n-th call.
     void arm(int nth, bool always) {
@@ -67,15 +74,17 @@ class FaultyEngine final : public store::Engine {
     }
     void commit() override {
         const bool fails = next_call_fails();
+        faults_->last_commit = faults_->calls;
         if (!fails || faults_->commit_done) engine_->commit();
-        if (fails) fail();
+        if (fails && faults_->kind == store::ErrorKind::lost) fail(store::ErrorKind::commit_in_doubt);
+        if (fails) fail(faults_->kind);
     }
     void rollback() noexcept override { engine_->rollback(); }
     bool in_transaction() const override { return engine_->in_transaction(); }
     bool lock_row(store::EngineStatement& statement, std::span<const store::Parameter> parameters,
                   const store::RowSink& sink) override {
         auto& known = static_cast<Statement&>(statement);
-        return !refused(known.sql) && engine_->lock_row(*known.prepared, parameters, sink);
+        return !refused(known.sql, true) && engine_->lock_row(*known.prepared, parameters, sink);
     }
     bool reads_stay_true() const override { return engine_->reads_stay_true(); }
 
@@ -89,7 +98,8 @@ class FaultyEngine final : public store::Engine {
     };
 
     // Transactions and locks have no text.
-    [[nodiscard]] bool next_call_fails(const std::string& sql = {}) {
+    [[nodiscard]] bool next_call_fails(const std::string& sql = {}, bool takes_row = false) {
+        if (faults_->only_row_locks && !takes_row) return false;
         const std::string wanted = store::lower_case(faults_->only_statements_with);
         if (!wanted.empty() && store::lower_case(sql).find(wanted) == std::string::npos) return false;
         ++faults_->calls;
@@ -97,15 +107,17 @@ class FaultyEngine final : public store::Engine {
         const bool fails =
             faults_->for_good ? faults_->calls >= faults_->fail_at : faults_->calls == faults_->fail_at;
         if (fails && faults_->on_fault) faults_->on_fault();
-        return fails;
+        return fails && !faults_->engine_fails_itself;
     }
-    [[noreturn]] void fail() const { throw store::Error(faults_->kind, "a failure made by the test"); }
+    [[noreturn]] static void fail(store::ErrorKind kind) {
+        throw store::Error(kind, "a failure made by the test");
+    }
     void may_fail(const std::string& sql = {}) {
-        if (next_call_fails(sql)) fail();
+        if (next_call_fails(sql)) fail(faults_->kind);
     }
-    [[nodiscard]] bool refused(const std::string& sql = {}) {
-        if (!next_call_fails(sql)) return false;
-        if (faults_->kind != store::ErrorKind::locked) fail();
+    [[nodiscard]] bool refused(const std::string& sql = {}, bool takes_row = false) {
+        if (!next_call_fails(sql, takes_row)) return false;
+        if (faults_->kind != store::ErrorKind::locked) fail(faults_->kind);
         return true;
     }
 

@@ -4,19 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "company/create.h"
 #include "host/apclass.h"
-#include "support/company_copy.h"
 #include "support/recording_desk.h"
+#include "support/sample_company.h"
 
 namespace brimley::testing {
-
-inline CompanyOriginal& sample_original() {
-    static CompanyOriginal original([](const std::string& company) {
-        company::create_company_file(company, company::SampleCompany{"anna"});
-    });
-    return original;
-}
 
 // One user's host object on an open company.
 class DeskOfUser {

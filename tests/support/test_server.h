@@ -5,8 +5,6 @@
 // on files.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <cstdlib>

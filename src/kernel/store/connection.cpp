@@ -144,7 +144,8 @@ EngineStatement& Connection::prepared(PlannedStatement& statement) {
 }
 
 void Connection::require_usable() const {
-    if (broken_) throw Error(ErrorKind::lost, "the connection to the company is gone");
+    if (state_ != ConnectionState::good)
+        throw Error(ErrorKind::lost, "the connection to the company is gone");
 }
 
 template <class Action>
@@ -158,7 +159,8 @@ auto Connection::guarded(const Action& action) {
 }
 
 void Connection::note_failure(const Error& error) {
-    if (error.spoils_connection()) broken_ = true;
+    if (error.spoils_connection() && state_ == ConnectionState::good)
+        state_ = error.kind() == ErrorKind::lost ? ConnectionState::lost : ConnectionState::in_doubt;
     if (!error.spoils_transaction() && (!begun_ || engine_->in_transaction())) return;
     if (in_trans_) {
         spoiled_ = true;
@@ -265,7 +267,7 @@ void Connection::release(std::uint64_t& hold) {
     hold = 0;
     if (over || in_trans_ || --holds_ > 0) return;
     try {
-        engine_->commit();
+        guarded([&] { engine_->commit(); });
     } catch (...) {
         engine_->rollback();
         engine_transaction_ended();

@@ -61,6 +61,7 @@ class Connection {
     void commit_trans();
     void rollback();
     [[nodiscard]] bool in_trans() const { return in_trans_; }
+    [[nodiscard]] ConnectionState state() const { return state_; }
 
     // Begins the engine's transaction if it is not open. False when another workspace writes. Throws
     // ErrorKind::state within a snapshot.
@@ -107,8 +108,8 @@ class Connection {
     bool reading_only_ = false;  // the transaction is a snapshot
     bool begun_ = false;         // the engine's transaction is open
     bool spoiled_ = false;       // only Rollback helps
-    bool broken_ = false;        // nothing helps
-    int holds_ = 0;              // locks outside BeginTrans
+    ConnectionState state_ = ConnectionState::good;
+    int holds_ = 0;  // locks outside BeginTrans
     std::uint64_t transaction_number_ = 1;
     std::uint64_t stamp_ = 1;
 };

@@ -177,6 +177,7 @@ class Workspace {
     void Rollback();
     // A snapshot counts.
     [[nodiscard]] bool in_transaction() const;
+    [[nodiscard]] ConnectionState connection_state() const;
 
   private:
     std::shared_ptr<Connection> connection_;

@@ -22,6 +22,13 @@ enum class ErrorKind {
     commit_in_doubt,  // the outcome of a commit is unknown: never repeat it, reload and look
 };
 
+// What has become of a connection. Nothing mends it but opening the company anew.
+enum class ConnectionState {
+    good,
+    lost,      // and what was not committed with it
+    in_doubt,  // lost while something was being committed, and nobody knows whether that is stored
+};
+
 class Error : public std::runtime_error {
   public:
     Error(ErrorKind kind, const std::string& message, int native_code = 0, std::string statement = {})

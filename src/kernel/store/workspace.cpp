@@ -56,6 +56,7 @@ void Workspace::BeginSnapshot() { connection_->begin_snapshot(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
 void Workspace::Rollback() { connection_->rollback(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
+ConnectionState Workspace::connection_state() const { return connection_->state(); }
 
 bool is_on_server(std::string_view company) {
     return company.starts_with("postgresql://") || company.starts_with("postgres://");

@@ -152,7 +152,9 @@ class PostgresqlEngine final : public Engine {
 
     bool lock_row(EngineStatement& statement, std::span<const Parameter> parameters,
                   const RowSink& sink) override {
-        return hand_over(static_cast<PostgresqlStatement&>(statement), parameters, sink) > 0;
+        auto& prepared = static_cast<PostgresqlStatement&>(statement);
+        if (span_ == Span::writing && !holds_a_table_) return lock_first_row(prepared, parameters, sink);
+        return hand_over(prepared, parameters, sink) > 0;
     }
 
     // A row that was read stays as it is only while it is held.
@@ -162,7 +164,11 @@ class PostgresqlEngine final : public Engine {
     int hand_over(PostgresqlStatement& statement, std::span<const Parameter> parameters,
                   const RowSink& sink) {
         session_.send(statement, parameters);
-        const PostgresqlResult result = session_.finish();
+        return hand_over(session_.finish(), statement, sink);
+    }
+
+    static int hand_over(const PostgresqlResult& result, PostgresqlStatement& statement,
+                         const RowSink& sink) {
         ResultRow row(result.get(), statement.text());
         const int rows = PQntuples(result.get());
         for (int i = 0; i < rows; ++i) {
@@ -172,10 +178,25 @@ class PostgresqlEngine final : public Engine {
         return rows;
     }
 
+    // A held row is passed over, but who writes alone holds the tables: that is found out at the first row,
+    // and must not cost the transaction either. Afterwards nobody else can be alone.
+    bool lock_first_row(PostgresqlStatement& statement, std::span<const Parameter> parameters,
+                        const RowSink& sink) {
+        PostgresqlResult result;
+        try {
+            result = ask_under_savepoint(statement, parameters);
+        } catch (const Error& error) {
+            if (error.kind() == ErrorKind::locked) return false;
+            throw;
+        }
+        holds_a_table_ = true;
+        return hand_over(result, statement, sink) > 0;
+    }
+
     // The number of rows written, as far as it is known yet.
     std::int64_t run(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
         if (span_ == Span::none) return run_alone(statement, parameters);
-        if (statement.text().may_be_refused) return run_under_savepoint(statement, parameters);
+        if (statement.text().may_be_refused) return rows_of(ask_under_savepoint(statement, parameters));
         session_.send(statement, parameters);
         if (session_.unanswered() >= kUnansweredMax) (void)session_.finish();
         return 1;
@@ -193,12 +214,13 @@ class PostgresqlEngine final : public Engine {
     }
 
     // What is refused must not cost the transaction.
-    std::int64_t run_under_savepoint(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
+    PostgresqlResult ask_under_savepoint(PostgresqlStatement& statement,
+                                         std::span<const Parameter> parameters) {
         session_.send(*savepoint_);
         try {
             const auto place = session_.send(statement, parameters);
             session_.send(*release_);
-            return rows_of(session_.finish(place));
+            return session_.finish(place);
         } catch (const Error&) {
             back_to_savepoint();
             throw;
@@ -267,6 +289,7 @@ class PostgresqlEngine final : public Engine {
     void end() {
         span_ = Span::none;
         making_ = false;
+        holds_a_table_ = false;
         keys_.clear();
         keys_to_draw_ = kKeysAtFirst;
     }
@@ -288,6 +311,7 @@ class PostgresqlEngine final : public Engine {
 
     Span span_ = Span::none;
     bool making_;
+    bool holds_a_table_ = false;
     std::deque<RowKey> keys_;
     std::int64_t keys_to_draw_ = kKeysAtFirst;
     std::vector<Parameter> with_key_;

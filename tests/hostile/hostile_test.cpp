@@ -1,0 +1,184 @@
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include "hostile_entry.h"
+#include "payments/payment_entry.h"
+#include "support/template_entry.h"
+
+namespace brimley::testing {
+
+namespace {
+
+constexpr int kSave = 101;
+constexpr int kEdit = 106;
+constexpr int kSaveFont = 401;
+
+struct InvoiceSession : HostileSession {
+    InvoiceSession() { user.ap.showform_APform_invoice(); }
+    frame::Form& form() override { return *user.ap.frm_invoice; }
+    void enter_document(bool foreign) {
+        EnteredInvoice invoice;
+        if (foreign) {
+            invoice.currency = "EUR";
+            invoice.rate = "1.0837";
+        }
+        invoice.lines = {{"5000", "STACK", "taxable amount", "100.00"},
+                         {"5900", "GST5", "gross amount", "210.00"}};
+        enter(*user.ap.frm_invoice, invoice);
+    }
+};
+
+struct PaymentSession : HostileSession {
+    frame::Form& form() override { return *user.ap.frm_payment; }
+    void enter_payment(const char* way) {
+        EnteredInvoice invoice;
+        invoice.lines = {{"5000", "NOTAX", "gross amount", "100.00"},
+                         {"5000", "NOTAX", "gross amount", "60.00"}};
+        save_invoice(user, invoice);
+        user.ap.showform_APform_payment();
+        auto& payment = *user.ap.frm_payment;
+        begin_payment(payment, "V1001");
+        edit_item_cell(payment, 0, "pay amount", "70.00");
+        edit_item_cell(payment, 1, "write-off", "5.00");
+        edit_item_cell(payment, 1, "pay amount", "55.00");
+        if (std::string(way) == "Check") {
+            EXPECT_EQ(payment.cmbpayby.type(way), controls::Refusal::none);
+            EXPECT_EQ(payment.cmbbank.type("MAIN"), controls::Refusal::none);
+            EXPECT_EQ(payment.txtcheck.type("100"), controls::Refusal::none);
+            EXPECT_EQ(payment.txtcheckdate.type("16/03/2026"), controls::Refusal::none);
+        }
+        pay_total(payment);
+    }
+};
+
+template <class Session, class Prepare>
+std::unique_ptr<HostileSession> begun(Prepare prepare) {
+    auto session = std::make_unique<Session>();
+    prepare(*session);
+    static_cast<void>(session->user.messages());
+    return session;
+}
+
+void save(HostileSession& session) {
+    EXPECT_EQ(session.form().press(kSave), controls::Refusal::none);
+    EXPECT_EQ(session.form().mode(), frame::Mode::read);
+}
+
+std::vector<HostileEntry> entries() {
+    return {
+        {"NewInvoice",
+         [] { return begun<InvoiceSession>([](auto& session) { session.enter_document(true); }); },
+         {kSaveFont, kSave},
+         {"txtremark", "txtinvno", "dbgrid1 description"}},
+        {"EditedInvoice",
+         [] {
+             return begun<InvoiceSession>([](auto& session) {
+                 session.enter_document(false);
+                 save(session);
+                 EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none);
+             });
+         },
+         {kSave},
+         {"txtremark", "txtinvno", "dbgrid1 description"}},
+        {"ShownInvoice",
+         [] {
+             return begun<InvoiceSession>([](auto& session) {
+                 session.enter_document(false);
+                 save(session);
+             });
+         },
+         {},
+         {}},
+        {"NewTemplate",
+         [] {
+             return begun<InvoiceSession>(
+                 [](auto& session) { enter_template(*session.user.ap.frm_invoice); });
+         },
+         {kSave},
+         {"txtremark", "txtrecurname"}},
+        {"CashPayment",
+         [] { return begun<PaymentSession>([](auto& session) { session.enter_payment("Cash"); }); },
+         {kSaveFont, kSave},
+         {"txtremark"}},
+        {"CheckPayment",
+         [] { return begun<PaymentSession>([](auto& session) { session.enter_payment("Check"); }); },
+         {kSave},
+         {"txtremark", "txtcheck"}},
+        {"EditedPayment",
+         [] {
+             return begun<PaymentSession>([](auto& session) {
+                 session.enter_payment("Cash");
+                 save(session);
+                 EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none);
+             });
+         },
+         {kSave},
+         {"txtremark"}},
+    };
+}
+
+// Of letters that cannot be packed.
+std::string long_text(std::size_t size) {
+    std::string text;
+    for (std::uint32_t chance = 1; text.size() < size; chance = chance * 1664525 + 1013904223)
+        text += static_cast<char>('a' + (chance >> 16) % 26);
+    return text;
+}
+
+std::vector<HostileText> hostile_sample() {
+    return {{"Quotes", R"('; DELETE FROM "Vendor_table"; -- ' OR '1' = '1)"},
+            {"Statement", R"("; DROP TABLE "GL_header_table"; -- /* \ $1 ?1 %s [accno] # */)"},
+            {"Controls", "a\x01\x02\b\t\r\n\x1b[2J\x7f\xc2\x85\xe2\x80\xae"},
+            {"Broken", std::string("a\0b\xff\xc3(\xed\xa0\x80", 9), false}};
+}
+
+// And these one by one.
+std::vector<HostileText> all_hostile_texts() {
+    std::vector<HostileText> texts{{"Quote", "'"},
+                                   {"TwoQuotes", "''"},
+                                   {"DoubleQuote", "\""},
+                                   {"Semicolon", ";"},
+                                   {"Comment", "--"},
+                                   {"OpenComment", "/*"},
+                                   {"Backslash", "\\'"},
+                                   {"Bracket", "]["},
+                                   {"Parameter", "$1 ?1 :a @b"},
+                                   {"Like", "%_*"},
+                                   {"Call", "Datevalue('Jan 15, 2026')"},
+                                   {"Number", "1e999"},
+                                   {"NoNumber", "NaN"},
+                                   {"Words", "NULL OR TRUE"},
+                                   {"Long", long_text(100'000)},
+                                   {"Blanks", std::string(300, ' ')},
+                                   {"BrokenLetters", "\xff\xfe\xc0\x80", false},
+                                   {"HalfALetter", "\xe2\x82", false},
+                                   {"Nothing", std::string("\0", 1), false},
+                                   {"NothingWithin", std::string("a\0'; --", 7), false}};
+    for (HostileText& text : hostile_sample())
+        texts.push_back(std::move(text));
+    return texts;
+}
+
+}  // namespace
+
+class Hostile : public ::testing::TestWithParam<std::tuple<HostileEntry, HostileText>> {};
+
+TEST_P(Hostile, TextIsStoredAsTypedOrRefused) {
+    const auto& [entry, text] = GetParam();
+    type_everywhere(entry, text);
+}
+
+std::string hostile_name(const ::testing::TestParamInfo<Hostile::ParamType>& info) {
+    return fmt::format("{}_{}", std::get<0>(info.param).name, std::get<1>(info.param).name);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, Hostile,
+                         ::testing::Combine(::testing::ValuesIn(entries()),
+                                            ::testing::ValuesIn(hostile_sample())),
+                         hostile_name);
+INSTANTIATE_TEST_SUITE_P(Night, Hostile,
+                         ::testing::Combine(::testing::ValuesIn(entries()),
+                                            ::testing::ValuesIn(all_hostile_texts())),
+                         hostile_name);
+
+}  // namespace brimley::testing
