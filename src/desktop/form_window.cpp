@@ -22,6 +22,8 @@ using frame::Mode;
 
 namespace {
 
+constexpr QDockWidget::DockWidgetFeatures kPaneFeatures =
+    QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable;
 constexpr int kGenericWidth = 18;  // characters
 
 struct ModeLook {
@@ -183,8 +185,7 @@ void FormWindow::refresh_title() {
 
 void FormWindow::connect_panes() {
     for (const auto& [frame, dock] : laid_out_.panes) {
-        dock->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable |
-                          QDockWidget::DockWidgetFloatable);
+        dock->setFeatures(kPaneFeatures);
         dock->installEventFilter(this);
         actions_->lend_keys_to(*dock);  // a pane that floats is a window of its own
     }
@@ -324,6 +325,11 @@ void FormWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() != QEvent::PaletteChange || !actions_) return;
     actions_->draw_icons();
+    // The buttons of a pane get their pictures when it gets its features.
+    for (const auto& [frame, dock] : laid_out_.panes) {
+        dock->setFeatures(QDockWidget::NoDockWidgetFeatures);
+        dock->setFeatures(kPaneFeatures);
+    }
     refresh_all();
 }
 

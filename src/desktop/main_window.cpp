@@ -23,7 +23,8 @@ namespace brimley::desktop {
 
 namespace {
 
-constexpr int kToldFor = 8000;  // milliseconds
+constexpr int kToldFor = 8000;        // milliseconds
+constexpr double kShareOfArea = 0.9;  // of a form among others
 
 // A form in the menu. What a version does not have yet shows nothing, and that is told.
 struct FormEntry {
@@ -168,30 +169,40 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 // --- windows inside ---
+namespace {
+
+void keep_inside(QMdiSubWindow& window, const QSize& room) {
+    window.move(std::clamp(window.x(), 0, std::max(0, room.width() - window.width())),
+                std::clamp(window.y(), 0, std::max(0, room.height() - window.height())));
+}
+
+}  // namespace
+
 void MainWindow::place(QWidget& window) {
     QMdiSubWindow* const at = area_->addSubWindow(&window);
     at->setAttribute(Qt::WA_DeleteOnClose);
     const QSize room = area_->viewport()->size();
     at->resize((window.size() + QSize(12, 36)).boundedTo(room));
     at->show();
-    at->move(std::clamp(at->x(), 0, room.width() - at->width()),
-             std::clamp(at->y(), 0, room.height() - at->height()));
+    keep_inside(*at, room);
     area_->setActiveSubWindow(at);
     window.setFocus();
     refresh_page();
 }
 
-// The first form fills the area; with more of them the user arranges.
+// The first form fills the area, and so does the next as long as the user has not arranged them.
 void MainWindow::place_form(FormWindow& window) {
     ++forms_shown_;
-    const bool first = area_->subWindowList().isEmpty();
+    const QMdiSubWindow* const before = area_->currentSubWindow();
+    const bool fills = before == nullptr || before->isMaximized();
     QMdiSubWindow* const at = area_->addSubWindow(&window);
     at->setSystemMenu(nullptr);  // its keys are the forms' own
-    if (first) {
+    if (fills) {
         at->showMaximized();
     } else {
-        at->resize(area_->size() * 0.9);
+        at->resize(area_->viewport()->size() * kShareOfArea);
         at->show();
+        keep_inside(*at, area_->viewport()->size());
     }
     refresh_page();
 }

@@ -201,6 +201,9 @@ TEST_F(Host, PreviewPrintsTheDocumentOfTheQuery) {
     EXPECT_TRUE(text.contains("IP-26-00001"));
     EXPECT_TRUE(text.contains("Baywater Coffee Traders"));
     EXPECT_TRUE(text.contains("100.00"));
+    EXPECT_TRUE(text.contains("Total"));
+    for (const char* const raw : {"Docno", "Duedays", "fkey", "Source form", "authority"})
+        EXPECT_FALSE(text.contains(raw)) << raw;
     const QString file = QString::fromStdString(folder.file("report.pdf"));
     EXPECT_TRUE(report->save_pdf(file));
     ask("pdf viewer", file.toStdString().c_str(), "The report");
@@ -295,6 +298,16 @@ TEST_F(Host, TwoFormsStandSideBySideOnASmallScreen) {
         EXPECT_LE(at->width(), 1366 / 2 + 2) << at->windowTitle().toStdString();
         EXPECT_TRUE(window->area().viewport()->rect().contains(at->geometry()));
     }
+}
+
+TEST_F(Host, NextFormFillsTheAreaOrStandsInsideAsTheOneBefore) {
+    window->show_form("APform_invoice");
+    window->show_form("APform_payment");
+    EXPECT_TRUE(window->area().currentSubWindow()->isMaximized());
+    window->area().tileSubWindows();
+    window->show_form("APform_invoice");
+    EXPECT_FALSE(window->area().currentSubWindow()->isMaximized());
+    EXPECT_TRUE(window->area().viewport()->rect().contains(window->area().currentSubWindow()->geometry()));
 }
 
 TEST_F(Host, FormsAreOfferedWhenNoneIsOpen) {
