@@ -9,6 +9,12 @@
 
 namespace brimley::bench {
 
+namespace {
+
+constexpr double kJulianOf1970 = 2440587.5;
+
+}  // namespace
+
 struct BareSave::Parts : BareRunner {
     sqlite3* db = nullptr;
     std::vector<sqlite3_stmt*> statements;
@@ -41,10 +47,14 @@ struct BareSave::Parts : BareRunner {
         int at = 0;
         for (const BareValue& value : values) {
             ++at;
-            if (const auto* const text = std::get_if<std::string>(&value))
-                sqlite3_bind_text(write, at, text->c_str(), static_cast<int>(text->size()), SQLITE_TRANSIENT);
+            if (const auto* const text = std::get_if<std::string_view>(&value))
+                sqlite3_bind_text(write, at, text->data(), static_cast<int>(text->size()), SQLITE_STATIC);
+            else if (const auto* const number = std::get_if<double>(&value))
+                sqlite3_bind_double(write, at, *number);
+            else if (const auto* const flag = std::get_if<bool>(&value))
+                sqlite3_bind_int(write, at, *flag ? 1 : 0);
             else
-                sqlite3_bind_double(write, at, std::get<double>(value));
+                sqlite3_bind_double(write, at, kJulianOf1970 + std::get<store::DateTime>(value).day);
         }
         run(write);
     }

@@ -15,10 +15,15 @@ namespace {
 
 std::string server_spelling(std::string sql) {
     sql = std::regex_replace(sql, std::regex("\\?([0-9])"), "$$$1");
-    sql = std::regex_replace(sql, std::regex("ifnull"), "coalesce");
-    sql = std::regex_replace(sql, std::regex("2461115.5"), "DATE '2026-03-16'");
-    return std::regex_replace(sql, std::regex("2461145.5"), "DATE '2026-04-15'");
+    return std::regex_replace(sql, std::regex("ifnull"), "coalesce");
 }
+
+struct ServerText {
+    std::string operator()(std::string_view text) const { return std::string(text); }
+    std::string operator()(double number) const { return fmt::format("{}", number); }
+    std::string operator()(bool flag) const { return flag ? "t" : "f"; }
+    std::string operator()(store::DateTime date) const { return date.iso(); }
+};
 
 }  // namespace
 
@@ -48,10 +53,8 @@ struct BareServerSave::Parts : BareRunner {
     }
     void run(Bare statement, std::span<const BareValue> values) override {
         std::vector<std::string> texts;
-        for (const BareValue& value : values) {
-            const auto* const text = std::get_if<std::string>(&value);
-            texts.push_back(text ? *text : fmt::format("{}", std::get<double>(value)));
-        }
+        for (const BareValue& value : values)
+            texts.push_back(std::visit(ServerText{}, value));
         send(("w" + std::to_string(statement)).c_str(), texts);
     }
     void save() {

@@ -31,43 +31,88 @@ constexpr GlAmount kGlAmounts[] = {{"1300", 15.00, false},
                                    {"5300", 107.35, true},
                                    {"6300", 107.35, true}};
 
-std::string line_statement() {
-    std::string slots;
-    std::string slot_values;
-    for (const char* slot : {"1", "2"}) {
-        const std::string s = slot;
-        slots += ", tax_authority" + s + ", taxable_amount" + s + ", tax_rate" + s + ", tax_amount" + s +
-                 ", taxable" + s + ", tax_allocated" + s + ", tax_recoverable" + s + ", tax_expensed" + s;
-        slot_values +=
-            s == "1" ? ", 'TAXA', 105, 5, 5, TRUE, 0, 5, 0" : ", 'TAXB', 105, 7, 7.35, FALSE, 7.35, 0, 0";
+const store::DateTime kToday = *store::DateTime::from_ymd(2026, 3, 16);
+const store::DateTime kDue = *store::DateTime::from_ymd(2026, 4, 15);
+
+std::string insert(const std::string& table, std::initializer_list<const char*> fields) {
+    std::string names;
+    std::string values;
+    int count = 0;
+    for (const char* const field : fields) {
+        names += (count == 0 ? "" : ", ") + std::string(field);
+        values += (count == 0 ? "?" : ", ?") + std::to_string(count + 1);
+        ++count;
     }
-    return "INSERT INTO AP_transaction_table (fkey, docno, pay_item, Description, gross_amount, open_amount, "
-           "taxable_amount, "
-           "tax_amount, tax_code, po_accno, period, fyear, computer_id, date_created, time_created, "
-           "user_created, Source, "
-           "source_form, doctype, company, vendor_no, invoice_no, invoice_date, Currency, payment_term, "
-           "duedays, early_days, "
-           "early_discount, due_date, ap_accno" +
-           slots +
-           ") VALUES (?1, ?2, ?3, 'Green coffee, 20 bags', 112.35, 112.35, 100, 12.35, 'STACK', ?4, 3, "
-           "'2026', "
-           "'BENCH', "
-           "2461115.5, '00:00:00', 'anna', 'AP-INVOICE', 'APform_invoice', 'ip', '1', 'V1001', 'BENCH-1', "
-           "2461115.5, 'USD', "
-           "'30', 30, 0, 0, 2461145.5, '2000'" +
-           slot_values + ")";
+    return "INSERT INTO " + table + " (" + names + ") VALUES (" + values + ")";
 }
 
-void post(BareRunner& runner, const std::string& accno, double amount) {
-    const std::array<BareValue, 2> values{amount, accno};
-    runner.run(balance, values);
-    runner.run(period, values);
+void run(BareRunner& runner, Bare statement, std::initializer_list<BareValue> values) {
+    runner.run(statement, {values.begin(), values.size()});
+}
+
+void post(BareRunner& runner, const char* accno, double amount) {
+    run(runner, balance, {amount, accno});
+    run(runner, period, {amount, accno});
 }
 
 void count(BareRunner& runner, const char* doctype) {
-    const std::array<BareValue, 1> values{std::string(doctype)};
-    runner.run(docno, values);
-    runner.run(fkey, values);
+    run(runner, docno, {doctype});
+    run(runner, fkey, {doctype});
+}
+
+struct Keys {
+    explicit Keys(const std::string& number)
+        : invoice("IP-26-" + number),
+          key("1ip-" + number),
+          gl_number("GL-26-" + number),
+          gl_key("1gl-" + number) {}
+    std::string invoice, key, gl_number, gl_key;
+};
+
+void write_header(BareRunner& runner, const Keys& keys) {
+    run(runner, header,
+        {keys.key, keys.invoice, "1",    "ip",   "BENCH-1", kToday, "V1001",      "USD",
+         "",       "30",         30.0,   0.0,    0.0,       kDue,   "AP-INVOICE", "APform_invoice",
+         3.0,      "2026",       "anna", kToday, "00:00:00"});
+}
+
+void write_line(BareRunner& runner, const Keys& keys, const char* item, const char* accno) {
+    run(runner, line, {keys.key,     keys.invoice,
+                       item,         "Green coffee, 20 bags",
+                       112.35,       112.35,
+                       100.0,        12.35,
+                       "STACK",      accno,
+                       3.0,          "2026",
+                       "BENCH",      kToday,
+                       "00:00:00",   "anna",
+                       "AP-INVOICE", "APform_invoice",
+                       "ip",         "1",
+                       "V1001",      "BENCH-1",
+                       kToday,       "USD",
+                       "30",         30.0,
+                       0.0,          0.0,
+                       kDue,         "2000",
+                       "TAXA",       105.0,
+                       5.0,          5.0,
+                       true,         0.0,
+                       5.0,          0.0,
+                       "TAXB",       105.0,
+                       7.0,          7.35,
+                       false,        7.35,
+                       0.0,          0.0});
+}
+
+void write_gl_header(BareRunner& runner, const Keys& keys) {
+    const std::string remark = "Invoice no. " + keys.invoice;
+    run(runner, gl_header,
+        {1.0, "gl", keys.gl_number, keys.gl_key, kToday, remark, "AP-INVOICE", keys.invoice, "APform_invoice",
+         "USD", "3", "2026", "anna", kToday, "00:00:00"});
+}
+
+void write_gl_line(BareRunner& runner, const Keys& keys, double lineno, const GlAmount& gl) {
+    run(runner, gl_line,
+        {1.0, keys.gl_key, keys.gl_number, kToday, "3", "2026", lineno, gl.accno, gl.accno, gl.amount,
+         gl.amount, "USD", "A", "AP-INVOICE", "APform_invoice", keys.invoice, kToday, "00:00:00", "anna"});
 }
 
 }  // namespace
@@ -79,29 +124,65 @@ std::array<std::string, kBareStatements> bare_statements() {
         "fiscalyear = '2026'";
     texts[fkey] = "UPDATE Next_number_fkey_table SET fkeyno = fkeyno + 1 WHERE company = 1 AND doctype = ?1";
     texts[header] =
-        "INSERT INTO AP_header_table (fkey, docno, company, doctype, invoice_no, invoice_date, vendor_no, "
-        "Currency, remark, "
-        "payment_term, duedays, early_days, early_discount, due_date, Source, source_form, period, fyear, "
-        "user_created, "
-        "date_created, time_created) VALUES (?1, ?2, '1', 'ip', 'BENCH-1', 2461115.5, 'V1001', 'USD', '', "
-        "'30', 30, 0, 0, "
-        "2461145.5, 'AP-INVOICE', 'APform_invoice', 3, '2026', 'anna', 2461115.5, '00:00:00')";
-    texts[line] = line_statement();
+        insert("AP_header_table",
+               {"fkey",           "docno",        "company",     "doctype",      "invoice_no", "invoice_date",
+                "vendor_no",      "Currency",     "remark",      "payment_term", "duedays",    "early_days",
+                "early_discount", "due_date",     "Source",      "source_form",  "period",     "fyear",
+                "user_created",   "date_created", "time_created"});
+    texts[line] = insert("AP_transaction_table", {"fkey",
+                                                  "docno",
+                                                  "pay_item",
+                                                  "Description",
+                                                  "gross_amount",
+                                                  "open_amount",
+                                                  "taxable_amount",
+                                                  "tax_amount",
+                                                  "tax_code",
+                                                  "po_accno",
+                                                  "period",
+                                                  "fyear",
+                                                  "computer_id",
+                                                  "date_created",
+                                                  "time_created",
+                                                  "user_created",
+                                                  "Source",
+                                                  "source_form",
+                                                  "doctype",
+                                                  "company",
+                                                  "vendor_no",
+                                                  "invoice_no",
+                                                  "invoice_date",
+                                                  "Currency",
+                                                  "payment_term",
+                                                  "duedays",
+                                                  "early_days",
+                                                  "early_discount",
+                                                  "due_date",
+                                                  "ap_accno",
+                                                  "tax_authority1",
+                                                  "taxable_amount1",
+                                                  "tax_rate1",
+                                                  "tax_amount1",
+                                                  "taxable1",
+                                                  "tax_allocated1",
+                                                  "tax_recoverable1",
+                                                  "tax_expensed1",
+                                                  "tax_authority2",
+                                                  "taxable_amount2",
+                                                  "tax_rate2",
+                                                  "tax_amount2",
+                                                  "taxable2",
+                                                  "tax_allocated2",
+                                                  "tax_recoverable2",
+                                                  "tax_expensed2"});
     texts[gl_header] =
-        "INSERT INTO GL_header_table (company, doctype, docno, fkey, gldate, remark, Source, source_docno, "
-        "source_form, "
-        "Currency, period, fyear, user_created, date_created, time_created) VALUES (1, 'gl', ?1, ?2, "
-        "2461115.5, "
-        "'Invoice no.', 'AP-INVOICE', ?3, 'APform_invoice', 'USD', '3', '2026', 'anna', 2461115.5, "
-        "'00:00:00')";
-    texts[gl_line] =
-        "INSERT INTO GL_transaction_table (company, fkey, docno, gldate, period, fyear, lineno, accno, "
-        "acccode, amount, "
-        "base_amount, Currency, ledgertype, Source, source_form, source_docno, date_created, time_created, "
-        "user_created) "
-        "VALUES (1, ?1, ?2, 2461115.5, '3', '2026', ?3, ?4, ?4, ?5, ?5, 'USD', 'A', 'AP-INVOICE', "
-        "'APform_invoice', ?6, "
-        "2461115.5, '00:00:00', 'anna')";
+        insert("GL_header_table", {"company", "doctype", "docno", "fkey", "gldate", "remark", "Source",
+                                   "source_docno", "source_form", "Currency", "period", "fyear",
+                                   "user_created", "date_created", "time_created"});
+    texts[gl_line] = insert("GL_transaction_table",
+                            {"company", "fkey", "docno", "gldate", "period", "fyear", "lineno", "accno",
+                             "acccode", "amount", "base_amount", "Currency", "ledgertype", "Source",
+                             "source_form", "source_docno", "date_created", "time_created", "user_created"});
     texts[balance] =
         "UPDATE Balance_table SET amount = ifnull(amount, 0) + ?1, base_amount = ifnull(base_amount, 0) + ?1 "
         "WHERE company = 1 "
@@ -110,36 +191,28 @@ std::array<std::string, kBareStatements> bare_statements() {
         "UPDATE Balance_period_table SET " + period_sums() +
         " WHERE fyear = '2026' AND company = 1 AND accno = ?2 AND ledgertype = 'A' AND Currency = 'USD'";
     texts[vendor] =
-        "UPDATE Vendor_table SET owing_balance = ifnull(owing_balance, 0) + 337.05 WHERE vendor_no = "
-        "'V1001'";
+        "UPDATE Vendor_table SET owing_balance = ifnull(owing_balance, 0) + ?1 WHERE vendor_no = ?2";
     texts[glfkey] = "UPDATE AP_header_table SET GLFKEY = ?1 WHERE fkey = ?2";
     return texts;
 }
 
 void run_bare_save(BareRunner& runner, std::int64_t number) {
-    const std::string digits = std::to_string(number);
-    const std::string invoice = "IP-26-" + digits;
-    const std::string key = "1ip-" + digits;
-    const std::string gl_number = "GL-26-" + digits;
-    const std::string gl_key = "1gl-" + digits;
-    const auto run = [&](Bare statement, std::initializer_list<BareValue> values) {
-        runner.run(statement, {values.begin(), values.size()});
-    };
+    const Keys keys(std::to_string(number));
     count(runner, "ip");
     count(runner, "gl");
-    run(header, {key, invoice});
-    int item = 1;
-    for (const char* const account : {"5000", "5300", "6300"})
-        run(line, {key, invoice, std::to_string(item++), std::string(account)});
-    run(gl_header, {gl_number, gl_key, invoice});
+    write_header(runner, keys);
+    write_line(runner, keys, "1", "5000");
+    write_line(runner, keys, "2", "5300");
+    write_line(runner, keys, "3", "6300");
+    write_gl_header(runner, keys);
     double lineno = 1;
     for (const GlAmount& gl : kGlAmounts) {
-        run(gl_line, {gl_key, gl_number, lineno++, std::string(gl.accno), gl.amount, invoice});
+        write_gl_line(runner, keys, lineno++, gl);
         post(runner, gl.accno, gl.amount);
         if (gl.income_statement) post(runner, "3900", -gl.amount);
     }
-    run(vendor, {});
-    run(glfkey, {gl_key, key});
+    run(runner, vendor, {337.05, "V1001"});
+    run(runner, glfkey, {keys.gl_key, keys.key});
 }
 
 }  // namespace brimley::bench

@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "kernel/module_g3.h"
 #include "kernel/money.h"
 
@@ -14,49 +17,60 @@ using store::Recordset;
 
 constexpr int kYearMax = 9999;
 
-double null_to_zero(Recordset& row, int column) {
-    const store::Value value = row.column(column);
-    if (!value.is_null()) return value.number();
-    row.set_column(column, 0.0);
-    return 0;
+constexpr int kAdjust = kPeriods + 1;
+constexpr int kClosing = kPeriods + 2;
+
+std::vector<std::string> entered_names(const std::string& prefix) {
+    std::vector<std::string> names{prefix + "opening_balance"};
+    for (int i = 1; i <= kPeriods; ++i)
+        names.push_back(fmt::format("{}period{}", prefix, i));
+    names.push_back(prefix + "adjust");
+    names.push_back(prefix + "closing");
+    return names;
 }
 
-}  // namespace
-
-PeriodFamily::PeriodFamily(const Recordset& period_rows, const std::string& prefix)
-    : opening_(period_rows.column_of(prefix + "opening_balance")),
-      adjust_(period_rows.column_of(prefix + "adjust")),
-      closing_(period_rows.column_of(prefix + "closing")),
-      ytd_(period_rows.column_of(prefix + "ytd_balance")) {
-    for (int i = 0; i < kPeriods; ++i) {
-        period_[i] = period_rows.column_of(fmt::format("{}period{}", prefix, i + 1));
-        balance_[i] = period_rows.column_of(fmt::format("{}balperiod{}", prefix, i + 1));
-    }
-}
-
-int PeriodFamily::column_of_key(std::string_view key) const {
-    if (key == "AD") return adjust_;
-    if (key == "CL") return closing_;
-    for (int i = 0; i < kPeriods; ++i) {
-        if (key == std::to_string(i + 1)) return period_[i];
+// The place of a period key among what is entered, -1 for an unknown one.
+int place_of_key(std::string_view key) {
+    if (key == "AD") return kAdjust;
+    if (key == "CL") return kClosing;
+    for (int period = 1; period <= kPeriods; ++period) {
+        if (key == std::to_string(period)) return period;
     }
     return -1;
 }
 
-void PeriodFamily::add(Recordset& period_row, std::string_view key, double amount) const {
-    if (const int column = column_of_key(key); column >= 0)
-        period_row.set_column(column, period_row.column(column).number() + amount);
-    recompute(period_row);
+}  // namespace
+
+std::string period_query() {
+    std::vector<std::string> names = entered_names("");
+    std::ranges::move(entered_names("e_"), std::back_inserter(names));
+    return fmt::format("SELECT {} FROM Balance_period_table", fmt::join(names, ", "));
 }
 
-void PeriodFamily::recompute(Recordset& period_row) const {
-    double balance = null_to_zero(period_row, opening_);
-    for (int i = 0; i < kPeriods; ++i) {
-        balance += null_to_zero(period_row, period_[i]);
-        period_row.set_column(balance_[i], balance);
-    }
-    balance += null_to_zero(period_row, adjust_);
-    period_row.set_column(ytd_, balance + null_to_zero(period_row, closing_));
+PeriodFamily::PeriodFamily(const Recordset& period_rows, const std::string& prefix) {
+    std::ranges::transform(entered_names(prefix), entered_.begin(),
+                           [&](const std::string& name) { return period_rows.column_of(name); });
+    for (int i = 0; i < kPeriods; ++i)
+        following_[i] = period_rows.column_to_set(fmt::format("{}balperiod{}", prefix, i + 1));
+    following_[kPeriods] = period_rows.column_to_set(prefix + "ytd_balance");
+}
+
+void PeriodFamily::add(Recordset& period_row, std::string_view key, double amount) const {
+    std::array<std::optional<double>, kEntered> held;
+    period_row.numbers(entered_, held);
+    std::array<double, kEntered> entered{};
+    std::ranges::transform(held, entered.begin(),
+                           [](const std::optional<double>& number) { return number.value_or(0); });
+    if (const int place = place_of_key(key); place >= 0) entered[place] += amount;
+    for (int i = 0; i < kEntered; ++i)
+        if (held[i] != entered[i]) period_row.set_column(entered_[i], entered[i]);
+
+    std::array<double, kFollowing> following{};
+    double balance = entered[0];
+    for (int i = 0; i < kPeriods; ++i)
+        following[i] = balance += entered[i + 1];
+    following[kPeriods] = balance + entered[kAdjust] + entered[kClosing];
+    period_row.set_numbers(following_, following);
 }
 
 const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {

@@ -24,8 +24,9 @@ void GlLineWriter::open() {
 }
 
 void GlLineWriter::open_balances() {
-    balance_rows_ = kernel_.change("SELECT * FROM Balance_table");
-    period_rows_ = kernel_.change("SELECT * FROM Balance_period_table");
+    balance_rows_ = kernel_.change("SELECT amount, base_amount FROM Balance_table");
+    static const std::string kPeriodQuery = period_query();
+    period_rows_ = kernel_.change(kPeriodQuery);
 }
 
 bool GlLineWriter::find_account(std::string_view accno) {

@@ -15,6 +15,9 @@ namespace brimley::kernel {
 
 inline constexpr int kPeriods = 13;
 
+// The rows of Balance_period_table with the columns that posting reads; what follows from them can be set.
+[[nodiscard]] std::string period_query();
+
 // Where one family's columns stand in a recordset. Posting changes row after row of the same recordset, so
 // they are looked up once.
 class PeriodFamily {
@@ -25,14 +28,16 @@ class PeriodFamily {
     // The row is in edit.
     void add(store::Recordset& period_row, std::string_view key, double amount) const;
     // Nulls become 0, balances and year to date follow from the opening balance and the periods.
-    void recompute(store::Recordset& period_row) const;
+    void recompute(store::Recordset& period_row) const { add(period_row, "", 0); }
 
   private:
-    [[nodiscard]] int column_of_key(std::string_view key) const;  // -1 for an unknown one
+    // What is entered: the opening balance, the periods, adjustments and closing, in this order.
+    static constexpr int kEntered = kPeriods + 3;
+    // What follows: the balance after each period, and the year to date.
+    static constexpr int kFollowing = kPeriods + 1;
 
-    std::array<int, kPeriods> period_{};
-    std::array<int, kPeriods> balance_{};
-    int opening_, adjust_, closing_, ytd_;
+    std::array<int, kEntered> entered_{};
+    std::array<int, kFollowing> following_{};
 };
 
 struct PeriodColumns {

@@ -1,8 +1,10 @@
 // What fields accept and how they hold it.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "store/small_company.h"
 #include "support/expect_error.h"
@@ -80,8 +82,51 @@ TEST_F(FieldValue, ColumnIsTheFieldOfItsName) {
     EXPECT_EQ(rows.column(0), Value(12.5));
     expect_error(ErrorKind::conversion, [&] { rows.set_column(0, "twelve"); });
     expect_error(ErrorKind::name, [&] { (void)rows.column_of("docno"); });
-    expect_error(ErrorKind::name, [&] { rows.set_column(2, 1); });
+    expect_error(ErrorKind::name, [&] { (void)rows.column(2); });
+    expect_error(ErrorKind::name, [&] { rows.set_column(1000, 1); });
     expect_error(ErrorKind::name, [&] { rows.set_column(-1, 1); });
+}
+
+TEST_F(FieldValue, FieldThatTheQueryDoesNotNameCanBeSetButNotRead) {
+    Recordset rows = company_.dynaset("SELECT fkey FROM Line_table WHERE 1 = 2");
+    rows.AddNew();
+    rows.set("fkey", "1ip-1");
+    rows.set("open_amount", 12.5);
+    rows.Update();
+    rows.Bookmark(rows.LastModified());
+    rows.Edit();
+    rows.set_column(rows.column_to_set("OPEN_AMOUNT"), 13.5);
+    rows.set("docno", "IP-26-1");
+    expect_error(ErrorKind::name, [&] { (void)rows.field("docno"); });
+    expect_error(ErrorKind::name, [&] { rows.set("no_such_field", 1); });
+    expect_error(ErrorKind::conversion, [&] { rows.set("open_amount", "twelve"); });
+    rows.Update();
+    EXPECT_EQ(rows.column_count(), 1);
+    const Recordset stored = company_.dynaset("SELECT * FROM Line_table WHERE fkey = '1ip-1'");
+    EXPECT_EQ(stored.field("open_amount"), Value(13.5));
+    EXPECT_EQ(stored.field("docno"), Value("IP-26-1"));
+}
+
+TEST_F(FieldValue, FieldThatTheQueryRenamesIsSetInItsColumn) {
+    Recordset rows = company_.dynaset("SELECT fkey AS document FROM Line_table WHERE 1 = 2");
+    rows.AddNew();
+    rows.set("fkey", "1ip-1");
+    EXPECT_EQ(rows.field("document"), Value("1ip-1"));
+}
+
+TEST_F(FieldValue, ManyNumbersAreReadAndSetAtOnce) {
+    Recordset rows = company_.dynaset("SELECT open_amount,pay_item FROM Line_table WHERE 1 = 2");
+    rows.AddNew();
+    const std::array columns{rows.column_of("open_amount"), rows.column_to_set("lineno")};
+    rows.set_numbers(columns, std::array{12.5, 20.0});
+    std::array<std::optional<double>, 2> read{7, 7};
+    rows.numbers(std::array{0, 1}, read);
+    EXPECT_EQ(read[0], 12.5);
+    EXPECT_EQ(read[1], std::nullopt);
+    expect_error(ErrorKind::name, [&] { rows.numbers(columns, read); });
+    rows.Update();
+    const Recordset stored = company_.dynaset("SELECT * FROM Line_table");
+    EXPECT_EQ(stored.field("lineno"), Value(20));
 }
 
 TEST_F(FieldValue, RowInWhichNothingWasSetIsStored) {

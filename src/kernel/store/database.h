@@ -27,6 +27,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -60,10 +62,11 @@ struct Bookmark {
 // After opening, the first row is current, if there is one. Reading a field without a current row is
 // ErrorKind::state.
 //
-// Changing: AddNew or Edit, set() fields, Update (or CancelUpdate). The row being added or edited can be read
-// by field name before Update, and survives whatever other recordsets do. Update writes only the fields that
-// changed. After AddNew and Update the current row is what it was before; move to the new one by
-// Bookmark(LastModified()).
+// Changing: AddNew or Edit, set() fields, Update (or CancelUpdate). A dynaset of named columns can be set in
+// the other fields of its table, too, which it does not read: they are always written. The row being added or
+// edited can be read by field name before Update, and survives whatever other recordsets do. Update writes
+// only the fields that changed. After AddNew and Update the current row is what it was before; move to the
+// new one by Bookmark(LastModified()).
 class Recordset {
   public:
     Recordset();  // holds nothing, as after Close(): everything but assignment, Close and is_open() is
@@ -102,9 +105,13 @@ class Recordset {
     [[nodiscard]] const std::string& column_name(int column) const;
     [[nodiscard]] FieldType column_type(int column) const;
     [[nodiscard]] Value column(int column) const;
+    // Many of them at once, as numbers: nothing for null, throws as Value::number().
+    void numbers(std::span<const int> columns, std::span<std::optional<double>> into) const;
     // Where a field stands among the columns, for those who read or set many fields of row after row. No such
     // field: ErrorKind::name.
     [[nodiscard]] int column_of(std::string_view name) const;
+    // Only for setting: also a field of the table that is none of the columns.
+    [[nodiscard]] int column_to_set(std::string_view name) const;
 
     void AddNew();
     // Takes the row, at once or not at all, whatever LockEdits says. Outside a transaction they are held
@@ -119,6 +126,7 @@ class Recordset {
     // a date field is that date. Anything else is ErrorKind::conversion, and the field keeps its value.
     void set(std::string_view name, const Value& value);
     void set_column(int column, const Value& value);
+    void set_numbers(std::span<const int> columns, std::span<const double> numbers);
     void Update();
     void CancelUpdate();
     void LockEdits(bool pessimistic);

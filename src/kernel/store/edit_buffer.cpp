@@ -6,9 +6,15 @@ void EditBuffer::begin(Mode mode, int columns) {
     end();
     mode_ = mode;
     const auto size = static_cast<std::size_t>(columns);
-    if (values_.size() == size) return;
+    if (values_.size() >= size) return;
     values_.resize(size);
     set_.assign(size, 0);
+}
+
+void EditBuffer::make_room(int column) {
+    const std::size_t size = static_cast<std::size_t>(column) + 1;
+    values_.resize(size);
+    set_.resize(size, 0);
 }
 
 void EditBuffer::end() {

@@ -21,13 +21,18 @@ class EditBuffer {
 
     // What the column held, or would hold if it had been set before: to be given its value, then marked as
     // set.
-    [[nodiscard]] Value& slot(int column) { return values_[static_cast<std::size_t>(column)]; }
+    [[nodiscard]] Value& slot(int column) {
+        if (static_cast<std::size_t>(column) >= values_.size()) make_room(column);
+        return values_[static_cast<std::size_t>(column)];
+    }
     void mark_set(int column) {
         char& mark = set_[static_cast<std::size_t>(column)];
         if (!mark) order_.push_back(column);
         mark = 1;
     }
-    [[nodiscard]] bool is_set(int column) const { return set_[static_cast<std::size_t>(column)] != 0; }
+    [[nodiscard]] bool is_set(int column) const {
+        return static_cast<std::size_t>(column) < set_.size() && set_[static_cast<std::size_t>(column)] != 0;
+    }
     // Only of a column that is set. The reference lasts until that column is set again or the buffer begins
     // anew.
     [[nodiscard]] const Value& value(int column) const { return values_[static_cast<std::size_t>(column)]; }
@@ -35,6 +40,8 @@ class EditBuffer {
     [[nodiscard]] std::span<const int> set_columns() const { return order_; }
 
   private:
+    void make_room(int column);
+
     Mode mode_ = Mode::none;
     std::vector<Value> values_;
     std::vector<char> set_;

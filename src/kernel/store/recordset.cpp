@@ -66,7 +66,14 @@ Value Recordset::column(int column) const {
     return state().value(column);
 }
 
+void Recordset::numbers(std::span<const int> columns, std::span<std::optional<double>> into) const {
+    for (const int column : columns)
+        state().require_column(column);
+    state().numbers(columns, into);
+}
+
 int Recordset::column_of(std::string_view name) const { return state().column_of(name); }
+int Recordset::column_to_set(std::string_view name) const { return state().column_to_set(name); }
 
 void Recordset::AddNew() { state().add_new(); }
 
@@ -78,12 +85,18 @@ bool Recordset::try_edit() { return state().edit(); }
 
 void Recordset::set(std::string_view name, const Value& value) {
     State& changed = state();
-    changed.set(changed.column_of(name), value);
+    changed.set(changed.column_to_set(name), value);
 }
 
 void Recordset::set_column(int column, const Value& value) {
-    state().require_column(column);
+    state().require_column_to_set(column);
     state().set(column, value);
+}
+
+void Recordset::set_numbers(std::span<const int> columns, std::span<const double> numbers) {
+    for (const int column : columns)
+        state().require_column_to_set(column);
+    state().set_numbers(columns, numbers);
 }
 
 void Recordset::Update() { state().update(); }

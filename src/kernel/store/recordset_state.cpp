@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 
 #include "kernel/store/convert.h"
 #include "kernel/store/dialect/evaluator.h"
@@ -71,9 +72,34 @@ int Recordset::State::column_of(std::string_view name) const {
     return column;
 }
 
+int Recordset::State::column_to_set(std::string_view name) const {
+    const int column = plan_->names.find(name);
+    if (column >= 0) return column;
+    if (!keyset_) return column_of(name);
+    const int field = require_table().field_index(name);
+    if (field < 0) return column_of(name);
+    // Perhaps a column shows it under another name.
+    const std::vector<dialect::ResultColumn>& columns = plan_->translation.columns;
+    const auto shown = std::ranges::find(columns, field, &dialect::ResultColumn::field);
+    return static_cast<int>(shown - columns.begin()) + (shown == columns.end() ? field : 0);
+}
+
 void Recordset::State::require_column(int column) const {
     if (column < 0 || column >= plan_->names.size())
         throw Error(ErrorKind::name, "no column " + std::to_string(column) + " in the recordset");
+}
+
+void Recordset::State::require_column_to_set(int column) const {
+    if (column >= plan_->names.size() && keyset_ &&
+        column - plan_->names.size() < static_cast<int>(require_table().fields.size()))
+        return;
+    require_column(column);
+}
+
+const Row& Recordset::State::row_at_hand() {
+    const Row* const row = source_->current();
+    if (!row) throw Error(ErrorKind::state, "no current row in the recordset");
+    return *row;
 }
 
 Value Recordset::State::value(int column) {
@@ -82,9 +108,21 @@ Value Recordset::State::value(int column) {
         const int field = plan_->translation.columns[static_cast<std::size_t>(column)].field;
         return field >= 0 && is_false_when_new(field_of(column)) ? Value(false) : Value();
     }
-    const Row* const row = source_->current();
-    if (!row) throw Error(ErrorKind::state, "no current row in the recordset");
-    return row->value(column);
+    return row_at_hand().value(column);
+}
+
+void Recordset::State::numbers(std::span<const int> columns, std::span<std::optional<double>> into) {
+    const Row* const row = buffer_.mode() == EditBuffer::Mode::adding ? nullptr : &row_at_hand();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const int column = columns[i];
+        if (row && !buffer_.is_set(column))
+            into[i] = row->number(column);
+        else
+            into[i].reset();
+        if (into[i]) continue;
+        const Value held = value(column);
+        if (!held.is_null()) into[i] = held.number();
+    }
 }
 
 const Table& Recordset::State::require_table() const {
@@ -92,10 +130,16 @@ const Table& Recordset::State::require_table() const {
     return *plan_->translation.table;
 }
 
-const Field& Recordset::State::field_of(int column) const {
+std::size_t Recordset::State::place_of_field(int column) const {
+    const int columns = plan_->names.size();
+    if (column >= columns) return static_cast<std::size_t>(column - columns);
     const dialect::ResultColumn& shown = plan_->translation.columns[static_cast<std::size_t>(column)];
     if (shown.field < 0) throw Error(ErrorKind::state, shown.name + " is computed and cannot be changed");
-    return require_table().fields[static_cast<std::size_t>(shown.field)];
+    return static_cast<std::size_t>(shown.field);
+}
+
+const Field& Recordset::State::field_of(int column) const {
+    return require_table().fields[place_of_field(column)];
 }
 
 void Recordset::State::add_new() {
@@ -120,6 +164,18 @@ void Recordset::State::set(int column, const Value& value) {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
     convert_for_field(value, field_of(column), buffer_.slot(column));
     buffer_.mark_set(column);
+}
+
+void Recordset::State::set_numbers(std::span<const int> columns, std::span<const double> numbers) {
+    if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (field_of(columns[i]).type != FieldType::number || !std::isfinite(numbers[i])) {
+            set(columns[i], numbers[i]);
+            continue;
+        }
+        buffer_.slot(columns[i]) = numbers[i];
+        buffer_.mark_set(columns[i]);
+    }
 }
 
 void Recordset::State::update() {
@@ -156,8 +212,7 @@ void Recordset::State::begin_fields() {
 }
 
 void Recordset::State::write_field(int column) {
-    const auto field =
-        static_cast<std::size_t>(plan_->translation.columns[static_cast<std::size_t>(column)].field);
+    const std::size_t field = place_of_field(column);
     written_fields_[field / kFieldsInWord] |= std::uint64_t{1} << (field % kFieldsInWord);
     column_of_field_[field] = column;
 }
@@ -176,7 +231,7 @@ bool Recordset::State::collect_changes() {
     const Row& row = *keyset_->current();
     bool changed = false;
     for (const int column : buffer_.set_columns()) {
-        if (row.holds(column, buffer_.value(column))) continue;
+        if (column < row.size() && row.holds(column, buffer_.value(column))) continue;
         write_field(column);
         changed = true;
     }
@@ -198,7 +253,9 @@ void Recordset::State::update_row() {
 
 void Recordset::State::show_changes() {
     Row& row = keyset_->written();
-    const auto put = [&](int column) { return row.put(column, buffer_.value(column)); };
+    const auto put = [&](int column) {
+        return column >= row.size() || row.put(column, buffer_.value(column));
+    };
     if (std::ranges::all_of(buffer_.set_columns(), put)) return;
     changed_row_.clear();
     changed_row_.expect(static_cast<std::size_t>(row.size()));

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -28,19 +30,28 @@ class Recordset::State {
     [[nodiscard]] const SelectPlan& plan() const { return *plan_; }
     // Throws ErrorKind::name.
     [[nodiscard]] int column_of(std::string_view name) const;
+    // As column_of(); behind the columns stand the fields of the table, which can be set although the query
+    // does not name them.
+    [[nodiscard]] int column_to_set(std::string_view name) const;
     void require_column(int column) const;
+    void require_column_to_set(int column) const;
     [[nodiscard]] Value value(int column);
+    void numbers(std::span<const int> columns, std::span<std::optional<double>> into);
 
     void add_new();
     // False when another workspace is in the way.
     [[nodiscard]] bool edit();
     void set(int column, const Value& value);
+    void set_numbers(std::span<const int> columns, std::span<const double> numbers);
     void update();
     void cancel();
     [[nodiscard]] std::int64_t last_modified() const { return last_modified_; }
 
   private:
     [[nodiscard]] const Table& require_table() const;
+    [[nodiscard]] const Row& row_at_hand();
+    // Of the field among those of the table; throws for a computed column.
+    [[nodiscard]] std::size_t place_of_field(int column) const;
     [[nodiscard]] const Field& field_of(int column) const;
     void insert_row();
     void update_row();

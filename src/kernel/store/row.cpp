@@ -120,6 +120,12 @@ Value Row::value(int column) const {
     }
 }
 
+std::optional<double> Row::number(int column) const {
+    const char* const at = cell(column);
+    if (*at != kNumber) return {};
+    return get<double>(at + 1);
+}
+
 bool Row::put(int column, const Value& value) {
     char* const at = cell(column);
     switch (*at) {

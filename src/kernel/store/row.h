@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -30,6 +31,8 @@ class Row {
 
     [[nodiscard]] int size() const { return static_cast<int>(starts_.size()); }
     [[nodiscard]] Value value(int column) const;
+    // Nothing unless the cell holds a number.
+    [[nodiscard]] std::optional<double> number(int column) const;
     // Puts the value into the cell when it takes the same room as what stands there. False, and nothing has
     // changed, when it does not.
     [[nodiscard]] bool put(int column, const Value& value);

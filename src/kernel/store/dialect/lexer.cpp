@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <cstring>
 
 #include "kernel/store/error.h"
 
@@ -10,7 +11,7 @@ namespace brimley::store::dialect {
 
 namespace {
 
-enum CharacterClass : unsigned char { kOther, kBlank, kDigit, kLetter };
+enum CharacterClass : unsigned char { kOther, kBlank, kSymbol, kDigit, kLetter };
 
 constexpr std::array<CharacterClass, 256> make_classes() {
     std::array<CharacterClass, 256> classes{};
@@ -23,6 +24,8 @@ constexpr std::array<CharacterClass, 256> make_classes() {
     classes['_'] = kLetter;
     for (const char c : {' ', '\t', '\r', '\n'})
         classes[static_cast<unsigned char>(c)] = kBlank;
+    for (const char c : std::string_view("(),.*+-/=<>"))
+        classes[static_cast<unsigned char>(c)] = kSymbol;
     return classes;
 }
 
@@ -111,41 +114,50 @@ Token Lexer::symbol() {
     const std::size_t start = at_;
     const char first = text_[start];
     if (first == kBrokenValue) refuse_syntax(text_, start, "'", "a value with a single quote");
-    if (std::string_view("(),.*+-/=<>").find(first) == std::string_view::npos)
-        refuse_syntax(text_, start, text_.substr(start, 1), "unknown character");
+    if (class_of(first) != kSymbol) refuse_syntax(text_, start, text_.substr(start, 1), "unknown character");
     const char second = start + 1 < text_.size() ? text_[start + 1] : ' ';
     const bool two = (first == '<' && (second == '=' || second == '>')) || (first == '>' && second == '=');
     at_ += two ? 2 : 1;
     return {TokenKind::symbol, text_.substr(start, at_ - start), start};
 }
 
+// Runs for every text that is opened or looked for.
 void take_shape(std::string_view text, std::string& shape, std::vector<Literal>& literals) {
-    shape.clear();
     literals.clear();
+    shape.resize(2 * text.size());  // a letter may become a word and its blank
+    char* out = shape.data();
     Lexer lexer(text);
+    const auto append = [&](std::string_view token) {
+        std::memcpy(out, token.data(), token.size());
+        out += token.size();
+    };
     for (Token token = lexer.next(); token.kind != TokenKind::end; token = lexer.next()) {
         switch (token.kind) {
             case TokenKind::text:
-                shape += '\'';
+                *out++ = '\'';
                 literals.push_back({true, token.text});
                 break;
             case TokenKind::number:
-                shape += '#';
+                *out++ = '#';
                 literals.push_back({false, token.text});
                 break;
             case TokenKind::bracketed_name:
-                shape.append("[").append(token.text).append("]");
+                *out++ = '[';
+                append(token.text);
+                *out++ = ']';
                 break;
             case TokenKind::word:
                 // Only words can run into each other.
-                shape.append(token.text) += ' ';
+                append(token.text);
+                *out++ = ' ';
                 break;
             default:
-                shape.append(token.text);
+                append(token.text);
                 // "< =" is no "<=".
-                if (token.text == "<" || token.text == ">") shape += ' ';
+                if (token.text == "<" || token.text == ">") *out++ = ' ';
         }
     }
+    shape.resize(static_cast<std::size_t>(out - shape.data()));
 }
 
 }  // namespace brimley::store::dialect
