@@ -139,6 +139,25 @@ TEST_F(LineGrid, MovedColumnStandsThereAfterReopening) {
     EXPECT_EQ(place_of("pay item"), 0);
 }
 
+TEST_F(LineGrid, ColumnIsMovedByDraggingItsHeader) {
+    window().settle();
+    QHeaderView* const header = lines().horizontalHeader();
+    const auto middle_of = [&](const char* caption) {
+        const int section = lines().grid().get_column(caption);
+        return QPoint(header->sectionViewportPosition(section) + header->sectionSize(section) / 2, 8);
+    };
+    const QPoint from = middle_of("tax code");
+    const QPoint to = middle_of("description") - QPoint(60, 0);
+    QTest::mousePress(header->viewport(), Qt::LeftButton, {}, from);
+    for (int step = 1; step <= 10; ++step)
+        QTest::mouseMove(header->viewport(), from + (to - from) * step / 10);
+    QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, to);
+    window().settle();
+    EXPECT_EQ(place_of("tax code"), 1);
+    EXPECT_EQ(lines().grid().columns[static_cast<std::size_t>(lines().grid().get_column("tax code"))].order,
+              1);
+}
+
 TEST_F(LineGrid, WidthAndRowHeightDraggedAreKept) {
     const int column = lines().grid().get_column("description");
     lines().horizontalHeader()->resizeSection(column, 300);

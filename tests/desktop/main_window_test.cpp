@@ -1,4 +1,6 @@
 // The window around the forms: companies, and what it answers to the requests of a form.
+#include <QDialogButtonBox>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -8,6 +10,8 @@
 #include <QStatusBar>
 #include <QTableView>
 #include <QTextDocument>
+#include <QTimer>
+#include <deque>
 #include <set>
 
 #include "desktop/ledger_window.h"
@@ -41,6 +45,18 @@ class Host : public ::testing::Test {
             if (auto* const kind = dynamic_cast<Kind*>(at->widget())) found = kind;
         return found;
     }
+    // A button on the page that is shown.
+    QPushButton* find_button(const QString& text) {
+        QApplication::processEvents();
+        for (QPushButton* const found : window->findChildren<QPushButton*>())
+            if (found->isVisible() && found->text().remove('&') == text) return found;
+        return nullptr;
+    }
+    void click(const QString& text) {
+        QPushButton* const found = find_button(text);
+        if (found == nullptr) throw std::logic_error("no button " + text.toStdString());
+        found->click();
+    }
     void ask(const char* formx, const char* docnox = "", const char* arg2 = "") {
         window->ap()->NotifyClients(formx, docnox, arg2);
     }
@@ -71,6 +87,50 @@ TEST_F(Host, CompanyThatWasOpenedIsRemembered) {
     EXPECT_EQ(desktop::Settings().recent_companies(), QStringList{QString::fromStdString(path)});
     window->close_company();
     EXPECT_EQ(window->ap(), nullptr);
+}
+
+TEST_F(Host, CompanyOfTheRecentOnesIsOpenedWithAClick) {
+    window->close_company();
+    click(QString::fromStdString(path));
+    QApplication::processEvents();
+    ASSERT_NE(window->ap(), nullptr);
+    EXPECT_EQ(window->ap()->OPEN_DATABASE, path);
+    EXPECT_EQ(window->desk().windows().size(), 1U);
+}
+
+TEST_F(Host, SampleCompanyIsMadeWhenItIsNotThere) {
+    window->close_company();
+    click("Open the sample company");
+    ASSERT_NE(window->ap(), nullptr);
+    EXPECT_TRUE(QFileInfo::exists(QString::fromStdString(window->ap()->OPEN_DATABASE)));
+    EXPECT_NE(window->ap()->OPEN_DATABASE, path);
+    EXPECT_EQ(window->desk().windows().size(), 1U);
+}
+
+TEST_F(Host, NewCompanyNeverComesOverOneThatIsThere) {
+    window->close_company();
+    const std::string fresh = folder.file("fresh.brimley");
+    std::deque<std::string> places{path, fresh};
+    QStringList told;
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, [&] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        if (auto* const box = qobject_cast<QMessageBox*>(dialog)) {
+            told.append(box->text());
+            box->button(QMessageBox::Ok)->click();
+        } else if (dialog != nullptr) {
+            dialog->findChild<QLineEdit*>("place")->setText(QString::fromStdString(places.front()));
+            places.pop_front();
+            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        }
+    });
+    person.start(10);
+    click("New company...");
+    person.stop();
+    EXPECT_EQ(told, QStringList{QString::fromStdString(path) + " already exists"});
+    ASSERT_NE(window->ap(), nullptr);
+    EXPECT_EQ(window->ap()->OPEN_DATABASE, fresh);
+    EXPECT_EQ(window->ap()->BASE_CURRENCY, "EUR");
 }
 
 TEST_F(Host, NothingIsRememberedWhereOnlyAPictureIsTaken) {
@@ -311,20 +371,15 @@ TEST_F(Host, NextFormFillsTheAreaOrStandsInsideAsTheOneBefore) {
 }
 
 TEST_F(Host, FormsAreOfferedWhenNoneIsOpen) {
-    const auto button = [this](const QString& text) -> QPushButton* {
-        for (QPushButton* const found : window->findChildren<QPushButton*>())
-            if (found->isVisible() && found->text().remove('&') == text) return found;
-        return nullptr;
-    };
-    ASSERT_NE(button("Invoices"), nullptr);
-    button("Invoices")->click();
+    ASSERT_NE(find_button("Invoices"), nullptr);
+    click("Invoices");
     EXPECT_EQ(window->desk().windows().size(), 1U);
-    EXPECT_EQ(button("Invoices"), nullptr);
+    EXPECT_EQ(find_button("Invoices"), nullptr);
     window->desk().windows().back()->press(100);
-    EXPECT_NE(button("Invoices"), nullptr);
+    EXPECT_NE(find_button("Invoices"), nullptr);
     window->close_company();
-    EXPECT_EQ(button("Invoices"), nullptr);
-    EXPECT_NE(button("New company..."), nullptr);
+    EXPECT_EQ(find_button("Invoices"), nullptr);
+    EXPECT_NE(find_button("New company..."), nullptr);
 }
 
 TEST_F(Host, TitleOfAFormTellsItsDocument) {
