@@ -84,6 +84,7 @@ void add_grid_properties(store::Database& database) {
                       {"Alignment", alignment_of(column.kind)},
                       {"cell_type", check_box ? Value(presentation::kCheckBoxCell) : Value()},
                       {"col_fetchstyle", (column.flags & presentation::kRowStyle) != 0},
+                      {"AutoCompletion", (column.flags & presentation::kCompleted) != 0},
                       {"Print", true}});
         }
     }

@@ -56,6 +56,19 @@ void Console::do_press(Arguments& arguments) {
     report(std::to_string(id), actor_.press(form(), id));
 }
 
+void Console::do_close(Arguments& arguments) {
+    controls::Control& target = control(arguments.take("PANE"));
+    auto* const pane = dynamic_cast<controls::Frame*>(&target);
+    if (pane == nullptr || !pane->is_pane()) throw ScriptFault(target.name() + " is no pane");
+    report(target.name(), actor_.close_pane(*pane));
+}
+
+void Console::do_fontbar(Arguments& arguments) {
+    const bool visible = arguments.take_if("on");
+    if (!visible && !arguments.take_if("off")) throw ScriptFault("the font bar is on or off");
+    actor_.show_font_bar(form(), visible);
+}
+
 void Console::do_cell(Arguments& arguments) {
     Grid& target = grid(arguments.take("GRID"));
     const int row = arguments.take_row();

@@ -25,6 +25,8 @@ class Actor {
     // A check box, or an option button, which can only be ticked.
     [[nodiscard]] virtual Refusal click(controls::Control& box, bool ticked) = 0;
     [[nodiscard]] virtual Refusal press(frame::Form& form, int command) = 0;
+    [[nodiscard]] virtual Refusal close_pane(controls::Frame& pane) = 0;
+    virtual void show_font_bar(frame::Form& form, bool visible) = 0;
 
     // Rows from 0, columns by their place in the grid's array. A check cell takes "True" and "False".
     [[nodiscard]] virtual Refusal edit_cell(controls::Grid& grid, int row, int column,
@@ -49,6 +51,8 @@ class ModelActor : public Actor {
     [[nodiscard]] Refusal type_and_enter(controls::Control& target, const std::string& text) override;
     [[nodiscard]] Refusal click(controls::Control& box, bool ticked) override;
     [[nodiscard]] Refusal press(frame::Form& form, int command) override;
+    [[nodiscard]] Refusal close_pane(controls::Frame& pane) override;
+    void show_font_bar(frame::Form& form, bool visible) override;
     [[nodiscard]] Refusal edit_cell(controls::Grid& grid, int row, int column,
                                     const std::string& text) override;
     [[nodiscard]] Refusal visit_cell(controls::Grid& grid, int row, int column) override;

@@ -2,17 +2,18 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <csignal>
 #include <iostream>
 
 #include "console/console.h"
 #include "console/script_run.h"
 #include "console/terminal.h"
-#include "opening/host_options.h"
+#include "opening/command_line.h"
 
 namespace {
 
 using brimley::console::Console;
+
+constexpr const char* kProgram = "brimley-console";
 
 struct Options {
     std::string company;
@@ -41,35 +42,19 @@ void run_scripts(Console& console, const Options& options) {
 }
 
 int run(const Options& options) {
-    brimley::frame::HostContext context;
-    try {
-        context = brimley::opening::open_context(options.company, options.host);
-    } catch (const std::exception& failure) {
-        std::cerr << "brimley-console: " << failure.what() << '\n';
-        return brimley::console::kNotOpened;
-    }
-    Console console(context, std::cout);
-    return brimley::console::run_to_status(console, std::cout, "brimley-console",
+    const auto context = brimley::opening::open_or_tell(options.company, options.host, kProgram);
+    if (!context) return brimley::console::kNotOpened;
+    Console console(*context, std::cout);
+    return brimley::console::run_to_status(console, std::cout, kProgram,
                                            [&] { run_scripts(console, options); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A file that may not grow any more looks like a full disk: the save fails, not the program.
-    std::signal(SIGXFSZ, SIG_IGN);
     CLI::App app{"Drives the forms of a Brimley company from scripts or a terminal."};
     Options options;
     describe(app, options);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
-    } catch (const CLI::CallForVersion& version) {
-        return app.exit(version);
-    } catch (const CLI::ParseError& fault) {
-        std::cerr << "brimley-console: " << fault.what() << '\n';
-        return brimley::console::kScriptWrong;
-    }
-    return run(options);
+    const auto ends = brimley::opening::read_command_line(app, argc, argv, kProgram);
+    return ends ? *ends : run(options);
 }

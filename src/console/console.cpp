@@ -48,6 +48,8 @@ const std::vector<Console::CommandEntry>& Console::command_table() {
         {"check", &Console::do_check},
         {"uncheck", &Console::do_uncheck},
         {"press", &Console::do_press},
+        {"close", &Console::do_close},
+        {"fontbar", &Console::do_fontbar},
         {"cell", &Console::do_cell},
         {"visit", &Console::do_visit},
         {"dblclick", &Console::do_dblclick},

@@ -61,6 +61,8 @@ class Console {
     void do_check(Arguments& arguments);
     void do_uncheck(Arguments& arguments);
     void do_press(Arguments& arguments);
+    void do_close(Arguments& arguments);
+    void do_fontbar(Arguments& arguments);
     void do_cell(Arguments& arguments);
     void do_visit(Arguments& arguments);
     void do_dblclick(Arguments& arguments);

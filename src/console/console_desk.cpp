@@ -1,14 +1,11 @@
 #include "console/console_desk.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <ctime>
 #include <ostream>
 #include <thread>
 
 #include "console/script_line.h"
+#include "opening/this_machine.h"
 
 namespace brimley::console {
 
@@ -42,13 +39,7 @@ bool ConsoleDesk::question(const std::string& text, const std::string& title) {
 
 store::DateTime ConsoleDesk::now() {
     if (stopped_clock) return *stopped_clock;
-    const std::time_t seconds = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    auto moment = store::DateTime::from_ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday).value();
-    // A leap second counts as the one before it.
-    moment.second_of_day = local.tm_hour * 3600 + local.tm_min * 60 + std::min(local.tm_sec, 59);
-    return moment;
+    return opening::local_now();
 }
 
 void ConsoleDesk::wait(std::chrono::milliseconds duration) {
@@ -60,11 +51,7 @@ void ConsoleDesk::pump() {
     if (screen_ != nullptr) screen_->pump();
 }
 
-std::string ConsoleDesk::computer_name() {
-    if (computer) return *computer;
-    std::array<char, 513> name{};
-    return gethostname(name.data(), name.size() - 1) == 0 ? std::string(name.data()) : std::string{};
-}
+std::string ConsoleDesk::computer_name() { return computer ? *computer : opening::machine_name(); }
 
 // The same everywhere, so that a script can name one on any machine.
 std::vector<std::string> ConsoleDesk::font_families() { return {"Arial", "Courier New", "Times New Roman"}; }

@@ -55,6 +55,12 @@ Refusal ModelActor::click(Control& box, bool ticked) {
 
 Refusal ModelActor::press(frame::Form& form, int command) { return form.press(command); }
 
+Refusal ModelActor::close_pane(controls::Frame& pane) { return pane.close(); }
+
+void ModelActor::show_font_bar(frame::Form& form, bool visible) {
+    form.CommandBars1().show_font_bar(visible);
+}
+
 Refusal ModelActor::edit_cell(Grid& grid, int row, int column, const std::string& text) {
     return grid.edit_cell(row, column, text);
 }

@@ -27,6 +27,11 @@ bool CommandBars::pressed(int id) const {
     return command != nullptr && command->pressed;
 }
 
+void CommandBars::show_font_bar(bool visible) {
+    font_bar_visible = visible;
+    if (on_shown_change) on_shown_change();
+}
+
 void CommandBars::set_enabled(int id, bool enabled) {
     Command* command = find(id);
     if (command == nullptr || command->enabled == enabled) return;

@@ -41,6 +41,8 @@ class CommandBars {
     // Text below the toolbar's icons, and whether the font bar is shown. Both exist before the commands do.
     bool show_text = false;
     bool font_bar_visible = false;
+    // The user shows or hides the font bar.
+    void show_font_bar(bool visible);
 
     std::function<void()> on_shown_change;
 

@@ -46,4 +46,12 @@ Refusal OptionButton::click() {
     return Refusal::none;
 }
 
+Refusal Frame::close() {
+    if (!reachable()) return Refusal::hidden;
+    if (!enabled()) return Refusal::disabled;
+    if (!is_pane()) return Refusal::locked;
+    set_visible(false);
+    return Refusal::none;
+}
+
 }  // namespace brimley::controls

@@ -102,6 +102,11 @@ class Frame : public Control {
     [[nodiscard]] std::string shown() const override { return caption_; }
     void refresh() const { tell(); }
 
+    // A frame with a caption is a pane, which the user may close. It is hidden then, as if its command had
+    // hidden it.
+    [[nodiscard]] bool is_pane() const { return !caption_.empty(); }
+    [[nodiscard]] Refusal close();
+
   private:
     std::string caption_;
 };

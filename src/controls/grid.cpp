@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace brimley::controls {
 
@@ -43,21 +44,44 @@ Refusal Grid::visit_cell(int row, int column) {
     return Refusal::none;
 }
 
-Refusal Grid::edit_cell(int row, int column, const std::string& text) {
+Refusal Grid::edit_refusal(int row, int column) const {
     if (const Refusal why = refusal(); why != Refusal::none) return why;
     const GridColumn& target = columns.at(static_cast<std::size_t>(column));
     if (!target.visible) return Refusal::hidden;
     const bool new_row = row >= array.rows();
-    if (target.locked || !allow_update || (new_row && !allow_add_new)) return Refusal::locked;
+    const bool locked = target.locked || !allow_update || (new_row && !allow_add_new);
+    return locked ? Refusal::locked : Refusal::none;
+}
+
+Refusal Grid::open_editor(int row, int column) {
+    abandon_editor();
+    if (const Refusal why = edit_refusal(row, column); why != Refusal::none) return why;
     if (const Refusal why = visit_cell(row, column); why != Refusal::none) return why;
-    CellEdit edit{row, column, target.caption, std::string(array.get(row, column)), text, false};
+    const std::string old_text(array.get(row, column));
+    CellEdit edit{row, column, columns[static_cast<std::size_t>(column)].caption, old_text, old_text, false};
     if (on_before_edit) on_before_edit(edit);
-    if (!edit.cancel && on_before_update) on_before_update(edit);
+    if (!edit.cancel) edit_ = std::move(edit);
+    return Refusal::none;
+}
+
+// The form may have locked the cell while its editor stood open.
+Refusal Grid::leave_editor(const std::string& text) {
+    if (!edit_) return Refusal::none;
+    CellEdit edit = *std::exchange(edit_, std::nullopt);
+    if (const Refusal why = edit_refusal(edit.row, edit.column); why != Refusal::none) return why;
+    edit.old_text = array.get(edit.row, edit.column);
+    edit.new_text = text;
+    if (on_before_update) on_before_update(edit);
     if (edit.cancel) return Refusal::none;
-    array.set(row, column, edit.new_text);
-    if (on_after_update) on_after_update(column);
+    array.set(edit.row, edit.column, edit.new_text);
+    if (on_after_update) on_after_update(edit.column);
     tell();
     return Refusal::none;
+}
+
+Refusal Grid::edit_cell(int row, int column, const std::string& text) {
+    const Refusal refusal = open_editor(row, column);
+    return refusal == Refusal::none ? leave_editor(text) : refusal;
 }
 
 Refusal Grid::double_click(int row) {

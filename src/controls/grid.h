@@ -23,11 +23,19 @@ struct FontStyle {
     bool underline = false;
 };
 
-// A list that opens below a cell.
+// A list that opens below a cell. As that of a combo it is fetched when somebody first looks at it.
 struct DropDown {
+    using Rows = std::vector<std::vector<std::string>>;
+
     std::vector<std::string> captions;
     std::vector<int> widths;  // of its columns, twentieths of a point; set when a cell opens
-    std::function<std::vector<std::vector<std::string>>()> rows;  // asked when the list opens
+    std::function<Rows()> source;
+    mutable std::optional<Rows> fetched = {};
+
+    [[nodiscard]] const Rows& rows() const {
+        if (!fetched) fetched = source();
+        return *fetched;
+    }
 };
 
 struct GridColumn {
@@ -48,8 +56,8 @@ struct GridColumn {
     const DropDown* drop_down = nullptr;
 };
 
-// What a change of a cell is about, for the handlers before it takes place. Setting `cancel` keeps the old
-// text.
+// What a change of a cell is about, for the handlers before it takes place. Setting `cancel` keeps the editor
+// closed, or the old text. Before the editor opens the new text is the old one.
 struct CellEdit {
     int row = 0;
     int column = 0;
@@ -98,8 +106,16 @@ class Grid : public Control {
 
     // --- the user ---
     [[nodiscard]] Refusal visit_cell(int row, int column);
-    // Moves into the cell, types the text and leaves the cell: on_before_edit, on_before_update,
-    // on_after_update.
+    // What stops a user from typing into the cell now.
+    [[nodiscard]] Refusal edit_refusal(int row, int column) const;
+    // The cell's editor. It opens (on_before_edit, which may keep it closed) and is left with a text
+    // (on_before_update, which may keep the old one; on_after_update) or without a word. One is open at a
+    // time; none is, when the form kept it closed.
+    [[nodiscard]] Refusal open_editor(int row, int column);
+    [[nodiscard]] bool editor_is_open() const { return edit_.has_value(); }
+    [[nodiscard]] Refusal leave_editor(const std::string& text);
+    void abandon_editor() { edit_.reset(); }
+    // All of it at once: moves into the cell, types the text and leaves the cell.
     [[nodiscard]] Refusal edit_cell(int row, int column, const std::string& text);
     [[nodiscard]] Refusal double_click(int row);
     [[nodiscard]] Refusal user_selects_columns(std::optional<Range> range);
@@ -120,6 +136,7 @@ class Grid : public Control {
 
     int row_ = 0;
     int column_ = 0;
+    std::optional<CellEdit> edit_;  // in the editor that is open
     std::optional<Range> selected_;
 };
 

@@ -3,17 +3,17 @@
 #include <QTimer>
 
 #include <CLI/CLI.hpp>
-#include <csignal>
 #include <iostream>
 
 #include "desktop/form_window.h"
 #include "desktop/main_window.h"
+#include "opening/command_line.h"
 
 namespace {
 
 using namespace brimley;
 
-enum Status { kGood = 0, kWrongUsage = 2, kNotOpened = 3 };
+constexpr const char* kProgram = "brimley";
 
 struct Options {
     std::string company;
@@ -24,39 +24,42 @@ struct Options {
 
 void describe(CLI::App& app, Options& options) {
     app.set_version_flag("--version", std::string("brimley ") + BRIMLEY_VERSION);
-    app.add_option("COMPANY", options.company, "company file, or postgresql:// URI; none: choose one");
+    auto* const company =
+        app.add_option("COMPANY", options.company, "company file, or postgresql:// URI; none: choose one");
     app.add_option("--screenshot", options.screenshot,
                    "show this form, write a picture of its window, and end")
         ->type_name("FORM FILE.png")
-        ->expected(2);
+        ->expected(2)
+        ->needs(company);
     app.add_flag("--dark", options.dark, "light on dark, this time");
     opening::describe_host_options(app, options.host);
 }
 
 int take_screenshot(desktop::MainWindow& window, const Options& options) {
     if (!window.show_form(QString::fromStdString(options.screenshot[0]))) {
-        std::cerr << "brimley: there is no form " << options.screenshot[0] << '\n';
-        return kWrongUsage;
+        std::cerr << kProgram << ": this version has no form " << options.screenshot[0] << '\n';
+        return opening::kWrongUsage;
     }
     QApplication::processEvents();
     if (!window.grab().save(QString::fromStdString(options.screenshot[1]))) {
-        std::cerr << "brimley: " << options.screenshot[1] << " cannot be written\n";
-        return kNotOpened;
+        std::cerr << kProgram << ": " << options.screenshot[1] << " cannot be written\n";
+        return opening::kNotOpened;
     }
-    return kGood;
+    return 0;
 }
 
 int run(QApplication& application, const Options& options) {
     desktop::use_fonts();
     desktop::use_theme(options.dark ? desktop::Theme::dark : desktop::Settings().theme());
-    desktop::MainWindow window(options.host);
+    using Memory = desktop::MainWindow::Memory;
+    desktop::MainWindow window(options.host, options.screenshot.empty() ? Memory::kept : Memory::none);
     window.show();
     if (!options.company.empty()) {
         try {
             window.open_company(QString::fromStdString(options.company));
         } catch (const std::exception& failure) {
-            std::cerr << "brimley: " << failure.what() << '\n';
-            return kNotOpened;
+            std::cerr << kProgram << ": " << failure.what() << '\n';
+            return opening::kNotOpened;
         }
     }
     if (!options.screenshot.empty()) return take_screenshot(window, options);
@@ -67,21 +70,10 @@ int run(QApplication& application, const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A file that may not grow any more looks like a full disk: the save fails, not the program.
-    std::signal(SIGXFSZ, SIG_IGN);
     CLI::App app{"Accounts payable of a Brimley company, in windows."};
     Options options;
     describe(app, options);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
-    } catch (const CLI::CallForVersion& version) {
-        return app.exit(version);
-    } catch (const CLI::ParseError& fault) {
-        std::cerr << "brimley: " << fault.what() << '\n';
-        return kWrongUsage;
-    }
+    if (const auto ends = opening::read_command_line(app, argc, argv, kProgram)) return *ends;
     QApplication application(argc, argv);
     return run(application, options);
 }

@@ -15,44 +15,37 @@ namespace brimley::desktop {
 using controls::Refusal;
 
 // --- the editor ---
+// A list that completes what is typed is looked at before the first key, so that no key waits for it.
 CellEditor::CellEditor(QWidget* parent, GridView& view, const controls::GridColumn& column)
-    : QLineEdit(parent),
-      view_(view),
-      drop_down_(column.drop_down),
-      completes_(column.drop_down != nullptr && column.auto_completion) {
+    : QLineEdit(parent), view_(view), drop_down_(column.drop_down) {
     setFrame(false);
     setTextMargins(2, 0, 2, 0);
-    if (completes_) connect(this, &QLineEdit::textEdited, this, [this] { complete(); });
+    if (drop_down_ == nullptr || !column.auto_completion || !look_at_list()) return;
+    connect(this, &QLineEdit::textEdited, this, [this] { complete(); });
 }
 
-const std::vector<std::vector<std::string>>& CellEditor::rows() {
-    if (!fetched_) {
-        fetched_ = true;
-        view_.gate().run([&] {
-            rows_ = drop_down_->rows();
-            return Refusal::none;
-        });
-    }
-    return rows_;
+bool CellEditor::look_at_list() {
+    return view_.gate().run([&] {
+        static_cast<void>(drop_down_->rows());
+        return Refusal::none;
+    });
 }
 
 void CellEditor::complete() {
-    if (complete_inline(*this, rows())) setModified(true);
+    if (complete_inline(*this, drop_down_->rows())) setModified(true);
 }
 
 void CellEditor::open_list() {
-    if (drop_down_ == nullptr) return;
+    if (drop_down_ == nullptr || !look_at_list()) return;
     ListContent list;
-    list.rows = rows();
+    list.rows = drop_down_->rows();
     for (std::size_t i = 0; i < drop_down_->captions.size(); ++i) {
         const int width = i < drop_down_->widths.size() ? pixels(*this, drop_down_->widths[i]) : 0;
-        list.columns.push_back({shown(drop_down_->captions[i]), width, Qt::AlignLeft});
+        list.columns.push_back({shown(drop_down_->captions[i]), width, true, Qt::AlignLeft});
     }
-    int chosen = -1;
-    for (std::size_t i = 0; i < list.rows.size() && chosen < 0; ++i)
-        if (!list.rows[i].empty() && shown(list.rows[i][0]) == text()) chosen = static_cast<int>(i);
+    const int chosen = row_for_text(list.rows, text());
     ListPopup::open(*this, std::move(list), chosen, [this](int row) {
-        setText(shown(rows_[static_cast<std::size_t>(row)][0]));
+        setText(shown(drop_down_->rows()[static_cast<std::size_t>(row)][0]));
         setModified(true);
         view_.finish_edit(GridView::Then::stay);
     });
@@ -103,9 +96,24 @@ QRect CellDelegate::box_of(const QStyleOptionViewItem& option) const {
     return box;
 }
 
+// The cell that the user has come to stands out only while he is in the grid.
+void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (!view_.hasFocus()) option->state &= ~QStyle::State_Active;
+}
+
+void CellDelegate::paint_lines(QPainter& painter, const QStyleOptionViewItem& option, int column) const {
+    const int colour = view_.style()->styleHint(QStyle::SH_Table_GridLineColor, &option, &view_);
+    const QRect& cell = option.rect;
+    painter.setPen(QColor::fromRgba(static_cast<QRgb>(colour)));
+    painter.drawLine(cell.bottomLeft(), cell.bottomRight());
+    if (view_.table().column(column).divider) painter.drawLine(cell.topRight(), cell.bottomRight());
+}
+
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     QStyledItemDelegate::paint(painter, option, index);
+    paint_lines(*painter, option, index.column());
     const GridTable& table = view_.table();
     if (!table.is_check_cell(index) || index.row() >= view_.grid().array.used_rows()) return;
     QStyleOptionViewItem box = option;
@@ -118,7 +126,7 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                     const QModelIndex& index) const {
     const GridTable& table = view_.table();
-    if (table.is_check_cell(index)) return nullptr;
+    if (table.is_check_cell(index) || !view_.open_cell(index.row(), index.column())) return nullptr;
     auto* const editor = new CellEditor(parent, view_, table.column(index.column()));
     editor->setFont(index.data(Qt::FontRole).value<QFont>());
     editor->setAlignment(index.data(Qt::TextAlignmentRole).value<Qt::Alignment>());
@@ -126,6 +134,7 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
         QAction* const open = editor->addAction(arrow_icon(view_.palette()), QLineEdit::TrailingPosition);
         connect(open, &QAction::triggered, editor, [editor] { editor->open_list(); });
     }
+    if (view_.on_editor) view_.on_editor(*editor);
     return editor;
 }
 

@@ -26,14 +26,12 @@ class CellEditor : public QLineEdit {
     bool focusNextPrevChild(bool next) override;
 
   private:
-    [[nodiscard]] const std::vector<std::vector<std::string>>& rows();
+    // False when the list cannot be fetched, which was told.
+    [[nodiscard]] bool look_at_list();
     void complete();
 
     GridView& view_;
     const controls::DropDown* drop_down_;
-    bool completes_;
-    std::vector<std::vector<std::string>> rows_;
-    bool fetched_ = false;
 };
 
 class CellDelegate : public QStyledItemDelegate {
@@ -50,11 +48,13 @@ class CellDelegate : public QStyledItemDelegate {
                               const QModelIndex& index) const override;
 
   protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
                      const QModelIndex& index) override;
 
   private:
+    void paint_lines(QPainter& painter, const QStyleOptionViewItem& option, int column) const;
     [[nodiscard]] QRect box_of(const QStyleOptionViewItem& option) const;
 
     GridView& view_;

@@ -43,7 +43,7 @@ ListContent ComboView::content() const {
     content.look = model_.item_look();
     for (const controls::ComboColumn& column : model_.columns())
         content.columns.push_back(
-            {shown(column.caption), pixels(*this, column.width), alignment_of(column.alignment)});
+            {shown(column.caption), pixels(*this, column.width), false, alignment_of(column.alignment)});
     if (content.columns.empty()) content.columns.emplace_back();
     return content;
 }
@@ -54,7 +54,7 @@ ListPopup* ComboView::open_list() {
     ListContent list;
     const bool fetched = gate().run([&] {
         list = content();
-        chosen = model_.list_index();
+        chosen = isModified() ? row_for_text(list.rows, text()) : model_.list_index();
         return Refusal::none;
     });
     if (!fetched) return nullptr;
@@ -68,7 +68,10 @@ ListPopup* ComboView::open_list() {
 }
 
 void ComboView::complete() {
-    if (complete_inline(*this, model_.items())) put_completed();
+    gate().run([&] {
+        if (complete_inline(*this, model_.items())) put_completed();
+        return Refusal::none;
+    });
 }
 
 void ComboView::keyPressEvent(QKeyEvent* event) {

@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
+#include <algorithm>
 
 #include "desktop/command_icons.h"
 #include "desktop/model_view.h"
@@ -28,12 +29,11 @@ CommandActions::CommandActions(QMainWindow& window, controls::CommandBars& bars,
                                std::function<void(int id)> press)
     : window_(window), bars_(bars), press_(std::move(press)), popup_(new QMenu(&window)) {
     for (const QString& menu : menus)
-        menus_[menu] = window_.menuBar()->addMenu(menu);
+        add_menu(menu);
     for (const char* name : {kStandard, kFont}) {
         auto* const toolbar = new QToolBar(name, &window_);
         toolbar->setObjectName(name);
         toolbar->setIconSize(QSize(20, 20));
-        toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
         window_.addToolBar(toolbar);
         toolbars_[name] = toolbar;
     }
@@ -78,13 +78,25 @@ void CommandActions::add_to_bar(QAction& action, const QString& bar) {
     } else if (const auto toolbar = toolbars_.find(bar); toolbar != toolbars_.end()) {
         toolbar->second->addAction(&action);
     } else {
-        QMenu*& menu = menus_[bar];
-        if (menu == nullptr) menu = window_.menuBar()->addMenu(bar);
-        menu->addAction(&action);
+        if (!menus_.contains(bar)) add_menu(bar);
+        menus_[bar]->addAction(&action);
     }
 }
 
-void CommandActions::refresh(bool font_pane_open) {
+// Each menu opens with Alt and a letter of its own: the one that its look tells, or the first that is free.
+void CommandActions::add_menu(const QString& title) {
+    QString shown_title = title;
+    if (!title.contains('&')) {
+        const auto is_free = [this](QChar letter) { return !menu_letters_.contains(letter.toUpper()); };
+        const auto free = std::find_if(title.begin(), title.end(), is_free);
+        if (free != title.end()) shown_title.insert(free - title.begin(), '&');
+    }
+    const qsizetype mark = shown_title.indexOf('&');
+    if (mark >= 0) menu_letters_.append(shown_title.at(mark + 1).toUpper());
+    menus_[QString(title).remove('&')] = window_.menuBar()->addMenu(shown_title);
+}
+
+void CommandActions::refresh(bool font_bar_shown) {
     for (const Command& command : bars_.commands()) {
         QAction* const action = find(command.id);
         if (action == nullptr) continue;
@@ -95,7 +107,12 @@ void CommandActions::refresh(bool font_pane_open) {
     const auto style = bars_.show_text ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly;
     for (const auto& [name, toolbar] : toolbars_)
         toolbar->setToolButtonStyle(style);
-    toolbars_[kFont]->setVisible(bars_.font_bar_visible || font_pane_open);
+    toolbars_[kFont]->setVisible(font_bar_shown);
+}
+
+void CommandActions::lend_keys_to(QWidget& window) const {
+    for (const auto& [id, action] : actions_)
+        if (!action->shortcut().isEmpty()) window.addAction(action);
 }
 
 QAction* CommandActions::find(int id) const {

@@ -24,8 +24,10 @@ class CommandActions {
     CommandActions(const CommandActions&) = delete;
     CommandActions& operator=(const CommandActions&) = delete;
 
-    // Shows the commands as they are now. The font bar stands when the form wants it or its pane is open.
-    void refresh(bool font_pane_open);
+    // Shows the commands as they are now, and the font bar or not.
+    void refresh(bool font_bar_shown);
+    // The keys of the commands work in this window, too.
+    void lend_keys_to(QWidget& window) const;
 
     // Draws the pictures anew, in the colours of the window.
     void draw_icons();
@@ -40,12 +42,14 @@ class CommandActions {
   private:
     QAction* make_action(const controls::Command& command);
     void add_to_bar(QAction& action, const QString& bar);
+    void add_menu(const QString& title);
 
     QMainWindow& window_;
     controls::CommandBars& bars_;
     std::function<void(int id)> press_;
     std::map<int, QAction*> actions_;
     std::map<QString, QMenu*> menus_;
+    QString menu_letters_;
     std::map<QString, QToolBar*> toolbars_;
     QMenu* popup_;
 };

@@ -11,7 +11,8 @@ namespace brimley::desktop {
 namespace {
 
 constexpr int kField = 24;  // of the strokes
-constexpr int kSide = 72;   // of the picture, so that it stays sharp on a dense screen
+const QColor kProgramColour(38, 103, 173);
+constexpr int kSide = 72;  // of the picture, so that it stays sharp on a dense screen
 
 std::map<int, QString> read_strokes() {
     std::map<int, QString> strokes;
@@ -66,13 +67,31 @@ QPixmap draw(const QString& strokes, const QColor& colour) {
 
 }  // namespace
 
+QIcon stroked_icon(const QString& strokes, const QPalette& palette) {
+    QIcon icon(draw(strokes, palette.color(QPalette::ButtonText)));
+    icon.addPixmap(draw(strokes, palette.color(QPalette::Disabled, QPalette::ButtonText)), QIcon::Disabled);
+    return icon;
+}
+
+QIcon program_icon() {
+    QPixmap picture(kSide, kSide);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(double{kSide} / kField, double{kSide} / kField);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(kProgramColour);
+    painter.drawRoundedRect(QRectF(1, 1, 22, 22), 5, 5);
+    painter.setPen(Qt::white);
+    draw_letters(painter, QPointF(12, 12), "*B");
+    return picture;
+}
+
 QIcon command_icon(int command, const QString& caption, const QPalette& palette) {
     static const std::map<int, QString> kStrokes = read_strokes();
     const auto found = kStrokes.find(command);
     const QString strokes = found != kStrokes.end() ? found->second : "T 12 12 " + caption.left(1);
-    QIcon icon(draw(strokes, palette.color(QPalette::ButtonText)));
-    icon.addPixmap(draw(strokes, palette.color(QPalette::Disabled, QPalette::ButtonText)), QIcon::Disabled);
-    return icon;
+    return stroked_icon(strokes, palette);
 }
 
 }  // namespace brimley::desktop

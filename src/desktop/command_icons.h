@@ -7,6 +7,10 @@
 
 namespace brimley::desktop {
 
+// A picture of strokes, in the colour of buttons' texts.
+[[nodiscard]] QIcon stroked_icon(const QString& strokes, const QPalette& palette);
+// The program's own, for its windows.
+[[nodiscard]] QIcon program_icon();
 // A command without a picture gets the first letter of its caption.
 [[nodiscard]] QIcon command_icon(int command, const QString& caption, const QPalette& palette);
 

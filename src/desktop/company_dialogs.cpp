@@ -7,9 +7,11 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QStandardPaths>
@@ -22,30 +24,25 @@ namespace brimley::desktop {
 namespace {
 
 constexpr const char* kFileKinds = "Brimley companies (*.brimley);;All files (*)";
+constexpr int kWide = 560;  // room for a path or an address
 constexpr int kYearMin = 1990;
 constexpr int kYearMax = 2099;
 
-// What a new company is to hold.
-class ContentDialog : public QDialog {
+// Where a new company is to lie, and what it is to hold.
+class NewCompanyDialog : public QDialog {
   public:
-    explicit ContentDialog(QWidget* parent) : QDialog(parent) {
+    explicit NewCompanyDialog(QWidget* parent) : QDialog(parent) {
         setWindowTitle("New company");
-        starter_.setChecked(true);
-        currency_.setMaxLength(3);
-        currency_.setText("EUR");
-        year_.setRange(kYearMin, kYearMax);
-        year_.setValue(QDate::currentDate().year());
-        buttons_.setStandardButtons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-        auto* const layout = new QFormLayout(this);
-        layout->addRow(&starter_);
-        layout->addRow("Base currency", &currency_);
-        layout->addRow("First fiscal year", &year_);
-        layout->addRow(&sample_);
-        layout->addRow(&buttons_);
-        connect(&buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
-        connect(&buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        add_place();
+        add_content();
+        auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+        layout_.addRow(buttons);
+        connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        setMinimumWidth(kWide);
     }
 
+    [[nodiscard]] QString place() const { return place_.text().trimmed(); }
     [[nodiscard]] company::CompanyContent content(const std::string& user) const {
         if (sample_.isChecked()) return company::SampleCompany{user};
         return company::StarterCompany{typed(currency_.text().toUpper()),
@@ -53,11 +50,44 @@ class ContentDialog : public QDialog {
     }
 
   private:
-    QRadioButton starter_{"A company of your own, with a small chart of accounts"};
+    void add_place() {
+        place_.setText(QDir::home().filePath("company.brimley"));
+        place_.setObjectName("place");
+        auto* const browse = new QPushButton("&Browse...");
+        auto* const line = new QHBoxLayout;
+        line->addWidget(&place_, 1);
+        line->addWidget(browse);
+        layout_.addRow("File, or postgresql:// address", line);
+        connect(browse, &QPushButton::clicked, this, [this] {
+            QFileDialog choice(this, "New company", QFileInfo(place()).path(), kFileKinds);
+            choice.setAcceptMode(QFileDialog::AcceptSave);
+            choice.setDefaultSuffix("brimley");
+            choice.setOption(QFileDialog::DontConfirmOverwrite);  // nothing is ever written over
+            if (choice.exec() == QDialog::Accepted) place_.setText(choice.selectedFiles().value(0));
+        });
+    }
+    void add_content() {
+        starter_.setChecked(true);
+        currency_.setMaxLength(3);
+        currency_.setText("EUR");
+        year_.setRange(kYearMin, kYearMax);
+        year_.setValue(QDate::currentDate().year());
+        layout_.addRow(&starter_);
+        layout_.addRow("Base currency", &currency_);
+        layout_.addRow("First fiscal year", &year_);
+        layout_.addRow(&sample_);
+        connect(&sample_, &QRadioButton::toggled, this, [this](bool sample) {
+            currency_.setEnabled(!sample);
+            year_.setEnabled(!sample);
+        });
+    }
+
+    QFormLayout layout_{this};
+    QLineEdit place_;
+    QRadioButton starter_{"A company of your &own, with a small chart of accounts"};
     QLineEdit currency_;
     QSpinBox year_;
-    QRadioButton sample_{"The sample company"};
-    QDialogButtonBox buttons_;
+    QRadioButton sample_{"The &sample company"};
 };
 
 }  // namespace
@@ -68,25 +98,27 @@ std::optional<QString> ask_for_company_file(QWidget* parent) {
 }
 
 std::optional<QString> ask_for_server(QWidget* parent) {
-    bool good = false;
-    const QString uri = QInputDialog::getText(parent, "Open company on a server", "Address",
-                                              QLineEdit::Normal, "postgresql://", &good);
-    return good && !uri.isEmpty() ? std::optional(uri) : std::nullopt;
+    QInputDialog dialog(parent);
+    dialog.setWindowTitle("Open company on a server");
+    dialog.setLabelText("Address, such as postgresql://anna@server/books");
+    dialog.setTextValue("postgresql://");
+    dialog.resize(kWide, dialog.sizeHint().height());
+    const bool good = dialog.exec() == QDialog::Accepted && !dialog.textValue().trimmed().isEmpty();
+    return good ? std::optional(dialog.textValue().trimmed()) : std::nullopt;
 }
 
+// What is wrong is told over the dialog, which then stands there again as it was filled in.
 std::optional<QString> make_new_company(QWidget* parent, const std::string& user) {
-    ContentDialog dialog(parent);
-    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    QString path = QFileDialog::getSaveFileName(parent, "New company", "company.brimley", kFileKinds);
-    if (path.isEmpty()) return std::nullopt;
-    if (QFileInfo(path).suffix().isEmpty()) path += ".brimley";
-    try {
-        company::create_company_file(typed(path), dialog.content(user));
-    } catch (const std::exception& failure) {
-        QMessageBox::warning(parent, "New company", shown(std::string(failure.what())));
-        return std::nullopt;
+    NewCompanyDialog dialog(parent);
+    while (dialog.exec() == QDialog::Accepted) {
+        try {
+            company::create_company_file(typed(dialog.place()), dialog.content(user));
+            return dialog.place();
+        } catch (const std::exception& failure) {
+            QMessageBox::warning(parent, "New company", shown(std::string(failure.what())));
+        }
     }
-    return path;
+    return std::nullopt;
 }
 
 QString sample_company(const std::string& user) {

@@ -82,6 +82,7 @@ bool DateView::take_key(const QKeyEvent& event) {
         return true;
     }
     if (key == '+' || key == '-') return move_by(key == '+' ? 1 : -1);
+    if (key.isLetter()) return true;
     if (hasSelectedText()) {
         if (!key.isDigit() || selectedText() != text()) return false;
         del();

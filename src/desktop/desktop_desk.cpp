@@ -1,21 +1,21 @@
 #include "desktop/desktop_desk.h"
 
 #include <QApplication>
-#include <QDateTime>
+#include <QDeadlineTimer>
 #include <QFontDatabase>
 #include <QMessageBox>
-#include <QSysInfo>
 #include <QThread>
 #include <QTimer>
 #include <algorithm>
 
 #include "desktop/form_window.h"
+#include "opening/this_machine.h"
 
 namespace brimley::desktop {
 
 namespace {
 
-constexpr int kComputerNameMax = 512;
+constexpr qint64 kSlice = 20;  // milliseconds between two looks at what there is to paint
 
 }  // namespace
 
@@ -27,41 +27,44 @@ DesktopDesk::~DesktopDesk() {
 }
 
 int DesktopDesk::show_box(QMessageBox& box) {
+    box.setTextFormat(Qt::PlainText);
+    box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowCloseButtonHint);
+    // An empty title would be filled with the program's name.
+    if (box.windowTitle().isEmpty()) box.setWindowTitle(" ");
     if (on_box) QTimer::singleShot(0, &box, [&] { on_box(box); });
     return box.exec();
 }
 
 void DesktopDesk::message(const std::string& text) {
     QMessageBox box(QMessageBox::NoIcon, {}, shown(text), QMessageBox::Ok, QApplication::activeWindow());
-    box.setTextFormat(Qt::PlainText);
     show_box(box);
 }
 
 bool DesktopDesk::question(const std::string& text, const std::string& title) {
     QMessageBox box(QMessageBox::Question, shown(title), shown(text), QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
-    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::Yes);
     return show_box(box) == QMessageBox::Yes;
 }
 
-store::DateTime DesktopDesk::now() {
-    const QDateTime local = QDateTime::currentDateTime();
-    auto moment =
-        store::DateTime::from_ymd(local.date().year(), local.date().month(), local.date().day()).value();
-    moment.second_of_day = local.time().msecsSinceStartOfDay() / 1000;
-    return moment;
-}
+store::DateTime DesktopDesk::now() { return opening::local_now(); }
 
+// The windows go on being painted, and the pointer tells that the program waits.
 void DesktopDesk::wait(std::chrono::milliseconds duration) {
-    QThread::msleep(static_cast<unsigned long>(duration.count()));
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    QDeadlineTimer deadline(duration);
+    do {
+        pump();
+        QThread::msleep(static_cast<unsigned long>(std::clamp<qint64>(deadline.remainingTime(), 0, kSlice)));
+    } while (!deadline.hasExpired());
+    QApplication::restoreOverrideCursor();
 }
 
 // Not the user's keys and clicks: a form in the middle of a command is not to be commanded again.
 void DesktopDesk::pump() { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
 
-std::string DesktopDesk::computer_name() {
-    return typed(QSysInfo::machineHostName()).substr(0, kComputerNameMax);
-}
+std::string DesktopDesk::computer_name() { return opening::machine_name(); }
 
 std::vector<std::string> DesktopDesk::font_families() {
     std::vector<std::string> families;

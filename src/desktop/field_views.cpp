@@ -7,6 +7,14 @@ namespace brimley::desktop {
 
 using controls::Refusal;
 
+namespace {
+
+bool is_enter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+}  // namespace
+
 bool moved_on(const QFocusEvent& event) {
     return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason;
 }
@@ -20,6 +28,7 @@ void EntryView::refresh() {
     show_state(*this, control_);
     show_face(*this, control_);
     setReadOnly(control_.locked());
+    show_whether_open(*this, !control_.locked());
     if (text() != shown(model_text())) {
         setText(shown(model_text()));
         if (!hasFocus()) setCursorPosition(0);
@@ -80,7 +89,7 @@ void EntryView::press_enter() {
 }
 
 void EntryView::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (is_enter(*event)) {
         press_enter();
         return;
     }
@@ -105,6 +114,7 @@ void NoteView::refresh() {
     show_state(*this, model_);
     show_face(*this, model_);
     setReadOnly(model_.locked());
+    show_whether_open(*this, !model_.locked());
     if (toPlainText() != shown(model_.text())) setPlainText(shown(model_.text()));
     document()->setModified(false);
 }
@@ -139,6 +149,7 @@ CheckView::CheckView(controls::CheckBox& model, ActGate& gate)
 void CheckView::refresh() {
     show_state(*this, model_);
     show_face(*this, model_);
+    show_whether_open(*this, !model_.locked());
     setCheckState(model_.value() == 0   ? Qt::Unchecked
                   : model_.value() == 2 ? Qt::PartiallyChecked
                                         : Qt::Checked);
@@ -151,9 +162,17 @@ void CheckView::nextCheckState() {
     refresh();
 }
 
+void CheckView::keyPressEvent(QKeyEvent* event) {
+    if (is_enter(*event)) {
+        focusNextPrevChild(true);
+    } else {
+        QCheckBox::keyPressEvent(event);
+    }
+}
+
 Refusal CheckView::found_by_user() const {
     const Refusal found = state_found(*this);
-    return found == Refusal::none && model_.locked() ? Refusal::locked : found;
+    return found == Refusal::none && !looks_open(*this) ? Refusal::locked : found;
 }
 
 OptionView::OptionView(controls::OptionButton& model, ActGate& gate)
@@ -163,6 +182,7 @@ OptionView::OptionView(controls::OptionButton& model, ActGate& gate)
 
 void OptionView::refresh() {
     show_state(*this, model_);
+    show_whether_open(*this, !model_.locked());
     setChecked(model_.is_set());
 }
 
@@ -171,9 +191,17 @@ void OptionView::nextCheckState() {
     refresh();
 }
 
+void OptionView::keyPressEvent(QKeyEvent* event) {
+    if (is_enter(*event)) {
+        focusNextPrevChild(true);
+    } else {
+        QRadioButton::keyPressEvent(event);
+    }
+}
+
 Refusal OptionView::found_by_user() const {
     const Refusal found = state_found(*this);
-    return found == Refusal::none && model_.locked() ? Refusal::locked : found;
+    return found == Refusal::none && !looks_open(*this) ? Refusal::locked : found;
 }
 
 // --- what is only looked at ---

@@ -94,6 +94,7 @@ class CheckView : public QCheckBox, public ModelView {
 
   protected:
     void nextCheckState() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     controls::CheckBox& model_;
@@ -108,6 +109,7 @@ class OptionView : public QRadioButton, public ModelView {
 
   protected:
     void nextCheckState() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     controls::OptionButton& model_;

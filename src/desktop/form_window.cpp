@@ -22,6 +22,8 @@ using frame::Mode;
 
 namespace {
 
+constexpr QDockWidget::DockWidgetFeatures kPaneFeatures =
+    QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable;
 constexpr int kGenericWidth = 18;  // characters
 
 struct ModeLook {
@@ -57,7 +59,8 @@ FormWindow::FormWindow(std::shared_ptr<frame::Form> form, frame::Desk& desk)
     Look look = look_of(class_name).value_or(generic_look(form_->controls(), caption));
     add_what_is_left_out(look, form_->controls());
     setObjectName(class_name);
-    setWindowTitle(look.title.isEmpty() ? caption : look.title);
+    title_ = look.title.isEmpty() ? caption : look.title;
+    title_control_ = form_->controls().find(typed(look.title_control));
     gate_.on_acted = [this] { refresh_commands(); };
     gate_.on_idle = [this] {
         if (!form_->is_open()) deleteLater();
@@ -102,6 +105,7 @@ QWidget* FormWindow::make_widget(Control& control, const LookField& field) {
     if (auto* const grid = dynamic_cast<controls::Grid*>(&control)) {
         auto* const made = new GridView(*grid, gate_);
         made->on_menu = [this](const QPoint& at) { actions_->popup()->popup(at); };
+        made->on_editor = [this](QWidget& editor) { editor.installEventFilter(this); };
         register_view(control, *made, *made);
         return made;
     }
@@ -161,23 +165,36 @@ QWidget* FormWindow::widget(const Control& control) const {
     return found == views_.end() ? nullptr : found->second.widget;
 }
 
+QDockWidget* FormWindow::pane(const Control& frame) const {
+    const auto found = laid_out_.panes.find(&frame);
+    return found == laid_out_.panes.end() ? nullptr : found->second;
+}
+
 // --- following the models ---
 void FormWindow::control_changed(const Control& control) {
     if (ModelView* const changed = view(control)) changed->refresh();
     refresh_pane(control);
     refresh_captions();
+    if (&control == title_control_) refresh_title();
+}
+
+void FormWindow::refresh_title() {
+    const QString more = title_control_ == nullptr ? QString() : shown(title_control_->shown());
+    setWindowTitle(more.isEmpty() ? title_ : title_ + " - " + more);
 }
 
 void FormWindow::connect_panes() {
     for (const auto& [frame, dock] : laid_out_.panes) {
-        dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+        dock->setFeatures(kPaneFeatures);
+        dock->installEventFilter(this);
+        actions_->lend_keys_to(*dock);  // a pane that floats is a window of its own
     }
 }
 
 void FormWindow::refresh_pane(const Control& frame) {
-    const auto pane = laid_out_.panes.find(&frame);
-    if (pane == laid_out_.panes.end()) return;
-    pane->second->setVisible(frame.visible());
+    QDockWidget* const dock = pane(frame);
+    if (dock == nullptr) return;
+    dock->setVisible(frame.visible());
     share_bottom();
     refresh_commands();
 }
@@ -199,11 +216,6 @@ void FormWindow::refresh_captions() {
     }
 }
 
-bool FormWindow::font_pane_open() const {
-    const Control* const frame = form_->controls().find("frame_font");
-    return frame != nullptr && frame->visible();
-}
-
 // Several changes in a row are shown once.
 void FormWindow::refresh_commands() {
     if (commands_wait_) return;
@@ -212,10 +224,14 @@ void FormWindow::refresh_commands() {
         this,
         [this] {
             commands_wait_ = false;
-            actions_->refresh(font_pane_open());
-            refresh_mode();
+            refresh_bars();
         },
         Qt::QueuedConnection);
+}
+
+void FormWindow::refresh_bars() {
+    actions_->refresh(form_->font_bar_shown());
+    refresh_mode();
 }
 
 void FormWindow::refresh_mode() {
@@ -224,6 +240,12 @@ void FormWindow::refresh_mode() {
     mode_band_->setText(look.text);
     mode_band_->setStyleSheet(QString("background: %1; color: white; font-weight: bold; padding: 2px 12px;")
                                   .arg(look.colour.name()));
+    if (form_->mode() == Mode::new_entry || !may_type_where_the_focus_is()) focus_first_field();
+}
+
+bool FormWindow::may_type_where_the_focus_is() const {
+    const QWidget* const at = focusWidget();
+    return at != nullptr && looks_open(*at);
 }
 
 QString FormWindow::mode_shown() const { return mode_band_->text(); }
@@ -234,15 +256,14 @@ void FormWindow::refresh_all() {
     for (const auto& [frame, dock] : laid_out_.panes)
         dock->setVisible(frame->visible());
     refresh_captions();
-    actions_->refresh(font_pane_open());
-    refresh_mode();
+    refresh_title();
+    refresh_bars();
 }
 
 void FormWindow::settle() {
     for (const auto& [control, shown_by] : views_)
         if (auto* const grid = dynamic_cast<GridView*>(shown_by.widget)) grid->follow();
-    actions_->refresh(font_pane_open());
-    refresh_mode();
+    refresh_bars();
 }
 
 // --- acts ---
@@ -255,6 +276,22 @@ void FormWindow::press(int id) {
     const auto alive = form_;
     commit_typing();
     gate_.run([&] { return alive->press(id); });
+}
+
+QMenu* FormWindow::createPopupMenu() {
+    auto* const menu = new QMenu(this);
+    QAction* const bar = menu->addAction("Font bar");
+    bar->setCheckable(true);
+    bar->setChecked(form_->CommandBars1().font_bar_visible);
+    connect(bar, &QAction::triggered, this, [this](bool visible) { show_font_bar(visible); });
+    return menu;
+}
+
+void FormWindow::show_font_bar(bool visible) {
+    gate_.run([&] {
+        form_->CommandBars1().show_font_bar(visible);
+        return controls::Refusal::none;
+    });
 }
 
 void FormWindow::focus_first_field() {
@@ -288,11 +325,32 @@ void FormWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() != QEvent::PaletteChange || !actions_) return;
     actions_->draw_icons();
+    // The buttons of a pane get their pictures when it gets its features.
+    for (const auto& [frame, dock] : laid_out_.panes) {
+        dock->setFeatures(QDockWidget::NoDockWidgetFeatures);
+        dock->setFeatures(kPaneFeatures);
+    }
     refresh_all();
+}
+
+// A pane is closed by its model, and the dock follows.
+bool FormWindow::close_pane_of(const QObject* dock) {
+    for (Control* const control : form_->controls().all()) {
+        auto* const frame = dynamic_cast<controls::Frame*>(control);
+        if (frame == nullptr || pane(*frame) != dock) continue;
+        commit_typing();
+        gate_.run([&] { return frame->close(); });
+        return true;
+    }
+    return false;
 }
 
 // The keys of commands are the form's, also where a field would take them for its own.
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Close && close_pane_of(watched)) {
+        event->ignore();
+        return true;
+    }
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = static_cast<QKeyEvent&>(*event);
         if (actions_->takes_key(QKeySequence(key.keyCombination()))) {

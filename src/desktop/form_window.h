@@ -33,9 +33,12 @@ class FormWindow : public QMainWindow {
     // The widget that shows the control; null when none does.
     [[nodiscard]] ModelView* view(const controls::Control& control) const;
     [[nodiscard]] QWidget* widget(const controls::Control& control) const;
+    // The dock of a frame; null when the frame is no pane here.
+    [[nodiscard]] QDockWidget* pane(const controls::Control& frame) const;
 
     // Hands over what is being typed, then presses the command.
     void press(int id);
+    void show_font_bar(bool visible);
     // Shows all changes now that would be shown when control returns to the event loop.
     void settle();
     // The first field that may be typed in gets the focus.
@@ -45,6 +48,9 @@ class FormWindow : public QMainWindow {
 
     // "Read", "New" or "Edit", as the band at the window's foot shows it.
     [[nodiscard]] QString mode_shown() const;
+
+    // The menu of the toolbars: whether the font bar is shown. The caller owns it.
+    [[nodiscard]] QMenu* createPopupMenu() override;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -61,11 +67,14 @@ class FormWindow : public QMainWindow {
     void refresh_pane(const controls::Control& frame);
     void share_bottom();
     void refresh_captions();
+    void refresh_title();
     void refresh_commands();
+    void refresh_bars();
     void refresh_mode();
+    [[nodiscard]] bool may_type_where_the_focus_is() const;
     void refresh_all();
     void commit_typing();
-    [[nodiscard]] bool font_pane_open() const;
+    [[nodiscard]] bool close_pane_of(const QObject* dock);
 
     struct Shown {
         QWidget* widget;
@@ -80,6 +89,8 @@ class FormWindow : public QMainWindow {
     LaidOut laid_out_;
     std::unique_ptr<CommandActions> actions_;
     QLabel* mode_band_;
+    QString title_;
+    const controls::Control* title_control_ = nullptr;  // what it shows stands behind the title
     bool commands_wait_ = false;
 };
 

@@ -122,7 +122,7 @@ QVariant GridTable::headerData(int section, Qt::Orientation orientation, int rol
 Qt::ItemFlags GridTable::flags(const QModelIndex& index) const {
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (!index.isValid() || index.column() >= static_cast<int>(grid_.columns.size())) return flags;
-    const bool may_type = grid_.allow_update && !grid_.locked() && !column(index.column()).locked;
+    const bool may_type = grid_.edit_refusal(index.row(), index.column()) == controls::Refusal::none;
     return may_type ? flags | Qt::ItemIsEditable : flags;
 }
 

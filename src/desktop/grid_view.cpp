@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "desktop/cell_delegate.h"
+#include "desktop/grid_header.h"
 
 namespace brimley::desktop {
 
@@ -34,7 +35,9 @@ class Held {
 }  // namespace
 
 GridView::GridView(Grid& grid, ActGate& gate) : grid_(grid), gate_(gate), table_(grid) {
+    setHorizontalHeader(new GridHeader(this, grid));
     setModel(&table_);
+    setShowGrid(false);  // the cells draw the lines that the columns want
     setItemDelegate(new CellDelegate(*this));
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::AnyKeyPressed | QAbstractItemView::EditKeyPressed |
@@ -47,10 +50,6 @@ GridView::GridView(Grid& grid, ActGate& gate) : grid_(grid), gate_(gate), table_
 
 void GridView::connect_headers() {
     QHeaderView* const header = horizontalHeader();
-    header->setSectionsMovable(true);
-    header->setHighlightSections(false);
-    header->setTextElideMode(Qt::ElideRight);
-    header->setMinimumSectionSize(8);
     verticalHeader()->setFixedWidth(14);
     verticalHeader()->setMinimumSectionSize(kRowHeightMin);
     // The toolkit's own selection of a column would move the user to another cell.
@@ -87,6 +86,7 @@ void GridView::follow() {
     follow_position();
     viewport()->update();
     horizontalHeader()->viewport()->update();
+    updateGeometries();  // captions may need more lines, or fewer
 }
 
 void GridView::follow_columns() {
@@ -133,9 +133,21 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
     refresh();
 }
 
+bool GridView::open_cell(int row, int column) {
+    return gate_.run([&] { return grid_.open_editor(row, column); }) && grid_.editor_is_open();
+}
+
 void GridView::type_cell(int row, int column, const QString& text) {
-    gate_.run([&] { return grid_.edit_cell(row, column, typed(text)); });
+    gate_.run([&] {
+        return grid_.editor_is_open() ? grid_.leave_editor(typed(text))
+                                      : grid_.edit_cell(row, column, typed(text));
+    });
     refresh();
+}
+
+void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    QTableView::closeEditor(editor, hint);
+    grid_.abandon_editor();
 }
 
 void GridView::tick_cell(const QModelIndex& index, bool ticked) {
@@ -184,9 +196,20 @@ void GridView::resize_rows_to(int height_twips) {
 }
 
 // --- keys and mouse ---
-bool GridView::may_stop_at(int column) const {
-    if (horizontalHeader()->isSectionHidden(column)) return false;
-    return !grid_.allow_update || table_.flags(table_.index(0, column)).testFlag(Qt::ItemIsEditable);
+bool GridView::may_type(int row, int column) const {
+    return !horizontalHeader()->isSectionHidden(column) &&
+           table_.flags(table_.index(row, column)).testFlag(Qt::ItemIsEditable);
+}
+
+bool GridView::row_takes_typing(int row) const {
+    for (int column = 0; column < table_.columnCount(); ++column)
+        if (may_type(row, column)) return true;
+    return false;
+}
+
+// Where there is a cell to type in, the user comes to such cells only.
+bool GridView::may_stop_at(int row, int column) const {
+    return row_takes_typing(row) ? may_type(row, column) : !horizontalHeader()->isSectionHidden(column);
 }
 
 void GridView::move_on(bool forward) {
@@ -202,8 +225,8 @@ void GridView::move_on(bool forward) {
             row += step;
         }
         const int column = header.logicalIndex(place);
-        if (!may_stop_at(column)) continue;
         if (row < 0 || row >= table_.rowCount()) break;
+        if (!may_stop_at(row, column)) continue;
         setCurrentIndex(table_.index(row, column));
         return;
     }
@@ -211,7 +234,8 @@ void GridView::move_on(bool forward) {
 }
 
 bool GridView::focusNextPrevChild(bool next) {
-    const bool typing = grid_.allow_update && currentIndex().isValid() && hasFocus();
+    const QModelIndex here = currentIndex();
+    const bool typing = here.isValid() && hasFocus() && row_takes_typing(here.row());
     if (state() == QAbstractItemView::EditingState || !typing) return QTableView::focusNextPrevChild(next);
     move_on(next);
     return true;
@@ -219,8 +243,8 @@ bool GridView::focusNextPrevChild(bool next) {
 
 bool GridView::take_key(QKeyEvent* event) {
     const QModelIndex here = currentIndex();
-    const bool may_type = here.isValid() && table_.flags(here).testFlag(Qt::ItemIsEditable);
-    const bool box = may_type && table_.is_check_cell(here);
+    const bool may_type_here = here.isValid() && may_type(here.row(), here.column());
+    const bool box = may_type_here && table_.is_check_cell(here);
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
@@ -241,12 +265,12 @@ bool GridView::take_key(QKeyEvent* event) {
                                 (event->key() == Qt::Key_Space && !table_.is_ticked(here)));
             return true;
         case Qt::Key_Delete:
-            if (may_type && !box) type_cell(here.row(), here.column(), {});
+            if (may_type_here && !box) type_cell(here.row(), here.column(), {});
             return true;
         case Qt::Key_F4:
         case Qt::Key_Down: {
             const bool opens = event->key() == Qt::Key_F4 || event->modifiers().testFlag(Qt::AltModifier);
-            if (!opens || !may_type || box) return false;
+            if (!opens || !may_type_here || box) return false;
             edit(here);
             if (auto* const editor = dynamic_cast<CellEditor*>(indexWidget(here))) editor->open_list();
             return true;

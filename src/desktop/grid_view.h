@@ -35,6 +35,9 @@ class GridView : public QTableView, public ModelView {
     [[nodiscard]] ActGate& gate() { return gate_; }
 
     // --- acts of the user, as the header, the editor and the keys perform them ---
+    // Opens the model's editor. False when the cell stays closed.
+    [[nodiscard]] bool open_cell(int row, int column);
+    // The text of the editor that is open, or of the cell at once when none is.
     void type_cell(int row, int column, const QString& text);
     void tick_cell(const QModelIndex& index, bool ticked);
     void finish_edit(Then then);
@@ -43,6 +46,8 @@ class GridView : public QTableView, public ModelView {
     void resize_column_to(int column, int width_twips);
     void resize_rows_to(int height_twips);
 
+    // Gets the editor of each cell that opens.
+    std::function<void(QWidget& editor)> on_editor;
     // Opens the menu of the grid.
     std::function<void(const QPoint& at)> on_menu;
 
@@ -52,6 +57,7 @@ class GridView : public QTableView, public ModelView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     bool focusNextPrevChild(bool next) override;
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
   private:
     void connect_headers();
@@ -60,7 +66,9 @@ class GridView : public QTableView, public ModelView {
     void follow_header_colour();
     void header_clicked(int column);
     void move_on(bool forward);
-    [[nodiscard]] bool may_stop_at(int column) const;
+    [[nodiscard]] bool may_type(int row, int column) const;
+    [[nodiscard]] bool row_takes_typing(int row) const;
+    [[nodiscard]] bool may_stop_at(int row, int column) const;
     [[nodiscard]] bool take_key(QKeyEvent* event);
 
     controls::Grid& grid_;

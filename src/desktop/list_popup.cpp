@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -41,8 +42,10 @@ class RowsModel : public QAbstractTableModel {
         return column < row.size() ? shown(row[column]) : QString();
     }
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
-        if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-        return content_.columns.at(static_cast<std::size_t>(section)).caption;
+        if (orientation != Qt::Horizontal) return {};
+        const ListColumn& column = content_.columns.at(static_cast<std::size_t>(section));
+        if (role == Qt::TextAlignmentRole) return QVariant(column.alignment | Qt::AlignVCenter);
+        return role == Qt::DisplayRole ? column.caption : QVariant();
     }
 
   private:
@@ -57,8 +60,10 @@ ListPopup* ListPopup::open(QWidget& anchor, ListContent content, int chosen,
     popup->place_below(anchor);
     popup->show();
     QTreeView& list = popup->list();
-    list.setCurrentIndex(list.model()->index(std::max(chosen, 0), 0));
-    list.scrollTo(list.currentIndex(), QAbstractItemView::PositionAtCenter);
+    if (chosen >= 0) {
+        list.setCurrentIndex(list.model()->index(chosen, 0));
+        list.scrollTo(list.currentIndex(), QAbstractItemView::PositionAtCenter);
+    }
     list.setFocus();
     return popup;
 }
@@ -70,6 +75,7 @@ ListPopup::ListPopup(QWidget& anchor, ListContent content, std::function<void(in
     const std::vector<ListColumn> columns = content.columns;
     list_->setItemDelegate(new PickerPainter(list_, content.look));
     list_->setModel(new RowsModel(list_, std::move(content)));
+    list_->setFrameShape(QFrame::NoFrame);
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
     list_->setAllColumnsShowFocus(true);
@@ -88,8 +94,10 @@ void ListPopup::lay_out_columns(const std::vector<ListColumn>& columns) {
     list_->header()->setResizeContentsPrecision(kRowsMeasured);
     for (int column = 0; column < static_cast<int>(columns.size()); ++column) {
         list_->resizeColumnToContents(column);
-        const int wanted = columns[static_cast<std::size_t>(column)].width;
-        list_->setColumnWidth(column, std::max(wanted, list_->columnWidth(column)));
+        const ListColumn& wanted = columns[static_cast<std::size_t>(column)];
+        const bool exact = wanted.exact && wanted.width > 0;
+        list_->setColumnWidth(column,
+                              exact ? wanted.width : std::max(wanted.width, list_->columnWidth(column)));
     }
 }
 
@@ -97,9 +105,12 @@ void ListPopup::place_below(const QWidget& anchor) {
     const int rows = std::clamp(list_->model()->rowCount(), 1, kRowsShownMax);
     const int row_height = std::max(list_->sizeHintForRow(0), list_->fontMetrics().height() + 4);
     const int header = list_->isHeaderHidden() ? 0 : list_->header()->sizeHint().height();
-    const int scroll_bar = 24;
-    const QSize wanted(std::max(anchor.width(), list_->header()->length() + scroll_bar),
-                       rows * row_height + header + 2 * frameWidth() + 4);
+    const bool scrolls = list_->model()->rowCount() > kRowsShownMax;
+    list_->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    const int scroll_bar = scrolls ? list_->verticalScrollBar()->sizeHint().width() : 0;
+    const int frame = 2 * frameWidth();
+    const QSize wanted(std::max(anchor.width(), list_->header()->length() + scroll_bar + frame),
+                       rows * row_height + header + frame);
     const QRect screen = anchor.screen()->availableGeometry();
     QPoint at = anchor.mapToGlobal(QPoint(0, anchor.height()));
     if (at.y() + wanted.height() > screen.bottom())
@@ -116,9 +127,15 @@ void ListPopup::pick(int row) {
 
 bool ListPopup::eventFilter(QObject* watched, QEvent* event) {
     if (watched == list_ && event->type() == QEvent::KeyPress) {
+        // The toolkit goes to the first row by itself, without choosing it.
+        const bool chosen = list_->selectionModel()->isSelected(list_->currentIndex());
         const int key = static_cast<QKeyEvent*>(event)->key();
+        if (!chosen && (key == Qt::Key_Down || key == Qt::Key_Up)) {
+            list_->setCurrentIndex(list_->model()->index(0, 0));
+            return true;
+        }
         if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab) {
-            pick(list_->currentIndex().row());
+            pick(chosen ? list_->currentIndex().row() : -1);
             return true;
         }
         if (key == Qt::Key_Escape || key == Qt::Key_F4) {
@@ -137,6 +154,18 @@ QIcon arrow_icon(const QPalette& palette) {
     painter.setPen(QPen(palette.color(QPalette::Text), 3));
     painter.drawPolyline(QPolygon({QPoint(9, 13), QPoint(16, 20), QPoint(23, 13)}));
     return picture;
+}
+
+int row_for_text(const std::vector<std::vector<std::string>>& rows, const QString& text) {
+    if (text.isEmpty()) return -1;
+    int beginning = -1;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i].empty()) continue;
+        const QString first = shown(rows[i][0]);
+        if (first == text) return static_cast<int>(i);
+        if (beginning < 0 && first.startsWith(text, Qt::CaseInsensitive)) beginning = static_cast<int>(i);
+    }
+    return beginning;
 }
 
 bool complete_inline(QLineEdit& line, const std::vector<std::vector<std::string>>& rows) {

@@ -19,7 +19,8 @@ namespace brimley::desktop {
 
 struct ListColumn {
     QString caption;
-    int width = 0;  // pixels; 0: as wide as its texts
+    int width = 0;       // pixels; 0: as wide as its texts
+    bool exact = false;  // not wider, where its texts would be
     Qt::Alignment alignment = Qt::AlignLeft;
 };
 
@@ -53,6 +54,10 @@ class ListPopup : public QFrame {
 
 // The arrow of a field that a list opens from.
 [[nodiscard]] QIcon arrow_icon(const QPalette& palette);
+
+// The row that a list opens at for the text that stands in its field: the one with that text, else the first
+// that begins with it, else none (-1).
+[[nodiscard]] int row_for_text(const std::vector<std::vector<std::string>>& rows, const QString& text);
 
 // Type-ahead: the rest of the first row that begins with what was typed comes to stand behind it, selected,
 // to be typed over. False when nothing was added; a text that is a row by itself stays.

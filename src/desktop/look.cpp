@@ -60,6 +60,7 @@ class Parser {
     void take_line() {
         if (take_if("title")) {
             look_.title = next("TITLE");
+            if (!words_.isEmpty()) look_.title_control = next("CONTROL");
         } else if (take_if("menus")) {
             look_.menus = words_;
             words_.clear();
@@ -100,9 +101,13 @@ class Parser {
         LookRow row;
         const QString first = words_.first();
         if (first.startsWith('"') || first.startsWith('@')) row.caption = next("CAPTION");
-        do {
+        row.fields.push_back(take_field());
+        while (take_if("+")) {
+            const bool captioned = !words_.isEmpty() && words_.first().startsWith('"');
+            const QString caption = captioned ? next("CAPTION") : QString();
             row.fields.push_back(take_field());
-        } while (take_if("+"));
+            row.fields.back().caption = caption;
+        }
         part().fields.push_back(row);
     }
 

@@ -1,13 +1,13 @@
 // The look of a form: what stands where in its window, told in one text file a form.
 //
 //   # to the end of the line: a comment
-//   title "A/P Invoice"
+//   title "A/P Invoice" [CONTROL]         of the window; behind it stands what the control shows
 //   menus File Edit Record ...            the order of the menus; others come behind
 //   column                                a column of fields above the lines; each line that follows is a row
 //   of it
 //     "Kind" cmbdoctype 14                caption, control, width in characters
 //     @labeldocno txtdocno 14             a label of the form itself as caption
-//     "Period" cmbperiod 4 + cmbfyear 8   several in one row
+//     "Period" cmbperiod 4 + cmbfyear 8   several in one row, each of which may have a caption
 //     "" txtvendor_address 30 lines 5     a field of several lines
 //     "Total" txttotal 14 amount          right-aligned, and selected when the user comes in
 //   grid dbgrid1                          the lines of the form
@@ -31,6 +31,7 @@ struct LookField {
     int width = 0;  // characters; 0: as wide as there is room
     int lines = 1;
     bool amount = false;
+    QString caption = {};  // before a field that is not the first of its row
 };
 
 struct LookRow {
@@ -50,6 +51,7 @@ struct LookPart {
 
 struct Look {
     QString title;
+    QString title_control;
     QStringList menus;
     std::vector<LookPart> parts;
 

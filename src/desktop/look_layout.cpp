@@ -9,6 +9,7 @@
 
 #include "controls/fields.h"
 #include "controls/grid.h"
+#include "desktop/flow_layout.h"
 #include "desktop/model_view.h"
 
 namespace brimley::desktop {
@@ -16,6 +17,8 @@ namespace brimley::desktop {
 namespace {
 
 constexpr int kGenericRows = 6;  // of a column of fields
+constexpr int kColumnSpacing = 18;
+constexpr int kGroupSpacing = 16;
 
 Qt::DockWidgetArea area_of(const QString& place) {
     if (place == "bottom") return Qt::BottomDockWidgetArea;
@@ -34,20 +37,18 @@ class Layouter {
         auto* const whole = new QVBoxLayout(centre);
         whole->setContentsMargins(8, 6, 8, 6);
         whole->setSpacing(6);
-        auto* const head = new QHBoxLayout;
-        head->setSpacing(18);
+        auto* const head = new FlowLayout(kColumnSpacing, Qt::AlignLeft);
         whole->addLayout(head);
         for (const LookPart& part : look.parts)
             add_part(part, *head, *whole);
-        head->addStretch(1);
         return std::move(result_);
     }
 
   private:
-    void add_part(const LookPart& part, QHBoxLayout& head, QVBoxLayout& whole) {
+    void add_part(const LookPart& part, FlowLayout& head, QVBoxLayout& whole) {
         switch (part.kind) {
             case LookPart::Kind::column:
-                head.addLayout(columns_of(part));
+                head.add_layout(columns_of(part));
                 break;
             case LookPart::Kind::grid:
                 if (QWidget* const grid = widget_of({part.name})) whole.addWidget(grid, 1);
@@ -79,10 +80,16 @@ class Layouter {
         return label;
     }
 
-    std::vector<QWidget*> fields_of(const LookRow& row) {
+    // Adds a row's fields to the line, each behind its caption, and tells them.
+    std::vector<QWidget*> add_fields(const LookRow& row, QHBoxLayout& line) {
         std::vector<QWidget*> widgets;
-        for (const LookField& field : row.fields)
-            if (QWidget* const widget = widget_of(field)) widgets.push_back(widget);
+        for (const LookField& field : row.fields) {
+            QWidget* const widget = widget_of(field);
+            if (widget == nullptr) continue;
+            if (!field.caption.isEmpty()) line.addWidget(caption_of(field.caption, {widget}));
+            line.addWidget(widget);
+            widgets.push_back(widget);
+        }
         return widgets;
     }
 
@@ -93,11 +100,9 @@ class Layouter {
         grid->setVerticalSpacing(3);
         int at = 0;
         for (const LookRow& row : part.fields) {
-            const auto fields = fields_of(row);
             auto* const line = new QHBoxLayout;
             line->setSpacing(4);
-            for (QWidget* const field : fields)
-                line->addWidget(field);
+            const auto fields = add_fields(row, *line);
             line->addStretch(1);
             if (!row.caption.isEmpty()) {
                 if (QLabel* const label = caption_of(row.caption, fields)) grid->addWidget(label, at, 0);
@@ -108,20 +113,17 @@ class Layouter {
         return grid;
     }
 
-    // All in one line.
+    // In one line, or in several where there is no room for one.
     QLayout* line_of(const LookPart& part, Qt::Alignment side) {
-        auto* const line = new QHBoxLayout;
-        line->setSpacing(6);
-        if (side == Qt::AlignRight) line->addStretch(1);
+        auto* const whole = new FlowLayout(kGroupSpacing, side);
         for (const LookRow& row : part.fields) {
-            const auto fields = fields_of(row);
-            if (QLabel* const label = caption_of(row.caption, fields)) line->addWidget(label);
-            for (QWidget* const field : fields)
-                line->addWidget(field);
-            line->addSpacing(10);
+            auto* const line = new QHBoxLayout;
+            line->setSpacing(6);
+            const auto fields = add_fields(row, *line);
+            if (QLabel* const label = caption_of(row.caption, fields)) line->insertWidget(0, label);
+            whole->add_layout(line);
         }
-        if (side != Qt::AlignRight) line->addStretch(1);
-        return line;
+        return whole;
     }
 
     void add_pane(const LookPart& part) {

@@ -13,6 +13,7 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/command_icons.h"
 #include "desktop/company_dialogs.h"
@@ -22,7 +23,8 @@ namespace brimley::desktop {
 
 namespace {
 
-constexpr int kToldFor = 8000;  // milliseconds
+constexpr int kToldFor = 8000;        // milliseconds
+constexpr double kShareOfArea = 0.9;  // of a form among others
 
 // A form in the menu. What a version does not have yet shows nothing, and that is told.
 struct FormEntry {
@@ -49,13 +51,18 @@ constexpr FormEntry kForms[] = {
 
 }  // namespace
 
-MainWindow::MainWindow(const opening::HostOptions& options)
-    : options_(options), pages_(new QStackedWidget), area_(new QMdiArea) {
+MainWindow::MainWindow(const opening::HostOptions& options, Memory memory)
+    : options_(options), memory_(memory), pages_(new QStackedWidget), area_(new QMdiArea) {
     setWindowTitle("Brimley AP");
-    QApplication::setWindowIcon(command_icon(0, "B", QApplication::palette()));
+    statusBar();  // from the beginning, so that no line of it moves the forms later
+    QApplication::setWindowIcon(program_icon());
     setCentralWidget(pages_);
     make_welcome_page();
     pages_->addWidget(area_);
+    make_forms_page();
+    // What opens beside a form that fills the area does not cover it.
+    area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
+    connect(area_, &QMdiArea::subWindowActivated, this, [this] { refresh_page(); });
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     make_company_menu();
@@ -73,9 +80,10 @@ MainWindow::MainWindow(const opening::HostOptions& options)
         window.setParent(nullptr);
         area_->removeSubWindow(at);
         at->deleteLater();
+        refresh_page();
     };
     resize(1366, 740);
-    restoreGeometry(settings_.geometry());
+    if (memory_ == Memory::kept) restoreGeometry(settings_.geometry());
     refresh_state();
 }
 
@@ -94,8 +102,8 @@ void MainWindow::open_company(const QString& company) {
     requests_->next_window = [this] { area_->activateNextSubWindow(); };
     ap_->NotifyClients = [this](const std::string& formx, const std::string& docnox,
                                 const std::string& arg2) { requests_->answer(formx, docnox, arg2); };
-    settings_.company_opened(company);
-    setWindowTitle(QFileInfo(company).completeBaseName() + " - Brimley AP");
+    if (memory_ == Memory::kept) settings_.company_opened(company_shown(company));
+    setWindowTitle(QFileInfo(company_shown(company)).completeBaseName() + " - Brimley AP");
     refresh_state();
 }
 
@@ -104,9 +112,12 @@ bool MainWindow::open_or_tell(const QString& company) {
         open_company(company);
         return true;
     } catch (const std::exception& failure) {
-        QMessageBox::warning(this, "Open company", company + "\n\n" + shown(std::string(failure.what())));
+        QMessageBox::warning(this, "Open company",
+                             company_shown(company) + "\n\n" + shown(std::string(failure.what())));
     }
-    settings_.company_gone(company);
+    // A server may be back in a minute; a file that was deleted is not.
+    const bool is_file = !store::is_on_server(typed(company));
+    if (is_file && !QFileInfo::exists(company)) settings_.company_gone(company_shown(company));
     refresh_state();
     return false;
 }
@@ -152,32 +163,48 @@ bool MainWindow::show_form(const QString& class_name) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    settings_.set_geometry(saveGeometry());
+    if (memory_ == Memory::kept) settings_.set_geometry(saveGeometry());
     close_company();
     QMainWindow::closeEvent(event);
 }
 
 // --- windows inside ---
+namespace {
+
+void keep_inside(QMdiSubWindow& window, const QSize& room) {
+    window.move(std::clamp(window.x(), 0, std::max(0, room.width() - window.width())),
+                std::clamp(window.y(), 0, std::max(0, room.height() - window.height())));
+}
+
+}  // namespace
+
 void MainWindow::place(QWidget& window) {
     QMdiSubWindow* const at = area_->addSubWindow(&window);
     at->setAttribute(Qt::WA_DeleteOnClose);
-    at->resize(window.size() + QSize(12, 36));
+    const QSize room = area_->viewport()->size();
+    at->resize((window.size() + QSize(12, 36)).boundedTo(room));
     at->show();
+    keep_inside(*at, room);
+    area_->setActiveSubWindow(at);
     window.setFocus();
+    refresh_page();
 }
 
-// The first form fills the area; with more of them the user arranges.
+// The first form fills the area, and so does the next as long as the user has not arranged them.
 void MainWindow::place_form(FormWindow& window) {
     ++forms_shown_;
-    const bool first = area_->subWindowList().isEmpty();
+    const QMdiSubWindow* const before = area_->currentSubWindow();
+    const bool fills = before == nullptr || before->isMaximized();
     QMdiSubWindow* const at = area_->addSubWindow(&window);
     at->setSystemMenu(nullptr);  // its keys are the forms' own
-    if (first) {
+    if (fills) {
         at->showMaximized();
     } else {
-        at->resize(area_->size() * 0.9);
+        at->resize(area_->viewport()->size() * kShareOfArea);
         at->show();
+        keep_inside(*at, area_->viewport()->size());
     }
+    refresh_page();
 }
 
 QMdiSubWindow* MainWindow::sub_window_of(const QWidget& window) const {
@@ -187,35 +214,72 @@ QMdiSubWindow* MainWindow::sub_window_of(const QWidget& window) const {
 }
 
 void MainWindow::refresh_state() {
-    pages_->setCurrentWidget(ap_ ? static_cast<QWidget*>(area_) : pages_->widget(0));
+    refresh_page();
     forms_menu_->setEnabled(ap_ != nullptr);
+    close_action_->setEnabled(ap_ != nullptr);
     list_recent_companies();
+}
+
+// The windows of the company; without one, what can be opened.
+void MainWindow::refresh_page() {
+    QWidget* const wanted = ap_ == nullptr                     ? welcome_page_
+                            : area_->subWindowList().isEmpty() ? forms_page_
+                                                               : static_cast<QWidget*>(area_);
+    if (pages_->currentWidget() != wanted) pages_->setCurrentWidget(wanted);
 }
 
 void MainWindow::tell(const QString& text) { statusBar()->showMessage(text, kToldFor); }
 
 // --- the first page ---
-void MainWindow::make_welcome_page() {
-    auto* const page = new QWidget;
-    auto* const middle = new QVBoxLayout(page);
-    auto* const title = new QLabel("<h1>Brimley AP</h1>Open a company to begin.");
-    const auto add_button = [&](const char* caption, auto&& act) {
+namespace {
+
+constexpr int kPageButtonWidth = 340;
+
+// A page with a heading and buttons below each other, in the middle.
+class ButtonPage : public QWidget {
+  public:
+    explicit ButtonPage(const QString& heading) : middle_(new QVBoxLayout(this)) {
+        middle_->addStretch(2);
+        middle_->addWidget(new QLabel(heading), 0, Qt::AlignHCenter);
+        middle_->addSpacing(16);
+    }
+    template <class Act>
+    void add_button(const QString& caption, const Act& act) {
         auto* const button = new QPushButton(caption);
-        button->setFixedWidth(340);
+        button->setFixedWidth(kPageButtonWidth);
+        button->setAutoDefault(true);
         connect(button, &QPushButton::clicked, this, act);
-        middle->addWidget(button, 0, Qt::AlignHCenter);
-        return button;
-    };
-    middle->addStretch(2);
-    middle->addWidget(title, 0, Qt::AlignHCenter);
-    middle->addSpacing(16);
-    add_button("Open the &sample company", [this] { open_sample(); })->setDefault(true);
-    add_button("&Open a company...", [this] { try_open(ask_for_company_file(this)); });
-    add_button("&New company...", [this] { try_open(make_new_company(this, options_.user)); });
-    middle->addSpacing(16);
+        middle_->addWidget(button, 0, Qt::AlignHCenter);
+    }
+    void add_end() { middle_->addStretch(3); }
+    [[nodiscard]] QVBoxLayout& middle() { return *middle_; }
+
+  private:
+    QVBoxLayout* middle_;
+};
+
+}  // namespace
+
+void MainWindow::make_welcome_page() {
+    auto* const page = new ButtonPage("<h1>Brimley AP</h1>Open a company to begin.");
+    page->add_button("Open the &sample company", [this] { open_sample(); });
+    page->add_button("&Open a company...", [this] { try_open(ask_for_company_file(this)); });
+    page->add_button("Open on a s&erver...", [this] { try_open(ask_for_server(this)); });
+    page->add_button("&New company...", [this] { try_open(make_new_company(this, options_.user)); });
+    page->middle().addSpacing(16);
     recent_buttons_ = new QVBoxLayout;
-    middle->addLayout(recent_buttons_);
-    middle->addStretch(3);
+    page->middle().addLayout(recent_buttons_);
+    page->add_end();
+    welcome_page_ = page;
+    pages_->addWidget(page);
+}
+
+void MainWindow::make_forms_page() {
+    auto* const page = new ButtonPage("<h2>Forms</h2>");
+    for (const FormEntry& entry : kForms)
+        page->add_button(entry.caption, [this, &entry] { show_form(entry.class_name); });
+    page->add_end();
+    forms_page_ = page;
     pages_->addWidget(page);
 }
 
@@ -245,12 +309,12 @@ void MainWindow::make_company_menu() {
     menu->addAction("&New...", this, [this] { try_open(make_new_company(this, options_.user)); });
     recent_menu_ = menu->addMenu("&Recent");
     menu->addSeparator();
-    menu->addAction("&Close", this, [this] { close_company(); });
+    close_action_ = menu->addAction("&Close", this, [this] { close_company(); });
     menu->addAction("&Quit", this, [this] { close(); });
 }
 
 void MainWindow::make_forms_menu() {
-    forms_menu_ = menuBar()->addMenu("&Forms");
+    forms_menu_ = menuBar()->addMenu("Form&s");
     for (const FormEntry& entry : kForms) {
         const QString class_name = entry.class_name;
         forms_menu_->addAction(entry.caption, this, [this, class_name] { show_form(class_name); });
@@ -264,7 +328,6 @@ void MainWindow::make_window_menu() {
     menu->addAction("&Next", QKeySequence("Ctrl+F6"), area_, &QMdiArea::activateNextSubWindow);
     menu->addSeparator();
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
-        const auto fixed = menu->actions().mid(0, 4);
         for (QAction* const action : menu->actions().mid(4))
             delete action;
         for (QMdiSubWindow* const at : area_->subWindowList())
@@ -273,7 +336,7 @@ void MainWindow::make_window_menu() {
 }
 
 void MainWindow::make_view_menu() {
-    QMenu* const menu = menuBar()->addMenu("&Look");
+    QMenu* const menu = menuBar()->addMenu("Loo&k");
     auto* const choices = new QActionGroup(menu);
     const std::pair<const char*, Theme> themes[] = {
         {"&Light", Theme::light}, {"&Dark", Theme::dark}, {"As the s&ystem", Theme::as_system}};

@@ -14,6 +14,7 @@
 #include "host/apclass.h"
 #include "opening/host_options.h"
 
+class QAction;
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
@@ -24,7 +25,9 @@ namespace brimley::desktop {
 
 class MainWindow : public QMainWindow {
   public:
-    explicit MainWindow(const opening::HostOptions& options);
+    // Whether companies and places are remembered for the next time, and recalled from the last.
+    enum class Memory { kept, none };
+    explicit MainWindow(const opening::HostOptions& options, Memory memory = Memory::kept);
     ~MainWindow() override;
 
     // Opens the company in place of the one that is open. Throws std::exception when it cannot be opened;
@@ -46,6 +49,7 @@ class MainWindow : public QMainWindow {
 
   private:
     void make_welcome_page();
+    void make_forms_page();
     void list_recent_companies();
     void make_company_menu();
     void make_forms_menu();
@@ -59,15 +63,20 @@ class MainWindow : public QMainWindow {
     void place_form(FormWindow& window);
     [[nodiscard]] QMdiSubWindow* sub_window_of(const QWidget& window) const;
     void refresh_state();
+    void refresh_page();
     void tell(const QString& text);
 
     opening::HostOptions options_;
+    Memory memory_;
     Settings settings_;
     DesktopDesk desk_;
     std::unique_ptr<host::APclass> ap_;
     std::unique_ptr<Requests> requests_;
     QStackedWidget* pages_;
     QMdiArea* area_;
+    QWidget* welcome_page_ = nullptr;
+    QWidget* forms_page_ = nullptr;
+    QAction* close_action_ = nullptr;
     QVBoxLayout* recent_buttons_ = nullptr;
     QMenu* recent_menu_ = nullptr;
     QMenu* forms_menu_ = nullptr;

@@ -72,7 +72,8 @@ void show_state(QWidget& widget, const controls::Control& control) {
 
 void show_face(QWidget& field, const controls::Control& control) {
     const QPalette ours = QApplication::palette(&field);
-    const QColor back = back_colour(control.back_colour(), ours);
+    const bool plain_locked = control.locked() && control.back_colour() == controls::kWhite;
+    const QColor back = back_colour(plain_locked ? controls::kReadOnlyBack : control.back_colour(), ours);
     QPalette wanted = ours;
     wanted.setColor(QPalette::Base, back);
     const bool as_around =
@@ -84,6 +85,12 @@ void show_face(QWidget& field, const controls::Control& control) {
         font.setFamily(shown(control.font_name()));
         field.setFont(font);
     }
+}
+
+bool looks_open(const QWidget& widget) { return widget.focusPolicy() == Qt::StrongFocus; }
+
+void show_whether_open(QWidget& widget, bool open) {
+    widget.setFocusPolicy(open ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 Refusal state_found(const QWidget& widget) {

@@ -50,6 +50,9 @@ class ModelView {
 // for.
 void show_state(QWidget& widget, const controls::Control& control);
 void show_face(QWidget& field, const controls::Control& control);
+// Tab and Enter pass over what cannot be typed in or clicked; a click still reaches it, to copy from.
+void show_whether_open(QWidget& widget, bool open);
+[[nodiscard]] bool looks_open(const QWidget& widget);
 // Hidden or disabled as the window shows it; locked is for the widget to tell.
 [[nodiscard]] controls::Refusal state_found(const QWidget& widget);
 

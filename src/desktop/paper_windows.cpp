@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QPdfPageRenderer>
 #include <QPdfView>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -23,7 +24,9 @@ PdfWindow::PdfWindow(const QString& path, const QString& title) : document_(new 
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     if (document_->load(file) != QPdfDocument::Error::None) {
-        auto* const fault = new QLabel(file + " cannot be shown.");
+        const bool exists = QFileInfo::exists(file);
+        auto* const fault =
+            new QLabel(file + (exists ? " cannot be shown: it is no PDF file." : " is not there."));
         fault->setAlignment(Qt::AlignCenter);
         fault->setWordWrap(true);
         layout->addWidget(fault);
@@ -35,6 +38,12 @@ PdfWindow::PdfWindow(const QString& path, const QString& title) : document_(new 
         layout->addWidget(view);
     }
     resize(760, 620);
+}
+
+// The renderer works on a thread of its own, which ends and is given back when it is told to draw without it.
+PdfWindow::~PdfWindow() {
+    for (auto* const renderer : findChildren<QPdfPageRenderer*>())
+        renderer->setRenderMode(QPdfPageRenderer::RenderMode::SingleThreaded);
 }
 
 // --- reports ---

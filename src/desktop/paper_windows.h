@@ -17,6 +17,7 @@ class PdfWindow : public QWidget {
     // `path` may have "\" between its folders, as the forms write them. A file that cannot be read is told in
     // the window.
     PdfWindow(const QString& path, const QString& title);
+    ~PdfWindow() override;
 
     [[nodiscard]] int pages() const { return document_->pageCount(); }
 

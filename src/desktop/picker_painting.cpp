@@ -102,10 +102,9 @@ void PickerPainter::paint(QPainter* painter, const QStyleOptionViewItem& option,
 QSize PickerPainter::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     QSize size = QStyledItemDelegate::sizeHint(option, index);
     if (look_ == ItemLook::colour && index.column() == 0) size.rwidth() += kSwatchWidth + 2 * kGap;
-    if (look_ == ItemLook::font) {
+    if (look_ == ItemLook::font)
         size.rwidth() += QFontMetrics(option.font).horizontalAdvance(kSample) + 3 * kGap;
-        size.rheight() += 4;
-    }
+    if (look_ != ItemLook::text) size.rheight() += 4;
     return size;
 }
 

@@ -25,8 +25,7 @@ RecordsModel::RecordsModel(store::Recordset& rows, const std::vector<RecordColum
         std::vector<QString>& row = rows_.emplace_back();
         for (const RecordColumn* const column : present) {
             const store::Value value = rows.field(column->field);
-            row.push_back(column->translate ? column->translate(value.text())
-                                            : value_shown(value, column->money, date_format));
+            row.push_back(column->tell ? column->tell(rows) : value_shown(value, column->money, date_format));
         }
     }
 }

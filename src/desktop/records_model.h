@@ -15,8 +15,8 @@ struct RecordColumn {
     std::string field;
     QString heading;
     bool money = false;
-    // What is shown in place of the field's own text, such as a name for a number.
-    std::function<QString(const std::string& text)> translate = {};
+    // What is shown of the row in place of the field's own text, such as a name for a number.
+    std::function<QString(const store::Recordset& row)> tell = {};
 };
 
 // A value as a person reads it: dates in his format, money with two places, yes/no as words.

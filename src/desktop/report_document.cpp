@@ -1,10 +1,12 @@
 #include "desktop/report_document.h"
 
 #include <QTextDocument>
+#include <map>
 #include <set>
 
 #include "desktop/model_view.h"
 #include "desktop/records_model.h"
+#include "kernel/money.h"
 
 namespace brimley::desktop {
 
@@ -16,24 +18,56 @@ using store::FieldType;
 struct Rows {
     std::vector<QString> names;
     std::vector<bool> numbers;
+    std::vector<bool> money;
+    std::vector<double> sums;  // of the money columns
     std::vector<std::vector<QString>> rows;
 };
 
-// Keys that tie tables together and traces of who saved when say nothing to the one who gets the paper.
+// Keys that tie tables together and traces of who saved when say nothing to the one who gets the paper, nor
+// do the slots of single taxes, whose sum each line has.
 bool is_internal(const QString& name) {
-    static const std::set<QString> kInternal{"fkey",
-                                             "glfkey",
-                                             "company",
-                                             "doctype",
-                                             "computer_id",
-                                             "date_created",
-                                             "time_created",
-                                             "user_created",
-                                             "user_updated",
-                                             "date_lastmodified",
-                                             "time_lastmodified",
-                                             "recno"};
-    return kInternal.contains(name.toLower());
+    static const std::set<QString> kInternal{"fkey",         "glfkey",
+                                             "company",      "doctype",
+                                             "computer_id",  "date_created",
+                                             "time_created", "user_created",
+                                             "user_updated", "date_lastmodified",
+                                             "recno",        "time_lastmodified",
+                                             "source_form",  "payment_term",
+                                             "recurno",      "ap_doctype",
+                                             "item_no",      "month",
+                                             "year",         "invoiced"};
+    return kInternal.contains(name.toLower()) || name.back().isDigit();
+}
+
+// What a field is called on paper, where its name says it badly.
+QString heading(const QString& name) {
+    static const std::map<QString, QString> kHeadings{{"docno", "Document no."},
+                                                      {"invoice_no", "Invoice no."},
+                                                      {"vendor_no", "Vendor no."},
+                                                      {"exchange_rate", "Exchange rate"},
+                                                      {"duedays", "Net days"},
+                                                      {"early_days", "Discount days"},
+                                                      {"early_discount", "Discount percent"},
+                                                      {"fyear", "Fiscal year"},
+                                                      {"source_docno", "Source no."},
+                                                      {"pay_item", "Item"},
+                                                      {"po_accno", "Account"},
+                                                      {"ap_accno", "Payable account"},
+                                                      {"ap_docno", "AP document no."},
+                                                      {"payby", "Paid by"},
+                                                      {"cash_accno", "Cash account"},
+                                                      {"bank_accno", "Bank account"},
+                                                      {"check_no", "Check no."},
+                                                      {"writeoff", "Write-off"},
+                                                      {"discount_accno", "Discount account"},
+                                                      {"writeoff_accno", "Write-off account"},
+                                                      {"prepay_accno", "Prepayment account"},
+                                                      {"gldate", "G/L date"}};
+    const QString lower = name.toLower();
+    if (const auto known = kHeadings.find(lower); known != kHeadings.end()) return known->second;
+    QString words = QString(lower).replace('_', ' ');
+    if (!words.isEmpty()) words[0] = words[0].toUpper();
+    return words;
 }
 
 bool is_money(const QString& name) {
@@ -56,19 +90,18 @@ Rows read(store::Recordset& query, const std::string& date_format) {
         columns.push_back(column);
         result.names.push_back(name);
         result.numbers.push_back(query.column_type(column) == FieldType::number);
+        result.money.push_back(result.numbers.back() && is_money(name));
     }
+    result.sums.assign(columns.size(), 0);
     for (; !query.at_eof(); query.MoveNext()) {
         auto& row = result.rows.emplace_back();
-        for (std::size_t i = 0; i < columns.size(); ++i)
-            row.push_back(value_shown(query.column(columns[i]), is_money(result.names[i]), date_format));
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            const store::Value value = query.column(columns[i]);
+            row.push_back(value_shown(value, result.money[i], date_format));
+            if (result.money[i]) result.sums[i] += value.number();
+        }
     }
     return result;
-}
-
-QString heading(const QString& name) {
-    QString words = QString(name).replace('_', ' ').toLower();
-    if (!words.isEmpty()) words[0] = words[0].toUpper();
-    return words;
 }
 
 bool same_in_all_rows(const Rows& rows, std::size_t column) {
@@ -94,6 +127,19 @@ QString header_html(const Rows& rows, const std::set<std::size_t>& of_document) 
     return html + "</table>";
 }
 
+// The amounts of the lines together, below them.
+QString sums_html(const Rows& rows, const std::vector<std::size_t>& of_lines) {
+    QString html = "<tr>";
+    bool told = false;
+    for (const std::size_t column : of_lines) {
+        const QString sum = rows.money[column] ? shown(kernel::format_money(rows.sums[column])) : QString();
+        html +=
+            sum.isEmpty() && !told ? "<td><b>Total</b></td>" : "<td align='right'><b>" + sum + "</b></td>";
+        told = true;
+    }
+    return html + "</tr>";
+}
+
 QString lines_html(const Rows& rows, const std::vector<std::size_t>& of_lines) {
     QString html = "<table width='100%' border='1' style='border-collapse:collapse' cellpadding='3'><tr>";
     for (const std::size_t column : of_lines)
@@ -106,7 +152,7 @@ QString lines_html(const Rows& rows, const std::vector<std::size_t>& of_lines) {
                     row[column].toHtmlEscaped() + "</td>";
         html += "</tr>";
     }
-    return html + "</table>";
+    return html + sums_html(rows, of_lines) + "</table>";
 }
 
 // The fields before the line number are the document's, those behind it the line's.
@@ -125,7 +171,8 @@ QString html_of(const Rows& rows) {
         const bool of_line = column >= lines_from && rows.names[column].toUpper() != "VENDOR_NAME";
         if (!of_line) {
             of_document.insert(column);
-        } else if (!same_in_all_rows(rows, column) || !says_nothing(rows.rows.front()[column])) {
+        } else if (rows.names[column].toLower() == "tax_amount" || !same_in_all_rows(rows, column) ||
+                   !says_nothing(rows.rows.front()[column])) {
             of_lines.push_back(column);
         }
     }
@@ -142,8 +189,8 @@ QTextDocument* report_document(store::Database& database, const std::string& que
     const Rows rows = read(records, date_format);
     auto* const document = new QTextDocument;
     document->setDefaultFont(QFont("Arial", 9));
-    document->setHtml("<p>" + company_name.toHtmlEscaped() + "</p><h2>" +
-                      what.section(',', 0, 0).toHtmlEscaped() + " " +
+    const QString company = company_name.isEmpty() ? "" : "<p>" + company_name.toHtmlEscaped() + "</p>";
+    document->setHtml(company + "<h2>" + what.section(',', 0, 0).toHtmlEscaped() + " " +
                       what.section(',', 1, -2).toHtmlEscaped() + "</h2>" + html_of(rows));
     return document;
 }

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 
+#include "desktop/ledger_window.h"
 #include "desktop/model_view.h"
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
@@ -18,23 +20,31 @@ bool can_be_led(const std::shared_ptr<FormClass>& form) {
     return form && form->is_open() && form->mode() == frame::Mode::read;
 }
 
+// In the view of templates numbers and keys are those of templates.
+constexpr int kViewRecurring = 1005;
+
+std::optional<std::string> if_given(const std::string& document) {
+    return document.empty() ? std::nullopt : std::optional(document);
+}
+
 }  // namespace
 
-void Requests::show_invoice(const std::function<void()>& go_to) {
-    if (can_be_led(ap_.frm_invoice)) {
+// Without a document the form is only opened, or comes to the front.
+void Requests::show_invoice(const std::string& document, const std::function<void()>& go_to) {
+    if (can_be_led(ap_.frm_invoice) && !ap_.frm_invoice->CommandBars1().pressed(kViewRecurring)) {
         ap_.frm_invoice->show();
     } else {
         ap_.showform_APform_invoice();
     }
-    go_to();
+    if (!document.empty()) go_to();
 }
 
 void Requests::show_payment(const std::string& docno) {
     if (can_be_led(ap_.frm_payment)) {
         ap_.frm_payment->show();
-        ap_.APform_payment_goto_docno(docno);
+        if (!docno.empty()) ap_.APform_payment_goto_docno(docno);
     } else {
-        ap_.showform_APform_payment(docno);
+        ap_.showform_APform_payment(if_given(docno));
     }
 }
 
@@ -55,16 +65,18 @@ void Requests::open_new(const std::string& formx, const std::function<void()>& o
 bool Requests::open_form(const std::string& formx, const std::string& docnox) {
     const std::map<std::string, std::function<void()>> forms{
         {"Pay this invoice", [&] { pay_invoice(docnox); }},
-        {"Payment History", [&] { open_new(formx, [&] { ap_.showform_APform_payhistory(docnox); }); }},
-        {"Bill Entry : Docno", [&] { show_invoice([&] { ap_.APform_invoice_goto_docno(docnox); }); }},
-        {"Bill Entry", [&] { show_invoice([&] { ap_.APform_invoice_goto_fkey(docnox); }); }},
-        {"A/P Prepayment", [&] { open_new(formx, [&] { ap_.showform_APform_prepayment(docnox); }); }},
+        {"Payment History",
+         [&] { open_new(formx, [&] { ap_.showform_APform_payhistory(if_given(docnox)); }); }},
+        {"Bill Entry : Docno", [&] { show_invoice(docnox, [&] { ap_.APform_invoice_goto_docno(docnox); }); }},
+        {"Bill Entry", [&] { show_invoice(docnox, [&] { ap_.APform_invoice_goto_fkey(docnox); }); }},
+        {"A/P Prepayment",
+         [&] { open_new(formx, [&] { ap_.showform_APform_prepayment(if_given(docnox)); }); }},
         {"A/P Payment Entry", [&] { show_payment(docnox); }},
         {"Payment Entry", [&] { show_payment(docnox); }},
         {"Credit Card Payment",
          [&] {
              open_new(formx, [&] { ap_.showform_APform_creditcard_payment(); });
-             ap_.APform_creditcard_goto_docno(docnox);
+             if (!docnox.empty()) ap_.APform_creditcard_goto_docno(docnox);
          }},
     };
     const auto found = forms.find(formx);

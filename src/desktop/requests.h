@@ -36,7 +36,7 @@ class Requests {
     // Opens a form that this version may not have, and says so when nothing came to the screen.
     void open_new(const std::string& formx, const std::function<void()>& open);
     void pay_invoice(const std::string& docno_and_vendor);
-    void show_invoice(const std::function<void()>& go_to);
+    void show_invoice(const std::string& document, const std::function<void()>& go_to);
     void show_payment(const std::string& docno);
 
     host::APclass& ap_;

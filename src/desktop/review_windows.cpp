@@ -1,16 +1,14 @@
 #include "desktop/review_windows.h"
 
-#include <fmt/format.h>
-
-#include <QGridLayout>
+#include <QApplication>
 #include <QHeaderView>
-#include <QLabel>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QSortFilterProxyModel>
 #include <QTableView>
 
 #include "desktop/model_view.h"
-#include "kernel/store/convert.h"
 
 namespace brimley::desktop {
 
@@ -22,7 +20,9 @@ store::Recordset read(store::Database& database, const std::string& query) {
     return database.OpenRecordset(query, store::RecordsetKind::snapshot);
 }
 
-QTableView* make_table(QAbstractItemModel& model) {
+}  // namespace
+
+QTableView* read_only_table(QAbstractItemModel& model) {
     auto* const table = new QTableView;
     table->setModel(&model);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -41,8 +41,6 @@ QTableView* make_table(QAbstractItemModel& model) {
     return table;
 }
 
-}  // namespace
-
 // --- lists ---
 ListWindow::ListWindow(const QString& title, store::Database& database, const std::string& query,
                        const std::vector<RecordColumn>& columns, const std::string& date_format,
@@ -55,7 +53,7 @@ ListWindow::ListWindow(const QString& title, store::Database& database, const st
     filter_->setSourceModel(records);
     filter_->setFilterKeyColumn(-1);
     filter_->setFilterCaseSensitivity(Qt::CaseInsensitive);
-    table_ = make_table(*filter_);
+    table_ = read_only_table(*filter_);
     search_->setPlaceholderText("Search");
     search_->setClearButtonEnabled(true);
     auto* const layout = new QVBoxLayout(this);
@@ -67,7 +65,20 @@ ListWindow::ListWindow(const QString& title, store::Database& database, const st
     });
     resize(680, 420);
     choose(key);
-    search_->setFocus();
+    setFocusProxy(search_);
+    search_->installEventFilter(this);
+}
+
+// Up and down go through the list while the user searches.
+bool ListWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == search_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
+            QApplication::sendEvent(table_, event);
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void ListWindow::choose(const QString& key) {
@@ -94,6 +105,16 @@ ListWindow* account_master(store::Database& database, const std::string& date_fo
                           date_format, accno);
 }
 
+namespace {
+
+// The lines of an address in one.
+QString address_of(const store::Recordset& vendor) {
+    const QStringList lines = shown(vendor.text("address")).split(QRegularExpression("\\s*[\r\n]+\\s*"));
+    return lines.join(", ");
+}
+
+}  // namespace
+
 ListWindow* vendor_master(store::Database& database, const std::string& date_format,
                           const QString& vendor_no) {
     return new ListWindow("Vendor Master", database, "SELECT * FROM Vendor_table ORDER BY vendor_no",
@@ -103,80 +124,8 @@ ListWindow* vendor_master(store::Database& database, const std::string& date_for
                            {"ap_accno", "Payable account"},
                            {"owing_balance", "Owing", true},
                            {"vendor_group", "Group"},
-                           {"address", "Address"}},
+                           {"address", "Address", false, address_of}},
                           date_format, vendor_no);
-}
-
-// --- the ledger ---
-namespace {
-
-// An account that the chart does not have any more has no name.
-QString account_name(store::Database& database, const std::string& accno) {
-    const auto account =
-        read(database,
-             fmt::format("SELECT accname FROM Account_master_table WHERE accno = {}", store::quoted(accno)));
-    return account.at_eof() ? QString() : shown(account.text("accname"));
-}
-
-}  // namespace
-
-LedgerWindow::LedgerWindow(store::Database& database, const std::string& date_format,
-                           const std::string& fkey) {
-    setWindowTitle("G/L Ledger Review");
-    const auto name_of = [&](const std::string& accno) { return account_name(database, accno); };
-    auto* const layout = new QVBoxLayout(this);
-    auto rows =
-        read(database, fmt::format("SELECT * FROM GL_transaction_table WHERE fkey = {} ORDER BY lineno",
-                                   store::quoted(fkey)));
-    auto* const records = new RecordsModel(rows,
-                                           {{"lineno", "Line"},
-                                            {"accno", "Account"},
-                                            {"accno", "Name", false, name_of},
-                                            {"amount", "Amount", true},
-                                            {"Currency", "Currency"},
-                                            {"base_amount", "Base amount", true},
-                                            {"ledgertype", "Ledger"},
-                                            {"period", "Period"},
-                                            {"fyear", "Year"},
-                                            {"source_docno", "Source no."}},
-                                           date_format);
-    records->setParent(this);
-    lines_ = make_table(*records);
-    add_header(database, date_format, fkey);
-    layout->addWidget(lines_, 1);
-    resize(820, 420);
-}
-
-void LedgerWindow::add_header(store::Database& database, const std::string& date_format,
-                              const std::string& fkey) {
-    const auto header =
-        read(database, fmt::format("SELECT * FROM GL_header_table WHERE fkey = {}", store::quoted(fkey)));
-    auto* const fields = new QGridLayout;
-    static_cast<QVBoxLayout*>(layout())->addLayout(fields);
-    if (header.at_eof()) {
-        fields->addWidget(new QLabel("There is no ledger document " + shown(fkey) + "."), 0, 0);
-        return;
-    }
-    static const std::vector<RecordColumn> kFields{
-        {"docno", "Document no."},      {"gldate", "Date"},
-        {"period", "Period"},           {"fyear", "Fiscal year"},
-        {"Currency", "Currency"},       {"exchange_rate", "Ex. rate"},
-        {"Source", "Source"},           {"source_docno", "Source no."},
-        {"Description", "Description"}, {"remark", "Remark"},
-        {"Reverse", "Reversed"},        {"user_created", "User"}};
-    constexpr int kPairsInRow = 3;
-    int at = 0;
-    for (const RecordColumn& field : kFields) {
-        auto* const caption = new QLabel(field.heading);
-        caption->setEnabled(false);
-        auto* const value = new QLabel(value_shown(header.field(field.field), field.money, date_format));
-        value->setTextFormat(Qt::PlainText);
-        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        fields->addWidget(caption, at / kPairsInRow, at % kPairsInRow * 2);
-        fields->addWidget(value, at / kPairsInRow, at % kPairsInRow * 2 + 1);
-        fields->setColumnStretch(at % kPairsInRow * 2 + 1, 1);
-        ++at;
-    }
 }
 
 }  // namespace brimley::desktop

@@ -1,5 +1,5 @@
-// The windows that answer a form's requests for something to look at: a GL document, and the lists of
-// accounts and vendors. They read once when they open, and change nothing.
+// The lists of accounts and vendors that answer a form's requests. They read once when they open, and change
+// nothing.
 #pragma once
 
 #include <QWidget>
@@ -8,11 +8,15 @@
 
 #include "desktop/records_model.h"
 
+class QAbstractItemModel;
 class QLineEdit;
 class QSortFilterProxyModel;
 class QTableView;
 
 namespace brimley::desktop {
+
+// A table to look at, with lines to choose. The model is the caller's.
+[[nodiscard]] QTableView* read_only_table(QAbstractItemModel& model);
 
 // A list with a search line: rows that hold the words typed, in any column.
 class ListWindow : public QWidget {
@@ -26,6 +30,9 @@ class ListWindow : public QWidget {
     [[nodiscard]] QLineEdit& search() { return *search_; }
     [[nodiscard]] QString chosen_key() const;
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     void choose(const QString& key);
 
@@ -38,19 +45,5 @@ class ListWindow : public QWidget {
                                          const QString& accno);
 [[nodiscard]] ListWindow* vendor_master(store::Database& database, const std::string& date_format,
                                         const QString& vendor_no);
-
-// A GL document: its header, its lines, and whether it balances.
-class LedgerWindow : public QWidget {
-  public:
-    // Throws store::Error when the ledger cannot be read. A key that names no document shows none.
-    LedgerWindow(store::Database& database, const std::string& date_format, const std::string& fkey);
-
-    [[nodiscard]] QTableView& lines() { return *lines_; }
-
-  private:
-    void add_header(store::Database& database, const std::string& date_format, const std::string& fkey);
-
-    QTableView* lines_;
-};
 
 }  // namespace brimley::desktop

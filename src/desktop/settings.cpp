@@ -1,5 +1,11 @@
 #include "desktop/settings.h"
 
+#include <QFileInfo>
+#include <QUrl>
+#include <QUrlQuery>
+
+#include "kernel/store/database.h"
+
 namespace brimley::desktop {
 
 namespace {
@@ -9,6 +15,15 @@ constexpr const char* kTheme = "theme";
 constexpr const char* kGeometry = "geometry";
 
 }  // namespace
+
+QString company_shown(const QString& company) {
+    if (!store::is_on_server(company.toStdString())) return QFileInfo(company).absoluteFilePath();
+    QUrl address(company);
+    QUrlQuery options(address);
+    options.removeAllQueryItems("password");
+    address.setQuery(options.isEmpty() ? QString() : options.query());
+    return address.toString(QUrl::RemovePassword);
+}
 
 QStringList Settings::recent_companies() const { return store_.value(kRecent).toStringList(); }
 

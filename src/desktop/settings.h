@@ -10,6 +10,9 @@
 
 namespace brimley::desktop {
 
+// A company as it is remembered and shown: a file by its whole path, a server without the password.
+[[nodiscard]] QString company_shown(const QString& company);
+
 class Settings {
   public:
     // Newest first, at most kRecentMax.

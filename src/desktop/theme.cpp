@@ -2,8 +2,8 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyle>
-#include <QStyleFactory>
+
+#include "desktop/theme_style.h"
 
 namespace brimley::desktop {
 
@@ -23,6 +23,8 @@ QPalette light_palette() {
     palette.setColor(QPalette::Highlight, QColor(38, 103, 173));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::PlaceholderText, QColor(130, 136, 145));
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(200, 212, 226));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(20, 22, 26));
     return palette;
 }
 
@@ -40,6 +42,9 @@ QPalette dark_palette() {
     palette.setColor(QPalette::PlaceholderText, QColor(140, 146, 154));
     palette.setColor(QPalette::ToolTipBase, QColor(52, 56, 62));
     palette.setColor(QPalette::ToolTipText, QColor(226, 229, 233));
+    palette.setColor(QPalette::Mid, QColor(104, 111, 121));
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(62, 74, 90));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(226, 229, 233));
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, QColor(120, 126, 134));
     return palette;
@@ -48,11 +53,11 @@ QPalette dark_palette() {
 }  // namespace
 
 void use_theme(Theme theme) {
-    // One style everywhere, so that a form looks the same on every machine.
-    if (QApplication::style()->name() != "fusion") QApplication::setStyle(QStyleFactory::create("Fusion"));
     if (theme == Theme::light) QApplication::setPalette(light_palette());
     if (theme == Theme::dark) QApplication::setPalette(dark_palette());
     if (theme == Theme::as_system) QApplication::setPalette(QPalette());
+    // One style everywhere, so that a form looks the same on every machine; anew, for pictures that it keeps.
+    QApplication::setStyle(new ThemeStyle);
 }
 
 void use_fonts() {

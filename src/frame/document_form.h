@@ -71,6 +71,9 @@ class DocumentForm : public Form {
     virtual void gencode_new() = 0;
 
     // --- the font bar (font_bar.cpp) ---
+    [[nodiscard]] bool font_bar_shown() const override {
+        return Form::font_bar_shown() || frame_font.visible();
+    }
     // Each changes all columns of dbgrid1, or those that the user has selected, or the current one when none
     // is selected: cmbselcol tells.
     void font_bold();

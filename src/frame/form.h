@@ -71,6 +71,9 @@ class Form : public std::enable_shared_from_this<Form> {
     std::function<void(const std::string& formx, const std::string& docnox, const std::string& arg2)>
         NotifyClients;
 
+    // The font bar stands when the user has it shown, or while the form's font pane is open.
+    [[nodiscard]] virtual bool font_bar_shown() const { return bars_.font_bar_visible; }
+
     // The mode is the pressed state of two commands and nothing else.
     [[nodiscard]] Mode mode() const;
 

@@ -35,7 +35,7 @@ using Palette = std::array<controls::Colour, 10>;
 [[nodiscard]] Palette brimley_palette();
 
 // What single slots paint.
-inline constexpr std::size_t kHeaderSlot = 5;
+inline constexpr std::size_t kHeaderSlot = 7;  // white captions can be read on it
 inline constexpr std::size_t kEvenRowSlot = 2;
 
 }  // namespace brimley::presentation

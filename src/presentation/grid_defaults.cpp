@@ -18,8 +18,8 @@ constexpr Column kInvoiceLines[] = {
     {"open amount", 1400, kAmount, kPlain},
     {"taxable amount", 1400, kAmount, kEntered},
     {"tax amount", 1200, kAmount, kPlain},
-    {"tax code", 1100, kText, kEntered},
-    {"purchase account", 1500, kText, kEntered},
+    {"tax code", 1100, kText, kEntered | kCompleted},
+    {"purchase account", 1500, kText, kEntered | kCompleted},
     {"account name", 2600, kText, kPlain},
     {"paid", 700, kCentred, kPlain},
     {"discount available", 1400, kAmount, kPlain},
@@ -36,15 +36,15 @@ constexpr Column kInvoiceLines[] = {
 
 // The taxes of one line, by authority. The last three columns tie the rows to their line.
 constexpr Column kTaxDetails[] = {
-    {"no", 600, kCentred, kPlain},
-    {"tax authority", 1400, kText, kPlain},
-    {"taxable amount", 1400, kAmount, kPlain},
-    {"rate", 900, kAmount, kEntered},
-    {"tax amount", 1200, kAmount, kEntered},
-    {"taxable", 900, kCheckBox, kEntered},
-    {"allocated tax", 1300, kAmount, kPlain},
-    {"recoverable tax", 1400, kAmount, kPlain},
-    {"expensed tax", 1300, kAmount, kPlain},
+    {"no", 450, kCentred, kPlain},
+    {"tax authority", 1200, kText, kPlain},
+    {"taxable amount", 1300, kAmount, kPlain},
+    {"rate", 800, kAmount, kEntered},
+    {"tax amount", 1100, kAmount, kEntered},
+    {"taxable", 800, kCheckBox, kEntered},
+    {"allocated tax", 1200, kAmount, kPlain},
+    {"recoverable tax", 1250, kAmount, kPlain},
+    {"expensed tax", 1200, kAmount, kPlain},
     {"pay item", 800, kCentred, kHidden},
     {"include tax", 900, kCentred, kHidden},
     {"amount", 1200, kAmount, kHidden},
@@ -52,14 +52,14 @@ constexpr Column kTaxDetails[] = {
 
 // The taxes of the whole document. "tax included" is an amount here, not a flag.
 constexpr Column kTaxSummary[] = {
-    {"no", 600, kCentred, kPlain},
-    {"tax authority", 1400, kText, kPlain},
-    {"total tax", 1300, kAmount, kPlain},
-    {"tax", 1300, kAmount, kPlain},
-    {"tax included", 1300, kAmount, kPlain},
-    {"allocated tax", 1300, kAmount, kPlain},
-    {"recoverable tax", 1400, kAmount, kPlain},
-    {"expensed tax", 1300, kAmount, kPlain},
+    {"no", 450, kCentred, kPlain},
+    {"tax authority", 1200, kText, kPlain},
+    {"total tax", 1200, kAmount, kPlain},
+    {"tax", 1100, kAmount, kPlain},
+    {"tax included", 1100, kAmount, kPlain},
+    {"allocated tax", 1200, kAmount, kPlain},
+    {"recoverable tax", 1250, kAmount, kPlain},
+    {"expensed tax", 1200, kAmount, kPlain},
 };
 
 // Open items of a vendor. The rows of prepayments and credit notes have a style of their own.
@@ -77,8 +77,8 @@ constexpr Column kPaymentLines[] = {
     {"discount taken", 1300, kAmount, kEntered | kRowStyle},
     {"write-off", 1200, kAmount, kEntered | kRowStyle},
     {"net balance", 1400, kAmount, kRowStyle},
-    {"discount account", 1500, kText, kEntered | kRowStyle},
-    {"write-off account", 1500, kText, kEntered | kRowStyle},
+    {"discount account", 1500, kText, kEntered | kCompleted | kRowStyle},
+    {"write-off account", 1500, kText, kEntered | kCompleted | kRowStyle},
     {"discount available", 1500, kAmount, kRowStyle},
     {"discount percent", 1300, kAmount, kRowStyle},
     {"document type", 1200, kCentred, kRowStyle},
@@ -97,12 +97,18 @@ constexpr Column kPrepaymentLines[] = {
 };
 
 constexpr Column kMiscPaymentLines[] = {
-    {"pay item", 800, kCentred, kPlain},      {"amount", 1400, kAmount, kEntered},
-    {"net amount", 1400, kAmount, kEntered},  {"account", 1400, kText, kEntered},
-    {"account name", 2600, kText, kPlain},    {"tax included", 1100, kCheckBox, kEntered},
-    {"tax code", 1100, kText, kEntered},      {"tax amount", 1200, kAmount, kPlain},
-    {"allocated tax", 1300, kAmount, kPlain}, {"reference", 2000, kText, kEntered},
-    {"created date", 1200, kCentred, kPlain}, {"created time", 1100, kCentred, kPlain},
+    {"pay item", 800, kCentred, kPlain},
+    {"amount", 1400, kAmount, kEntered},
+    {"net amount", 1400, kAmount, kEntered},
+    {"account", 1400, kText, kEntered | kCompleted},
+    {"account name", 2600, kText, kPlain},
+    {"tax included", 1100, kCheckBox, kEntered},
+    {"tax code", 1100, kText, kEntered | kCompleted},
+    {"tax amount", 1200, kAmount, kPlain},
+    {"allocated tax", 1300, kAmount, kPlain},
+    {"reference", 2000, kText, kEntered},
+    {"created date", 1200, kCentred, kPlain},
+    {"created time", 1100, kCentred, kPlain},
     {"computer id", 1400, kText, kPlain},
 };
 
@@ -136,9 +142,9 @@ constexpr Column kRecurringLines[] = {
 };
 
 constexpr Column kNewRates[] = {
-    {"currency", 1000, kCentred, kEntered},      {"rate", 1200, kAmount, kEntered},
-    {"every vendor", 1100, kCheckBox, kEntered}, {"vendor group", 1400, kText, kEntered},
-    {"vendor no", 1200, kText, kEntered},        {"vendor name", 2600, kText, kPlain},
+    {"currency", 1000, kCentred, kEntered | kCompleted}, {"rate", 1200, kAmount, kEntered},
+    {"every vendor", 1100, kCheckBox, kEntered},         {"vendor group", 1400, kText, kEntered},
+    {"vendor no", 1200, kText, kEntered | kCompleted},   {"vendor name", 2600, kText, kPlain},
 };
 
 // "document no" and "date" must stand right behind "vendor name": total rows write into them by position.

@@ -19,9 +19,10 @@ enum class ColumnKind {
 // Yes/no settings of a column, to be joined by |.
 enum ColumnFlag : unsigned {
     kPlain = 0,
-    kEntered = 1,   // the user types here: Locked is FALSE
-    kHidden = 2,    // Visible is FALSE
-    kRowStyle = 4,  // col_fetchstyle: the form styles each row by its content
+    kEntered = 1,    // the user types here: Locked is FALSE
+    kHidden = 2,     // Visible is FALSE
+    kRowStyle = 4,   // col_fetchstyle: the form styles each row by its content
+    kCompleted = 8,  // AutoCompletion: the column's list completes what is typed
 };
 
 struct GridColumnDefault {

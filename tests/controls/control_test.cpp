@@ -156,4 +156,19 @@ TEST_F(Fields, ChoosingAnOptionClearsTheOthersOfItsGroup) {
     EXPECT_EQ(clicks, 2);
 }
 
+TEST_F(Fields, PaneClosedByTheUserIsHiddenWithWhatLiesInIt) {
+    controls::Frame pane{set, "frame_tax", "Tax Details Window"};
+    box.lies_in(pane);
+    EXPECT_EQ(pane.close(), Refusal::none);
+    EXPECT_FALSE(pane.visible());
+    EXPECT_EQ(box.click(true), Refusal::hidden);
+    EXPECT_EQ(pane.close(), Refusal::hidden);
+}
+
+TEST_F(Fields, FrameWithoutACaptionCannotBeClosed) {
+    controls::Frame status{set, "frame_status"};
+    EXPECT_EQ(status.close(), Refusal::locked);
+    EXPECT_TRUE(status.visible());
+}
+
 }  // namespace brimley::testing

@@ -85,6 +85,52 @@ TEST_F(Grids, CancelledEditKeepsTheOldText) {
     EXPECT_EQ(events, "from0,0 edit ");
 }
 
+TEST_F(Grids, EditorTellsTheFormWhenItOpensAndWhenItIsLeft) {
+    EXPECT_EQ(grid.open_editor(1, 1), Refusal::none);
+    EXPECT_EQ(events, "from0,0 edit ");
+    EXPECT_TRUE(grid.editor_is_open());
+    EXPECT_EQ(grid.leave_editor("7.00"), Refusal::none);
+    EXPECT_EQ(events, "from0,0 edit before after1 ");
+    EXPECT_EQ(grid.cell(1, "gross amount"), "7.00");
+    EXPECT_FALSE(grid.editor_is_open());
+}
+
+TEST_F(Grids, EditorThatTheFormKeepsClosedTakesNoText) {
+    grid.on_before_edit = [&](CellEdit& edit) { edit.cancel = true; };
+    EXPECT_EQ(grid.open_editor(1, 1), Refusal::none);
+    EXPECT_FALSE(grid.editor_is_open());
+    EXPECT_EQ(grid.edit_cell(1, 1, "7.00"), Refusal::none);
+    EXPECT_EQ(grid.cell(1, "gross amount"), "");
+    EXPECT_EQ(events, "from0,0 ");
+}
+
+TEST_F(Grids, AbandonedEditorChangesNothing) {
+    EXPECT_EQ(grid.open_editor(1, 1), Refusal::none);
+    grid.abandon_editor();
+    EXPECT_EQ(grid.leave_editor("7.00"), Refusal::none);
+    EXPECT_EQ(grid.cell(1, "gross amount"), "");
+    EXPECT_EQ(events, "from0,0 edit ");
+}
+
+TEST_F(Grids, CellLockedWhileItsEditorStandsOpenKeepsItsText) {
+    EXPECT_EQ(grid.open_editor(1, 1), Refusal::none);
+    grid.allow_update = false;
+    EXPECT_EQ(grid.leave_editor("7.00"), Refusal::locked);
+    EXPECT_EQ(grid.cell(1, "gross amount"), "");
+}
+
+TEST_F(Grids, ListOfAColumnIsFetchedOnceWhenItIsLookedAt) {
+    int fetches = 0;
+    const controls::DropDown list{{"tax"}, {}, [&] {
+                                      ++fetches;
+                                      return controls::DropDown::Rows{{"NOTAX"}};
+                                  }};
+    EXPECT_EQ(fetches, 0);
+    EXPECT_EQ(list.rows().at(0).at(0), "NOTAX");
+    EXPECT_EQ(list.rows().size(), 1U);
+    EXPECT_EQ(fetches, 1);
+}
+
 TEST_F(Grids, LockedColumnGridOrControlRefusesAnEdit) {
     EXPECT_EQ(grid.edit_cell(0, 0, "x"), Refusal::locked);
     grid.allow_update = false;

@@ -105,7 +105,7 @@ TEST(Colours, PaletteIsFilledInItsOrder) {
 TEST(Colours, NumbersHaveRedInTheLowByte) {
     EXPECT_EQ(controls::rgb(1, 2, 3), 0x030201U);
     EXPECT_EQ(presentation::brimley_palette()[presentation::kEvenRowSlot], 0xffdcdcU);
-    EXPECT_EQ(presentation::brimley_palette()[presentation::kHeaderSlot], 0xbfbfbfU);
+    EXPECT_EQ(presentation::brimley_palette()[presentation::kHeaderSlot], 0x800000U);
 }
 
 // --- grids from the company's layouts

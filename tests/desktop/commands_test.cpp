@@ -75,7 +75,7 @@ class Commands : public LiveDesk {
     std::map<QString, QList<QAction*>> places() {
         std::map<QString, QList<QAction*>> found;
         for (QAction* const menu : window().menuBar()->actions())
-            found[menu->text()] = menu->menu()->actions();
+            found[menu->text().remove('&')] = menu->menu()->actions();
         for (const auto* const bar : window().findChildren<QToolBar*>())
             found[bar->windowTitle()] = bar->actions();
         found["Popup"] = window().actions().popup()->actions();
@@ -108,7 +108,7 @@ TEST_F(Commands, MenusStandInTheirOrder) {
     show_invoice();
     QStringList names;
     for (const QAction* const menu : window().menuBar()->actions())
-        names.append(menu->text());
+        names.append(menu->text().remove('&'));
     EXPECT_EQ(names.join(' '), "File Edit Record Link Tax View Payment Invoice Master Option Help");
 }
 
@@ -119,6 +119,112 @@ TEST_F(Commands, KeysWorkFromWithinAFieldThatWouldTakeThemItself) {
     key(Qt::Key_X, Qt::ControlModifier);
     EXPECT_TRUE(desk.windows().empty());
     EXPECT_EQ(requests, std::vector<std::string>{"Next App |  | "});
+}
+
+TEST_F(Commands, KeysWorkFromWithinACellAndANote) {
+    show_invoice();
+    trigger(105);
+    go_to_cell(0, "purchase account");
+    keys("5000");
+    key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(desk.windows().empty());
+    show_invoice();
+    trigger(105);
+    trigger(1014);
+    go_to("txtvendor_address");
+    key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(desk.windows().empty());
+}
+
+TEST_F(Commands, KeysWorkInAPaneThatFloats) {
+    show_invoice();
+    trigger(131);
+    auto* const pane = window().findChild<QDockWidget*>("frame_tax");
+    pane->setFloating(true);
+    QApplication::setActiveWindow(pane);
+    field("grid_tax").setFocus();
+    key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(desk.windows().empty());
+}
+
+TEST_F(Commands, MenuOpensByItsLetterAndPicksByTheCommandsOwn) {
+    show_invoice();
+    go_to("txtdocno");
+    pick_from_menu(Qt::Key_E, Qt::Key_N);
+    EXPECT_EQ(window().mode_shown(), "New");
+}
+
+TEST_F(Commands, ViewsShowWhichOfThemIsOn) {
+    show_invoice();
+    window().settle();
+    const auto on = [this](int command) { return window().actions().find(command)->isChecked(); };
+    EXPECT_TRUE(on(1012));
+    trigger(1003);
+    EXPECT_TRUE(on(1003));
+    EXPECT_FALSE(on(1002));
+    trigger(1004);
+    EXPECT_TRUE(on(1004));
+    EXPECT_FALSE(on(1003));
+    trigger(1013);
+    EXPECT_TRUE(on(1013));
+    EXPECT_FALSE(on(1012));
+}
+
+TEST_F(Commands, FontCommandsShowTheColumnTheUserIsIn) {
+    show_invoice();
+    trigger(116);
+    go_to_cell(0, "description");
+    trigger(403);
+    EXPECT_TRUE(window().actions().find(403)->isChecked());
+    trigger(408);
+    EXPECT_TRUE(window().actions().find(408)->isChecked());
+    EXPECT_FALSE(window().actions().find(406)->isChecked());
+}
+
+TEST_F(Commands, FontBarThatTheUserShowsIsThereTheNextTime) {
+    show_invoice();
+    EXPECT_FALSE(window().actions().toolbar("Font")->isVisible());
+    const std::unique_ptr<QMenu> menu(window().createPopupMenu());
+    ASSERT_EQ(menu->actions().size(), 1);
+    menu->actions().front()->trigger();
+    window().settle();
+    EXPECT_TRUE(window().actions().toolbar("Font")->isVisible());
+    trigger(100);
+    show_invoice();
+    EXPECT_TRUE(window().actions().toolbar("Font")->isVisible());
+}
+
+TEST_F(Commands, PaymentFormHasItsOwn) {
+    ap.showform_APform_payment();
+    const auto found = places();
+    const auto stands_in = [&](int command) {
+        QStringList names;
+        for (const auto& [place, actions] : found)
+            if (actions.contains(window().actions().find(command))) names.append(place);
+        return names.join(' ').toStdString();
+    };
+    const auto text_of = [this](int command) {
+        return window().actions().find(command)->text().toStdString();
+    };
+    EXPECT_EQ(text_of(133), "&Void Payment");
+    EXPECT_EQ(text_of(1001), "&A/P Bill Record");
+    EXPECT_EQ(window().actions().find(1001)->iconText(), "Bill");
+    EXPECT_EQ(text_of(1002), "&Payment History");
+    EXPECT_EQ(stands_in(110), "Popup");
+    EXPECT_EQ(stands_in(111), "Popup");
+    for (const int absent : {114, 116, 131, 132, 1003, 1008, 1014})
+        EXPECT_EQ(window().actions().find(absent), nullptr) << absent;
+}
+
+TEST_F(Commands, ToolTextsAreShorterThanCaptionsWhereTheySayTheSame) {
+    show_invoice();
+    const auto tool = [this](int command) {
+        return window().actions().find(command)->iconText().toStdString();
+    };
+    EXPECT_EQ(tool(101), "Save");
+    EXPECT_EQ(tool(113), "G/L");
+    EXPECT_EQ(tool(114), "Origin");
+    EXPECT_EQ(tool(136), "Refresh");
 }
 
 TEST_F(Commands, PressedStateIsSeenOnTheAction) {

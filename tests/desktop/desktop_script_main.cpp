@@ -9,11 +9,13 @@
 
 #include "console/script_run.h"
 #include "desktop/widget_actor.h"
-#include "opening/host_options.h"
+#include "opening/command_line.h"
 
 namespace {
 
 using namespace brimley;
+
+constexpr const char* kProgram = "brimley-desktop-script";
 
 void answer(QMessageBox& box, bool yes) {
     const auto button = box.standardButtons().testFlag(QMessageBox::Ok) ? QMessageBox::Ok
@@ -34,21 +36,16 @@ int main(int argc, char** argv) {
     app.add_option("COMPANY", company)->required();
     app.add_option("SCRIPT", scripts)->required();
     opening::describe_host_options(app, options);
-    CLI11_PARSE(app, argc, argv);
+    if (const auto ends = opening::read_command_line(app, argc, argv, kProgram)) return *ends;
 
-    frame::HostContext context;
-    try {
-        context = opening::open_context(company, options);
-    } catch (const std::exception& failure) {
-        std::cerr << "brimley-desktop-script: " << failure.what() << '\n';
-        return console::kNotOpened;
-    }
+    const auto context = opening::open_or_tell(company, options, kProgram);
+    if (!context) return console::kNotOpened;
     desktop::DesktopDesk screen;
     testing::WidgetActor actor(screen);
-    console::Console console(context, std::cout, actor, screen);
+    console::Console console(*context, std::cout, actor, screen);
     screen.act_for(console.desk());
     screen.on_box = [&](QMessageBox& box) { answer(box, console.desk().answer_at_hand()); };
-    return console::run_to_status(console, std::cout, "brimley-desktop-script", [&] {
+    return console::run_to_status(console, std::cout, kProgram, [&] {
         for (const std::string& script : scripts)
             console::run_script_file(console, script);
     });

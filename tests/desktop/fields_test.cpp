@@ -50,6 +50,65 @@ TEST_F(Fields, EnterMovesOnToTheNextField) {
     EXPECT_EQ(QApplication::focusWidget()->objectName(), "cmbvendor");
 }
 
+TEST_F(Fields, EnterOnABoxMovesOn) {
+    go_to("chkrecur");
+    key(Qt::Key_Return);
+    EXPECT_NE(focus(), "chkrecur");
+    EXPECT_EQ(window().form().controls().find("chkrecur")->shown(), "0");
+}
+
+TEST_F(Fields, TabAndEnterPassOverWhatIsLocked) {
+    go_to("txtsource_docno");
+    std::vector<std::string> visited;
+    for (int i = 0; i < 12 && focus() != "dbgrid1"; ++i) {
+        key(i % 2 == 0 ? Qt::Key_Return : Qt::Key_Tab);
+        visited.push_back(focus());
+    }
+    EXPECT_EQ(visited, (std::vector<std::string>{"txtapplydoc", "txtprepayment", "chkrecur", "dbgrid1"}));
+}
+
+TEST_F(Fields, LettersDoNotComeIntoADate) { EXPECT_EQ(after_keys("txtduedate", "1a2b"), "12/"); }
+
+TEST_F(Fields, ListOpensAtWhatWasTyped) {
+    EXPECT_EQ(after_keys("cmbterm", "net"), "net 60 days");
+    key(Qt::Key_Down, Qt::AltModifier);
+    auto* const popup = open_list();
+    ASSERT_NE(popup, nullptr);
+    const QModelIndex chosen = popup->list().currentIndex().siblingAtColumn(0);
+    EXPECT_TRUE(popup->list().selectionModel()->isSelected(chosen));
+    EXPECT_EQ(chosen.data().toString(), "Net 60 days");
+    popup->close();
+}
+
+TEST_F(Fields, ListWithoutTheTextHasNothingChosenAndEnterPicksNothing) {
+    EXPECT_EQ(after_keys("cmbterm", "zzz"), "zzz");
+    key(Qt::Key_Down, Qt::AltModifier);
+    auto* const popup = open_list();
+    ASSERT_NE(popup, nullptr);
+    EXPECT_FALSE(popup->list().selectionModel()->hasSelection());
+    QTest::keyClick(&popup->list(), Qt::Key_Return);
+    EXPECT_EQ(line("cmbterm").text(), "zzz");
+}
+
+TEST_F(Fields, FirstArrowInAListWithoutAChoiceComesToTheFirstRow) {
+    EXPECT_EQ(after_keys("cmbterm", "zzz"), "zzz");
+    key(Qt::Key_Down, Qt::AltModifier);
+    auto* const popup = open_list();
+    ASSERT_NE(popup, nullptr);
+    const QString first = popup->list().model()->index(0, 0).data().toString();
+    QTest::keyClick(&popup->list(), Qt::Key_Down);
+    QTest::keyClick(&popup->list(), Qt::Key_Return);
+    EXPECT_EQ(line("cmbterm").text(), first);
+}
+
+TEST_F(Fields, LockedFieldsAndBoxesAreGreyWhateverTheirColour) {
+    const auto ground = [this](const char* name) { return field(name).palette().color(QPalette::Base); };
+    EXPECT_EQ(ground("txtremark"), QColor(Qt::white));
+    EXPECT_NE(ground("txtdocno"), QColor(Qt::white));
+    EXPECT_NE(ground("chkvoid"), QColor(Qt::white));
+    EXPECT_EQ(ground("chkrecur"), QColor(Qt::white));
+}
+
 TEST_F(Fields, TypeAheadCompletesFromTheList) {
     EXPECT_EQ(after_keys("cmbterm", "due"), "due on receipt");
     EXPECT_EQ(line("cmbterm").selectedText(), " on receipt");
@@ -131,6 +190,33 @@ TEST_F(Fields, PaneAndItsFieldsFollowTheirFrame) {
     EXPECT_TRUE(field("txtvendor_address").isVisible());
     trigger(1014);
     EXPECT_FALSE(field("txtvendor_address").isVisible());
+}
+
+TEST_F(Fields, PaneIsClosedByItsButtonAndOpenedAgainByItsCommand) {
+    struct Pane {
+        const char* frame;
+        int command;
+        const char* inside;
+    };
+    for (const Pane& pane :
+         {Pane{"frame_address", 1014, "txtvendor_address"}, Pane{"frame_tax", 131, "grid_tax"},
+          Pane{"frame_tax_summary", 132, "grid_tax_summary"}, Pane{"frame_recur", 1011, "cmbfreq"},
+          Pane{"frame_font", 116, "cmbitfont"}}) {
+        trigger(pane.command);
+        EXPECT_TRUE(field(pane.inside).isVisible()) << pane.frame;
+        close_pane(pane.frame);
+        EXPECT_FALSE(field(pane.inside).isVisible()) << pane.frame;
+        EXPECT_FALSE(window().form().controls().find(pane.frame)->visible()) << pane.frame;
+        trigger(pane.command);
+        EXPECT_TRUE(field(pane.inside).isVisible()) << pane.frame;
+    }
+}
+
+TEST_F(Fields, ClosedFontPaneTakesTheFontBarAlong) {
+    trigger(116);
+    EXPECT_TRUE(window().actions().toolbar("Font")->isVisible());
+    close_pane("frame_font");
+    EXPECT_FALSE(window().actions().toolbar("Font")->isVisible());
 }
 
 // Without fonts every text would be boxes, and a face with serifs would stand in for Arial.

@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDockWidget>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTest>
@@ -72,6 +73,24 @@ class LiveDesk : public ::testing::Test {
         window().actions().find(command)->trigger();
         if (!desk.windows().empty()) window().settle();
     }
+    // Opens a menu by Alt and its letter, and picks an entry by its own.
+    void pick_from_menu(Qt::Key menu, Qt::Key entry) {
+        QTest::keyClick(QApplication::focusWidget(), menu, Qt::AltModifier);
+        QWidget* const open = QApplication::activePopupWidget();
+        ASSERT_NE(open, nullptr);
+        QTest::keyClick(open, entry);
+        window().settle();
+    }
+    static std::string focus() {
+        const QWidget* const at = QApplication::focusWidget();
+        return at == nullptr ? "" : at->objectName().toStdString();
+    }
+    // As the button of the pane's title does.
+    void close_pane(const char* frame) {
+        auto* const dock = window().findChild<QDockWidget*>(frame);
+        dock->findChild<QAbstractButton*>("qt_dockwidget_closebutton")->click();
+        window().settle();
+    }
     // Types into whatever has the focus, which the first letter may move into a cell's editor.
     static void keys(const QString& text) {
         for (const QChar letter : text)
@@ -118,11 +137,13 @@ class LiveDesk : public ::testing::Test {
     std::vector<std::string> requests;
     std::vector<std::string> boxes;
     std::deque<bool> answers;
+    std::string default_button;  // of the box that was answered last
 
   private:
     void answer(QMessageBox& box) {
-        boxes.push_back(
-            (box.windowTitle() + (box.windowTitle().isEmpty() ? "" : ": ") + box.text()).toStdString());
+        const QString title = box.windowTitle().trimmed();
+        boxes.push_back((title + (title.isEmpty() ? "" : ": ") + box.text()).toStdString());
+        default_button = box.defaultButton() == nullptr ? "" : box.defaultButton()->text().toStdString();
         if (box.standardButtons().testFlag(QMessageBox::Ok)) {
             box.button(QMessageBox::Ok)->click();
             return;

@@ -81,6 +81,31 @@ TEST_F(Looks, RowsTellCaptionsWidthsAndSeveralFields) {
     EXPECT_TRUE(look.parts[0].fields[1].fields[0].amount);
 }
 
+TEST_F(Looks, FieldsOfARowMayHaveCaptionsAndTheTitleAControl) {
+    const Look look =
+        parse_look("title \"Invoice\" txtdocno\ncolumn\n\"Net\" txtterm 4 + \"Early\" txtearly 4\n");
+    EXPECT_EQ(look.title, "Invoice");
+    EXPECT_EQ(look.title_control, "txtdocno");
+    ASSERT_EQ(look.parts.at(0).fields.at(0).fields.size(), 2U);
+    EXPECT_EQ(look.parts[0].fields[0].caption, "Net");
+    EXPECT_EQ(look.parts[0].fields[0].fields[1].caption, "Early");
+}
+
+TEST_F(Looks, NoCaptionOfAFormIsCutOff) {
+    for (const bool payment : {false, true}) {
+        payment ? ap.showform_APform_payment() : ap.showform_APform_invoice();
+        window().resize(1366, 700);
+        QApplication::processEvents();
+        for (const QLabel* const caption : window().findChildren<QLabel*>())
+            if (caption->isVisible()) {
+                EXPECT_GE(caption->width(), caption->sizeHint().width()) << caption->text().toStdString();
+            }
+        for (const QAbstractButton* const box : window().findChildren<QCheckBox*>()) {
+            EXPECT_GE(box->width(), box->sizeHint().width()) << box->text().toStdString();
+        }
+    }
+}
+
 TEST_F(Looks, FaultIsToldWithItsLine) {
     EXPECT_EQ(faults("txtremark"), "line 1: a field stands in no column");
     EXPECT_EQ(faults("column\n\"Remark\""), "line 2: CONTROL is missing");

@@ -85,6 +85,30 @@ TEST_F(Modes, VoidAsksWithItsTitleAndTellsThatItIsDone) {
     EXPECT_EQ(boxes, Boxes{"IP-26-00001 was void."});
 }
 
+TEST_F(Modes, YesIsWhatEnterAnswers) {
+    enter_invoice();
+    trigger(105);
+    EXPECT_EQ(QString::fromStdString(default_button).remove('&'), "Yes");
+}
+
+TEST_F(Modes, NewPutsTheUserIntoTheFirstFieldThatTakesTyping) {
+    go_to("dbgrid1");
+    trigger(105);
+    EXPECT_EQ(focus(), "cmbdoctype");
+}
+
+TEST_F(Modes, EditLeavesTheUserInTheGridAndTakesHimOutOfALockedField) {
+    save_invoice();
+    go_to("dbgrid1");
+    trigger(106);
+    EXPECT_EQ(focus(), "dbgrid1");
+    answers = {false};
+    trigger(106);
+    go_to("txtdocno");
+    trigger(106);
+    EXPECT_EQ(focus(), "txtinvno");
+}
+
 TEST_F(Modes, ClosingTheWindowPressesExitWithoutAQuestion) {
     enter_invoice();
     window().close();

@@ -52,6 +52,7 @@ class Photographer {
         take("invoice-edit");
         press(131);
         press(132);
+        visit(0, "description");
         take("invoice-tax-panes");
         press(131);
         press(132);
@@ -66,6 +67,7 @@ class Photographer {
         press(116);
         take_list("colour-picker", "cmbitcolor");
         take_list("font-picker", "cmbitfont");
+        must(control<controls::Frame>("frame_font").close(), "frame_font");
     }
 
     void payment() {
@@ -106,6 +108,10 @@ class Photographer {
     void cell(int row, const char* caption, const char* text) {
         auto& grid = control<controls::Grid>("dbgrid1");
         must(grid.edit_cell(row, grid.get_column(caption), text), caption);
+    }
+    void visit(int row, const char* caption) {
+        auto& grid = control<controls::Grid>("dbgrid1");
+        must(grid.visit_cell(row, grid.get_column(caption)), caption);
     }
     void enter_invoice(const char* number, const char* vendor) {
         type("cmbdoctype", "Invoice");

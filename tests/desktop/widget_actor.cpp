@@ -1,7 +1,10 @@
 #include "desktop/widget_actor.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QDockWidget>
 #include <QHeaderView>
+#include <QMenu>
 #include <QTest>
 
 #include "console/script_line.h"
@@ -100,6 +103,30 @@ Refusal WidgetActor::press(frame::Form& form, int command) {
     return in_window(*window, [&] { action->trigger(); });
 }
 
+FormWindow* WidgetActor::window_with_pane(const controls::Frame& pane) const {
+    for (FormWindow* const window : desk_.windows())
+        if (window->pane(pane) != nullptr) return window;
+    return nullptr;
+}
+
+Refusal WidgetActor::close_pane(controls::Frame& pane) {
+    FormWindow* const window = window_with_pane(pane);
+    if (window == nullptr) return Refusal::hidden;
+    window->settle();
+    QDockWidget* const dock = window->pane(pane);
+    if (!dock->isVisible()) return Refusal::hidden;
+    return in_window(*window,
+                     [&] { dock->findChild<QAbstractButton*>("qt_dockwidget_closebutton")->click(); });
+}
+
+void WidgetActor::show_font_bar(frame::Form& form, bool visible) {
+    FormWindow* const window = desk_.window_of(form);
+    if (window == nullptr) return;
+    const std::unique_ptr<QMenu> menu(window->createPopupMenu());
+    QAction* const bar = menu->actions().front();
+    if (bar->isChecked() != visible) bar->trigger();
+}
+
 // --- grids ---
 template <class Act>
 Refusal WidgetActor::on_grid(Grid& grid, const Act& act) {
@@ -138,7 +165,7 @@ Refusal WidgetActor::edit_cell(Grid& grid, int row, int column, const std::strin
         }
         QTest::keyClick(&view, Qt::Key_F2);
         auto* const editor = qobject_cast<QLineEdit*>(view.indexWidget(index));
-        if (editor == nullptr) return Refusal::locked;
+        if (editor == nullptr) return Refusal::none;  // the form kept the editor closed
         type_text(*editor, shown(text));
         QTest::keyClick(editor, Qt::Key_Return, Qt::ControlModifier);
         return Refusal::none;

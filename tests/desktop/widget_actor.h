@@ -16,6 +16,8 @@ class WidgetActor : public console::Actor {
     [[nodiscard]] Refusal type_and_enter(controls::Control& target, const std::string& text) override;
     [[nodiscard]] Refusal click(controls::Control& box, bool ticked) override;
     [[nodiscard]] Refusal press(frame::Form& form, int command) override;
+    [[nodiscard]] Refusal close_pane(controls::Frame& pane) override;
+    void show_font_bar(frame::Form& form, bool visible) override;
     [[nodiscard]] Refusal edit_cell(controls::Grid& grid, int row, int column,
                                     const std::string& text) override;
     [[nodiscard]] Refusal visit_cell(controls::Grid& grid, int row, int column) override;
@@ -34,6 +36,7 @@ class WidgetActor : public console::Actor {
     Refusal on_grid(controls::Grid& grid, const Act& act);
     Refusal type(controls::Control& target, const std::string& text, Qt::Key last_key);
     [[nodiscard]] desktop::FormWindow* window_showing(const controls::Control& control) const;
+    [[nodiscard]] desktop::FormWindow* window_with_pane(const controls::Frame& pane) const;
 
     desktop::DesktopDesk& desk_;
 };

@@ -1,0 +1,15 @@
+// The clock and the name of the machine, as every host gives them to the forms.
+#pragma once
+
+#include <string>
+
+#include "kernel/store/value.h"
+
+namespace brimley::opening {
+
+// Local time, to the second.
+[[nodiscard]] store::DateTime local_now();
+// Empty when the machine does not tell.
+[[nodiscard]] std::string machine_name();
+
+}  // namespace brimley::opening
