@@ -13,6 +13,8 @@
 #include <sstream>
 
 #include "kernel/store/database.h"
+#include "kernel/store/dialect/translator.h"
+#include "kernel/store/sqlite/sqlite_flavour.h"
 #include "support/temporary_folder.h"
 
 namespace brimley {
@@ -191,6 +193,17 @@ TEST_F(NewCompanyFile, HasExactlyTheTablesOfTheCatalog) {
         expected.insert(table.name);
     }
     EXPECT_EQ(reported, expected);
+}
+
+// Accounts of one type are many, those of one number are not.
+TEST_F(NewCompanyFile, RowIsLookedUpByItsKeyWhateverElseIsAskedOfIt) {
+    const store::SqliteFlavour flavour;
+    const store::dialect::Translator translator(kernel::company_tables(), flavour);
+    const auto query =
+        translator.select("SELECT accname FROM Account_master_table WHERE accno = '5000' AND type = 'A'");
+    const auto steps = report_.rows("EXPLAIN QUERY PLAN " + query.rows.sql);
+    ASSERT_EQ(steps.size(), 1u);
+    EXPECT_THAT(steps[0][3], ::testing::HasSubstr("(accno=?)"));
 }
 
 TEST_F(NewCompanyFile, HasEveryFieldWithItsTypeInOrder) {

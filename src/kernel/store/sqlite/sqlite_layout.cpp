@@ -61,8 +61,10 @@ std::vector<std::string> sqlite_layout(const Catalog& catalog) {
     std::vector<std::string> statements;
     for (const Table& table : catalog.tables()) {
         statements.push_back(table_definition(table));
-        for (std::size_t i = 0; i < table.indexes.size(); ++i)
-            statements.push_back(index_definition(table, table.indexes[i], i + 1));
+        // The index of a table's key, its first one, is made last: of several that seem as good SQLite takes
+        // the youngest.
+        for (std::size_t i = table.indexes.size(); i > 0; --i)
+            statements.push_back(index_definition(table, table.indexes[i - 1], i));
     }
     return statements;
 }
