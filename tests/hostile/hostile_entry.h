@@ -32,12 +32,15 @@ struct HostileEntry {
     std::vector<int> commands;
     // Fields that keep any text which the engine can keep.
     std::vector<std::string> keeping_fields;
+    // Those of them that an index covers.
+    std::vector<std::string> indexed_fields = {};
 };
 
 struct HostileText {
     const char* name;
     std::string text;
     bool server_can_keep = true;
+    bool server_can_index = true;
 };
 
 inline void PrintTo(const HostileEntry& entry, std::ostream* out) { *out << entry.name; }
