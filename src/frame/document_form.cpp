@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "kernel/money.h"
+#include "kernel/store/letter_case.h"
 
 namespace brimley::frame {
 
@@ -47,8 +48,11 @@ void DocumentForm::set_field(Control& field, FieldState state) {
 
 void DocumentForm::set_all_fields(FieldState state) {
     for (Control* control : controls_.all()) {
-        const std::string name = controls::upper_case(control->name());
-        if (!name.starts_with("TXT") && !name.starts_with("CMB") && !name.starts_with("RBOX")) continue;
+        const std::string_view name = control->name();
+        const auto starts_with = [&](std::string_view kind) {
+            return store::same_name(name.substr(0, kind.size()), kind);
+        };
+        if (!starts_with("txt") && !starts_with("cmb") && !starts_with("rbox")) continue;
         set_field(*control, control->container() == &frame_font ? FieldState::open : state);
     }
 }

@@ -19,6 +19,22 @@ constexpr std::array kFieldsCopiedFromHeader{
     "fkey",         "vendor_no",    "invoice_no",  "invoice_date",   "Currency", "exchange_rate",
     "payment_term", "duedays",      "early_days",  "early_discount", "due_date", "discount_date"};
 
+// The fields of one tax authority in a line.
+struct TaxSlotFields {
+    std::string authority, taxable_amount, rate, amount, taxable, allocated, recoverable, expensed;
+};
+
+std::vector<TaxSlotFields> tax_slots() {
+    std::vector<TaxSlotFields> slots;
+    for (int slot = 1; slot <= kTaxSlots; ++slot) {
+        const auto field = [&](const char* name) { return name + std::to_string(slot); };
+        slots.push_back({field("tax_authority"), field("taxable_amount"), field("tax_rate"),
+                         field("tax_amount"), field("taxable"), field("tax_allocated"),
+                         field("tax_recoverable"), field("tax_expensed")});
+    }
+    return slots;
+}
+
 }  // namespace
 
 bool APform_invoice::insert_new_record_transaction(Recordset& header, const std::string& ap_accno) {
@@ -89,20 +105,20 @@ bool APform_invoice::write_tax_slots(Recordset& lines, const std::string& pay_it
         tell("cannot find tax element for pay item " + pay_item);
         return false;
     }
-    int slot = 0;
+    static const std::vector<TaxSlotFields> kSlots = tax_slots();
+    auto slot = kSlots.begin();
     for (const kernel::TaxRow* row : rows) {
-        if (++slot > kTaxSlots) break;  // further authorities count in the tax but have no place in the line
-        const auto set = [&](const char* field, const store::Value& value) {
-            lines.set(field + std::to_string(slot), value);
-        };
-        set("tax_authority", row->authority);
-        set("taxable_amount", money_value(row->taxable_amount));
-        set("tax_rate", row->rate);
-        set("tax_amount", money_value(row->tax_amount));
-        set("taxable", row->taxable);
-        set("tax_allocated", money_value(row->allocated));
-        set("tax_recoverable", money_value(row->recoverable));
-        set("tax_expensed", money_value(row->expensed));
+        if (slot == kSlots.end())
+            break;  // further authorities count in the tax but have no place in the line
+        lines.set(slot->authority, row->authority);
+        lines.set(slot->taxable_amount, money_value(row->taxable_amount));
+        lines.set(slot->rate, row->rate);
+        lines.set(slot->amount, money_value(row->tax_amount));
+        lines.set(slot->taxable, row->taxable);
+        lines.set(slot->allocated, money_value(row->allocated));
+        lines.set(slot->recoverable, money_value(row->recoverable));
+        lines.set(slot->expensed, money_value(row->expensed));
+        ++slot;
     }
     return true;
 }

@@ -34,8 +34,9 @@ class APform_invoice::AuthorityAccounts {
     const Accounts* find(const std::string& authority) {
         const auto known = known_.find(authority);
         if (known != known_.end()) return known->second ? &*known->second : nullptr;
-        const auto row = kernel_.read(
-            fmt::format("SELECT * FROM Tax_authority_table WHERE tax_authority = {}", quoted(authority)));
+        const auto row = kernel_.read(fmt::format(
+            "SELECT acc_recoverable, acc_expense FROM Tax_authority_table WHERE tax_authority = {}",
+            quoted(authority)));
         std::optional<Accounts> accounts;
         if (!row.at_eof()) accounts = Accounts{row.field("acc_recoverable"), row.field("acc_expense")};
         const auto added = known_.emplace(authority, std::move(accounts)).first;

@@ -202,7 +202,7 @@ void APform_invoice::fill_header(Recordset& header, const NewDocument& document)
 
 void APform_invoice::update_vendor_owing_balance() {
     auto vendor = kernel().change(
-        fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+        fmt::format("SELECT owing_balance FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
     if (vendor.at_eof()) return;
     const double total = money_value(txttotal.text());
     const double side = cmbdoctype.text() == kCreditNote ? -1 : 1;

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <iterator>
 
 #include "kernel/module_g3.h"
@@ -33,10 +34,11 @@ std::vector<std::string> entered_names(const std::string& prefix) {
 int place_of_key(std::string_view key) {
     if (key == "AD") return kAdjust;
     if (key == "CL") return kClosing;
-    for (int period = 1; period <= kPeriods; ++period) {
-        if (key == std::to_string(period)) return period;
-    }
-    return -1;
+    int period = 0;
+    const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), period);
+    const bool is_period = error == std::errc{} && end == key.data() + key.size() && key.front() != '0' &&
+                           period >= 1 && period <= kPeriods;
+    return is_period ? period : -1;
 }
 
 }  // namespace

@@ -23,6 +23,13 @@ std::ptrdiff_t character_count(std::string_view utf8) {
                          [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; });
 }
 
+// "007"; a sign counts as one of the digits.
+std::string with_leading_zeros(std::int64_t number, std::size_t width) {
+    std::string digits = std::to_string(number);
+    if (digits.size() < width) digits.insert(number < 0 ? 1 : 0, width - digits.size(), '0');
+    return digits;
+}
+
 }  // namespace
 
 std::optional<std::int64_t> ModuleG3::take_number(store::Recordset& counter, const std::string& query,
@@ -95,11 +102,9 @@ std::string ModuleG3::format_docno(std::string_view doctype, std::int64_t number
     const std::string separator1 = configured && config.flag("seperator1") ? "-" : "";
     const std::string separator2 = configured && config.flag("seperator2") ? "-" : "";
     const std::string prefix = format.at_eof() ? "" : format.text("prefix");
-    const int width =
-        format.at_eof()
-            ? 0
-            : static_cast<int>(whole_number(money_value(format.text("running_no_digit")), 0, kWidthMax));
-    const std::string running = fmt::format("{:0{}}", number, width);
+    const std::int64_t width =
+        format.at_eof() ? 0 : whole_number(money_value(format.text("running_no_digit")), 0, kWidthMax);
+    const std::string running = with_leading_zeros(number, static_cast<std::size_t>(width));
     if (structure == "1") return prefix + separator1 + year + separator2 + running;
     if (structure == "2") return year + separator1 + prefix + separator2 + running;
     if (structure == "3") return prefix + separator1 + running;

@@ -1,7 +1,5 @@
 #include "kernel/gl_posting.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -11,8 +9,6 @@
 namespace brimley::kernel {
 
 namespace {
-
-using store::quoted;
 
 constexpr double kRoundingDifferenceBelow =
     1.0;  // a larger difference is no rounding, and the document is refused
@@ -51,6 +47,7 @@ bool GlPosting::open() {
     header_row_.set("date_created", now.date_only());
     header_row_.set("time_created", now.time_text());
     lines_.open();
+    allocation_rows_ = kernel_.change("SELECT * FROM Allocation_Account_table");
     return true;
 }
 
@@ -61,31 +58,37 @@ void GlPosting::add(std::string_view accno, double amount, double base_amount, s
 bool GlPosting::write_lines() {
     // The base currency stands before all others of an account.
     const auto key = [&](const CurrencySum& entry) {
-        return std::pair(entry.accno, entry.currency == header_.base_currency ? "1" : entry.currency);
+        const std::string_view currency = entry.currency;
+        return std::pair(std::string_view(entry.accno), currency == header_.base_currency ? "1" : currency);
     };
     std::vector<CurrencySum> sorted = summary_;
-    std::stable_sort(sorted.begin(), sorted.end(),
-                     [&](const CurrencySum& a, const CurrencySum& b) { return key(a) < key(b); });
-    return std::all_of(sorted.begin(), sorted.end(),
-                       [&](const CurrencySum& entry) { return write_entry(entry); });
+    std::ranges::stable_sort(sorted, {}, key);
+    return std::ranges::all_of(sorted, [&](const CurrencySum& entry) { return write_entry(entry); });
+}
+
+std::vector<GlPosting::Share> GlPosting::shares_of(std::string_view accno) {
+    std::vector<Share> shares;
+    allocation_rows_.FindFirst({{"allocate_accno", accno}});
+    while (!allocation_rows_.NoMatch()) {
+        shares.push_back({allocation_rows_.text("accno"), allocation_rows_.number("Percent")});
+        allocation_rows_.FindNext(store::all_equal({{"allocate_accno", accno}}));
+    }
+    return shares;
 }
 
 // An allocated account shows the amount going in and out again, and the receiving accounts follow.
 bool GlPosting::write_entry(const CurrencySum& entry) {
     if (entry.amount == 0) return true;
     if (!write_line(entry.accno, entry)) return false;
-    auto shares = kernel_.read(
-        fmt::format("SELECT * FROM Allocation_Account_table WHERE allocate_accno = {}", quoted(entry.accno)));
-    if (shares.at_eof()) return true;
+    const std::vector<Share> shares = shares_of(entry.accno);
+    if (shares.empty()) return true;
     if (!write_line(entry.accno, {entry.accno, entry.currency, -entry.amount, -entry.base_amount}))
         return false;
-    for (; !shares.at_eof(); shares.MoveNext()) {
-        const double percent = shares.number("Percent");
-        const CurrencySum share{shares.text("accno"), entry.currency, Round(entry.amount * percent / 100),
-                                Round(entry.base_amount * percent / 100)};
-        if (!write_line(share.accno, share)) return false;
-    }
-    return true;
+    return std::ranges::all_of(shares, [&](const Share& share) {
+        return write_line(share.accno,
+                          {share.accno, entry.currency, Round(entry.amount * share.percent / 100),
+                           Round(entry.base_amount * share.percent / 100)});
+    });
 }
 
 GlLine GlPosting::new_line(const CurrencySum& amounts) const {

@@ -65,6 +65,12 @@ class GlPosting {
     [[nodiscard]] const std::string& fkey() const { return fkey_; }
 
   private:
+    // What an account that is allocated passes on to another.
+    struct Share {
+        std::string accno;
+        double percent = 0;
+    };
+    [[nodiscard]] std::vector<Share> shares_of(std::string_view accno);
     [[nodiscard]] bool write_entry(const CurrencySum& entry);
     [[nodiscard]] bool write_line(std::string_view accno, const CurrencySum& amounts);
     // On the account that the writer stands on.
@@ -78,6 +84,7 @@ class GlPosting {
     int next_lineno_ = 1;
     GlLineWriter lines_;
     store::Recordset header_row_;
+    store::Recordset allocation_rows_;
 };
 
 }  // namespace brimley::kernel

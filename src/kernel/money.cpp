@@ -33,6 +33,11 @@ std::int64_t whole_number(double number, std::int64_t least, std::int64_t most) 
 constexpr int kWholeDigitsMax = 13;
 constexpr double kAmountsEnd = 1e13 - 0.005;
 
+// A number of so many digits is held exactly.
+constexpr int kExactDigits = 15;
+constexpr std::array kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
 // At least three, for a whole number.
 static std::string digits_of(double whole) {
     if (!(whole < kAmountsEnd * 100)) return fmt::format("{:03.0f}", whole);
@@ -59,18 +64,30 @@ std::string format_money(double value) {
 }
 
 double money_value(std::string_view text) {
-    std::string leading;
+    fmt::basic_memory_buffer<char, 64> leading;
     bool point_seen = false;
+    int digit_count = 0;
+    int decimals = 0;
+    std::int64_t digits = 0;
     for (const char c : text) {
         if (c == ',' || c == ' ') continue;
-        const bool sign = (c == '-' || c == '+') && leading.empty();
+        const bool sign = (c == '-' || c == '+') && leading.size() == 0;
         const bool point = c == '.' && !point_seen;
         if (!sign && !point && !is_digit(c)) break;
         point_seen = point_seen || point;
-        if (c != '+') leading += c;
+        if (c != '+') leading.push_back(c);
+        if (!is_digit(c) || ++digit_count > kExactDigits) continue;
+        digits = digits * 10 + (c - '0');
+        decimals += point_seen ? 1 : 0;
+    }
+    double value = 0;
+    if (digit_count == 0) return value;
+    if (digit_count <= kExactDigits) {
+        // Both are exact as doubles, so that their quotient is the double next to the decimal number.
+        value = static_cast<double>(digits) / kPowersOfTen[static_cast<std::size_t>(decimals)];
+        return leading[0] == '-' ? -value : value;
     }
     // Not by way of the C library, whose decimal point is the locale's.
-    double value = 0;
     std::from_chars(leading.data(), leading.data() + leading.size(), value);
     return value;
 }

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <cmath>
+#include <random>
+#include <string>
 
 namespace brimley::testing {
 
@@ -54,8 +57,21 @@ TEST(Money, ValueDropsCommasAndReadsTheLeadingDigits) {
     EXPECT_EQ(money_value("5-2"), 5);
 }
 
+// Long texts go another way than short ones; both end at the number that the text says.
+TEST(Money, ValueIsTheDoubleNextToTheText) {
+    std::mt19937_64 chance(11);
+    for (int i = 0; i < 20'000; ++i) {
+        std::string text = std::to_string(chance() >> (chance() % 60));
+        if (chance() % 4 != 0) text.insert(chance() % (text.size() + 1), ".");
+        if (chance() % 3 == 0) text.insert(0, "-");
+        double expected = 0;
+        std::from_chars(text.data(), text.data() + text.size(), expected);
+        ASSERT_EQ(money_value(text), expected) << text;
+    }
+}
+
 TEST(Money, ValueOfAWordOrOfNothingIsZero) {
-    for (const char* text : {"", "word", "-", ".", ",", "x12"})
+    for (const char* text : {"", "word", "-", ".", ",", "x12", "-.", "--1", ".-1"})
         EXPECT_EQ(money_value(text), 0) << text;
 }
 

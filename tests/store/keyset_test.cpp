@@ -336,6 +336,47 @@ TEST_F(Keyset, LargeKeysetHoldsEveryKeyOnce) {
     EXPECT_EQ(rows.RecordCount(), 3);
 }
 
+// Recordsets of one query work in the same memory one after the other, but never two at a time.
+TEST_F(Keyset, RecordsetsOfOneQueryKeepTheirRowsApart) {
+    const std::string query = "SELECT * FROM Header_table ORDER BY docno";
+    Recordset first = company_.dynaset(query);
+    Recordset second = company_.dynaset(query);
+    second.MoveLast();
+    const std::string last = second.text("docno");
+    ASSERT_NE(first.text("docno"), last);
+    first.AddNew();
+    first.set("docno", "new1");
+    second.AddNew();
+    second.set("docno", "new2");
+    EXPECT_EQ(first.text("docno"), "new1");
+    EXPECT_EQ(second.text("docno"), "new2");
+    second.CancelUpdate();
+    EXPECT_EQ(second.text("docno"), last);
+    first.Update();
+    EXPECT_EQ(company_.count("Header_table WHERE docno = 'new1'"), 1);
+    EXPECT_EQ(company_.count("Header_table WHERE docno = 'new2'"), 0);
+}
+
+TEST_F(Keyset, NewRecordsetKnowsNothingOfTheOneBeforeIt) {
+    const std::string query = "SELECT * FROM Header_table WHERE 1 = 2";
+    {
+        Recordset given_up = company_.dynaset(query);
+        given_up.AddNew();
+        given_up.set("docno", "a number too long for any short text");
+        given_up.set("amount", 5.0);
+    }
+    Recordset rows = company_.dynaset(query);
+    EXPECT_TRUE(rows.at_eof());
+    rows.AddNew();
+    EXPECT_TRUE(rows.field("docno").is_null());
+    EXPECT_TRUE(rows.field("amount").is_null());
+    rows.set("fkey", "k");
+    rows.Update();
+    const Recordset stored = company_.snapshot("SELECT * FROM Header_table WHERE fkey = 'k'");
+    EXPECT_TRUE(stored.field("docno").is_null());
+    EXPECT_TRUE(stored.field("amount").is_null());
+}
+
 TEST_F(Keyset, ClosedRecordsetAnswersNothing) {
     Recordset rows = dynaset("SELECT * FROM Header_table");
     EXPECT_TRUE(rows.is_open());

@@ -1,10 +1,31 @@
 #include "kernel/store/column_names.h"
 
 #include <bit>
+#include <cstring>
 
 #include "kernel/store/letter_case.h"
 
 namespace brimley::store {
+
+namespace {
+
+// A call of the C library for a handful of letters costs more than looking at them.
+bool equal_bytes(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    std::size_t at = 0;
+    for (; at + sizeof(std::uint64_t) <= a.size(); at += sizeof(std::uint64_t)) {
+        std::uint64_t left = 0;
+        std::uint64_t right = 0;
+        std::memcpy(&left, a.data() + at, sizeof left);
+        std::memcpy(&right, b.data() + at, sizeof right);
+        if (left != right) return false;
+    }
+    for (; at < a.size(); ++at)
+        if (a[at] != b[at]) return false;
+    return true;
+}
+
+}  // namespace
 
 ColumnNames::ColumnNames(std::vector<std::string> names)
     : names_(std::move(names)), slots_(std::bit_ceil(names_.size() * 2 + 1)), next_(names_.size() + 1, -1) {
@@ -21,7 +42,7 @@ ColumnNames::ColumnNames(std::vector<std::string> names)
 int ColumnNames::find(std::string_view name) const {
     if (slots_.empty()) return -1;
     int& next = next_[static_cast<std::size_t>(last_)];
-    if (next < 0 || names_[static_cast<std::size_t>(next)] != name) {
+    if (next < 0 || !equal_bytes(names_[static_cast<std::size_t>(next)], name)) {
         const int column = look_up(name);
         if (column < 0) return -1;
         next = column;
@@ -37,7 +58,8 @@ int ColumnNames::look_up(std::string_view name) const {
         const std::uint32_t column = slots_[at].column_plus_one - 1;
         if (slots_[at].hash != hash) continue;
         // Most callers spell a name as the catalog does.
-        if (names_[column] == name || same_name(names_[column], name)) return static_cast<int>(column);
+        if (equal_bytes(names_[column], name) || same_name(names_[column], name))
+            return static_cast<int>(column);
     }
     return -1;
 }

@@ -10,24 +10,8 @@ namespace brimley::store {
 namespace {
 
 constexpr std::size_t kPlansMax = 512;
-constexpr std::size_t kWritesOfTableMax = 512;
 // When this many statements are known by their SQL, those that are gone are swept out.
 constexpr std::size_t kSweepFrom = 4096;
-
-// The statement that writes these fields, made when it is first wanted.
-template <class Translate>
-PlannedStatement& written_plan(TextMap<PlannedStatement>& plans, std::span<const std::uint64_t> fields,
-                               const Translate& translate) {
-    const std::string_view key(reinterpret_cast<const char*>(fields.data()), fields.size_bytes());
-    if (const auto known = plans.find(key); known != plans.end()) return known->second;
-    if (plans.size() == kWritesOfTableMax) plans.clear();
-    std::vector<int> places;
-    for (std::size_t place = 0; place < fields.size() * 64; ++place)
-        if (fields[place / 64] >> (place % 64) & 1) places.push_back(static_cast<int>(place));
-    PlannedStatement& plan = plans[std::string(key)];
-    plan.text = translate(places);
-    return plan;
-}
 
 // Literals of different kinds may stand behind the same SQL.
 std::string identity_of(const StatementText& text) {
@@ -57,7 +41,9 @@ Connection::~Connection() {
 }
 
 std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
-    if (auto known = constant_selects_.find(query)) {
+    // Most texts that hold values hold one in quotes, and need not be looked for.
+    const bool may_be_constant = query.find('\'') == std::string_view::npos;
+    if (auto known = may_be_constant ? constant_selects_.find(query) : nullptr) {
         literals_.clear();
         return known;
     }
@@ -65,9 +51,10 @@ std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
     auto plan = selects_.find(shape_);
     if (!plan) {
         plan = std::make_shared<SelectPlan>(translator_.select(query));
+        if (plan->translation.table) plan->table_plan = &tables_[plan->translation.table];
         selects_.add(shape_, plan);
     }
-    if (literals_.empty()) constant_selects_.add(query, plan);
+    if (may_be_constant && literals_.empty()) constant_selects_.add(query, plan);
     return plan;
 }
 
@@ -119,14 +106,16 @@ std::shared_ptr<ChangePlan> Connection::change_plan(std::string_view statement) 
     return plan;
 }
 
-PlannedStatement& Connection::insert_plan(const Table& table, std::span<const std::uint64_t> fields) {
-    return written_plan(tables_[&table].inserts, fields,
-                        [&](const std::vector<int>& places) { return translator_.insert(table, places); });
+PlannedStatement& Connection::insert_plan(const SelectPlan& select, std::span<const std::uint64_t> fields) {
+    return select.table_plan->inserts.of(fields, [&](const std::vector<int>& places) {
+        return translator_.insert(*select.translation.table, places);
+    });
 }
 
-PlannedStatement& Connection::update_plan(const Table& table, std::span<const std::uint64_t> fields) {
-    return written_plan(tables_[&table].updates, fields,
-                        [&](const std::vector<int>& places) { return translator_.update(table, places); });
+PlannedStatement& Connection::update_plan(const SelectPlan& select, std::span<const std::uint64_t> fields) {
+    return select.table_plan->updates.of(fields, [&](const std::vector<int>& places) {
+        return translator_.update(*select.translation.table, places);
+    });
 }
 
 EngineStatement& Connection::prepared(PlannedStatement& statement) {

@@ -46,9 +46,12 @@ class Connection {
     [[nodiscard]] std::shared_ptr<FilterPlan> filter_plan(SelectPlan& select, std::string_view criteria);
     [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
     [[nodiscard]] std::span<const dialect::Literal> literals() const { return literals_; }
-    // fields: the bits of the fields to be written. Each is to be used before the next one is asked for.
-    [[nodiscard]] PlannedStatement& insert_plan(const Table& table, std::span<const std::uint64_t> fields);
-    [[nodiscard]] PlannedStatement& update_plan(const Table& table, std::span<const std::uint64_t> fields);
+    // For the table of a query that has one. fields: the bits of the fields to be written. Each is to be used
+    // before the next one is asked for.
+    [[nodiscard]] PlannedStatement& insert_plan(const SelectPlan& select,
+                                                std::span<const std::uint64_t> fields);
+    [[nodiscard]] PlannedStatement& update_plan(const SelectPlan& select,
+                                                std::span<const std::uint64_t> fields);
 
     void query(PlannedStatement& statement, std::span<const Parameter> parameters, const RowSink& sink);
     // Throws ErrorKind::locked when another workspace writes.

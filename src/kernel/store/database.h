@@ -24,6 +24,7 @@
 // them may be used from two threads at a time.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -99,7 +100,7 @@ class Recordset {
     // the first of them. No such field: ErrorKind::name.
     [[nodiscard]] Value field(std::string_view name) const;
     [[nodiscard]] bool has_field(std::string_view name) const;
-    [[nodiscard]] std::string text(std::string_view name) const { return field(name).text(); }
+    [[nodiscard]] std::string text(std::string_view name) const;
     [[nodiscard]] double number(std::string_view name) const { return field(name).number(); }
     [[nodiscard]] bool flag(std::string_view name) const { return field(name).flag(); }
     // The columns in order, as the query names them.
@@ -127,6 +128,11 @@ class Recordset {
     // "3.0"); a text into a number field must be a number, an empty text is null there; an 8-digit text into
     // a date field is that date. Anything else is ErrorKind::conversion, and the field keeps its value.
     void set(std::string_view name, const Value& value);
+    template <std::convertible_to<std::string_view> Text>
+    void set(std::string_view name, const Text& text) {
+        set_text(name, text);
+    }
+    void set(std::string_view name, std::same_as<double> auto number) { set_number(name, number); }
     void set_column(int column, const Value& value);
     void set_numbers(std::span<const int> columns, std::span<const double> numbers);
     void Update();
@@ -142,6 +148,8 @@ class Recordset {
     friend class Database;
     class State;
     explicit Recordset(std::unique_ptr<State> state);
+    void set_text(std::string_view name, std::string_view text);
+    void set_number(std::string_view name, double number);
     [[nodiscard]] State& state() const;
     std::unique_ptr<State> state_;
 };

@@ -1,26 +1,19 @@
 #include "kernel/store/edit_buffer.h"
 
+#include <algorithm>
+
 namespace brimley::store {
 
-void EditBuffer::begin(Mode mode, int columns) {
+void EditBuffer::begin(Mode mode, std::size_t columns) {
     end();
     mode_ = mode;
-    const auto size = static_cast<std::size_t>(columns);
-    if (values_.size() >= size) return;
-    values_.resize(size);
-    set_.assign(size, 0);
-}
-
-void EditBuffer::make_room(int column) {
-    const std::size_t size = static_cast<std::size_t>(column) + 1;
-    values_.resize(size);
-    set_.resize(size, 0);
+    if (values_.size() >= columns) return;
+    values_.resize(columns);
+    marks_.resize((columns + kBits - 1) / kBits, 0);
 }
 
 void EditBuffer::end() {
-    for (const int column : order_)
-        set_[static_cast<std::size_t>(column)] = 0;
-    order_.clear();
+    if (mode_ != Mode::none) std::ranges::fill(marks_, 0);
     mode_ = Mode::none;
 }
 

@@ -25,17 +25,17 @@ struct Keyset::Search {
     }
 };
 
-Keyset::Keyset(Connection& connection, std::shared_ptr<SelectPlan> plan,
-               std::span<const Parameter> parameters, std::vector<Value> outer, bool empty)
-    : connection_(connection), plan_(std::move(plan)), outer_(std::move(outer)) {
-    if (!empty && !plan_->translation.has_condition) return;
+Keyset::Keyset(Connection& connection, SelectPlan& plan, Row& row, std::span<const Parameter> parameters,
+               std::vector<Value> outer, bool empty)
+    : connection_(connection), plan_(plan), outer_(std::move(outer)), row_(row) {
+    if (!empty && !plan_.translation.has_condition) return;
     has_keys_ = true;
     place_ = Place::past_end;
     if (!empty) open(parameters);
 }
 
 void Keyset::open(std::span<const Parameter> parameters) {
-    connection_.query(plan_->head, parameters, [&](const EngineRow& row) {
+    connection_.query(plan_.head, parameters, [&](const EngineRow& row) {
         keys_.push_back(row.key());
         if (keys_.size() == 1) {
             key_ = row.key();
@@ -43,7 +43,7 @@ void Keyset::open(std::span<const Parameter> parameters) {
         }
         if (keys_.size() < dialect::kHeadRows) return true;
         keys_.clear();
-        connection_.query(plan_->keys, parameters, [&](const EngineRow& each) {
+        connection_.query(plan_.keys, parameters, [&](const EngineRow& each) {
             keys_.push_back(each.key());
             return true;
         });
@@ -61,7 +61,7 @@ void Keyset::read_first() {
     place_ = Place::past_end;
     dialect::BoundParameters parameters;
     parameters.add(outer_);
-    (void)read_match(plan_->first_row, parameters.span());
+    (void)read_match(plan_.first_row, parameters.span());
 }
 
 const Row* Keyset::current() {
@@ -81,7 +81,7 @@ void Keyset::require_keys() {
     dialect::BoundParameters parameters;
     parameters.add(outer_);
     std::vector<RowKey> keys;
-    connection_.query(plan_->keys, parameters.span(), [&](const EngineRow& row) {
+    connection_.query(plan_.keys, parameters.span(), [&](const EngineRow& row) {
         keys.push_back(row.key());
         return true;
     });
@@ -100,10 +100,11 @@ std::ptrdiff_t Keyset::index_of(RowKey key) {
         const auto found = std::ranges::lower_bound(keys_, key);
         return found == keys_.end() || *found != key ? -1 : found - keys_.begin();
     }
-    for (std::size_t i = indexes_.size(); i < keys_.size(); ++i)
-        indexes_.emplace(keys_[i], static_cast<std::ptrdiff_t>(i));
-    const auto found = indexes_.find(key);
-    return found == indexes_.end() ? -1 : found->second;
+    if (!indexes_) indexes_.emplace();
+    for (std::size_t i = indexes_->size(); i < keys_.size(); ++i)
+        indexes_->emplace(keys_[i], static_cast<std::ptrdiff_t>(i));
+    const auto found = indexes_->find(key);
+    return found == indexes_->end() ? -1 : found->second;
 }
 
 std::ptrdiff_t Keyset::index_behind(RowKey key) {
@@ -129,7 +130,7 @@ bool Keyset::read_match(PlannedStatement& statement, std::span<const Parameter> 
 
 bool Keyset::read_row(RowKey key) {
     if (place_ == Place::on_row && key == key_ && is_fresh()) return true;
-    return read_match(plan_->by_key, parameters_of(key).span());
+    return read_match(plan_.by_key, parameters_of(key).span());
 }
 
 void Keyset::walk_from(std::ptrdiff_t index, int step) {
@@ -181,7 +182,7 @@ bool Keyset::lock_current() {
         row.read(row_);
         return false;
     };
-    if (!connection_.lock_row(plan_->held_row, parameters_of(key_).span(), read)) return false;
+    if (!connection_.lock_row(plan_.held_row, parameters_of(key_).span(), read)) return false;
     row_stamp_ = connection_.stamp();
     held_key_ = key_;
     held_in_ = connection_.transaction_number();
@@ -189,7 +190,7 @@ bool Keyset::lock_current() {
 }
 
 void Keyset::fix_order() {
-    if (plan_->translation.ordered) require_keys();
+    if (plan_.translation.ordered) require_keys();
 }
 
 Row& Keyset::written() {
@@ -207,14 +208,14 @@ void Keyset::append(RowKey key) {
 }
 
 bool Keyset::find(std::string_view criteria, bool onward) {
-    return find_planned(connection_.find_plan(*plan_, criteria), onward);
+    return find_planned(connection_.find_plan(plan_, criteria), onward);
 }
 
 bool Keyset::find_equal(FieldValues fields) {
     // What no text can hold is refused as in a text.
     const auto broken = [](const auto& field) { return field.second.find('\'') != std::string_view::npos; };
     if (std::ranges::any_of(fields, broken)) return find(all_equal(fields), false);
-    return find_planned(connection_.find_plan(*plan_, fields), false);
+    return find_planned(connection_.find_plan(plan_, fields), false);
 }
 
 bool Keyset::find_planned(std::shared_ptr<FindPlan> plan, bool onward) {
@@ -224,7 +225,7 @@ bool Keyset::find_planned(std::shared_ptr<FindPlan> plan, bool onward) {
     if (onward && !current()) return false;
     // In the table itself the order of the recordset is at hand only as long as no row stands out of it, and
     // "behind the current row" only when the order is that of the keys.
-    const bool ordered = plan_->translation.ordered;
+    const bool ordered = plan_.translation.ordered;
     if (!has_keys_ && (!ordered || (added_.empty() && !onward))) return find_in_table(search, onward);
     require_keys();
     const std::ptrdiff_t from = onward ? index_behind(key_) : 0;

@@ -22,7 +22,8 @@ class Keyset final : public RecordSource {
   public:
     // outer: the values of the literals outside the conditions. Reads nothing when empty, and nothing yet
     // when there is no WHERE.
-    Keyset(Connection& connection, std::shared_ptr<SelectPlan> plan, std::span<const Parameter> parameters,
+    // The plan and the memory for the current row must outlive it.
+    Keyset(Connection& connection, SelectPlan& plan, Row& row, std::span<const Parameter> parameters,
            std::vector<Value> outer, bool empty);
 
     [[nodiscard]] bool at_eof() override { return current() == nullptr; }
@@ -78,18 +79,18 @@ class Keyset final : public RecordSource {
     [[nodiscard]] bool find_among_matches(Search& search, std::ptrdiff_t from);
 
     Connection& connection_;
-    std::shared_ptr<SelectPlan> plan_;
+    SelectPlan& plan_;
     std::vector<Value> outer_;
 
     bool has_keys_ = false;
     std::vector<RowKey> keys_;
     std::vector<RowKey> added_;  // while there are no keys yet
-    std::unordered_map<RowKey, std::ptrdiff_t> indexes_;
-    bool ascending_ = true;  // the keys are; then none of them needs to stand in indexes_
+    bool ascending_ = true;      // the keys are; then there is no need of indexes_
+    std::optional<std::unordered_map<RowKey, std::ptrdiff_t>> indexes_;
 
     Place place_ = Place::first_unread;
     RowKey key_ = 0;
-    Row row_;
+    Row& row_;
     std::uint64_t row_stamp_ = 0;
     // The transaction that holds the row of held_key_.
     RowKey held_key_ = 0;

@@ -1,8 +1,9 @@
 // A bounded map from texts to plans that forgets what was not used for longest.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <list>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,26 +26,30 @@ class LruCache {
 
     // Null when it is not there.
     [[nodiscard]] std::shared_ptr<T> find(std::string_view text) {
-        const auto found = places_.find(text);
-        if (found == places_.end()) return nullptr;
-        entries_.splice(entries_.begin(), entries_, found->second);
-        return found->second->second;
+        const auto found = entries_.find(text);
+        if (found == entries_.end()) return nullptr;
+        found->second.used = ++uses_;
+        return found->second.value;
     }
 
     void add(std::string_view text, std::shared_ptr<T> value) {
-        if (entries_.size() == size_max_) {
-            places_.erase(entries_.back().first);
-            entries_.pop_back();
-        }
-        entries_.emplace_front(std::string(text), std::move(value));
-        places_.emplace(entries_.front().first, entries_.begin());
+        // Looking at each of them costs less than making the value did.
+        if (entries_.size() == size_max_) entries_.erase(std::ranges::min_element(entries_, {}, last_use));
+        entries_.insert_or_assign(std::string(text), Entry{std::move(value), ++uses_});
     }
 
   private:
-    using Entries = std::list<std::pair<std::string, std::shared_ptr<T>>>;
+    struct Entry {
+        std::shared_ptr<T> value;
+        std::uint64_t used = 0;  // when it was last asked for
+    };
+    static std::uint64_t last_use(const std::pair<const std::string, Entry>& entry) {
+        return entry.second.used;
+    }
+
     std::size_t size_max_;
-    Entries entries_;
-    TextMap<typename Entries::iterator> places_;
+    std::uint64_t uses_ = 0;
+    TextMap<Entry> entries_;
 };
 
 }  // namespace brimley::store

@@ -13,11 +13,22 @@ std::vector<std::string> names_of(const dialect::SelectTranslation& translation)
     return names;
 }
 
+std::vector<int> field_places_of(const dialect::SelectTranslation& translation) {
+    std::vector<int> places;
+    if (!translation.table) return places;
+    for (const dialect::ResultColumn& column : translation.columns)
+        places.push_back(column.field);
+    for (std::size_t field = 0; field < translation.table->fields.size(); ++field)
+        places.push_back(static_cast<int>(field));
+    return places;
+}
+
 }  // namespace
 
 SelectPlan::SelectPlan(dialect::SelectTranslation made)
     : translation(std::move(made)),
       names(names_of(translation)),
+      field_places(field_places_of(translation)),
       rows{translation.rows},
       first_row{translation.first_row},
       keys{translation.keys},

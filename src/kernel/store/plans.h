@@ -1,13 +1,19 @@
 // Translations that a connection keeps, together with their prepared statements.
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "kernel/store/column_names.h"
 #include "kernel/store/dialect/translator.h"
 #include "kernel/store/engine.h"
 #include "kernel/store/lru_cache.h"
+#include "kernel/store/recordset_memory.h"
 
 namespace brimley::store {
 
@@ -15,6 +21,48 @@ namespace brimley::store {
 struct PlannedStatement {
     StatementText text{};
     std::shared_ptr<EngineStatement> prepared{};
+};
+
+// The statements that write a table, by the set of fields written: a bit for each field of the table. A
+// statement lasts until the next one is asked for.
+class WritePlans {
+  public:
+    // translate: makes its text from the places of the fields, when it is first wanted.
+    template <class Translate>
+    [[nodiscard]] PlannedStatement& of(std::span<const std::uint64_t> fields, const Translate& translate) {
+        if (last_ && std::ranges::equal(fields, last_fields_)) return *last_;
+        last_ = nullptr;  // until the other one is at hand: making it may fail
+        last_fields_.assign(fields.begin(), fields.end());
+        last_ = &known(fields, translate);
+        return *last_;
+    }
+
+  private:
+    static constexpr std::size_t kPlansMax = 512;
+    static constexpr std::size_t kBits = 64;
+
+    template <class Translate>
+    [[nodiscard]] PlannedStatement& known(std::span<const std::uint64_t> fields, const Translate& translate) {
+        const std::string_view key(reinterpret_cast<const char*>(fields.data()), fields.size_bytes());
+        if (const auto found = plans_.find(key); found != plans_.end()) return found->second;
+        std::vector<int> places;
+        for (std::size_t place = 0; place < fields.size() * kBits; ++place)
+            if (fields[place / kBits] >> (place % kBits) & 1) places.push_back(static_cast<int>(place));
+        PlannedStatement made{translate(places)};
+        if (plans_.size() == kPlansMax) plans_.clear();
+        return plans_.emplace(key, std::move(made)).first->second;
+    }
+
+    TextMap<PlannedStatement> plans_;
+    // Row after row mostly has the same fields written.
+    std::vector<std::uint64_t> last_fields_;
+    PlannedStatement* last_ = nullptr;
+};
+
+// What Update of a recordset runs.
+struct TablePlan {
+    WritePlans inserts;
+    WritePlans updates;
 };
 
 struct FindPlan {
@@ -35,6 +83,10 @@ struct SelectPlan {
 
     dialect::SelectTranslation translation;
     ColumnNames names;
+    // By column, and behind the columns by the fields of the table: the field's place in the table, -1 for a
+    // computed column. Empty without a table.
+    std::vector<int> field_places;
+    TablePlan* table_plan = nullptr;  // the connection's; null without a table
     PlannedStatement rows;
     PlannedStatement first_row;
     PlannedStatement keys;
@@ -44,6 +96,7 @@ struct SelectPlan {
     LruCache<FindPlan> finds;
     LruCache<FindPlan> finds_of_fields;  // by the names of the fields that are to hold a value
     LruCache<FilterPlan> filters;
+    std::unique_ptr<RecordsetMemory> spare_memory;
 };
 
 struct ChangePlan {
@@ -51,13 +104,6 @@ struct ChangePlan {
 
     std::vector<dialect::LiteralParameter> literals;
     PlannedStatement statement;
-};
-
-// What Update of a recordset runs.
-struct TablePlan {
-    // By the set of fields written: a bit for each field of the table.
-    TextMap<PlannedStatement> inserts;
-    TextMap<PlannedStatement> updates;
 };
 
 }  // namespace brimley::store

@@ -55,6 +55,7 @@ void Recordset::FindNext(std::string_view criteria) {
 bool Recordset::NoMatch() const { return state().no_match; }
 
 Value Recordset::field(std::string_view name) const { return state().value(state().column_of(name)); }
+std::string Recordset::text(std::string_view name) const { return state().text(state().column_of(name)); }
 bool Recordset::has_field(std::string_view name) const { return state().plan().names.find(name) >= 0; }
 int Recordset::column_count() const { return state().plan().names.size(); }
 const std::string& Recordset::column_name(int column) const { return state().plan().names.name(column); }
@@ -88,6 +89,16 @@ bool Recordset::try_edit() { return state().edit(); }
 void Recordset::set(std::string_view name, const Value& value) {
     State& changed = state();
     changed.set(changed.column_to_set(name), value);
+}
+
+void Recordset::set_text(std::string_view name, std::string_view text) {
+    State& changed = state();
+    changed.set_text(changed.column_to_set(name), text);
+}
+
+void Recordset::set_number(std::string_view name, double number) {
+    State& changed = state();
+    changed.set_number(changed.column_to_set(name), number);
 }
 
 void Recordset::set_column(int column, const Value& value) {

@@ -7,7 +7,6 @@
 #include "kernel/store/convert.h"
 #include "kernel/store/dialect/evaluator.h"
 #include "kernel/store/error.h"
-#include "kernel/store/snapshot.h"
 
 namespace brimley::store {
 
@@ -33,7 +32,10 @@ bool is_false_when_new(const Field& field) { return field.type == FieldType::yes
 }  // namespace
 
 Recordset::State::State(std::shared_ptr<Connection> connection, std::string_view query, RecordsetKind kind)
-    : connection_(std::move(connection)), plan_(connection_->select_plan(query)) {
+    : connection_(std::move(connection)),
+      plan_(connection_->select_plan(query)),
+      memory_(plan_->spare_memory),
+      buffer_(memory_->buffer) {
     const dialect::SelectTranslation& select = plan_->translation;
     const auto literals = connection_->literals();
     const bool empty = nothing_meets(select, literals);
@@ -41,15 +43,15 @@ Recordset::State::State(std::shared_ptr<Connection> connection, std::string_view
     parameters.add(select.outer, literals);
     parameters.add(select.condition, literals);
     if (kind == RecordsetKind::snapshot || !select.table) {
-        source_ = std::make_unique<Snapshot>(*connection_, plan_, parameters.span(), empty);
+        source_ = &rows_.emplace<Snapshot>(*connection_, *plan_, memory_->row, parameters.span(), empty);
         return;
     }
     std::vector<Value> outer;
     for (const dialect::LiteralParameter& parameter : select.outer)
         outer.push_back(value_of(parameter, literals[parameter.literal]));
-    auto keyset = std::make_unique<Keyset>(*connection_, plan_, parameters.span(), std::move(outer), empty);
-    keyset_ = keyset.get();
-    source_ = std::move(keyset);
+    keyset_ = &rows_.emplace<Keyset>(*connection_, *plan_, memory_->row, parameters.span(), std::move(outer),
+                                     empty);
+    source_ = keyset_;
 }
 
 Recordset::State::~State() {
@@ -84,16 +86,8 @@ int Recordset::State::column_to_set(std::string_view name) const {
     return static_cast<int>(shown - columns.begin()) + (shown == columns.end() ? field : 0);
 }
 
-void Recordset::State::require_column(int column) const {
-    if (column < 0 || column >= plan_->names.size())
-        throw Error(ErrorKind::name, "no column " + std::to_string(column) + " in the recordset");
-}
-
-void Recordset::State::require_column_to_set(int column) const {
-    if (column >= plan_->names.size() && keyset_ &&
-        column - plan_->names.size() < static_cast<int>(require_table().fields.size()))
-        return;
-    require_column(column);
+void Recordset::State::refuse_column(int column) {
+    throw Error(ErrorKind::name, "no column " + std::to_string(column) + " in the recordset");
 }
 
 const Row& Recordset::State::row_at_hand() {
@@ -109,6 +103,12 @@ Value Recordset::State::value(int column) {
         return field >= 0 && is_false_when_new(field_of(column)) ? Value(false) : Value();
     }
     return row_at_hand().value(column);
+}
+
+std::string Recordset::State::text(int column) {
+    const bool in_row = buffer_.mode() != EditBuffer::Mode::adding && !buffer_.is_set(column);
+    if (const auto text = in_row ? row_at_hand().text(column) : std::nullopt) return std::string(*text);
+    return value(column).text();
 }
 
 void Recordset::State::numbers(std::span<const int> columns, std::span<std::optional<double>> into) {
@@ -131,11 +131,12 @@ const Table& Recordset::State::require_table() const {
 }
 
 std::size_t Recordset::State::place_of_field(int column) const {
-    const int columns = plan_->names.size();
-    if (column >= columns) return static_cast<std::size_t>(column - columns);
-    const dialect::ResultColumn& shown = plan_->translation.columns[static_cast<std::size_t>(column)];
-    if (shown.field < 0) throw Error(ErrorKind::state, shown.name + " is computed and cannot be changed");
-    return static_cast<std::size_t>(shown.field);
+    const int place = plan_->field_places[static_cast<std::size_t>(column)];
+    if (place < 0) {
+        const dialect::ResultColumn& shown = plan_->translation.columns[static_cast<std::size_t>(column)];
+        throw Error(ErrorKind::state, shown.name + " is computed and cannot be changed");
+    }
+    return static_cast<std::size_t>(place);
 }
 
 const Field& Recordset::State::field_of(int column) const {
@@ -145,7 +146,7 @@ const Field& Recordset::State::field_of(int column) const {
 void Recordset::State::add_new() {
     (void)require_table();
     cancel();
-    buffer_.begin(EditBuffer::Mode::adding, plan_->names.size());
+    buffer_.begin(EditBuffer::Mode::adding, plan_->field_places.size());
 }
 
 bool Recordset::State::edit() {
@@ -156,26 +157,52 @@ bool Recordset::State::edit() {
     const Keyset::Taken taken = keyset_->take(hold_);
     if (taken == Keyset::Taken::row_is_gone) throw Error(ErrorKind::state, "the row to edit is gone");
     if (taken == Keyset::Taken::somebody_has_it) return false;
-    buffer_.begin(EditBuffer::Mode::editing, plan_->names.size());
+    buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
     return true;
 }
 
-void Recordset::State::set(int column, const Value& value) {
+void Recordset::State::require_buffer() const {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
+}
+
+void Recordset::State::set(int column, const Value& value) {
+    require_buffer();
     convert_for_field(value, field_of(column), buffer_.slot(column));
     buffer_.mark_set(column);
 }
 
+void Recordset::State::set_text(int column, std::string_view text) {
+    require_buffer();
+    const Field& field = field_of(column);
+    Value& slot = buffer_.slot(column);
+    if (field.type == FieldType::text)
+        slot.assign(text);
+    else
+        slot = convert_for_field(Value(text), field);
+    buffer_.mark_set(column);
+}
+
+void Recordset::State::set_number(int column, double number) {
+    require_buffer();
+    const Field& field = field_of(column);
+    Value& slot = buffer_.slot(column);
+    if (field.type == FieldType::number && std::isfinite(number))
+        slot = number;
+    else
+        slot = convert_for_field(number, field);
+    buffer_.mark_set(column);
+}
+
 void Recordset::State::set_numbers(std::span<const int> columns, std::span<const double> numbers) {
-    if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
+    require_buffer();
     const std::vector<Field>& fields = require_table().fields;
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (fields[place_of_field(columns[i])].type != FieldType::number || !std::isfinite(numbers[i])) {
-            set(columns[i], numbers[i]);
-            continue;
+        if (fields[place_of_field(columns[i])].type == FieldType::number && std::isfinite(numbers[i])) {
+            buffer_.slot(columns[i]) = numbers[i];
+            buffer_.mark_set(columns[i]);
+        } else {
+            set_number(columns[i], numbers[i]);
         }
-        buffer_.slot(columns[i]) = numbers[i];
-        buffer_.mark_set(columns[i]);
     }
 }
 
@@ -196,33 +223,36 @@ void Recordset::State::cancel() {
 
 void Recordset::State::insert_row() {
     begin_fields();
-    for (const int column : buffer_.set_columns())
-        write_field(column);
-    parameters_.clear();
+    // A field that is left out is null as well.
+    buffer_.each_set_column([&](int column) {
+        if (!buffer_.value(column).is_null()) write_field(column);
+    });
+    memory_->parameters.clear();
     add_field_values();
     const WriteResult added =
-        connection_->write(connection_->insert_plan(require_table(), written_fields_), parameters_);
+        connection_->write(connection_->insert_plan(*plan_, memory_->written_fields), memory_->parameters);
     keyset_->append(added.key);
     last_modified_ = added.key;
 }
 
 void Recordset::State::begin_fields() {
     const std::size_t fields = require_table().fields.size();
-    written_fields_.assign((fields + kFieldsInWord - 1) / kFieldsInWord, 0);
-    column_of_field_.resize(fields);
+    memory_->written_fields.assign((fields + kFieldsInWord - 1) / kFieldsInWord, 0);
+    memory_->column_of_field.resize(fields);
 }
 
 void Recordset::State::write_field(int column) {
     const std::size_t field = place_of_field(column);
-    written_fields_[field / kFieldsInWord] |= std::uint64_t{1} << (field % kFieldsInWord);
-    column_of_field_[field] = column;
+    memory_->written_fields[field / kFieldsInWord] |= std::uint64_t{1} << (field % kFieldsInWord);
+    memory_->column_of_field[field] = column;
 }
 
 void Recordset::State::add_field_values() {
-    for (std::size_t word = 0; word < written_fields_.size(); ++word) {
-        for (std::uint64_t bits = written_fields_[word]; bits != 0; bits &= bits - 1) {
+    for (std::size_t word = 0; word < memory_->written_fields.size(); ++word) {
+        for (std::uint64_t bits = memory_->written_fields[word]; bits != 0; bits &= bits - 1) {
             const std::size_t field = word * kFieldsInWord + static_cast<std::size_t>(std::countr_zero(bits));
-            parameters_.push_back(dialect::parameter_of(buffer_.value(column_of_field_[field])));
+            memory_->parameters.push_back(
+                dialect::parameter_of(buffer_.value(memory_->column_of_field[field])));
         }
     }
 }
@@ -231,11 +261,11 @@ bool Recordset::State::collect_changes() {
     begin_fields();
     const Row& row = *keyset_->current();
     bool changed = false;
-    for (const int column : buffer_.set_columns()) {
-        if (column < row.size() && row.holds(column, buffer_.value(column))) continue;
+    buffer_.each_set_column([&](int column) {
+        if (column < row.size() && row.holds(column, buffer_.value(column))) return;
         write_field(column);
         changed = true;
-    }
+    });
     return changed;
 }
 
@@ -243,30 +273,31 @@ void Recordset::State::update_row() {
     last_modified_ = keyset_->current_key();
     if (!collect_changes()) return;
     keyset_->fix_order();
-    parameters_.clear();
+    memory_->parameters.clear();
     add_field_values();
-    parameters_.emplace_back(keyset_->current_key());
-    PlannedStatement& statement = connection_->update_plan(require_table(), written_fields_);
-    if (connection_->write(statement, parameters_).rows == 0)
+    memory_->parameters.emplace_back(keyset_->current_key());
+    PlannedStatement& statement = connection_->update_plan(*plan_, memory_->written_fields);
+    if (connection_->write(statement, memory_->parameters).rows == 0)
         throw Error(ErrorKind::state, "the row to update is gone");
     show_changes();
 }
 
 void Recordset::State::show_changes() {
     Row& row = keyset_->written();
-    const auto put = [&](int column) {
-        return column >= row.size() || row.put(column, buffer_.value(column));
-    };
-    if (std::ranges::all_of(buffer_.set_columns(), put)) return;
-    changed_row_.clear();
-    changed_row_.expect(static_cast<std::size_t>(row.size()));
+    bool all_fit = true;
+    buffer_.each_set_column([&](int column) {
+        if (column < row.size()) all_fit = row.put(column, buffer_.value(column)) && all_fit;
+    });
+    if (all_fit) return;
+    memory_->changed_row.clear();
+    memory_->changed_row.expect(static_cast<std::size_t>(row.size()));
     for (int column = 0; column < row.size(); ++column) {
         if (buffer_.is_set(column))
-            changed_row_.add(buffer_.value(column));
+            memory_->changed_row.add(buffer_.value(column));
         else
-            changed_row_.add_cell(row, column);
+            memory_->changed_row.add_cell(row, column);
     }
-    std::swap(row, changed_row_);
+    std::swap(row, memory_->changed_row);
 }
 
 }  // namespace brimley::store

@@ -5,13 +5,15 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "kernel/store/connection.h"
 #include "kernel/store/database.h"
-#include "kernel/store/edit_buffer.h"
 #include "kernel/store/keyset.h"
 #include "kernel/store/record_source.h"
+#include "kernel/store/recordset_memory.h"
+#include "kernel/store/snapshot.h"
 
 namespace brimley::store {
 
@@ -33,22 +35,34 @@ class Recordset::State {
     // As column_of(); behind the columns stand the fields of the table, which can be set although the query
     // does not name them.
     [[nodiscard]] int column_to_set(std::string_view name) const;
-    void require_column(int column) const;
-    void require_column_to_set(int column) const;
+    void require_column(int column) const {
+        if (column < 0 || column >= plan_->names.size()) refuse_column(column);
+    }
+    void require_column_to_set(int column) const {
+        if (column < 0 || static_cast<std::size_t>(column) >= plan_->field_places.size())
+            require_column(column);
+    }
     [[nodiscard]] Value value(int column);
+    // As value(column).text().
+    [[nodiscard]] std::string text(int column);
     void numbers(std::span<const int> columns, std::span<std::optional<double>> into);
 
     void add_new();
     // False when another workspace is in the way.
     [[nodiscard]] bool edit();
     void set(int column, const Value& value);
+    // As set(column, Value(text)).
+    void set_text(int column, std::string_view text);
+    void set_number(int column, double number);
     void set_numbers(std::span<const int> columns, std::span<const double> numbers);
     void update();
     void cancel();
     [[nodiscard]] std::int64_t last_modified() const { return last_modified_; }
 
   private:
+    [[noreturn]] static void refuse_column(int column);
     [[nodiscard]] const Table& require_table() const;
+    void require_buffer() const;
     [[nodiscard]] const Row& row_at_hand();
     // Of the field among those of the table; throws for a computed column.
     [[nodiscard]] std::size_t place_of_field(int column) const;
@@ -67,18 +81,14 @@ class Recordset::State {
     // The plan goes before the connection that prepared its statements.
     std::shared_ptr<Connection> connection_;
     std::shared_ptr<SelectPlan> plan_;
-    std::unique_ptr<RecordSource> source_;
+    BorrowedMemory memory_;
+    std::variant<std::monostate, Snapshot, Keyset> rows_;
+    RecordSource* source_ = nullptr;
     Keyset* keyset_ = nullptr;  // the source, when its rows can be changed
 
-    EditBuffer buffer_;
+    EditBuffer& buffer_;
     std::uint64_t hold_ = 0;  // of the row being edited, when it is held outside a transaction
     std::int64_t last_modified_ = -1;
-
-    // Kept for their memory.
-    std::vector<Parameter> parameters_;
-    std::vector<std::uint64_t> written_fields_;  // a bit each
-    std::vector<int> column_of_field_;
-    Row changed_row_;
 };
 
 }  // namespace brimley::store

@@ -6,14 +6,6 @@ namespace brimley::store {
 
 namespace {
 
-constexpr char kNull = 0;
-constexpr char kFalse = 1;
-constexpr char kTrue = 2;
-constexpr char kNumber = 3;
-constexpr char kDate = 4;
-constexpr char kShortText = 5;  // one byte of length
-constexpr char kLongText = 6;   // four bytes of length
-
 constexpr std::size_t kExpectedCellSize = 12;
 
 template <class T>
@@ -28,12 +20,15 @@ void set(char* at, T value) {
     std::memcpy(at, &value, sizeof value);
 }
 
-std::string_view text_at(const char* cell) {
+}  // namespace
+
+// One byte of length behind the kind of a short text, four behind that of a long one.
+std::string_view Row::text_at(const char* cell) {
     if (*cell == kShortText) return {cell + 2, static_cast<unsigned char>(cell[1])};
     return {cell + 1 + sizeof(std::uint32_t), get<std::uint32_t>(cell + 1)};
 }
 
-std::size_t cell_size(const char* cell) {
+std::size_t Row::cell_size(const char* cell) {
     switch (*cell) {
         case kNumber:
             return 1 + sizeof(double);
@@ -48,8 +43,6 @@ std::size_t cell_size(const char* cell) {
     }
 }
 
-}  // namespace
-
 void Row::clear() {
     used_ = 0;
     starts_.clear();
@@ -58,21 +51,6 @@ void Row::clear() {
 void Row::expect(std::size_t columns) {
     starts_.reserve(columns);
     if (bytes_.size() < columns * kExpectedCellSize) bytes_.resize(columns * kExpectedCellSize);
-}
-
-void Row::add_null() { *extend(1) = kNull; }
-void Row::add_flag(bool flag) { *extend(1) = flag ? kTrue : kFalse; }
-
-void Row::add_number(double number) {
-    char* const cell = extend(1 + sizeof number);
-    *cell = kNumber;
-    std::memcpy(cell + 1, &number, sizeof number);
-}
-
-void Row::add_date(DateTime date) {
-    char* const cell = extend(1 + sizeof date);
-    *cell = kDate;
-    std::memcpy(cell + 1, &date, sizeof date);
 }
 
 void Row::add_text(std::string_view text) {
@@ -120,10 +98,10 @@ Value Row::value(int column) const {
     }
 }
 
-std::optional<double> Row::number(int column) const {
+std::optional<std::string_view> Row::text(int column) const {
     const char* const at = cell(column);
-    if (*at != kNumber) return {};
-    return get<double>(at + 1);
+    if (*at != kShortText && *at != kLongText) return {};
+    return text_at(at);
 }
 
 bool Row::put(int column, const Value& value) {
@@ -180,7 +158,7 @@ void PackedRows::load(std::int64_t row, Row& into) const {
     const char* const end = bytes_.data() + (at + 1 < starts_.size() ? starts_[at + 1] : bytes_.size());
     into.clear();
     while (cell != end) {
-        const std::size_t size = cell_size(cell);
+        const std::size_t size = Row::cell_size(cell);
         std::memcpy(into.extend(size), cell, size);
         cell += size;
     }

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -20,10 +21,10 @@ class Row {
     void clear();
     // Makes room for a row of so many columns, so that filling it seldom has to.
     void expect(std::size_t columns);
-    void add_null();
-    void add_flag(bool flag);
-    void add_number(double number);
-    void add_date(DateTime date);
+    void add_null() { *extend(1) = kNull; }
+    void add_flag(bool flag) { *extend(1) = flag ? kTrue : kFalse; }
+    void add_number(double number) { add_as(kNumber, number); }
+    void add_date(DateTime date) { add_as(kDate, date); }
     void add_text(std::string_view text);
     void add(const Value& value);
     // The cell of another row.
@@ -32,7 +33,15 @@ class Row {
     [[nodiscard]] int size() const { return static_cast<int>(starts_.size()); }
     [[nodiscard]] Value value(int column) const;
     // Nothing unless the cell holds a number.
-    [[nodiscard]] std::optional<double> number(int column) const;
+    [[nodiscard]] std::optional<double> number(int column) const {
+        const char* const at = cell(column);
+        double number = 0;
+        if (*at != kNumber) return {};
+        std::memcpy(&number, at + 1, sizeof number);
+        return number;
+    }
+    // Nothing unless the cell holds a text. Lasts as long as the row holds it.
+    [[nodiscard]] std::optional<std::string_view> text(int column) const;
     // Puts the value into the cell when it takes the same room as what stands there. False, and nothing has
     // changed, when it does not.
     [[nodiscard]] bool put(int column, const Value& value);
@@ -41,6 +50,18 @@ class Row {
 
   private:
     friend class PackedRows;
+
+    // The first byte of a cell tells what it holds.
+    enum Kind : char { kNull, kFalse, kTrue, kNumber, kDate, kShortText, kLongText };
+    static std::size_t cell_size(const char* cell);
+    static std::string_view text_at(const char* cell);
+
+    template <class T>
+    void add_as(Kind kind, T value) {
+        char* const cell = extend(1 + sizeof value);
+        *cell = kind;
+        std::memcpy(cell + 1, &value, sizeof value);
+    }
 
     // Room for one more cell.
     [[nodiscard]] char* extend(std::size_t size) {

@@ -12,14 +12,14 @@ namespace brimley::store {
 
 class Snapshot final : public RecordSource {
   public:
-    // Reads all rows; none when empty.
-    Snapshot(Connection& connection, std::shared_ptr<SelectPlan> plan, std::span<const Parameter> parameters,
+    // Reads all rows; none when empty. The plan and the memory for the current row must outlive it.
+    Snapshot(Connection& connection, SelectPlan& plan, Row& row, std::span<const Parameter> parameters,
              bool empty);
 
-    [[nodiscard]] bool at_eof() override { return at_ >= rows_.size(); }
-    [[nodiscard]] std::int64_t count() override { return rows_.size(); }
+    [[nodiscard]] bool at_eof() override { return at_ >= count_; }
+    [[nodiscard]] std::int64_t count() override { return count_; }
     void move_first() override { go(0); }
-    void move_last() override { go(rows_.size() - 1); }
+    void move_last() override { go(count_ - 1); }
     void move_next() override { go(at_ + 1); }
     [[nodiscard]] bool find(std::string_view criteria, bool onward) override;
     [[nodiscard]] bool find_equal(FieldValues fields) override { return find(all_equal(fields), false); }
@@ -29,12 +29,14 @@ class Snapshot final : public RecordSource {
 
   private:
     void go(std::int64_t row);
+    void load(std::int64_t row, Row& into) const;
 
     Connection& connection_;
-    std::shared_ptr<SelectPlan> plan_;
-    PackedRows rows_;
+    SelectPlan& plan_;
+    std::int64_t count_ = 0;
+    PackedRows rows_;  // none when there is only one, which stays where it was read
     std::int64_t at_ = 0;
-    Row row_;
+    Row& row_;
 };
 
 }  // namespace brimley::store

@@ -61,6 +61,14 @@ class Value {
     Value(bool flag) : held_(flag) {}
     Value(DateTime date) : held_(date) {}
 
+    // Becomes this text, in the memory of the text it held.
+    void assign(std::string_view text) {
+        if (auto* const held = std::get_if<std::string>(&held_))
+            held->assign(text);
+        else
+            held_.emplace<std::string>(text);
+    }
+
     [[nodiscard]] bool is_null() const { return held_.index() == 0; }
     [[nodiscard]] bool is_text() const { return held_.index() == 1; }
     [[nodiscard]] bool is_number() const { return held_.index() == 2; }

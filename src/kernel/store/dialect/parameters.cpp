@@ -33,6 +33,11 @@ Value date_of(const Literal& literal, std::optional<DateTime> date) {
     return *date;
 }
 
+bool is_bound_as_it_stands(const LiteralParameter& parameter, const Literal& literal) {
+    return parameter.use == LiteralUse::text || (parameter.use == LiteralUse::stored && literal.is_text &&
+                                                 parameter.field->type == FieldType::text);
+}
+
 template <class T>
 Value value_or_null(const std::optional<T>& value) {
     return value ? Value(*value) : Value();
@@ -97,35 +102,26 @@ Value value_of(const LiteralParameter& parameter, const Literal& literal) {
     return convert_for_field(value, *parameter.field);
 }
 
-Parameter parameter_of(const Value& value) {
-    if (value.is_text()) return std::string_view(value.text_ref());
-    if (value.is_number()) return value.number_ref();
-    if (value.is_flag()) return value.flag();
-    if (value.is_date()) return *value.date();
-    return {};
-}
-
 void BoundParameters::add(std::span<const LiteralParameter> parameters, std::span<const Literal> literals) {
-    parameters_.reserve(parameters_.size() + parameters.size() + 1);
     for (const LiteralParameter& parameter : parameters) {
         const Literal& literal = literals[parameter.literal];
-        if (parameter.use == LiteralUse::text) {
-            parameters_.emplace_back(literal.text);
+        if (is_bound_as_it_stands(parameter, literal)) {
+            add(Parameter(literal.text));
             continue;
         }
         Value value = value_of(parameter, literal);
         if (!value.is_text()) {
-            parameters_.push_back(parameter_of(value));
+            add(parameter_of(value));
             continue;
         }
         owned_.push_back(std::make_unique<Value>(std::move(value)));
-        parameters_.push_back(parameter_of(*owned_.back()));
+        add(parameter_of(*owned_.back()));
     }
 }
 
 void BoundParameters::add(std::span<const Value> values) {
     for (const Value& value : values)
-        parameters_.push_back(parameter_of(value));
+        add(parameter_of(value));
 }
 
 }  // namespace brimley::store::dialect

@@ -4,6 +4,7 @@
 // translation and is kept. Binding then takes the literals of one query text and makes the values.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <span>
 #include <string>
@@ -66,17 +67,39 @@ class BoundParameters {
     void add(std::span<const Value> values);
     // Those of another, which must outlive this.
     void add(const BoundParameters& others) {
-        parameters_.insert(parameters_.end(), others.parameters_.begin(), others.parameters_.end());
+        for (const Parameter& parameter : others.span())
+            add(parameter);
     }
-    void add_row_key(RowKey key) { parameters_.emplace_back(key); }
-    [[nodiscard]] std::span<const Parameter> span() const { return parameters_; }
+    void add_row_key(RowKey key) { add(Parameter(key)); }
+    [[nodiscard]] std::span<const Parameter> span() const {
+        return many_.empty() ? std::span(few_.data(), count_) : std::span(many_);
+    }
 
   private:
-    std::vector<Parameter> parameters_;
+    void add(const Parameter& parameter) {
+        if (count_ < few_.size()) {
+            few_[count_++] = parameter;
+            return;
+        }
+        if (many_.empty()) many_.assign(few_.begin(), few_.end());
+        many_.push_back(parameter);
+    }
+
+    // Hardly a query has more than a few: they need no memory of their own.
+    std::array<Parameter, 8> few_;
+    std::size_t count_ = 0;
+    std::vector<Parameter> many_;  // all of them, when they are too many
     std::vector<std::unique_ptr<Value>> owned_;
 };
 
-[[nodiscard]] Parameter parameter_of(const Value& value);
+// The value must outlive it.
+[[nodiscard]] inline Parameter parameter_of(const Value& value) {
+    if (value.is_text()) return std::string_view(value.text_ref());
+    if (value.is_number()) return value.number_ref();
+    if (value.is_flag()) return value.flag();
+    if (value.is_date()) return *value.date();
+    return {};
+}
 // The parameter that takes the field's values.
 [[nodiscard]] ParameterKind kind_of_field(const Field& field);
 

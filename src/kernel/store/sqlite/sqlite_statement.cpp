@@ -65,15 +65,15 @@ DateTime from_julian_day(double julian) {
 SqliteStatement::SqliteStatement(sqlite3* connection, const StatementText& text)
     : connection_(connection),
       statement_(prepare_sql(connection, text.sql)),
+      parameter_count_(sqlite3_bind_parameter_count(statement_.get())),
       columns_(text.columns),
       keyed_(text.keyed) {}
 
 void SqliteStatement::bind(std::span<const Parameter> parameters) {
     // Statements of one translation share their parameters; this one may leave out the last of them.
-    const int count = sqlite3_bind_parameter_count(statement_.get());
     int index = 0;
     for (const Parameter& parameter : parameters) {
-        if (++index > count) break;
+        if (++index > parameter_count_) break;
         const int code = std::visit(Binder(statement_.get(), index), parameter);
         if (code != SQLITE_OK) throw_sqlite_error(connection_, code, "a value of the query");
     }

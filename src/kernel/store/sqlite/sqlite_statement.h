@@ -25,6 +25,7 @@ class SqliteStatement final : public EngineStatement, public EngineRow {
   private:
     sqlite3* connection_;
     SqliteStatementHandle statement_;
+    int parameter_count_;
     std::vector<FieldType> columns_;
     bool keyed_;
 };
