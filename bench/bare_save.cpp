@@ -42,7 +42,17 @@ struct BareSave::Parts : BareRunner {
             throw std::runtime_error(sqlite3_errmsg(db) + (": " + sql));
         }
     }
-    void run(Bare statement, std::span<const BareValue> values) override {
+    void run(Bare statement, std::span<const BareValue> values) override { run(bound(statement, values)); }
+    std::vector<double> read(Bare statement, std::span<const BareValue> values) override {
+        sqlite3_stmt* const query = bound(statement, values);
+        if (sqlite3_step(query) != SQLITE_ROW) throw std::runtime_error("no row to read");
+        std::vector<double> row(static_cast<std::size_t>(sqlite3_column_count(query)));
+        for (std::size_t i = 0; i < row.size(); ++i)
+            row[i] = sqlite3_column_double(query, static_cast<int>(i));
+        sqlite3_reset(query);
+        return row;
+    }
+    sqlite3_stmt* bound(Bare statement, std::span<const BareValue> values) {
         sqlite3_stmt* const write = writes[statement];
         int at = 0;
         for (const BareValue& value : values) {
@@ -56,7 +66,7 @@ struct BareSave::Parts : BareRunner {
             else
                 sqlite3_bind_double(write, at, kJulianOf1970 + std::get<store::DateTime>(value).day);
         }
-        run(write);
+        return write;
     }
 };
 
@@ -80,10 +90,10 @@ BareSave::~BareSave() {
     sqlite3_close(parts_->db);
 }
 
-void BareSave::save() {
+void BareSave::save(BareSums sums) {
     Parts& p = *parts_;
     p.run(p.begin);
-    run_bare_save(p, p.next++);
+    run_bare_save(p, p.next++, sums);
     p.run(p.commit);
 }
 

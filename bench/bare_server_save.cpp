@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <libpq-fe.h>
 
+#include <bit>
 #include <regex>
 #include <stdexcept>
 #include <vector>
@@ -15,6 +16,7 @@ namespace {
 
 std::string server_spelling(std::string sql) {
     sql = std::regex_replace(sql, std::regex("\\?([0-9])"), "$$$1");
+    if (sql.starts_with("SELECT")) sql += " FOR UPDATE";
     return std::regex_replace(sql, std::regex("ifnull"), "coalesce");
 }
 
@@ -24,6 +26,17 @@ struct ServerText {
     std::string operator()(bool flag) const { return flag ? "t" : "f"; }
     std::string operator()(store::DateTime date) const { return date.iso(); }
 };
+
+// An int8 or a float8 as it comes over the wire, the highest byte first.
+double wire_number(const PGresult* result, int column) {
+    constexpr Oid kInt8 = 20;
+    if (PQgetisnull(result, 0, column)) return 0;
+    std::uint64_t bits = 0;
+    for (int i = 0; i < 8; ++i)
+        bits = bits << 8 | static_cast<unsigned char>(PQgetvalue(result, 0, column)[i]);
+    if (PQftype(result, column) == kInt8) return static_cast<double>(static_cast<std::int64_t>(bits));
+    return std::bit_cast<double>(bits);
+}
 
 }  // namespace
 
@@ -51,15 +64,30 @@ struct BareServerSave::Parts : BareRunner {
             throw std::runtime_error(PQerrorMessage(server));
         ++unanswered;
     }
-    void run(Bare statement, std::span<const BareValue> values) override {
+    static std::vector<std::string> texts_of(std::span<const BareValue> values) {
         std::vector<std::string> texts;
         for (const BareValue& value : values)
             texts.push_back(std::visit(ServerText{}, value));
-        send(("w" + std::to_string(statement)).c_str(), texts);
+        return texts;
     }
-    void save() {
+    void run(Bare statement, std::span<const BareValue> values) override {
+        send(("w" + std::to_string(statement)).c_str(), texts_of(values));
+    }
+    std::vector<double> read(Bare statement, std::span<const BareValue> values) override {
+        const std::string text = texts_of(values).at(0);
+        const char* const value = text.c_str();
+        PGresult* const result =
+            PQexecPrepared(server, ("w" + std::to_string(statement)).c_str(), 1, &value, nullptr, nullptr, 1);
+        std::vector<double> row;
+        for (int i = 0; PQntuples(result) == 1 && i < PQnfields(result); ++i)
+            row.push_back(wire_number(result, i));
+        PQclear(result);
+        if (row.empty()) throw std::runtime_error(std::string("no row to read: ") + PQerrorMessage(server));
+        return row;
+    }
+    void save(BareSums sums) {
         send("b", {});
-        run_bare_save(*this, next++);
+        run_bare_save(*this, next++, sums);
         send("c", {});
     }
     void answer() {
@@ -86,13 +114,13 @@ BareServerSave::BareServerSave(const std::string& uri) : parts_(std::make_unique
 
 BareServerSave::~BareServerSave() { PQfinish(parts_->server); }
 
-void BareServerSave::save() { parts_->save(); }
+void BareServerSave::save(BareSums sums) { parts_->save(sums); }
 
 void BareServerSave::save_in_a_pipeline() {
     Parts& p = *parts_;
     PQenterPipelineMode(p.server);
     p.pipelined = true;
-    p.save();
+    p.save(BareSums::in_the_engine);
     p.answer();
     p.pipelined = false;
     PQexitPipelineMode(p.server);

@@ -5,13 +5,16 @@
 #include <memory>
 #include <string>
 
+#include "bare_statements.h"
+
 namespace brimley::bench {
 
 class BareServerSave {
   public:
     explicit BareServerSave(const std::string& uri);
     ~BareServerSave();
-    void save();
+    void save(BareSums sums);
+    // Only without reading anything.
     void save_in_a_pipeline();
 
   private:

@@ -19,6 +19,56 @@ std::string period_sums() {
     return sets;
 }
 
+constexpr int kPeriods = 13;
+constexpr int kPosted = 3;
+
+// All sums of a period row, family after family: the opening balance, the periods, adjustments, closing, the
+// balance after each period, the year to date.
+constexpr std::size_t kFamily = 2 * kPeriods + 4;
+
+std::vector<std::string> all_period_sums() {
+    std::vector<std::string> names;
+    for (const char* family : {"", "e_"}) {
+        const std::string f = family;
+        names.push_back(f + "opening_balance");
+        for (int i = 1; i <= kPeriods; ++i)
+            names.push_back(f + "period" + std::to_string(i));
+        names.push_back(f + "adjust");
+        names.push_back(f + "closing");
+        for (int i = 1; i <= kPeriods; ++i)
+            names.push_back(f + "balperiod" + std::to_string(i));
+        names.push_back(f + "ytd_balance");
+    }
+    return names;
+}
+
+// row: the key, then the sums.
+void add_to_period(std::vector<double>& row, double amount) {
+    for (std::size_t family = 1; family < row.size(); family += kFamily) {
+        double* const sum = &row[family];
+        sum[kPosted] += amount;
+        double balance = sum[0];
+        for (int i = 1; i <= kPeriods; ++i)
+            sum[kPeriods + 2 + i] = balance += sum[i];
+        sum[kFamily - 1] = balance + sum[kPeriods + 1] + sum[kPeriods + 2];
+    }
+}
+
+std::string select_sums(const std::string& table, const std::vector<std::string>& fields,
+                        const std::string& condition) {
+    std::string names = "row_id";
+    for (const std::string& field : fields)
+        names += ", " + field;
+    return "SELECT " + names + " FROM " + table + " WHERE " + condition;
+}
+
+std::string set_sums(const std::string& table, const std::vector<std::string>& fields) {
+    std::string sets;
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        sets += (i == 0 ? "" : ", ") + fields[i] + " = ?" + std::to_string(i + 2);
+    return "UPDATE " + table + " SET " + sets + " WHERE row_id = ?1";
+}
+
 struct GlAmount {
     const char* accno;
     double amount;
@@ -50,14 +100,40 @@ void run(BareRunner& runner, Bare statement, std::initializer_list<BareValue> va
     runner.run(statement, {values.begin(), values.size()});
 }
 
-void post(BareRunner& runner, const char* accno, double amount) {
-    run(runner, balance, {amount, accno});
-    run(runner, period, {amount, accno});
+void set(BareRunner& runner, Bare statement, const std::vector<double>& row) {
+    const std::vector<BareValue> values(row.begin(), row.end());
+    runner.run(statement, values);
 }
 
-void count(BareRunner& runner, const char* doctype) {
-    run(runner, docno, {doctype});
-    run(runner, fkey, {doctype});
+void post(BareRunner& runner, BareSums sums, const char* accno, double amount) {
+    if (sums == BareSums::in_the_engine) {
+        run(runner, balance, {amount, accno});
+        run(runner, period, {amount, accno});
+        return;
+    }
+    const BareValue account = accno;
+    std::vector<double> row = runner.read(balance_read, {&account, 1});
+    row.at(1) += amount;
+    row.at(2) += amount;
+    set(runner, balance_set, row);
+    row = runner.read(period_read, {&account, 1});
+    add_to_period(row, amount);
+    set(runner, period_set, row);
+}
+
+void count(BareRunner& runner, BareSums sums, const char* doctype) {
+    if (sums == BareSums::in_the_engine) {
+        run(runner, docno, {doctype});
+        run(runner, fkey, {doctype});
+        return;
+    }
+    const BareValue kind = doctype;
+    std::vector<double> row = runner.read(docno_read, {&kind, 1});
+    row.at(1) += 1;
+    set(runner, docno_set, row);
+    row = runner.read(fkey_read, {&kind, 1});
+    row.at(1) += 1;
+    set(runner, fkey_set, row);
 }
 
 struct Keys {
@@ -192,14 +268,25 @@ std::array<std::string, kBareStatements> bare_statements() {
         " WHERE fyear = '2026' AND company = 1 AND accno = ?2 AND ledgertype = 'A' AND Currency = 'USD'";
     texts[vendor] =
         "UPDATE Vendor_table SET owing_balance = ifnull(owing_balance, 0) + ?1 WHERE vendor_no = ?2";
+    texts[docno_read] = select_sums("Docno_master_table", {"nextdocno"},
+                                    "company = 1 AND doctype = ?1 AND fiscalyear = '2026'");
+    texts[docno_set] = set_sums("Docno_master_table", {"nextdocno"});
+    texts[fkey_read] = select_sums("Next_number_fkey_table", {"fkeyno"}, "company = 1 AND doctype = ?1");
+    texts[fkey_set] = set_sums("Next_number_fkey_table", {"fkeyno"});
+    const std::string account = "company = 1 AND accno = ?1 AND ledgertype = 'A' AND Currency = 'USD'";
+    texts[balance_read] = select_sums("Balance_table", {"amount", "base_amount"}, account);
+    texts[balance_set] = set_sums("Balance_table", {"amount", "base_amount"});
+    texts[period_read] =
+        select_sums("Balance_period_table", all_period_sums(), "fyear = '2026' AND " + account);
+    texts[period_set] = set_sums("Balance_period_table", all_period_sums());
     texts[glfkey] = "UPDATE AP_header_table SET GLFKEY = ?1 WHERE fkey = ?2";
     return texts;
 }
 
-void run_bare_save(BareRunner& runner, std::int64_t number) {
+void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums) {
     const Keys keys(std::to_string(number));
-    count(runner, "ip");
-    count(runner, "gl");
+    count(runner, sums, "ip");
+    count(runner, sums, "gl");
     write_header(runner, keys);
     write_line(runner, keys, "1", "5000");
     write_line(runner, keys, "2", "5300");
@@ -208,8 +295,8 @@ void run_bare_save(BareRunner& runner, std::int64_t number) {
     double lineno = 1;
     for (const GlAmount& gl : kGlAmounts) {
         write_gl_line(runner, keys, lineno++, gl);
-        post(runner, gl.accno, gl.amount);
-        if (gl.income_statement) post(runner, "3900", -gl.amount);
+        post(runner, sums, gl.accno, gl.amount);
+        if (gl.income_statement) post(runner, sums, "3900", -gl.amount);
     }
     run(runner, vendor, {337.05, "V1001"});
     run(runner, glfkey, {keys.gl_key, keys.key});

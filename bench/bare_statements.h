@@ -7,12 +7,37 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "kernel/store/value.h"
 
 namespace brimley::bench {
 
-enum Bare { docno, fkey, header, line, gl_header, gl_line, balance, period, vendor, glfkey, kBareStatements };
+enum Bare {
+    docno,
+    fkey,
+    header,
+    line,
+    gl_header,
+    gl_line,
+    balance,
+    period,
+    vendor,
+    glfkey,
+    docno_read,  // a read is held until the end, where the engine holds rows
+    fkey_read,
+    balance_read,
+    period_read,
+    docno_set,
+    fkey_set,
+    balance_set,
+    period_set,
+    kBareStatements
+};
+
+// How counters and balances are moved: within the UPDATE, or, as a program must that computes and rounds them
+// itself, by reading the row first and writing all of its sums. The first takes 32 statements, the second 52.
+enum class BareSums { in_the_engine, read_first };
 
 // In SQLite's spelling: parameters ?1, ?2 ... Every value that a document brings with it is one: a text that
 // held it could not be prepared once for all documents.
@@ -24,9 +49,11 @@ class BareRunner {
   public:
     virtual ~BareRunner() = default;
     virtual void run(Bare statement, std::span<const BareValue> values) = 0;
+    // The numbers of the one row that there is, null as 0; its key comes first.
+    virtual std::vector<double> read(Bare statement, std::span<const BareValue> values) = 0;
 };
 
 // All writes of one save but its BEGIN and COMMIT. number: of the document.
-void run_bare_save(BareRunner& runner, std::int64_t number);
+void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums);
 
 }  // namespace brimley::bench

@@ -19,6 +19,7 @@
 namespace {
 
 using brimley::bench::BareSave;
+using brimley::bench::BareSums;
 using brimley::bench::FormSave;
 using Clock = std::chrono::steady_clock;
 
@@ -66,18 +67,25 @@ void measure(const std::string& company, std::int64_t stored, int saves) {
     }
     bare.fill_up_to(stored);
     Samples bare_saves;
+    Samples reading_saves;
     Samples entries;
     Samples form_saves;
-    // In turns, so that both see the same machine.
-    for (int i = 0; i < saves; ++i) {
-        bare_saves.take([&] { bare.save(); });
+    // In turns, so that all see the same machine, and a file that somebody else has written to since.
+    const auto save_form = [&] {
         entries.take([&] { form.enter(); });
         form_saves.take([&] { form.save(); });
+    };
+    for (int i = 0; i < saves; ++i) {
+        bare_saves.take([&] { bare.save(); });
+        save_form();
+        reading_saves.take([&] { bare.save(BareSums::read_first); });
+        save_form();
     }
-    fmt::print("{:>8} {:>11.3f} {:>11.3f} {:>7.2f} {:>11.3f} {:>11.3f} {:>11.3f} {:>11.3f}\n", stored,
-               bare_saves.mean_cpu(), form_saves.mean_cpu(), form_saves.mean_cpu() / bare_saves.mean_cpu(),
-               Samples::median(bare_saves.cpu), Samples::median(form_saves.cpu),
-               Samples::median(form_saves.wall), entries.mean_cpu());
+    fmt::print("{:>8} {:>9.3f} {:>9.3f} {:>9.3f} {:>9.2f} {:>9.2f} {:>9.3f} {:>9.3f}\n", stored,
+               bare_saves.mean_cpu(), reading_saves.mean_cpu(), form_saves.mean_cpu(),
+               form_saves.mean_cpu() / bare_saves.mean_cpu(),
+               form_saves.mean_cpu() / reading_saves.mean_cpu(), Samples::median(form_saves.wall),
+               entries.mean_cpu());
 }
 
 }  // namespace
@@ -85,10 +93,13 @@ void measure(const std::string& company, std::int64_t stored, int saves) {
 int main(int argc, char** argv) {
     const int saves = argc > 1 ? std::atoi(argv[1]) : 500;
     const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    fmt::print("milliseconds a save, {} saves each; bare = prepared statements, form = Save command\n",
-               saves);
-    fmt::print("{:>8} {:>11} {:>11} {:>7} {:>11} {:>11} {:>11} {:>11}\n", "stored", "bare cpu", "form cpu",
-               "ratio", "bare median", "form median", "form wall", "entry cpu");
+    fmt::print(
+        "milliseconds of CPU a save, {} saves each; bare = prepared statements, reading = the same, each "
+        "counter "
+        "and balance read first, form = Save command\n",
+        saves);
+    fmt::print("{:>8} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9}\n", "stored", "bare", "reading", "form",
+               "to bare", "to read.", "form wall", "entry");
     std::vector<std::int64_t> sizes{100, 10'000, 100'000};
     if (argc > 3) sizes.clear();
     for (int i = 3; i < argc; ++i)

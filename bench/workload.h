@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "bare_statements.h"
+
 namespace brimley::bench {
 
 // Both do the same row writes: counters, header, three lines, GL header, five GL lines, their balances and
@@ -27,7 +29,7 @@ class BareSave {
   public:
     explicit BareSave(const std::string& company);
     ~BareSave();
-    void save();
+    void save(BareSums sums = BareSums::in_the_engine);
     // Copies the newest stored invoice with its GL document until this many are stored, in one transaction.
     void fill_up_to(std::int64_t invoices);
     // Moves the key counter of invoices behind the copies, so that the form walks through them.

@@ -201,13 +201,12 @@ void APform_invoice::fill_header(Recordset& header, const NewDocument& document)
 }
 
 void APform_invoice::update_vendor_owing_balance() {
-    auto vendor = kernel().change(
-        fmt::format("SELECT owing_balance FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
-    if (vendor.at_eof()) return;
+    auto vendor = kernel().change("SELECT owing_balance FROM Vendor_table");
+    vendor.EditFirst({{"vendor_no", cmbvendor.text()}});
+    if (vendor.NoMatch()) return;
     const double total = money_value(txttotal.text());
     const double side = cmbdoctype.text() == kCreditNote ? -1 : 1;
     const store::Value owing = vendor.field("owing_balance");
-    vendor.Edit();
     vendor.set("owing_balance",
                owing.is_null() ? Round(total - old_total) * side
                                : Round(vendor.number("owing_balance") + side * total - side * old_total));

@@ -82,14 +82,13 @@ const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {
 
 bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    period_rows.FindFirst(
+    period_rows.EditFirst(
         {{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (period_rows.NoMatch()) {
         tell(fmt::format("Error : No Retained Earning account {} in Account Balance Period.",
                          Current_Earnings_accno_));
         return false;
     }
-    period_rows.Edit();
     const PeriodColumns& columns = period_columns(period_rows);
     columns.plain.add(period_rows, line.period, -side_of(debit) * line.amount);
     columns.base.add(period_rows, line.period, -side_of(debit) * line.base_amount);
@@ -101,7 +100,7 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
     bool posted = false;
     carry_on(passed_over_, "post_balance_period", [&] {
         const std::string& accno = line.account.accno;
-        period_rows.FindFirst({{"fyear", line.fyear},
+        period_rows.EditFirst({{"fyear", line.fyear},
                                {"company", line.company},
                                {"ledgertype", line.ledgertype},
                                {"accno", accno},
@@ -110,16 +109,14 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
             tell(fmt::format("No account {} in fiscal year {}", accno, line.fyear));
             return;
         }
-        period_rows.Edit();
         const PeriodColumns& columns = period_columns(period_rows);
         columns.plain.add(period_rows, line.period, line.amount);
         columns.base.add(period_rows, line.period, line.base_amount);
         period_rows.Update();
         if (line.ledgertype == "F") {
-            period_rows.FindFirst(
+            period_rows.EditFirst(
                 {{"fyear", line.fyear}, {"company", line.company}, {"ledgertype", "A"}, {"accno", accno}});
             if (!period_rows.NoMatch()) {
-                period_rows.Edit();
                 columns.plain.add(period_rows, line.period, line.base_amount);
                 period_rows.Update();
             }

@@ -15,11 +15,12 @@ constexpr int kBalanceRetries = 5;
 
 void add_to(Recordset& row, const char* field, double amount) { row.set(field, row.number(field) + amount); }
 
-bool edit_with_retry(Recordset& rows, Outside& outside) {
-    bool taken = try_locked_edit(rows);
-    for (int tries = 0; !taken && tries < kBalanceRetries; ++tries) {
+// False as well when there is no such row.
+bool edit_first_with_retry(Recordset& rows, store::FieldValues fields, Outside& outside) {
+    bool taken = try_locked_edit_first(rows, fields);
+    for (int tries = 0; !taken && !rows.NoMatch() && tries < kBalanceRetries; ++tries) {
         outside.wait(kLockRetryWait);
-        taken = try_locked_edit(rows);
+        taken = try_locked_edit_first(rows, fields);
     }
     return taken;
 }
@@ -58,15 +59,14 @@ bool ModuleG3::resolve_current_earnings() {
 }
 
 bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
-    balance_rows.FindFirst({{"company", line.company},
-                            {"ledgertype", line.ledgertype},
-                            {"accno", line.account.accno},
-                            {"currency", line.Currency}});
-    if (balance_rows.NoMatch()) {
-        tell_missing_balance(line);
-        return false;
-    }
-    if (!edit_with_retry(balance_rows, outside_)) return false;
+    const bool taken = edit_first_with_retry(balance_rows,
+                                             {{"company", line.company},
+                                              {"ledgertype", line.ledgertype},
+                                              {"accno", line.account.accno},
+                                              {"currency", line.Currency}},
+                                             outside_);
+    if (balance_rows.NoMatch()) tell_missing_balance(line);
+    if (!taken) return false;
     add_to(balance_rows, "amount", line.amount);
     add_to(balance_rows, "base_amount", line.base_amount);
     balance_rows.Update();
@@ -77,13 +77,12 @@ bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
 // kept here.
 bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    balance_rows.FindFirst({{"company", line.company}, {"accno", Current_Earnings_accno_}});
+    balance_rows.EditFirst({{"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (balance_rows.NoMatch()) {
         tell(fmt::format("Error : No Current Retained Earning account {} in Account Balance",
                          Current_Earnings_accno_));
         return false;
     }
-    balance_rows.Edit();
     add_to(balance_rows, "amount", -side_of(debit) * line.amount);
     balance_rows.Update();
     return true;
@@ -100,12 +99,11 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
             return;
         }
         if (line.ledgertype == "F") {
-            balance_rows.FindFirst({{"company", line.company}, {"ledgertype", "A"}, {"accno", accno}});
+            balance_rows.EditFirst({{"company", line.company}, {"ledgertype", "A"}, {"accno", accno}});
             if (balance_rows.NoMatch()) {
                 tell(fmt::format("Error! {} does not exist in Balance", accno));
                 return;
             }
-            balance_rows.Edit();
             add_to(balance_rows, "amount", line.base_amount);
             balance_rows.Update();
         }

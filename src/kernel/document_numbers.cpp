@@ -32,20 +32,22 @@ std::string with_leading_zeros(std::int64_t number, std::size_t width) {
 
 }  // namespace
 
-std::optional<std::int64_t> ModuleG3::take_number(store::Recordset& counter, const std::string& query,
-                                                  const char* field) {
-    bool taken = try_locked_edit(counter);
-    for (int tries = 0; !taken && tries < kCounterTries; ++tries) {
+std::optional<std::int64_t> ModuleG3::take_number(const char* query, store::FieldValues counter,
+                                                  const char* field, bool& missing) {
+    auto row = change(query);
+    bool taken = try_locked_edit_first(row, counter);
+    for (int tries = 0; !taken && !row.NoMatch() && tries < kCounterTries; ++tries) {
         outside_.wait(kLockRetryWait);
-        counter.Close();
+        row.Close();
         // Opened afresh, so as to see the value that the other user has committed.
-        counter = change(query);
-        taken = try_locked_edit(counter);
+        row = change(query);
+        taken = try_locked_edit_first(row, counter);
     }
+    missing = row.NoMatch();
     if (!taken) return std::nullopt;
-    const double number = counter.number(field);
-    counter.set(field, number + 1);
-    counter.Update();
+    const double number = row.number(field);
+    row.set(field, number + 1);
+    row.Update();
     return whole_number(number, -kNumberMax, kNumberMax);
 }
 
@@ -62,22 +64,14 @@ std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, s
                                                      std::string_view fiscal_year) {
     std::optional<NextNumbers> result;
     carry_on(passed_over_, "get_next_number", [&] {
-        const std::string docno_query = fmt::format(
-            "SELECT * FROM [Docno_master_table] WHERE company = {} AND doctype = {} AND fiscalyear = {}",
-            quoted(company), quoted(doctype), quoted(fiscal_year));
-        auto docno_counter = change(docno_query);
-        if (docno_counter.at_eof()) {
-            tell_missing_numbers(doctype, fiscal_year);
-            return;
-        }
-        const auto nextdocno = take_number(docno_counter, docno_query, "nextdocno");
+        bool missing = false;
+        const auto nextdocno = take_number(
+            "SELECT * FROM [Docno_master_table]",
+            {{"company", company}, {"doctype", doctype}, {"fiscalyear", fiscal_year}}, "nextdocno", missing);
+        if (missing) tell_missing_numbers(doctype, fiscal_year);
         if (!nextdocno) return;
-        const std::string fkey_query =
-            fmt::format("SELECT * FROM [Next_number_fkey_table] WHERE company = {} AND doctype = {}",
-                        quoted(company), quoted(doctype));
-        auto fkey_counter = change(fkey_query);
-        if (fkey_counter.at_eof()) return;
-        const auto fkeyno = take_number(fkey_counter, fkey_query, "fkeyno");
+        const auto fkeyno = take_number("SELECT * FROM [Next_number_fkey_table]",
+                                        {{"company", company}, {"doctype", doctype}}, "fkeyno", missing);
         if (fkeyno) result = NextNumbers{*nextdocno, *fkeyno};
     });
     return result;

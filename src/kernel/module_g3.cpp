@@ -28,6 +28,16 @@ bool try_locked_edit(store::Recordset& rows) {
     }
 }
 
+bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields) {
+    try {
+        rows.LockEdits(true);
+        return rows.try_edit_first(fields);
+    } catch (const store::Error& failure) {
+        if (failure.spoils_connection() || failure.kind() == store::ErrorKind::syntax) throw;
+        return false;
+    }
+}
+
 AccountSegments segments_of(const store::Recordset& account_row) {
     AccountSegments account;
     account.accno = account_row.text("accno");

@@ -146,9 +146,10 @@ class ModuleG3 {
     [[nodiscard]] store::Recordset change(std::string_view query);
 
   private:
-    // Takes the number in `field` of the counter's row and moves the counter on.
-    [[nodiscard]] std::optional<std::int64_t> take_number(store::Recordset& counter, const std::string& query,
-                                                          const char* field);
+    // Takes the number in `field` of the counter's row and moves the counter on. Tells by `missing` that
+    // there is no such row.
+    [[nodiscard]] std::optional<std::int64_t> take_number(const char* query, store::FieldValues counter,
+                                                          const char* field, bool& missing);
     [[nodiscard]] bool post_to_account(store::Recordset& balance_rows, const GlLine& line);
     [[nodiscard]] bool post_current_earnings(store::Recordset& balance_rows, const GlLine& line, bool debit);
     [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);
@@ -168,6 +169,9 @@ class ModuleG3 {
 
 // Takes the current row for editing, pessimistically. False when it could not be taken, whatever the reason.
 [[nodiscard]] bool try_locked_edit(store::Recordset& rows);
+// The same of the first row in which each field holds its value; rows.NoMatch() tells that there is none.
+// What no row could ever meet is thrown.
+[[nodiscard]] bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields);
 // The account that the row of Account_master_table names, with its segments.
 [[nodiscard]] AccountSegments segments_of(const store::Recordset& account_row);
 // 1 for a debit-natured account, -1 for the others.

@@ -142,6 +142,31 @@ TEST_F(Plan, EditInATransactionReadsNothingTwice) {
     workspace.Rollback();
 }
 
+TEST_F(Plan, RowIsFoundAndTakenInOneCall) {
+    store::Workspace workspace(connection_);
+    workspace.BeginTrans();
+    Recordset rows = open("SELECT * FROM Header_table");
+    rows.EditFirst({{"docno", "d1"}});
+    EXPECT_EQ(calls([&] { rows.EditFirst({{"docno", "d250"}}); }), 1);
+    EXPECT_EQ(rows.number("amount"), 250);
+    workspace.Rollback();
+}
+
+TEST_F(Plan, OwnNewRowNeedNotBeTaken) {
+    store::Workspace workspace(connection_);
+    workspace.BeginTrans();
+    Recordset rows = open("SELECT * FROM Header_table WHERE 1 = 2");
+    rows.AddNew();
+    rows.set("docno", "new");
+    rows.Update();
+    rows.Bookmark(rows.LastModified());
+    EXPECT_EQ(calls([&] { rows.Edit(); }), 0);
+    rows.set("amount", 3);
+    rows.Update();
+    workspace.CommitTrans();
+    EXPECT_EQ(company_.list("SELECT amount FROM Header_table WHERE docno = 'new'"), "3");
+}
+
 TEST_F(Plan, UpdateWithoutAChangeRunsNoStatement) {
     store::Workspace workspace(connection_);
     workspace.BeginTrans();

@@ -74,6 +74,62 @@ TEST_F(RowLock, RetryWithoutReopeningSeesTheCommittedValue) {
     theirs.CancelUpdate();
 }
 
+TEST_F(RowLock, EditFirstTakesTheRowThatIsFound) {
+    company_.add("Counter_table", {{"company", 1}, {"doctype", "gl"}, {"nextdocno", 9}});
+    company_.workspace().BeginTrans();
+    Recordset mine = company_.dynaset("SELECT * FROM Counter_table");
+    mine.EditFirst({{"company", "1"}, {"doctype", "gl"}});
+    EXPECT_FALSE(mine.NoMatch());
+    EXPECT_EQ(mine.number("nextdocno"), 9);
+    Recordset theirs =
+        other_.database->OpenRecordset("SELECT * FROM Counter_table", store::RecordsetKind::dynaset);
+    EXPECT_FALSE(theirs.try_edit_first({{"company", "1"}, {"doctype", "gl"}}));
+    EXPECT_FALSE(theirs.NoMatch());
+    EXPECT_EQ(theirs.text("doctype"), "gl");
+    expect_error(ErrorKind::state, [&] { theirs.set("nextdocno", 1); });
+    expect_error(ErrorKind::locked, [&] { theirs.EditFirst({{"company", "1"}, {"doctype", "gl"}}); });
+    count_up(mine);
+    company_.workspace().CommitTrans();
+    ASSERT_TRUE(theirs.try_edit_first({{"company", "1"}, {"doctype", "gl"}}));
+    EXPECT_EQ(theirs.number("nextdocno"), 10);
+    count_up(theirs);
+    EXPECT_EQ(company_.list("SELECT nextdocno FROM Counter_table ORDER BY doctype"), "11 5");
+}
+
+TEST_F(RowLock, EditFirstWithoutAMatchEditsNothing) {
+    for (const char* const query :
+         {"SELECT * FROM Counter_table", "SELECT * FROM Counter_table ORDER BY doctype",
+          "SELECT * FROM Counter_table WHERE company = 1"}) {
+        Recordset rows = company_.dynaset(query);
+        rows.EditFirst({{"doctype", "gl"}});
+        EXPECT_TRUE(rows.NoMatch());
+        expect_error(ErrorKind::state, [&] { rows.set("nextdocno", 1); });
+        EXPECT_FALSE(rows.try_edit_first({{"doctype", "gl"}}));
+        ASSERT_TRUE(rows.try_edit_first({{"doctype", "ip"}}));
+        EXPECT_FALSE(rows.NoMatch());
+        rows.CancelUpdate();
+        expect_error(ErrorKind::syntax, [&] { rows.EditFirst({{"doctype", "i'p"}}); });
+    }
+    // Nothing is held by any of them.
+    Recordset theirs = counter(*other_.database);
+    EXPECT_TRUE(theirs.try_edit());
+}
+
+// Of several that meet the criteria the first one is meant, held or not.
+TEST_F(RowLock, EditFirstPassesOverNoHeldRow) {
+    company_.add("Counter_table", {{"company", 1}, {"doctype", "gl"}, {"nextdocno", 9}});
+    company_.workspace().BeginTrans();
+    Recordset mine = counter(company_.db());
+    mine.Edit();
+    Recordset theirs =
+        other_.database->OpenRecordset("SELECT * FROM Counter_table", store::RecordsetKind::dynaset);
+    EXPECT_FALSE(theirs.try_edit_first({{"company", "1"}}));
+    EXPECT_EQ(theirs.text("doctype"), "ip");
+    company_.workspace().Rollback();
+    ASSERT_TRUE(theirs.try_edit_first({{"company", "1"}}));
+    EXPECT_EQ(theirs.text("doctype"), "ip");
+}
+
 TEST_F(RowLock, RefusedEditChangesNothing) {
     company_.workspace().BeginTrans();
     Recordset mine = counter(company_.db());

@@ -64,6 +64,7 @@ std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, std::string_
     auto plan = std::make_shared<FindPlan>();
     plan->translation = translator_.find(select.translation, criteria);
     plan->first.text = plan->translation.first;
+    plan->held_first.text = plan->translation.held_first;
     plan->first_after.text = plan->translation.first_after;
     plan->keys.text = plan->translation.keys;
     plan->at_key.text = plan->translation.at_key;

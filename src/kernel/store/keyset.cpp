@@ -11,6 +11,12 @@ namespace {
 // Up to here the keys are tried one by one; the table may be much larger than the keyset.
 constexpr std::size_t kTriedKeysMax = 256;
 
+// Such values are refused as in a text.
+bool no_text_can_hold(FieldValues fields) {
+    return std::ranges::any_of(
+        fields, [](const auto& field) { return field.second.find('\'') != std::string_view::npos; });
+}
+
 }  // namespace
 
 // The criteria of one find, ready to run.
@@ -183,9 +189,36 @@ bool Keyset::lock_current() {
         return false;
     };
     if (!connection_.lock_row(plan_.held_row, parameters_of(key_).span(), read)) return false;
+    note_held();
+    return true;
+}
+
+void Keyset::note_held() {
     row_stamp_ = connection_.stamp();
     held_key_ = key_;
     held_in_ = connection_.transaction_number();
+}
+
+Keyset::Taken Keyset::take_equal(FieldValues fields, std::uint64_t& hold) {
+    if (has_keys_ || plan_.translation.ordered || no_text_can_hold(fields))
+        return find_equal(fields) ? take(hold) : Taken::row_is_gone;
+    if (connection_.begin_hold(hold)) {
+        if (lock_match(fields)) return Taken::yes;
+        connection_.release(hold);
+    }
+    return find_equal(fields) ? Taken::somebody_has_it : Taken::row_is_gone;
+}
+
+bool Keyset::lock_match(FieldValues fields) {
+    const Search search = search_for(connection_.find_plan(plan_, fields));
+    const auto read = [&](const EngineRow& row) {
+        key_ = row.key();
+        row.read(row_);
+        return false;
+    };
+    if (!connection_.lock_row(search.plan->held_first, search.parameters.span(), read)) return false;
+    place_ = Place::on_row;
+    note_held();
     return true;
 }
 
@@ -199,6 +232,11 @@ Row& Keyset::written() {
 }
 
 void Keyset::append(RowKey key) {
+    // Nobody else sees it before the transaction ends.
+    if (connection_.in_trans()) {
+        held_key_ = key;
+        held_in_ = connection_.transaction_number();
+    }
     if (!has_keys_) {
         added_.push_back(key);
         return;
@@ -212,16 +250,19 @@ bool Keyset::find(std::string_view criteria, bool onward) {
 }
 
 bool Keyset::find_equal(FieldValues fields) {
-    // What no text can hold is refused as in a text.
-    const auto broken = [](const auto& field) { return field.second.find('\'') != std::string_view::npos; };
-    if (std::ranges::any_of(fields, broken)) return find(all_equal(fields), false);
+    if (no_text_can_hold(fields)) return find(all_equal(fields), false);
     return find_planned(connection_.find_plan(plan_, fields), false);
 }
 
-bool Keyset::find_planned(std::shared_ptr<FindPlan> plan, bool onward) {
+Keyset::Search Keyset::search_for(std::shared_ptr<FindPlan> plan) const {
     Search search{std::move(plan), {}};
     search.parameters.add(outer_);
     search.parameters.add(search.plan->translation.literals, connection_.literals());
+    return search;
+}
+
+bool Keyset::find_planned(std::shared_ptr<FindPlan> plan, bool onward) {
+    Search search = search_for(std::move(plan));
     if (onward && !current()) return false;
     // In the table itself the order of the recordset is at hand only as long as no row stands out of it, and
     // "behind the current row" only when the order is that of the keys.

@@ -43,6 +43,9 @@ class Keyset final : public RecordSource {
     // Connection::release().
     enum class Taken { yes, somebody_has_it, row_is_gone };
     [[nodiscard]] Taken take(std::uint64_t& hold);
+    // find_equal() and take() in one look at the table; row_is_gone: there is none. The row that somebody
+    // else has is the current one.
+    [[nodiscard]] Taken take_equal(FieldValues fields, std::uint64_t& hold);
     // The current row is about to be written.
     void fix_order();
     // The current row has just been written: for the caller to put in what it holds now.
@@ -66,14 +69,17 @@ class Keyset final : public RecordSource {
     [[nodiscard]] bool read_row(RowKey key);
     [[nodiscard]] bool read_match(PlannedStatement& statement, std::span<const Parameter> parameters);
     [[nodiscard]] bool lock_current();
+    [[nodiscard]] bool lock_match(FieldValues fields);
+    void note_held();
     // Whether the current row is known to be what the table holds.
     [[nodiscard]] bool is_fresh() const {
         return connection_.still_true(row_stamp_, key_ == held_key_ ? held_in_ : 0);
     }
     [[nodiscard]] dialect::BoundParameters parameters_of(RowKey key) const;
 
-    [[nodiscard]] bool find_planned(std::shared_ptr<FindPlan> plan, bool onward);
     struct Search;
+    [[nodiscard]] Search search_for(std::shared_ptr<FindPlan> plan) const;
+    [[nodiscard]] bool find_planned(std::shared_ptr<FindPlan> plan, bool onward);
     [[nodiscard]] bool find_in_table(Search& search, bool onward);
     [[nodiscard]] bool find_key_by_key(Search& search, std::ptrdiff_t from);
     [[nodiscard]] bool find_among_matches(Search& search, std::ptrdiff_t from);

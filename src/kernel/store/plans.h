@@ -68,6 +68,7 @@ struct TablePlan {
 struct FindPlan {
     dialect::FindTranslation translation;
     PlannedStatement first;
+    PlannedStatement held_first;
     PlannedStatement first_after;
     PlannedStatement keys;
     PlannedStatement at_key;

@@ -5,6 +5,8 @@ namespace brimley::store {
 
 namespace {
 
+constexpr const char* kHeldByAnother = "another user is changing the company";
+
 // Errors of the dialect know their text; those of the engine get it here.
 template <class Action>
 auto with_text(std::string_view text, const Action& action) {
@@ -81,10 +83,16 @@ int Recordset::column_to_set(std::string_view name) const { return state().colum
 void Recordset::AddNew() { state().add_new(); }
 
 void Recordset::Edit() {
-    if (!state().edit()) throw Error(ErrorKind::locked, "another user is changing the company");
+    if (!state().edit()) throw Error(ErrorKind::locked, kHeldByAnother);
 }
 
 bool Recordset::try_edit() { return state().edit(); }
+
+void Recordset::EditFirst(FieldValues fields) {
+    if (!state().edit_first(fields) && !state().no_match) throw Error(ErrorKind::locked, kHeldByAnother);
+}
+
+bool Recordset::try_edit_first(FieldValues fields) { return state().edit_first(fields); }
 
 void Recordset::set(std::string_view name, const Value& value) {
     State& changed = state();

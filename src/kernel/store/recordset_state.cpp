@@ -161,6 +161,17 @@ bool Recordset::State::edit() {
     return true;
 }
 
+bool Recordset::State::edit_first(FieldValues fields) {
+    (void)require_table();
+    cancel();
+    no_match = false;
+    const Keyset::Taken taken = keyset_->take_equal(fields, hold_);
+    no_match = taken == Keyset::Taken::row_is_gone;
+    if (taken != Keyset::Taken::yes) return false;
+    buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
+    return true;
+}
+
 void Recordset::State::require_buffer() const {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
 }

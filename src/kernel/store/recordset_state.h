@@ -50,6 +50,8 @@ class Recordset::State {
     void add_new();
     // False when another workspace is in the way.
     [[nodiscard]] bool edit();
+    // The first row in which each field holds its value; no_match tells that there is none.
+    [[nodiscard]] bool edit_first(FieldValues fields);
     void set(int column, const Value& value);
     // As set(column, Value(text)).
     void set_text(int column, std::string_view text);

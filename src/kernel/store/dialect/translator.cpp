@@ -103,6 +103,13 @@ FindTranslation Translator::find(const SelectTranslation& select, std::string_vi
     const std::string order = select.ordered ? select.order : flavour_.key_order(key);
     const std::vector<FieldType>& columns = select.rows.columns;
     find.first = {fmt::format("{} ORDER BY {} LIMIT 1", rows, order), without_key, true, columns};
+    find.held_first = find.first;
+    // Which row it is, is found out before it is held: a row that is passed over must not make room for the
+    // next one.
+    if (const std::string lock = flavour_.row_lock(); !lock.empty())
+        find.held_first.sql = fmt::format(
+            "SELECT {0}, {1} FROM {2} WHERE {0} = (SELECT {0} FROM {2} WHERE {3} ORDER BY {4} LIMIT 1){5}",
+            key, select.select_list, select.from, condition, order, lock);
     find.first_after = {fmt::format("{} AND {} > {} ORDER BY {} LIMIT 1", rows, key, key_parameter, order),
                         parameters.kinds(), true, columns};
     find.keys = {

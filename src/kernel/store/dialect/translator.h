@@ -66,6 +66,7 @@ struct FindTranslation {
     std::vector<LiteralParameter> literals;
     // Parameters: outer, literals, and the key where told.
     StatementText first;        // the first in the recordset's order
+    StatementText held_first;   // the same, and held as SelectTranslation::held_row is
     StatementText first_after;  // the first behind the key, in insertion order
     StatementText keys;         // of all matches
     StatementText at_key;       // the row of the key, if it matches

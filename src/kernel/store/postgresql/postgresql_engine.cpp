@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <deque>
+#include <map>
 #include <string_view>
 
 #include "kernel/store/error.h"
@@ -23,11 +24,8 @@ constexpr std::int64_t kKeysMax = 1024;
 // So many writes are sent before their answers are asked for.
 constexpr std::size_t kUnansweredMax = 512;
 
-StatementText key_drawing() {
-    StatementText text;
-    text.sql = fmt::format("SELECT nextval('{}') FROM generate_series(1, $1)", kRowKeySequence);
-    text.parameters = {dialect::ParameterKind::integer};
-    return text;
+std::string key_drawing(std::int64_t count) {
+    return fmt::format("SELECT nextval('{}') FROM generate_series(1, {})", kRowKeySequence, count);
 }
 
 std::string lock_of_all(const Catalog& catalog) {
@@ -255,8 +253,10 @@ class PostgresqlEngine final : public Engine {
 
     void draw_keys() {
         const std::int64_t wanted = span_ == Span::none ? 1 : keys_to_draw_;
-        const Parameter count = wanted;
-        session_.send(*draw_keys_, {&count, 1});
+        // A statement for each count, which the server then needs not plan again and again.
+        std::unique_ptr<PostgresqlStatement>& drawing = draw_keys_[wanted];
+        if (!drawing) drawing = session_.command(key_drawing(wanted));
+        session_.send(*drawing);
         const PostgresqlResult drawn = session_.finish();
         for (int row = 0; row < PQntuples(drawn.get()); ++row)
             keys_.push_back(whole_number_cell(drawn.get(), row, 0));
@@ -306,7 +306,7 @@ class PostgresqlEngine final : public Engine {
     std::unique_ptr<PostgresqlStatement> savepoint_ = session_.command("SAVEPOINT brimley_step");
     std::unique_ptr<PostgresqlStatement> release_ = session_.command("RELEASE SAVEPOINT brimley_step");
     std::unique_ptr<PostgresqlStatement> back_ = session_.command("ROLLBACK TO SAVEPOINT brimley_step");
-    std::unique_ptr<PostgresqlStatement> draw_keys_ = session_.prepare(key_drawing());
+    std::map<std::int64_t, std::unique_ptr<PostgresqlStatement>> draw_keys_;  // by how many are drawn
     std::unique_ptr<PostgresqlStatement> lock_all_;
 
     Span span_ = Span::none;
