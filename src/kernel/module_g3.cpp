@@ -4,6 +4,16 @@
 
 namespace brimley::kernel {
 
+namespace {
+
+// Criteria that no engine could look for: waiting would not help.
+bool can_never_be_met(const store::Error& failure) {
+    using enum store::ErrorKind;
+    return failure.kind() == syntax || failure.kind() == name || failure.kind() == conversion;
+}
+
+}  // namespace
+
 store::Recordset ModuleG3::read(std::string_view query) {
     return database_->OpenRecordset(query, store::RecordsetKind::snapshot);
 }
@@ -33,7 +43,7 @@ bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields) {
         rows.LockEdits(true);
         return rows.try_edit_first(fields);
     } catch (const store::Error& failure) {
-        if (failure.spoils_connection() || failure.kind() == store::ErrorKind::syntax) throw;
+        if (failure.spoils_connection() || can_never_be_met(failure)) throw;
         return false;
     }
 }
