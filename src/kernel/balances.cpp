@@ -15,10 +15,10 @@ constexpr int kBalanceRetries = 5;
 
 void add_to(Recordset& row, const char* field, double amount) { row.set(field, row.number(field) + amount); }
 
-// False as well when there is no such row.
-bool edit_first_with_retry(Recordset& rows, store::FieldValues fields, Outside& outside) {
+bool edit_first_with_retry(Recordset& rows, store::FieldValues fields, Outside& outside, bool& missing) {
     bool taken = try_locked_edit_first(rows, fields);
-    for (int tries = 0; !taken && !rows.NoMatch() && tries < kBalanceRetries; ++tries) {
+    missing = rows.NoMatch();
+    for (int tries = 0; !taken && !missing && tries < kBalanceRetries; ++tries) {
         outside.wait(kLockRetryWait);
         taken = try_locked_edit_first(rows, fields);
     }
@@ -59,13 +59,14 @@ bool ModuleG3::resolve_current_earnings() {
 }
 
 bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
+    bool missing = false;
     const bool taken = edit_first_with_retry(balance_rows,
                                              {{"company", line.company},
                                               {"ledgertype", line.ledgertype},
                                               {"accno", line.account.accno},
                                               {"currency", line.Currency}},
-                                             outside_);
-    if (balance_rows.NoMatch()) tell_missing_balance(line);
+                                             outside_, missing);
+    if (missing) tell_missing_balance(line);
     if (!taken) return false;
     add_to(balance_rows, "amount", line.amount);
     add_to(balance_rows, "base_amount", line.base_amount);

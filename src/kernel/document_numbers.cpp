@@ -36,14 +36,14 @@ std::optional<std::int64_t> ModuleG3::take_number(const char* query, store::Fiel
                                                   const char* field, bool& missing) {
     auto row = change(query);
     bool taken = try_locked_edit_first(row, counter);
-    for (int tries = 0; !taken && !row.NoMatch() && tries < kCounterTries; ++tries) {
+    missing = row.NoMatch();
+    for (int tries = 0; !taken && !missing && tries < kCounterTries; ++tries) {
         outside_.wait(kLockRetryWait);
         row.Close();
         // Opened afresh, so as to see the value that the other user has committed.
         row = change(query);
         taken = try_locked_edit_first(row, counter);
     }
-    missing = row.NoMatch();
     if (!taken) return std::nullopt;
     const double number = row.number(field);
     row.set(field, number + 1);

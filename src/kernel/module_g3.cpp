@@ -4,16 +4,6 @@
 
 namespace brimley::kernel {
 
-namespace {
-
-// Criteria that no engine could look for: waiting would not help.
-bool can_never_be_met(const store::Error& failure) {
-    using enum store::ErrorKind;
-    return failure.kind() == syntax || failure.kind() == name || failure.kind() == conversion;
-}
-
-}  // namespace
-
 store::Recordset ModuleG3::read(std::string_view query) {
     return database_->OpenRecordset(query, store::RecordsetKind::snapshot);
 }
@@ -43,7 +33,8 @@ bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields) {
         rows.LockEdits(true);
         return rows.try_edit_first(fields);
     } catch (const store::Error& failure) {
-        if (failure.spoils_connection() || can_never_be_met(failure)) throw;
+        // Looking for it may fail as well, and nothing but a lock goes away by waiting.
+        if (failure.kind() != store::ErrorKind::locked) throw;
         return false;
     }
 }

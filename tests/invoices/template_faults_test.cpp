@@ -35,7 +35,7 @@ class TemplateFaults : public ::testing::Test {
 
 // More engine calls of this save than these give it up when they fail; a counter that cannot be taken is
 // tried again.
-constexpr int kFewestFailures = 6;
+constexpr int kFewestFailures = 5;
 
 TEST_F(TemplateFaults, IoFailureOnceLeavesNothing) {
     EXPECT_GT(sweep(store::ErrorKind::io, false), kFewestFailures);

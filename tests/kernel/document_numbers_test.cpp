@@ -6,6 +6,7 @@ namespace brimley::testing {
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 
 namespace {
 
@@ -142,6 +143,40 @@ TEST_F(SharedCounter, HeldCounterIsTriedTenTimesMoreWithoutAMessage) {
     EXPECT_THAT(messages(), IsEmpty());
     other.workspace->Rollback();
     EXPECT_EQ(counters(), "7, 57");
+}
+
+// Whoever reads the message may take long; the others go on meanwhile.
+TEST_F(SharedCounter, NothingIsHeldOnceAMissingCounterIsTold) {
+    company.workspace().BeginTrans();
+    EXPECT_FALSE(kernel.get_next_number("1", "ip", "2031"));
+    EXPECT_THAT(messages(), SizeIs(1));
+    EXPECT_THAT(outside.waits, IsEmpty());
+    other.workspace->BeginAlone();
+    other.workspace->Rollback();
+    company.workspace().Rollback();
+}
+
+TEST_F(SharedCounter, FailureThatNoWaitingHelpsIsNotWaitedFor) {
+    for (const auto kind :
+         {store::ErrorKind::io, store::ErrorKind::constraint, store::ErrorKind::conversion}) {
+        const auto faults = std::make_shared<Faults>();
+        faults->kind = kind;
+        auto faulty_company = company.second_user(faulty(faults));
+        kernel::ModuleG3 faulty_kernel(faulty_company.database, outside);
+        bool taken = false;
+        for (int call = 1; call < 20 && !taken; ++call) {
+            const auto failures = faulty_kernel.passed_over().count();
+            faulty_company.workspace->BeginTrans();
+            faults->arm(call, true);
+            taken = faulty_kernel.get_next_number("1", "ip", "2026").has_value();
+            faults->disarm();
+            faulty_company.workspace->Rollback();
+            EXPECT_EQ(faulty_kernel.passed_over().count(), failures + (taken ? 0 : 1));
+        }
+        EXPECT_TRUE(taken);
+    }
+    EXPECT_THAT(outside.waits, IsEmpty());
+    EXPECT_THAT(messages(), IsEmpty());
 }
 
 TEST_F(SharedCounter, CounterReleasedAtAnyWaitIsTaken) {

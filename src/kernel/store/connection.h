@@ -64,6 +64,8 @@ class Connection {
     void commit_trans();
     void rollback();
     [[nodiscard]] bool in_trans() const { return in_trans_; }
+    // Whether the engine's transaction is open.
+    [[nodiscard]] bool is_writing() const { return begun_ && !reading_only_; }
     [[nodiscard]] ConnectionState state() const { return state_; }
 
     // Begins the engine's transaction if it is not open. False when another workspace writes. Throws

@@ -200,8 +200,10 @@ void Keyset::note_held() {
 }
 
 Keyset::Taken Keyset::take_equal(FieldValues fields, std::uint64_t& hold) {
-    if (has_keys_ || plan_.translation.ordered || no_text_can_hold(fields))
-        return find_equal(fields) ? take(hold) : Taken::row_is_gone;
+    // Where nothing is held yet, nothing shall be for a row that does not exist.
+    const bool at_once =
+        connection_.is_writing() && !has_keys_ && !plan_.translation.ordered && !no_text_can_hold(fields);
+    if (!at_once) return find_equal(fields) ? take(hold) : Taken::row_is_gone;
     if (connection_.begin_hold(hold)) {
         if (lock_match(fields)) return Taken::yes;
         connection_.release(hold);

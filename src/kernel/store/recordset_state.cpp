@@ -165,7 +165,13 @@ bool Recordset::State::edit_first(FieldValues fields) {
     (void)require_table();
     cancel();
     no_match = false;
-    const Keyset::Taken taken = keyset_->take_equal(fields, hold_);
+    Keyset::Taken taken{};
+    try {
+        taken = keyset_->take_equal(fields, hold_);
+    } catch (...) {
+        connection_->release(hold_);
+        throw;
+    }
     no_match = taken == Keyset::Taken::row_is_gone;
     if (taken != Keyset::Taken::yes) return false;
     buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
