@@ -126,7 +126,8 @@ class Recordset {
     [[nodiscard]] bool try_edit();
     // FindFirst and Edit in one look at the table. No match: NoMatch() is true, and nothing is edited.
     void EditFirst(FieldValues fields);
-    // As EditFirst; false when there is no match, and when another workspace holds the row.
+    // As EditFirst; false when there is no match, and when another workspace holds the row, which is the
+    // current one then.
     [[nodiscard]] bool try_edit_first(FieldValues fields);
     // Stores into the row being added or edited. A number into a text field becomes plain digits ("3", not
     // "3.0"); a text into a number field must be a number, an empty text is null there; an 8-digit text into
