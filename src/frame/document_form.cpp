@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include "kernel/money.h"
-#include "kernel/store/letter_case.h"
 
 namespace brimley::frame {
 
@@ -50,7 +49,7 @@ void DocumentForm::set_all_fields(FieldState state) {
     for (Control* control : controls_.all()) {
         const std::string_view name = control->name();
         const auto starts_with = [&](std::string_view kind) {
-            return store::same_name(name.substr(0, kind.size()), kind);
+            return controls::same_ignoring_case(name.substr(0, kind.size()), kind);
         };
         if (!starts_with("txt") && !starts_with("cmb") && !starts_with("rbox")) continue;
         set_field(*control, control->container() == &frame_font ? FieldState::open : state);

@@ -1,5 +1,7 @@
 // The rows of a document's lines, written from the grid: for a new document, and again for an edited one.
 #include <array>
+#include <string>
+#include <vector>
 
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"

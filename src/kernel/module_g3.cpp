@@ -17,17 +17,6 @@ void ModuleG3::tell(const std::string& text) {
     outside_.message(text);
 }
 
-bool try_locked_edit(store::Recordset& rows) {
-    try {
-        rows.LockEdits(true);
-        return rows.try_edit();
-    } catch (const store::Error& failure) {
-        // A connection that is gone is no locked row; waiting for it would only delay the bad news.
-        if (failure.spoils_connection()) throw;
-        return false;
-    }
-}
-
 bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields) {
     try {
         rows.LockEdits(true);

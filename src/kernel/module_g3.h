@@ -167,10 +167,9 @@ class ModuleG3 {
     std::optional<PeriodColumns> period_columns_;
 };
 
-// Takes the current row for editing, pessimistically. False when it could not be taken, whatever the reason.
-[[nodiscard]] bool try_locked_edit(store::Recordset& rows);
-// The same of the first row in which each field holds its value; rows.NoMatch() tells that there is none. Any
-// failure but a lock is thrown: no waiting would help against it.
+// Takes the first row in which each field holds its value for editing, pessimistically. False when another
+// workspace holds it, and when there is none, which rows.NoMatch() tells. Any failure but a lock is thrown:
+// no waiting would help against it.
 [[nodiscard]] bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields);
 // The account that the row of Account_master_table names, with its segments.
 [[nodiscard]] AccountSegments segments_of(const store::Recordset& account_row);
