@@ -30,6 +30,29 @@ std::vector<std::string> entered_names(const std::string& prefix) {
     return names;
 }
 
+// Each calls look with the fields by which a row is found, be it now or ahead.
+
+template <class Look>
+auto at_period(const LedgerKey& key, const Look& look) {
+    return look(store::FieldValues{{"fyear", key.fyear},
+                                   {"company", key.company},
+                                   {"ledgertype", key.ledgertype},
+                                   {"accno", key.accno},
+                                   {"currency", key.Currency}});
+}
+
+template <class Look>
+auto at_base_period(const LedgerKey& key, const Look& look) {
+    return look(store::FieldValues{
+        {"fyear", key.fyear}, {"company", key.company}, {"ledgertype", "A"}, {"accno", key.accno}});
+}
+
+template <class Look>
+auto at_earnings_period(const LedgerKey& key, std::string_view earnings_accno, const Look& look) {
+    return look(
+        store::FieldValues{{"fyear", key.fyear}, {"company", key.company}, {"accno", earnings_accno}});
+}
+
 // The place of a period key among what is entered, -1 for an unknown one.
 int place_of_key(std::string_view key) {
     if (key == "AD") return kAdjust;
@@ -82,8 +105,8 @@ const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {
 
 bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    period_rows.EditFirst(
-        {{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}});
+    at_earnings_period(line.key(), Current_Earnings_accno_,
+                       [&](store::FieldValues fields) { period_rows.EditFirst(fields); });
     if (period_rows.NoMatch()) {
         tell(fmt::format("Error : No Retained Earning account {} in Account Balance Period.",
                          Current_Earnings_accno_));
@@ -100,11 +123,8 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
     bool posted = false;
     carry_on(passed_over_, "post_balance_period", [&] {
         const std::string& accno = line.account.accno;
-        period_rows.EditFirst({{"fyear", line.fyear},
-                               {"company", line.company},
-                               {"ledgertype", line.ledgertype},
-                               {"accno", accno},
-                               {"currency", line.Currency}});
+        const auto edit = [&](store::FieldValues fields) { period_rows.EditFirst(fields); };
+        at_period(line.key(), edit);
         if (period_rows.NoMatch()) {
             tell(fmt::format("No account {} in fiscal year {}", accno, line.fyear));
             return;
@@ -114,17 +134,28 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
         columns.base.add(period_rows, line.period, line.base_amount);
         period_rows.Update();
         if (line.ledgertype == "F") {
-            period_rows.EditFirst(
-                {{"fyear", line.fyear}, {"company", line.company}, {"ledgertype", "A"}, {"accno", accno}});
+            at_base_period(line.key(), edit);
             if (!period_rows.NoMatch()) {
                 columns.plain.add(period_rows, line.period, line.base_amount);
                 period_rows.Update();
             }
         }
-        posted = account_row.text("acctype") != "Income Statement" || line.ledgertype != "A" ||
+        posted = !goes_to_earnings(line, account_row) ||
                  post_period_earnings(period_rows, line, account_row.flag("debit"));
     });
     return posted;
+}
+
+void ModuleG3::prefetch_balance_period(Recordset& period_rows, const LedgerKey& key) {
+    const auto prefetch = [&](store::FieldValues fields) { period_rows.PrefetchEditFirst(fields); };
+    at_period(key, prefetch);
+    if (key.ledgertype == "F") at_base_period(key, prefetch);
+}
+
+void ModuleG3::prefetch_earnings_period(Recordset& period_rows, const LedgerKey& key) {
+    if (Current_Earnings_accno_.empty()) return;
+    at_earnings_period(key, Current_Earnings_accno_,
+                       [&](store::FieldValues fields) { period_rows.PrefetchEditFirst(fields); });
 }
 
 void ModuleG3::add_period_rows(const AccountSegments& account, std::string_view currency, int first_year,

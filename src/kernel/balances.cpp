@@ -15,14 +15,24 @@ constexpr int kBalanceRetries = 5;
 
 void add_to(Recordset& row, const char* field, double amount) { row.set(field, row.number(field) + amount); }
 
-bool edit_first_with_retry(Recordset& rows, store::FieldValues fields, Outside& outside, bool& missing) {
-    bool taken = try_locked_edit_first(rows, fields);
-    missing = rows.NoMatch();
-    for (int tries = 0; !taken && !missing && tries < kBalanceRetries; ++tries) {
-        outside.wait(kLockRetryWait);
-        taken = try_locked_edit_first(rows, fields);
-    }
-    return taken;
+// Each calls look with the fields by which a row is found, be it now or ahead.
+
+template <class Look>
+auto at_balance(const LedgerKey& key, const Look& look) {
+    return look(store::FieldValues{{"company", key.company},
+                                   {"ledgertype", key.ledgertype},
+                                   {"accno", key.accno},
+                                   {"currency", key.Currency}});
+}
+
+template <class Look>
+auto at_base_balance(const LedgerKey& key, const Look& look) {
+    return look(store::FieldValues{{"company", key.company}, {"ledgertype", "A"}, {"accno", key.accno}});
+}
+
+template <class Look>
+auto at_earnings_balance(std::string_view company, std::string_view earnings_accno, const Look& look) {
+    return look(store::FieldValues{{"company", company}, {"accno", earnings_accno}});
 }
 
 // A caller that has just written a line of the account stands on it already.
@@ -59,15 +69,11 @@ bool ModuleG3::resolve_current_earnings() {
 }
 
 bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
-    bool missing = false;
-    const bool taken = edit_first_with_retry(balance_rows,
-                                             {{"company", line.company},
-                                              {"ledgertype", line.ledgertype},
-                                              {"accno", line.account.accno},
-                                              {"currency", line.Currency}},
-                                             outside_, missing);
-    if (missing) tell_missing_balance(line);
-    if (!taken) return false;
+    const RowTaken taken = at_balance(line.key(), [&](store::FieldValues fields) {
+        return edit_first_with_retry(balance_rows, fields, outside_, kBalanceRetries);
+    });
+    if (taken == RowTaken::there_is_none) tell_missing_balance(line);
+    if (taken != RowTaken::yes) return false;
     add_to(balance_rows, "amount", line.amount);
     add_to(balance_rows, "base_amount", line.base_amount);
     balance_rows.Update();
@@ -78,7 +84,8 @@ bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
 // kept here.
 bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    balance_rows.EditFirst({{"company", line.company}, {"accno", Current_Earnings_accno_}});
+    at_earnings_balance(line.company, Current_Earnings_accno_,
+                        [&](store::FieldValues fields) { balance_rows.EditFirst(fields); });
     if (balance_rows.NoMatch()) {
         tell(fmt::format("Error : No Current Retained Earning account {} in Account Balance",
                          Current_Earnings_accno_));
@@ -95,12 +102,12 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
         const std::string& accno = line.account.accno;
         if (!post_to_account(balance_rows, line)) return;
         if (!stand_on_account(account_rows, accno)) return;
-        if (account_rows.text("acctype") == "Income Statement" && line.ledgertype == "A" &&
+        if (goes_to_earnings(line, account_rows) &&
             !post_current_earnings(balance_rows, line, account_rows.flag("debit"))) {
             return;
         }
         if (line.ledgertype == "F") {
-            balance_rows.EditFirst({{"company", line.company}, {"ledgertype", "A"}, {"accno", accno}});
+            at_base_balance(line.key(), [&](store::FieldValues fields) { balance_rows.EditFirst(fields); });
             if (balance_rows.NoMatch()) {
                 tell(fmt::format("Error! {} does not exist in Balance", accno));
                 return;
@@ -111,6 +118,22 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
         posted = true;
     });
     return posted;
+}
+
+void ModuleG3::prefetch_balance(Recordset& balance_rows, const LedgerKey& key) {
+    const auto prefetch = [&](store::FieldValues fields) { balance_rows.PrefetchEditFirst(fields); };
+    at_balance(key, prefetch);
+    if (key.ledgertype == "F") at_base_balance(key, prefetch);
+}
+
+void ModuleG3::prefetch_earnings_balance(Recordset& balance_rows, std::string_view company) {
+    if (Current_Earnings_accno_.empty()) return;
+    at_earnings_balance(company, Current_Earnings_accno_,
+                        [&](store::FieldValues fields) { balance_rows.PrefetchEditFirst(fields); });
+}
+
+bool ModuleG3::goes_to_earnings(const GlLine& line, const Recordset& account_row) {
+    return account_row.text("acctype") == "Income Statement" && line.ledgertype == "A";
 }
 
 bool ModuleG3::add_balance_row(const AccountSegments& account, std::string_view currency) {

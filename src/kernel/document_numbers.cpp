@@ -32,23 +32,16 @@ std::string with_leading_zeros(std::int64_t number, std::size_t width) {
 
 }  // namespace
 
-std::optional<std::int64_t> ModuleG3::take_number(const char* query, store::FieldValues counter,
-                                                  const char* field, bool& missing) {
+RowTaken ModuleG3::take_number(const char* query, store::FieldValues counter, const char* field,
+                               std::int64_t& number) {
     auto row = change(query);
-    bool taken = try_locked_edit_first(row, counter);
-    missing = row.NoMatch();
-    for (int tries = 0; !taken && !missing && tries < kCounterTries; ++tries) {
-        outside_.wait(kLockRetryWait);
-        row.Close();
-        // Opened afresh, so as to see the value that the other user has committed.
-        row = change(query);
-        taken = try_locked_edit_first(row, counter);
-    }
-    if (!taken) return std::nullopt;
-    const double number = row.number(field);
-    row.set(field, number + 1);
+    const RowTaken taken = edit_first_with_retry(row, counter, outside_, kCounterTries);
+    if (taken != RowTaken::yes) return taken;
+    const double next = row.number(field);
+    row.set(field, next + 1);
     row.Update();
-    return whole_number(number, -kNumberMax, kNumberMax);
+    number = whole_number(next, -kNumberMax, kNumberMax);
+    return taken;
 }
 
 void ModuleG3::tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year) {
@@ -64,15 +57,17 @@ std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, s
                                                      std::string_view fiscal_year) {
     std::optional<NextNumbers> result;
     carry_on(passed_over_, "get_next_number", [&] {
-        bool missing = false;
-        const auto nextdocno = take_number(
-            "SELECT * FROM [Docno_master_table]",
-            {{"company", company}, {"doctype", doctype}, {"fiscalyear", fiscal_year}}, "nextdocno", missing);
-        if (missing) tell_missing_numbers(doctype, fiscal_year);
-        if (!nextdocno) return;
-        const auto fkeyno = take_number("SELECT * FROM [Next_number_fkey_table]",
-                                        {{"company", company}, {"doctype", doctype}}, "fkeyno", missing);
-        if (fkeyno) result = NextNumbers{*nextdocno, *fkeyno};
+        NextNumbers next;
+        const RowTaken taken =
+            take_number("SELECT * FROM [Docno_master_table]",
+                        {{"company", company}, {"doctype", doctype}, {"fiscalyear", fiscal_year}},
+                        "nextdocno", next.nextdocno);
+        if (taken == RowTaken::there_is_none) tell_missing_numbers(doctype, fiscal_year);
+        if (taken == RowTaken::yes && take_number("SELECT * FROM [Next_number_fkey_table]",
+                                                  {{"company", company}, {"doctype", doctype}}, "fkeyno",
+                                                  next.fkeyno) == RowTaken::yes) {
+            result = next;
+        }
     });
     return result;
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "kernel/store/value.h"
 
@@ -19,6 +20,15 @@ struct AccountSegments {
 
 inline constexpr std::array<const char*, 5> kSubaccFields{"subacc", "subacc2", "subacc3", "subacc4",
                                                           "subacc5"};
+
+// Which rows of the balance tables an amount goes to.
+struct LedgerKey {
+    std::string_view company;
+    std::string_view fyear;
+    std::string_view ledgertype;
+    std::string_view accno;
+    std::string_view Currency;
+};
 
 struct GlLine {
     std::string company;
@@ -36,6 +46,8 @@ struct GlLine {
     std::string ledgertype;               // "A": base-currency ledger, "F": foreign-currency ledger
     std::optional<double> exchange_rate;  // base units per unit of Currency
     std::string vendor_no;                // empty: not written
+
+    [[nodiscard]] LedgerKey key() const { return {company, fyear, ledgertype, account.accno, Currency}; }
 };
 
 }  // namespace brimley::kernel

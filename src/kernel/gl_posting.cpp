@@ -63,7 +63,16 @@ bool GlPosting::write_lines() {
     };
     std::vector<CurrencySum> sorted = summary_;
     std::ranges::stable_sort(sorted, {}, key);
+    for (const CurrencySum& entry : sorted)
+        prefetch(entry);
     return std::ranges::all_of(sorted, [&](const CurrencySum& entry) { return write_entry(entry); });
+}
+
+void GlPosting::prefetch(const CurrencySum& entry) {
+    if (entry.amount == 0) return;
+    lines_.prefetch(
+        {header_.company, header_.fyear, ledgertype_of(entry.currency), entry.accno, entry.currency});
+    allocation_rows_.PrefetchFirst({{"allocate_accno", entry.accno}});
 }
 
 std::vector<GlPosting::Share> GlPosting::shares_of(std::string_view accno) {
@@ -104,9 +113,8 @@ GlLine GlPosting::new_line(const CurrencySum& amounts) const {
     line.amount = amounts.amount;
     line.base_amount = amounts.base_amount;
     line.Currency = amounts.currency;
-    const bool base = amounts.currency == header_.base_currency;
-    line.ledgertype = base ? "A" : "F";
-    if (!base) {
+    line.ledgertype = ledgertype_of(amounts.currency);
+    if (line.ledgertype == "F") {
         line.exchange_rate = header_.rates_from_amounts
                                  ? get_exchange_rate(amounts.amount, amounts.base_amount)
                                  : header_.rate_doc_to_base;

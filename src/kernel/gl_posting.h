@@ -71,6 +71,10 @@ class GlPosting {
         double percent = 0;
     };
     [[nodiscard]] std::vector<Share> shares_of(std::string_view accno);
+    [[nodiscard]] std::string_view ledgertype_of(std::string_view currency) const {
+        return currency == header_.base_currency ? "A" : "F";
+    }
+    void prefetch(const CurrencySum& entry);
     [[nodiscard]] bool write_entry(const CurrencySum& entry);
     [[nodiscard]] bool write_line(std::string_view accno, const CurrencySum& amounts);
     // On the account that the writer stands on.

@@ -59,6 +59,8 @@ class GlLineWriter {
     GlLineWriter(ModuleG3& kernel, GlOrigin origin) : kernel_(kernel), origin_(std::move(origin)) {}
 
     void open();
+    // Tells the store that find_account() and write() will follow for a line of this key.
+    void prefetch(const LedgerKey& key);
     // False when the chart has no such account; otherwise account() is its row.
     [[nodiscard]] bool find_account(std::string_view accno);
     [[nodiscard]] const store::Recordset& account() const { return account_rows_; }
@@ -70,6 +72,7 @@ class GlLineWriter {
 
   private:
     void open_balances();
+    void prefetch_earnings(const GlLine& line);
     void fill_row(const GlLine& line);
     [[nodiscard]] bool open_account_for_currency(const GlLine& line);
 

@@ -17,6 +17,8 @@ void ModuleG3::tell(const std::string& text) {
     outside_.message(text);
 }
 
+namespace {
+
 bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields) {
     try {
         rows.LockEdits(true);
@@ -26,6 +28,19 @@ bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields) {
         if (failure.kind() != store::ErrorKind::locked) throw;
         return false;
     }
+}
+
+}  // namespace
+
+RowTaken edit_first_with_retry(store::Recordset& rows, store::FieldValues fields, Outside& outside,
+                               int retries) {
+    bool taken = try_locked_edit_first(rows, fields);
+    if (!taken && rows.NoMatch()) return RowTaken::there_is_none;
+    for (int tries = 0; !taken && tries < retries; ++tries) {
+        outside.wait(kLockRetryWait);
+        taken = try_locked_edit_first(rows, fields);
+    }
+    return taken ? RowTaken::yes : RowTaken::somebody_has_it;
 }
 
 AccountSegments segments_of(const store::Recordset& account_row) {

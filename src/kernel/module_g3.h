@@ -39,6 +39,9 @@ struct PeriodOfDate {
     std::string year;
 };
 
+// What became of taking a row for editing.
+enum class RowTaken { yes, somebody_has_it, there_is_none };
+
 struct NextNumbers {
     std::int64_t nextdocno = 0;
     std::int64_t fkeyno = 0;
@@ -111,6 +114,14 @@ class ModuleG3 {
     // left it.
     [[nodiscard]] bool post_balance_period(store::Recordset& period_rows, const GlLine& line,
                                            store::Recordset& account_row);
+    // Whether a line is carried into Current Earnings, too. `account_row` stands on its account.
+    [[nodiscard]] static bool goes_to_earnings(const GlLine& line, const store::Recordset& account_row);
+    // Tell the store that a line of this key will be posted within the transaction: to the rows of its own,
+    // or to those of Current Earnings. The rows are then held as soon as the store likes.
+    static void prefetch_balance(store::Recordset& balance_rows, const LedgerKey& key);
+    static void prefetch_balance_period(store::Recordset& period_rows, const LedgerKey& key);
+    void prefetch_earnings_balance(store::Recordset& balance_rows, std::string_view company);
+    void prefetch_earnings_period(store::Recordset& period_rows, const LedgerKey& key);
     // Makes the "F" and "E" rows of an account for a currency in all open fiscal years. False, with nothing
     // done to Balance_table, when the account's "F" row there exists already.
     [[nodiscard]] bool create_foreign_balance_rows(std::string_view accno, std::string_view currency);
@@ -146,10 +157,10 @@ class ModuleG3 {
     [[nodiscard]] store::Recordset change(std::string_view query);
 
   private:
-    // Takes the number in `field` of the counter's row and moves the counter on. Tells by `missing` that
-    // there is no such row.
-    [[nodiscard]] std::optional<std::int64_t> take_number(const char* query, store::FieldValues counter,
-                                                          const char* field, bool& missing);
+    // Takes the number in `field` of the counter's row and moves the counter on. The number is only given
+    // when the row was taken.
+    RowTaken take_number(const char* query, store::FieldValues counter, const char* field,
+                         std::int64_t& number);
     [[nodiscard]] bool post_to_account(store::Recordset& balance_rows, const GlLine& line);
     [[nodiscard]] bool post_current_earnings(store::Recordset& balance_rows, const GlLine& line, bool debit);
     [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);
@@ -167,10 +178,11 @@ class ModuleG3 {
     std::optional<PeriodColumns> period_columns_;
 };
 
-// Takes the first row in which each field holds its value for editing, pessimistically. False when another
-// workspace holds it, and when there is none, which rows.NoMatch() tells. Any failure but a lock is thrown:
-// no waiting would help against it.
-[[nodiscard]] bool try_locked_edit_first(store::Recordset& rows, store::FieldValues fields);
+// Takes the first row in which each field holds its value for editing, pessimistically. While another
+// workspace holds it, waits and tries once more, as often as told. Any failure but a lock is thrown: no
+// waiting would help against it.
+[[nodiscard]] RowTaken edit_first_with_retry(store::Recordset& rows, store::FieldValues fields,
+                                             Outside& outside, int retries);
 // The account that the row of Account_master_table names, with its segments.
 [[nodiscard]] AccountSegments segments_of(const store::Recordset& account_row);
 // 1 for a debit-natured account, -1 for the others.

@@ -87,6 +87,11 @@ class FaultyEngine final : public store::Engine {
         return !refused(known.sql, true) && engine_->lock_row(*known.prepared, parameters, sink);
     }
     bool reads_stay_true() const override { return engine_->reads_stay_true(); }
+    bool can_prefetch() const override { return engine_->can_prefetch(); }
+    // The call that it is for may fail.
+    void prefetch(store::EngineStatement& statement, std::span<const store::Parameter> parameters) override {
+        engine_->prefetch(*static_cast<Statement&>(statement).prepared, parameters);
+    }
 
   private:
     // A statement that still knows its text.

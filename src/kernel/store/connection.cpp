@@ -252,6 +252,10 @@ bool Connection::lock_row(PlannedStatement& held_row, std::span<const Parameter>
     return guarded([&] { return engine_->lock_row(prepared(held_row), parameters, sink); });
 }
 
+void Connection::prefetch(PlannedStatement& statement, std::span<const Parameter> parameters) {
+    guarded([&] { engine_->prefetch(prepared(statement), parameters); });
+}
+
 void Connection::release(std::uint64_t& hold) {
     const bool over = hold != transaction_number_;
     hold = 0;

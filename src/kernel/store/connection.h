@@ -77,6 +77,9 @@ class Connection {
     // Takes the row and hands it over. False when another workspace holds it, or when it is gone.
     [[nodiscard]] bool lock_row(PlannedStatement& held_row, std::span<const Parameter> parameters,
                                 const RowSink& sink);
+    // As Engine::prefetch().
+    void prefetch(PlannedStatement& statement, std::span<const Parameter> parameters);
+    [[nodiscard]] bool can_prefetch() const { return begun_ && engine_->can_prefetch(); }
     // Ends what begin_hold() began. Nothing happens when the transaction it was part of is over.
     void release(std::uint64_t& hold);
 

@@ -129,6 +129,11 @@ class Recordset {
     // As EditFirst; false when there is no match, and when another workspace holds the row, which is the
     // current one then.
     [[nodiscard]] bool try_edit_first(FieldValues fields);
+    // Tells that FindFirst, or EditFirst, with these fields will follow within the transaction: a server is
+    // asked at once, and a row to be edited held from then on, so that many rows cost one journey. Changes
+    // nothing else. Until then nothing may be written that would make another row the first match.
+    void PrefetchFirst(FieldValues fields);
+    void PrefetchEditFirst(FieldValues fields);
     // Stores into the row being added or edited. A number into a text field becomes plain digits ("3", not
     // "3.0"); a text into a number field must be a number, an empty text is null there; an 8-digit text into
     // a date field is that date. Anything else is ErrorKind::conversion, and the field keeps its value.

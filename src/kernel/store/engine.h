@@ -89,6 +89,13 @@ class Engine {
     // workspace holds it, and when it is gone.
     [[nodiscard]] virtual bool lock_row(EngineStatement& statement, std::span<const Parameter> parameters,
                                         const RowSink& sink) = 0;
+    // Tells that query() or lock_row() with this keyed statement and these parameters will follow within the
+    // transaction. An engine that has to be waited for asks at once, together with what else is on its way,
+    // and has the answer ready for that call. What this workspace writes into the row until then is seen all
+    // the same; it must not write what makes another row the answer.
+    virtual void prefetch(EngineStatement& /*statement*/, std::span<const Parameter> /*parameters*/) {}
+    // Whether prefetch() does anything now.
+    [[nodiscard]] virtual bool can_prefetch() const { return false; }
     // Whether what is read within the open transaction stays true until this workspace writes: it keeps every
     // other workspace from writing, or does not see what they write.
     [[nodiscard]] virtual bool reads_stay_true() const = 0;

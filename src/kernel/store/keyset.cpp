@@ -201,8 +201,7 @@ void Keyset::note_held() {
 
 Keyset::Taken Keyset::take_equal(FieldValues fields, std::uint64_t& hold) {
     // Where nothing is held yet, nothing shall be for a row that does not exist.
-    const bool at_once =
-        connection_.is_writing() && !has_keys_ && !plan_.translation.ordered && !no_text_can_hold(fields);
+    const bool at_once = connection_.is_writing() && finds_in_table() && !no_text_can_hold(fields);
     if (!at_once) return find_equal(fields) ? take(hold) : Taken::row_is_gone;
     if (connection_.begin_hold(hold)) {
         if (lock_match(fields)) return Taken::yes;
@@ -222,6 +221,13 @@ bool Keyset::lock_match(FieldValues fields) {
     place_ = Place::on_row;
     note_held();
     return true;
+}
+
+void Keyset::prefetch(FieldValues fields, Purpose purpose) {
+    if (!connection_.can_prefetch() || !finds_in_table() || no_text_can_hold(fields)) return;
+    const Search search = search_for(connection_.find_plan(plan_, fields));
+    PlannedStatement& statement = purpose == Purpose::taking ? search.plan->held_first : search.plan->first;
+    connection_.prefetch(statement, search.parameters.span());
 }
 
 void Keyset::fix_order() {

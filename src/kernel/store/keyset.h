@@ -46,6 +46,9 @@ class Keyset final : public RecordSource {
     // find_equal() and take() in one look at the table; row_is_gone: there is none. The row that somebody
     // else has is the current one.
     [[nodiscard]] Taken take_equal(FieldValues fields, std::uint64_t& hold);
+    // find_equal(), or take_equal(), will follow with these fields.
+    enum class Purpose { reading, taking };
+    void prefetch(FieldValues fields, Purpose purpose);
     // The current row is about to be written.
     void fix_order();
     // The current row has just been written: for the caller to put in what it holds now.
@@ -79,6 +82,8 @@ class Keyset final : public RecordSource {
 
     struct Search;
     [[nodiscard]] Search search_for(std::shared_ptr<FindPlan> plan) const;
+    // Whether a find goes to the table at once.
+    [[nodiscard]] bool finds_in_table() const { return !has_keys_ && !plan_.translation.ordered; }
     [[nodiscard]] bool find_planned(std::shared_ptr<FindPlan> plan, bool onward);
     [[nodiscard]] bool find_in_table(Search& search, bool onward);
     [[nodiscard]] bool find_key_by_key(Search& search, std::ptrdiff_t from);

@@ -94,6 +94,9 @@ void Recordset::EditFirst(FieldValues fields) {
 
 bool Recordset::try_edit_first(FieldValues fields) { return state().edit_first(fields); }
 
+void Recordset::PrefetchFirst(FieldValues fields) { state().prefetch(fields, Keyset::Purpose::reading); }
+void Recordset::PrefetchEditFirst(FieldValues fields) { state().prefetch(fields, Keyset::Purpose::taking); }
+
 void Recordset::set(std::string_view name, const Value& value) {
     State& changed = state();
     changed.set(changed.column_to_set(name), value);

@@ -178,6 +178,10 @@ bool Recordset::State::edit_first(FieldValues fields) {
     return true;
 }
 
+void Recordset::State::prefetch(FieldValues fields, Keyset::Purpose purpose) {
+    if (keyset_) keyset_->prefetch(fields, purpose);
+}
+
 void Recordset::State::require_buffer() const {
     if (!buffer_.active()) throw Error(ErrorKind::state, "neither AddNew nor Edit before a field is set");
 }

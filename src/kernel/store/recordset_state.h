@@ -52,6 +52,7 @@ class Recordset::State {
     [[nodiscard]] bool edit();
     // The first row in which each field holds its value; no_match tells that there is none.
     [[nodiscard]] bool edit_first(FieldValues fields);
+    void prefetch(FieldValues fields, Keyset::Purpose purpose);
     void set(int column, const Value& value);
     // As set(column, Value(text)).
     void set_text(int column, std::string_view text);

@@ -11,6 +11,7 @@
 #include "kernel/store/error.h"
 #include "kernel/store/postgresql/postgresql_flavour.h"
 #include "kernel/store/postgresql/postgresql_layout.h"
+#include "kernel/store/postgresql/postgresql_prefetch.h"
 #include "kernel/store/postgresql/postgresql_session.h"
 
 namespace brimley::store {
@@ -73,16 +74,25 @@ class PostgresqlEngine final : public Engine {
 
     void query(EngineStatement& statement, std::span<const Parameter> parameters,
                const RowSink& sink) override {
-        (void)hand_over(static_cast<PostgresqlStatement&>(statement), parameters, sink);
+        auto& prepared = static_cast<PostgresqlStatement&>(statement);
+        if (const PostgresqlResult asked = prefetched(prepared, parameters))
+            (void)hand_over(asked, prepared, sink);
+        else
+            (void)hand_over(prepared, parameters, sink);
     }
 
     WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) override {
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
-        if (prepared.text().effect != StatementEffect::inserts_row) return {run(prepared, parameters), 0};
-        with_key_.assign(parameters.begin(), parameters.end());
-        const RowKey key = next_key();
-        with_key_.emplace_back(key);
-        return {run(prepared, with_key_), key};
+        switch (prepared.text().effect) {
+            case StatementEffect::inserts_row:
+                return insert(prepared, parameters);
+            case StatementEffect::updates_row:
+                prefetch_.note_written(std::get<RowKey>(parameters.back()));
+                return {run(prepared, parameters), 0};
+            default:
+                prefetch_.clear();
+                return {run(prepared, parameters), 0};
+        }
     }
 
     // Everybody may write; only rows are held.
@@ -152,13 +162,41 @@ class PostgresqlEngine final : public Engine {
                   const RowSink& sink) override {
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
         if (span_ == Span::writing && !holds_a_table_) return lock_first_row(prepared, parameters, sink);
+        // A row that was held by somebody else then may be free by now.
+        const PostgresqlResult asked = prefetched(prepared, parameters);
+        if (asked && PQntuples(asked.get()) > 0) return hand_over(asked, prepared, sink) > 0;
         return hand_over(prepared, parameters, sink) > 0;
+    }
+
+    // Before it holds a row, a lock on all tables may be in its way.
+    bool can_prefetch() const override { return span_ == Span::writing && holds_a_table_; }
+
+    void prefetch(EngineStatement& statement, std::span<const Parameter> parameters) override {
+        if (!can_prefetch()) return;
+        auto& prepared = static_cast<PostgresqlStatement&>(statement);
+        prefetch_.add(prepared, parameters, session_.send_ahead(prepared, parameters));
     }
 
     // A row that was read stays as it is only while it is held.
     bool reads_stay_true() const override { return span_ == Span::snapshot; }
 
   private:
+    WriteResult insert(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
+        with_key_.assign(parameters.begin(), parameters.end());
+        const RowKey key = next_key();
+        with_key_.emplace_back(key);
+        return {run(statement, with_key_), key};
+    }
+
+    // Null when it was not asked ahead, or its row has been written since.
+    PostgresqlResult prefetched(const PostgresqlStatement& statement, std::span<const Parameter> parameters) {
+        const auto asked = prefetch_.take(statement, parameters);
+        if (!asked) return nullptr;
+        if (!*asked->answer && session_.unanswered() > 0) (void)session_.finish();
+        if (!*asked->answer || !prefetch_.is_still_true(*asked)) return nullptr;
+        return std::move(*asked->answer);
+    }
+
     int hand_over(PostgresqlStatement& statement, std::span<const Parameter> parameters,
                   const RowSink& sink) {
         session_.send(statement, parameters);
@@ -290,6 +328,7 @@ class PostgresqlEngine final : public Engine {
         span_ = Span::none;
         making_ = false;
         holds_a_table_ = false;
+        prefetch_.clear();
         keys_.clear();
         keys_to_draw_ = kKeysAtFirst;
     }
@@ -312,6 +351,7 @@ class PostgresqlEngine final : public Engine {
     Span span_ = Span::none;
     bool making_;
     bool holds_a_table_ = false;
+    PostgresqlPrefetch prefetch_;
     std::deque<RowKey> keys_;
     std::int64_t keys_to_draw_ = kKeysAtFirst;
     std::vector<Parameter> with_key_;

@@ -47,7 +47,7 @@ void PostgresqlSession::send_preparation(PostgresqlStatement& statement) {
     *statement.name_ = fmt::format("s{}", ++names_given_);
     require_sent(PQsendPrepare(connection_.get(), statement.name_->c_str(), statement.text_.sql.c_str(),
                                static_cast<int>(statement.types_.size()), statement.types_.data()));
-    sent_.push_back({statement.name_, false});
+    sent_.push_back({statement.name_});
 }
 
 void PostgresqlSession::forget_names() {
@@ -68,6 +68,12 @@ PostgresqlSession::Place PostgresqlSession::send(PostgresqlStatement& statement,
                                      encoded.values(), encoded.lengths(), encoded.formats(), kBinary));
     sent_.push_back({nullptr, statement.text_.effect == StatementEffect::updates_row});
     return sent_.size() - 1;
+}
+
+LaterAnswer PostgresqlSession::send_ahead(PostgresqlStatement& statement,
+                                          std::span<const Parameter> parameters) {
+    const Place place = send(statement, parameters);
+    return sent_[place].later = std::make_shared<PostgresqlResult>();
 }
 
 PostgresqlResult PostgresqlSession::answer(const Sent& sent, std::unique_ptr<Error>& failure) {
@@ -95,7 +101,10 @@ PostgresqlResult PostgresqlSession::finish(Place wanted) {
     PostgresqlResult result;
     for (std::size_t i = 0; i < sent.size() && !is_lost(); ++i) {
         PostgresqlResult each = answer(sent[i], failure);
-        if (i == wanted) result = std::move(each);
+        if (sent[i].later && PQresultStatus(each.get()) == PGRES_TUPLES_OK)
+            *sent[i].later = std::move(each);
+        else if (i == wanted)
+            result = std::move(each);
     }
     // What stands behind the last answer is the mark of the end.
     const PostgresqlResult end(is_lost() ? nullptr : PQgetResult(connection_.get()));

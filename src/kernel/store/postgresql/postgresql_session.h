@@ -31,15 +31,20 @@ class PostgresqlStatement final : public EngineStatement {
     PostgresqlStatement& operator=(const PostgresqlStatement&) = delete;
 
     [[nodiscard]] const StatementText& text() const { return text_; }
+    // The server's name for it; empty until it is prepared. No two statements share one.
+    [[nodiscard]] const std::shared_ptr<std::string>& name() const { return name_; }
 
   private:
     friend class PostgresqlSession;
     StatementText text_;
     std::vector<Oid> types_;
-    // The server's name for it; empty until it is prepared. Shared with the session while that waits.
+    // Shared with the session while that waits.
     std::shared_ptr<std::string> name_ = std::make_shared<std::string>();
     std::shared_ptr<ForgottenNames> forgotten_;
 };
+
+// Where the answer to a statement will be. Holds none before it has come, and when the statement has failed.
+using LaterAnswer = std::shared_ptr<PostgresqlResult>;
 
 class PostgresqlSession {
   public:
@@ -55,6 +60,9 @@ class PostgresqlSession {
     using Place = std::size_t;
     // Throws ErrorKind::lost, and ErrorKind::conversion for a value that cannot be sent; then nothing is.
     Place send(PostgresqlStatement& statement, std::span<const Parameter> parameters = {});
+    // As send(); whichever finish() gets the answer puts it there.
+    [[nodiscard]] LaterAnswer send_ahead(PostgresqlStatement& statement,
+                                         std::span<const Parameter> parameters);
     // The answer wanted; without a place the last one.
     PostgresqlResult finish();
     PostgresqlResult finish(Place wanted);
@@ -71,6 +79,7 @@ class PostgresqlSession {
         // Of a statement being prepared: to be emptied when that fails.
         std::shared_ptr<std::string> prepared_name;
         bool must_meet_a_row = false;
+        LaterAnswer later{};
     };
 
     void send_preparation(PostgresqlStatement& statement);

@@ -1,0 +1,63 @@
+#include "kernel/store/postgresql/postgresql_prefetch.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "kernel/store/postgresql/postgresql_values.h"
+
+namespace brimley::store {
+
+namespace {
+
+struct ToValue {
+    Value operator()(std::monostate) const { return {}; }
+    template <class Held>
+    Value operator()(const Held& held) const {
+        return Value(held);
+    }
+};
+
+std::vector<Value> values_of(std::span<const Parameter> parameters) {
+    std::vector<Value> values;
+    for (const Parameter& parameter : parameters)
+        values.push_back(std::visit(ToValue{}, parameter));
+    return values;
+}
+
+}  // namespace
+
+void PostgresqlPrefetch::add(const PostgresqlStatement& statement, std::span<const Parameter> parameters,
+                             LaterAnswer answer) {
+    if (asked_.empty()) written_.clear();
+    asked_.push_back({statement.name(), values_of(parameters), std::move(answer), written_.size()});
+}
+
+void PostgresqlPrefetch::clear() {
+    asked_.clear();
+    written_.clear();
+}
+
+std::optional<PostgresqlPrefetch::Asked> PostgresqlPrefetch::take(const PostgresqlStatement& statement,
+                                                                  std::span<const Parameter> parameters) {
+    if (asked_.empty()) return std::nullopt;
+    const std::vector<Value> values = values_of(parameters);
+    // The latest: nothing has been written since that was not before the others, too.
+    const auto same = [&](const Asked& asked) {
+        return asked.statement == statement.name() && asked.parameters == values;
+    };
+    const auto found = std::find_if(asked_.rbegin(), asked_.rend(), same);
+    if (found == asked_.rend()) return std::nullopt;
+    Asked taken = std::move(*found);
+    asked_.erase(std::next(found).base());
+    return taken;
+}
+
+bool PostgresqlPrefetch::is_still_true(const Asked& asked) const {
+    const PGresult* const rows = asked.answer->get();
+    const std::span written = std::span(written_).subspan(asked.written_before);
+    for (int row = 0; row < PQntuples(rows); ++row)
+        if (std::ranges::find(written, whole_number_cell(rows, row, 0)) != written.end()) return false;
+    return true;
+}
+
+}  // namespace brimley::store

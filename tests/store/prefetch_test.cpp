@@ -1,0 +1,181 @@
+// Rows told ahead: what is answered early must be what a late question would have found.
+#include <gtest/gtest.h>
+
+#include "store/small_company.h"
+#include "support/expect_error.h"
+
+namespace brimley {
+namespace {
+
+using store::ErrorKind;
+using store::Recordset;
+using testing::expect_error;
+using testing::SmallCompany;
+
+class Prefetch : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        for (const char* const doctype : {"first", "ip", "gl", "ck"})
+            company_.add("Counter_table", {{"company", 1}, {"doctype", doctype}, {"nextdocno", 5}});
+    }
+    // A transaction that holds a row already: before, nothing is asked ahead.
+    Recordset begin() {
+        company_.workspace().BeginTrans();
+        Recordset rows = company_.dynaset("SELECT * FROM Counter_table");
+        rows.EditFirst({{"doctype", "first"}});
+        rows.CancelUpdate();
+        return rows;
+    }
+    Recordset theirs() {
+        return other_.database->OpenRecordset("SELECT * FROM Counter_table", store::RecordsetKind::dynaset);
+    }
+    static void set_first(Recordset& rows, std::string_view doctype, int nextdocno) {
+        rows.EditFirst({{"doctype", doctype}});
+        rows.set("nextdocno", nextdocno);
+        rows.Update();
+    }
+    std::string numbers() { return company_.list("SELECT nextdocno FROM Counter_table"); }
+
+    SmallCompany company_;
+    store::OpenCompany other_ = company_.second_user();
+};
+
+TEST_F(Prefetch, RowsAreFoundAndTakenInWhateverOrderTheyAreWanted) {
+    Recordset mine = begin();
+    Recordset read = company_.dynaset("SELECT nextdocno FROM Counter_table");
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.PrefetchEditFirst({{"doctype", "gl"}});
+    read.PrefetchFirst({{"doctype", "ck"}});
+    read.FindFirst({{"doctype", "ck"}});
+    EXPECT_EQ(read.number("nextdocno"), 5);
+    set_first(mine, "gl", 7);
+    EXPECT_EQ(mine.text("doctype"), "gl");
+    set_first(mine, "ip", 6);
+    EXPECT_EQ(mine.text("doctype"), "ip");
+    company_.workspace().CommitTrans();
+    EXPECT_EQ(numbers(), "5 6 7 5");
+}
+
+TEST_F(Prefetch, ChangesNeitherTheCurrentRowNorTheRowBeingEdited) {
+    Recordset mine = begin();
+    mine.EditFirst({{"doctype", "ip"}});
+    mine.set("nextdocno", 6);
+    mine.PrefetchEditFirst({{"doctype", "gl"}});
+    mine.PrefetchFirst({{"doctype", "ck"}});
+    EXPECT_EQ(mine.text("doctype"), "ip");
+    EXPECT_EQ(mine.number("nextdocno"), 6);
+    mine.Update();
+    company_.workspace().CommitTrans();
+    EXPECT_EQ(numbers(), "5 6 5 5");
+}
+
+TEST_F(Prefetch, WhatIsWrittenInBetweenIsSeen) {
+    Recordset mine = begin();
+    Recordset also_mine = company_.dynaset("SELECT nextdocno FROM Counter_table");
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.PrefetchFirst({{"doctype", "gl"}});
+    set_first(also_mine, "ip", 8);
+    set_first(also_mine, "gl", 9);
+    mine.EditFirst({{"doctype", "ip"}});
+    EXPECT_EQ(mine.number("nextdocno"), 8);
+    mine.FindFirst({{"doctype", "gl"}});
+    EXPECT_EQ(mine.number("nextdocno"), 9);
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, RowToldTwiceIsSeenAsItIsEachTime) {
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    set_first(mine, "ip", 6);
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.EditFirst({{"doctype", "ip"}});
+    EXPECT_EQ(mine.number("nextdocno"), 6);
+    mine.set("nextdocno", 7);
+    mine.Update();
+    mine.EditFirst({{"doctype", "ip"}});
+    EXPECT_EQ(mine.number("nextdocno"), 7);
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, WhatAStatementChangesInBetweenIsSeen) {
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.PrefetchFirst({{"doctype", "gl"}});
+    company_.db().Execute("UPDATE Counter_table SET nextdocno = 11 WHERE company = 1");
+    mine.EditFirst({{"doctype", "ip"}});
+    EXPECT_EQ(mine.number("nextdocno"), 11);
+    mine.FindFirst({{"doctype", "gl"}});
+    EXPECT_EQ(mine.number("nextdocno"), 11);
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, RowThatIsNotThereIsNoMatch) {
+    Recordset mine = begin();
+    mine.PrefetchFirst({{"doctype", "xx"}});
+    mine.PrefetchEditFirst({{"doctype", "xx"}});
+    mine.FindFirst({{"doctype", "xx"}});
+    EXPECT_TRUE(mine.NoMatch());
+    mine.EditFirst({{"doctype", "xx"}});
+    EXPECT_TRUE(mine.NoMatch());
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, AnswersEndWithTheirTransaction) {
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.PrefetchFirst({{"doctype", "gl"}});
+    company_.workspace().Rollback();
+    Recordset rows = theirs();
+    set_first(rows, "ip", 6);
+    set_first(rows, "gl", 7);
+    mine = begin();
+    mine.EditFirst({{"doctype", "ip"}});
+    EXPECT_EQ(mine.number("nextdocno"), 6);
+    mine.FindFirst({{"doctype", "gl"}});
+    EXPECT_EQ(mine.number("nextdocno"), 7);
+    company_.workspace().Rollback();
+}
+
+// In a file whoever writes holds every row: there nobody is refused by one row alone.
+TEST_F(Prefetch, OnAServerTheRowIsHeldFromThenOn) {
+    if (!testing::tests_run_on_server()) return;
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.PrefetchEditFirst({{"doctype", "gl"}});
+    mine.EditFirst({{"doctype", "gl"}});
+    Recordset rows = theirs();
+    expect_error(ErrorKind::locked, [&] { rows.EditFirst({{"doctype", "ip"}}); });
+    company_.workspace().Rollback();
+    set_first(rows, "ip", 6);
+    EXPECT_EQ(numbers(), "5 6 5 5");
+}
+
+TEST_F(Prefetch, OnAServerARowHeldByAnotherIsRefusedUntilItIsFree) {
+    if (!testing::tests_run_on_server()) return;
+    other_.workspace->BeginTrans();
+    Recordset rows = theirs();
+    set_first(rows, "ip", 6);
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    EXPECT_FALSE(mine.try_edit_first({{"doctype", "ip"}}));
+    EXPECT_FALSE(mine.NoMatch());
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.EditFirst({{"doctype", "gl"}});
+    other_.workspace->CommitTrans();
+    mine.EditFirst({{"doctype", "ip"}});
+    EXPECT_EQ(mine.number("nextdocno"), 6);
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, OutsideATransactionNothingIsHeld) {
+    Recordset mine = company_.dynaset("SELECT * FROM Counter_table");
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    Recordset rows = theirs();
+    set_first(rows, "ip", 6);
+    mine.EditFirst({{"doctype", "ip"}});
+    EXPECT_EQ(mine.number("nextdocno"), 6);
+    mine.CancelUpdate();
+}
+
+}  // namespace
+}  // namespace brimley
