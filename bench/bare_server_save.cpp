@@ -4,6 +4,7 @@
 #include <libpq-fe.h>
 
 #include <bit>
+#include <chrono>
 #include <regex>
 #include <stdexcept>
 #include <vector>
@@ -44,7 +45,8 @@ struct BareServerSave::Parts : BareRunner {
     PGconn* server = nullptr;
     bool pipelined = false;
     int unanswered = 0;
-    std::int64_t next = 1'000'000;
+    // A run after this one begins higher: no key is written twice.
+    std::int64_t next = std::chrono::system_clock::now().time_since_epoch() / std::chrono::milliseconds(1);
 
     void require(PGresult* result) const {
         const ExecStatusType status = PQresultStatus(result);
