@@ -30,7 +30,7 @@ std::vector<std::string> entered_names(const std::string& prefix) {
     return names;
 }
 
-// Each calls look with the fields by which a row is found, be it now or ahead.
+// The fields that find a row, written once: what is told ahead and what is asked later are the same.
 
 template <class Look>
 auto at_period(const LedgerKey& key, const Look& look) {
@@ -45,12 +45,6 @@ template <class Look>
 auto at_base_period(const LedgerKey& key, const Look& look) {
     return look(store::FieldValues{
         {"fyear", key.fyear}, {"company", key.company}, {"ledgertype", "A"}, {"accno", key.accno}});
-}
-
-template <class Look>
-auto at_earnings_period(const LedgerKey& key, std::string_view earnings_accno, const Look& look) {
-    return look(
-        store::FieldValues{{"fyear", key.fyear}, {"company", key.company}, {"accno", earnings_accno}});
 }
 
 // The place of a period key among what is entered, -1 for an unknown one.
@@ -105,8 +99,8 @@ const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {
 
 bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    at_earnings_period(line.key(), Current_Earnings_accno_,
-                       [&](store::FieldValues fields) { period_rows.EditFirst(fields); });
+    period_rows.EditFirst(
+        {{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (period_rows.NoMatch()) {
         tell(fmt::format("Error : No Retained Earning account {} in Account Balance Period.",
                          Current_Earnings_accno_));
@@ -140,7 +134,7 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
                 period_rows.Update();
             }
         }
-        posted = !goes_to_earnings(line, account_row) ||
+        posted = account_row.text("acctype") != "Income Statement" || line.ledgertype != "A" ||
                  post_period_earnings(period_rows, line, account_row.flag("debit"));
     });
     return posted;
@@ -150,12 +144,6 @@ void ModuleG3::prefetch_balance_period(Recordset& period_rows, const LedgerKey& 
     const auto prefetch = [&](store::FieldValues fields) { period_rows.PrefetchEditFirst(fields); };
     at_period(key, prefetch);
     if (key.ledgertype == "F") at_base_period(key, prefetch);
-}
-
-void ModuleG3::prefetch_earnings_period(Recordset& period_rows, const LedgerKey& key) {
-    if (Current_Earnings_accno_.empty()) return;
-    at_earnings_period(key, Current_Earnings_accno_,
-                       [&](store::FieldValues fields) { period_rows.PrefetchEditFirst(fields); });
 }
 
 void ModuleG3::add_period_rows(const AccountSegments& account, std::string_view currency, int first_year,

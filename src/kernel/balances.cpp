@@ -15,7 +15,7 @@ constexpr int kBalanceRetries = 5;
 
 void add_to(Recordset& row, const char* field, double amount) { row.set(field, row.number(field) + amount); }
 
-// Each calls look with the fields by which a row is found, be it now or ahead.
+// The fields that find a row, written once: what is told ahead and what is asked later are the same.
 
 template <class Look>
 auto at_balance(const LedgerKey& key, const Look& look) {
@@ -28,11 +28,6 @@ auto at_balance(const LedgerKey& key, const Look& look) {
 template <class Look>
 auto at_base_balance(const LedgerKey& key, const Look& look) {
     return look(store::FieldValues{{"company", key.company}, {"ledgertype", "A"}, {"accno", key.accno}});
-}
-
-template <class Look>
-auto at_earnings_balance(std::string_view company, std::string_view earnings_accno, const Look& look) {
-    return look(store::FieldValues{{"company", company}, {"accno", earnings_accno}});
 }
 
 // A caller that has just written a line of the account stands on it already.
@@ -84,8 +79,7 @@ bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
 // kept here.
 bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    at_earnings_balance(line.company, Current_Earnings_accno_,
-                        [&](store::FieldValues fields) { balance_rows.EditFirst(fields); });
+    balance_rows.EditFirst({{"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (balance_rows.NoMatch()) {
         tell(fmt::format("Error : No Current Retained Earning account {} in Account Balance",
                          Current_Earnings_accno_));
@@ -102,7 +96,7 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
         const std::string& accno = line.account.accno;
         if (!post_to_account(balance_rows, line)) return;
         if (!stand_on_account(account_rows, accno)) return;
-        if (goes_to_earnings(line, account_rows) &&
+        if (account_rows.text("acctype") == "Income Statement" && line.ledgertype == "A" &&
             !post_current_earnings(balance_rows, line, account_rows.flag("debit"))) {
             return;
         }
@@ -124,16 +118,6 @@ void ModuleG3::prefetch_balance(Recordset& balance_rows, const LedgerKey& key) {
     const auto prefetch = [&](store::FieldValues fields) { balance_rows.PrefetchEditFirst(fields); };
     at_balance(key, prefetch);
     if (key.ledgertype == "F") at_base_balance(key, prefetch);
-}
-
-void ModuleG3::prefetch_earnings_balance(Recordset& balance_rows, std::string_view company) {
-    if (Current_Earnings_accno_.empty()) return;
-    at_earnings_balance(company, Current_Earnings_accno_,
-                        [&](store::FieldValues fields) { balance_rows.PrefetchEditFirst(fields); });
-}
-
-bool ModuleG3::goes_to_earnings(const GlLine& line, const Recordset& account_row) {
-    return account_row.text("acctype") == "Income Statement" && line.ledgertype == "A";
 }
 
 bool ModuleG3::add_balance_row(const AccountSegments& account, std::string_view currency) {

@@ -11,7 +11,7 @@ namespace {
 
 using store::quoted;
 
-constexpr int kCounterTries = 10;
+constexpr int kCounterRetries = 10;
 // Doubles hold every whole number up to here. A number so long is refused by its length.
 constexpr std::int64_t kNumberMax = 9007199254740992;
 constexpr std::int64_t kWidthMax = 100;
@@ -35,7 +35,7 @@ std::string with_leading_zeros(std::int64_t number, std::size_t width) {
 RowTaken ModuleG3::take_number(const char* query, store::FieldValues counter, const char* field,
                                std::int64_t& number) {
     auto row = change(query);
-    const RowTaken taken = edit_first_with_retry(row, counter, outside_, kCounterTries);
+    const RowTaken taken = edit_first_with_retry(row, counter, outside_, kCounterRetries);
     if (taken != RowTaken::yes) return taken;
     const double next = row.number(field);
     row.set(field, next + 1);

@@ -41,7 +41,6 @@ bool GlLineWriter::find_account(std::string_view accno) {
 bool GlLineWriter::write(const GlLine& line) {
     fill_row(line);
     if (!with_retry(kernel_.outside(), [&] { line_rows_.Update(); })) return false;
-    prefetch_earnings(line);
     if (line.ledgertype == "F" && !open_account_for_currency(line)) return false;
     if (!kernel_.post_balance(balance_rows_, line, account_rows_) ||
         !kernel_.post_balance_period(period_rows_, line, account_rows_)) {
@@ -51,13 +50,6 @@ bool GlLineWriter::write(const GlLine& line) {
     base_difference_ = Round(base_difference_ + side_of(debit) * line.base_amount);
     written_.push_back({line.account.accno, line.base_amount, debit, account_rows_.flag("inactive")});
     return true;
-}
-
-void GlLineWriter::prefetch_earnings(const GlLine& line) {
-    const bool on_account = !account_rows_.at_eof() && account_rows_.text("accno") == line.account.accno;
-    if (!on_account || !ModuleG3::goes_to_earnings(line, account_rows_)) return;
-    kernel_.prefetch_earnings_balance(balance_rows_, line.company);
-    kernel_.prefetch_earnings_period(period_rows_, line.key());
 }
 
 void GlLineWriter::fill_row(const GlLine& line) {

@@ -72,7 +72,6 @@ class GlLineWriter {
 
   private:
     void open_balances();
-    void prefetch_earnings(const GlLine& line);
     void fill_row(const GlLine& line);
     [[nodiscard]] bool open_account_for_currency(const GlLine& line);
 

@@ -114,14 +114,9 @@ class ModuleG3 {
     // left it.
     [[nodiscard]] bool post_balance_period(store::Recordset& period_rows, const GlLine& line,
                                            store::Recordset& account_row);
-    // Whether a line is carried into Current Earnings, too. `account_row` stands on its account.
-    [[nodiscard]] static bool goes_to_earnings(const GlLine& line, const store::Recordset& account_row);
-    // Tell the store that a line of this key will be posted within the transaction: to the rows of its own,
-    // or to those of Current Earnings. The rows are then held as soon as the store likes.
+    // Tell the store that a line of this key will be posted within the transaction.
     static void prefetch_balance(store::Recordset& balance_rows, const LedgerKey& key);
     static void prefetch_balance_period(store::Recordset& period_rows, const LedgerKey& key);
-    void prefetch_earnings_balance(store::Recordset& balance_rows, std::string_view company);
-    void prefetch_earnings_period(store::Recordset& period_rows, const LedgerKey& key);
     // Makes the "F" and "E" rows of an account for a currency in all open fiscal years. False, with nothing
     // done to Balance_table, when the account's "F" row there exists already.
     [[nodiscard]] bool create_foreign_balance_rows(std::string_view accno, std::string_view currency);
@@ -159,8 +154,8 @@ class ModuleG3 {
   private:
     // Takes the number in `field` of the counter's row and moves the counter on. The number is only given
     // when the row was taken.
-    RowTaken take_number(const char* query, store::FieldValues counter, const char* field,
-                         std::int64_t& number);
+    [[nodiscard]] RowTaken take_number(const char* query, store::FieldValues counter, const char* field,
+                                       std::int64_t& number);
     [[nodiscard]] bool post_to_account(store::Recordset& balance_rows, const GlLine& line);
     [[nodiscard]] bool post_current_earnings(store::Recordset& balance_rows, const GlLine& line, bool debit);
     [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);
@@ -179,8 +174,8 @@ class ModuleG3 {
 };
 
 // Takes the first row in which each field holds its value for editing, pessimistically. While another
-// workspace holds it, waits and tries once more, as often as told. Any failure but a lock is thrown: no
-// waiting would help against it.
+// workspace holds it, waits and tries again, at most `retries` times; a row that goes away meanwhile counts
+// as held. Any failure but a lock is thrown: no waiting would help against it.
 [[nodiscard]] RowTaken edit_first_with_retry(store::Recordset& rows, store::FieldValues fields,
                                              Outside& outside, int retries);
 // The account that the row of Account_master_table names, with its segments.

@@ -2,6 +2,8 @@
 
 #include "kernel/ledger_test.h"
 #include "kernel/money.h"
+#include "support/faulty_engine.h"
+#include "support/test_server.h"
 
 namespace brimley::testing {
 
@@ -260,6 +262,50 @@ TEST_F(GlPostings, SharesOfAForeignAllocatedAccountAreRoundedInBothCurrencies) {
                           "5100 {} {} EUR F | 5200 {} {} EUR F",
                           Round(99.99 * 33.33 / 100), Round(123.69 * 33.33 / 100), Round(99.99 * 66.67 / 100),
                           Round(123.69 * 66.67 / 100)));
+}
+
+// On a server: to tell what nobody asks would hold rows for nothing, and to ask what was not told is slow.
+TEST_F(GlPostings, WhatIsToldAheadIsAskedLater) {
+    allocate("5000", "5100", 40);
+    allocate("5000", "5200", 60);
+    const auto faults = std::make_shared<Faults>();
+    faults->listens_ahead = true;
+    const store::OpenCompany listening = company.second_user(faulty(faults));
+    kernel::ModuleG3 its_kernel(listening.database, outside);
+    for (const GlHeader& header : {base_header(), foreign_header(1.25)}) {
+        listening.workspace->BeginTrans();
+        GlPosting posting(its_kernel, header);
+        ASSERT_TRUE(posting.open());
+        const double rate = header.rate_doc_to_base;
+        posting.add("2100", 100, 100 * rate);
+        posting.add("5000", 100, 100 * rate);
+        ASSERT_TRUE(posting.write_lines() && posting.write_rounding() && posting.finish());
+        EXPECT_THAT(faults->told_ahead, IsEmpty());
+        listening.workspace->Rollback();
+    }
+    // Account, allocation, balance and period of two accounts; of the foreign ones the base rows as well.
+    EXPECT_EQ(faults->times_told, 8 + 12);
+}
+
+// Such as a void: in a file nobody else can be at work meanwhile.
+TEST_F(GlPostings, OnAServerItIsNotInTheWayOfWhoTakesTheSameRowsOneByOne) {
+    if (!tests_run_on_server()) return;
+    const store::OpenCompany other = company.second_user();
+    other.workspace->BeginTrans();
+    auto balances =
+        other.database->OpenRecordset("SELECT * FROM Balance_table", store::RecordsetKind::dynaset);
+    ASSERT_TRUE(balances.try_edit_first({{"accno", "2100"}, {"ledgertype", "A"}}));
+    outside.on_wait = [&](int) {
+        auto periods = other.database->OpenRecordset("SELECT * FROM Balance_period_table",
+                                                     store::RecordsetKind::dynaset);
+        EXPECT_TRUE(balances.try_edit_first({{"accno", "5000"}, {"ledgertype", "A"}}));
+        EXPECT_TRUE(periods.try_edit_first({{"accno", "5000"}, {"ledgertype", "A"}}));
+        other.workspace->CommitTrans();
+    };
+    company.workspace().BeginTrans();
+    EXPECT_TRUE(post({{"1000", 50}, {"2100", 150}, {"5000", 100}}));
+    EXPECT_EQ(outside.waits.size(), 1U);
+    company.workspace().CommitTrans();
 }
 
 }  // namespace brimley::testing

@@ -109,6 +109,59 @@ TEST_F(Prefetch, WhatAStatementChangesInBetweenIsSeen) {
     company_.workspace().Rollback();
 }
 
+TEST_F(Prefetch, RowThatIsAddedInBetweenIsTaken) {
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "pp"}});
+    company_.add("Counter_table", {{"company", 1}, {"doctype", "pp"}, {"nextdocno", 3}});
+    mine.EditFirst({{"doctype", "pp"}});
+    ASSERT_FALSE(mine.NoMatch());
+    EXPECT_EQ(mine.number("nextdocno"), 3);
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, RowThatARuleRefusesInBetweenCostsNothing) {
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.PrefetchFirst({{"doctype", "gl"}});
+    Recordset added = company_.dynaset("SELECT * FROM Counter_table WHERE 1 = 2");
+    added.AddNew();
+    added.set("company", 1);
+    added.set("doctype", "ip");
+    expect_error(ErrorKind::constraint, [&] { added.Update(); });
+    mine.FindFirst({{"doctype", "gl"}});
+    EXPECT_EQ(mine.number("nextdocno"), 5);
+    set_first(mine, "ip", 6);
+    company_.workspace().CommitTrans();
+    EXPECT_EQ(numbers(), "5 6 5 5");
+}
+
+TEST_F(Prefetch, MoreThanGoOnOneJourneyAreAllAnswered) {
+    Recordset mine = begin();
+    for (int i = 0; i < 700; ++i) {
+        mine.PrefetchEditFirst({{"doctype", "ip"}});
+        mine.PrefetchFirst({{"doctype", "gl"}});
+    }
+    for (int i = 0; i < 3; ++i) {
+        set_first(mine, "ip", 6 + i);
+        mine.FindFirst({{"doctype", "gl"}});
+        EXPECT_EQ(mine.text("doctype"), "gl");
+    }
+    company_.workspace().CommitTrans();
+    EXPECT_EQ(numbers(), "5 8 5 5");
+}
+
+// A file holds such a text; a server tells so when it is asked for the row.
+TEST_F(Prefetch, ValueThatNoServerHoldsIsToldByTheCallItIsFor) {
+    Recordset mine = begin();
+    mine.PrefetchEditFirst({{"doctype", "\xff"}});
+    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    if (testing::tests_run_on_server())
+        expect_error(ErrorKind::conversion, [&] { mine.EditFirst({{"doctype", "\xff"}}); });
+    set_first(mine, "ip", 6);
+    company_.workspace().CommitTrans();
+    EXPECT_EQ(numbers(), "5 6 5 5");
+}
+
 TEST_F(Prefetch, RowThatIsNotThereIsNoMatch) {
     Recordset mine = begin();
     mine.PrefetchFirst({{"doctype", "xx"}});
@@ -164,6 +217,38 @@ TEST_F(Prefetch, OnAServerARowHeldByAnotherIsRefusedUntilItIsFree) {
     other_.workspace->CommitTrans();
     mine.EditFirst({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 6);
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, OnAServerRowsToldTogetherAreHeldAllOrNone) {
+    if (!testing::tests_run_on_server()) return;
+    other_.workspace->BeginTrans();
+    Recordset rows = theirs();
+    set_first(rows, "ip", 6);
+    Recordset mine = begin();
+    for (const char* const doctype : {"gl", "ip", "ck"})
+        mine.PrefetchEditFirst({{"doctype", doctype}});
+    EXPECT_FALSE(mine.try_edit_first({{"doctype", "ip"}}));
+    set_first(rows, "gl", 7);
+    set_first(rows, "ck", 8);
+    other_.workspace->CommitTrans();
+    mine.EditFirst({{"doctype", "ck"}});
+    EXPECT_EQ(mine.number("nextdocno"), 8);
+    company_.workspace().Rollback();
+}
+
+TEST_F(Prefetch, OnAServerWhatWasReadAheadDoesNotUndoWhatWasTakenSince) {
+    if (!testing::tests_run_on_server()) return;
+    Recordset mine = begin();
+    mine.PrefetchFirst({{"doctype", "gl"}});
+    mine.FindFirst({{"doctype", "ip"}});  // by now both are answered
+    Recordset rows = theirs();
+    set_first(rows, "gl", 7);
+    mine.EditFirst({{"doctype", "gl"}});
+    EXPECT_EQ(mine.number("nextdocno"), 7);
+    mine.CancelUpdate();
+    mine.FindFirst({{"doctype", "gl"}});
+    EXPECT_EQ(mine.number("nextdocno"), 7);
     company_.workspace().Rollback();
 }
 

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "kernel/store/database.h"
 #include "kernel/store/engine.h"
@@ -33,6 +34,11 @@ struct Faults {
     bool engine_fails_itself = false;
     // Which call the last commit was.
     int last_commit = 0;
+    // Whatever the engine thinks of it, it is told ahead what will be asked within a transaction; here is
+    // what has been told and not been asked since.
+    bool listens_ahead = false;
+    std::vector<std::string> told_ahead = {};
+    int times_told = 0;
 
     // Counts from now on and fails at the n-th call.
     void arm(int nth, bool always) {
@@ -58,6 +64,7 @@ class FaultyEngine final : public store::Engine {
                const store::RowSink& sink) override {
         auto& known = static_cast<Statement&>(statement);
         may_fail(known.sql);
+        note_asked(known.sql, parameters);
         engine_->query(*known.prepared, parameters, sink);
     }
     store::WriteResult write(store::EngineStatement& statement,
@@ -84,13 +91,19 @@ class FaultyEngine final : public store::Engine {
     bool lock_row(store::EngineStatement& statement, std::span<const store::Parameter> parameters,
                   const store::RowSink& sink) override {
         auto& known = static_cast<Statement&>(statement);
+        note_asked(known.sql, parameters);
         return !refused(known.sql, true) && engine_->lock_row(*known.prepared, parameters, sink);
     }
     bool reads_stay_true() const override { return engine_->reads_stay_true(); }
-    bool can_prefetch() const override { return engine_->can_prefetch(); }
+    bool can_prefetch() const override { return faults_->listens_ahead || engine_->can_prefetch(); }
     // The call that it is for may fail.
     void prefetch(store::EngineStatement& statement, std::span<const store::Parameter> parameters) override {
-        engine_->prefetch(*static_cast<Statement&>(statement).prepared, parameters);
+        auto& known = static_cast<Statement&>(statement);
+        if (faults_->listens_ahead) {
+            faults_->told_ahead.push_back(question(known.sql, parameters));
+            ++faults_->times_told;
+        }
+        engine_->prefetch(*known.prepared, parameters);
     }
 
   private:
@@ -101,6 +114,20 @@ class FaultyEngine final : public store::Engine {
         std::unique_ptr<store::EngineStatement> prepared;
         std::string sql;
     };
+
+    static std::string question(const std::string& sql, std::span<const store::Parameter> parameters) {
+        std::string text = sql;
+        for (const store::Parameter& parameter : parameters) {
+            const auto* const held = std::get_if<std::string_view>(&parameter);
+            const auto* const number = std::get_if<double>(&parameter);
+            text += '|' + (held ? std::string(*held) : number ? store::shortest_number(*number) : "");
+        }
+        return text;
+    }
+    void note_asked(const std::string& sql, std::span<const store::Parameter> parameters) {
+        if (faults_->told_ahead.empty()) return;
+        std::erase(faults_->told_ahead, question(sql, parameters));
+    }
 
     // Transactions and locks have no text.
     [[nodiscard]] bool next_call_fails(const std::string& sql = {}, bool takes_row = false) {

@@ -79,7 +79,7 @@ class Connection {
                                 const RowSink& sink);
     // As Engine::prefetch().
     void prefetch(PlannedStatement& statement, std::span<const Parameter> parameters);
-    [[nodiscard]] bool can_prefetch() const { return begun_ && engine_->can_prefetch(); }
+    [[nodiscard]] bool can_prefetch() const { return begun_ && !spoiled_ && engine_->can_prefetch(); }
     // Ends what begin_hold() began. Nothing happens when the transaction it was part of is over.
     void release(std::uint64_t& hold);
 

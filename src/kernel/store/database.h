@@ -129,9 +129,10 @@ class Recordset {
     // As EditFirst; false when there is no match, and when another workspace holds the row, which is the
     // current one then.
     [[nodiscard]] bool try_edit_first(FieldValues fields);
-    // Tells that FindFirst, or EditFirst, with these fields will follow within the transaction: a server is
-    // asked at once, and a row to be edited held from then on, so that many rows cost one journey. Changes
-    // nothing else. Until then nothing may be written that would make another row the first match.
+    // Tells that FindFirst, or EditFirst, with these fields will follow within the transaction, so that many
+    // rows cost one journey to a server: it is asked at once. Rows to be edited that are told one after the
+    // other are held from then on all together, or none of them when one is refused. Changes nothing else.
+    // Until then nothing may be written that would make another row the first match of that FindFirst.
     void PrefetchFirst(FieldValues fields);
     void PrefetchEditFirst(FieldValues fields);
     // Stores into the row being added or edited. A number into a text field becomes plain digits ("3", not

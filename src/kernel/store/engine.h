@@ -91,8 +91,9 @@ class Engine {
                                         const RowSink& sink) = 0;
     // Tells that query() or lock_row() with this keyed statement and these parameters will follow within the
     // transaction. An engine that has to be waited for asks at once, together with what else is on its way,
-    // and has the answer ready for that call. What this workspace writes into the row until then is seen all
-    // the same; it must not write what makes another row the answer.
+    // and has the answer ready for that call. The rows for lock_row() that are told one after the other are
+    // held from then on all together, or none of them. What this workspace writes into a row until then is
+    // seen all the same; for query() it must not write what makes another row the answer.
     virtual void prefetch(EngineStatement& /*statement*/, std::span<const Parameter> /*parameters*/) {}
     // Whether prefetch() does anything now.
     [[nodiscard]] virtual bool can_prefetch() const { return false; }

@@ -82,7 +82,7 @@ class Keyset final : public RecordSource {
 
     struct Search;
     [[nodiscard]] Search search_for(std::shared_ptr<FindPlan> plan) const;
-    // Whether a find goes to the table at once.
+    // Whether a find goes to the table, whatever was added.
     [[nodiscard]] bool finds_in_table() const { return !has_keys_ && !plan_.translation.ordered; }
     [[nodiscard]] bool find_planned(std::shared_ptr<FindPlan> plan, bool onward);
     [[nodiscard]] bool find_in_table(Search& search, bool onward);

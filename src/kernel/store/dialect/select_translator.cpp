@@ -230,6 +230,7 @@ void SelectTranslator::write_keyed(SelectTranslation& result, std::string_view k
                     flavour_.parameter(result.by_key.parameters.size(), ParameterKind::row_key));
     result.held_row = result.by_key;
     result.held_row.sql += flavour_.row_lock();
+    result.held_row.holds_row = true;
 }
 
 }  // namespace brimley::store::dialect

@@ -106,10 +106,12 @@ FindTranslation Translator::find(const SelectTranslation& select, std::string_vi
     find.held_first = find.first;
     // Which row it is, is found out before it is held: a row that is passed over must not make room for the
     // next one.
-    if (const std::string lock = flavour_.row_lock(); !lock.empty())
+    if (const std::string lock = flavour_.row_lock(); !lock.empty()) {
+        find.held_first.holds_row = true;
         find.held_first.sql = fmt::format(
             "SELECT {0}, {1} FROM {2} WHERE {0} = (SELECT {0} FROM {2} WHERE {3} ORDER BY {4} LIMIT 1){5}",
             key, select.select_list, select.from, condition, order, lock);
+    }
     find.first_after = {fmt::format("{} AND {} > {} ORDER BY {} LIMIT 1", rows, key, key_parameter, order),
                         parameters.kinds(), true, columns};
     find.keys = {

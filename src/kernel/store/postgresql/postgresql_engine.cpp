@@ -22,7 +22,7 @@ namespace {
 // dropped: so keys grow from one transaction to the next.
 constexpr std::int64_t kKeysAtFirst = 16;
 constexpr std::int64_t kKeysMax = 1024;
-// So many writes are sent before their answers are asked for.
+// So many statements are sent before their answers are asked for.
 constexpr std::size_t kUnansweredMax = 512;
 
 std::string key_drawing(std::int64_t count) {
@@ -75,14 +75,14 @@ class PostgresqlEngine final : public Engine {
     void query(EngineStatement& statement, std::span<const Parameter> parameters,
                const RowSink& sink) override {
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
-        if (const PostgresqlResult asked = prefetched(prepared, parameters))
-            (void)hand_over(asked, prepared, sink);
-        else
-            (void)hand_over(prepared, parameters, sink);
+        PostgresqlResult result = prefetched(prepared, parameters);
+        if (!result) result = ask(prepared, parameters);
+        (void)hand_over(result, prepared, sink);
     }
 
     WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) override {
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
+        end_taking_ahead();
         switch (prepared.text().effect) {
             case StatementEffect::inserts_row:
                 return insert(prepared, parameters);
@@ -132,6 +132,7 @@ class PostgresqlEngine final : public Engine {
     void commit() override {
         PostgresqlResult result;
         try {
+            end_taking_ahead();
             session_.send(*commit_);
             result = session_.finish();
         } catch (const Error& error) {
@@ -162,19 +163,35 @@ class PostgresqlEngine final : public Engine {
                   const RowSink& sink) override {
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
         if (span_ == Span::writing && !holds_a_table_) return lock_first_row(prepared, parameters, sink);
-        // A row that was held by somebody else then may be free by now.
-        const PostgresqlResult asked = prefetched(prepared, parameters);
-        if (asked && PQntuples(asked.get()) > 0) return hand_over(asked, prepared, sink) > 0;
-        return hand_over(prepared, parameters, sink) > 0;
+        PostgresqlResult result = prefetched(prepared, parameters);
+        if (!result) result = ask(prepared, parameters);
+        // What was read of them earlier is no longer to be believed.
+        for (int row = 0; row < PQntuples(result.get()); ++row)
+            prefetch_.note_written(whole_number_cell(result.get(), row, 0));
+        return hand_over(result, prepared, sink) > 0;
     }
 
     // Before it holds a row, a lock on all tables may be in its way.
-    bool can_prefetch() const override { return span_ == Span::writing && holds_a_table_; }
+    bool can_prefetch() const override {
+        return span_ == Span::writing && holds_a_table_ && in_transaction();
+    }
 
     void prefetch(EngineStatement& statement, std::span<const Parameter> parameters) override {
         if (!can_prefetch()) return;
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
-        prefetch_.add(prepared, parameters, session_.send_ahead(prepared, parameters));
+        using Purpose = PostgresqlPrefetch::Purpose;
+        const Purpose purpose = prepared.text().holds_row ? Purpose::taking : Purpose::reading;
+        if (purpose == Purpose::taking && !taking_ahead_) {
+            session_.send(*savepoint_ahead_);
+            taking_ahead_ = true;
+        }
+        try {
+            prefetch_.add(prepared, parameters, purpose, session_.send_ahead(prepared, parameters));
+        } catch (const Error& error) {
+            // A value that no row can hold: the call that this is for will say so.
+            if (error.kind() != ErrorKind::conversion) throw;
+        }
+        if (session_.unanswered() >= kUnansweredMax) (void)session_.finish();
     }
 
     // A row that was read stays as it is only while it is held.
@@ -190,6 +207,8 @@ class PostgresqlEngine final : public Engine {
 
     // Null when it was not asked ahead, or its row has been written since.
     PostgresqlResult prefetched(const PostgresqlStatement& statement, std::span<const Parameter> parameters) {
+        end_taking_ahead();
+        if (!in_transaction()) return nullptr;
         const auto asked = prefetch_.take(statement, parameters);
         if (!asked) return nullptr;
         if (!*asked->answer && session_.unanswered() > 0) (void)session_.finish();
@@ -197,10 +216,23 @@ class PostgresqlEngine final : public Engine {
         return std::move(*asked->answer);
     }
 
-    int hand_over(PostgresqlStatement& statement, std::span<const Parameter> parameters,
-                  const RowSink& sink) {
+    // What was taken ahead stays taken when all of it could be. Who holds some of the rows and waits for
+    // others would be in the way of somebody who takes them one by one, and he in his.
+    void end_taking_ahead() {
+        if (!taking_ahead_) return;
+        taking_ahead_ = false;
+        if (session_.unanswered() > 0) (void)session_.finish();
+        if (!in_transaction()) return;
+        if (!prefetch_.all_taken()) {
+            prefetch_.forget_taken();
+            session_.send(*back_ahead_);
+        }
+        session_.send(*release_ahead_);
+    }
+
+    PostgresqlResult ask(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
         session_.send(statement, parameters);
-        return hand_over(session_.finish(), statement, sink);
+        return session_.finish();
     }
 
     static int hand_over(const PostgresqlResult& result, PostgresqlStatement& statement,
@@ -329,6 +361,7 @@ class PostgresqlEngine final : public Engine {
         making_ = false;
         holds_a_table_ = false;
         prefetch_.clear();
+        taking_ahead_ = false;
         keys_.clear();
         keys_to_draw_ = kKeysAtFirst;
     }
@@ -344,6 +377,10 @@ class PostgresqlEngine final : public Engine {
     std::unique_ptr<PostgresqlStatement> rollback_ = session_.command("ROLLBACK");
     std::unique_ptr<PostgresqlStatement> savepoint_ = session_.command("SAVEPOINT brimley_step");
     std::unique_ptr<PostgresqlStatement> release_ = session_.command("RELEASE SAVEPOINT brimley_step");
+    std::unique_ptr<PostgresqlStatement> savepoint_ahead_ = session_.command("SAVEPOINT brimley_ahead");
+    std::unique_ptr<PostgresqlStatement> release_ahead_ = session_.command("RELEASE SAVEPOINT brimley_ahead");
+    std::unique_ptr<PostgresqlStatement> back_ahead_ =
+        session_.command("ROLLBACK TO SAVEPOINT brimley_ahead");
     std::unique_ptr<PostgresqlStatement> back_ = session_.command("ROLLBACK TO SAVEPOINT brimley_step");
     std::map<std::int64_t, std::unique_ptr<PostgresqlStatement>> draw_keys_;  // by how many are drawn
     std::unique_ptr<PostgresqlStatement> lock_all_;
@@ -352,6 +389,7 @@ class PostgresqlEngine final : public Engine {
     bool making_;
     bool holds_a_table_ = false;
     PostgresqlPrefetch prefetch_;
+    bool taking_ahead_ = false;  // since the savepoint for it was sent, nothing but that was
     std::deque<RowKey> keys_;
     std::int64_t keys_to_draw_ = kKeysAtFirst;
     std::vector<Parameter> with_key_;

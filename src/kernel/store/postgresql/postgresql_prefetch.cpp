@@ -27,9 +27,19 @@ std::vector<Value> values_of(std::span<const Parameter> parameters) {
 }  // namespace
 
 void PostgresqlPrefetch::add(const PostgresqlStatement& statement, std::span<const Parameter> parameters,
-                             LaterAnswer answer) {
+                             Purpose purpose, LaterAnswer answer) {
     if (asked_.empty()) written_.clear();
-    asked_.push_back({statement.name(), values_of(parameters), std::move(answer), written_.size()});
+    asked_.push_back({purpose, statement.name(), values_of(parameters), std::move(answer), written_.size()});
+}
+
+bool PostgresqlPrefetch::all_taken() const {
+    return std::ranges::all_of(asked_, [](const Asked& asked) {
+        return asked.purpose == Purpose::reading || (*asked.answer && PQntuples(asked.answer->get()) > 0);
+    });
+}
+
+void PostgresqlPrefetch::forget_taken() {
+    std::erase_if(asked_, [](const Asked& asked) { return asked.purpose == Purpose::taking; });
 }
 
 void PostgresqlPrefetch::clear() {

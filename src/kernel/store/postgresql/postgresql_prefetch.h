@@ -17,7 +17,9 @@ namespace brimley::store {
 
 class PostgresqlPrefetch {
   public:
+    enum class Purpose { reading, taking };
     struct Asked {
+        Purpose purpose;
         std::shared_ptr<const std::string> statement;  // its name
         std::vector<Value> parameters;
         LaterAnswer answer;
@@ -25,8 +27,12 @@ class PostgresqlPrefetch {
     };
 
     // The statement is keyed, and has been sent with these parameters.
-    void add(const PostgresqlStatement& statement, std::span<const Parameter> parameters, LaterAnswer answer);
-    // This workspace writes the row.
+    void add(const PostgresqlStatement& statement, std::span<const Parameter> parameters, Purpose purpose,
+             LaterAnswer answer);
+    // Whether each row to be taken has been. Everything sent has been answered.
+    [[nodiscard]] bool all_taken() const;
+    void forget_taken();
+    // This workspace writes the row, or has taken it as it stands now.
     void note_written(RowKey key) {
         if (!asked_.empty()) written_.push_back(key);
     }
@@ -35,7 +41,7 @@ class PostgresqlPrefetch {
     // What was asked with the statement and these parameters, which is forgotten here.
     [[nodiscard]] std::optional<Asked> take(const PostgresqlStatement& statement,
                                             std::span<const Parameter> parameters);
-    // Whether none of the rows answered has been written since. Before the next take().
+    // Whether none of the rows answered has been written since. Directly behind take().
     [[nodiscard]] bool is_still_true(const Asked& asked) const;
 
   private:
