@@ -35,7 +35,7 @@ class TemplateFaults : public ::testing::Test {
 
 // More engine calls of this save than these give it up when they fail; a counter that cannot be taken is
 // tried again.
-constexpr int kFewestFailures = 5;
+constexpr int kFewestFailures = 6;
 
 TEST_F(TemplateFaults, IoFailureOnceLeavesNothing) {
     EXPECT_GT(sweep(store::ErrorKind::io, false), kFewestFailures);
@@ -54,7 +54,8 @@ TEST_F(TemplateFaults, ConstraintFailureForGoodLeavesNothing) {
 }
 
 TEST_F(TemplateFaults, LockOnceLeavesNothingOrIsRetried) {
-    EXPECT_GT(sweep(store::ErrorKind::locked, false), kFewestFailures);
+    // One fewer: a lock that goes away while a counter is taken is waited out.
+    EXPECT_GE(sweep(store::ErrorKind::locked, false), kFewestFailures);
 }
 
 TEST_F(TemplateFaults, LockForGoodLeavesNothing) {

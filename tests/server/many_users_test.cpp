@@ -157,6 +157,23 @@ TEST_F(ManyUsers, ConnectionThatBreaksWithinATransactionTakesItAlong) {
     EXPECT_EQ(numbers(), "5 5");
 }
 
+// The commit was not sent: nothing is in doubt.
+TEST_F(ManyUsers, ConnectionThatBreaksUnderRowsToldAheadIsLost) {
+    one_.workspace->BeginTrans();
+    Recordset mine =
+        one_.database->OpenRecordset("SELECT * FROM Counter_table", store::RecordsetKind::dynaset);
+    mine.EditFirst({{"doctype", "ip"}});
+    mine.set("nextdocno", 6);
+    mine.Update();
+    mine.PrefetchEditFirst({{"doctype", "gl"}});
+    break_connections();
+    expect_error(ErrorKind::lost, [&] { one_.workspace->CommitTrans(); });
+    EXPECT_EQ(one_.workspace->connection_state(), store::ConnectionState::lost);
+    one_.workspace->Rollback();
+    company_.reopen({});
+    EXPECT_EQ(numbers(), "5 5");
+}
+
 TEST_F(ManyUsers, CommitWithoutAnAnswerIsInDoubtAndNeverRepeated) {
     one_.workspace->BeginTrans();
     Recordset mine = counter(one_, "ip");

@@ -130,9 +130,9 @@ class PostgresqlEngine final : public Engine {
     }
 
     void commit() override {
+        end_taking_ahead();  // what fails here has not met the commit
         PostgresqlResult result;
         try {
-            end_taking_ahead();
             session_.send(*commit_);
             result = session_.finish();
         } catch (const Error& error) {
@@ -179,14 +179,12 @@ class PostgresqlEngine final : public Engine {
     void prefetch(EngineStatement& statement, std::span<const Parameter> parameters) override {
         if (!can_prefetch()) return;
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
-        using Purpose = PostgresqlPrefetch::Purpose;
-        const Purpose purpose = prepared.text().holds_row ? Purpose::taking : Purpose::reading;
-        if (purpose == Purpose::taking && !taking_ahead_) {
+        if (prepared.text().holds_row && !taking_ahead_) {
             session_.send(*savepoint_ahead_);
             taking_ahead_ = true;
         }
         try {
-            prefetch_.add(prepared, parameters, purpose, session_.send_ahead(prepared, parameters));
+            prefetch_.add(prepared, parameters, session_.send_ahead(prepared, parameters));
         } catch (const Error& error) {
             // A value that no row can hold: the call that this is for will say so.
             if (error.kind() != ErrorKind::conversion) throw;
@@ -389,7 +387,7 @@ class PostgresqlEngine final : public Engine {
     bool making_;
     bool holds_a_table_ = false;
     PostgresqlPrefetch prefetch_;
-    bool taking_ahead_ = false;  // since the savepoint for it was sent, nothing but that was
+    bool taking_ahead_ = false;  // its savepoint has been sent, and nothing was written since
     std::deque<RowKey> keys_;
     std::int64_t keys_to_draw_ = kKeysAtFirst;
     std::vector<Parameter> with_key_;

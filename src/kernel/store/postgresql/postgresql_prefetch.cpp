@@ -27,19 +27,20 @@ std::vector<Value> values_of(std::span<const Parameter> parameters) {
 }  // namespace
 
 void PostgresqlPrefetch::add(const PostgresqlStatement& statement, std::span<const Parameter> parameters,
-                             Purpose purpose, LaterAnswer answer) {
+                             LaterAnswer answer) {
     if (asked_.empty()) written_.clear();
-    asked_.push_back({purpose, statement.name(), values_of(parameters), std::move(answer), written_.size()});
+    asked_.push_back({statement.text().holds_row, statement.name(), values_of(parameters), std::move(answer),
+                      written_.size()});
 }
 
 bool PostgresqlPrefetch::all_taken() const {
     return std::ranges::all_of(asked_, [](const Asked& asked) {
-        return asked.purpose == Purpose::reading || (*asked.answer && PQntuples(asked.answer->get()) > 0);
+        return !asked.takes_row || (*asked.answer && PQntuples(asked.answer->get()) > 0);
     });
 }
 
 void PostgresqlPrefetch::forget_taken() {
-    std::erase_if(asked_, [](const Asked& asked) { return asked.purpose == Purpose::taking; });
+    std::erase_if(asked_, [](const Asked& asked) { return asked.takes_row; });
 }
 
 void PostgresqlPrefetch::clear() {

@@ -17,9 +17,8 @@ namespace brimley::store {
 
 class PostgresqlPrefetch {
   public:
-    enum class Purpose { reading, taking };
     struct Asked {
-        Purpose purpose;
+        bool takes_row = false;
         std::shared_ptr<const std::string> statement;  // its name
         std::vector<Value> parameters;
         LaterAnswer answer;
@@ -27,8 +26,7 @@ class PostgresqlPrefetch {
     };
 
     // The statement is keyed, and has been sent with these parameters.
-    void add(const PostgresqlStatement& statement, std::span<const Parameter> parameters, Purpose purpose,
-             LaterAnswer answer);
+    void add(const PostgresqlStatement& statement, std::span<const Parameter> parameters, LaterAnswer answer);
     // Whether each row to be taken has been. Everything sent has been answered.
     [[nodiscard]] bool all_taken() const;
     void forget_taken();
