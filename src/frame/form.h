@@ -110,6 +110,11 @@ class Form : public std::enable_shared_from_this<Form> {
     void read_rights() { kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, rights_); }
     void notify(const std::string& formx, const std::string& docnox = {}, const std::string& arg2 = {});
     void tell(const std::string& text) { desk_.message(text); }
+    // Shows the message and returns false, as a check that has failed does.
+    [[nodiscard]] bool refuse(const std::string& text) {
+        tell(text);
+        return false;
+    }
     // Of an act that was not stored. When nobody knows whether it was, the command's end tells that instead.
     void tell_failure(const std::string& text) {
         if (connection_state() != store::ConnectionState::in_doubt) tell(text);
@@ -150,6 +155,8 @@ class Form : public std::enable_shared_from_this<Form> {
     presentation::Palette palette_{};
 
   private:
+    friend class FormPart;  // the pieces that forms are made of have the services above
+
     [[nodiscard]] store::ConnectionState connection_state() const;
     void tell_of_connection();
     void about();

@@ -195,7 +195,6 @@ class APform_payment : public frame::DocumentForm {
     [[nodiscard]] bool validate_check(CheckedPayment& payment);
     [[nodiscard]] bool find_account_to_credit(CheckedPayment& payment);
     [[nodiscard]] bool validate_period();
-    [[nodiscard]] bool refuse(const std::string& text);
     [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
                                                                const char* missing);
     void compute_payment_base();

@@ -15,11 +15,6 @@ using store::DateTime;
 using store::quoted;
 using store::Recordset;
 
-bool APform_payment::refuse(const std::string& text) {
-    tell(text);
-    return false;
-}
-
 // --- validation: one message at a time, and nothing is written before it ends ---
 
 std::optional<DateTime> APform_payment::required_date(const controls::DateField& field, const char* missing) {
