@@ -4,10 +4,27 @@
 #include <fmt/format.h>
 
 #include "kernel/money.h"
+#include "kernel/user_dates.h"
 
 namespace brimley::frame {
 
 using controls::Control;
+
+DocumentForm::DocumentForm(const FormIdentity& identity, HostContext context,
+                           std::shared_ptr<kernel::ModuleG3> kernel, Desk& desk, const WalkTables& tables)
+    : GridForm(identity, std::move(context), std::move(kernel), desk), documents(*this, tables) {
+    for (controls::Control* hidden : {&txtfkey, &txtglfkey, &txtdoctype})
+        hidden->set_visible(false);
+    // These boxes show the state of a document; nobody ticks them.
+    for (controls::CheckBox* box : {&chkprint, &chkvoid})
+        box->set_locked(true);
+    txtdocno.on_enter = [this] {
+        if (mode() == Mode::read) Recordx();
+    };
+    txtdocno.on_leave = [this] {
+        if (mode() == Mode::read) static_cast<void>(validate_docno());
+    };
+}
 
 namespace {
 
@@ -52,8 +69,17 @@ void DocumentForm::set_all_fields(FieldState state) {
             return controls::same_ignoring_case(name.substr(0, kind.size()), kind);
         };
         if (!starts_with("txt") && !starts_with("cmb") && !starts_with("rbox")) continue;
-        set_field(*control, control->container() == &frame_font ? FieldState::open : state);
+        set_field(*control, control->container() == &font_bar.frame_font ? FieldState::open : state);
     }
+}
+
+void DocumentForm::open_only(std::initializer_list<Control*> fields) {
+    const auto docno_colour = txtdocno.back_colour();
+    set_all_fields(FieldState::read_only);
+    txtdocno.set_back_colour(docno_colour);
+    for (Control* field : fields)
+        set_field(*field, FieldState::open);
+    set_lines_editable(false);
 }
 
 void DocumentForm::set_lines_editable(bool editable) {
@@ -147,7 +173,7 @@ void DocumentForm::press_save() {
 }
 
 void DocumentForm::CommandBars1_Execute(int id) {
-    if (execute_common(id) || execute_font(id)) return;
+    if (execute_of_grid_form(id)) return;
     const bool reading = mode() == Mode::read;
     switch (id) {
         case command::kSave:
@@ -188,22 +214,44 @@ void DocumentForm::CommandBars1_Execute(int id) {
     }
 }
 
-bool DocumentForm::draw_number(kernel::ModuleG3::TooLongMessage too_long) {
-    const std::string& doctype = txtdoctype.text();
-    const auto numbers = kernel().get_next_number(cmbcompany.text(), doctype, cmbfyear.text());
-    if (!numbers) return false;
-    txtdocno.set(kernel().format_docno(doctype, numbers->nextdocno, cmbfyear.text()));
-    if (!kernel().docno_fits(txtdocno.text(), too_long)) return false;
-    txtfkey.set(kernel::ModuleG3::make_fkey(cmbcompany.text(), doctype, numbers->fkeyno));
-    return true;
-}
-
 bool DocumentForm::on_saved_document() const {
     return !txtdocno.empty() && txtdocno.text() != kNewDocno && !txtfkey.empty();
 }
 
 void DocumentForm::findGL() {
     if (on_saved_document() && !txtglfkey.empty()) notify("G/L Ledger Review", txtglfkey.text());
+}
+
+std::optional<store::DateTime> DocumentForm::date_in(const controls::TextField& field) const {
+    return kernel::try_user_date(field.text(), context().BRIMLEY_DATE_FORMAT);
+}
+
+std::optional<store::DateTime> DocumentForm::required_date(const controls::DateField& field,
+                                                           const char* missing) {
+    const std::string& text = field.text();
+    if (text.find('/') == text.rfind('/')) {  // no date at all; whatever else is wrong the parser reports
+        tell(missing);
+        return std::nullopt;
+    }
+    return kernel::parse_user_date(text, context().BRIMLEY_DATE_FORMAT, desk());
+}
+
+void DocumentForm::take_period_of(const controls::DateField& field) {
+    step("period of a date", [&] {
+        const auto date = date_in(field);
+        if (!date) return;
+        const auto found = kernel().get_fiscal_period(*date);
+        if (!found) return;
+        cmbperiod.set(std::to_string(found->period));
+        cmbfyear.set(found->fyear);
+    });
+}
+
+store::Recordset DocumentForm::rates_of_currency(const std::optional<store::DateTime>& until) {
+    std::string query = fmt::format("SELECT * FROM Exchange_rate_table WHERE currency = {}",
+                                    store::quoted(cmbcurrency.text()));
+    if (until) query += " AND rate_date <= " + store::date_value(*until);
+    return kernel().read(query + " ORDER BY rate_date");
 }
 
 void DocumentForm::fill_common_combos() {
@@ -226,7 +274,7 @@ void DocumentForm::fill_common_combos() {
     for (int period = 1; period <= last_period; ++period)
         periods.push_back({std::to_string(period)});
     cmbperiod.set_items(periods);
-    fill_font_bar();
+    font_bar.fill();
 }
 
 }  // namespace brimley::frame

@@ -1,15 +1,19 @@
 // The frame of the forms that enter and show documents: fields, modes, transitions, walking.
 //
-// A document form is in exactly one of Read, New and Edit (Form::mode). Documents of a kind are walked by the
-// number in their fkey
-// ("1ip-57"), from the counter downwards or step by step over gaps, never by docno and never by a sorted
-// query, so that a step costs the same however many documents are stored.
+// A document form is in exactly one of Read, New and Edit (Form::mode):
 //
-// A form fills in the variable points below and its own commands; what a transition does, and in which order,
-// stands here once.
+//            105 New            106 Edit, unless edit_refusal
+//     Read ----------> New      Read ----------> Edit
+//     Read <---------- New      Read <---------- Edit
+//          saved, or not wanted      saved, or not wanted
+//
+// Documents of a kind are walked by the number in their keys (frame/document_walk.h). A form fills in the
+// variable points below and its own commands; what a transition does, and in which order, stands here once.
+// What a form saves, posts and voids are parts of it (frame/document_part.h, frame/document_save.h).
 #pragma once
 
-#include "frame/form.h"
+#include "frame/document_walk.h"
+#include "frame/grid_form.h"
 #include "kernel/gl_posting.h"
 #include "kernel/gl_reversal.h"
 
@@ -17,20 +21,10 @@ namespace brimley::frame {
 
 inline constexpr const char* kNewDocno = "** New **";
 
-// The tables and the number field that a form walks at the moment.
-struct WalkTables {
-    const char* header = "AP_header_table";
-    const char* lines = "AP_transaction_table";
-    const char* number_field = "docno";
-    // Of the lines of a document. By value, so that line 10 stands behind line 9.
-    const char* line_order = "VAL(pay_item)";
-    // What a document found by its number must meet besides, where a table holds several kinds.
-    const char* own_kind = "";
-};
-
-class DocumentForm : public Form {
+class DocumentForm : public GridForm {
   public:
-    using Form::Form;
+    DocumentForm(const FormIdentity& identity, HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+                 Desk& desk, const WalkTables& tables = {});
 
     // --- fields that every document form has ---
     controls::TextField txtdocno{controls_, "txtdocno"};
@@ -48,47 +42,21 @@ class DocumentForm : public Form {
     controls::TextField txtsource_docno{controls_, "txtsource_docno"};
     controls::CheckBox chkprint{controls_, "chkprint", "Printed"};
     controls::CheckBox chkvoid{controls_, "chkvoid", "Void"};
-    controls::Grid dbgrid1{controls_, "dbgrid1"};
-    controls::Frame frame_font{controls_, "frame_font", "Font"};
-    controls::ComboBox cmbselcol{controls_, "cmbselcol"};
-    controls::ComboBox cmbitfont{controls_, "cmbitfont"};
-    controls::ComboBox cmbitcolor{controls_, "cmbitcolor", "0;1000;<;|1;2000;<;"};
-    controls::ComboBox cmbfont_size{controls_, "cmbfont_size"};
-    controls::Frame frame_status{controls_, "frame_status"};
 
     // --- what hosts steer ---
     virtual void last_record();
     virtual void next_record();
     virtual void previous_record();
-    // Shows the document named in txtdocno.
-    void Recordx();
-    // Shows the document whose key stands in txtfkey.
-    void Recordx_fkey();
+    // Shows the document named in txtdocno: without a name the last one. A name that is not found is
+    // reported, and the document that was on screen comes back.
+    virtual void Recordx();
+    // The same for the document whose key is in txtfkey.
+    virtual void Recordx_fkey();
     virtual void grid_readmode();
     virtual void grid_newmode();
     // Everything opens but the number; a form closes what an edit may not touch.
     virtual void grid_editmode();
     virtual void gencode_new() = 0;
-
-    // --- the font bar (font_bar.cpp) ---
-    [[nodiscard]] bool font_bar_shown() const override {
-        return Form::font_bar_shown() || frame_font.visible();
-    }
-    // Each changes all columns of dbgrid1, or those that the user has selected, or the current one when none
-    // is selected: cmbselcol tells.
-    void font_bold();
-    void font_italic();
-    void font_underline();
-    void font_align_left() { align(controls::Alignment::left); }
-    void font_align_center() { align(controls::Alignment::centre); }
-    void font_align_right() { align(controls::Alignment::right); }
-    void cmbfont_size_itemchange();
-    void cmbitfont_itemchange();
-    void cmbitcolor_itemchange();
-    // Keeps the fonts of the columns for everybody. Tells that it did, whether or not it could.
-    void cmdsave_font_Click();
-    // Back to the fonts last saved.
-    void cmdrestore_font_click();
 
   protected:
     // --- variable points ---
@@ -98,7 +66,8 @@ class DocumentForm : public Form {
     virtual void init_grid() = 0;
     // The doctype that the walk is about; may set txtdoctype.
     [[nodiscard]] virtual std::string doctype_of_walk() = 0;
-    [[nodiscard]] virtual WalkTables walk_tables() const { return {}; }
+    // What is walked and looked up at the moment. A form of one kind of documents has one walk.
+    [[nodiscard]] virtual DocumentWalk& walk() { return documents; }
     virtual void clear_box() = 0;
     virtual void assign2control(store::Recordset& header) = 0;
     virtual void assign2_dbgrid1(store::Recordset& lines) = 0;
@@ -108,15 +77,6 @@ class DocumentForm : public Form {
     [[nodiscard]] virtual bool Update_record() = 0;
     // Why the document on screen may not be edited, as a message; empty when it may.
     [[nodiscard]] virtual std::string edit_refusal() = 0;
-    // Opens the document that txtdocno names, unless it is on screen already. False, after its message, when
-    // there is none.
-    [[nodiscard]] bool validate_docno();
-    // Takes the next number and key of txtdoctype: txtdocno and txtfkey are the new document's then. False,
-    // after the message of the counters, when there is none. Inside the caller's transaction.
-    [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long);
-    // False, after its message, when a number was typed over the one of the document on screen and not found:
-    // what is done to that document must not go under it. A document that is gone is told of by the act.
-    [[nodiscard]] bool bears_its_number();
     // The first line of the entry holds something.
     [[nodiscard]] virtual bool entry_has_data() = 0;
     // The "Open Invoice Only" view: true when it has taken the step.
@@ -133,62 +93,76 @@ class DocumentForm : public Form {
     // A command that only this form has.
     virtual void execute_own(int id) = 0;
 
+    // --- shared procedures ---
+
     // The part of Form_Load that all document forms share, in its order; each step with errors ignored.
     void load_document_form();
     void read_gain_and_loss();
+    void CommandBars1_Execute(int id) override;
+    void fill_common_combos();
+    void findGL();
+
+    // A document's number and key are on screen, as those of one that is stored.
+    [[nodiscard]] bool on_saved_document() const;
+    // New or Edit.
+    [[nodiscard]] bool entering() const { return mode() != Mode::read; }
+    // The document's currency is not the base currency.
+    [[nodiscard]] bool foreign() const { return cmbcurrency.text() != context().BASE_CURRENCY; }
+    // Period and year of the date in the field. An empty or unfinished date leaves them as they are.
+    void take_period_of(const controls::DateField& field);
+    // The stored rates of the currency on screen, oldest first, up to a date if one is given.
+    [[nodiscard]] store::Recordset rates_of_currency(const std::optional<store::DateTime>& until);
+    // The date in a field; nothing, without a message, when there is none or it is no date.
+    [[nodiscard]] std::optional<store::DateTime> date_in(const controls::TextField& field) const;
+    // The same after a message: `missing` when no date was given, the kernel's words when it is no date.
+    [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
+                                                               const char* missing);
+
+    // Every control whose name begins with one of the prefixes of fields, in any case of letters.
+    enum class FieldState { open, read_only };
+    void set_all_fields(FieldState state);
+    static void set_field(controls::Control& field, FieldState state);
+    // All but these are read only, and the lines are not to be changed.
+    void open_only(std::initializer_list<controls::Control*> fields);
+    void set_lines_editable(bool editable);
+
+    // --- showing documents (document_show.cpp) ---
+
+    // Shows a header row with its lines. The screen is cleared only now, when the row was found.
+    void show_document(store::Recordset& header) { show_document(header, walk()); }
+    void show_document(store::Recordset& header, const DocumentWalk& its_walk);
+    // Shows the first document that the criteria name, for the text that the user or host gave: without a
+    // text the last one, and when there is none says so and returns to the document on screen.
+    void show_named(const std::string& text, const std::string& criteria);
+    // False when showing a document broke off in the middle: what is on the screen must not be saved or
+    // voided then.
+    [[nodiscard]] bool shown_whole() const { return shown_whole_; }
+    // Opens the document that txtdocno names, unless it is on screen already. False, after its message, when
+    // there is none.
+    [[nodiscard]] bool validate_docno();
+    // False, after its message, when a number was typed over the one of the document on screen and not found:
+    // what is done to that document must not go under it. A document that is gone is reported by the act.
+    [[nodiscard]] bool has_its_number();
+
+    // --- what a document on screen means to the ledger (document_posting.cpp) ---
+
+    // Takes the next number and key of txtdoctype: txtdocno and txtfkey are the new document's then. False,
+    // after the message of the counters, when there is none. Inside the caller's transaction.
+    [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long);
     // What a GL document of what is on screen says of it, and the reversal of the one that txtglfkey names.
     // The form adds its remark, its texts and what it does differently.
     [[nodiscard]] kernel::GlHeader gl_document(const char* source, store::DateTime gldate);
     [[nodiscard]] kernel::GlReversal gl_reversal(const char* source,
                                                  kernel::ModuleG3::TooLongMessage too_long);
 
-    void CommandBars1_Execute(int id) override;
-    // The commands of every document form with the form's own, by their ids. One of the form's takes the
-    // place of the common one with its id.
-    void add_commands(std::vector<controls::Command> own);
-    void findGL();
-    void fill_common_combos();
-    // The font bar shows how the column looks that the user has come to.
-    void dbgrid1_RowColChange(int old_column);
-    [[nodiscard]] bool on_saved_document() const;
-
-    // Every control whose name begins with one of the prefixes, in upper case.
-    enum class FieldState { open, read_only };
-    void set_all_fields(FieldState state);
-    static void set_field(controls::Control& field, FieldState state);
-    void set_lines_editable(bool editable);
-
-    // Shows a header row with its lines. The screen is cleared only now, when the row was found.
-    void show_document(store::Recordset& header) { show_document(header, walk_tables()); }
-    void show_document(store::Recordset& header, const WalkTables& tables);
-    // False when showing a document broke off in the middle: what stands on the screen must not be saved or
-    // voided then.
-    [[nodiscard]] bool shown_whole() const { return shown_whole_; }
-    [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey, const WalkTables& tables);
-    // The number last given to a document of the kind; 0: none was given yet.
-    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype);
-    // The newest stored header of a kind, looked for from this number down; from here on next_record goes up
-    // to it. Nothing when none of the numbers is stored.
-    [[nodiscard]] std::optional<store::Recordset> newest_header(const std::string& doctype,
-                                                                std::int64_t last_no,
-                                                                const WalkTables& tables);
-
-    std::int64_t fkey_last_no = 0;
+    DocumentWalk documents;
     std::string gain_accno, loss_accno;  // GL realized gain and loss accounts
 
-    // Shows the first document that the criteria name, for the text that the user or host gave: without a
-    // text the last one, and when there is none says so and returns to the document on screen.
-    void show_named(const std::string& text, const std::string& criteria);
-
   private:
+    friend class DocumentPart;
+
     bool show_where(const std::string& criteria);
-    // The first stored header from number n on, up (1) or down (-1), that is not beyond last_no. A long run
-    // of missing numbers is jumped over: an import may have moved a counter far ahead.
-    [[nodiscard]] std::optional<store::Recordset> nearest_header(const std::string& prefix, std::int64_t n,
-                                                                 int direction, std::int64_t last_no,
-                                                                 const WalkTables& tables);
-    [[nodiscard]] std::optional<std::int64_t> stored_number_beyond(const std::string& prefix, std::int64_t n,
-                                                                   int direction, const WalkTables& tables);
+    void return_to_document_on_screen();
     void press_new();
     void press_edit();
     void begin_edit();
@@ -197,19 +171,8 @@ class DocumentForm : public Form {
     void step_record(int direction);
     void leave_mode(int pressed_command);
 
-    // font_bar.cpp
-    void fill_font_bar();
-    [[nodiscard]] bool execute_font(int id);
-    [[nodiscard]] std::vector<int> columns_to_style() const;
-    void style_columns(const std::function<void(controls::GridColumn&)>& change);
-    // The new state of the command.
-    bool toggle(int command);
-    void align(controls::Alignment alignment);
-    void show_alignment(controls::Alignment alignment);
-
     std::string shown_fkey_;  // the document on screen
     bool shown_whole_ = true;
-    std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
 };
 
 }  // namespace brimley::frame

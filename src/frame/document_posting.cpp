@@ -4,6 +4,16 @@
 
 namespace brimley::frame {
 
+bool DocumentForm::draw_number(kernel::ModuleG3::TooLongMessage too_long) {
+    const std::string& doctype = txtdoctype.text();
+    const auto numbers = kernel().get_next_number(cmbcompany.text(), doctype, cmbfyear.text());
+    if (!numbers) return false;
+    txtdocno.set(kernel().format_docno(doctype, numbers->nextdocno, cmbfyear.text()));
+    if (!kernel().docno_fits(txtdocno.text(), too_long)) return false;
+    txtfkey.set(kernel::ModuleG3::make_fkey(cmbcompany.text(), doctype, numbers->fkeyno));
+    return true;
+}
+
 kernel::GlHeader DocumentForm::gl_document(const char* source, store::DateTime gldate) {
     kernel::GlHeader header;
     header.company = cmbcompany.text();

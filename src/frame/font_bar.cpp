@@ -1,9 +1,7 @@
-// The font bar: font, size, colour, style and alignment of the columns of dbgrid1.
-//
-// A change is seen at once and kept until the form closes; only Save Font writes it to the company.
+#include "frame/font_bar.h"
+
 #include <algorithm>
 
-#include "frame/document_form.h"
 #include "kernel/money.h"
 #include "presentation/grid_layout.h"
 #include "presentation/pickers.h"
@@ -28,7 +26,21 @@ constexpr AlignmentCommand kAlignmentCommands[] = {{command::kAlignLeft, Alignme
 
 }  // namespace
 
-void DocumentForm::fill_font_bar() {
+FontBar::FontBar(Form& form, controls::Grid& grid)
+    : FormPart(form),
+      frame_font(form.controls(), "frame_font", "Font"),
+      cmbselcol(form.controls(), "cmbselcol"),
+      cmbitfont(form.controls(), "cmbitfont"),
+      cmbitcolor(form.controls(), "cmbitcolor", "0;1000;<;|1;2000;<;"),
+      cmbfont_size(form.controls(), "cmbfont_size"),
+      bars_(form.CommandBars1()),
+      grid_(grid) {
+    for (controls::ComboBox* combo : {&cmbselcol, &cmbitfont, &cmbitcolor, &cmbfont_size})
+        combo->lies_in(frame_font);
+    frame_font.set_visible(false);
+}
+
+void FontBar::fill() {
     cmbselcol.set_items({{kAllColumns}, {kSelectedColumns}});
     cmbselcol.set(kAllColumns);
     cmbfont_size.set_items(
@@ -42,74 +54,74 @@ void DocumentForm::fill_font_bar() {
 }
 
 // The columns that the font bar is about, by their places in the grid's array.
-std::vector<int> DocumentForm::columns_to_style() const {
-    const std::vector<int> seen = dbgrid1.column_order();
+std::vector<int> FontBar::columns_to_style() const {
+    const std::vector<int> seen = grid_.column_order();
     if (cmbselcol.text() == kAllColumns) return seen;
     const int last = static_cast<int>(seen.size()) - 1;
-    if (const auto selected = dbgrid1.selected_columns()) {
+    if (const auto selected = grid_.selected_columns()) {
         const int from = std::max(std::min(selected->from, selected->to), 0);
         const int to = std::min(std::max(selected->from, selected->to), last);
         return from > to ? std::vector<int>{} : std::vector<int>(seen.begin() + from, seen.begin() + to + 1);
     }
-    const int current = dbgrid1.column();
+    const int current = grid_.column();
     return current < 0 || current > last ? std::vector<int>{} : std::vector<int>{current};
 }
 
-void DocumentForm::style_columns(const std::function<void(GridColumn&)>& change) {
+void FontBar::style_columns(const std::function<void(GridColumn&)>& change) {
     for (const int column : columns_to_style())
-        change(dbgrid1.columns[static_cast<std::size_t>(column)]);
-    dbgrid1.rebind();
+        change(grid_.columns[static_cast<std::size_t>(column)]);
+    grid_.rebind();
 }
 
-bool DocumentForm::toggle(int command) {
+bool FontBar::toggle(int command) {
     bars_.set_pressed(command, !bars_.pressed(command));
     return bars_.pressed(command);
 }
 
-void DocumentForm::font_bold() {
+void FontBar::font_bold() {
     const bool bold = toggle(command::kBold);
     style_columns([bold](GridColumn& column) { column.font.bold = bold; });
 }
 
-void DocumentForm::font_italic() {
+void FontBar::font_italic() {
     const bool italic = toggle(command::kItalic);
     style_columns([italic](GridColumn& column) { column.font.italic = italic; });
 }
 
-void DocumentForm::font_underline() {
+void FontBar::font_underline() {
     const bool underline = toggle(command::kUnderline);
     style_columns([underline](GridColumn& column) { column.font.underline = underline; });
 }
 
-void DocumentForm::align(Alignment alignment) {
+void FontBar::align(Alignment alignment) {
     show_alignment(alignment);
     style_columns([alignment](GridColumn& column) { column.alignment = alignment; });
 }
 
-void DocumentForm::show_alignment(Alignment alignment) {
+void FontBar::show_alignment(Alignment alignment) {
     for (const AlignmentCommand& each : kAlignmentCommands)
         bars_.set_pressed(each.id, each.alignment == alignment);
 }
 
-void DocumentForm::cmbfont_size_itemchange() {
+void FontBar::cmbfont_size_itemchange() {
     const double size = kernel::money_value(cmbfont_size.text());
     style_columns([size](GridColumn& column) { column.font.size = size; });
 }
 
-void DocumentForm::cmbitfont_itemchange() {
+void FontBar::cmbitfont_itemchange() {
     style_columns([this](GridColumn& column) { column.font.name = cmbitfont.text(); });
 }
 
-void DocumentForm::cmbitcolor_itemchange() {
+void FontBar::cmbitcolor_itemchange() {
     const controls::Colour colour = presentation::HTMLToRGB(cmbitcolor.text());
     style_columns([colour](GridColumn& column) { column.font_colour = colour; });
 }
 
 // Within a column nothing changes, whatever the row.
-void DocumentForm::dbgrid1_RowColChange(int old_column) {
-    const int current = dbgrid1.column();
-    if (current == old_column || current < 0 || current >= static_cast<int>(dbgrid1.columns.size())) return;
-    const GridColumn& column = dbgrid1.columns[static_cast<std::size_t>(current)];
+void FontBar::follow_column(int old_column) {
+    const int current = grid_.column();
+    if (current == old_column || current < 0 || current >= static_cast<int>(grid_.columns.size())) return;
+    const GridColumn& column = grid_.columns[static_cast<std::size_t>(current)];
     cmbitfont.set(column.font.name);
     cmbitcolor.set(presentation::colour_code(column.font_colour));
     if (cmbitcolor.list_index() < 0) cmbitcolor.clear_choice();
@@ -120,18 +132,18 @@ void DocumentForm::dbgrid1_RowColChange(int old_column) {
     show_alignment(column.alignment);
 }
 
-void DocumentForm::cmdsave_font_Click() {
+void FontBar::cmdsave_font_Click() {
     step("cmdsave_font_Click",
-         [&] { presentation::save_grid_fonts(dbgrid1, kernel(), identity().class_name, dbgrid1.name()); });
+         [&] { presentation::save_grid_fonts(grid_, kernel(), identity().class_name, grid_.name()); });
     tell("save font complete");
 }
 
-void DocumentForm::cmdrestore_font_click() {
+void FontBar::cmdrestore_font_click() {
     step("cmdrestore_font_click",
-         [&] { presentation::restore_grid_fonts(dbgrid1, kernel(), identity().class_name, dbgrid1.name()); });
+         [&] { presentation::restore_grid_fonts(grid_, kernel(), identity().class_name, grid_.name()); });
 }
 
-bool DocumentForm::execute_font(int id) {
+bool FontBar::execute(int id) {
     switch (id) {
         case command::kFont:
             frame_font.set_visible(true);

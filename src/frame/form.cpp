@@ -6,7 +6,6 @@
 #include <array>
 
 #include "kernel/user_dates.h"
-#include "presentation/grid_layout.h"
 
 namespace brimley::frame {
 
@@ -123,6 +122,7 @@ void Form::about() {
 
 void Form::save_before_exit() {
     save_form_property();
+    save_recent_values();
     save_grid();
 }
 
@@ -162,30 +162,6 @@ void Form::init_fontcolor() {
         if (std::any_of(kStyledPrefixes.begin(), kStyledPrefixes.end(), styled))
             control->set_font_name("Arial");
     }
-}
-
-void Form::show_even_row_color(bool flag, controls::Grid& grid) {
-    step("show_even_row_color", [&] {
-        auto row = kernel().change("SELECT * FROM Recent_value_table WHERE control_name = 'evenrow_color'");
-        if (row.at_eof()) return;
-        row.Edit();
-        row.set("Value", flag ? "1" : "0");
-        row.Update();
-    });
-    paint_even_rows(flag, grid);
-}
-
-void Form::init_even_row_color(controls::Grid& grid) {
-    step("init_even_row_color", [&] {
-        const auto row =
-            kernel().read("SELECT * FROM Recent_value_table WHERE control_name = 'evenrow_color'");
-        paint_even_rows(!row.at_eof() && row.text("Value") == "1", grid);
-    });
-}
-
-void Form::paint_even_rows(bool flag, controls::Grid& grid) {
-    grid.even_row_colour = flag ? palette_[presentation::kEvenRowSlot] : controls::kWhite;
-    grid.rebind();
 }
 
 void Form::save_recent_value(std::string_view control_name, std::string_view value) {

@@ -20,7 +20,6 @@
 #include "controls/combo_box.h"
 #include "controls/command_bars.h"
 #include "controls/fields.h"
-#include "controls/grid.h"
 #include "frame/desk.h"
 #include "frame/host_context.h"
 #include "frame/transaction.h"
@@ -83,6 +82,8 @@ class Form : public std::enable_shared_from_this<Form> {
     virtual void init_toolbar() = 0;
     virtual void CommandBars1_Execute(int id) = 0;
     virtual void save_grid() = 0;
+    // What the form remembers for the next time, by save_recent_value; on leaving by Exit.
+    virtual void save_recent_values() {}
 
     // --- shared procedures ---
     void save_before_exit();
@@ -90,10 +91,6 @@ class Form : public std::enable_shared_from_this<Form> {
     void save_form_property();
     void set_BRIMLEY_COLOR();
     void init_fontcolor();
-    // Paints the even rows of the grid as the company's last choice was.
-    void init_even_row_color(controls::Grid& grid);
-    // Keeps the choice in Recent_value_table and paints the even rows of the grid.
-    void show_even_row_color(bool flag, controls::Grid& grid);
     // Writes the remembered value of a control of this form; a row that does not exist is not made.
     void save_recent_value(std::string_view control_name, std::string_view value);
     // Commands that are the same on every form: Exit, help, About, masters, toolbar text. False when the id
@@ -129,16 +126,17 @@ class Form : public std::enable_shared_from_this<Form> {
         return kernel_ && kernel::carry_on(kernel_->passed_over(), name, std::forward<Step>(action));
     }
 
-    // Runs the action in one transaction on the host's workspace. True when it answered true and is stored;
-    // otherwise nothing of it is left, and what it threw is noted under the name.
+    // Runs the action in one transaction on the host's workspace. True when it returned true and is stored;
+    // otherwise nothing of it is left, and what it threw is noted under the name and is the `failure`.
     template <class Action>
-    bool in_transaction(const char* name, Action&& action) {
+    bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) {
         bool done = false;
         const bool whole = step(name, [&] {
             Transaction transaction(context_.dbe);
             done = std::forward<Action>(action)();
             if (done) transaction.commit();
         });
+        if (!whole && failure != nullptr && kernel_) *failure = kernel_->passed_over().last_failure();
         return whole && done;
     }
 
@@ -160,7 +158,6 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] store::ConnectionState connection_state() const;
     void tell_of_connection();
     void about();
-    void paint_even_rows(bool flag, controls::Grid& grid);
 
     const FormIdentity& identity_;
     const HostContext context_;

@@ -1,9 +1,9 @@
 // A piece of a form with a subject of its own: its lines, its taxes, its save, its posting.
 //
-// A part has the form's services, which are protected in Form, and owns the state of its subject. It knows the
-// form that it belongs to by a reference to what it needs of it: the form itself, or the controls and lines
-// that it was handed. A form holds its parts as members, declared after its controls; a part must not use the
-// form while both are being constructed.
+// A part has the form's services, which are protected in Form, and owns the state of its subject. It knows
+// the form that it belongs to by a reference to what it needs of it: the form itself, or the controls and
+// lines that it was handed. A form holds its parts as members, declared after its controls; a part must not
+// use the form while both are being constructed.
 #pragma once
 
 #include <string>
@@ -36,7 +36,8 @@ class FormPart {
     [[nodiscard]] bool ask(const std::string& text, const std::string& title = {}) const {
         return form_.ask(text, title);
     }
-    void notify(const std::string& formx, const std::string& docnox = {}, const std::string& arg2 = {}) const {
+    void notify(const std::string& formx, const std::string& docnox = {},
+                const std::string& arg2 = {}) const {
         form_.notify(formx, docnox, arg2);
     }
 
@@ -45,8 +46,8 @@ class FormPart {
         return form_.step(name, std::forward<Step>(action));
     }
     template <class Action>
-    bool in_transaction(const char* name, Action&& action) const {
-        return form_.in_transaction(name, std::forward<Action>(action));
+    bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) const {
+        return form_.in_transaction(name, std::forward<Action>(action), failure);
     }
 
     template <class Date>

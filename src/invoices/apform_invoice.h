@@ -148,10 +148,12 @@ class APform_invoice : public frame::DocumentForm {
     void init_toolbar() override;
     void initform_control() override;
     void init_grid() override;
-    void save_grid() override;
+    [[nodiscard]] std::vector<controls::Grid*> grids() override {
+        return {&dbgrid1, &grid_tax, &grid_tax_summary};
+    }
     void execute_own(int id) override;
     [[nodiscard]] std::string doctype_of_walk() override;
-    [[nodiscard]] frame::WalkTables walk_tables() const override;
+    [[nodiscard]] frame::DocumentWalk& walk() override;
     void step_from_new_entry() override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
@@ -193,7 +195,7 @@ class APform_invoice : public frame::DocumentForm {
     void cmbvendor_ItemSelect();
     void cmbvendor_name_ItemSelect();
     void cmbterm_ItemSelect();
-    void txtinvdate_change();
+    void txtinvdate_change() { take_period_of(txtinvdate); }
     void cmbcurrency_itemselect();
     void cmbexrate_itemselect();
     void txtratedate_change() { cmbcurrency_itemselect(); }
@@ -203,8 +205,6 @@ class APform_invoice : public frame::DocumentForm {
     void refresh_vendor_address();
     void close_rate();
     void select_term();
-    [[nodiscard]] bool entering() const { return mode() != frame::Mode::read; }
-    [[nodiscard]] bool foreign() const { return cmbcurrency.text() != context().BASE_CURRENCY; }
     [[nodiscard]] std::vector<controls::ComboBox::Row> vendor_rows(const char* first, const char* second);
     [[nodiscard]] std::vector<controls::ComboBox::Row> term_rows();
 
@@ -314,6 +314,7 @@ class APform_invoice : public frame::DocumentForm {
     // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
     [[nodiscard]] std::string open_document(const char* function, const std::string& condition);
 
+    frame::DocumentWalk templates;
     int line_rows = 0;            // the highest grid row that editing has reached
     double old_total = 0;         // txttotal of the document as loaded; 0 for a new one
     std::string open_documents_;  // which documents cmbopendoc lists, as a condition

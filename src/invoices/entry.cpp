@@ -63,18 +63,12 @@ void APform_invoice::connect_handlers() {
     txtratedate.on_change = [this] { txtratedate_change(); };
     cmbopendoc.on_item_select = [this] { cmbopendoc_itemselect(); };
     chkrecur.on_click = [this] { chkrecur_click(); };
-    txtdocno.on_enter = [this] {
-        if (mode() == frame::Mode::read) Recordx();
-    };
-    txtdocno.on_leave = [this] {
-        if (mode() == frame::Mode::read) static_cast<void>(validate_docno());
-    };
     dbgrid1.on_before_edit = [this](controls::CellEdit& edit) { dbgrid1_BeforeColEdit(edit); };
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
     dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
     dbgrid1.on_row_col_change = [this](int old_row, int old_column) {
         if (dbgrid1.row() != old_row) refresh_tax_panels();
-        dbgrid1_RowColChange(old_column);
+        font_bar.follow_column(old_column);
     };
     grid_tax.on_before_update = [this](controls::CellEdit& edit) { grid_tax_BeforeColUpdate(edit); };
     grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
@@ -101,7 +95,7 @@ void APform_invoice::cmbterm_ItemSelect() {
             fmt::format("SELECT * FROM Payment_term_table WHERE term_no = {}", quoted(*term_no)));
         if (term.at_eof()) return;
         txtterm.set(term.text("duedays"));
-        const auto invoice_date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
+        const auto invoice_date = date_in(txtinvdate);
         const auto days_on = [&](double days) {
             return invoice_date ? date_text(invoice_date->plus_days(static_cast<int>(
                                       kernel::whole_number(days, -kTermDaysMax, kTermDaysMax))))
@@ -112,18 +106,6 @@ void APform_invoice::cmbterm_ItemSelect() {
         const double early_days = term.number("early_days");
         txtdiscdate.set(early_days > 0 ? days_on(early_days) : "");
         txtearlyterm.set(early_days > 0 ? term.text("early_days") : "0");
-    });
-}
-
-// An empty or unfinished date leaves period and year as they are.
-void APform_invoice::txtinvdate_change() {
-    step("txtinvdate_change", [&] {
-        const auto date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
-        if (!date) return;
-        const auto found = kernel().get_fiscal_period(*date);
-        if (!found) return;
-        cmbperiod.set(std::to_string(found->period));
-        cmbfyear.set(found->fyear);
     });
 }
 
@@ -144,12 +126,7 @@ void APform_invoice::cmbcurrency_itemselect() {
     set_field(cmbexrate, FieldState::open);
     set_field(txtratedate, FieldState::open);
     step("cmbcurrency_itemselect", [&] {
-        std::string query =
-            fmt::format("SELECT * FROM Exchange_rate_table WHERE currency = {}", quoted(cmbcurrency.text()));
-        if (const auto until = kernel::try_user_date(txtratedate.text(), context().BRIMLEY_DATE_FORMAT)) {
-            query += " AND rate_date <= " + store::date_value(*until);
-        }
-        auto rates = kernel().read(query + " ORDER BY rate_date");
+        auto rates = rates_of_currency(date_in(txtratedate));
         std::vector<ComboBox::Row> items;
         for (; !rates.at_eof() && items.size() < kRatesListedMax; rates.MoveNext()) {
             items.push_back({rates.text("Rate"), date_text(rates.field("rate_date"))});

@@ -8,7 +8,6 @@
 
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
-#include "presentation/grid_layout.h"
 
 namespace brimley::invoices {
 
@@ -73,12 +72,7 @@ std::string slot_field(const char* field, int slot) { return field + std::to_str
 }  // namespace
 
 void APform_invoice::init_grid() {
-    using presentation::GridPlace;
-    presentation::build_grid(dbgrid1, kernel(), identity().class_name, "dbgrid1", GridPlace::first);
-    init_even_row_color(dbgrid1);
-    presentation::build_grid(grid_tax, kernel(), identity().class_name, "grid_tax", GridPlace::further);
-    presentation::build_grid(grid_tax_summary, kernel(), identity().class_name, "grid_tax_summary",
-                             GridPlace::further);
+    build_grids();
     ddacc = {{"account", "account name"}, {}, [this] {
                  std::vector<std::vector<std::string>> rows;
                  step("ddacc", [&] {
@@ -103,13 +97,6 @@ void APform_invoice::init_grid() {
     for (controls::GridColumn& column : dbgrid1.columns) {
         if (column.caption == "purchase account") column.drop_down = &ddacc;
         if (column.caption == "tax code") column.drop_down = &ddtax;
-    }
-}
-
-void APform_invoice::save_grid() {
-    for (const controls::Grid* grid : {&dbgrid1, &grid_tax, &grid_tax_summary}) {
-        step("save_grid",
-             [&] { presentation::save_grid_layout(*grid, kernel(), identity().class_name, grid->name()); });
     }
 }
 

@@ -13,6 +13,8 @@ namespace {
 
 constexpr frame::FormIdentity kIdentity{"APform_invoice", "A/P Invoice", "\\Help\\AP Invoice Entry Help.pdf"};
 
+constexpr frame::WalkTables kTemplateTables{"AP_recur_header_table", "AP_recur_transaction_table", "recurno"};
+
 struct Kind {
     const char* caption;
     const char* doctype;
@@ -28,11 +30,9 @@ store::Value field_or_null(const Recordset& row, const char* field) {
 
 APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                frame::Desk& desk)
-    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk) {
+    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk),
+      templates(*this, kTemplateTables) {
     using Controls = std::initializer_list<controls::Control*>;
-    for (controls::Control* control : Controls{&cmbselcol, &cmbitfont, &cmbitcolor, &cmbfont_size}) {
-        control->lies_in(frame_font);
-    }
     for (controls::Control* control :
          Controls{&cmbfreq, &txtrecurdate, &txtnoinvoice, &txteffectdate, &txtexpiredate}) {
         control->lies_in(frame_recur);
@@ -40,12 +40,11 @@ APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kerne
     txtvendor_address.lies_in(frame_address);
     grid_tax.lies_in(frame_tax);
     grid_tax_summary.lies_in(frame_tax_summary);
-    for (controls::Control* hidden : Controls{&txtfkey, &txtglfkey, &txtdoctype, &frame_font, &frame_address,
-                                              &frame_recur, &cmbopendoc, &txtrecurname}) {
+    for (controls::Control* hidden : Controls{&frame_address, &frame_recur, &cmbopendoc, &txtrecurname}) {
         hidden->set_visible(false);
     }
-    // These boxes tell the state of a document; nobody ticks them.
-    for (controls::CheckBox* box : {&chkprint, &chkpaid, &chkvoid, &chkhold})
+    // These boxes show the state of a document; nobody ticks them.
+    for (controls::CheckBox* box : {&chkpaid, &chkhold})
         box->set_locked(true);
     connect_handlers();
 }

@@ -14,8 +14,6 @@ using store::Recordset;
 
 namespace {
 
-constexpr frame::WalkTables kTemplateTables{"AP_recur_header_table", "AP_recur_transaction_table", "recurno"};
-
 // "recuring" is the product's spelling.
 constexpr const char* kNoTemplate =
     "There is no Recurring Invoice.\n"
@@ -23,9 +21,7 @@ constexpr const char* kNoTemplate =
 
 }  // namespace
 
-frame::WalkTables APform_invoice::walk_tables() const {
-    return recurring_view() ? kTemplateTables : frame::WalkTables{};
-}
+frame::DocumentWalk& APform_invoice::walk() { return recurring_view() ? templates : documents; }
 
 void APform_invoice::last_record() {
     if (recurring_view()) {
@@ -45,12 +41,12 @@ void APform_invoice::step_from_new_entry() {
 
 void APform_invoice::last_recurring() {
     step("last_recurring", [&] {
-        const std::int64_t last_no = last_number_issued(kTemplateDoctype);
+        const std::int64_t last_no = templates.last_number_issued(kTemplateDoctype);
         if (last_no == 0) {
             tell(kNoTemplate);
             return;
         }
-        auto newest = newest_header(kTemplateDoctype, last_no, kTemplateTables);
+        auto newest = templates.newest(kTemplateDoctype, last_no);
         if (newest) {
             press_recurring_view(true);
             recurring_mode(true);
@@ -115,8 +111,8 @@ void APform_invoice::chkrecur_click() {
 void APform_invoice::get_recur() {
     if (recur_fkey.empty()) return;
     step("get_recur", [&] {
-        auto header = header_by_fkey(recur_fkey, kTemplateTables);
-        if (!header.at_eof()) show_document(header, kTemplateTables);
+        auto header = templates.header_by_fkey(recur_fkey);
+        if (!header.at_eof()) show_document(header, templates);
     });
 }
 

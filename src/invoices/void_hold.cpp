@@ -34,7 +34,7 @@ bool APform_invoice::refuses_void(bool is_void, int paid) {
 
 bool APform_invoice::may_void() {
     if (txtdocno.empty() || txtfkey.empty() || !shown_whole()) return false;
-    if (!bears_its_number()) return false;
+    if (!has_its_number()) return false;
     if (refuses_void(chkvoid.is_set(), chkpaid.value())) return false;
     const std::string& source = txtsource.text();
     if (source != "AP" && source != "AP-INVOICE") {
@@ -86,7 +86,7 @@ void APform_invoice::give_back_owing_balance() {
 
 // --- hold ---
 bool APform_invoice::may_change_hold(const char* question, const char* title) {
-    if (txtdocno.empty() || txtfkey.empty() || !bears_its_number()) return false;
+    if (txtdocno.empty() || txtfkey.empty() || !has_its_number()) return false;
     const char* refusal = chkvoid.value() == 1   ? "Invoice was void."
                           : chkpaid.value() == 1 ? "Invoice was fully paid."
                                                  : nullptr;

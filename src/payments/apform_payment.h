@@ -104,10 +104,8 @@ class APform_payment : public frame::DocumentForm {
     void init_toolbar() override;
     void initform_control() override;
     void init_grid() override;
-    void save_grid() override;
     void execute_own(int id) override;
     [[nodiscard]] std::string doctype_of_walk() override;
-    [[nodiscard]] frame::WalkTables walk_tables() const override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
     void assign2_dbgrid1(store::Recordset& lines) override;
@@ -147,15 +145,12 @@ class APform_payment : public frame::DocumentForm {
     void cmbvendor_ItemSelect();
     void cmbvendor_name_ItemSelect();
     void vendor_chosen();
-    void txtpaydate_change();
+    void txtpaydate_change() { take_period_of(txtpaydate); }
     void cmbpayby_ItemSelect();
     void cmbcurrency_itemselect();
     void cmbexrate_itemselect();
     void show_bank_for_payby();
     void take_vendor_name_and_currency();
-    [[nodiscard]] bool entering() const { return mode() != frame::Mode::read; }
-    [[nodiscard]] bool foreign() const { return cmbcurrency.text() != context().BASE_CURRENCY; }
-    [[nodiscard]] std::optional<store::DateTime> date_in(const controls::DateField& field) const;
 
     // items.cpp
     void clear_lines();
@@ -195,8 +190,6 @@ class APform_payment : public frame::DocumentForm {
     [[nodiscard]] bool validate_check(CheckedPayment& payment);
     [[nodiscard]] bool find_account_to_credit(CheckedPayment& payment);
     [[nodiscard]] bool validate_period();
-    [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
-                                                               const char* missing);
     void compute_payment_base();
     [[nodiscard]] bool write_new_payment(const CheckedPayment& payment);
     void fill_header(store::Recordset& header, const CheckedPayment& payment);

@@ -10,10 +10,6 @@ namespace brimley::payments {
 using controls::ComboBox;
 using store::quoted;
 
-std::optional<store::DateTime> APform_payment::date_in(const controls::DateField& field) const {
-    return kernel::try_user_date(field.text(), context().BRIMLEY_DATE_FORMAT);
-}
-
 // Lists may be long; each is fetched when somebody looks at it.
 ComboBox::Source APform_payment::rows_of(const char* query, const char* first, const char* second) {
     return [this, query, first, second] {
@@ -60,16 +56,10 @@ void APform_payment::connect_handlers() {
     cmbcurrency.on_item_select = [this] { cmbcurrency_itemselect(); };
     cmbexrate.on_item_select = [this] { cmbexrate_itemselect(); };
     txtratedate.on_change = [this] { cmbcurrency_itemselect(); };
-    txtdocno.on_enter = [this] {
-        if (mode() == frame::Mode::read) Recordx();
-    };
-    txtdocno.on_leave = [this] {
-        if (mode() == frame::Mode::read) static_cast<void>(validate_docno());
-    };
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
     dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
     dbgrid1.on_row_col_change = [this](int, int old_column) {
-        dbgrid1_RowColChange(old_column);
+        font_bar.follow_column(old_column);
         const bool pay = dbgrid1.column() == dbgrid1.get_column("pay amount") && dbgrid1.column() >= 0;
         if (dbgrid1.allow_update && pay) enter_pay_amount(dbgrid1.row());
     };
@@ -88,18 +78,6 @@ void APform_payment::cmbvendor_name_ItemSelect() {
 
 void APform_payment::vendor_chosen() {
     if (mode() == frame::Mode::new_entry) list_vendor_invoice(cmbvendor.text());
-}
-
-// An empty or unfinished date leaves period and year as they are.
-void APform_payment::txtpaydate_change() {
-    step("txtpaydate_change", [&] {
-        const auto date = date_in(txtpaydate);
-        if (!date) return;
-        const auto found = kernel().get_fiscal_period(*date);
-        if (!found) return;
-        cmbperiod.set(std::to_string(found->period));
-        cmbfyear.set(found->fyear);
-    });
 }
 
 // A card names its account itself.
@@ -132,11 +110,8 @@ void APform_payment::cmbcurrency_itemselect() {
         return;
     }
     step("list rates", [&] {
-        std::string query =
-            fmt::format("SELECT * FROM Exchange_rate_table WHERE currency = {}", quoted(cmbcurrency.text()));
         const auto until = date_in(txtratedate);
-        if (until) query += " AND rate_date <= " + store::date_value(*until);
-        auto rates = kernel().read(query + " ORDER BY rate_date");
+        auto rates = rates_of_currency(until);
         std::vector<ComboBox::Row> items;
         for (; !rates.at_eof(); rates.MoveNext())
             items.push_back({rates.text("Rate"), date_text(rates.field("rate_date"))});

@@ -8,7 +8,6 @@
 
 #include "kernel/money.h"
 #include "payments/apform_payment.h"
-#include "presentation/grid_layout.h"
 
 namespace brimley::payments {
 
@@ -135,8 +134,7 @@ struct APform_payment::Listing {
 };
 
 void APform_payment::init_grid() {
-    presentation::build_grid(dbgrid1, kernel(), identity().class_name, "dbgrid1",
-                             presentation::GridPlace::first);
+    build_grids();
     const auto accounts =
         rows_of("SELECT accno, accname FROM Account_master_table WHERE type = 'A' ORDER BY accno", "accno",
                 "accname");
@@ -146,11 +144,6 @@ void APform_payment::init_grid() {
         if (column.caption == "discount account") column.drop_down = &dd1;
         if (column.caption == "write-off account") column.drop_down = &dd2;
     }
-}
-
-void APform_payment::save_grid() {
-    step("save_grid",
-         [&] { presentation::save_grid_layout(dbgrid1, kernel(), identity().class_name, dbgrid1.name()); });
 }
 
 void APform_payment::clear_lines() {

@@ -17,15 +17,6 @@ using store::Recordset;
 
 // --- validation: one message at a time, and nothing is written before it ends ---
 
-std::optional<DateTime> APform_payment::required_date(const controls::DateField& field, const char* missing) {
-    const std::string& text = field.text();
-    if (text.find('/') == text.rfind('/')) {  // no date at all; whatever else is wrong is told by the parser
-        tell(missing);
-        return std::nullopt;
-    }
-    return kernel::parse_user_date(text, context().BRIMLEY_DATE_FORMAT, desk());
-}
-
 bool APform_payment::validate_amount() {
     if (cmbvendor.empty()) return refuse("please specify vendor");
     if (txtpayment.empty()) return refuse("No payment");

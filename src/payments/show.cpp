@@ -15,21 +15,17 @@ namespace {
 
 constexpr frame::FormIdentity kIdentity{"APform_payment", "A/P Payment", "\\Help\\Payment Entry Help.pdf"};
 
+// Four kinds of payments share the tables; a number may come again in another kind.
+constexpr frame::WalkTables kTables{"Payment_header_table", "Payment_transaction_table", "docno", "item_no",
+                                    " AND doctype = 'py'"};
 constexpr controls::Colour kDepositColour = controls::rgb(0, 0, 200);
 
 }  // namespace
 
 APform_payment::APform_payment(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                frame::Desk& desk)
-    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk) {
-    using Controls = std::initializer_list<controls::Control*>;
-    for (controls::Control* control : Controls{&cmbselcol, &cmbitfont, &cmbitcolor, &cmbfont_size})
-        control->lies_in(frame_font);
-    for (controls::Control* hidden : Controls{&txtfkey, &txtglfkey, &txtdoctype, &txtid, &frame_font})
-        hidden->set_visible(false);
-    // These boxes tell the state of a payment; nobody ticks them.
-    for (controls::CheckBox* box : {&chkprint, &chkvoid})
-        box->set_locked(true);
+    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk, kTables) {
+    txtid.set_visible(false);
     connect_handlers();
 }
 
@@ -48,11 +44,6 @@ std::string APform_payment::doctype_of_walk() {
     return "py";
 }
 
-// Four kinds of payments share the tables; a number may come again in another kind.
-frame::WalkTables APform_payment::walk_tables() const {
-    return {"Payment_header_table", "Payment_transaction_table", "docno", "item_no", " AND doctype = 'py'"};
-}
-
 void APform_payment::grid_newmode() {
     DocumentForm::grid_newmode();
     for (controls::TextField* computed : {&txtpayment_base, &txttotal, &txttotal_base})
@@ -64,13 +55,7 @@ void APform_payment::grid_newmode() {
 // Amounts, lines and ledger of a saved payment stand; only what is written on paper may change.
 void APform_payment::grid_editmode() {
     DocumentForm::grid_editmode();
-    const auto docno_colour = txtdocno.back_colour();
-    set_all_fields(FieldState::read_only);
-    txtdocno.set_back_colour(docno_colour);
-    for (controls::TextField* field :
-         std::initializer_list<controls::TextField*>{&txtcheck, &txtcheckdate, &txtremark})
-        set_field(*field, FieldState::open);
-    set_lines_editable(false);
+    open_only({&txtcheck, &txtcheckdate, &txtremark});
 }
 
 void APform_payment::assign2control(Recordset& header) {

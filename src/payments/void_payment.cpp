@@ -21,7 +21,7 @@ Recordset APform_payment::stored_header() {
 bool APform_payment::may_void() {
     if (mode() != frame::Mode::read || dbgrid1.allow_update || txtfkey.empty() || !shown_whole())
         return false;
-    if (!bears_its_number()) return false;
+    if (!has_its_number()) return false;
     if (chkvoid.is_set()) return refuse(txtdocno.text() + " was void.");
     return ask("Are you sure to void this payment?");
 }

@@ -39,8 +39,7 @@ void change_fonts(OpenedForm& form) {
 const std::vector<LookWriter> kLookWriters{
     {"Exit", change_columns, [](OpenedForm& form) { (void)form.press(100); }, false},
     {"SaveFont", change_fonts, [](OpenedForm& form) { (void)form.press(401); }, false},
-    {"EvenRows", [](OpenedForm&) {}, [](OpenedForm& form) { form.show_even_row_color(false, form.dbgrid1); },
-     true},
+    {"EvenRows", [](OpenedForm&) {}, [](OpenedForm& form) { form.show_even_row_color(false); }, true},
     {"RecentValue", [](OpenedForm&) {},
      [](OpenedForm& form) { form.save_recent_value("evenrow_color", "7"); }, true},
 };

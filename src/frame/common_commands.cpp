@@ -1,7 +1,7 @@
-// The commands that are the same on every document form.
+// The commands that the forms have in common: the set that a form takes, less those that it has not.
 #include <algorithm>
 
-#include "frame/document_form.h"
+#include "frame/grid_form.h"
 
 namespace brimley::frame {
 
@@ -43,11 +43,12 @@ std::vector<Command> common_commands() {
 
 }  // namespace
 
-void DocumentForm::add_commands(std::vector<Command> own) {
+void GridForm::add_commands(std::vector<Command> own, std::initializer_list<int> without) {
     for (Command& common : common_commands()) {
         const bool replaced = std::any_of(own.begin(), own.end(),
                                           [&](const Command& command) { return command.id == common.id; });
-        if (!replaced) own.push_back(std::move(common));
+        const bool left_out = std::find(without.begin(), without.end(), common.id) != without.end();
+        if (!replaced && !left_out) own.push_back(std::move(common));
     }
     std::sort(own.begin(), own.end(), [](const Command& a, const Command& b) { return a.id < b.id; });
     for (Command& command : own)

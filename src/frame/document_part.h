@@ -1,0 +1,47 @@
+// A piece of a document form with a subject of its own (frame/form_part.h). It sees of the form what all
+// document forms have; what is its form's alone it reaches by a reference of its own.
+#pragma once
+
+#include "frame/document_form.h"
+
+namespace brimley::frame {
+
+class DocumentPart : public FormPart {
+  protected:
+    explicit DocumentPart(DocumentForm& form) : FormPart(form), form_(form) {}
+    ~DocumentPart() = default;
+
+    using FieldState = DocumentForm::FieldState;
+
+    [[nodiscard]] bool entering() const { return form_.entering(); }
+    [[nodiscard]] bool foreign() const { return form_.foreign(); }
+    [[nodiscard]] bool on_saved_document() const { return form_.on_saved_document(); }
+    [[nodiscard]] bool shown_whole() const { return form_.shown_whole(); }
+    [[nodiscard]] bool has_its_number() const { return form_.has_its_number(); }
+    [[nodiscard]] DocumentWalk& walk() const { return form_.walk(); }
+
+    [[nodiscard]] std::optional<store::DateTime> date_in(const controls::TextField& field) const {
+        return form_.date_in(field);
+    }
+    [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
+                                                               const char* missing) const {
+        return form_.required_date(field, missing);
+    }
+    [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long) const {
+        return form_.draw_number(too_long);
+    }
+    [[nodiscard]] kernel::GlHeader gl_document(const char* source, store::DateTime gldate) const {
+        return form_.gl_document(source, gldate);
+    }
+    [[nodiscard]] kernel::GlReversal gl_reversal(const char* source,
+                                                 kernel::ModuleG3::TooLongMessage too_long) const {
+        return form_.gl_reversal(source, too_long);
+    }
+    [[nodiscard]] const std::string& gain_accno() const { return form_.gain_accno; }
+    [[nodiscard]] const std::string& loss_accno() const { return form_.loss_accno; }
+
+  private:
+    DocumentForm& form_;
+};
+
+}  // namespace brimley::frame

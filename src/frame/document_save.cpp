@@ -1,0 +1,49 @@
+#include "frame/document_save.h"
+
+#include <fmt/format.h>
+
+namespace brimley::frame {
+
+bool DocumentSave::insert_new_record() {
+    bool valid = false;
+    const bool checked = step("validate", [&] { valid = validate(); });
+    if (checked && !valid) return false;
+    if (!checked || !in_transaction("insert_new_record", [this] { return write(); })) {
+        return_to_new();
+        return false;
+    }
+    report_success();
+    return true;
+}
+
+bool DocumentSave::write() {
+    set_doctype();
+    if (!draw_number(too_long_message())) return false;
+    auto header = kernel().change(fmt::format("SELECT * FROM {} WHERE 1 = 2", walk().tables().header));
+    header.AddNew();
+    fill_header(header);
+    if (!write_lines(header)) return false;
+    header.Update();
+    if (!post()) return false;
+    header.Bookmark(header.LastModified());
+    header.Edit();
+    header.set("GLFKEY", form_.txtglfkey.text());
+    header.Update();
+    return true;
+}
+
+void DocumentSave::return_to_new() {
+    form_.txtdocno.set(kNewDocno);
+    form_.txtfkey.set("");
+    form_.txtglfkey.set("");
+    tell_failure(failure_message());
+}
+
+void DocumentSave::stamp_created(store::Recordset& row) const {
+    const store::DateTime now = desk().now();
+    row.set("date_created", now.date_only());
+    row.set("time_created", now.time_text());
+    row.set("user_created", context().BRIMLEY_USER);
+}
+
+}  // namespace brimley::frame

@@ -1,0 +1,50 @@
+// The save of a new document: checks, then header, lines, GL document and what follows from them in one
+// transaction, with one landing place.
+//
+//   validate        one message at a time; nothing is written before it ends
+//   draw number     txtdocno and txtfkey are the new document's from here on
+//   fill_header     into the row that is being added
+//   write_lines     before the header row is written, which they may copy from
+//   post            the GL document, balances, the vendor
+//   GLFKEY          into the header
+//
+// Of a failure nothing is left, counters included, and the form is on "** New **" again.
+#pragma once
+
+#include "frame/document_part.h"
+
+namespace brimley::frame {
+
+class DocumentSave : public DocumentPart {
+  public:
+    virtual ~DocumentSave() = default;
+
+    // True when the document was saved. Every failure has had its message.
+    [[nodiscard]] bool insert_new_record();
+
+  protected:
+    explicit DocumentSave(DocumentForm& form) : DocumentPart(form), form_(form) {}
+
+    // False after its message. What it has read it keeps for the steps after it.
+    [[nodiscard]] virtual bool validate() = 0;
+    // Sets txtdoctype.
+    virtual void set_doctype() = 0;
+    [[nodiscard]] virtual kernel::ModuleG3::TooLongMessage too_long_message() const = 0;
+    virtual void fill_header(store::Recordset& header) = 0;
+    [[nodiscard]] virtual bool write_lines(store::Recordset& header) = 0;
+    // txtglfkey is the key of the GL document afterwards. Inside the transaction, as the three before.
+    [[nodiscard]] virtual bool post() = 0;
+    virtual void report_success() = 0;
+    [[nodiscard]] virtual std::string failure_message() const = 0;
+
+    // Who made a row, and when, by the clock of the desk.
+    void stamp_created(store::Recordset& row) const;
+
+  private:
+    [[nodiscard]] bool write();
+    void return_to_new();
+
+    DocumentForm& form_;
+};
+
+}  // namespace brimley::frame

@@ -1,0 +1,118 @@
+// Showing documents: the newest, the next, the one that is named.
+#include <fmt/format.h>
+
+#include "frame/document_form.h"
+
+namespace brimley::frame {
+
+using store::quoted;
+using store::Recordset;
+
+void DocumentForm::show_document(Recordset& header, const DocumentWalk& its_walk) {
+    shown_whole_ = false;
+    clear_box();
+    assign2control(header);
+    shown_fkey_ = header.text("fkey");
+    auto lines = its_walk.lines_of(shown_fkey_);
+    assign2_dbgrid1(lines);
+    shown_whole_ = true;
+}
+
+void DocumentForm::last_record() {
+    step("last_record", [&] {
+        const std::string doctype = doctype_of_walk();
+        if (walk_open_documents(0)) return;
+        auto newest = walk().newest(doctype, walk().last_number_issued(doctype));
+        if (newest) {
+            show_document(*newest);
+            grid_readmode();
+            record_shown_by_walk();
+        } else if (walk().fkey_last_no == 0) {
+            clear_box();
+            grid_readmode();
+        } else {
+            gencode_new();
+            grid_newmode();
+        }
+    });
+}
+
+void DocumentForm::next_record() { step_record(1); }
+void DocumentForm::previous_record() { step_record(-1); }
+
+void DocumentForm::step_record(int direction) {
+    if (txtdocno.empty() || txtdocno.text() == kNewDocno) {
+        step_from_new_entry();
+        return;
+    }
+    if (walk_open_documents(direction)) return;
+    if (!DocumentWalk::has_number(txtfkey.text())) {
+        last_record();
+        return;
+    }
+    step("step_record", [&] {
+        auto header = walk().beside(txtfkey.text(), direction);
+        if (!header) return;
+        show_document(*header);
+        record_stepped();
+    });
+}
+
+bool DocumentForm::show_where(const std::string& criteria) {
+    bool found = false;
+    step("show a document", [&] {
+        auto header = walk().header_where(criteria);
+        if (header.at_eof()) return;
+        found = true;
+        show_document(header);
+    });
+    return found;
+}
+
+void DocumentForm::return_to_document_on_screen() {
+    txtfkey.set(shown_fkey_);
+    if (shown_fkey_.empty()) {
+        last_record();
+    } else {
+        show_where("fkey = " + quoted(shown_fkey_));
+    }
+}
+
+void DocumentForm::show_named(const std::string& text, const std::string& criteria) {
+    if (text.empty()) {
+        last_record();
+    } else if (!show_where(criteria)) {
+        tell(text + " not found.");
+        return_to_document_on_screen();
+    }
+}
+
+void DocumentForm::Recordx() { show_named(txtdocno.text(), walk().named(txtdocno.text())); }
+
+void DocumentForm::Recordx_fkey() { show_named(txtfkey.text(), "fkey = " + quoted(txtfkey.text())); }
+
+bool DocumentForm::has_its_number() {
+    bool has = true;
+    step("number on screen", [&] {
+        const auto header = walk().header_by_fkey(txtfkey.text());
+        has = header.at_eof() || header.text(walk().tables().number_field) == txtdocno.text();
+    });
+    return has || refuse(fmt::format("Document no. {} not found", txtdocno.text()));
+}
+
+bool DocumentForm::validate_docno() {
+    if (txtdocno.empty()) return false;
+    bool exists = false;
+    bool other = false;
+    const std::string number = txtdocno.text();
+    step("validate_docno", [&] {
+        const auto header = walk().header_by_number(number);
+        exists = !header.at_eof();
+        other = exists && header.text("fkey") != txtfkey.text();
+    });
+    if (!exists) return refuse(fmt::format("Document no. {} not found", number));
+    if (other) Recordx();
+    return true;
+}
+
+}  // namespace brimley::frame

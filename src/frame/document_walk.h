@@ -1,0 +1,75 @@
+// Walking the stored documents of a kind by the running number in their keys ("1ip-57"), from the counter
+// downwards or step by step over gaps, never by docno and never by a sorted query: a step costs the same
+// however many documents are stored.
+//
+// It reads and shows nothing: a form takes the header that is found and shows it. Reading throws
+// store::Error.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "frame/form_part.h"
+
+namespace brimley::frame {
+
+// The tables and the number field of the documents that are walked.
+struct WalkTables {
+    const char* header = "AP_header_table";
+    const char* lines = "AP_transaction_table";
+    const char* number_field = "docno";
+    // Of the lines of a document. By value, so that line 10 comes after line 9.
+    const char* line_order = "VAL(pay_item)";
+    // What a document found by its number must meet besides, where a table holds several kinds.
+    const char* own_kind = "";
+    // Whether the header table says in `doctype` which kind its rows are. One without holds a single kind.
+    bool has_doctype = true;
+    // What a missing number means on the way up: the way down always goes over it.
+    enum class GapUpwards { is_jumped, ends_the_way } gap_upwards = GapUpwards::is_jumped;
+};
+
+class DocumentWalk : public FormPart {
+  public:
+    DocumentWalk(Form& form, const WalkTables& tables) : FormPart(form), tables_(tables) {}
+
+    [[nodiscard]] const WalkTables& tables() const { return tables_; }
+
+    // --- single documents: a recordset on the header, at its end when there is none ---
+    [[nodiscard]] store::Recordset header_where(std::string_view criteria) const;
+    [[nodiscard]] store::Recordset header_by_fkey(std::string_view fkey) const;
+    // Of several documents with this number the first in table order.
+    [[nodiscard]] store::Recordset header_by_number(std::string_view number) const;
+    // What finds a document by its number, as criteria.
+    [[nodiscard]] std::string named(std::string_view number) const;
+    [[nodiscard]] store::Recordset lines_of(std::string_view fkey) const;
+
+    // --- the walk ---
+
+    // The number last given to a document of the kind; 0: none was given yet. Without a row of the counter as
+    // without an issued number.
+    [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype) const;
+    // The newest stored header of the kind, looked for from last_no down; from here on the way up goes to
+    // last_no. Nothing when none of the numbers is stored.
+    [[nodiscard]] std::optional<store::Recordset> newest(const std::string& doctype, std::int64_t last_no);
+    // The header after (1) or before (-1) the document with this key, within its own kind. Nothing at the
+    // end, and for a key without a number.
+    [[nodiscard]] std::optional<store::Recordset> beside(const std::string& fkey, int direction) const;
+    // Keys made elsewhere may have no number behind a "-".
+    [[nodiscard]] static bool has_number(std::string_view fkey);
+
+    // Up to here the way up goes; set by newest.
+    std::int64_t fkey_last_no = 0;
+
+  private:
+    [[nodiscard]] std::optional<store::Recordset> nearest(const std::string& prefix, std::int64_t n,
+                                                          int direction, std::int64_t last_no) const;
+    [[nodiscard]] std::optional<std::int64_t> stored_number_beyond(const std::string& prefix, std::int64_t n,
+                                                                   int direction) const;
+
+    WalkTables tables_;
+    std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
+};
+
+}  // namespace brimley::frame

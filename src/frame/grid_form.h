@@ -1,0 +1,52 @@
+// The frame of the forms with a list or lines: dbgrid1, the font bar over it, the layouts of the grids, and
+// the commands that they have in common.
+//
+// It knows no modes and no documents: forms that enter documents are DocumentForms.
+#pragma once
+
+#include <initializer_list>
+#include <vector>
+
+#include "frame/font_bar.h"
+#include "frame/form.h"
+
+namespace brimley::frame {
+
+class GridForm : public Form {
+  public:
+    using Form::Form;
+
+    controls::Grid dbgrid1{controls_, "dbgrid1"};
+    FontBar font_bar{*this, dbgrid1};
+    controls::Frame frame_status{controls_, "frame_status"};
+
+    [[nodiscard]] bool font_bar_shown() const override {
+        return Form::font_bar_shown() || font_bar.frame_font.visible();
+    }
+
+    // Keeps the choice in Recent_value_table and paints the even rows of dbgrid1.
+    void show_even_row_color(bool flag);
+
+  protected:
+    // --- variable points ---
+
+    // The grids whose layout the company keeps, dbgrid1 first.
+    [[nodiscard]] virtual std::vector<controls::Grid*> grids() { return {&dbgrid1}; }
+
+    // --- shared procedures ---
+
+    // Gives the grids their columns and their look, and paints the even rows of dbgrid1 as the company's last
+    // choice was.
+    void build_grids();
+    void save_grid() override;
+    // The form's own commands and the common ones, by their ids. One of the form's takes the place of the
+    // common one with its id; those in `without` the form does not have.
+    void add_commands(std::vector<controls::Command> own, std::initializer_list<int> without = {});
+    // The commands that are the same on every form with a grid. False when the id is none of them.
+    [[nodiscard]] bool execute_of_grid_form(int id) { return execute_common(id) || font_bar.execute(id); }
+
+  private:
+    void paint_even_rows(bool flag);
+};
+
+}  // namespace brimley::frame

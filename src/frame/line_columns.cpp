@@ -1,0 +1,43 @@
+#include "frame/line_columns.h"
+
+#include <cmath>
+
+#include "kernel/money.h"
+
+namespace brimley::frame {
+
+void LineColumns::begin(const store::Recordset& lines) {
+    fields_.clear();
+    cells_.clear();
+    for (const LineColumn& column : columns_) {
+        fields_.push_back(lines.has_field(column.field) ? lines.column_of(column.field) : -1);
+        cells_.push_back({grid_.get_column(column.caption), {}});
+    }
+    texts_.resize(columns_.size());
+}
+
+void LineColumns::show(const store::Recordset& line, int row) {
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        const store::Value value = fields_[i] < 0 ? store::Value() : line.column(fields_[i]);
+        texts_[i] = text_of(value, columns_[i].shown);
+        cells_[i].text = texts_[i];
+    }
+    grid_.array.set_row(row, cells_);
+}
+
+std::string LineColumns::text_of(const store::Value& value, Shown shown) const {
+    if (shown == Shown::flag) return value.flag() ? "True" : "False";
+    if (value.is_null()) return {};
+    switch (shown) {
+        case Shown::money:
+            return kernel::format_money(value.number());
+        case Shown::money_without_sign:
+            return kernel::format_money(std::abs(value.number()));
+        case Shown::date:
+            return date_text(value);
+        default:
+            return value.text();
+    }
+}
+
+}  // namespace brimley::frame

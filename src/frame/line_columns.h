@@ -1,0 +1,47 @@
+// The columns of a grid of lines that are stored: caption, field of the line's row, and how the value is
+// shown.
+//
+// A form names them once in a table; showing a stored document's lines reads the table. Columns that the user
+// has moved are found by their captions, once a list, not once a cell.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "controls/grid.h"
+#include "frame/form_part.h"
+
+namespace brimley::frame {
+
+enum class Shown { text, money, money_without_sign, date, flag };
+
+struct LineColumn {
+    const char* caption;
+    const char* field;
+    Shown shown;
+};
+
+class LineColumns : public FormPart {
+  public:
+    // `columns` must outlive this: a table of constants.
+    LineColumns(Form& form, controls::Grid& grid, std::span<const LineColumn> columns)
+        : FormPart(form), grid_(grid), columns_(columns) {}
+
+    // Finds captions and fields; before the first row of each list.
+    void begin(const store::Recordset& lines);
+    // Puts the current row of the lines into a row of the grid. A null is shown as nothing, a flag as "True"
+    // or "False"; a field that the lines do not have is null.
+    void show(const store::Recordset& line, int row);
+
+  private:
+    [[nodiscard]] std::string text_of(const store::Value& value, Shown shown) const;
+
+    controls::Grid& grid_;
+    std::span<const LineColumn> columns_;
+    std::vector<int> fields_;  // -1: the lines have no such field
+    std::vector<std::string> texts_;
+    std::vector<controls::TextArray::CellText> cells_;
+};
+
+}  // namespace brimley::frame
