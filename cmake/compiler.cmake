@@ -6,13 +6,12 @@ target_compile_options(brimley_options INTERFACE
     -Woverloaded-virtual -Wconversion -Wno-sign-conversion -Werror
     # g++ 12 takes some inlined string copies for overlapping or oversized ones.
     -Wno-restrict -Wno-stringop-overflow -Wno-array-bounds)
-target_compile_definitions(brimley_options INTERFACE BRIMLEY_VERSION="${PROJECT_VERSION}"
-    BRIMLEY_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 target_link_libraries(brimley_options INTERFACE fmt::fmt)
 
 if(BRIMLEY_SANITIZE)
+    # src/ adds UndefinedBehaviorSanitizer for the product; the code of the tests does without.
     target_compile_options(brimley_options INTERFACE
-        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+        -fsanitize=address -fno-sanitize-recover=all -fno-omit-frame-pointer
         # GCC 12 takes the checks of a variant for reads of what is not set.
         -Wno-maybe-uninitialized)
     target_link_options(brimley_options INTERFACE -fsanitize=address,undefined)
@@ -22,15 +21,20 @@ if(BRIMLEY_COVERAGE)
     target_link_options(brimley_options INTERFACE --coverage)
 endif()
 
-# Compiled once and used by every room; the tests have one more with the test library in it.
+# brimley_define(FILE NAME VALUE): a text that one source file alone is compiled with.
+function(brimley_define file name value)
+    set_property(SOURCE ${file} APPEND PROPERTY COMPILE_DEFINITIONS "${name}=\"${value}\"")
+endfunction()
+
+# brimley_precompiled_headers(NAME library... HEADERS header...): an object library whose precompiled header others reuse. It
+# belongs into the folder of those who do, for the sake of the folder's compile options.
 file(WRITE ${CMAKE_BINARY_DIR}/empty.cpp "")
-add_library(brimley_precompiled OBJECT ${CMAKE_BINARY_DIR}/empty.cpp)
-target_link_libraries(brimley_precompiled PUBLIC brimley_options)
-target_precompile_headers(brimley_precompiled PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h)
-add_library(brimley_test_precompiled OBJECT ${CMAKE_BINARY_DIR}/empty.cpp)
-target_link_libraries(brimley_test_precompiled PUBLIC brimley_options GTest::gtest GTest::gmock)
-target_precompile_headers(brimley_test_precompiled PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h
-    <gmock/gmock.h> <gtest/gtest.h>)
+function(brimley_precompiled_headers name)
+    cmake_parse_arguments(PRECOMPILED "" "" "HEADERS" ${ARGN})
+    add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/empty.cpp)
+    target_link_libraries(${name} PUBLIC brimley_options ${PRECOMPILED_UNPARSED_ARGUMENTS})
+    target_precompile_headers(${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h ${PRECOMPILED_HEADERS})
+endfunction()
 
 # brimley_room(NAME FOLDER DEPENDS room...): the library of one folder under src/, made of the .cpp
 # files directly in the folders named, except the main files of programs (*_main.cpp).
