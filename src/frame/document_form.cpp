@@ -255,19 +255,9 @@ store::Recordset DocumentForm::rates_of_currency(const std::optional<store::Date
 }
 
 void DocumentForm::fill_common_combos() {
-    const auto column_of = [this](std::string query, std::string field) {
-        return [this, query, field] {
-            std::vector<controls::ComboBox::Row> items;
-            step(query.c_str(), [&] {
-                for (auto rows = kernel().read(query); !rows.at_eof(); rows.MoveNext())
-                    items.push_back({rows.text(field)});
-            });
-            return items;
-        };
-    };
     cmbcompany.set_items({{"1"}});
-    cmbfyear.set_source(column_of("SELECT fyear FROM Fiscalyear_table", "fyear"));
-    cmbcurrency.set_source(column_of("SELECT Currency FROM Working_currency_table", "Currency"));
+    cmbfyear.set_source(rows_of("SELECT fyear FROM Fiscalyear_table", {"fyear"}));
+    cmbcurrency.set_source(rows_of("SELECT Currency FROM Working_currency_table", {"Currency"}));
     std::vector<controls::ComboBox::Row> periods;
     const int last_period = static_cast<int>(
         kernel::whole_number(kernel::money_value(context().BRIMLEY_NO_PERIODS), 0, kPeriodsMax));

@@ -27,6 +27,8 @@ class DocumentPart : public FormPart {
                                                                const char* missing) const {
         return form_.required_date(field, missing);
     }
+    // False after its message: none is given, or it lies outside the working period.
+    [[nodiscard]] bool period_is_open() const;
     [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long) const {
         return form_.draw_number(too_long);
     }

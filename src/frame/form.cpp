@@ -176,6 +176,20 @@ void Form::save_recent_value(std::string_view control_name, std::string_view val
     });
 }
 
+Form::ListSource Form::rows_of(std::string query, std::vector<std::string> fields) {
+    return [this, query = std::move(query), fields = std::move(fields)] {
+        std::vector<std::vector<std::string>> rows;
+        step(query.c_str(), [&] {
+            for (auto found = kernel().read(query); !found.at_eof(); found.MoveNext()) {
+                auto& row = rows.emplace_back();
+                for (const std::string& field : fields)
+                    row.push_back(found.text(field));
+            }
+        });
+        return rows;
+    };
+}
+
 std::string Form::date_text(store::DateTime date) const {
     return kernel::user_date_text(date, context_.BRIMLEY_DATE_FORMAT);
 }

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "frame/form.h"
 
@@ -48,6 +49,10 @@ class FormPart {
     template <class Action>
     bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) const {
         return form_.in_transaction(name, std::forward<Action>(action), failure);
+    }
+
+    [[nodiscard]] auto rows_of(std::string query, std::vector<std::string> fields) const {
+        return form_.rows_of(std::move(query), std::move(fields));
     }
 
     template <class Date>

@@ -18,7 +18,7 @@
 #include "frame/desk.h"
 #include "frame/host_context.h"
 #include "invoices/apform_invoice.h"
-#include "payments/apform_payment.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::host {
 

@@ -1,4 +1,6 @@
-// The line grid of the payment form: the vendor's open items, or the lines of a stored payment.
+// The rows of the list: the vendor's open items, or the lines of a stored payment.
+#include "payments/invoice_payment/item_list.h"
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -7,7 +9,7 @@
 #include <unordered_map>
 
 #include "kernel/money.h"
-#include "payments/apform_payment.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::payments {
 
@@ -50,13 +52,8 @@ std::string open_items_query(const std::string& vendor_no) {
         fmt::join(kItemFields, ","), quoted(vendor_no));
 }
 
-enum class Shown { text, money, date };
-
-struct LineColumn {
-    const char* caption;
-    const char* field;
-    Shown shown;
-};
+using frame::LineColumn;
+using frame::Shown;
 
 // What is stored of a line. Dues and percents are not.
 constexpr std::array kLineColumns{
@@ -84,7 +81,7 @@ constexpr std::array kLineColumns{
 }  // namespace
 
 // What is the same for all rows of a list: found once, not once a cell.
-struct APform_payment::Listing {
+struct ItemList::Listing {
     struct Places {
         explicit Places(const controls::Grid& grid)
             : on_due(grid.get_column("on due")),
@@ -110,17 +107,17 @@ struct APform_payment::Listing {
             discount_accno, writeoff_accno, available, percent, doctype, prepay_accno, currency, invoice_rate;
     };
 
-    explicit Listing(APform_payment& form)
-        : places(form.dbgrid1),
-          today(form.desk().now().date_only()),
-          paid_on(form.date_in(form.txtpaydate)),
-          form_(form) {}
+    explicit Listing(ItemList& list)
+        : places(list.dbgrid1_),
+          today(list.desk().now().date_only()),
+          paid_on(list.date_in(list.form_.txtpaydate)),
+          list_(list) {}
     // Many items share their days.
     const std::string& date_text(const std::optional<store::DateTime>& date) {
         static const std::string kNone;
         if (!date) return kNone;
         const auto [text, is_new] = dates_.try_emplace(date->day);
-        if (is_new) text->second = form_.date_text(*date);
+        if (is_new) text->second = list_.date_text(*date);
         return text->second;
     }
 
@@ -129,61 +126,68 @@ struct APform_payment::Listing {
     std::optional<store::DateTime> paid_on;
 
   private:
-    APform_payment& form_;
+    ItemList& list_;
     std::unordered_map<std::int32_t, std::string> dates_;
 };
 
-void APform_payment::init_grid() {
-    build_grids();
+ItemList::ItemList(APform_payment& form)
+    : DocumentPart(form),
+      form_(form),
+      dbgrid1_(form.dbgrid1),
+      stored_columns_(form, form.dbgrid1, kLineColumns) {
+    dbgrid1_.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
+    dbgrid1_.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
+    dbgrid1_.on_row_col_change = [this](int, int old_column) { dbgrid1_RowColChange(old_column); };
+    dbgrid1_.on_fetch_row_style = [this](int row) { return dbgrid1_FetchRowStyle(row); };
+}
+
+void ItemList::connect_drop_downs() {
     const auto accounts =
-        rows_of("SELECT accno, accname FROM Account_master_table WHERE type = 'A' ORDER BY accno", "accno",
-                "accname");
+        rows_of("SELECT accno, accname FROM Account_master_table WHERE type = 'A' ORDER BY accno",
+                {"accno", "accname"});
     dd1 = {{"account", "account name"}, {}, accounts};
     dd2 = {{"account", "account name"}, {}, accounts};
-    for (controls::GridColumn& column : dbgrid1.columns) {
+    for (controls::GridColumn& column : dbgrid1_.columns) {
         if (column.caption == "discount account") column.drop_down = &dd1;
         if (column.caption == "write-off account") column.drop_down = &dd2;
     }
 }
 
-void APform_payment::clear_lines() {
-    last_row = -1;
-    touched_rows.clear();
-    dbgrid1.array.dimension(kRowsMin);
-    dbgrid1.go_to(0, 0);
-    dbgrid1.rebind();
+void ItemList::clear() {
+    last_row_ = -1;
+    touched_rows_.clear();
+    dbgrid1_.array.dimension(kRowsMin);
+    dbgrid1_.go_to(0, 0);
+    dbgrid1_.rebind();
 }
 
-void APform_payment::list_vendor_invoice(const std::string& vendor_no) {
-    for (controls::TextField* amount : {&txtpayment, &txttotal, &txttotal_base})
-        amount->set("0.00");
-    label_total_currency.set_caption("");
-    clear_lines();
+void ItemList::list_vendor_invoice(const std::string& vendor_no) {
+    clear();
     step("list_vendor_invoice", [&] {
         auto items = kernel().read(open_items_query(vendor_no));
         const int count = static_cast<int>(items.RecordCount());
-        if (count >= kRowsMin - 1) dbgrid1.array.dimension(count + kRowsSpare);
+        if (count >= kRowsMin - 1) dbgrid1_.array.dimension(count + kRowsSpare);
         add_open_items(items);
     });
-    dbgrid1.rebind();
+    dbgrid1_.rebind();
 }
 
 // The document that the user came from stands first, then everything else in its order.
-void APform_payment::add_open_items(Recordset& items) {
+void ItemList::add_open_items(Recordset& items) {
     Listing listing(*this);
-    if (!selected_docno.empty()) {
-        const std::string criteria = "[docno] = " + quoted(selected_docno);
+    if (!form_.selected_docno.empty()) {
+        const std::string criteria = "[docno] = " + quoted(form_.selected_docno);
         for (items.FindFirst(criteria); !items.NoMatch(); items.FindNext(criteria))
             add_open_item(items, listing, true);
     }
     for (items.MoveFirst(); !items.at_eof(); items.MoveNext()) {
-        if (selected_docno.empty() || items.column(kDocno).text() != selected_docno)
+        if (form_.selected_docno.empty() || items.column(kDocno).text() != form_.selected_docno)
             add_open_item(items, listing, false);
     }
 }
 
 // By today's date, whatever the payment's; of what is still open, not of the gross.
-double APform_payment::discount_offer(const Recordset& item, bool came_from, store::DateTime today) {
+double ItemList::discount_offer(const Recordset& item, bool came_from, store::DateTime today) {
     if (came_from && item.column(kDiscountTaken).number() > 0) return 0;
     const double percent = item.column(kEarlyDiscount).number();
     const auto until = item.column(kDiscountDate).date();
@@ -192,13 +196,13 @@ double APform_payment::discount_offer(const Recordset& item, bool came_from, sto
     return Round(item.column(kOpen).number() * percent / 100);
 }
 
-std::string APform_payment::prepay_account(const std::string& fkey) {
+std::string ItemList::prepay_account(const std::string& fkey) {
     const auto header = kernel().read(
         fmt::format("SELECT prepayment_accno FROM Payment_header_table WHERE fkey = {}", quoted(fkey)));
     return header.at_eof() ? std::string{} : header.text("prepayment_accno");
 }
 
-void APform_payment::add_open_item(const Recordset& item, Listing& listing, bool came_from) {
+void ItemList::add_open_item(const Recordset& item, Listing& listing, bool came_from) {
     const Listing::Places& at = listing.places;
     const double gross = item.column(kGross).number();
     const auto due = item.column(kDueDate).date();
@@ -229,8 +233,8 @@ void APform_payment::add_open_item(const Recordset& item, Listing& listing, bool
         {at.due_date, due_date},
         {at.taken, "0"},
         {at.writeoff, "0"},
-        {at.discount_accno, default_discount_accno},
-        {at.writeoff_accno, default_writeoff_accno},
+        {at.discount_accno, form_.default_discount_accno},
+        {at.writeoff_accno, form_.default_writeoff_accno},
         {at.available, available},
         {at.percent, percent},
         {at.doctype, doctype},
@@ -238,54 +242,44 @@ void APform_payment::add_open_item(const Recordset& item, Listing& listing, bool
         {at.currency, currency},
         {at.invoice_rate, rate},
     };
-    dbgrid1.array.set_row(++last_row, cells);
+    dbgrid1_.array.set_row(++last_row_, cells);
 }
 
-void APform_payment::assign2_dbgrid1(Recordset& lines) {
-    clear_lines();
-    dbgrid1.array.dimension(std::max(kRowsMin, static_cast<int>(lines.RecordCount()) + kRowsSpare));
-    std::array<int, kLineColumns.size()> fields{};
-    std::array<controls::TextArray::CellText, kLineColumns.size()> cells{};
-    for (std::size_t i = 0; i < kLineColumns.size(); ++i) {
-        fields[i] = lines.column_of(kLineColumns[i].field);
-        cells[i].column = dbgrid1.get_column(kLineColumns[i].caption);
-    }
-    const auto shown = [this](const store::Value& value, Shown as) {
-        if (value.is_null()) return std::string{};
-        return as == Shown::money  ? format_money(value.number())
-               : as == Shown::date ? date_text(value)
-                                   : value.text();
-    };
-    std::array<std::string, kLineColumns.size()> texts;
-    for (; !lines.at_eof(); lines.MoveNext()) {
-        for (std::size_t i = 0; i < kLineColumns.size(); ++i) {
-            texts[i] = shown(lines.column(fields[i]), kLineColumns[i].shown);
-            cells[i].text = texts[i];
-        }
-        dbgrid1.array.set_row(++last_row, cells);
-    }
-    touched_rows.assign(static_cast<std::size_t>(last_row + 1), true);
-    dbgrid1.rebind();
+void ItemList::show_stored(Recordset& lines) {
+    clear();
+    dbgrid1_.array.dimension(std::max(kRowsMin, static_cast<int>(lines.RecordCount()) + kRowsSpare));
+    stored_columns_.begin(lines);
+    for (; !lines.at_eof(); lines.MoveNext())
+        stored_columns_.show(lines, ++last_row_);
+    touched_rows_.assign(static_cast<std::size_t>(last_row_ + 1), true);
+    dbgrid1_.rebind();
 }
 
-void APform_payment::insert_line() {
-    if (!dbgrid1.allow_add_new) return;
-    const int row = dbgrid1.row();
-    dbgrid1.array.insert_row(row);
-    if (row < static_cast<int>(touched_rows.size())) touched_rows.insert(touched_rows.begin() + row, true);
-    ++last_row;
+void ItemList::insert_line() {
+    if (!dbgrid1_.allow_add_new) return;
+    const int row = dbgrid1_.row();
+    dbgrid1_.array.insert_row(row);
+    if (row < static_cast<int>(touched_rows_.size())) touched_rows_.insert(touched_rows_.begin() + row, true);
+    ++last_row_;
     update_total_payment();
 }
 
-void APform_payment::take_out_row(int row) {
-    dbgrid1.array.delete_row(row);
-    if (row < static_cast<int>(touched_rows.size())) touched_rows.erase(touched_rows.begin() + row);
-    if (row <= last_row) --last_row;
+void ItemList::take_out_row(int row) {
+    dbgrid1_.array.delete_row(row);
+    if (row < static_cast<int>(touched_rows_.size())) touched_rows_.erase(touched_rows_.begin() + row);
+    if (row <= last_row_) --last_row_;
 }
 
-void APform_payment::delete_line() {
-    if (!dbgrid1.allow_delete) return;
-    take_out_row(dbgrid1.row());
+void ItemList::keep_what_is_on_due() {
+    for (int row = last_row_; row >= 0; --row) {
+        if (dbgrid1_.cell(row, "on due") != "True") take_out_row(row);
+    }
+    update_total_payment();
+}
+
+void ItemList::delete_line() {
+    if (!dbgrid1_.allow_delete) return;
+    take_out_row(dbgrid1_.row());
     update_total_payment();
 }
 

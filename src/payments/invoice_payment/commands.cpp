@@ -1,7 +1,7 @@
 // Toolbar of the payment form, and its requests to the host.
 #include <fmt/format.h>
 
-#include "payments/apform_payment.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::payments {
 
@@ -35,19 +35,19 @@ void APform_payment::execute_own(int id) {
 }
 
 void APform_payment::findAP() {
-    const std::string docno = dbgrid1.cell(dbgrid1.row(), "AP document no");
+    const std::string docno = items.current("AP document no");
     if (docno.empty()) return;
-    const bool prepayment = dbgrid1.cell(dbgrid1.row(), "document type") == "pp";
+    const bool prepayment = items.current("document type") == "pp";
     notify(prepayment ? "A/P Prepayment" : "Bill Entry : Docno", docno);
 }
 
 void APform_payment::payment_history() {
-    const std::string docno = dbgrid1.cell(dbgrid1.row(), "AP document no");
+    const std::string docno = items.current("AP document no");
     if (!docno.empty()) notify("Payment History", docno);
 }
 
 // The list has no column "account", so the request always goes out without one.
-std::string APform_payment::account_of_current_line() { return dbgrid1.cell(dbgrid1.row(), "account"); }
+std::string APform_payment::account_of_current_line() { return items.current("account"); }
 
 void APform_payment::preview() {
     std::string fields = "Payment_header_table.*, Payment_transaction_table.*";

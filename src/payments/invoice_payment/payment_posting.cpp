@@ -5,8 +5,7 @@
 #include <cmath>
 
 #include "kernel/money.h"
-#include "kernel/user_dates.h"
-#include "payments/apform_payment.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::payments {
 
@@ -22,17 +21,14 @@ constexpr auto kNumberFirst = kernel::ModuleG3::TooLongMessage::number_first;
 
 }  // namespace
 
-std::string APform_payment::get_apaccno(const std::string& vendor_no) {
-    const auto vendor = kernel().read(
-        fmt::format("SELECT ap_accno FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
-    return vendor.at_eof() ? std::string{} : vendor.text("ap_accno");
-}
+PaymentPosting::PaymentPosting(APform_payment& form) : DocumentPart(form), form_(form) {}
 
-bool APform_payment::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno) {
-    const auto payment_date = kernel::try_user_date(txtpaydate.text(), context().BRIMLEY_DATE_FORMAT);
+bool PaymentPosting::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno,
+                                      const std::vector<ListedItem>& items) {
+    const auto payment_date = date_in(form_.txtpaydate);
     if (!payment_date) return false;
     kernel::GlHeader header = gl_document(kSource, *payment_date);
-    header.remark = "payment no. " + txtdocno.text();
+    header.remark = "payment no. " + form_.txtdocno.text();
     header.source_form = kHeaderForm;
     header.line_source_form = identity().class_name;
     header.vendor_no = vendor_no;
@@ -41,17 +37,17 @@ bool APform_payment::insert_GL_record(const std::string& vendor_no, const std::s
     header.too_long = kNumberFirst;
     kernel::GlPosting posting(kernel(), std::move(header));
     if (!posting.open()) return false;
-    const std::string ap_accno = get_apaccno(vendor_no);
+    const std::string ap_accno = form_.get_apaccno(vendor_no);
     if (ap_accno.empty()) return refuse("Error : Payable account for " + vendor_no + " is invalid.");
-    for (const PaidRow& paid : paid_rows()) {
-        if (!gather_row(posting, paid, ap_accno, cash_accno)) return false;
+    for (const ListedItem& item : items) {
+        if (!gather(posting, item, ap_accno, cash_accno)) return false;
     }
     if (!posting.write_lines() || !posting.write_rounding() || !posting.finish()) return false;
-    txtglfkey.set(posting.fkey());
+    form_.txtglfkey.set(posting.fkey());
     return true;
 }
 
-bool APform_payment::account_given(const std::string& accno, const char* what) {
+bool PaymentPosting::account_given(const std::string& accno, const char* what) {
     if (accno.empty()) return refuse(fmt::format("please specify {} account", what));
     const auto account =
         kernel().read(fmt::format("SELECT accno FROM Account_master_table WHERE accno = {}", quoted(accno)));
@@ -60,48 +56,45 @@ bool APform_payment::account_given(const std::string& accno, const char* what) {
 
 // What was paid, discounted and written off has the value of the payment's day, what was owed that of the
 // invoice's; gain or loss is what lies between. A prepayment's signs stay as they come.
-bool APform_payment::gather_row(kernel::GlPosting& posting, const PaidRow& paid, const std::string& ap_accno,
-                                const std::string& cash_accno) {
-    const auto& [row, amounts] = paid;
-    const std::string currency = dbgrid1.cell(row, "currency");
-    const bool in_base = !row_is_foreign(row);
-    const std::string rate_text = dbgrid1.cell(row, "payment exch rate");
-    if (!in_base && rate_text.empty()) return refuse("please specify payment exchange rate");
-    if (!in_base && !is_rate(rate_text)) return refuse("payment exchange rate is invalid");
-    const double invoice_rate = in_base ? 1 : cell_money(row, "invoice exch rate");
-    const double payment_rate = in_base ? 1 : cell_money(row, "payment exch rate");
+bool PaymentPosting::gather(kernel::GlPosting& posting, const ListedItem& item, const std::string& ap_accno,
+                            const std::string& cash_accno) {
+    const ItemAmounts& amounts = item.amounts;
+    const bool in_base = item.in_base;
+    if (!in_base && item.payment_rate_text.empty()) return refuse("please specify payment exchange rate");
+    if (!in_base && !PaymentSave::is_rate(item.payment_rate_text))
+        return refuse("payment exchange rate is invalid");
+    const double invoice_rate = item.invoice_rate;
+    const double payment_rate = in_base ? 1 : money_value(item.payment_rate_text);
     const auto add = [&](const std::string& accno, double amount, double rate) {
-        posting.add(accno, amount, in_base ? amount : Round(amount * rate), currency);
+        posting.add(accno, amount, in_base ? amount : Round(amount * rate), item.currency);
     };
     add(cash_accno, 0 - amounts.pay, payment_rate);
     if (amounts.discount > 0) {
-        const std::string accno = dbgrid1.cell(row, "discount account");
-        if (!account_given(accno, "discount")) return false;
-        add(accno, amounts.discount, payment_rate);
+        if (!account_given(item.discount_accno, "discount")) return false;
+        add(item.discount_accno, amounts.discount, payment_rate);
     }
     if (amounts.writeoff > 0) {
-        const std::string accno = dbgrid1.cell(row, "write-off account");
-        if (!account_given(accno, "write-off")) return false;
-        add(accno, amounts.writeoff, payment_rate);
+        if (!account_given(item.writeoff_accno, "write-off")) return false;
+        add(item.writeoff_accno, amounts.writeoff, payment_rate);
     }
     add(ap_accno, 0 - amounts.sum(), invoice_rate);
     if (payment_rate != invoice_rate) {
         const double difference = Round(std::fabs((payment_rate - invoice_rate) * amounts.sum()));
-        posting.add(payment_rate < invoice_rate ? gain_accno : loss_accno, difference, difference,
+        posting.add(payment_rate < invoice_rate ? gain_accno() : loss_accno(), difference, difference,
                     context().BASE_CURRENCY);
     }
-    if (dbgrid1.cell(row, "document type") == "pp") {
-        add(dbgrid1.cell(row, "prepay account"), 0 - amounts.pay, payment_rate);
+    if (item.is_prepayment()) {
+        add(item.prepay_accno, 0 - amounts.pay, payment_rate);
         add(ap_accno, amounts.pay, payment_rate);
     }
     return true;
 }
 
-bool APform_payment::insert_GL_reverse() {
+bool PaymentPosting::insert_GL_reverse() {
     kernel::GlReversal reversal = gl_reversal(kSource, kNumberFirst);
     reversal.description_in_same =
-        txtdocno.text() + (dbgrid1.allow_update ? "Edit payment " : "Void payment ");
-    reversal.description_in_new = txtdocno.text() + "void payment ";
+        form_.txtdocno.text() + (form_.dbgrid1.allow_update ? "Edit payment " : "Void payment ");
+    reversal.description_in_new = form_.txtdocno.text() + "void payment ";
     reversal.result_without_lines = false;
     reversal.source_form_in_new = kHeaderForm;
     reversal.new_has_time = true;

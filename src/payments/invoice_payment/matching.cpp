@@ -6,8 +6,7 @@
 #include <set>
 
 #include "kernel/money.h"
-#include "kernel/user_dates.h"
-#include "payments/apform_payment.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::payments {
 
@@ -39,14 +38,13 @@ void append(std::vector<Entry>& entries, Entry entry) {
     entries.push_back(std::move(entry));
 }
 
-}  // namespace
-
-class APform_payment::Matching {
+class Matching : public frame::DocumentPart {
   public:
     Matching(APform_payment& form, std::string matching_no)
-        : form_(form),
+        : DocumentPart(form),
+          form_(form),
           matching_no_(std::move(matching_no)),
-          rows_(form.kernel().change("SELECT * FROM AP_matching_table WHERE 1 = 2")) {}
+          rows_(kernel().change("SELECT * FROM AP_matching_table WHERE 1 = 2")) {}
 
     void run() {
         split_list();
@@ -65,22 +63,16 @@ class APform_payment::Matching {
 
   private:
     void split_list() {
-        for (int row = 0; row <= form_.last_row; ++row) {
-            const auto text = [&](const char* caption) { return form_.dbgrid1.cell(row, caption); };
-            const auto money = [&](const char* caption) { return form_.cell_money(row, caption); };
-            if (text("AP document no").empty() || money("pay amount") == 0) continue;
-            if (text("document type") == "pp") {
-                append(credits_, Credit{text("AP document no"), text("pay item"), money("pay amount"),
-                                        money("gross amount"), money("open amount")});
+        for (const ListedItem& item : form_.items.paid()) {
+            if (item.docno.empty() || item.amounts.pay == 0) continue;
+            if (item.is_prepayment()) {
+                append(credits_, Credit{item.docno, item.pay_item, item.amounts.pay, item.gross, item.open});
                 continue;
             }
-            const auto date =
-                kernel::try_user_date(text("invoice date"), form_.context().BRIMLEY_DATE_FORMAT);
-            append(invoices_,
-                   Invoice{text("AP document no"), text("pay item"), date ? date->yyyymmdd() : std::string{},
-                           money("pay amount"), money("gross amount"), money("open amount"),
-                           money("discount taken"), money("write-off"), text("discount account"),
-                           text("write-off account")});
+            append(invoices_, Invoice{item.docno, item.pay_item,
+                                      item.invoice_date ? item.invoice_date->yyyymmdd() : std::string{},
+                                      item.amounts.pay, item.gross, item.open, item.amounts.discount,
+                                      item.amounts.writeoff, item.discount_accno, item.writeoff_accno});
         }
     }
 
@@ -103,7 +95,7 @@ class APform_payment::Matching {
         const double amount = std::min(invoice.pay, 0 - credit.left);
         rows_.AddNew();
         rows_.set("matching_no", matching_no_);
-        rows_.set("matching_date", form_.desk().now());
+        rows_.set("matching_date", desk().now());
         rows_.set("lineno", ++lineno_);
         rows_.set("company", form_.cmbcompany.text());
         take_reductions(invoice);
@@ -143,7 +135,7 @@ class APform_payment::Matching {
 
     void update_item(const std::string& docno, const std::string& pay_item, double balance, double amount,
                      bool remember) {
-        auto item = form_.kernel().change(fmt::format(
+        auto item = kernel().change(fmt::format(
             "SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {}", quoted(docno)));
         item.FindFirst("[pay_item] = " + pay_item);
         if (item.NoMatch()) return;
@@ -162,7 +154,7 @@ class APform_payment::Matching {
 
     [[nodiscard]] const char* flags_of(const std::string& fkey) {
         const bool unpaid =
-            !form_.kernel()
+            !kernel()
                  .read(fmt::format("SELECT fkey FROM (SELECT * FROM AP_transaction_table WHERE fkey = {}) "
                                    "WHERE paid = FALSE",
                                    quoted(fkey)))
@@ -171,7 +163,7 @@ class APform_payment::Matching {
     }
 
     void mark_documents() {
-        store::Database& database = form_.kernel().database();
+        store::Database& database = kernel().database();
         for (const std::string& fkey : documents_)
             database.Execute(
                 fmt::format("UPDATE AP_header_table SET {} WHERE fkey = {}", flags_of(fkey), quoted(fkey)));
@@ -190,6 +182,8 @@ class APform_payment::Matching {
     std::set<std::string> documents_;                        // keys of the invoices met
     std::set<std::pair<std::string, std::string>> sources_;  // where they came from, with their keys
 };
+
+}  // namespace
 
 bool APform_payment::matching() {
     bool matched = false;
@@ -237,10 +231,18 @@ void APform_payment::chkselect_click(bool on_due_only) {
         list_vendor_invoice(cmbvendor.text());
         return;
     }
-    for (int row = last_row; row >= 0; --row) {
-        if (dbgrid1.cell(row, "on due") != "True") take_out_row(row);
-    }
-    update_total_payment();
+    items.keep_what_is_on_due();
+}
+
+void APform_payment::update_discount_taken(const std::string& ap_docno, const std::string& pay_item,
+                                           double discount) {
+    auto item = kernel().change(
+        fmt::format("SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",
+                    quoted(ap_docno), quoted(pay_item)));
+    if (item.at_eof()) return;
+    item.Edit();
+    item.set("discount_taken", Round(item.number("discount_taken") + discount));
+    item.Update();
 }
 
 }  // namespace brimley::payments

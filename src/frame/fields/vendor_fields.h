@@ -1,0 +1,35 @@
+// The two fields of a vendor, number and name: their lists, and how each follows the other.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "controls/combo_box.h"
+#include "frame/form_part.h"
+
+namespace brimley::frame {
+
+class VendorFields : public FormPart {
+  public:
+    // What becomes of the other field when a text is chosen that the list does not have.
+    enum class Unknown { leaves_the_other, empties_the_other };
+    VendorFields(Form& form, controls::ComboBox& number, controls::ComboBox& name, Unknown unknown);
+
+    // Gives both fields their lists, newest number and last name first; fetched when somebody looks at them.
+    void fill();
+    // Nothing for a vendor that is not known.
+    [[nodiscard]] std::optional<std::string> name_of(const std::string& vendor_no) const;
+
+    // After a vendor was chosen in either field.
+    std::function<void()> on_chosen;
+
+  private:
+    void follow(const controls::ComboBox& chosen, controls::ComboBox& other) const;
+
+    controls::ComboBox& number_;
+    controls::ComboBox& name_;
+    Unknown unknown_;
+};
+
+}  // namespace brimley::frame

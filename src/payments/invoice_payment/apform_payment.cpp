@@ -1,0 +1,155 @@
+// Loading the form, its modes, a new payment, and showing a stored one.
+#include "payments/invoice_payment/apform_payment.h"
+
+#include <fmt/format.h>
+
+#include "kernel/money.h"
+
+namespace brimley::payments {
+
+using kernel::format_money;
+using kernel::Round;
+using store::quoted;
+using store::Recordset;
+
+namespace {
+
+// Four kinds of payments share the tables; a number may come again in another kind.
+constexpr PaymentKind kKind{
+    {"APform_payment", "A/P Payment", "\\Help\\Payment Entry Help.pdf"},
+    "py",
+    {"Payment_header_table", "Payment_transaction_table", "docno", "item_no", " AND doctype = 'py'"},
+    "Are you sure to void this payment?",
+    "",
+    "Void Payment failed"};
+
+constexpr controls::Colour kDepositColour = controls::rgb(0, 0, 200);
+
+}  // namespace
+
+APform_payment::APform_payment(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+                               frame::Desk& desk)
+    : PaymentForm(kKind, std::move(context), std::move(kernel), desk) {
+    txtid.set_visible(false);
+    vendor.on_chosen = [this] { vendor_chosen(); };
+}
+
+void APform_payment::Form_Load() {
+    items.clear();
+    Deposit_style = kDepositColour;
+    load_document_form();
+    step("default accounts", [&] {
+        default_discount_accno = kernel().parameter_account("AP", "AP discount account");
+        default_writeoff_accno = kernel().parameter_account("AP", "AP write-off account");
+    });
+}
+
+void APform_payment::initform_control() {
+    PaymentForm::initform_control();
+    vendor.fill();
+}
+
+void APform_payment::init_grid() {
+    build_grids();
+    items.connect_drop_downs();
+}
+
+void APform_payment::vendor_chosen() {
+    if (mode() == frame::Mode::new_entry) list_vendor_invoice(cmbvendor.text());
+}
+
+void APform_payment::list_vendor_invoice(const std::string& vendor_no) {
+    for (controls::TextField* amount : {&txtpayment, &txttotal, &txttotal_base})
+        amount->set("0.00");
+    label_total_currency.set_caption("");
+    items.list_vendor_invoice(vendor_no);
+}
+
+void APform_payment::take_vendor_name_and_currency() {
+    cmbcurrency.set(context().BASE_CURRENCY);
+    if (cmbvendor.empty()) return;
+    step("take the vendor's name and currency", [&] {
+        const auto row = kernel().read(
+            fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+        cmbvendor_name.set(row.at_eof() ? std::string{} : row.text("VENDOR_NAME"));
+        if (row.at_eof()) return;
+        if (!row.text("Currency").empty()) cmbcurrency.set(row.text("Currency"));
+    });
+}
+
+// Everything is emptied but the vendor and the way of paying.
+void APform_payment::gencode_new() {
+    const std::string vendor_no = cmbvendor.text();
+    const std::string vendor_name = cmbvendor_name.text();
+    const std::string payby = cmbpayby.text();
+    clear_box();
+    cmbvendor.set(vendor_no);
+    cmbvendor_name.set(vendor_name);
+    cmbpayby.set(payby);
+    txtdocno.set(frame::kNewDocno);
+    cmbcompany.set("1");
+    txtpaydate.set(date_text(desk().now()));
+    take_period_of(txtpaydate);
+    for (controls::TextField* amount : {&txtpayment, &txtpayment_base, &txttotal, &txttotal_base})
+        amount->set("0.00");
+    take_vendor_name_and_currency();
+    cmbcurrency_itemselect();
+    pay_by.show_bank();
+    if (pay_by.is_check()) pay_by.begin_check();
+    if (!vendor_no.empty()) list_vendor_invoice(vendor_no);
+}
+
+void APform_payment::clear_box() {
+    clear_header();
+    cmbvendor.clear_choice();
+    cmbvendor_name.clear_choice();
+    for (controls::TextField* field : {&txtid, &txtpayment, &txtpayment_base, &txttotal, &txttotal_base})
+        field->set("");
+    label_total_currency.set_caption("");
+    items.clear();
+}
+
+void APform_payment::assign2control(Recordset& header) {
+    assign_header(header);
+    const auto money = [&](const char* field) {
+        const store::Value value = header.field(field);
+        return value.is_null() ? std::string{} : format_money(value.number());
+    };
+    cmbvendor.set(header.text("vendor_no"));
+    txtpayment.set(money("payment_amount"));
+    txtpayment_base.set(money("payment_base_amount"));
+    txttotal.set(money("total_amount"));
+    txttotal_base.set(money("total_base_amount"));
+    label_total_currency.set_caption(header.text("total_currency"));
+    const auto name = vendor.name_of(cmbvendor.text());
+    if (!name) return;
+    cmbvendor_name.set(*name);
+    txtremit.set(*name);  // payments of invoices store no payee of their own
+}
+
+std::string APform_payment::get_apaccno(const std::string& vendor_no) {
+    const auto row = kernel().read(
+        fmt::format("SELECT ap_accno FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
+    return row.at_eof() ? std::string{} : row.text("ap_accno");
+}
+
+void APform_payment::give_back_balances() {
+    update_vendor_owing_balance(true);
+    paid_items.update_prepayment_status(txtfkey.text(), true);
+}
+
+// In the currencies of the rows, added up as they are. A vendor without a balance gets one with the wrong
+// sign.
+void APform_payment::update_vendor_owing_balance(bool is_void) {
+    double sum = items.sum_paid();
+    if (is_void) sum = 0 - sum;
+    auto row = kernel().change(
+        fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+    if (row.at_eof()) return;
+    row.Edit();
+    row.set("owing_balance",
+            row.field("owing_balance").is_null() ? Round(sum) : Round(row.number("owing_balance") - sum));
+    row.Update();
+}
+
+}  // namespace brimley::payments

@@ -1,0 +1,32 @@
+// The GL document of a payment, from what is paid on screen, and its reversal.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "frame/document_part.h"
+#include "payments/invoice_payment/item_list.h"
+
+namespace brimley::payments {
+
+class APform_payment;
+
+class PaymentPosting : public frame::DocumentPart {
+  public:
+    explicit PaymentPosting(APform_payment& form);
+
+    // The GL document of what is paid of the items, from `cash_accno`; txtglfkey is its key then. Both inside
+    // the caller's transaction; false after their message, if there is one.
+    [[nodiscard]] bool insert_GL_record(const std::string& vendor_no, const std::string& cash_accno,
+                                        const std::vector<ListedItem>& items);
+    [[nodiscard]] bool insert_GL_reverse();
+
+  private:
+    [[nodiscard]] bool gather(kernel::GlPosting& posting, const ListedItem& item, const std::string& ap_accno,
+                              const std::string& cash_accno);
+    [[nodiscard]] bool account_given(const std::string& accno, const char* what);
+
+    APform_payment& form_;
+};
+
+}  // namespace brimley::payments

@@ -1,0 +1,84 @@
+#include "payments/pay_by.h"
+
+#include <fmt/format.h>
+
+#include "payments/payment_form.h"
+
+namespace brimley::payments {
+
+using store::quoted;
+
+PayBy::PayBy(PaymentForm& form) : DocumentPart(form), form_(form) {}
+
+std::vector<std::vector<std::string>> PayBy::ways() const {
+    auto ways = rows_of("SELECT card_name FROM Credit_card_master_table WHERE used = TRUE", {"card_name"})();
+    ways.insert(ways.begin(), {{"Cash"}, {"Check"}});
+    return ways;
+}
+
+void PayBy::fill() {
+    form_.cmbpayby.set_source([this] { return ways(); });
+    form_.cmbcash.set_source(
+        rows_of("SELECT accno, accname FROM Account_master_table WHERE accclass = 'Cash' AND type = 'A' "
+                "ORDER BY accno DESC",
+                {"accno", "accname"}));
+    form_.cmbbank.set_source(
+        rows_of("SELECT bank_code, bank_name FROM Bank_master_table ORDER BY bank_code DESC",
+                {"bank_code", "bank_name"}));
+}
+
+bool PayBy::is_cash() const { return form_.cmbpayby.text() == "Cash"; }
+bool PayBy::is_check() const { return form_.cmbpayby.text() == "Check"; }
+
+std::optional<std::string> PayBy::card() const {
+    const std::string& way = form_.cmbpayby.text();
+    if (is_cash() || is_check() || way == "Pay Later") return std::nullopt;
+    return way;
+}
+
+void PayBy::show_bank() {
+    const std::string way = controls::upper_case(form_.cmbpayby.text());
+    form_.cmbbank.set_visible(way.empty() || way == "CASH" || way == "CHECK");
+}
+
+// A bank that a card has put away comes back for a check; for cash it is open again and stays out of sight.
+void PayBy::cmbpayby_ItemSelect() {
+    const std::string way = controls::upper_case(form_.cmbpayby.text());
+    const bool check = way == "CHECK";
+    const bool card = !check && way != "CASH";
+    for (controls::TextField* field :
+         std::initializer_list<controls::TextField*>{&form_.txtcheck, &form_.txtcheckdate}) {
+        field->set_locked(!check);
+        if (!check) field->set("");
+    }
+    if (check || card) form_.cmbbank.set_visible(check);
+    form_.cmbbank.set_locked(card);
+}
+
+void PayBy::lock_check() {
+    form_.txtcheck.set_locked(true);
+    form_.txtcheckdate.set_locked(true);
+}
+
+void PayBy::begin_check() {
+    form_.txtcheck.set_locked(false);
+    form_.txtcheckdate.set_locked(false);
+    form_.txtcheckdate.set(date_text(desk().now()));
+}
+
+std::optional<std::string> PayBy::bank_account() const {
+    const auto bank = kernel().read(fmt::format(
+        "SELECT account_no FROM Bank_master_table WHERE bank_code = {}", quoted(form_.cmbbank.text())));
+    return bank.at_eof() ? std::nullopt : std::optional(bank.text("account_no"));
+}
+
+std::string PayBy::card_account(const std::string& card) const {
+    const auto row = kernel().read(
+        fmt::format("SELECT payable_accno FROM Credit_card_master_table WHERE card_name = {}", quoted(card)));
+    const std::string accno = row.at_eof() ? std::string{} : row.text("payable_accno");
+    if (accno.empty())
+        tell("No Account Payable account for " + card + ".\nCheck its setting in Credit card master.");
+    return accno;
+}
+
+}  // namespace brimley::payments

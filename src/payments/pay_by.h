@@ -1,0 +1,45 @@
+// The way of paying of a payment: cash, check or card, the fields that each of them needs, and the account
+// behind it. Which of the fields must be filled, and what is said when they are not, is each form's own.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frame/document_part.h"
+
+namespace brimley::payments {
+
+class PaymentForm;
+
+class PayBy : public frame::DocumentPart {
+  public:
+    explicit PayBy(PaymentForm& form);
+
+    // The lists of ways, cash accounts and banks; fetched when somebody looks at them.
+    void fill();
+    void cmbpayby_ItemSelect();
+    // A card names its account itself and puts the bank out of sight.
+    void show_bank();
+    // The fields of a check are read only.
+    void lock_check();
+    // A new payment by check: its fields are open, its date is today.
+    void begin_check();
+
+    [[nodiscard]] bool is_cash() const;
+    [[nodiscard]] bool is_check() const;
+    // The name of the card that the payment is by; nothing for every way that is no card.
+    [[nodiscard]] std::optional<std::string> card() const;
+
+    // The account of the bank code on screen; nothing when there is no such bank.
+    [[nodiscard]] std::optional<std::string> bank_account() const;
+    // The account that collects what is paid by the card; empty, after its message, when there is none.
+    [[nodiscard]] std::string card_account(const std::string& card) const;
+
+  private:
+    [[nodiscard]] std::vector<std::vector<std::string>> ways() const;
+
+    PaymentForm& form_;
+};
+
+}  // namespace brimley::payments
