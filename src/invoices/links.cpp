@@ -71,8 +71,8 @@ void APform_invoice::preview() {
             "({} INNER JOIN Vendor_table ON AP_header_table.vendor_no = Vendor_table.vendor_no)", tables);
     }
     const std::string query =
-        fmt::format("SELECT {} FROM {} WHERE AP_header_table.fkey = {} ORDER BY pay_item", fields, tables,
-                    store::quoted(txtfkey.text()));
+        fmt::format("SELECT {} FROM {} WHERE AP_header_table.fkey = {} ORDER BY {}", fields, tables,
+                    store::quoted(txtfkey.text()), documents.tables().line_order);
     notify("ActiveReport", query,
            fmt::format("A/P {},{},{}", cmbdoctype.text(), txtdocno.text(), rights().form_design ? "1" : "0"));
 }
