@@ -217,6 +217,7 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool tax_code_is_listed(const std::string& tax_code);
     void load_line(int row, const store::Recordset& line);
     void load_tax_slots(const store::Recordset& line);
+    void take_shares_of_code(kernel::TaxRow& row);
     [[nodiscard]] double cell_money(int row, const char* caption) const;
     void set_cell_money(int row, const char* caption, double amount);
     [[nodiscard]] bool counts_as_line(int row) const;

@@ -266,6 +266,17 @@ void APform_invoice::load_line(int row, const Recordset& line) {
     if (!account.at_eof()) dbgrid1.set_cell(row, "account name", account.text("accname"));
 }
 
+// A stored tax of nothing does not tell how it was divided; its code does.
+void APform_invoice::take_shares_of_code(kernel::TaxRow& row) {
+    const auto details = kernel().read(fmt::format(
+        "SELECT percent_refund, include_itemcost FROM Tax_code_details_table WHERE tax_code = {} AND "
+        "transaction_type = 'purchase' AND tax_authority = {}",
+        quoted(row.tax_code), quoted(row.authority)));
+    if (details.at_eof()) return;
+    row.percent_refund = details.number("percent_refund");
+    row.include_itemcost = details.flag("include_itemcost");
+}
+
 void APform_invoice::load_tax_slots(const Recordset& line) {
     for (int slot = 1; slot <= kTaxSlots; ++slot) {
         const std::string authority = field_or_null(line, slot_field("tax_authority", slot)).text();
@@ -285,15 +296,13 @@ void APform_invoice::load_tax_slots(const Recordset& line) {
         row.recoverable = format_money(amount("tax_recoverable"));
         row.expensed = format_money(amount("tax_expensed"));
         row.line_amount = line.text(line.flag("include_tax") ? "gross_amount" : "taxable_amount");
-        const auto details =
-            kernel().read(fmt::format("SELECT percent_refund FROM Tax_code_details_table WHERE tax_code = {} "
-                                      "AND transaction_type = 'purchase' AND "
-                                      "tax_authority = {}",
-                                      quoted(row.tax_code), quoted(authority)));
-        if (!details.at_eof()) row.percent_refund = details.number("percent_refund");
         const double tax = amount("tax_amount");
-        if (tax != 0) row.percent_refund = amount("tax_recoverable") * 100 / tax;
         row.include_itemcost = amount("tax_expensed") == 0;
+        if (tax != 0) {
+            row.percent_refund = amount("tax_recoverable") * 100 / tax;
+        } else {
+            take_shares_of_code(row);
+        }
         tax_rows.all().push_back(std::move(row));
     }
 }

@@ -111,4 +111,18 @@ TEST_F(StoredTaxes, TaxOfNothingTakesItsShareFromTheCode) {
     EXPECT_EQ(parts(), "10.00 10.00 0.00");
 }
 
+TEST_F(StoredTaxes, TaxOfNothingIsExpensedWhereTheCodeKeepsItOutOfTheCost) {
+    company.db().Execute(
+        "UPDATE Tax_code_details_table SET include_itemcost = FALSE WHERE tax_code = 'HALF10'");
+    store_invoice(false, {{"tax_amount1", 0.0}});
+    change_rate("20");
+    EXPECT_EQ(parts(), "0.00 10.00 10.00");
+}
+
+TEST_F(StoredTaxes, TaxOfNothingOfAnUnknownCodeGoesIntoTheCost) {
+    store_invoice(false, {{"tax_amount1", 0.0}, {"tax_code", "GONE"}});
+    change_rate("20");
+    EXPECT_EQ(parts(), "20.00 0.00 0.00");
+}
+
 }  // namespace brimley::testing
