@@ -150,10 +150,8 @@ class DocumentForm : public GridForm {
     // after the message of the counters, when there is none. Inside the caller's transaction.
     [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long);
     // What a GL document of what is on screen says of it, and the reversal of the one that txtglfkey names.
-    // The form adds its remark, its texts and what it does differently.
-    [[nodiscard]] kernel::GlHeader gl_document(const char* source, store::DateTime gldate);
-    [[nodiscard]] kernel::GlReversal gl_reversal(const char* source,
-                                                 kernel::ModuleG3::TooLongMessage too_long);
+    [[nodiscard]] kernel::GlDocument gl_document(store::DateTime gldate);
+    [[nodiscard]] kernel::GlReversal gl_reversal();
 
     DocumentWalk documents;
     std::string gain_accno, loss_accno;  // GL realized gain and loss accounts

@@ -32,13 +32,10 @@ class DocumentPart : public FormPart {
     [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long) const {
         return form_.draw_number(too_long);
     }
-    [[nodiscard]] kernel::GlHeader gl_document(const char* source, store::DateTime gldate) const {
-        return form_.gl_document(source, gldate);
+    [[nodiscard]] kernel::GlDocument gl_document(store::DateTime gldate) const {
+        return form_.gl_document(gldate);
     }
-    [[nodiscard]] kernel::GlReversal gl_reversal(const char* source,
-                                                 kernel::ModuleG3::TooLongMessage too_long) const {
-        return form_.gl_reversal(source, too_long);
-    }
+    [[nodiscard]] kernel::GlReversal gl_reversal() const { return form_.gl_reversal(); }
     [[nodiscard]] const std::string& gain_accno() const { return form_.gain_accno; }
     [[nodiscard]] const std::string& loss_accno() const { return form_.loss_accno; }
 

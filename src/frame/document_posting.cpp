@@ -1,4 +1,4 @@
-// What a document on screen tells the ledger about itself.
+// What a document on screen says of itself to the ledger.
 #include "frame/document_form.h"
 #include "kernel/money.h"
 
@@ -14,34 +14,33 @@ bool DocumentForm::draw_number(kernel::ModuleG3::TooLongMessage too_long) {
     return true;
 }
 
-kernel::GlHeader DocumentForm::gl_document(const char* source, store::DateTime gldate) {
-    kernel::GlHeader header;
-    header.company = cmbcompany.text();
-    header.gldate = gldate;
-    header.Source = source;
-    header.source_docno = txtdocno.text();
-    header.Currency = cmbcurrency.text();
-    header.base_currency = context().BASE_CURRENCY;
-    if (header.foreign()) header.rate_doc_to_base = kernel::money_value(cmbexrate.text());
+kernel::GlDocument DocumentForm::gl_document(store::DateTime gldate) {
+    kernel::GlDocument document;
+    document.company = cmbcompany.text();
+    document.gldate = gldate;
+    document.source_docno = txtdocno.text();
+    document.Currency = cmbcurrency.text();
+    document.base_currency = context().BASE_CURRENCY;
+    if (document.foreign()) document.rate_doc_to_base = kernel::money_value(cmbexrate.text());
     // As plain digits, whatever was typed: the period is a key of the balance columns.
-    header.period = store::shortest_number(store::Value(cmbperiod.text()).number());
-    header.fyear = cmbfyear.text();
-    header.user = context().BRIMLEY_USER;
-    header.vendor_no = current_vendor();
-    header.gain_account = gain_accno;
-    header.loss_account = loss_accno;
-    return header;
+    document.period = store::shortest_number(store::Value(cmbperiod.text()).number());
+    document.fyear = cmbfyear.text();
+    document.user = context().BRIMLEY_USER;
+    document.vendor_no = current_vendor();
+    document.gain_account = gain_accno;
+    document.loss_account = loss_accno;
+    return document;
 }
 
-kernel::GlReversal DocumentForm::gl_reversal(const char* source, kernel::ModuleG3::TooLongMessage too_long) {
+kernel::GlReversal DocumentForm::gl_reversal() {
     kernel::GlReversal reversal;
     reversal.fkey = txtglfkey.text();
     reversal.company = cmbcompany.empty() ? "1" : cmbcompany.text();
     reversal.Currency = cmbcurrency.text();
     reversal.period = cmbperiod.text();
     reversal.fyear = cmbfyear.text();
-    reversal.origin = {
-        source, txtdocno.text(), identity().class_name, context().BRIMLEY_USER, cmbcurrency.text(), too_long};
+    reversal.source_docno = txtdocno.text();
+    reversal.user = context().BRIMLEY_USER;
     return reversal;
 }
 

@@ -15,12 +15,6 @@ using kernel::money_value;
 using kernel::Round;
 using store::quoted;
 
-namespace {
-
-constexpr const char* kSource = "AP-INVOICE";
-
-}  // namespace
-
 // The accounts of tax authorities, each looked up once a document.
 class APform_invoice::AuthorityAccounts {
   public:
@@ -56,11 +50,9 @@ bool APform_invoice::insert_GL_record(const std::string& ap_accno) {
     // A new document has been asked for its date; an edited one may have been stored without.
     const auto invoice_date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
     if (!invoice_date) return false;
-    kernel::GlHeader header = gl_document(kSource, *invoice_date);
-    header.remark = "Invoice no. " + txtdocno.text();
-    header.source_form = identity().class_name;
-    const double rate = header.rate_doc_to_base;
-    kernel::GlPosting posting(kernel(), std::move(header));
+    kernel::GlDocument document = gl_document(*invoice_date);
+    const double rate = document.rate_doc_to_base;
+    kernel::GlPosting posting(kernel(), kernel::gl_rules(kernel::GlForm::invoice), std::move(document));
     const bool posted = posting.open() && gather_amounts(posting, ap_accno, rate) && posting.write_lines() &&
                         posting.write_rounding() && posting.finish();
     if (posted) txtglfkey.set(posting.fkey());
@@ -68,12 +60,10 @@ bool APform_invoice::insert_GL_record(const std::string& ap_accno) {
 }
 
 bool APform_invoice::insert_GL_reverse() {
-    kernel::GlReversal reversal = gl_reversal(kSource, kernel::ModuleG3::TooLongMessage::text_first);
-    const bool editing = mode() == frame::Mode::edit;
-    reversal.description_in_same = (editing ? "Edit invoice " : "Void invoice ") + txtdocno.text();
-    reversal.description_in_new = "void invoice " + txtdocno.text();
-    reversal.result_without_lines = true;
-    return kernel::reverse_gl_document(kernel(), reversal);
+    kernel::GlReversal reversal = gl_reversal();
+    reversal.edited = mode() == frame::Mode::edit;
+    return kernel::reverse_gl_document(kernel(), kernel::gl_reversal_rules(kernel::GlForm::invoice),
+                                       reversal);
 }
 
 bool APform_invoice::gather_amounts(kernel::GlPosting& posting, const std::string& ap_accno, double rate) {

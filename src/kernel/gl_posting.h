@@ -7,28 +7,26 @@
 //   finish()         checks the balance and saves the header
 //
 // Each step returns false after its own message, if it has one, and the document is then given up: the caller
-// rolls its transaction back. Amounts are signed on each account's own side. What differs between the kinds
-// of documents stands in GlHeader.
+// rolls its transaction back. Amounts are signed on each account's own side. What differs between the forms
+// stands in GlRules.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "kernel/gl_rules.h"
 #include "kernel/gl_writing.h"
 #include "kernel/summaries.h"
 
 namespace brimley::kernel {
 
-// What a form tells of the GL document that it posts.
-struct GlHeader {
+// What a form says of the GL document that it posts.
+struct GlDocument {
     std::string company;
     store::DateTime gldate;
-    std::string remark;
-    std::string Source;
-    std::string source_docno;
-    std::string source_form;
-    std::string line_source_form;  // on the lines; empty: as on the header
+    std::string source_docno;  // the number of the form's document
     std::string Currency;
     std::string base_currency;
     double rate_doc_to_base = 1;  // base units per unit of Currency; 1 for a base-currency document
@@ -39,22 +37,22 @@ struct GlHeader {
     std::string gain_account;  // for what conversion left over on the debit side
     std::string loss_account;  // and on the credit side
 
-    // --- what payments do differently ---
-    bool rates_from_amounts = false;      // a foreign line's rate is base amount by amount
-    bool rounding_line_has_rate = false;  // the document's, though the line is in base currency
-    ModuleG3::TooLongMessage too_long = ModuleG3::TooLongMessage::text_first;
+    std::optional<GlNumber> number{};  // drawn by the form; nothing: the next one of the GL counters
+    // Beside the fields that every document has.
+    std::vector<GlField> more_header_fields{};
+    std::vector<GlField> more_line_fields{};
 
     [[nodiscard]] bool foreign() const { return Currency != base_currency; }
 };
 
 class GlPosting {
   public:
-    GlPosting(ModuleG3& kernel, GlHeader header);
+    GlPosting(ModuleG3& kernel, const GlRules& rules, GlDocument document);
 
     [[nodiscard]] bool open();
     // `amount` in the document's currency, `base_amount` already rounded.
     void add(std::string_view accno, double amount, double base_amount) {
-        add(accno, amount, base_amount, header_.Currency);
+        add(accno, amount, base_amount, document_.Currency);
     }
     // `amount` in this currency.
     void add(std::string_view accno, double amount, double base_amount, std::string_view currency);
@@ -71,17 +69,20 @@ class GlPosting {
         double percent = 0;
     };
     [[nodiscard]] std::vector<Share> shares_of(std::string_view accno);
-    [[nodiscard]] std::string_view ledgertype_of(std::string_view currency) const {
-        return currency == header_.base_currency ? "A" : "F";
-    }
+    [[nodiscard]] bool draw_number();
+    void add_header_row();
+    [[nodiscard]] std::string_view ledgertype_of(std::string_view currency) const;
+    [[nodiscard]] std::vector<CurrencySum> ordered_summary() const;
     void prefetch(const CurrencySum& entry);
     [[nodiscard]] bool write_entry(const CurrencySum& entry);
+    [[nodiscard]] bool write_allocated(const CurrencySum& entry, const std::vector<Share>& shares);
     [[nodiscard]] bool write_line(std::string_view accno, const CurrencySum& amounts);
     // On the account that the writer stands on.
     [[nodiscard]] GlLine new_line(const CurrencySum& amounts) const;
 
     ModuleG3& kernel_;
-    GlHeader header_;
+    GlRules rules_;
+    GlDocument document_;
     std::string docno_;
     std::string fkey_;
     std::vector<CurrencySum> summary_;

@@ -13,24 +13,44 @@ using store::Value;
 // One reversal on its way.
 class Reversing {
   public:
-    Reversing(ModuleG3& kernel, const GlReversal& reversal)
-        : kernel_(kernel), reversal_(reversal), writer_(kernel, reversal.origin) {}
+    Reversing(ModuleG3& kernel, const GlReversalRules& rules, const GlReversal& reversal)
+        : kernel_(kernel),
+          rules_(rules),
+          reversal_(reversal),
+          writer_(kernel, {rules.texts.Source, reversal.source_docno, rules.texts.line_source_form,
+                           reversal.user, reversal.Currency}) {}
 
     bool run() {
         auto lines = kernel_.read(fmt::format(
             "SELECT * FROM GL_transaction_table WHERE fkey = {} ORDER BY lineno", quoted(reversal_.fkey)));
-        if (lines.at_eof()) return reversal_.result_without_lines;
-        const std::string old_docno = lines.text("docno");
-        const auto today = kernel_.get_fiscal_period(kernel_.outside().now().date_only());
-        if (!today) return false;
-        const bool same = today->period == Value(reversal_.period).number() &&
-                          Value(today->fyear).number() == Value(reversal_.fyear).number();
-        if (!(same ? reopen_old_header() : add_new_header(*today, old_docno))) return false;
-        if (!write_lines(lines, same ? last_lineno(lines) + 1 : 1) || !writer_.check()) return false;
-        return same || mark_old_header_reversed();
+        if (lines.at_eof()) return rules_.ways.without_lines == GlWithoutLines::succeeds;
+        const auto period = period_of_reverse();
+        if (!period) return false;
+        return is_in_document(*period) ? reverse_in_same(lines) : reverse_in_new(lines, *period);
     }
 
   private:
+    [[nodiscard]] std::optional<FiscalPeriod> period_of_reverse() {
+        if (reversal_.into) return reversal_.into;
+        return kernel_.get_fiscal_period(kernel_.outside().now().date_only());
+    }
+
+    [[nodiscard]] bool is_in_document(const FiscalPeriod& period) const {
+        return !reversal_.into && period.period == Value(reversal_.period).number() &&
+               Value(period.fyear).number() == Value(reversal_.fyear).number();
+    }
+
+    [[nodiscard]] bool reverse_in_same(Recordset& lines) {
+        return reopen_old_header() && write_lines(lines, last_lineno(lines) + 1) && writer_.check();
+    }
+
+    [[nodiscard]] bool reverse_in_new(Recordset& lines, const FiscalPeriod& period) {
+        const bool first = rules_.ways.header == GlReversalHeader::first;
+        if (!add_new_header(period, lines.text("docno")) || (first && !save_new_header())) return false;
+        if (!write_lines(lines, 1) || !writer_.check() || (!first && !save_new_header())) return false;
+        return rules_.ways.old_header == GlOldHeader::untouched || mark_old_header_reversed();
+    }
+
     [[nodiscard]] Recordset old_header() {
         return kernel_.change(
             fmt::format("SELECT * FROM GL_header_table WHERE fkey = {}", quoted(reversal_.fkey)));
@@ -47,15 +67,19 @@ class Reversing {
     [[nodiscard]] bool reopen_old_header() {
         header_ = old_header();
         if (header_.at_eof() || !edit(header_)) return false;
-        header_.set("Description", reversal_.description_in_same);
+        set_description(reversal_.edited ? rules_.descriptions.edited : rules_.descriptions.voided);
         header_.set("Reverse", true);
         return update(header_);
     }
 
-    [[nodiscard]] bool add_new_header(const FiscalPeriod& today, const std::string& old_docno) {
-        const auto number =
-            draw_gl_number(kernel_, reversal_.company, today.fyear, reversal_.origin.too_long);
+    void set_description(const char* text) {
+        if (text != nullptr) header_.set("Description", filled_in(text, reversal_.source_docno));
+    }
+
+    [[nodiscard]] bool add_new_header(const FiscalPeriod& period, const std::string& old_docno) {
+        const auto number = draw_gl_number(kernel_, reversal_.company, period.fyear, rules_.ways.too_long);
         if (!number) return false;
+        const store::DateTime now = kernel_.outside().now();
         header_ = kernel_.change("SELECT * FROM GL_header_table WHERE 1 = 2");
         header_.AddNew();
         header_.set("company", reversal_.company);
@@ -63,16 +87,25 @@ class Reversing {
         header_.set("docno", number->docno);
         header_.set("fkey", number->fkey);
         header_.set("Currency", reversal_.Currency);
-        header_.set("Description", reversal_.description_in_new);
-        header_.set("remark", "Reverse GL " + old_docno);
-        const store::DateTime now = kernel_.outside().now();
-        header_.set("gldate", reversal_.new_has_time ? now : now.date_only());
-        header_.set("period", std::to_string(today.period));
-        header_.set("fyear", today.fyear);
-        header_.set("Source", reversal_.origin.Source);
-        const std::string& form = reversal_.source_form_in_new;
-        header_.set("source_form", form.empty() ? reversal_.origin.source_form : form);
-        header_.set("source_docno", reversal_.origin.source_docno);
+        set_description(rules_.descriptions.in_new);
+        header_.set("remark", filled_in(rules_.texts.remark, old_docno));
+        header_.set("gldate", rules_.ways.date == GlReversalDate::day ? now.date_only() : now);
+        header_.set("period", std::to_string(period.period));
+        header_.set("fyear", period.fyear);
+        header_.set("Source", rules_.texts.Source);
+        header_.set("source_form", rules_.texts.header_source_form);
+        header_.set("source_docno", reversal_.source_docno);
+        if (rules_.ways.header == GlReversalHeader::last_and_stamped) stamp_header(now);
+        return true;
+    }
+
+    void stamp_header(store::DateTime now) {
+        header_.set("user_created", reversal_.user);
+        header_.set("date_created", now.date_only());
+        header_.set("time_created", now.time_text());
+    }
+
+    [[nodiscard]] bool save_new_header() {
         if (!update(header_)) return false;
         header_.Bookmark(header_.LastModified());
         return true;
@@ -119,6 +152,7 @@ class Reversing {
     }
 
     ModuleG3& kernel_;
+    const GlReversalRules& rules_;
     const GlReversal& reversal_;
     GlLineWriter writer_;
     Recordset header_;  // of the document that takes the reverse
@@ -126,8 +160,8 @@ class Reversing {
 
 }  // namespace
 
-bool reverse_gl_document(ModuleG3& kernel, const GlReversal& reversal) {
-    return Reversing(kernel, reversal).run();
+bool reverse_gl_document(ModuleG3& kernel, const GlReversalRules& rules, const GlReversal& reversal) {
+    return Reversing(kernel, rules, reversal).run();
 }
 
 }  // namespace brimley::kernel

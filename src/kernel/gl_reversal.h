@@ -1,19 +1,24 @@
 // Reversing a GL document: the part that voids and edits of all documents share.
 //
-//   today lies in the document's period   the reverse goes into the same GL document, behind its lines
-//   today lies in another                 a new GL document of today takes it
+//   today lies in the document's period   the reverse goes into the same GL document, after its lines
+//   today lies in another                 a new GL document of today's period takes it
+//   the form names a period               a new GL document of that period takes it
 //
-// GL lines are never changed or deleted. What differs between the kinds of documents stands in GlReversal.
+// GL lines are never changed or deleted. What differs between the forms stands in GlReversalRules.
 //
 // Every reversing line goes to the base-currency ledger, those against lines of the foreign ledger too. There
 // is no such balance in a foreign currency, so a foreign document cannot be reversed: posting refuses it.
 #pragma once
 
+#include <optional>
+#include <string>
+
+#include "kernel/gl_rules.h"
 #include "kernel/gl_writing.h"
 
 namespace brimley::kernel {
 
-// What a form tells of the reversal that it needs.
+// What a form says of the reversal that it needs.
 struct GlReversal {
     std::string fkey;  // of the GL document; empty: there is none
     std::string company;
@@ -21,19 +26,15 @@ struct GlReversal {
     // Of the document, as its form shows them: what today is compared with, as numbers.
     std::string period;
     std::string fyear;
-    GlOrigin origin;
-    // What the header says in its Description: of the document itself, or of a new one.
-    std::string description_in_same;
-    std::string description_in_new;
-    bool result_without_lines = true;  // for a document that has posted nothing
-
-    // --- what payments do differently ---
-    std::string source_form_in_new;  // of a new document's header; empty: that of the lines
-    bool new_has_time = false;       // a new document is dated with the time of day
+    std::string source_docno;  // the number of the form's document
+    std::string user;
+    bool edited = false;                    // for an edit, not a void
+    std::optional<FiscalPeriod> into = {};  // the period of the reverse; nothing: today's
 };
 
 // Inside the caller's transaction. False, after its message, if there is one, when the document could not be
 // reversed; lets store::Error through.
-[[nodiscard]] bool reverse_gl_document(ModuleG3& kernel, const GlReversal& reversal);
+[[nodiscard]] bool reverse_gl_document(ModuleG3& kernel, const GlReversalRules& rules,
+                                       const GlReversal& reversal);
 
 }  // namespace brimley::kernel

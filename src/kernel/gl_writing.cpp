@@ -6,6 +6,10 @@
 
 namespace brimley::kernel {
 
+std::string filled_in(const char* text, const std::string& number) {
+    return fmt::format(fmt::runtime(text), number);
+}
+
 std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company, const std::string& fyear,
                                        ModuleG3::TooLongMessage too_long) {
     const auto numbers = kernel.get_next_number(company, "gl", fyear);
@@ -56,19 +60,12 @@ void GlLineWriter::fill_row(const GlLine& line) {
     const store::DateTime now = kernel_.outside().now();
     line_rows_.AddNew();
     line_rows_.set("lineno", line.lineno);
-    line_rows_.set("accno", line.account.accno);
-    line_rows_.set("acccode", line.account.acccode);
-    for (std::size_t i = 0; i < kSubaccFields.size(); ++i)
-        line_rows_.set(kSubaccFields[i], line.account.subacc[i]);
-    line_rows_.set("amount", line.amount);
-    line_rows_.set("base_amount", line.base_amount);
+    set_account_and_amounts(line);
     line_rows_.set("Currency", line.Currency);
-    if (line.exchange_rate) line_rows_.set("exchange_rate", *line.exchange_rate);
     line_rows_.set("ledgertype", line.ledgertype);
     line_rows_.set("Source", origin_.Source);
     line_rows_.set("date_created", now.date_only());
     line_rows_.set("time_created", now.time_text());
-    line_rows_.set("user_created", origin_.user);
     line_rows_.set("source_form", origin_.source_form);
     line_rows_.set("source_docno", origin_.source_docno);
     line_rows_.set("docno", line.docno);
@@ -76,8 +73,27 @@ void GlLineWriter::fill_row(const GlLine& line) {
     if (line.gldate) line_rows_.set("gldate", *line.gldate);
     line_rows_.set("fkey", line.fkey);
     line_rows_.set("period", line.period);
-    line_rows_.set("fyear", line.fyear);
+    set_year_and_user(line);
     if (!line.vendor_no.empty()) line_rows_.set("vendor_no", line.vendor_no);
+    for (const GlField& field : origin_.more_fields)
+        line_rows_.set(field.name, field.value);
+}
+
+void GlLineWriter::set_account_and_amounts(const GlLine& line) {
+    line_rows_.set("accno", line.account.accno);
+    line_rows_.set("amount", line.amount);
+    if (origin_.fields == GlLineFields::older) return;
+    line_rows_.set("acccode", line.account.acccode);
+    for (std::size_t i = 0; i < kSubaccFields.size(); ++i)
+        line_rows_.set(kSubaccFields[i], line.account.subacc[i]);
+    line_rows_.set("base_amount", line.base_amount);
+    if (line.exchange_rate) line_rows_.set("exchange_rate", *line.exchange_rate);
+}
+
+void GlLineWriter::set_year_and_user(const GlLine& line) {
+    const bool older = origin_.fields == GlLineFields::older;
+    line_rows_.set(older ? "fiscalyear" : "fyear", line.fyear);
+    line_rows_.set(older ? "userid" : "user_created", origin_.user);
 }
 
 bool GlLineWriter::open_account_for_currency(const GlLine& line) {

@@ -11,24 +11,34 @@
 #include <string_view>
 #include <vector>
 
-#include "kernel/module_g3.h"
+#include "kernel/gl_rules.h"
 
 namespace brimley::kernel {
 
-// Who writes, and for which document: on headers and on every line.
+// A field that only some documents write.
+struct GlField {
+    std::string name;
+    store::Value value;
+};
+
+// Who writes the lines, and for which document.
 struct GlOrigin {
     std::string Source;  // "AP-INVOICE"
     std::string source_docno;
     std::string source_form;
     std::string user;
-    std::string Currency{};  // of the document: named when an account is not open for a foreign currency
-    ModuleG3::TooLongMessage too_long = ModuleG3::TooLongMessage::text_first;
+    std::string Currency;  // of the document: named when an account is not open for a foreign currency
+    GlLineFields fields = GlLineFields::current;
+    std::vector<GlField> more_fields{};
 };
 
 struct GlNumber {
     std::string docno;
     std::string fkey;
 };
+
+// The text of a rule with this number for its "{}".
+[[nodiscard]] std::string filled_in(const char* text, const std::string& number);
 
 // Draws the next GL number of the year. Nothing when a counter could not be taken or the number is too long.
 [[nodiscard]] std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company,
@@ -73,6 +83,8 @@ class GlLineWriter {
   private:
     void open_balances();
     void fill_row(const GlLine& line);
+    void set_account_and_amounts(const GlLine& line);
+    void set_year_and_user(const GlLine& line);
     [[nodiscard]] bool open_account_for_currency(const GlLine& line);
 
     ModuleG3& kernel_;

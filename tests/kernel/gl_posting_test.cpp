@@ -7,7 +7,9 @@
 
 namespace brimley::testing {
 
-using kernel::GlHeader;
+using kernel::gl_rules;
+using kernel::GlDocument;
+using kernel::GlForm;
 using kernel::GlPosting;
 using kernel::Round;
 using ::testing::ElementsAre;
@@ -38,29 +40,26 @@ class GlPostings : public LedgerTest {
         company.add("Allocation_Account_table",
                     {{"allocate_accno", from}, {"accno", to}, {"Percent", percent}});
     }
-    static GlHeader base_header() {
-        GlHeader header;
-        header.company = "1";
-        header.gldate = day("2026-03-16");
-        header.remark = "Invoice no. IP-26-00001";
-        header.Source = "AP-INVOICE";
-        header.source_docno = "IP-26-00001";
-        header.source_form = "APform_invoice";
-        header.Currency = "USD";
-        header.base_currency = "USD";
-        header.period = "3";
-        header.fyear = "2026";
-        header.user = "anna";
-        header.vendor_no = "V1001";
-        header.gain_account = "7500";
-        header.loss_account = "7510";
-        return header;
+    static GlDocument base_document() {
+        GlDocument document;
+        document.company = "1";
+        document.gldate = day("2026-03-16");
+        document.source_docno = "IP-26-00001";
+        document.Currency = "USD";
+        document.base_currency = "USD";
+        document.period = "3";
+        document.fyear = "2026";
+        document.user = "anna";
+        document.vendor_no = "V1001";
+        document.gain_account = "7500";
+        document.loss_account = "7510";
+        return document;
     }
-    static GlHeader foreign_header(double rate) {
-        GlHeader header = base_header();
-        header.Currency = "EUR";
-        header.rate_doc_to_base = rate;
-        return header;
+    static GlDocument foreign_document(double rate) {
+        GlDocument document = base_document();
+        document.Currency = "EUR";
+        document.rate_doc_to_base = rate;
+        return document;
     }
     // Posts the entries of a document: account, amount, base amount.
     struct Entry {
@@ -68,15 +67,17 @@ class GlPostings : public LedgerTest {
         double amount;
         double base_amount;
     };
-    [[nodiscard]] bool post(const GlHeader& header, std::initializer_list<Entry> entries) {
-        GlPosting posting(kernel, header);
+    [[nodiscard]] bool post(const GlDocument& document, std::initializer_list<Entry> entries,
+                            GlForm form = GlForm::invoice) {
+        GlPosting posting(kernel, gl_rules(form), document);
         if (!posting.open()) return false;
         for (const Entry& entry : entries)
             posting.add(entry.accno, entry.amount, entry.base_amount);
         return posting.write_lines() && posting.write_rounding() && posting.finish();
     }
-    [[nodiscard]] bool post(std::initializer_list<std::pair<const char*, double>> entries) {
-        GlPosting posting(kernel, base_header());
+    [[nodiscard]] bool post(std::initializer_list<std::pair<const char*, double>> entries,
+                            GlForm form = GlForm::invoice) {
+        GlPosting posting(kernel, gl_rules(form), base_document());
         if (!posting.open()) return false;
         for (const auto& [accno, amount] : entries)
             posting.add(accno, amount, amount);
@@ -108,7 +109,7 @@ TEST_F(GlPostings, AllocatedAccountShowsInAndOutAndThenItsShares) {
 }
 
 TEST_F(GlPostings, HeaderTellsTheDocumentAndItsSource) {
-    GlPosting posting(kernel, base_header());
+    GlPosting posting(kernel, gl_rules(GlForm::invoice), base_document());
     ASSERT_TRUE(posting.open());
     posting.add("5000", 1, 1);
     posting.add("2100", 1, 1);
@@ -156,9 +157,9 @@ TEST_F(GlPostings, UnbalancedDocumentIsToldAndHasNoHeader) {
 }
 
 TEST_F(GlPostings, MissingCounterEndsThePosting) {
-    GlHeader header = base_header();
-    header.fyear = "2030";
-    EXPECT_FALSE(post(header, {{"2100", 1, 1}}));
+    GlDocument document = base_document();
+    document.fyear = "2030";
+    EXPECT_FALSE(post(document, {{"2100", 1, 1}}));
     EXPECT_EQ(messages().size(), 1U);
 }
 
@@ -171,7 +172,7 @@ TEST_F(GlPostings, LongDocumentNumberIsTold) {
 }
 
 TEST_F(GlPostings, FiftyFirstAccountIsAnError) {
-    GlPosting posting(kernel, base_header());
+    GlPosting posting(kernel, gl_rules(GlForm::invoice), base_document());
     ASSERT_TRUE(posting.open());
     for (int i = 1; i <= 50; ++i)
         posting.add(std::to_string(i), 1, 1);
@@ -179,7 +180,7 @@ TEST_F(GlPostings, FiftyFirstAccountIsAnError) {
 }
 
 TEST_F(GlPostings, ForeignLinesAreKeptInBothAmounts) {
-    EXPECT_TRUE(post(foreign_header(1.25), {{"2100", 100, 125}, {"5000", 100, 125}}));
+    EXPECT_TRUE(post(foreign_document(1.25), {{"2100", 100, 125}, {"5000", 100, 125}}));
     EXPECT_EQ(foreign_lines(), "2100 100 125 EUR F | 5000 100 125 EUR F");
     EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_header_table"), "1.25");
     EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_transaction_table"), "1.25 | 1.25");
@@ -188,7 +189,7 @@ TEST_F(GlPostings, ForeignLinesAreKeptInBothAmounts) {
 }
 
 TEST_F(GlPostings, ForeignDocumentOpensItsAccountsForTheCurrency) {
-    EXPECT_TRUE(post(foreign_header(1.25), {{"2100", 100, 125}, {"1300", 100, 125}}));
+    EXPECT_TRUE(post(foreign_document(1.25), {{"2100", 100, 125}, {"1300", 100, 125}}));
     EXPECT_EQ(company.list("SELECT accno, revalue FROM Account_currency_table WHERE accno = '1300'"),
               "1300 TRUE");
     EXPECT_EQ(balance("1300", "F"), "100 125");
@@ -199,13 +200,13 @@ TEST_F(GlPostings, ForeignDocumentOpensItsAccountsForTheCurrency) {
 
 TEST_F(GlPostings, AccountThatCannotBeOpenedForTheCurrencyIsTold) {
     company.db().Execute("UPDATE Fiscalyear_table SET history = TRUE");
-    EXPECT_FALSE(post(foreign_header(1.25), {{"2100", 100, 125}, {"1300", 100, 125}}));
+    EXPECT_FALSE(post(foreign_document(1.25), {{"2100", 100, 125}, {"1300", 100, 125}}));
     EXPECT_THAT(messages(), ElementsAre("Account 1300 has not been set for currency EUR"));
 }
 
 TEST_F(GlPostings, CentsLostOnTheCreditSideGoToTheLossAccount) {
     // Debits 125.00, credits 125.01: the difference is negative.
-    EXPECT_TRUE(post(foreign_header(1.25), {{"5000", 100, 125}, {"2100", 100, 125.01}}));
+    EXPECT_TRUE(post(foreign_document(1.25), {{"5000", 100, 125}, {"2100", 100, 125.01}}));
     EXPECT_EQ(foreign_lines(), "2100 100 125.01 EUR F | 5000 100 125 EUR F | 7510 0.01 0.01 USD A");
     EXPECT_EQ(company.list("SELECT lineno, vendor_no, exchange_rate FROM GL_transaction_table WHERE accno = "
                            "'7510'"),
@@ -215,13 +216,13 @@ TEST_F(GlPostings, CentsLostOnTheCreditSideGoToTheLossAccount) {
 }
 
 TEST_F(GlPostings, CentsLostOnTheDebitSideGoToTheGainAccount) {
-    EXPECT_TRUE(post(foreign_header(1.25), {{"5000", 100, 125.02}, {"2100", 100, 125}}));
+    EXPECT_TRUE(post(foreign_document(1.25), {{"5000", 100, 125.02}, {"2100", 100, 125}}));
     EXPECT_EQ(foreign_lines(), "2100 100 125 EUR F | 5000 100 125.02 EUR F | 7500 -0.02 -0.02 USD A");
 }
 
 TEST_F(GlPostings, DifferenceBelowOneIsRoundedAwayAndOneIsRefused) {
-    EXPECT_TRUE(post(foreign_header(1.25), {{"5000", 100, 125.99}, {"2100", 100, 125}}));
-    EXPECT_FALSE(post(foreign_header(1.25), {{"5000", 100, 126}, {"2100", 100, 125}}));
+    EXPECT_TRUE(post(foreign_document(1.25), {{"5000", 100, 125.99}, {"2100", 100, 125}}));
+    EXPECT_FALSE(post(foreign_document(1.25), {{"5000", 100, 126}, {"2100", 100, 125}}));
     EXPECT_THAT(messages(), ElementsAre("Document is not balance (debit <> credit)"));
 }
 
@@ -231,9 +232,9 @@ TEST_F(GlPostings, BaseDocumentHasNoRoundingLine) {
 }
 
 TEST_F(GlPostings, RoundingAccountOutsideTheMasterIsTold) {
-    GlHeader header = foreign_header(1.25);
-    header.loss_account = "7999";
-    EXPECT_FALSE(post(header, {{"5000", 100, 125}, {"2100", 100, 125.01}}));
+    GlDocument document = foreign_document(1.25);
+    document.loss_account = "7999";
+    EXPECT_FALSE(post(document, {{"5000", 100, 125}, {"2100", 100, 125.01}}));
     EXPECT_THAT(messages(), ElementsAre("No account 7999"));
 }
 
@@ -256,7 +257,7 @@ TEST_F(GlPostings, FailedDocumentLeavesNothingAfterARollback) {
 TEST_F(GlPostings, SharesOfAForeignAllocatedAccountAreRoundedInBothCurrencies) {
     allocate("5000", "5100", 33.33);
     allocate("5000", "5200", 66.67);
-    EXPECT_TRUE(post(foreign_header(1.237), {{"2100", 99.99, 123.69}, {"5000", 99.99, 123.69}}));
+    EXPECT_TRUE(post(foreign_document(1.237), {{"2100", 99.99, 123.69}, {"5000", 99.99, 123.69}}));
     EXPECT_EQ(foreign_lines(),
               fmt::format("2100 99.99 123.69 EUR F | 5000 99.99 123.69 EUR F | 5000 -99.99 -123.69 EUR F | "
                           "5100 {} {} EUR F | 5200 {} {} EUR F",
@@ -272,11 +273,11 @@ TEST_F(GlPostings, WhatIsToldAheadIsAskedLater) {
     faults->listens_ahead = true;
     const store::OpenCompany listening = company.second_user(faulty(faults));
     kernel::ModuleG3 its_kernel(listening.database, outside);
-    for (const GlHeader& header : {base_header(), foreign_header(1.25)}) {
+    for (const GlDocument& document : {base_document(), foreign_document(1.25)}) {
         listening.workspace->BeginTrans();
-        GlPosting posting(its_kernel, header);
+        GlPosting posting(its_kernel, gl_rules(GlForm::invoice), document);
         ASSERT_TRUE(posting.open());
-        const double rate = header.rate_doc_to_base;
+        const double rate = document.rate_doc_to_base;
         posting.add("2100", 100, 100 * rate);
         posting.add("5000", 100, 100 * rate);
         ASSERT_TRUE(posting.write_lines() && posting.write_rounding() && posting.finish());
@@ -306,6 +307,129 @@ TEST_F(GlPostings, OnAServerItIsNotInTheWayOfWhoTakesTheSameRowsOneByOne) {
     EXPECT_TRUE(post({{"1000", 50}, {"2100", 150}, {"5000", 100}}));
     EXPECT_EQ(outside.waits.size(), 1U);
     company.workspace().CommitTrans();
+}
+
+// --- what the forms do differently ---
+
+// "Source source_form remark / Source source_form" of a document's header and of its lines.
+class GlPostingTexts : public GlPostings {
+  protected:
+    [[nodiscard]] std::string of(GlForm form) {
+        EXPECT_TRUE(post({{"2100", 1}, {"5000", 1}}, form));
+        return company.list("SELECT Source, source_form, remark FROM GL_header_table") + " / " +
+               company.list("SELECT Source, source_form FROM GL_transaction_table WHERE lineno = 1");
+    }
+};
+
+TEST_F(GlPostingTexts, OfAnInvoice) {
+    EXPECT_EQ(of(GlForm::invoice),
+              "AP-INVOICE APform_invoice Invoice no. IP-26-00001 / AP-INVOICE APform_invoice");
+}
+
+TEST_F(GlPostingTexts, OfAPaymentNameTheEntryOnTheHeaderAndTheFormOnTheLines) {
+    EXPECT_EQ(of(GlForm::payment),
+              "AP-PAYMENT Payment Entry payment no. IP-26-00001 / AP-PAYMENT APform_payment");
+}
+
+TEST_F(GlPostingTexts, OfAPrepaymentHaveTwoSources) {
+    EXPECT_EQ(of(GlForm::prepayment),
+              "AP A/P Prepayment prepayment no. IP-26-00001 / AP-PREPAY APform_prepayment");
+}
+
+TEST_F(GlPostingTexts, OfAMiscPayment) {
+    EXPECT_EQ(of(GlForm::misc_payment),
+              "AP-MISCPAY Payment Entry payment no. IP-26-00001 / AP-MISCPAY APform_misc_payment");
+}
+
+TEST_F(GlPostingTexts, OfACardPaymentHaveACapital) {
+    EXPECT_EQ(of(GlForm::card_payment),
+              "AP-CARD Credit Card Payment Payment no. IP-26-00001 / AP-CARD APform_creditcard_payment");
+}
+
+TEST_F(GlPostingTexts, OfARecurringRunHaveNoFormOnTheHeader) {
+    EXPECT_EQ(of(GlForm::recurring_run), "AP - Invoice no. IP-26-00001 / AP APform_invoice");
+}
+
+TEST_F(GlPostingTexts, OfARevaluationHaveARemarkWithoutANumber) {
+    EXPECT_EQ(of(GlForm::revaluation),
+              "AP-REVALUE A/P Revaluation A/P Revaluation / AP-REVALUE A/P Revaluation");
+}
+
+TEST_F(GlPostings, ForeignLineOfAPaymentHasTheRateOfItsAmounts) {
+    EXPECT_TRUE(post(foreign_document(1.25), {{"2100", 100, 130}, {"5000", 100, 130}}, GlForm::payment));
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_transaction_table"), "1.3 | 1.3");
+}
+
+TEST_F(GlPostings, RoundingLineOfAPaymentHasTheRateOfTheDocument) {
+    EXPECT_TRUE(post(foreign_document(1.25), {{"5000", 100, 125}, {"2100", 100, 125.01}}, GlForm::payment));
+    EXPECT_EQ(company.list("SELECT Currency, exchange_rate FROM GL_transaction_table WHERE accno = '7510'"),
+              "USD 1.25");
+}
+
+TEST_F(GlPostings, LongNumberOfAPaymentIsNamedFirst) {
+    const std::string prefix(25, 'G');
+    company.db().Execute("UPDATE Next_number_format_table SET prefix = '" + prefix + "'");
+    EXPECT_FALSE(post({{"2100", 1}, {"5000", 1}}, GlForm::payment));
+    EXPECT_THAT(messages(),
+                ElementsAre(prefix + "-26-00012Error : document no. is longer than 30 characters. "));
+}
+
+TEST_F(GlPostings, AllocatedAccountOfARevaluationHasTheWholeAmountOnEachLine) {
+    allocate("5000", "5100", 60);
+    EXPECT_FALSE(post({{"2100", 10}, {"5000", 10}}, GlForm::revaluation));
+    EXPECT_EQ(lines(), "1 2100 10 | 2 5000 10 | 3 5000 10 | 4 5100 10");
+    EXPECT_THAT(messages(), ElementsAre("Document is not balance (debit <> credit)"));
+}
+
+TEST_F(GlPostings, RecurringRunKeepsTheOrderOfItsAccountsAndIgnoresAllocations) {
+    allocate("5000", "5100", 60);
+    EXPECT_TRUE(post({{"5000", 10}, {"2100", 10}, {"5000", 1}, {"2100", 1}}, GlForm::recurring_run));
+    EXPECT_EQ(lines(), "1 5000 11 | 2 2100 11");
+}
+
+TEST_F(GlPostings, RecurringRunHasNoRoundingLine) {
+    GlPosting posting(kernel, gl_rules(GlForm::recurring_run), foreign_document(1.25));
+    ASSERT_TRUE(posting.open());
+    posting.add("5000", 10, 10, "USD");
+    posting.add("2100", 10, 10.01, "USD");
+    EXPECT_TRUE(posting.write_lines() && posting.write_rounding());
+    EXPECT_EQ(lines(), "1 5000 10 | 2 2100 10");
+    EXPECT_FALSE(posting.finish());
+}
+
+TEST_F(GlPostings, RecurringRunStoresYearAndUserUnderOlderNamesAndLeavesMuchEmpty) {
+    EXPECT_TRUE(post({{"2100", 1}, {"5000", 1}}, GlForm::recurring_run));
+    EXPECT_EQ(company.list("SELECT fiscalyear, userid, fyear, user_created, acccode, subacc, base_amount, "
+                           "exchange_rate FROM GL_transaction_table WHERE accno = '2100'"),
+              "2026 anna - - - - - -");
+}
+
+TEST_F(GlPostings, RecurringRunPostsToTheBaseLedgerInAnyCurrency) {
+    EXPECT_FALSE(post(foreign_document(1.25), {{"2100", 1, 1}, {"5000", 1, 1}}, GlForm::recurring_run));
+    EXPECT_EQ(company.list("SELECT Currency, ledgertype FROM GL_transaction_table"), "EUR A");
+}
+
+TEST_F(GlPostings, FormMayWriteFieldsOfItsOwn) {
+    GlDocument document = base_document();
+    document.more_header_fields = {{"Description", "year end"}};
+    document.more_line_fields = {{"Month", "03"}, {"Year", "2026"}};
+    EXPECT_TRUE(post(document, {{"2100", 1, 1}, {"5000", 1, 1}}));
+    EXPECT_EQ(company.list("SELECT Description FROM GL_header_table"), "year end");
+    EXPECT_EQ(company.list("SELECT Month, Year FROM GL_transaction_table"), "03 2026 | 03 2026");
+}
+
+TEST_F(GlPostings, FormMayDrawTheNumberItself) {
+    GlDocument document = base_document();
+    document.number = {"gl7", "1gl7"};
+    EXPECT_TRUE(post(document, {{"2100", 1, 1}, {"5000", 1, 1}}));
+    EXPECT_EQ(company.list("SELECT docno, fkey FROM GL_header_table"), "gl7 1gl7");
+    EXPECT_EQ(company.list("SELECT docno, fkey FROM GL_transaction_table"), "gl7 1gl7 | gl7 1gl7");
+    EXPECT_EQ(company.list("SELECT nextdocno FROM Docno_master_table"), "12");
+}
+
+TEST(GlRules, FormThatPostsNothingHasNoRow) {
+    EXPECT_THROW((void)gl_rules(GlForm::void_check), std::logic_error);
+    EXPECT_THROW((void)kernel::gl_reversal_rules(GlForm::recurring_run), std::logic_error);
 }
 
 }  // namespace brimley::testing

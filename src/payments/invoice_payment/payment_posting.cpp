@@ -13,29 +13,15 @@ using kernel::money_value;
 using kernel::Round;
 using store::quoted;
 
-namespace {
-
-constexpr const char* kSource = "AP-PAYMENT";
-constexpr const char* kHeaderForm = "Payment Entry";  // on the headers of GL documents
-constexpr auto kNumberFirst = kernel::ModuleG3::TooLongMessage::number_first;
-
-}  // namespace
-
 PaymentPosting::PaymentPosting(APform_payment& form) : DocumentPart(form), form_(form) {}
 
 bool PaymentPosting::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno,
                                       const std::vector<ListedItem>& items) {
     const auto payment_date = date_in(form_.txtpaydate);
     if (!payment_date) return false;
-    kernel::GlHeader header = gl_document(kSource, *payment_date);
-    header.remark = "payment no. " + form_.txtdocno.text();
-    header.source_form = kHeaderForm;
-    header.line_source_form = identity().class_name;
-    header.vendor_no = vendor_no;
-    header.rates_from_amounts = true;
-    header.rounding_line_has_rate = true;
-    header.too_long = kNumberFirst;
-    kernel::GlPosting posting(kernel(), std::move(header));
+    kernel::GlDocument document = gl_document(*payment_date);
+    document.vendor_no = vendor_no;
+    kernel::GlPosting posting(kernel(), kernel::gl_rules(kernel::GlForm::payment), std::move(document));
     if (!posting.open()) return false;
     const std::string ap_accno = form_.get_apaccno(vendor_no);
     if (ap_accno.empty()) return refuse("Error : Payable account for " + vendor_no + " is invalid.");
@@ -91,14 +77,10 @@ bool PaymentPosting::gather(kernel::GlPosting& posting, const ListedItem& item, 
 }
 
 bool PaymentPosting::insert_GL_reverse() {
-    kernel::GlReversal reversal = gl_reversal(kSource, kNumberFirst);
-    reversal.description_in_same =
-        form_.txtdocno.text() + (form_.dbgrid1.allow_update ? "Edit payment " : "Void payment ");
-    reversal.description_in_new = form_.txtdocno.text() + "void payment ";
-    reversal.result_without_lines = false;
-    reversal.source_form_in_new = kHeaderForm;
-    reversal.new_has_time = true;
-    return kernel::reverse_gl_document(kernel(), reversal);
+    kernel::GlReversal reversal = gl_reversal();
+    reversal.edited = form_.dbgrid1.allow_update;
+    return kernel::reverse_gl_document(kernel(), kernel::gl_reversal_rules(kernel::GlForm::payment),
+                                       reversal);
 }
 
 }  // namespace brimley::payments

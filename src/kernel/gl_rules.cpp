@@ -1,0 +1,96 @@
+#include "kernel/gl_rules.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace brimley::kernel {
+
+namespace {
+
+using enum GlForm;
+using enum GlOrder;
+using enum GlAllocation;
+using enum GlRate;
+using enum GlRoundingLine;
+using enum GlLineFields;
+using enum GlWithoutLines;
+using enum GlReversalDate;
+using enum GlReversalHeader;
+using enum GlOldHeader;
+using enum ModuleG3::TooLongMessage;
+
+// clang-format off
+
+constexpr GlTexts kTexts[]{
+//   form           header: Source, source_form            remark              lines: Source, source_form
+    {invoice,       "AP-INVOICE", "APform_invoice",        "Invoice no. {}",    "AP-INVOICE", "APform_invoice"},
+    {payment,       "AP-PAYMENT", "Payment Entry",         "payment no. {}",    "AP-PAYMENT", "APform_payment"},
+    {prepayment,    "AP",         "A/P Prepayment",        "prepayment no. {}", "AP-PREPAY",  "APform_prepayment"},
+    {misc_payment,  "AP-MISCPAY", "Payment Entry",         "payment no. {}",    "AP-MISCPAY", "APform_misc_payment"},
+    {card_payment,  "AP-CARD",    "Credit Card Payment",   "Payment no. {}",    "AP-CARD",    "APform_creditcard_payment"},
+    {recurring_run, "AP",         nullptr,                 "Invoice no. {}",    "AP",         "APform_invoice"},
+    {revaluation,   "AP-REVALUE", "A/P Revaluation",       "A/P Revaluation",   "AP-REVALUE", "A/P Revaluation"},
+};
+
+constexpr GlWays kWays[]{
+//   form           order        allocation     foreign rate  rounding line         line fields  number too long
+    {invoice,       by_account,  shares,        of_document,  without_rate,         current,     text_first},
+    {payment,       by_account,  shares,        from_amounts, with_rate,            current,     number_first},
+    {prepayment,    by_account,  shares,        from_amounts, with_rate,            current,     number_first},
+    {misc_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first},
+    {card_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first},
+    {recurring_run, as_gathered, ignored,       of_document,  none,                 older,       text_first},
+    {revaluation,   by_account,  whole_amounts, of_document,  none,                 current,     text_first},
+};
+
+constexpr GlReversalTexts kReversalTexts[]{
+//   form          Source        header: source_form    lines: source_form           remark
+    {invoice,      "AP-INVOICE", "APform_invoice",      "APform_invoice",            "Reverse GL {}"},
+    {payment,      "AP-PAYMENT", "Payment Entry",       "APform_payment",            "Reverse GL {}"},
+    {prepayment,   "AP-PAYMENT", "A/P Prepayment",      "APform_prepayment",         "Reverse GL {}"},
+    {misc_payment, "AP-PAYMENT", "Payment Entry",       "APform_misc_payment",       "Reverse GL {}"},
+    {card_payment, "AP-PAYMENT", "Credit Card Payment", "APform_creditcard_payment", "Reverse GL {}"},
+    {void_check,   "AP-PAYMENT", "Payment Entry",       "APform_void_check",         "Reverse GL {}"},
+    {revaluation,  "AP-REVALUE", "A/P Revaluation",     "A/P Revaluation",           "Reverse A/P Revaluation {}"},
+};
+
+constexpr GlDescriptions kDescriptions[]{
+//   form          void, in the document   edit, in the document   either, in a new one
+    {invoice,      "Void invoice {}",      "Edit invoice {}",      "void invoice {}"},
+    {payment,      "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
+    {prepayment,   "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
+    {misc_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
+    {card_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
+    {void_check,   nullptr,                nullptr,                nullptr},
+    {revaluation,  nullptr,                nullptr,                nullptr},
+};
+
+constexpr GlReversalWays kReversalWays[]{
+//   form          without lines  dated by      new header        old header  number too long
+    {invoice,      succeeds,      day,          first,            marked,     text_first},
+    {payment,      fails,         day_and_time, first,            marked,     number_first},
+    {prepayment,   fails,         day_and_time, first,            marked,     number_first},
+    {misc_payment, fails,         day_and_time, first,            marked,     number_first},
+    {card_payment, fails,         day_and_time, first,            marked,     number_first},
+    {void_check,   fails,         day_and_time, first,            marked,     number_first},
+    {revaluation,  fails,         day,          last_and_stamped, untouched,  text_first},
+};
+
+// clang-format on
+
+template <class Row, std::size_t kRows>
+const Row& row_of(const Row (&table)[kRows], GlForm form) {
+    const auto* const row = std::ranges::find(table, form, &Row::form);
+    if (row == std::end(table)) throw std::logic_error("no GL rules for this form");
+    return *row;
+}
+
+}  // namespace
+
+GlRules gl_rules(GlForm form) { return {row_of(kTexts, form), row_of(kWays, form)}; }
+
+GlReversalRules gl_reversal_rules(GlForm form) {
+    return {row_of(kReversalTexts, form), row_of(kDescriptions, form), row_of(kReversalWays, form)};
+}
+
+}  // namespace brimley::kernel
