@@ -27,6 +27,9 @@ class DocumentPart : public FormPart {
                                                                const char* missing) const {
         return form_.required_date(field, missing);
     }
+    // False after its message: none is given, or one that nobody uses. A slip of the pen must not open
+    // accounts for it.
+    [[nodiscard]] bool currency_is_in_use() const;
     // False after its message: none is given, or it lies outside the working period.
     [[nodiscard]] bool period_is_open() const;
     [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long) const {

@@ -30,6 +30,13 @@ class Payments : public ::testing::Test {
         user.desk.answers = {true};
         press(id);
     }
+    void press_and_decline(int id) {
+        user.desk.answers = {false};
+        press(id);
+    }
+    std::string account_name(const std::string& accno) {
+        return company.list("SELECT accname FROM Account_master_table WHERE accno = '" + accno + "'");
+    }
     std::string remark() { return company.list("SELECT remark FROM Payment_header_table"); }
 
     CompanyCopy company{sample_original()};
@@ -150,18 +157,112 @@ TEST_F(Payments, AnyWordPaysWhatIsOpenOfAPartlyPaidItem) {
 }
 
 // A refused amount leaves the row as if nothing had been paid of it, so that its item is not closed for less.
+// The totals follow with the next amount that is taken.
 TEST_F(Payments, RefusedAmountLeavesTheItemOpen) {
     begin_payment(form(), "V1001");
     edit_item_cell(form(), 0, "pay amount", "100.00");
     edit_item_cell(form(), 0, "discount taken", "2.00");
     edit_item_cell(form(), 0, "pay amount", "-5");
     EXPECT_EQ(form().dbgrid1.cell(0, "net balance"), "98.00");
-    EXPECT_EQ(form().txttotal.text(), "0.00");
+    EXPECT_EQ(form().txttotal.text(), "98.00");
+    EXPECT_EQ(form().txttotal_base.text(), "98.00");
     edit_item_cell(form(), 1, "pay amount", "60.00");
     pay_total(form());
     press(101);
     EXPECT_EQ(company.list("SELECT open_amount FROM AP_transaction_table ORDER BY docno"), "98 | 0");
     EXPECT_EQ(company.list("SELECT total_amount FROM Payment_header_table"), "60");
+}
+
+TEST_F(Payments, RefusedAmountAloneLeavesTheTotalAndThePaymentIsRefusedForItsLines) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "50.00");
+    edit_item_cell(form(), 0, "pay amount", "-5");
+    EXPECT_EQ(form().txttotal.text(), "50.00");
+    pay_total(form());
+    static_cast<void>(user.messages());
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("Please specify any payment/discount/write-off amount"));
+    EXPECT_EQ(company.list("SELECT docno FROM Payment_header_table"), "");
+}
+
+TEST_F(Payments, ListsOfDiscountAndWriteOffAccountsOfferTheParametersAccounts) {
+    company.add(
+        "Account_Parameters_table",
+        {{"module", "AP"}, {"parameter_name", "AP discount account"}, {"default", false}, {"accno", "7500"}});
+    const auto accounts_below = [&](const char* caption) {
+        const int column = form().dbgrid1.get_column(caption);
+        return form().dbgrid1.columns.at(static_cast<std::size_t>(column)).drop_down->rows();
+    };
+    using Row = std::vector<std::string>;
+    EXPECT_THAT(accounts_below("discount account"), ElementsAre(Row{"7000", account_name("7000")}));
+    EXPECT_THAT(accounts_below("write-off account"), ElementsAre(Row{"7100", account_name("7100")}));
+}
+
+TEST_F(Payments, TextThatIsNoBankIsRefusedWhateverTheWayOfPaying) {
+    company.db().Execute("UPDATE Credit_card_master_table SET used = TRUE, payable_accno = '2100'");
+    const std::string card =
+        company.list("SELECT card_name FROM Credit_card_master_table ORDER BY card_name");
+    for (const std::string& way : {card.substr(0, card.find(" | ")), std::string("Pay Later")}) {
+        begin_payment(form(), "V1001");
+        EXPECT_EQ(form().cmbcash.type(""), controls::Refusal::none);
+        edit_item_cell(form(), 0, "pay amount", "100.00");
+        pay_total(form());
+        EXPECT_EQ(form().cmbbank.type("NOBANK"), controls::Refusal::none);
+        form().cmbpayby.set(way);
+        press(101);
+        EXPECT_THAT(user.messages(), ElementsAre("Bank code NOBANK is invalid.")) << way;
+        press_and_decline(105);
+    }
+}
+
+TEST_F(Payments, CurrencyThatIsNotAWorkingOneIsRefusedBeforeAnythingIsWritten) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "100.00");
+    pay_total(form());
+    EXPECT_EQ(form().cmbcurrency.type("XXX"), controls::Refusal::none);
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("XXX is not a working currency."));
+    EXPECT_EQ(form().cmbcurrency.type(""), controls::Refusal::none);
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("please specify currency"));
+    EXPECT_EQ(company.list("SELECT docno FROM Payment_header_table"), "");
+}
+
+TEST_F(Payments, VendorTypedOverAnotherVendorsListIsRefusedForItsPayableAccount) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "100.00");
+    pay_total(form());
+    EXPECT_EQ(form().cmbvendor.type("NOBODY"), controls::Refusal::none);
+    press(101);
+    EXPECT_THAT(user.messages(),
+                ElementsAre("Error : Payable account for NOBODY is invalid.", "Add new payment failed"));
+    EXPECT_EQ(company.list("SELECT docno FROM Payment_header_table"), "");
+}
+
+TEST_F(Payments, EvenRowsOfTheListArePaintedAsTheCompanyChose) {
+    EXPECT_NE(form().dbgrid1.even_row_colour, controls::kWhite);
+    company.db().Execute("UPDATE Recent_value_table SET Value = '0' WHERE control_name = 'evenrow_color'");
+    user.ap.showform_APform_payment();
+    EXPECT_EQ(form().dbgrid1.even_row_colour, controls::kWhite);
+}
+
+// What the list shows of an amount is what is paid: to the cent, a tie away from nothing.
+TEST_F(Payments, TypedAmountsAreRoundedAsTheyAreShown) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "write-off", "1.125");
+    EXPECT_EQ(form().dbgrid1.cell(0, "write-off"), "1.13");
+    edit_item_cell(form(), 0, "pay amount", "10.125");
+    EXPECT_EQ(form().dbgrid1.cell(0, "pay amount"), "10.13");
+    EXPECT_EQ(form().dbgrid1.cell(0, "net balance"), "88.74");
+}
+
+TEST_F(Payments, TextsOfPowersAndCurrencySignsAreWordsAndPayTheWholeItem) {
+    begin_payment(form(), "V1001");
+    for (const char* word : {"1e2", "$12"}) {
+        edit_item_cell(form(), 0, "pay amount", word);
+        EXPECT_EQ(form().dbgrid1.cell(0, "pay amount"), "100.00") << word;
+        edit_item_cell(form(), 0, "pay amount", "1.00");
+    }
 }
 
 }  // namespace brimley::testing

@@ -133,13 +133,13 @@ void ItemList::dbgrid1_BeforeColUpdate(CellEdit& edit) {
     set_cell_money(row, "net balance", net);
 }
 
-// Nothing is paid of the item then, and what depends on it says so, or the item would be closed for less.
+// Nothing is paid of the item then, and what depends on it in its row says so, or the item would be closed
+// for less. The totals follow with the next amount that is taken.
 void ItemList::empty_pay_amount(int row) {
     dbgrid1_.set_cell(row, "pay amount", "");
     const ItemAmounts amounts = amounts_of(row);
     set_cell_money(row, "net balance", cell_money(row, "open amount") - amounts.discount - amounts.writeoff);
     update_base_amount(row, Ties::to_even);
-    update_total_payment();
 }
 
 void ItemList::dbgrid1_AfterColUpdate(int column) {

@@ -142,11 +142,16 @@ ItemList::ItemList(APform_payment& form)
 }
 
 void ItemList::connect_drop_downs() {
-    const auto accounts =
-        rows_of("SELECT accno, accname FROM Account_master_table WHERE type = 'A' ORDER BY accno",
-                {"accno", "accname"});
-    dd1 = {{"account", "account name"}, {}, accounts};
-    dd2 = {{"account", "account name"}, {}, accounts};
+    const auto accounts_of = [this](const char* parameter) {
+        return rows_of(
+            fmt::format("SELECT Account_master_table.accno, accname FROM Account_Parameters_table INNER JOIN "
+                        "Account_master_table ON Account_Parameters_table.accno = Account_master_table.accno "
+                        "WHERE module = 'AP' AND parameter_name = '{}' AND [default] = TRUE",
+                        parameter),
+            {"accno", "accname"});
+    };
+    dd1 = {{"account", "account name"}, {}, accounts_of("AP discount account")};
+    dd2 = {{"account", "account name"}, {}, accounts_of("AP write-off account")};
     for (controls::GridColumn& column : dbgrid1_.columns) {
         if (column.caption == "discount account") column.drop_down = &dd1;
         if (column.caption == "write-off account") column.drop_down = &dd2;
@@ -163,6 +168,7 @@ void ItemList::clear() {
 
 void ItemList::list_vendor_invoice(const std::string& vendor_no) {
     clear();
+    vendor_no_ = vendor_no;
     step("list_vendor_invoice", [&] {
         auto items = kernel().read(open_items_query(vendor_no));
         const int count = static_cast<int>(items.RecordCount());

@@ -54,6 +54,8 @@ class ItemList : public frame::DocumentPart {
     [[nodiscard]] bool check_ifany_pay() const;
     // The rows of which anything is, in the order of the list.
     [[nodiscard]] std::vector<ListedItem> paid() const;
+    // Whose items are listed: another vendor may have been typed over them since.
+    [[nodiscard]] const std::string& vendor_no() const { return vendor_no_; }
     // All rows' pay, discount and write-off, in their own currencies, added up as they are.
     [[nodiscard]] double sum_paid() const;
     // The row that the user is on, as it stands.
@@ -94,7 +96,8 @@ class ItemList : public frame::DocumentPart {
     APform_payment& form_;
     controls::Grid& dbgrid1_;
     frame::LineColumns stored_columns_;
-    int last_row_ = -1;  // of the list
+    std::string vendor_no_;  // whose items are listed
+    int last_row_ = -1;      // of the list
     // The rows in which anything was entered: of a long list few are paid, and only these are looked at.
     std::vector<bool> touched_rows_;
     controls::DropDown dd1, dd2;

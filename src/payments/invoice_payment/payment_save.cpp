@@ -72,14 +72,15 @@ bool PaymentSave::validate_way_of_paying() {
     return validate_check() && find_account_to_credit();
 }
 
-// A cash account that was chosen comes before the bank, and that before the card.
+// A cash account that was chosen comes before the bank, and that before the card. A bank that was given must
+// exist whatever the way of paying; none is asked for by a card.
 bool PaymentSave::find_account_to_credit() {
     const PayBy& pay_by = form_.pay_by;
     const bool cash_or_check = pay_by.is_cash() || pay_by.is_check();
     std::optional<std::string> bank_accno;
     if (!form_.cmbbank.empty() || cash_or_check) {
         bank_accno = pay_by.bank_account();
-        if (!bank_accno && cash_or_check && form_.cmbcash.empty())
+        if (!bank_accno && form_.cmbcash.empty())
             return refuse("Bank code " + form_.cmbbank.text() + " is invalid.");
     }
     std::string card_accno;
@@ -100,7 +101,8 @@ bool PaymentSave::validate() {
     const auto date = required_date(form_.txtpaydate, "please specify payment date");
     if (!date) return false;
     checked_.dates.payment = *date;
-    return validate_rate() && validate_lines() && validate_way_of_paying() && period_is_open();
+    return currency_is_in_use() && validate_rate() && validate_lines() && validate_way_of_paying() &&
+           period_is_open();
 }
 
 // --- writing ---
@@ -133,7 +135,7 @@ bool PaymentSave::write_lines(Recordset& header) {
         fill_line(lines, header, item);
         lines.Update();
         const bool paid = form_.paid_items.pay(
-            {item.docno, item.pay_item, form_.cmbvendor.text(), item.open, item.net_balance, item.amounts});
+            {item.docno, item.pay_item, form_.items.vendor_no(), item.open, item.net_balance, item.amounts});
         if (!paid) return false;
     }
     return true;
