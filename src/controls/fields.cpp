@@ -46,6 +46,12 @@ Refusal OptionButton::click() {
     return Refusal::none;
 }
 
+Refusal PushButton::click() {
+    if (const Refusal why = refusal(); why != Refusal::none) return why;
+    if (on_click) on_click();
+    return Refusal::none;
+}
+
 Refusal Frame::close() {
     if (!reachable()) return Refusal::hidden;
     if (!enabled()) return Refusal::disabled;

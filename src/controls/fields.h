@@ -1,4 +1,5 @@
-// The plain controls: text and date fields, check boxes, option buttons, labels, frames, progress bars.
+// The plain controls: text and date fields, check boxes, option and push buttons, labels, frames, progress
+// bars.
 #pragma once
 
 #include "controls/control.h"
@@ -57,7 +58,7 @@ class CheckBox : public Control {
     int value_ = 0;
 };
 
-// One of a group of buttons of which one is set; the form tells which belong together.
+// One of a group of buttons of which one is set; the form says which belong together.
 class OptionButton : public Control {
   public:
     OptionButton(ControlSet& controls, std::string name, std::string caption)
@@ -77,6 +78,22 @@ class OptionButton : public Control {
     std::string caption_;
     bool set_ = false;
     std::vector<OptionButton*> group_;
+};
+
+// A button that does something when it is clicked, such as cmdsave.
+class PushButton : public Control {
+  public:
+    PushButton(ControlSet& controls, std::string name, std::string caption)
+        : Control(controls, std::move(name)), caption_(std::move(caption)) {}
+
+    [[nodiscard]] const std::string& caption() const { return caption_; }
+    [[nodiscard]] std::string shown() const override { return caption_; }
+    [[nodiscard]] Refusal click();
+
+    std::function<void()> on_click;
+
+  private:
+    std::string caption_;
 };
 
 class Label : public Control {

@@ -75,12 +75,14 @@ class Fields : public Controls {
         field.on_change = [&] { ++changes; };
         field.on_enter = [&] { ++enters; };
         box.on_click = [&] { ++clicks; };
+        button.on_click = [&] { ++clicks; };
         first.on_click = [&] { ++clicks; };
         second.on_click = [&] { ++clicks; };
         controls::OptionButton::group({&first, &second});
     }
 
     controls::CheckBox box{set, "chkvoid", "Void"};
+    controls::PushButton button{set, "cmdsave", "Save"};
     controls::OptionButton first{set, "opt_all", "All"};
     controls::OptionButton second{set, "opt_hold", "On hold"};
     int changes = 0;
@@ -114,6 +116,7 @@ TEST_F(Fields, ActsOnALockedHiddenOrDisabledControlChangeNothing) {
         EXPECT_EQ(field.press_enter(), why);
         EXPECT_EQ(box.click(true), why);
         EXPECT_EQ(first.click(), why);
+        EXPECT_EQ(button.click(), why);
     };
     for (controls::Control* control : set.all())
         control->set_locked(true);
@@ -136,6 +139,13 @@ TEST_F(Fields, ClickOnABoxThatIsThereAlreadyDoesNothing) {
     EXPECT_EQ(box.click(true), Refusal::none);
     EXPECT_EQ(box.click(true), Refusal::none);
     EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Fields, ButtonRunsEachTimeItIsClicked) {
+    EXPECT_EQ(button.click(), Refusal::none);
+    EXPECT_EQ(button.click(), Refusal::none);
+    EXPECT_EQ(clicks, 2);
+    EXPECT_EQ(button.shown(), "Save");
 }
 
 TEST_F(Fields, GreyBoxCountsAsSetAndCanBeTicked) {
