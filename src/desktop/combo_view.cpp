@@ -18,7 +18,7 @@ Qt::Alignment alignment_of(char sign) { return sign == '^' ? Qt::AlignHCenter : 
 }  // namespace
 
 ComboView::ComboView(ComboBox& model, ActGate& gate)
-    : EntryView(model, gate),
+    : EntryView(model, entry_of(model), gate),
       model_(model),
       arrow_(addAction(arrow_icon(palette()), QLineEdit::TrailingPosition)) {
     if (model.item_look() == ItemLook::colour) swatch_ = addAction(QIcon(), QLineEdit::LeadingPosition);

@@ -19,12 +19,6 @@ class ComboView : public EntryView {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
-    [[nodiscard]] const std::string& model_text() const override { return model_.text(); }
-    [[nodiscard]] controls::Refusal type_into_model(const std::string& text) override {
-        return model_.type(text);
-    }
-    [[nodiscard]] controls::Refusal enter_model() override { return model_.press_enter(); }
-    void leave_model() override { model_.leave(); }
 
   private:
     [[nodiscard]] ListContent content() const;

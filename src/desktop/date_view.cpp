@@ -27,8 +27,8 @@ QIcon calendar_icon(const QPalette& palette) {
 
 }  // namespace
 
-DateView::DateView(controls::DateField& model, ActGate& gate, const Calendar& calendar)
-    : TextView(model, gate),
+DateView::DateView(controls::Control& control, Entry entry, ActGate& gate, const Calendar& calendar)
+    : EntryView(control, std::move(entry), gate),
       calendar_(calendar),
       opener_(addAction(calendar_icon(palette()), QLineEdit::TrailingPosition)) {
     for (const QString& part : shown(calendar.date_format).split('/'))
@@ -38,7 +38,7 @@ DateView::DateView(controls::DateField& model, ActGate& gate, const Calendar& ca
 }
 
 void DateView::refresh() {
-    TextView::refresh();
+    EntryView::refresh();
     opener_->setVisible(!isReadOnly());
     opener_->setIcon(calendar_icon(palette()));
     setPlaceholderText(isReadOnly() ? QString() : shown(calendar_.date_format));
@@ -100,7 +100,7 @@ void DateView::keyPressEvent(QKeyEvent* event) {
     if (opens) {
         open_calendar();
     } else if (!take_key(*event)) {
-        TextView::keyPressEvent(event);
+        EntryView::keyPressEvent(event);
     }
 }
 

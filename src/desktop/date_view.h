@@ -14,9 +14,9 @@ struct Calendar {
     std::function<store::DateTime()> now;
 };
 
-class DateView : public TextView {
+class DateView : public EntryView {
   public:
-    DateView(controls::DateField& model, ActGate& gate, const Calendar& calendar);
+    DateView(controls::Control& control, Entry entry, ActGate& gate, const Calendar& calendar);
 
     void refresh() override;
     void open_calendar();

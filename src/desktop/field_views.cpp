@@ -7,20 +7,13 @@ namespace brimley::desktop {
 
 using controls::Refusal;
 
-namespace {
-
-bool is_enter(const QKeyEvent& event) {
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
-}  // namespace
-
 bool moved_on(const QFocusEvent& event) {
     return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason;
 }
 
 // --- lines of text ---
-EntryView::EntryView(controls::Control& control, ActGate& gate) : control_(control), gate_(gate) {
+EntryView::EntryView(controls::Control& control, Entry entry, ActGate& gate)
+    : control_(control), entry_(std::move(entry)), gate_(gate) {
     connect(this, &QLineEdit::textEdited, this, [this] { typed_since_entered_ = true; });
 }
 
@@ -29,8 +22,8 @@ void EntryView::refresh() {
     show_face(*this, control_);
     setReadOnly(control_.locked());
     show_whether_open(*this, !control_.locked());
-    if (text() != shown(model_text())) {
-        setText(shown(model_text()));
+    if (const QString wanted = shown(entry_.text()); text() != wanted) {
+        setText(wanted);
         if (!hasFocus()) setCursorPosition(0);
     }
     setModified(false);
@@ -40,7 +33,7 @@ void EntryView::commit() {
     if (!isModified()) return;
     setModified(false);
     const std::string text_typed = typed(text());
-    gate_.run([&] { return type_into_model(text_typed); });
+    gate_.run([&] { return entry_.type(text_typed); });
     refresh();  // a refusal leaves the model as it was
 }
 
@@ -76,7 +69,7 @@ void EntryView::focusOutEvent(QFocusEvent* event) {
     if (!typed_since_entered_) return;
     typed_since_entered_ = false;
     gate_.run([&] {
-        leave_model();
+        entry_.leave();
         return Refusal::none;
     });
 }
@@ -84,7 +77,7 @@ void EntryView::focusOutEvent(QFocusEvent* event) {
 void EntryView::press_enter() {
     commit();
     typed_since_entered_ = false;
-    if (!isReadOnly()) gate_.run([&] { return enter_model(); });
+    if (!isReadOnly()) gate_.run([&] { return entry_.press_enter(); });
     focusNextPrevChild(true);
 }
 
@@ -140,68 +133,6 @@ void NoteView::focusOutEvent(QFocusEvent* event) {
 Refusal NoteView::found_by_user() const {
     const Refusal found = state_found(*this);
     return found == Refusal::none && isReadOnly() ? Refusal::locked : found;
-}
-
-// --- boxes ---
-CheckView::CheckView(controls::CheckBox& model, ActGate& gate)
-    : QCheckBox(shown(model.caption())), model_(model), gate_(gate) {}
-
-void CheckView::refresh() {
-    show_state(*this, model_);
-    show_face(*this, model_);
-    show_whether_open(*this, !model_.locked());
-    setCheckState(model_.value() == 0   ? Qt::Unchecked
-                  : model_.value() == 2 ? Qt::PartiallyChecked
-                                        : Qt::Checked);
-}
-
-// The click asks the model for the other state and shows what came of it.
-void CheckView::nextCheckState() {
-    const bool ticked = checkState() != Qt::Checked;
-    gate_.run([&] { return model_.click(ticked); });
-    refresh();
-}
-
-void CheckView::keyPressEvent(QKeyEvent* event) {
-    if (is_enter(*event)) {
-        focusNextPrevChild(true);
-    } else {
-        QCheckBox::keyPressEvent(event);
-    }
-}
-
-Refusal CheckView::found_by_user() const {
-    const Refusal found = state_found(*this);
-    return found == Refusal::none && !looks_open(*this) ? Refusal::locked : found;
-}
-
-OptionView::OptionView(controls::OptionButton& model, ActGate& gate)
-    : QRadioButton(shown(model.caption())), model_(model), gate_(gate) {
-    setAutoExclusive(false);  // which belong together is the model's to say
-}
-
-void OptionView::refresh() {
-    show_state(*this, model_);
-    show_whether_open(*this, !model_.locked());
-    setChecked(model_.is_set());
-}
-
-void OptionView::nextCheckState() {
-    gate_.run([&] { return model_.click(); });
-    refresh();
-}
-
-void OptionView::keyPressEvent(QKeyEvent* event) {
-    if (is_enter(*event)) {
-        focusNextPrevChild(true);
-    } else {
-        QRadioButton::keyPressEvent(event);
-    }
-}
-
-Refusal OptionView::found_by_user() const {
-    const Refusal found = state_found(*this);
-    return found == Refusal::none && !looks_open(*this) ? Refusal::locked : found;
 }
 
 // --- what is only looked at ---

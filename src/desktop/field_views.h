@@ -1,25 +1,38 @@
-// The plain fields on the screen: text, notes of several lines, boxes, labels, progress bars.
+// The plain fields on the screen: text, notes of several lines, labels, progress bars.
 //
 // What is typed reaches the model when the user leaves the field, presses Enter or gives a command; a field
 // that nobody typed in is left without a word.
 #pragma once
 
-#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QRadioButton>
 
 #include "controls/fields.h"
 #include "desktop/model_view.h"
 
 namespace brimley::desktop {
 
-// A line that takes text. What it hands over to, and what it shows, its heirs tell.
+// What a line shows and hands over to: the acts of its model.
+struct Entry {
+    std::function<std::string()> text;
+    std::function<controls::Refusal(const std::string&)> type;
+    std::function<controls::Refusal()> press_enter;
+    std::function<void()> leave;
+};
+
+// The entry of a text field or a combo.
+template <class Model>
+[[nodiscard]] Entry entry_of(Model& model) {
+    return {[&model] { return model.text(); }, [&model](const std::string& text) { return model.type(text); },
+            [&model] { return model.press_enter(); }, [&model] { model.leave(); }};
+}
+
+// A line that takes text.
 class EntryView : public QLineEdit, public ModelView {
   public:
-    EntryView(controls::Control& control, ActGate& gate);
+    EntryView(controls::Control& control, Entry entry, ActGate& gate);
 
     void refresh() override;
     void commit() override;
@@ -28,11 +41,6 @@ class EntryView : public QLineEdit, public ModelView {
     void select_on_focus() { selects_on_focus_ = true; }
 
   protected:
-    [[nodiscard]] virtual const std::string& model_text() const = 0;
-    [[nodiscard]] virtual controls::Refusal type_into_model(const std::string& text) = 0;
-    [[nodiscard]] virtual controls::Refusal enter_model() = 0;
-    virtual void leave_model() = 0;
-
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -47,26 +55,11 @@ class EntryView : public QLineEdit, public ModelView {
     void press_enter();
 
     controls::Control& control_;
+    Entry entry_;
     ActGate& gate_;
     bool typed_since_entered_ = false;
     bool selects_on_focus_ = false;
     bool just_focused_ = false;
-};
-
-class TextView : public EntryView {
-  public:
-    TextView(controls::TextField& model, ActGate& gate) : EntryView(model, gate), model_(model) {}
-
-  protected:
-    [[nodiscard]] const std::string& model_text() const override { return model_.text(); }
-    [[nodiscard]] controls::Refusal type_into_model(const std::string& text) override {
-        return model_.type(text);
-    }
-    [[nodiscard]] controls::Refusal enter_model() override { return model_.press_enter(); }
-    void leave_model() override { model_.leave(); }
-
-  private:
-    controls::TextField& model_;
 };
 
 // A text of several lines. Enter begins a new one; Tab moves on.
@@ -83,36 +76,6 @@ class NoteView : public QPlainTextEdit, public ModelView {
 
   private:
     controls::TextField& model_;
-    ActGate& gate_;
-};
-
-class CheckView : public QCheckBox, public ModelView {
-  public:
-    CheckView(controls::CheckBox& model, ActGate& gate);
-    void refresh() override;
-    [[nodiscard]] controls::Refusal found_by_user() const override;
-
-  protected:
-    void nextCheckState() override;
-    void keyPressEvent(QKeyEvent* event) override;
-
-  private:
-    controls::CheckBox& model_;
-    ActGate& gate_;
-};
-
-class OptionView : public QRadioButton, public ModelView {
-  public:
-    OptionView(controls::OptionButton& model, ActGate& gate);
-    void refresh() override;
-    [[nodiscard]] controls::Refusal found_by_user() const override;
-
-  protected:
-    void nextCheckState() override;
-    void keyPressEvent(QKeyEvent* event) override;
-
-  private:
-    controls::OptionButton& model_;
     ActGate& gate_;
 };
 

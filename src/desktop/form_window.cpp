@@ -11,9 +11,11 @@
 
 #include "controls/combo_box.h"
 #include "controls/fields.h"
+#include "desktop/button_views.h"
 #include "desktop/combo_view.h"
 #include "desktop/field_views.h"
 #include "desktop/grid_view.h"
+#include "desktop/range_view.h"
 
 namespace brimley::desktop {
 
@@ -101,6 +103,13 @@ void FormWindow::build(const Look& look) {
 }
 
 // --- the views ---
+template <class View>
+QWidget* FormWindow::registered(Control& control, View* view) {
+    register_view(control, *view, *view);
+    view->installEventFilter(this);
+    return view;
+}
+
 QWidget* FormWindow::make_widget(Control& control, const LookField& field) {
     if (auto* const grid = dynamic_cast<controls::Grid*>(&control)) {
         auto* const made = new GridView(*grid, gate_);
@@ -109,44 +118,55 @@ QWidget* FormWindow::make_widget(Control& control, const LookField& field) {
         register_view(control, *made, *made);
         return made;
     }
-    QWidget* const made = make_field(control, field);
-    if (made != nullptr) made->installEventFilter(this);
+    if (auto* const check = dynamic_cast<controls::CheckBox*>(&control))
+        return registered(control, new CheckView(*check, gate_));
+    if (auto* const option = dynamic_cast<controls::OptionButton*>(&control))
+        return registered(control, new OptionView(*option, gate_));
+    if (auto* const button = dynamic_cast<controls::PushButton*>(&control))
+        return registered(control, new PushView(*button, gate_));
+    if (auto* const label = dynamic_cast<controls::Label*>(&control))
+        return registered(control, new LabelView(*label));
+    if (auto* const bar = dynamic_cast<controls::ProgressBar*>(&control))
+        return registered(control, new ProgressView(*bar));
+    return make_entry(control, field);  // a frame is a pane, and no widget of its own
+}
+
+QWidget* FormWindow::make_entry(Control& control, const LookField& field) {
+    if (auto* const range = dynamic_cast<controls::DateRange*>(&control)) return make_range(*range, field);
+    QWidget* made = nullptr;
+    if (auto* const combo = dynamic_cast<controls::ComboBox*>(&control)) {
+        made = registered(control, new ComboView(*combo, gate_));
+    } else if (auto* const date = dynamic_cast<controls::DateField*>(&control)) {
+        made = registered(control, new DateView(*date, entry_of(*date), gate_, calendar()));
+    } else if (auto* const text = dynamic_cast<controls::TextField*>(&control)) {
+        made = make_text(*text, field);
+    }
+    if (made != nullptr) size_field(*made, field);
     return made;
 }
 
-QWidget* FormWindow::make_field(Control& control, const LookField& field) {
-    const auto add = [&](auto* made) -> QWidget* {
-        register_view(control, *made, *made);
-        return made;
-    };
-    if (auto* const check = dynamic_cast<controls::CheckBox*>(&control))
-        return add(new CheckView(*check, gate_));
-    if (auto* const option = dynamic_cast<controls::OptionButton*>(&control))
-        return add(new OptionView(*option, gate_));
-    if (auto* const label = dynamic_cast<controls::Label*>(&control)) return add(new LabelView(*label));
-    if (auto* const bar = dynamic_cast<controls::ProgressBar*>(&control)) return add(new ProgressView(*bar));
-    QWidget* made = nullptr;
-    if (auto* const combo = dynamic_cast<controls::ComboBox*>(&control)) {
-        made = add(new ComboView(*combo, gate_));
-    } else if (auto* const date = dynamic_cast<controls::DateField*>(&control)) {
-        made = add(new DateView(*date, gate_,
-                                {form_->context().BRIMLEY_DATE_FORMAT, [this] { return desk_.now(); }}));
-    } else if (auto* const text = dynamic_cast<controls::TextField*>(&control)) {
-        if (field.lines > 1) {
-            made = add(new NoteView(*text, gate_));
-        } else {
-            auto* const line = new TextView(*text, gate_);
-            if (field.amount) {
-                line->setAlignment(Qt::AlignRight);
-                line->select_on_focus();
-            }
-            made = add(line);
-        }
-    } else {
-        return nullptr;  // a frame is a pane, and no widget of its own
+QWidget* FormWindow::make_text(controls::TextField& field_model, const LookField& field) {
+    if (field.lines > 1) return registered(field_model, new NoteView(field_model, gate_));
+    auto* const line = new EntryView(field_model, entry_of(field_model), gate_);
+    if (field.amount) {
+        line->setAlignment(Qt::AlignRight);
+        line->select_on_focus();
     }
-    size_field(*made, field);
-    return made;
+    return registered(field_model, line);
+}
+
+// The look tells the width of one date.
+QWidget* FormWindow::make_range(controls::DateRange& range, const LookField& field) {
+    auto* const made = new RangeView(range, gate_, calendar());
+    for (DateView* const line : {&made->from(), &made->to()}) {
+        line->installEventFilter(this);
+        size_field(*line, field);
+    }
+    return registered(range, made);
+}
+
+Calendar FormWindow::calendar() {
+    return {form_->context().BRIMLEY_DATE_FORMAT, [this] { return desk_.now(); }};
 }
 
 void FormWindow::register_view(Control& control, QWidget& widget, ModelView& view) {

@@ -19,6 +19,10 @@
 #include "desktop/model_view.h"
 #include "frame/form.h"
 
+namespace brimley::controls {
+class DateRange;
+}
+
 namespace brimley::desktop {
 
 class FormWindow : public QMainWindow {
@@ -60,7 +64,13 @@ class FormWindow : public QMainWindow {
   private:
     void build(const Look& look);
     [[nodiscard]] QWidget* make_widget(controls::Control& control, const LookField& field);
-    [[nodiscard]] QWidget* make_field(controls::Control& control, const LookField& field);
+    // A line, or a pair of them, as wide as the look says; null for a control that takes no text.
+    [[nodiscard]] QWidget* make_entry(controls::Control& control, const LookField& field);
+    [[nodiscard]] QWidget* make_text(controls::TextField& field_model, const LookField& field);
+    [[nodiscard]] QWidget* make_range(controls::DateRange& range, const LookField& field);
+    [[nodiscard]] Calendar calendar();
+    template <class View>
+    QWidget* registered(controls::Control& control, View* view);
     void register_view(controls::Control& control, QWidget& widget, ModelView& view);
     void connect_panes();
     void control_changed(const controls::Control& control);

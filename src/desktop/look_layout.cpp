@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QTableView>
 
+#include "controls/date_range.h"
 #include "controls/fields.h"
 #include "controls/grid.h"
 #include "desktop/flow_layout.h"
@@ -158,15 +159,22 @@ class Layouter {
 bool has_caption_of_its_own(const controls::Control& control) {
     return dynamic_cast<const controls::CheckBox*>(&control) != nullptr ||
            dynamic_cast<const controls::OptionButton*>(&control) != nullptr ||
+           dynamic_cast<const controls::PushButton*>(&control) != nullptr ||
            dynamic_cast<const controls::Label*>(&control) != nullptr;
 }
 
-// A field with its name for a caption, without the letters that tell its kind.
+// The name of a field without the letters for its kind.
+QString caption_from(const QString& name) {
+    const bool has_kind = name.startsWith("txt") || name.startsWith("cmb");
+    return name.mid(has_kind ? 3 : 0).replace('_', ' ');
+}
+
 LookRow row_of(const controls::Control& control) {
-    LookRow row;
-    row.fields.push_back({shown(control.name()), has_caption_of_its_own(control) ? 0 : 18});
-    if (!has_caption_of_its_own(control)) row.caption = shown(control.name()).mid(3).replace('_', ' ');
-    return row;
+    const bool has_caption = has_caption_of_its_own(control);
+    const int width = dynamic_cast<const controls::DateRange*>(&control) != nullptr ? 12
+                      : has_caption                                                 ? 0
+                                                                                    : 18;
+    return {has_caption ? QString() : caption_from(shown(control.name())), {{shown(control.name()), width}}};
 }
 
 // The part that a control comes to lie in: its frame's pane, or the last column that has room.

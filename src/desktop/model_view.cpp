@@ -1,6 +1,7 @@
 #include "desktop/model_view.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPalette>
 #include <cmath>
 
@@ -91,6 +92,10 @@ bool looks_open(const QWidget& widget) { return widget.focusPolicy() == Qt::Stro
 
 void show_whether_open(QWidget& widget, bool open) {
     widget.setFocusPolicy(open ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+bool is_enter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
 Refusal state_found(const QWidget& widget) {

@@ -12,6 +12,8 @@
 #include "controls/control.h"
 #include "desktop/act_gate.h"
 
+class QKeyEvent;
+
 namespace brimley::desktop {
 
 class ModelView {
@@ -24,7 +26,7 @@ class ModelView {
     virtual void refresh() = 0;
     // Hands what was typed and not yet handed over to the model, as before a command.
     virtual void commit() {}
-    // What the user finds when he wants to act here, told from the widget and not from the model.
+    // What stops a user who wants to act here, read from the widget and not from the model.
     [[nodiscard]] virtual controls::Refusal found_by_user() const = 0;
 };
 
@@ -50,10 +52,12 @@ class ModelView {
 // for.
 void show_state(QWidget& widget, const controls::Control& control);
 void show_face(QWidget& field, const controls::Control& control);
-// Tab and Enter pass over what cannot be typed in or clicked; a click still reaches it, to copy from.
+// Tab and Enter skip what cannot be typed in or clicked; a click still reaches it, to copy from.
 void show_whether_open(QWidget& widget, bool open);
 [[nodiscard]] bool looks_open(const QWidget& widget);
-// Hidden or disabled as the window shows it; locked is for the widget to tell.
+// Enter of either keypad.
+[[nodiscard]] bool is_enter(const QKeyEvent& event);
+// Hidden or disabled as the window shows it; whether it is locked only the widget knows.
 [[nodiscard]] controls::Refusal state_found(const QWidget& widget);
 
 }  // namespace brimley::desktop
