@@ -47,6 +47,21 @@ void Console::click_box(Arguments& arguments, bool ticked) {
 void Console::do_check(Arguments& arguments) { click_box(arguments, true); }
 void Console::do_uncheck(Arguments& arguments) { click_box(arguments, false); }
 
+void Console::do_click(Arguments& arguments) {
+    controls::Control& target = control(arguments.take("CONTROL"));
+    auto* const button = dynamic_cast<controls::PushButton*>(&target);
+    if (button == nullptr) throw ScriptFault(target.name() + " is no button");
+    report(target.name(), actor_.click_button(*button));
+}
+
+void Console::do_range(Arguments& arguments) {
+    controls::Control& target = control(arguments.take("CONTROL"));
+    auto* const range = dynamic_cast<controls::DateRange*>(&target);
+    if (range == nullptr) throw ScriptFault(target.name() + " is no date range");
+    const std::string from = arguments.take("FROM");
+    report(target.name(), actor_.type_range(*range, from, arguments.take("TO")));
+}
+
 void Console::do_press(Arguments& arguments) {
     const int id = arguments.take_number("ID");
     if (form().CommandBars1().find(id) == nullptr) {

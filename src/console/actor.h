@@ -1,13 +1,15 @@
 // Who carries out a script's acts on a form.
 //
 // The console's own actor speaks to the models. Another host may hand in one that does the same things to
-// what it shows, key by key, so that one script proves both. An actor tells why an act did not take place, as
-// the person in its place would find it; it prints nothing.
+// what it shows, key by key, so that one script proves both. An actor returns why an act did not take place,
+// as the person in its place would find it; it prints nothing.
 #pragma once
 
 #include <optional>
 #include <string>
 
+#include "controls/date_range.h"
+#include "controls/fields.h"
 #include "controls/grid.h"
 #include "frame/form.h"
 
@@ -24,6 +26,10 @@ class Actor {
     [[nodiscard]] virtual Refusal type_and_enter(controls::Control& target, const std::string& text) = 0;
     // A check box, or an option button, which can only be ticked.
     [[nodiscard]] virtual Refusal click(controls::Control& box, bool ticked) = 0;
+    [[nodiscard]] virtual Refusal click_button(controls::PushButton& button) = 0;
+    // Types both dates and leaves the control.
+    [[nodiscard]] virtual Refusal type_range(controls::DateRange& range, const std::string& from,
+                                             const std::string& to) = 0;
     [[nodiscard]] virtual Refusal press(frame::Form& form, int command) = 0;
     [[nodiscard]] virtual Refusal close_pane(controls::Frame& pane) = 0;
     virtual void show_font_bar(frame::Form& form, bool visible) = 0;
@@ -50,6 +56,9 @@ class ModelActor : public Actor {
     [[nodiscard]] Refusal type_and_leave(controls::Control& target, const std::string& text) override;
     [[nodiscard]] Refusal type_and_enter(controls::Control& target, const std::string& text) override;
     [[nodiscard]] Refusal click(controls::Control& box, bool ticked) override;
+    [[nodiscard]] Refusal click_button(controls::PushButton& button) override;
+    [[nodiscard]] Refusal type_range(controls::DateRange& range, const std::string& from,
+                                     const std::string& to) override;
     [[nodiscard]] Refusal press(frame::Form& form, int command) override;
     [[nodiscard]] Refusal close_pane(controls::Frame& pane) override;
     void show_font_bar(frame::Form& form, bool visible) override;

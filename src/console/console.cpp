@@ -34,40 +34,6 @@ void Console::listen() {
 
 Console::~Console() = default;
 
-const std::vector<Console::CommandEntry>& Console::command_table() {
-    static const std::vector<CommandEntry> kCommands{
-        {"context", &Console::do_context},
-        {"today", &Console::do_today},
-        {"computer", &Console::do_computer},
-        {"call", &Console::do_call},
-        {"form", &Console::do_form},
-        {"answer", &Console::do_answer},
-        {"otherdesk", &Console::do_otherdesk},
-        {"set", &Console::do_set},
-        {"enter", &Console::do_enter},
-        {"check", &Console::do_check},
-        {"uncheck", &Console::do_uncheck},
-        {"press", &Console::do_press},
-        {"close", &Console::do_close},
-        {"fontbar", &Console::do_fontbar},
-        {"cell", &Console::do_cell},
-        {"visit", &Console::do_visit},
-        {"dblclick", &Console::do_dblclick},
-        {"select", &Console::do_select},
-        {"column", &Console::do_column},
-        {"rowheight", &Console::do_rowheight},
-        {"show", &Console::do_show},
-        {"state", &Console::do_state},
-        {"list", &Console::do_list},
-        {"table", &Console::do_table},
-        {"columns", &Console::do_columns},
-        {"pressed", &Console::do_pressed},
-        {"sql", &Console::do_sql},
-        {"expect", &Console::do_expect},
-    };
-    return kCommands;
-}
-
 void Console::run(const std::string& line, const std::string& place) {
     std::vector<std::string> words = split_line(line);
     if (words.empty()) return;

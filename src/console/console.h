@@ -25,7 +25,7 @@ class Console {
     Console(const frame::HostContext& context, std::ostream& out, Actor& actor, frame::Desk& screen);
     ~Console();
 
-    // Runs one line. `place` ("SCRIPT:LINE") is told with a check that fails. Throws ScriptFault when the
+    // Runs one line. `place` ("SCRIPT:LINE") is printed with a check that fails. Throws ScriptFault when the
     // line is wrong.
     void run(const std::string& line, const std::string& place);
 
@@ -37,13 +37,16 @@ class Console {
     [[nodiscard]] std::vector<std::string> words() const;
 
   private:
-    // The words of a line behind its command.
+    // The words of a line after its command.
     class Arguments;
     using Handler = void (Console::*)(Arguments&);
     struct CommandEntry {
         const char* name;
+        const char* arguments;
+        const char* effect;
         Handler handler;
     };
+    // command_table.cpp
     [[nodiscard]] static const std::vector<CommandEntry>& command_table();
 
     // setup_commands.cpp: the program and the host
@@ -54,12 +57,15 @@ class Console {
     void do_form(Arguments& arguments);
     void do_answer(Arguments& arguments);
     void do_otherdesk(Arguments& arguments);
+    void do_help(Arguments& arguments);
 
     // act_commands.cpp: the user
     void do_set(Arguments& arguments);
     void do_enter(Arguments& arguments);
     void do_check(Arguments& arguments);
     void do_uncheck(Arguments& arguments);
+    void do_click(Arguments& arguments);
+    void do_range(Arguments& arguments);
     void do_press(Arguments& arguments);
     void do_close(Arguments& arguments);
     void do_fontbar(Arguments& arguments);

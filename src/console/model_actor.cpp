@@ -53,6 +53,12 @@ Refusal ModelActor::click(Control& box, bool ticked) {
     return dynamic_cast<OptionButton&>(box).click();
 }
 
+Refusal ModelActor::click_button(controls::PushButton& button) { return button.click(); }
+
+Refusal ModelActor::type_range(controls::DateRange& range, const std::string& from, const std::string& to) {
+    return range.type(from, to);
+}
+
 Refusal ModelActor::press(frame::Form& form, int command) { return form.press(command); }
 
 Refusal ModelActor::close_pane(controls::Frame& pane) { return pane.close(); }

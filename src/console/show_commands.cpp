@@ -2,6 +2,8 @@
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 
+#include <algorithm>
+#include <array>
 #include <ostream>
 
 #include "console/arguments.h"
@@ -15,11 +17,23 @@ using controls::GridColumn;
 
 std::string item_text(const ComboBox::Row& item) { return fmt::format("{}", fmt::join(item, ";")); }
 
-StateWords state_words(const controls::Control& control) {
+std::vector<std::string> state_words(const controls::Control& control) {
     const auto* grid = dynamic_cast<const Grid*>(&control);
     const bool locked = control.locked() || (grid != nullptr && !grid->allow_update);
     return {locked ? "locked" : "open", control.reachable() ? "visible" : "hidden",
-            control.enabled() ? "enabled" : "disabled"};
+            control.enabled() ? "enabled" : "disabled",
+            fmt::format("{}{:08x}", kBackWord, control.back_colour())};
+}
+
+bool is_state_word(const std::string& word) {
+    static constexpr std::array kWords{"locked", "open", "visible", "hidden", "enabled", "disabled"};
+    static constexpr std::size_t kColourDigits = 8;
+    if (word.starts_with(kBackWord)) {
+        const std::string_view colour = std::string_view(word).substr(kBackWord.size());
+        return colour.size() == kColourDigits &&
+               colour.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+    }
+    return std::find(kWords.begin(), kWords.end(), word) != kWords.end();
 }
 
 void Console::do_show(Arguments& arguments) {
@@ -29,8 +43,7 @@ void Console::do_show(Arguments& arguments) {
 
 void Console::do_state(Arguments& arguments) {
     const controls::Control& shown = control(arguments.take("CONTROL"));
-    fmt::print(out_, "{}: {} back={:08x}\n", shown.name(), fmt::join(state_words(shown), " "),
-               shown.back_colour());
+    fmt::print(out_, "{}: {}\n", shown.name(), fmt::join(state_words(shown), " "));
 }
 
 void Console::do_list(Arguments& arguments) {

@@ -1,15 +1,21 @@
 // How items and states print.
 #pragma once
 
-#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "controls/combo_box.h"
 
 namespace brimley::console {
 
-// "locked" or "open", "visible" or "hidden", "enabled" or "disabled".
-using StateWords = std::array<const char*, 3>;
-[[nodiscard]] StateWords state_words(const controls::Control& control);
+// What the word for the background begins with.
+inline constexpr std::string_view kBackWord = "back=";
+
+// "locked" or "open", "visible" or "hidden", "enabled" or "disabled", and the background as "back=80000018".
+[[nodiscard]] std::vector<std::string> state_words(const controls::Control& control);
+// Whether `state_words` may have this word.
+[[nodiscard]] bool is_state_word(const std::string& word);
 
 // The columns of a combo's item, parted by ";".
 [[nodiscard]] std::string item_text(const controls::ComboBox::Row& item);

@@ -10,6 +10,7 @@
 #include "console/script_line.h"
 #include "desktop/field_views.h"
 #include "desktop/grid_view.h"
+#include "desktop/range_view.h"
 
 namespace brimley::testing {
 
@@ -55,22 +56,26 @@ Refusal WidgetActor::in_window(FormWindow& window, const Act& act) {
     return refusal;
 }
 
-// --- fields ---
-Refusal WidgetActor::type(controls::Control& target, const std::string& text, Qt::Key last_key) {
-    FormWindow* const window = window_showing(target);
+template <class Act>
+Refusal WidgetActor::on_widget(controls::Control& control, const Act& act) {
+    FormWindow* const window = window_showing(control);
     if (window == nullptr) return Refusal::hidden;
     window->settle();
-    if (const Refusal found = window->view(target)->found_by_user(); found != Refusal::none) return found;
-    return in_window(*window, [&] {
-        QWidget* const widget = window->widget(target);
-        widget->setFocus(Qt::TabFocusReason);
-        if (auto* const line = qobject_cast<QLineEdit*>(widget)) {
+    if (const Refusal found = window->view(control)->found_by_user(); found != Refusal::none) return found;
+    return in_window(*window, [&] { act(*window->widget(control)); });
+}
+
+// --- fields ---
+Refusal WidgetActor::type(controls::Control& target, const std::string& text, Qt::Key last_key) {
+    return on_widget(target, [&](QWidget& widget) {
+        widget.setFocus(Qt::TabFocusReason);
+        if (auto* const line = qobject_cast<QLineEdit*>(&widget)) {
             type_text(*line, shown(text));
-        } else if (auto* const note = qobject_cast<QPlainTextEdit*>(widget)) {
+        } else if (auto* const note = qobject_cast<QPlainTextEdit*>(&widget)) {
             note->selectAll();
             note->insertPlainText(shown(text));
         }
-        QTest::keyClick(widget, last_key);
+        QTest::keyClick(&widget, last_key);
     });
 }
 
@@ -82,15 +87,27 @@ Refusal WidgetActor::type_and_enter(controls::Control& target, const std::string
     return type(target, text, Qt::Key_Return);
 }
 
+Refusal WidgetActor::type_range(controls::DateRange& range, const std::string& from, const std::string& to) {
+    return on_widget(range, [&](QWidget& widget) {
+        auto& pair = dynamic_cast<desktop::RangeView&>(widget);
+        pair.from().setFocus(Qt::TabFocusReason);
+        type_text(pair.from(), shown(from));
+        QTest::keyClick(&pair.from(), Qt::Key_Tab);
+        type_text(pair.to(), shown(to));
+        QTest::keyClick(&pair.to(), Qt::Key_Tab);
+    });
+}
+
 Refusal WidgetActor::click(controls::Control& box, bool ticked) {
-    FormWindow* const window = window_showing(box);
-    if (window == nullptr) return Refusal::hidden;
-    window->settle();
-    if (const Refusal found = window->view(box)->found_by_user(); found != Refusal::none) return found;
-    return in_window(*window, [&] {
-        auto* const button = qobject_cast<QAbstractButton*>(window->widget(box));
-        const bool is_ticked = button->isChecked() && box.shown() == "1";
-        if (is_ticked != ticked) QTest::keyClick(button, Qt::Key_Space);
+    return on_widget(box, [&](QWidget& widget) {
+        const bool is_ticked = dynamic_cast<QAbstractButton&>(widget).isChecked() && box.shown() == "1";
+        if (is_ticked != ticked) QTest::keyClick(&widget, Qt::Key_Space);
+    });
+}
+
+Refusal WidgetActor::click_button(controls::PushButton& button) {
+    return on_widget(button, [](QWidget& widget) {
+        QTest::mouseClick(&widget, Qt::LeftButton, {}, widget.rect().center());
     });
 }
 

@@ -1,5 +1,5 @@
 // Carries out a script's acts on the live windows of the desktop: keys into fields and cells, clicks on boxes
-// and headers, triggered actions. It looks at widgets only to tell why an act was refused.
+// and headers, triggered actions. It looks at widgets only to find out why an act was refused.
 #pragma once
 
 #include "console/actor.h"
@@ -15,6 +15,9 @@ class WidgetActor : public console::Actor {
     [[nodiscard]] Refusal type_and_leave(controls::Control& target, const std::string& text) override;
     [[nodiscard]] Refusal type_and_enter(controls::Control& target, const std::string& text) override;
     [[nodiscard]] Refusal click(controls::Control& box, bool ticked) override;
+    [[nodiscard]] Refusal click_button(controls::PushButton& button) override;
+    [[nodiscard]] Refusal type_range(controls::DateRange& range, const std::string& from,
+                                     const std::string& to) override;
     [[nodiscard]] Refusal press(frame::Form& form, int command) override;
     [[nodiscard]] Refusal close_pane(controls::Frame& pane) override;
     void show_font_bar(frame::Form& form, bool visible) override;
@@ -32,6 +35,9 @@ class WidgetActor : public console::Actor {
     // What the act on the window came to; a failure of a handler is thrown on.
     template <class Act>
     Refusal in_window(desktop::FormWindow& window, const Act& act);
+    // The act on the widget of the control, unless the user finds that it cannot be acted on.
+    template <class Act>
+    Refusal on_widget(controls::Control& control, const Act& act);
     template <class Act>
     Refusal on_grid(controls::Grid& grid, const Act& act);
     Refusal type(controls::Control& target, const std::string& text, Qt::Key last_key);
