@@ -13,7 +13,6 @@ namespace brimley::kernel {
 
 namespace {
 
-using store::quoted;
 using store::Recordset;
 
 constexpr int kYearMax = 9999;
@@ -148,10 +147,9 @@ void ModuleG3::prefetch_balance_period(Recordset& period_rows, const LedgerKey& 
 
 void ModuleG3::add_period_rows(const AccountSegments& account, std::string_view currency, int first_year,
                                int last_year) {
-    auto rows =
-        change(fmt::format("SELECT * FROM Balance_period_table WHERE company = 1 AND ledgertype = 'F' AND "
-                           "accno = {} AND Currency = {}",
-                           quoted(account.accno), quoted(currency)));
+    auto rows = find_to_change(
+        "Balance_period_table",
+        {{"company", "1"}, {"ledgertype", "F"}, {"accno", account.accno}, {"Currency", currency}});
     if (!rows.at_eof()) return;
     for (int year = first_year; year <= last_year; ++year) {
         for (const char* ledgertype : {"F", "E"}) {
@@ -181,8 +179,7 @@ bool ModuleG3::create_foreign_balance_rows(std::string_view accno, std::string_v
     }
     const store::Value first_year = open_years.field("fyear");
     const store::Value last_year = newest.field("maxfyear");
-    const auto account_row =
-        read(fmt::format("SELECT * FROM Account_master_table WHERE accno = {}", quoted(accno)));
+    const auto account_row = find("Account_master_table", {{"accno", accno}});
     AccountSegments account;
     account.accno = accno;
     if (!account_row.at_eof()) account = segments_of(account_row);

@@ -8,7 +8,6 @@ namespace brimley::kernel {
 
 namespace {
 
-using store::quoted;
 using store::Recordset;
 
 constexpr int kBalanceRetries = 5;
@@ -121,9 +120,9 @@ void ModuleG3::prefetch_balance(Recordset& balance_rows, const LedgerKey& key) {
 }
 
 bool ModuleG3::add_balance_row(const AccountSegments& account, std::string_view currency) {
-    auto rows = change(fmt::format(
-        "SELECT * FROM Balance_table WHERE company = 1 AND ledgertype = 'F' AND accno = {} AND Currency = {}",
-        quoted(account.accno), quoted(currency)));
+    auto rows = find_to_change(
+        "Balance_table",
+        {{"company", "1"}, {"ledgertype", "F"}, {"accno", account.accno}, {"Currency", currency}});
     if (!rows.at_eof()) return false;
     rows.AddNew();
     rows.set("company", 1);

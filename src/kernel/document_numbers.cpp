@@ -9,8 +9,6 @@ namespace brimley::kernel {
 
 namespace {
 
-using store::quoted;
-
 constexpr int kCounterRetries = 10;
 // Doubles hold every whole number up to here. A number so long is refused by its length.
 constexpr std::int64_t kNumberMax = 9007199254740992;
@@ -73,15 +71,13 @@ std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, s
 }
 
 bool ModuleG3::fiscal_year_has_numbers(std::string_view fiscal_year) {
-    return !read(fmt::format("SELECT * FROM [Docno_master_table] WHERE fiscalyear = {}", quoted(fiscal_year)))
-                .at_eof();
+    return exists("Docno_master_table", {{"fiscalyear", fiscal_year}});
 }
 
 std::string ModuleG3::format_docno(std::string_view doctype, std::int64_t number,
                                    std::string_view fiscal_year) {
     const auto config = read("SELECT * FROM [Next_number_config_table]");
-    const auto format =
-        read(fmt::format("SELECT * FROM [Next_number_format_table] WHERE doctype = {}", quoted(doctype)));
+    const auto format = find("Next_number_format_table", {{"doctype", doctype}});
     const bool configured = !config.at_eof();
     const store::Value structure_value = configured ? config.field("structure") : store::Value();
     const std::string structure = structure_value.is_null() ? "1" : structure_value.text();

@@ -5,8 +5,6 @@
 
 namespace brimley::kernel {
 
-using store::quoted;
-
 bool ModuleG3::check_gl_document(store::Recordset& gl_lines, store::Recordset& account_rows) {
     std::vector<CheckedLine> lines;
     for (gl_lines.MoveFirst(); !gl_lines.at_eof(); gl_lines.MoveNext()) {
@@ -37,18 +35,16 @@ bool ModuleG3::check_gl_document(const std::vector<CheckedLine>& lines) {
 }
 
 bool ModuleG3::account_currency_exists(std::string_view accno, std::string_view currency) {
-    bool exists = false;
+    bool found = false;
     carry_on(passed_over_, "account_currency_exists", [&] {
-        exists = !read(fmt::format("SELECT * FROM Account_currency_table WHERE accno = {} AND Currency = {}",
-                                   quoted(accno), quoted(currency)))
-                      .at_eof();
+        found = exists("Account_currency_table", {{"accno", accno}, {"Currency", currency}});
     });
-    return exists;
+    return found;
 }
 
 bool ModuleG3::add_account_currency(std::string_view accno, std::string_view currency) {
     if (accno.empty()) return false;
-    auto rows = change(fmt::format("SELECT * FROM Account_currency_table WHERE accno = {}", quoted(accno)));
+    auto rows = find_to_change("Account_currency_table", {{"accno", accno}});
     rows.FindFirst({{"currency", currency}});
     if (rows.NoMatch()) {
         if (!create_foreign_balance_rows(accno, currency)) return false;

@@ -52,8 +52,7 @@ class Reversing {
     }
 
     [[nodiscard]] Recordset old_header() {
-        return kernel_.change(
-            fmt::format("SELECT * FROM GL_header_table WHERE fkey = {}", quoted(reversal_.fkey)));
+        return kernel_.find_to_change("GL_header_table", {{"fkey", reversal_.fkey}});
     }
 
     [[nodiscard]] bool edit(Recordset& row) {

@@ -4,14 +4,6 @@
 
 namespace brimley::kernel {
 
-store::Recordset ModuleG3::read(std::string_view query) {
-    return database_->OpenRecordset(query, store::RecordsetKind::snapshot);
-}
-
-store::Recordset ModuleG3::change(std::string_view query) {
-    return database_->OpenRecordset(query, store::RecordsetKind::dynaset);
-}
-
 void ModuleG3::tell(const std::string& text) {
     outside_.pump();
     outside_.message(text);

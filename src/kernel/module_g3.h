@@ -61,6 +61,8 @@ struct CheckedLine {
     bool inactive = false;
 };
 
+using TextRows = std::vector<std::vector<std::string>>;
+
 class ModuleG3 {
   public:
     ModuleG3(std::shared_ptr<store::Database> database, Outside& outside)
@@ -144,12 +146,27 @@ class ModuleG3 {
     // Lets the host breathe, then shows the message.
     void tell(const std::string& text);
 
-    // --- helpers of posting routines ---
+    // --- queries (lookups.cpp) ---
 
     // A snapshot of a query.
     [[nodiscard]] store::Recordset read(std::string_view query);
     // A changeable recordset.
     [[nodiscard]] store::Recordset change(std::string_view query);
+    // The rows of a table in which each field holds its value: find("Vendor_table", {{"vendor_no", vendor}}).
+    // Look-ups in the same fields share one prepared statement. A value that holds a single quote is
+    // ErrorKind::syntax, as in every query.
+    [[nodiscard]] store::Recordset find(std::string_view table, store::FieldValues fields);
+    [[nodiscard]] store::Recordset find_to_change(std::string_view table, store::FieldValues fields);
+    // One field of the first of these rows: look_up("Vendor_table", {{"vendor_no", vendor}}, "ap_accno").
+    // Nothing when there is no row.
+    [[nodiscard]] std::optional<store::Value> look_up(std::string_view table, store::FieldValues fields,
+                                                      std::string_view wanted);
+    // As text; empty also when there is no row or the field is null.
+    [[nodiscard]] std::string look_up_text(std::string_view table, store::FieldValues fields,
+                                           std::string_view wanted);
+    [[nodiscard]] bool exists(std::string_view table, store::FieldValues fields);
+    // All rows of a query as texts, in the order of its columns: what lists and drop-downs show.
+    [[nodiscard]] TextRows rows_of(std::string_view query);
 
   private:
     // Takes the number in `field` of the counter's row and moves the counter on. The number is only given

@@ -10,8 +10,7 @@ void ModuleG3::get_user_rights(std::string_view form, std::string_view userid, U
     // Denied first: a look-up that fails must not leave rights from before.
     rights.Update = false;
     rights.Print = false;
-    const auto row = read(fmt::format("SELECT * FROM User_right_table WHERE form = {} AND userid = {}",
-                                      quoted(form), quoted(userid)));
+    const auto row = find("User_right_table", {{"form", form}, {"userid", userid}});
     if (row.at_eof()) return;
     rights.Update = row.flag("Update");
     rights.Print = row.flag("Print");

@@ -100,6 +100,8 @@ class Recordset {
     // the first of them. No such field: ErrorKind::name.
     [[nodiscard]] Value field(std::string_view name) const;
     [[nodiscard]] bool has_field(std::string_view name) const;
+    // Null when no column has that name.
+    [[nodiscard]] Value field_or_null(std::string_view name) const;
     [[nodiscard]] std::string text(std::string_view name) const;
     [[nodiscard]] double number(std::string_view name) const { return field(name).number(); }
     [[nodiscard]] bool flag(std::string_view name) const { return field(name).flag(); }

@@ -59,6 +59,10 @@ bool Recordset::NoMatch() const { return state().no_match; }
 Value Recordset::field(std::string_view name) const { return state().value(state().column_of(name)); }
 std::string Recordset::text(std::string_view name) const { return state().text(state().column_of(name)); }
 bool Recordset::has_field(std::string_view name) const { return state().plan().names.find(name) >= 0; }
+Value Recordset::field_or_null(std::string_view name) const {
+    const int column = state().plan().names.find(name);
+    return column < 0 ? Value() : state().value(column);
+}
 int Recordset::column_count() const { return state().plan().names.size(); }
 const std::string& Recordset::column_name(int column) const { return state().plan().names.name(column); }
 
