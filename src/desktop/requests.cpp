@@ -9,6 +9,7 @@
 #include "desktop/model_view.h"
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
+#include "invoices/commands.h"
 
 namespace brimley::desktop {
 
@@ -20,18 +21,16 @@ bool can_be_led(const std::shared_ptr<FormClass>& form) {
     return form && form->is_open() && form->mode() == frame::Mode::read;
 }
 
-// In the view of templates numbers and keys are those of templates.
-constexpr int kViewRecurring = 1005;
-
 std::optional<std::string> if_given(const std::string& document) {
     return document.empty() ? std::nullopt : std::optional(document);
 }
 
 }  // namespace
 
-// Without a document the form is only opened, or comes to the front.
+// Without a document the form is only opened, or comes to the front. In the view of templates numbers and
+// keys are those of templates.
 void Requests::show_invoice(const std::string& document, const std::function<void()>& go_to) {
-    if (can_be_led(ap_.frm_invoice) && !ap_.frm_invoice->CommandBars1().pressed(kViewRecurring)) {
+    if (can_be_led(ap_.frm_invoice) && !ap_.frm_invoice->CommandBars1().pressed(invoices::kViewRecurring)) {
         ap_.frm_invoice->show();
     } else {
         ap_.showform_APform_invoice();

@@ -26,12 +26,12 @@
 #include <vector>
 
 #include "frame/document_form.h"
+#include "invoices/document/kinds.h"
+#include "invoices/document/open_documents.h"
 #include "kernel/gl_posting.h"
 #include "kernel/tax_engine.h"
 
 namespace brimley::invoices {
-
-inline constexpr const char* kTemplateDoctype = "recur";
 
 class APform_invoice : public frame::DocumentForm {
   public:
@@ -73,6 +73,8 @@ class APform_invoice : public frame::DocumentForm {
     controls::Grid grid_tax{controls_, "grid_tax"};
     controls::Frame frame_tax_summary{controls_, "frame_tax_summary", "Tax Summary Window"};
     controls::Grid grid_tax_summary{controls_, "grid_tax_summary"};
+
+    OpenDocuments open_documents{*this};
 
     // --- what hosts steer ---
     void gencode_new() override;
@@ -160,7 +162,9 @@ class APform_invoice : public frame::DocumentForm {
     void assign2_dbgrid1(store::Recordset& lines) override;
     [[nodiscard]] std::string edit_refusal() override;
     [[nodiscard]] bool entry_has_data() override { return !dbgrid1.cell(0, "gross amount").empty(); }
-    [[nodiscard]] bool walk_open_documents(int direction) override;
+    [[nodiscard]] bool walk_open_documents(int direction) override {
+        return open_documents.walk_list(direction);
+    }
     void record_shown_by_walk() override;
     void record_stepped() override;
     void preview() override;
@@ -199,8 +203,6 @@ class APform_invoice : public frame::DocumentForm {
     void cmbcurrency_itemselect();
     void cmbexrate_itemselect();
     void txtratedate_change() { cmbcurrency_itemselect(); }
-    void cmbopendoc_itemselect();
-    void get_list_open_doc();
     void vendor_address();
     void refresh_vendor_address();
     void close_rate();
@@ -254,7 +256,7 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool write_tax_slots(store::Recordset& lines, const std::string& pay_item);
 
     // update.cpp
-    [[nodiscard]] bool made_here() const { return txtsource.text() == "AP-INVOICE"; }
+    [[nodiscard]] bool made_here() const { return txtsource.text() == kSource; }
     [[nodiscard]] std::optional<CheckedEntry> validate_edit();
     [[nodiscard]] bool write_edit(const CheckedEntry& entry);
     void fill_edited_header(store::Recordset& header, const CheckedEntry& entry);
@@ -310,15 +312,10 @@ class APform_invoice : public frame::DocumentForm {
     void press_view(int id);
     void press_recurring_view(bool pressed);
     [[nodiscard]] bool recurring_view() const;
-    [[nodiscard]] bool open_documents_only() const;
-    void show_open_documents(bool open_only);
-    // MIN or MAX of the numbers of the open documents that meet the condition; empty when there is none.
-    [[nodiscard]] std::string open_document(const char* function, const std::string& condition);
 
     frame::DocumentWalk templates;
-    int line_rows = 0;            // the highest grid row that editing has reached
-    double old_total = 0;         // txttotal of the document as loaded; 0 for a new one
-    std::string open_documents_;  // which documents cmbopendoc lists, as a condition
+    int line_rows = 0;     // the highest grid row that editing has reached
+    double old_total = 0;  // txttotal of the document as loaded; 0 for a new one
     kernel::TaxRows tax_rows;
     controls::DropDown ddacc;
     controls::DropDown ddtax;

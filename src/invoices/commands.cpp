@@ -1,31 +1,14 @@
 // Toolbar and views of the invoice form.
-#include <fmt/format.h>
+#include "invoices/commands.h"
 
 #include "invoices/apform_invoice.h"
 
 namespace brimley::invoices {
 
 using controls::Command;
-using store::quoted;
 namespace command = frame::command;
 
 namespace {
-
-constexpr int kTaxDetails = 131;
-constexpr int kTaxSummary = 132;
-constexpr int kViewInvoice = 1002;
-constexpr int kViewCreditNote = 1003;
-constexpr int kViewDebitNote = 1004;
-constexpr int kViewRecurring = 1005;
-constexpr int kPayThisInvoice = 1006;
-constexpr int kPaymentHistory = 1007;
-constexpr int kVoidInvoice = 1008;
-constexpr int kHoldInvoice = 1009;
-constexpr int kReleaseHold = 1010;
-constexpr int kRecurringConfiguration = 1011;
-constexpr int kViewAll = 1012;
-constexpr int kOpenInvoiceOnly = 1013;
-constexpr int kVendorAddress = 1014;
 
 std::vector<Command> own_commands() {
     using Bars = std::vector<std::string>;
@@ -74,13 +57,13 @@ void APform_invoice::execute_own(int id) {
             frame_status.refresh();
             break;
         case kViewInvoice:
-            view_kind("Invoice", id);
+            view_kind(kInvoice.caption, id);
             break;
         case kViewCreditNote:
-            view_kind("Credit Note", id);
+            view_kind(kCreditNote.caption, id);
             break;
         case kViewDebitNote:
-            view_kind("Debit Note", id);
+            view_kind(kDebitNote.caption, id);
             break;
         case kViewRecurring:
             if (reading) view_recurring();
@@ -104,10 +87,10 @@ void APform_invoice::execute_own(int id) {
             if (may_write) release_hold();
             break;
         case kViewAll:
-            show_open_documents(false);
+            open_documents.show(false);
             break;
         case kOpenInvoiceOnly:
-            show_open_documents(true);
+            open_documents.show(true);
             break;
         case kVendorAddress:
             vendor_address();
@@ -121,7 +104,7 @@ void APform_invoice::view_kind(const char* kind, int id) {
     leave_recurring_view();
     cmbdoctype.set(kind);
     last_record();
-    get_list_open_doc();
+    open_documents.get_list_open_doc();
     press_view(id);
 }
 
@@ -137,53 +120,11 @@ void APform_invoice::press_recurring_view(bool pressed) {
 
 bool APform_invoice::recurring_view() const { return bars_.pressed(kViewRecurring); }
 
-bool APform_invoice::open_documents_only() const { return bars_.pressed(kOpenInvoiceOnly); }
-
-void APform_invoice::show_open_documents(bool open_only) {
-    bars_.set_pressed(kOpenInvoiceOnly, open_only);
-    bars_.set_pressed(kViewAll, !open_only);
-    cmbopendoc.set_visible(open_only && !recurring_view());
-    if (open_only) get_list_open_doc();
-}
-
-// In the "Open Invoice Only" view the list is walked instead of the keys. It is in descending order, and its
-// last item is the oldest open document: that is where last_record goes. The list may be long and is fetched
-// only when somebody opens it; the next item is looked up.
-bool APform_invoice::walk_open_documents(int direction) {
-    if (!cmbopendoc.visible()) return false;
-    std::string target;
-    if (direction == 0) {
-        target = open_document("MIN", "");
-        if (target.empty()) return false;
-    } else {
-        // A document that was open when it was shown keeps its place in the list, though it be void by now.
-        if (cmbopendoc.empty() || cmbopendoc.text() != txtdocno.text()) return true;
-        const std::string shown = quoted(txtdocno.text());
-        target = direction > 0 ? open_document("MAX", " AND docno < " + shown)
-                               : open_document("MIN", " AND docno > " + shown);
-        if (target.empty()) return true;
-    }
-    cmbopendoc.set_row({target});
-    cmbopendoc_itemselect();
-    return true;
-}
-
-std::string APform_invoice::open_document(const char* function, const std::string& condition) {
-    std::string docno;
-    step("open document", [&] {
-        docno = kernel()
-                    .read(fmt::format("SELECT {}(docno) AS found FROM AP_header_table WHERE {}{}", function,
-                                      open_documents_, condition))
-                    .text("found");
-    });
-    return docno;
-}
-
 void APform_invoice::record_shown_by_walk() {
     const std::string& kind = cmbdoctype.text();
-    press_view(kind == "Credit Note"  ? kViewCreditNote
-               : kind == "Debit Note" ? kViewDebitNote
-                                      : kViewInvoice);
+    press_view(kind == kCreditNote.caption  ? kViewCreditNote
+               : kind == kDebitNote.caption ? kViewDebitNote
+                                            : kViewInvoice);
 }
 
 void APform_invoice::record_stepped() {

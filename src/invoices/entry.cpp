@@ -46,7 +46,7 @@ void APform_invoice::initform_control() {
     cmbterm.set_source([this] { return term_rows(); });
     cmbvendor.set_source([this] { return vendor_rows("vendor_no", "VENDOR_NAME"); });
     cmbvendor_name.set_source([this] { return vendor_rows("VENDOR_NAME", "vendor_no"); });
-    cmbdoctype.set_items({{"Invoice"}, {"Debit Note"}, {"Credit Note"}});
+    cmbdoctype.set_items({{kInvoice.caption}, {kDebitNote.caption}, {kCreditNote.caption}});
     cmbfreq.set_items({{"monthly"}, {"quarterly"}});
 }
 
@@ -61,7 +61,6 @@ void APform_invoice::connect_handlers() {
     };
     cmbexrate.on_item_select = [this] { cmbexrate_itemselect(); };
     txtratedate.on_change = [this] { txtratedate_change(); };
-    cmbopendoc.on_item_select = [this] { cmbopendoc_itemselect(); };
     chkrecur.on_click = [this] { chkrecur_click(); };
     dbgrid1.on_before_edit = [this](controls::CellEdit& edit) { dbgrid1_BeforeColEdit(edit); };
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
@@ -165,7 +164,7 @@ void APform_invoice::gencode_new() {
     txtdocno.set(frame::kNewDocno);
     for (controls::TextField* field : {&txtdoctype, &txtfkey, &txtsource_docno, &txtinvno, &txtremark})
         field->set("");
-    txtsource.set("AP-INVOICE");
+    txtsource.set(kSource);
     for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
         total->set("0.00");
     for (controls::CheckBox* box : {&chkprint, &chkvoid, &chkpaid, &chkhold})
@@ -197,32 +196,6 @@ void APform_invoice::clear_box() {
 
 void APform_invoice::Recordx_byinvno() {
     show_named(txtinvno.text(), "invoice_no = " + quoted(txtinvno.text()));
-}
-
-void APform_invoice::get_list_open_doc() {
-    // Fetched when the list is opened; of the kind shown now, though.
-    open_documents_ =
-        fmt::format("doctype = {} AND fully_paid = FALSE AND void = FALSE", quoted(txtdoctype.text()));
-    cmbopendoc.set_source([this] {
-        std::vector<ComboBox::Row> items;
-        step("get_list_open_doc", [&] {
-            auto open = kernel().read(fmt::format(
-                "SELECT docno FROM AP_header_table WHERE {} ORDER BY docno DESC", open_documents_));
-            for (; !open.at_eof(); open.MoveNext())
-                items.push_back({open.text("docno")});
-        });
-        return items;
-    });
-    // By its key: an edit leaves "ip" in txtdoctype, whatever the kind.
-    const bool of_this_kind = txtfkey.text().starts_with(cmbcompany.text() + txtdoctype.text() + "-");
-    const bool listed = on_saved_document() && of_this_kind && txtdoctype.text() != kTemplateDoctype &&
-                        chkvoid.value() == 0 && chkpaid.value() != 1;
-    cmbopendoc.set(listed ? txtdocno.text() : std::string{});
-}
-
-void APform_invoice::cmbopendoc_itemselect() {
-    txtdocno.set(cmbopendoc.text());
-    Recordx();
 }
 
 void APform_invoice::vendor_address() {

@@ -16,12 +16,6 @@ using store::DateTime;
 using store::quoted;
 using store::Recordset;
 
-namespace {
-
-constexpr const char* kCreditNote = "Credit Note";
-
-}  // namespace
-
 std::string APform_invoice::get_apaccno(const std::string& vendor_no) {
     const auto vendor = kernel().read(
         fmt::format("SELECT ap_accno FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
@@ -145,7 +139,8 @@ bool APform_invoice::insert_new_record() {
     const bool saved =
         document && in_transaction("insert_new_record", [&] { return write_new_document(*document); });
     if (saved) {
-        get_list_open_doc();  // it has one document more
+        open_documents.document_on_screen(txtdoctype.text());
+        open_documents.get_list_open_doc();  // it has one document more
         tell("Add new " + kind + " complete");
     } else {
         txtdocno.set(frame::kNewDocno);
@@ -191,7 +186,7 @@ void APform_invoice::fill_header(Recordset& header, const NewDocument& document)
     header.set("early_discount", document.term.early_discount);
     if (document.discount_date) header.set("discount_date", *document.discount_date);
     if (document.due_date) header.set("due_date", *document.due_date);
-    header.set("Source", "AP-INVOICE");
+    header.set("Source", kSource);
     header.set("source_form", identity().class_name);
     header.set("period", document.period);
     header.set("fyear", cmbfyear.text());
@@ -205,7 +200,7 @@ void APform_invoice::update_vendor_owing_balance() {
     vendor.EditFirst({{"vendor_no", cmbvendor.text()}});
     if (vendor.NoMatch()) return;
     const double total = money_value(txttotal.text());
-    const double side = cmbdoctype.text() == kCreditNote ? -1 : 1;
+    const double side = cmbdoctype.text() == kCreditNote.caption ? -1 : 1;
     const store::Value owing = vendor.field("owing_balance");
     vendor.set("owing_balance",
                owing.is_null() ? Round(total - old_total) * side

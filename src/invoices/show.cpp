@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "invoices/apform_invoice.h"
+#include "invoices/commands.h"
 #include "kernel/user_dates.h"
 
 namespace brimley::invoices {
@@ -14,13 +15,6 @@ namespace {
 constexpr frame::FormIdentity kIdentity{"APform_invoice", "A/P Invoice", "\\Help\\AP Invoice Entry Help.pdf"};
 
 constexpr frame::WalkTables kTemplateTables{"AP_recur_header_table", "AP_recur_transaction_table", "recurno"};
-
-struct Kind {
-    const char* caption;
-    const char* doctype;
-};
-
-constexpr Kind kKinds[] = {{"Invoice", "ip"}, {"Debit Note", "vdn"}, {"Credit Note", "vcn"}};
 
 store::Value field_or_null(const Recordset& row, const char* field) {
     return row.has_field(field) ? row.field(field) : store::Value();
@@ -59,7 +53,7 @@ void APform_invoice::Form_Load() {
         default_ap_accno = kernel().parameter_account("AP", "Default account payable account");
     });
     read_gain_and_loss();
-    bars_.set_pressed(1012, true);
+    bars_.set_pressed(kViewAll, true);
 }
 
 void APform_invoice::set_doctype_of_kind() {
@@ -70,7 +64,7 @@ void APform_invoice::set_doctype_of_kind() {
 }
 
 std::string APform_invoice::doctype_of_walk() {
-    if (cmbdoctype.empty()) cmbdoctype.set("Invoice");
+    if (cmbdoctype.empty()) cmbdoctype.set(kInvoice.caption);
     set_doctype_of_kind();
     return txtdoctype.text();
 }
@@ -98,7 +92,7 @@ void APform_invoice::grid_newmode() {
 void APform_invoice::grid_editmode() {
     DocumentForm::grid_editmode();
     const std::string& source = txtsource.text();
-    const bool own = source == "AP-INVOICE" || source == "AP-RECUR";
+    const bool own = source == kSource || source == kSourceRecurring;
     using Controls = std::vector<controls::Control*>;
     if (own) {
         for (controls::Control* control :
@@ -153,7 +147,8 @@ void APform_invoice::assign2control(Recordset& header) {
     chkpaid.set(field_or_null(header, "fully_paid").flag() ? 1 : partly ? 2 : 0);
     assign_template(header);
     show_vendor_and_term(text("vendor_no"), text("payment_term"));
-    get_list_open_doc();
+    open_documents.document_on_screen(text("doctype"));
+    open_documents.get_list_open_doc();
 }
 
 std::optional<std::string> APform_invoice::vendor_name(const std::string& vendor_no) {

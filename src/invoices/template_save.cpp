@@ -94,6 +94,7 @@ bool APform_invoice::insert_new_recurring() {
         checked && in_transaction("insert_new_recurring", [&] { return write_new_template(*checked); });
     if (saved) {
         txtglfkey.set("");  // that of the document on screen before; a template has none
+        open_documents.document_on_screen(kTemplateDoctype);
         tell("Add Recurring invoice complete");
     } else {
         txtdocno.set(frame::kNewDocno);

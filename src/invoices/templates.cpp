@@ -91,9 +91,9 @@ void APform_invoice::recurring_mode(bool on) {
             field->set("");
     } else if (recurring_view()) {
         chkrecur.set_visible(false);
-        cmbopendoc.set_visible(open_documents_only());
+        cmbopendoc.set_visible(open_documents.open_only());
         xlabelrecur.set_caption("Open Doc.");
-        get_list_open_doc();
+        open_documents.get_list_open_doc();
     }
 }
 

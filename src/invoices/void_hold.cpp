@@ -37,7 +37,7 @@ bool APform_invoice::may_void() {
     if (!has_its_number()) return false;
     if (refuses_void(chkvoid.is_set(), chkpaid.value())) return false;
     const std::string& source = txtsource.text();
-    if (source != "AP" && source != "AP-INVOICE") {
+    if (source != "AP" && source != kSource) {
         tell("Cannot void invoice from " + source);
         return false;
     }
@@ -78,7 +78,7 @@ void APform_invoice::give_back_owing_balance() {
         fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
     if (vendor.at_eof() || vendor.field("owing_balance").is_null()) return;
     const double total = money_value(txttotal.text());
-    const double side = cmbdoctype.text() == "Credit Note" ? -1 : 1;
+    const double side = cmbdoctype.text() == kCreditNote.caption ? -1 : 1;
     vendor.Edit();
     vendor.set("owing_balance", Round(vendor.number("owing_balance") - side * total));
     vendor.Update();
