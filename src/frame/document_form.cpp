@@ -256,8 +256,8 @@ store::Recordset DocumentForm::rates_of_currency(const std::optional<store::Date
 
 void DocumentForm::fill_common_combos() {
     cmbcompany.set_items({{"1"}});
-    cmbfyear.set_source(rows_of("SELECT fyear FROM Fiscalyear_table", {"fyear"}));
-    cmbcurrency.set_source(rows_of("SELECT Currency FROM Working_currency_table", {"Currency"}));
+    cmbfyear.set_source(rows_of("SELECT fyear FROM Fiscalyear_table"));
+    cmbcurrency.set_source(rows_of("SELECT Currency FROM Working_currency_table"));
     std::vector<controls::ComboBox::Row> periods;
     const int last_period = static_cast<int>(
         kernel::whole_number(kernel::money_value(context().BRIMLEY_NO_PERIODS), 0, kPeriodsMax));

@@ -8,9 +8,8 @@ bool DocumentPart::currency_is_in_use() const {
     const std::string& currency = form_.cmbcurrency.text();
     if (currency.empty()) return refuse("please specify currency");
     if (!foreign()) return true;
-    const auto row = kernel().read("SELECT Currency FROM Working_currency_table WHERE Currency = " +
-                                   store::quoted(currency));
-    return !row.at_eof() || refuse(currency + " is not a working currency.");
+    return kernel().exists("Working_currency_table", {{"Currency", currency}}) ||
+           refuse(currency + " is not a working currency.");
 }
 
 bool DocumentPart::period_is_open() const {

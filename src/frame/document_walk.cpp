@@ -43,7 +43,7 @@ Recordset DocumentWalk::header_where(std::string_view criteria) const {
 }
 
 Recordset DocumentWalk::header_by_fkey(std::string_view fkey) const {
-    return header_where("fkey = " + quoted(fkey));
+    return kernel().find(tables_.header, {{"fkey", fkey}});
 }
 
 std::string DocumentWalk::named(std::string_view number) const {
@@ -62,8 +62,7 @@ Recordset DocumentWalk::lines_of(std::string_view fkey) const {
 bool DocumentWalk::has_number(std::string_view fkey) { return key_number(fkey).has_value(); }
 
 std::int64_t DocumentWalk::last_number_issued(const std::string& doctype) const {
-    const auto counter = kernel().read(fmt::format(
-        "SELECT * FROM Next_number_fkey_table WHERE company = 1 AND doctype = {}", quoted(doctype)));
+    const auto counter = kernel().find("Next_number_fkey_table", {{"company", "1"}, {"doctype", doctype}});
     return counter.at_eof() ? 0 : kernel::whole_number(counter.number("fkeyno"), 1, kKeyNumberMax) - 1;
 }
 

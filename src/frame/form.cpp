@@ -10,7 +10,6 @@
 namespace brimley::frame {
 
 using controls::Refusal;
-using store::quoted;
 
 Form::Form(const FormIdentity& identity, HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
            Desk& desk)
@@ -127,9 +126,8 @@ void Form::save_before_exit() {
 }
 
 void Form::init_form_property() {
-    const auto row =
-        kernel().read(fmt::format("SELECT * FROM Form_property_table WHERE userid = {} AND form = {}",
-                                  quoted(context_.BRIMLEY_USER), quoted(identity_.class_name)));
+    const auto row = kernel().find("Form_property_table",
+                                   {{"userid", context_.BRIMLEY_USER}, {"form", identity_.class_name}});
     if (row.at_eof()) return;
     if (!row.field("toolbar_text").is_null()) {
         bars_.show_text = row.flag("toolbar_text");
@@ -140,9 +138,8 @@ void Form::init_form_property() {
 
 void Form::save_form_property() {
     step("save_form_property", [&] {
-        auto row =
-            kernel().change(fmt::format("SELECT * FROM Form_property_table WHERE userid = {} AND form = {}",
-                                        quoted(context_.BRIMLEY_USER), quoted(identity_.class_name)));
+        auto row = kernel().find_to_change(
+            "Form_property_table", {{"userid", context_.BRIMLEY_USER}, {"form", identity_.class_name}});
         if (row.at_eof()) return;
         row.Edit();
         row.set("toolbar_text", bars_.show_text);
@@ -166,9 +163,8 @@ void Form::init_fontcolor() {
 
 void Form::save_recent_value(std::string_view control_name, std::string_view value) {
     step("save_recent_value", [&] {
-        auto row = kernel().change(
-            fmt::format("SELECT * FROM Recent_value_table WHERE form_name = {} AND control_name = {}",
-                        quoted(identity_.class_name), quoted(control_name)));
+        auto row = kernel().find_to_change(
+            "Recent_value_table", {{"form_name", identity_.class_name}, {"control_name", control_name}});
         if (row.at_eof()) return;
         row.Edit();
         row.set("Value", value);
@@ -176,16 +172,10 @@ void Form::save_recent_value(std::string_view control_name, std::string_view val
     });
 }
 
-Form::ListSource Form::rows_of(std::string query, std::vector<std::string> fields) {
-    return [this, query = std::move(query), fields = std::move(fields)] {
-        std::vector<std::vector<std::string>> rows;
-        step(query.c_str(), [&] {
-            for (auto found = kernel().read(query); !found.at_eof(); found.MoveNext()) {
-                auto& row = rows.emplace_back();
-                for (const std::string& field : fields)
-                    row.push_back(found.text(field));
-            }
-        });
+Form::ListSource Form::rows_of(std::string query) {
+    return [this, query = std::move(query)] {
+        kernel::TextRows rows;
+        step(query.c_str(), [&] { rows = kernel().rows_of(query); });
         return rows;
     };
 }

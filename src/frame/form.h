@@ -140,10 +140,10 @@ class Form : public std::enable_shared_from_this<Form> {
         return whole && done;
     }
 
-    // A list for a combo box or a drop-down: these fields of the rows of a query. It may be long, and is
-    // fetched when somebody looks at it; of a failure is left what had been read.
-    using ListSource = std::function<std::vector<std::vector<std::string>>()>;
-    [[nodiscard]] ListSource rows_of(std::string query, std::vector<std::string> fields);
+    // A list for a combo box or a drop-down: the rows of a query, in the order of its columns. It may be
+    // long, and is fetched when somebody looks at it; after a failure it is empty.
+    using ListSource = std::function<kernel::TextRows()>;
+    [[nodiscard]] ListSource rows_of(std::string query);
 
     // Dates of fields and cells, in the user's format.
     [[nodiscard]] std::string date_text(const store::Value& value) const;

@@ -8,7 +8,6 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "frame/form.h"
 
@@ -51,9 +50,7 @@ class FormPart {
         return form_.in_transaction(name, std::forward<Action>(action), failure);
     }
 
-    [[nodiscard]] auto rows_of(std::string query, std::vector<std::string> fields) const {
-        return form_.rows_of(std::move(query), std::move(fields));
-    }
+    [[nodiscard]] auto rows_of(std::string query) const { return form_.rows_of(std::move(query)); }
 
     template <class Date>
     [[nodiscard]] std::string date_text(const Date& date) const {

@@ -94,8 +94,7 @@ void PaidItems::give_back(const std::string& payment_fkey) {
 
 void PaidItems::give_back_line(const Recordset& line, PaidDocument& document) {
     auto item =
-        kernel().change(fmt::format("SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {}",
-                                    quoted(line.text("ap_docno"))));
+        kernel().find_to_change("AP_transaction_table", {{"company", "1"}, {"docno", line.text("ap_docno")}});
     // Numbers may come again: the vendor's own item is meant, first of all one that is as the payment left
     // it.
     const std::string own = "[pay_item] = " + store::shortest_number(line.number("pay_item")) +
@@ -131,9 +130,9 @@ void PaidItems::update_prepayment_status(const std::string& payment_fkey, bool i
                                   "ap_doctype = 'pp' ORDER BY item_no",
                                   quoted(payment_fkey)));
     for (; !lines.at_eof(); lines.MoveNext()) {
-        const std::string docno = quoted(lines.text("ap_docno"));
-        auto prepayment = kernel().change(fmt::format(
-            "SELECT * FROM Payment_header_table WHERE company = 1 AND docno = {} AND doctype = 'pp'", docno));
+        const std::string docno = lines.text("ap_docno");
+        auto prepayment = kernel().find_to_change("Payment_header_table",
+                                                  {{"company", "1"}, {"docno", docno}, {"doctype", "pp"}});
         if (prepayment.at_eof()) continue;
         const bool waited = !is_void && !prepayment.text("po_no").empty();
         prepayment.Edit();
@@ -142,7 +141,7 @@ void PaidItems::update_prepayment_status(const std::string& payment_fkey, bool i
         prepayment.Update();
         if (!waited) continue;
         kernel().database().Execute("DELETE * FROM Prepayment_waiting_PO_table WHERE prepayment_no = " +
-                                    docno);
+                                    quoted(docno));
     }
 }
 

@@ -1,17 +1,13 @@
 #include "payments/pay_by.h"
 
-#include <fmt/format.h>
-
 #include "payments/payment_form.h"
 
 namespace brimley::payments {
 
-using store::quoted;
-
 PayBy::PayBy(PaymentForm& form) : DocumentPart(form), form_(form) {}
 
 std::vector<std::vector<std::string>> PayBy::ways() const {
-    auto ways = rows_of("SELECT card_name FROM Credit_card_master_table WHERE used = TRUE", {"card_name"})();
+    auto ways = rows_of("SELECT card_name FROM Credit_card_master_table WHERE used = TRUE")();
     ways.insert(ways.begin(), {{"Cash"}, {"Check"}});
     return ways;
 }
@@ -20,11 +16,9 @@ void PayBy::fill() {
     form_.cmbpayby.set_source([this] { return ways(); });
     form_.cmbcash.set_source(
         rows_of("SELECT accno, accname FROM Account_master_table WHERE accclass = 'Cash' AND type = 'A' "
-                "ORDER BY accno DESC",
-                {"accno", "accname"}));
+                "ORDER BY accno DESC"));
     form_.cmbbank.set_source(
-        rows_of("SELECT bank_code, bank_name FROM Bank_master_table ORDER BY bank_code DESC",
-                {"bank_code", "bank_name"}));
+        rows_of("SELECT bank_code, bank_name FROM Bank_master_table ORDER BY bank_code DESC"));
 }
 
 bool PayBy::is_cash() const { return form_.cmbpayby.text() == "Cash"; }
@@ -67,15 +61,14 @@ void PayBy::begin_check() {
 }
 
 std::optional<std::string> PayBy::bank_account() const {
-    const auto bank = kernel().read(fmt::format(
-        "SELECT account_no FROM Bank_master_table WHERE bank_code = {}", quoted(form_.cmbbank.text())));
-    return bank.at_eof() ? std::nullopt : std::optional(bank.text("account_no"));
+    const auto accno =
+        kernel().look_up("Bank_master_table", {{"bank_code", form_.cmbbank.text()}}, "account_no");
+    return accno ? std::optional(accno->text()) : std::nullopt;
 }
 
 std::string PayBy::card_account(const std::string& card) const {
-    const auto row = kernel().read(
-        fmt::format("SELECT payable_accno FROM Credit_card_master_table WHERE card_name = {}", quoted(card)));
-    const std::string accno = row.at_eof() ? std::string{} : row.text("payable_accno");
+    const std::string accno =
+        kernel().look_up_text("Credit_card_master_table", {{"card_name", card}}, "payable_accno");
     if (accno.empty())
         tell("No Account Payable account for " + card + ".\nCheck its setting in Credit card master.");
     return accno;

@@ -132,8 +132,7 @@ void PaymentForm::clear_header() {
 }
 
 Recordset PaymentForm::stored_header() {
-    return kernel().change(
-        fmt::format("SELECT * FROM {} WHERE fkey = {}", kind_.tables.header, quoted(txtfkey.text())));
+    return kernel().find_to_change(kind_.tables.header, {{"fkey", txtfkey.text()}});
 }
 
 // --- void ---

@@ -23,17 +23,15 @@ void VendorFields::follow(const controls::ComboBox& chosen, controls::ComboBox& 
 
 void VendorFields::fill() {
     const auto list = [this](const char* first, const char* second) {
-        return rows_of(fmt::format("SELECT vendor_no, VENDOR_NAME FROM Vendor_table ORDER BY {} DESC", first),
-                       {first, second});
+        return rows_of(fmt::format("SELECT {0}, {1} FROM Vendor_table ORDER BY {0} DESC", first, second));
     };
     number_.set_source(list("vendor_no", "VENDOR_NAME"));
     name_.set_source(list("VENDOR_NAME", "vendor_no"));
 }
 
 std::optional<std::string> VendorFields::name_of(const std::string& vendor_no) const {
-    const auto vendor = kernel().read(
-        fmt::format("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no = {}", store::quoted(vendor_no)));
-    return vendor.at_eof() ? std::nullopt : std::optional(vendor.text("VENDOR_NAME"));
+    const auto name = kernel().look_up("Vendor_table", {{"vendor_no", vendor_no}}, "VENDOR_NAME");
+    return name ? std::optional(name->text()) : std::nullopt;
 }
 
 }  // namespace brimley::frame

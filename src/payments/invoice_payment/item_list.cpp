@@ -147,8 +147,7 @@ void ItemList::connect_drop_downs() {
             fmt::format("SELECT Account_master_table.accno, accname FROM Account_Parameters_table INNER JOIN "
                         "Account_master_table ON Account_Parameters_table.accno = Account_master_table.accno "
                         "WHERE module = 'AP' AND parameter_name = '{}' AND [default] = TRUE",
-                        parameter),
-            {"accno", "accname"});
+                        parameter));
     };
     dd1 = {{"account", "account name"}, {}, accounts_of("AP discount account")};
     dd2 = {{"account", "account name"}, {}, accounts_of("AP write-off account")};
@@ -203,9 +202,7 @@ double ItemList::discount_offer(const Recordset& item, bool came_from, store::Da
 }
 
 std::string ItemList::prepay_account(const std::string& fkey) {
-    const auto header = kernel().read(
-        fmt::format("SELECT prepayment_accno FROM Payment_header_table WHERE fkey = {}", quoted(fkey)));
-    return header.at_eof() ? std::string{} : header.text("prepayment_accno");
+    return kernel().look_up_text("Payment_header_table", {{"fkey", fkey}}, "prepayment_accno");
 }
 
 void ItemList::add_open_item(const Recordset& item, Listing& listing, bool came_from) {

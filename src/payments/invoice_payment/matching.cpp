@@ -135,8 +135,7 @@ class Matching : public frame::DocumentPart {
 
     void update_item(const std::string& docno, const std::string& pay_item, double balance, double amount,
                      bool remember) {
-        auto item = kernel().change(fmt::format(
-            "SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {}", quoted(docno)));
+        auto item = kernel().find_to_change("AP_transaction_table", {{"company", "1"}, {"docno", docno}});
         item.FindFirst("[pay_item] = " + pay_item);
         if (item.NoMatch()) return;
         item.Edit();
@@ -188,9 +187,9 @@ class Matching : public frame::DocumentPart {
 bool APform_payment::matching() {
     bool matched = false;
     step("matching", [&] {
-        auto counter = kernel().change(fmt::format(
-            "SELECT * FROM Docno_master_table WHERE company = {} AND doctype = 'mp' AND fiscalyear = {}",
-            quoted(cmbcompany.text()), quoted(cmbfyear.text())));
+        auto counter = kernel().find_to_change(
+            "Docno_master_table",
+            {{"company", cmbcompany.text()}, {"doctype", "mp"}, {"fiscalyear", cmbfyear.text()}});
         if (counter.at_eof()) {
             kernel().tell_missing_numbers("mp", cmbfyear.text());
             return;
@@ -215,8 +214,7 @@ void APform_payment::set_invoice() {
     for (const Receivable& receivable :
          {Receivable{"ar1", 760}, Receivable{"dp1", -250}, Receivable{"dp2", -250}}) {
         step("set_invoice", [&] {
-            auto row = kernel().change(fmt::format("SELECT * FROM AR_transaction_table WHERE [docno] = {}",
-                                                   quoted(receivable.docno)));
+            auto row = kernel().find_to_change("AR_transaction_table", {{"docno", receivable.docno}});
             if (row.at_eof()) return;
             row.Edit();
             row.set("open_amount", receivable.open_amount);
@@ -236,9 +234,8 @@ void APform_payment::chkselect_click(bool on_due_only) {
 
 void APform_payment::update_discount_taken(const std::string& ap_docno, const std::string& pay_item,
                                            double discount) {
-    auto item = kernel().change(
-        fmt::format("SELECT * FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",
-                    quoted(ap_docno), quoted(pay_item)));
+    auto item = kernel().find_to_change("AP_transaction_table",
+                                        {{"company", "1"}, {"docno", ap_docno}, {"pay_item", pay_item}});
     if (item.at_eof()) return;
     item.Edit();
     item.set("discount_taken", Round(item.number("discount_taken") + discount));

@@ -11,7 +11,6 @@ namespace brimley::payments {
 
 using kernel::money_value;
 using kernel::Round;
-using store::quoted;
 
 PaymentPosting::PaymentPosting(APform_payment& form) : DocumentPart(form), form_(form) {}
 
@@ -35,9 +34,8 @@ bool PaymentPosting::insert_GL_record(const std::string& vendor_no, const std::s
 
 bool PaymentPosting::account_given(const std::string& accno, const char* what) {
     if (accno.empty()) return refuse(fmt::format("please specify {} account", what));
-    const auto account =
-        kernel().read(fmt::format("SELECT accno FROM Account_master_table WHERE accno = {}", quoted(accno)));
-    return !account.at_eof() || refuse(fmt::format("{} account is invalid", what));
+    return kernel().exists("Account_master_table", {{"accno", accno}}) ||
+           refuse(fmt::format("{} account is invalid", what));
 }
 
 // What was paid, discounted and written off has the value of the payment's day, what was owed that of the
