@@ -19,6 +19,13 @@ class DocumentPart : public FormPart {
     [[nodiscard]] bool shown_whole() const { return form_.shown_whole(); }
     [[nodiscard]] bool has_its_number() const { return form_.has_its_number(); }
     [[nodiscard]] DocumentWalk& walk() const { return form_.walk(); }
+    void show_document(store::Recordset& header) const { form_.show_document(header); }
+    void show_document(store::Recordset& header, const DocumentWalk& its_walk) const {
+        form_.show_document(header, its_walk);
+    }
+    static void set_field(controls::Control& field, FieldState state) {
+        DocumentForm::set_field(field, state);
+    }
 
     [[nodiscard]] std::optional<store::DateTime> date_in(const controls::TextField& field) const {
         return form_.date_in(field);

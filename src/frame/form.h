@@ -126,6 +126,10 @@ class Form : public std::enable_shared_from_this<Form> {
         return kernel_ && kernel::carry_on(kernel_->passed_over(), name, std::forward<Step>(action));
     }
 
+    // What the last step that failed has said; empty when none has.
+    [[nodiscard]] std::string last_failure() const {
+        return kernel_ ? kernel_->passed_over().last_failure() : std::string{};
+    }
     // Runs the action in one transaction on the host's workspace. True when it returned true and is stored;
     // otherwise nothing of it is left, and what it threw is noted under the name and is the `failure`.
     template <class Action>
@@ -136,7 +140,7 @@ class Form : public std::enable_shared_from_this<Form> {
             done = std::forward<Action>(action)();
             if (done) transaction.commit();
         });
-        if (!whole && failure != nullptr && kernel_) *failure = kernel_->passed_over().last_failure();
+        if (!whole && failure != nullptr) *failure = last_failure();
         return whole && done;
     }
 

@@ -45,6 +45,8 @@ class FormPart {
     bool step(const char* name, Step&& action) const {
         return form_.step(name, std::forward<Step>(action));
     }
+    // What the last step that failed has said.
+    [[nodiscard]] std::string last_failure() const { return form_.last_failure(); }
     template <class Action>
     bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) const {
         return form_.in_transaction(name, std::forward<Action>(action), failure);

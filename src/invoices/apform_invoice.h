@@ -9,8 +9,7 @@
 //   lines_save.cpp the rows of a document's lines, new or edited
 //   posting.cpp    the GL document of an invoice, and its reversal
 //   void_hold.cpp  void, hold and release
-//   templates.cpp  the view of recurring templates, and showing one
-//   template_save.cpp  saving a new template
+//   templates/     the view of recurring templates, showing one, and saving a new one
 //   commands.cpp   toolbar and views
 //   links.cpp      requests to the host
 //
@@ -28,6 +27,8 @@
 #include "frame/document_form.h"
 #include "invoices/document/kinds.h"
 #include "invoices/document/open_documents.h"
+#include "invoices/templates/recurring_view.h"
+#include "invoices/templates/template_save.h"
 #include "kernel/gl_posting.h"
 #include "kernel/tax_engine.h"
 
@@ -75,6 +76,8 @@ class APform_invoice : public frame::DocumentForm {
     controls::Grid grid_tax_summary{controls_, "grid_tax_summary"};
 
     OpenDocuments open_documents{*this};
+    RecurringView recurring{*this};
+    TemplateSave template_save{*this};
 
     // --- what hosts steer ---
     void gencode_new() override;
@@ -102,23 +105,18 @@ class APform_invoice : public frame::DocumentForm {
         dbgrid1.set_cell(row, caption, text);
     }
 
-    // --- recurring templates ---
-
-    // An invoice without a date, in tables of its own. While command 1005 is pressed the form walks these
-    // instead of documents; chkrecur makes a template of the entry on screen, in any view.
+    // --- recurring templates (invoices/templates/) ---
 
     void last_record() override;
-    // Shows the newest template, in the view of templates. Without one it says so and leaves the screen.
-    void last_recurring();
-    // Turns the fields to templates, or back to documents. Command 1005 is still as it was.
-    void recurring_mode(bool on);
-    // Back to documents, if templates are in view; the template stays on screen until a document is shown.
-    void leave_recurring_view();
+    void last_recurring() { recurring.last_recurring(); }
+    void recurring_mode(bool on) { recurring.recurring_mode(on); }
+    void leave_recurring_view() { recurring.leave(); }
     // Shows the template that recur_fkey names, whatever the view; without a name nothing happens.
-    void get_recur();
+    void get_recur() { recurring.get_recur(recur_fkey); }
     std::string recur_fkey;
-    // True when the template was saved. Of a failure nothing is left; not each one has a message.
-    [[nodiscard]] bool insert_new_recurring();
+    [[nodiscard]] bool insert_new_recurring() { return template_save.insert_new_recurring(); }
+    // The account that the text starts with, when it is one that can be posted to; else empty.
+    [[nodiscard]] std::string get_accno(const std::string& text);
 
     // --- the save ---
 
@@ -132,8 +130,6 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool insert_GL_reverse();
     // The vendor's payable account, or the default one.
     [[nodiscard]] std::string get_apaccno(const std::string& vendor_no);
-    // The account that the text starts with, when it is one that can be posted to; else empty.
-    [[nodiscard]] std::string get_accno(const std::string& text);
 
     // --- acts on a saved document; each tests, asks, and runs its own transaction ---
     void void_invoice();
@@ -174,6 +170,9 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] std::string current_vendor() override { return cmbvendor.text(); }
 
   private:
+    friend class RecurringView;
+    friend class TemplateSave;
+
     // What the validation of a save has read, for the writing that follows.
     struct Term {
         std::string term_no;
@@ -287,33 +286,10 @@ class APform_invoice : public frame::DocumentForm {
                                     const std::string& po_accno, double rate, AuthorityAccounts& authorities);
     [[nodiscard]] double rounded_base(double amount, double rate) const;
 
-    // templates.cpp
-    void view_recurring();
-    void chkrecur_click();
-    void show_name_in_place_of_date(bool name);
-    void assign_template(store::Recordset& header);
-
-    // template_save.cpp
-    struct CheckedTemplate {
-        double recur_date = 0;                            // day of the month; 31: its last; 0: issued by hand
-        std::optional<std::string> begin_date, end_date;  // "yyyymmdd"
-    };
-    [[nodiscard]] std::optional<CheckedTemplate> validate_template();
-    [[nodiscard]] const char* fault_of_template_terms() const;
-    [[nodiscard]] bool read_template_date(const controls::DateField& field, const char* missing,
-                                          bool required, std::optional<std::string>& yyyymmdd);
-    [[nodiscard]] const char* fault_of_template_issue() const;
-    [[nodiscard]] bool write_new_template(const CheckedTemplate& checked);
-    void fill_template_header(store::Recordset& header, const CheckedTemplate& checked);
-    [[nodiscard]] bool write_template_line(store::Recordset& lines, const store::Recordset& header, int row);
-
     // commands.cpp
     void view_kind(const char* kind, int id);
     void press_view(int id);
-    void press_recurring_view(bool pressed);
-    [[nodiscard]] bool recurring_view() const;
 
-    frame::DocumentWalk templates;
     int line_rows = 0;     // the highest grid row that editing has reached
     double old_total = 0;  // txttotal of the document as loaded; 0 for a new one
     kernel::TaxRows tax_rows;

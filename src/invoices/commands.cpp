@@ -66,7 +66,7 @@ void APform_invoice::execute_own(int id) {
             view_kind(kDebitNote.caption, id);
             break;
         case kViewRecurring:
-            if (reading) view_recurring();
+            if (reading) recurring.open();
             break;
         case kRecurringConfiguration:
             frame_recur.set_visible(!frame_recur.visible());
@@ -101,7 +101,7 @@ void APform_invoice::execute_own(int id) {
 }
 
 void APform_invoice::view_kind(const char* kind, int id) {
-    leave_recurring_view();
+    recurring.leave();
     cmbdoctype.set(kind);
     last_record();
     open_documents.get_list_open_doc();
@@ -112,13 +112,6 @@ void APform_invoice::press_view(int id) {
     for (const int view : {kViewInvoice, kViewCreditNote, kViewDebitNote, kViewRecurring})
         bars_.set_pressed(view, view == id);
 }
-
-void APform_invoice::press_recurring_view(bool pressed) {
-    if (pressed) press_view(kViewRecurring);
-    bars_.set_pressed(kViewRecurring, pressed);
-}
-
-bool APform_invoice::recurring_view() const { return bars_.pressed(kViewRecurring); }
 
 void APform_invoice::record_shown_by_walk() {
     const std::string& kind = cmbdoctype.text();

@@ -61,7 +61,7 @@ void APform_invoice::connect_handlers() {
     };
     cmbexrate.on_item_select = [this] { cmbexrate_itemselect(); };
     txtratedate.on_change = [this] { txtratedate_change(); };
-    chkrecur.on_click = [this] { chkrecur_click(); };
+    chkrecur.on_click = [this] { recurring.chkrecur_click(); };
     dbgrid1.on_before_edit = [this](controls::CellEdit& edit) { dbgrid1_BeforeColEdit(edit); };
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
     dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };

@@ -14,8 +14,6 @@ namespace {
 
 constexpr frame::FormIdentity kIdentity{"APform_invoice", "A/P Invoice", "\\Help\\AP Invoice Entry Help.pdf"};
 
-constexpr frame::WalkTables kTemplateTables{"AP_recur_header_table", "AP_recur_transaction_table", "recurno"};
-
 store::Value field_or_null(const Recordset& row, const char* field) {
     return row.has_field(field) ? row.field(field) : store::Value();
 }
@@ -24,8 +22,7 @@ store::Value field_or_null(const Recordset& row, const char* field) {
 
 APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                frame::Desk& desk)
-    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk),
-      templates(*this, kTemplateTables) {
+    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk) {
     using Controls = std::initializer_list<controls::Control*>;
     for (controls::Control* control :
          Controls{&cmbfreq, &txtrecurdate, &txtnoinvoice, &txteffectdate, &txtexpiredate}) {
@@ -83,8 +80,7 @@ void APform_invoice::grid_newmode() {
     for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
         set_field(*total, FieldState::read_only);
     chkrecur.set_visible(true);
-    // It may have been clicked before, when a click changed nothing else.
-    if (chkrecur.is_set() == txtinvdate.visible()) chkrecur_click();
+    recurring.catch_up_with_chkrecur();
 }
 
 // A document made here opens but for what it is known by and what its amounts hang on; of one that another
@@ -145,7 +141,7 @@ void APform_invoice::assign2control(Recordset& header) {
     chkhold.set(field_or_null(header, "hold").flag());
     const bool partly = field_or_null(header, "paid").flag();
     chkpaid.set(field_or_null(header, "fully_paid").flag() ? 1 : partly ? 2 : 0);
-    assign_template(header);
+    recurring.assign_template(header);
     show_vendor_and_term(text("vendor_no"), text("payment_term"));
     open_documents.document_on_screen(text("doctype"));
     open_documents.get_list_open_doc();
@@ -165,6 +161,24 @@ void APform_invoice::show_vendor_and_term(const std::string& vendor_no, const st
     const auto term = kernel().read(fmt::format(
         "SELECT term_name FROM Payment_term_table WHERE term_no = {} AND term_no <> '00'", quoted(term_no)));
     if (!term.at_eof()) cmbterm.set_row({term.text("term_name"), term_no});
+}
+
+frame::DocumentWalk& APform_invoice::walk() { return recurring.pressed() ? recurring.templates : documents; }
+
+void APform_invoice::last_record() {
+    if (recurring.pressed()) {
+        last_recurring();
+    } else {
+        DocumentForm::last_record();
+    }
+}
+
+void APform_invoice::step_from_new_entry() {
+    if (chkrecur.is_set()) {
+        last_recurring();
+    } else {
+        last_record();
+    }
 }
 
 }  // namespace brimley::invoices
