@@ -19,6 +19,7 @@ class QuietDesk : public frame::Desk {
     [[nodiscard]] std::string computer_name() override { return "BENCH"; }
     [[nodiscard]] std::vector<std::string> font_families() override { return {}; }
     void form_shown(std::shared_ptr<frame::Form> form) override { shown = std::move(form); }
+    void child_shown(frame::Form&, std::shared_ptr<frame::Form>) override {}
     void form_raised(frame::Form&) override {}
     void form_closed(frame::Form&) override { shown.reset(); }
 

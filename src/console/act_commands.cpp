@@ -71,8 +71,15 @@ void Console::do_press(Arguments& arguments) {
     report(std::to_string(id), actor_.press(form(), id));
 }
 
+// A pane is named by its frame, or by the class of the child form that stands in it.
 void Console::do_close(Arguments& arguments) {
-    controls::Control& target = control(arguments.take("PANE"));
+    const std::string name = arguments.take("PANE");
+    const frame::Form* const child = form().last_child();
+    if (child != nullptr && name == child->identity().class_name) {
+        report(name, actor_.close_child(form()));
+        return;
+    }
+    controls::Control& target = control(name);
     auto* const pane = dynamic_cast<controls::Frame*>(&target);
     if (pane == nullptr || !pane->is_pane()) throw ScriptFault(target.name() + " is no pane");
     report(target.name(), actor_.close_pane(*pane));

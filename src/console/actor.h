@@ -32,6 +32,8 @@ class Actor {
                                              const std::string& to) = 0;
     [[nodiscard]] virtual Refusal press(frame::Form& form, int command) = 0;
     [[nodiscard]] virtual Refusal close_pane(controls::Frame& pane) = 0;
+    // Closes the pane of the form's child, which stands open.
+    [[nodiscard]] virtual Refusal close_child(frame::Form& form) = 0;
     virtual void show_font_bar(frame::Form& form, bool visible) = 0;
 
     // Rows from 0, columns by their place in the grid's array. A check cell takes "True" and "False".
@@ -61,6 +63,7 @@ class ModelActor : public Actor {
                                      const std::string& to) override;
     [[nodiscard]] Refusal press(frame::Form& form, int command) override;
     [[nodiscard]] Refusal close_pane(controls::Frame& pane) override;
+    [[nodiscard]] Refusal close_child(frame::Form& form) override;
     void show_font_bar(frame::Form& form, bool visible) override;
     [[nodiscard]] Refusal edit_cell(controls::Grid& grid, int row, int column,
                                     const std::string& text) override;

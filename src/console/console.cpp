@@ -86,6 +86,8 @@ std::vector<std::string> Console::words() const {
         known.emplace_back(entry.name);
     for (std::string& name : host::method_names())
         known.push_back(std::move(name));
+    for (const auto& form : desk_.open_forms())
+        known.emplace_back(form->identity().class_name);
     if (frame::Form* current = desk_.current_form()) {
         for (const controls::Control* control : current->controls().all())
             known.push_back(control->name());

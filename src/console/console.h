@@ -33,7 +33,7 @@ class Console {
     [[nodiscard]] int checks_failed() const { return failed_; }
     [[nodiscard]] ConsoleDesk& desk() { return desk_; }
 
-    // What Tab may complete: commands, and the controls of the current form.
+    // What Tab may complete: commands, methods, open forms, and the controls of the current one.
     [[nodiscard]] std::vector<std::string> words() const;
 
   private:

@@ -62,6 +62,12 @@ void ConsoleDesk::form_shown(std::shared_ptr<frame::Form> form) {
     if (screen_ != nullptr) screen_->form_shown(std::move(form));
 }
 
+// The form that it belongs to stays the current one.
+void ConsoleDesk::child_shown(frame::Form& owner, std::shared_ptr<frame::Form> child) {
+    open_forms_.push_back(child);
+    if (screen_ != nullptr) screen_->child_shown(owner, std::move(child));
+}
+
 void ConsoleDesk::form_raised(frame::Form& form) {
     current_ = form.shared_from_this();
     if (screen_ != nullptr) screen_->form_raised(form);

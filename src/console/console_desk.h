@@ -47,6 +47,7 @@ class ConsoleDesk : public frame::Desk {
     [[nodiscard]] std::string computer_name() override;
     [[nodiscard]] std::vector<std::string> font_families() override;
     void form_shown(std::shared_ptr<frame::Form> form) override;
+    void child_shown(frame::Form& owner, std::shared_ptr<frame::Form> child) override;
     void form_raised(frame::Form& form) override;
     void form_closed(frame::Form& form) override;
 
@@ -62,8 +63,8 @@ class ConsoleDesk : public frame::Desk {
     // Called at each wait for a row that another user holds.
     std::function<void()> on_wait;
 
-    // Boxes and forms appear on this screen besides; it is asked each question, and told the answer of the
-    // script before, so that it can give it in the script's place.
+    // Boxes and forms appear on this screen besides; it is asked each question, and given the answer of the
+    // script before, so that it can answer in the script's place.
     void show_on(frame::Desk& screen) { screen_ = &screen; }
     // The answer that the script has for the question that the screen is about to ask.
     [[nodiscard]] bool answer_at_hand() const { return answer_at_hand_; }
@@ -72,6 +73,8 @@ class ConsoleDesk : public frame::Desk {
     [[nodiscard]] frame::Form* current_form() const { return current_.get(); }
     // Makes the newest open form of this class the current one.
     [[nodiscard]] bool make_current(const std::string& class_name);
+    // Oldest first.
+    [[nodiscard]] const std::vector<std::shared_ptr<frame::Form>>& open_forms() const { return open_forms_; }
 
   private:
     [[nodiscard]] bool answer_to(const std::string& shown, const std::string& text);

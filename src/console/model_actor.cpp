@@ -63,6 +63,8 @@ Refusal ModelActor::press(frame::Form& form, int command) { return form.press(co
 
 Refusal ModelActor::close_pane(controls::Frame& pane) { return pane.close(); }
 
+Refusal ModelActor::close_child(frame::Form& form) { return form.close_child(); }
+
 void ModelActor::show_font_bar(frame::Form& form, bool visible) {
     form.CommandBars1().show_font_bar(visible);
 }

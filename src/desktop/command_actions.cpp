@@ -44,6 +44,7 @@ CommandActions::CommandActions(QMainWindow& window, controls::CommandBars& bars,
     }
     for (const auto& [name, menu] : menus_)
         menu->menuAction()->setVisible(!menu->isEmpty());
+    if (toolbars_[kStandard]->actions().isEmpty()) toolbars_[kStandard]->hide();  // a dialog may have none
     draw_icons();
 }
 
@@ -83,7 +84,7 @@ void CommandActions::add_to_bar(QAction& action, const QString& bar) {
     }
 }
 
-// Each menu opens with Alt and a letter of its own: the one that its look tells, or the first that is free.
+// Each menu opens with Alt and a letter of its own: the one that its look marks, or the first that is free.
 void CommandActions::add_menu(const QString& title) {
     QString shown_title = title;
     if (!title.contains('&')) {

@@ -22,8 +22,12 @@ constexpr qint64 kSlice = 20;  // milliseconds between two looks at what there i
 DesktopDesk::DesktopDesk() = default;
 
 DesktopDesk::~DesktopDesk() {
-    for (FormWindow* window : windows_)
-        delete window;
+    // A child, which came later than its owner, goes before it.
+    while (!windows_.empty()) {
+        FormWindow* const newest = windows_.back();
+        windows_.pop_back();
+        delete newest;
+    }
 }
 
 int DesktopDesk::show_box(QMessageBox& box) {
@@ -82,6 +86,15 @@ void DesktopDesk::form_shown(std::shared_ptr<frame::Form> form) {
         window->resize(1180, 640);
         window->show();
     }
+    window->focus_first_field();
+}
+
+void DesktopDesk::child_shown(frame::Form& owner, std::shared_ptr<frame::Form> child) {
+    FormWindow* const window_of_owner = window_of(owner);
+    if (window_of_owner == nullptr) return;
+    auto* const window = new FormWindow(std::move(child), *asked_);
+    windows_.push_back(window);
+    window_of_owner->add_child(*window);
     window->focus_first_field();
 }
 

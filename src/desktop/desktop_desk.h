@@ -28,12 +28,13 @@ class DesktopDesk : public frame::Desk {
     [[nodiscard]] std::string computer_name() override;
     [[nodiscard]] std::vector<std::string> font_families() override;
     void form_shown(std::shared_ptr<frame::Form> form) override;
+    void child_shown(frame::Form& owner, std::shared_ptr<frame::Form> child) override;
     void form_raised(frame::Form& form) override;
     void form_closed(frame::Form& form) override;
 
     // The window of an open form; null when it has none.
     [[nodiscard]] FormWindow* window_of(const frame::Form& form) const;
-    // Oldest first.
+    // Oldest first, those in a pane of another too.
     [[nodiscard]] const std::vector<FormWindow*>& windows() const { return windows_; }
 
     // Where a new window goes and how it comes to the front; by itself it is a window of the desktop.

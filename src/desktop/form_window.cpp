@@ -94,6 +94,7 @@ void FormWindow::build(const Look& look) {
     mode_band_->setAlignment(Qt::AlignCenter);
     statusBar()->addPermanentWidget(mode_band_);
     statusBar()->setSizeGripEnabled(false);
+    if (form_->CommandBars1().find(frame::command::kNew) == nullptr) statusBar()->hide();  // it has no modes
     for (Control* control : form_->controls().all())
         control->on_shown_change = [this, control] { control_changed(*control); };
     form_->CommandBars1().on_shown_change = [this] { refresh_commands(); };
@@ -325,9 +326,36 @@ void FormWindow::focus_first_field() {
     }
 }
 
+void FormWindow::add_child(FormWindow& child) {
+    auto* const dock = new QDockWidget(child.windowTitle(), this);
+    dock->setObjectName(child.objectName());
+    dock->setFeatures(kPaneFeatures);
+    dock->setWidget(&child);
+    actions_->lend_keys_to(*dock);
+    dock->installEventFilter(&child);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+    child.own_pane_ = dock;
+    dock->show();
+    child.show();
+}
+
+void FormWindow::close_own_pane() {
+    commit_typing();
+    const auto alive = form_;
+    gate_.run([&] {
+        alive->unload_form();
+        return controls::Refusal::none;
+    });
+}
+
 // In the middle of an act the window must outlive it, however often control goes to the event loop meanwhile.
 void FormWindow::form_has_closed() {
     hide();
+    if (own_pane_ != nullptr) {
+        setParent(nullptr);  // the pane goes, and the window sees to its own end
+        own_pane_->deleteLater();
+        own_pane_ = nullptr;
+    }
     if (!gate_.is_running()) deleteLater();
 }
 
@@ -365,15 +393,26 @@ bool FormWindow::close_pane_of(const QObject* dock) {
     return false;
 }
 
+// In a pane the keys are those of the form that the pane belongs to as well.
+bool FormWindow::takes_key(const QKeySequence& key) const {
+    if (actions_->takes_key(key)) return true;
+    return own_pane_ != nullptr && static_cast<const FormWindow*>(own_pane_->parentWidget())->takes_key(key);
+}
+
 // The keys of commands are the form's, also where a field would take them for its own.
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Close && own_pane_ != nullptr && watched == own_pane_) {
+        event->ignore();
+        close_own_pane();
+        return true;
+    }
     if (event->type() == QEvent::Close && close_pane_of(watched)) {
         event->ignore();
         return true;
     }
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = static_cast<QKeyEvent&>(*event);
-        if (actions_->takes_key(QKeySequence(key.keyCombination()))) {
+        if (takes_key(QKeySequence(key.keyCombination()))) {
             event->ignore();
             return true;
         }

@@ -3,7 +3,7 @@
 //   model changes  -> the view of that control shows it
 //   user acts      -> a user act of the model, through the gate
 //
-// There is no rule of a form here; which fields stand where is told by its look (look.h). The window keeps
+// There is no rule of a form here; its look (look.h) says which fields stand where. The window keeps
 // its form alive, and is closed by the desk when the form has unloaded itself; closing it by hand presses
 // Exit.
 #pragma once
@@ -49,6 +49,10 @@ class FormWindow : public QMainWindow {
     void focus_first_field();
     // The form has gone: no act reaches it any more, and the window closes.
     void form_has_closed();
+    // The window of a child form comes to stand in a pane of this one. Closing the pane unloads the child.
+    void add_child(FormWindow& child);
+    // The pane that this window stands in; null for a window of its own.
+    [[nodiscard]] QDockWidget* pane_of_this() const { return own_pane_; }
 
     // "Read", "New" or "Edit", as the band at the window's foot shows it.
     [[nodiscard]] QString mode_shown() const;
@@ -85,6 +89,8 @@ class FormWindow : public QMainWindow {
     void refresh_all();
     void commit_typing();
     [[nodiscard]] bool close_pane_of(const QObject* dock);
+    void close_own_pane();
+    [[nodiscard]] bool takes_key(const QKeySequence& key) const;
 
     struct Shown {
         QWidget* widget;
@@ -99,6 +105,7 @@ class FormWindow : public QMainWindow {
     LaidOut laid_out_;
     std::unique_ptr<CommandActions> actions_;
     QLabel* mode_band_;
+    QDockWidget* own_pane_ = nullptr;
     QString title_;
     const controls::Control* title_control_ = nullptr;  // what it shows stands behind the title
     bool commands_wait_ = false;

@@ -126,8 +126,11 @@ void MainWindow::close_company() {
     if (!ap_) return;
     ap_->NotifyClients = nullptr;
     const std::vector<FormWindow*> open = desk_.windows();
-    for (FormWindow* const window : open)
-        window->press(frame::command::kExit);
+    for (FormWindow* const window : open) {
+        const auto& still_open = desk_.windows();  // a child leaves with its form
+        if (std::find(still_open.begin(), still_open.end(), window) != still_open.end())
+            window->press(frame::command::kExit);
+    }
     area_->closeAllSubWindows();
     ap_->class_terminate();
     requests_.reset();

@@ -13,9 +13,11 @@ class Desk : public kernel::Outside {
   public:
     // The form appears, without blocking. The desk keeps it alive until form_closed.
     virtual void form_shown(std::shared_ptr<Form> form) = 0;
+    // The form appears in a pane of its owner, which stays the one that the user works in.
+    virtual void child_shown(Form& owner, std::shared_ptr<Form> child) = 0;
     // The form comes to the front.
     virtual void form_raised(Form& form) = 0;
-    // The form has unloaded itself; the desk lets go of it.
+    // The form has unloaded itself, or its child has; the desk lets go of it.
     virtual void form_closed(Form& form) = 0;
 };
 

@@ -33,6 +33,20 @@ void Form::show() {
     desk_.form_shown(shared_from_this());
 }
 
+void Form::show_child(std::shared_ptr<Form> child) {
+    child_ = std::move(child);
+    child_->ensure_loaded();
+    child_->shown_ = true;
+    desk_.child_shown(*this, child_);
+}
+
+Refusal Form::close_child() {
+    if (child() == nullptr) return Refusal::hidden;
+    const auto alive = child_;
+    alive->unload_form();
+    return Refusal::none;
+}
+
 void Form::unload_form() {
     const auto alive = shared_from_this();
     if (child_) {

@@ -62,6 +62,12 @@ class Form : public std::enable_shared_from_this<Form> {
     void show();
     // Takes the form down without saving anything: its child form first, then itself.
     void unload_form();
+    // The dialog that stands in a pane of this form; null when none does.
+    [[nodiscard]] Form* child() const { return child_ && child_->shown_ ? child_.get() : nullptr; }
+    // The last one, whether or not it is still open; null when there was none.
+    [[nodiscard]] Form* last_child() const { return child_.get(); }
+    // The user closes the child's pane: the child unloads. Refused (hidden) when none is open.
+    [[nodiscard]] controls::Refusal close_child();
 
     // The user presses a toolbar or menu command. Refused (disabled) for a command that is dead; absent ones
     // are the host's to notice (CommandBars1().find).
@@ -96,8 +102,8 @@ class Form : public std::enable_shared_from_this<Form> {
     // Commands that are the same on every form: Exit, help, About, masters, toolbar text. False when the id
     // is none of them.
     bool execute_common(int id);
-    // Loses the child form with this one.
-    void adopt_child(std::shared_ptr<Form> child) { child_ = std::move(child); }
+    // Shows the form in a pane of this one, with which it goes.
+    void show_child(std::shared_ptr<Form> child);
 
     // Without a database there is no kernel either, and a step does nothing.
     [[nodiscard]] bool has_database() const { return kernel_ != nullptr; }

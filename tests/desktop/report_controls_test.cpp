@@ -2,64 +2,17 @@
 // Both print the same.
 #include <gmock/gmock.h>
 
-#include <sstream>
-
-#include "console/console.h"
-#include "console/script_line.h"
 #include "desktop/live_desk.h"
 #include "desktop/range_view.h"
-#include "desktop/report_form.h"
-#include "desktop/widget_actor.h"
+#include "desktop/script_hosts.h"
 
 namespace brimley::testing {
 
 using controls::Refusal;
 
-namespace {
+using ReportControls = ScriptHosts;
 
-frame::HostContext context_of_tests() {
-    frame::HostContext context;
-    context.BRIMLEY_DATE_FORMAT = "dd/mm/yyyy";
-    return context;
-}
-
-}  // namespace
-
-// A script's host with the form in it: a terminal, or windows.
-class ReportControls : public ::testing::TestWithParam<bool> {
-  protected:
-    void SetUp() override {
-        screen.on_box = [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); };
-        screen.act_for(console.desk());
-        console.run("today 2026-03-16", "here");
-        form = std::make_shared<ReportForm>(context, console.desk());
-        form->show();
-    }
-    std::string run(const char* line) {
-        out.str({});
-        console.run(line, "here");
-        return out.str();
-    }
-    std::string fault(const char* line) {
-        try {
-            console.run(line, "here");
-        } catch (const console::ScriptFault& fault) {
-            return fault.what();
-        }
-        return "none";
-    }
-
-    frame::HostContext context = context_of_tests();
-    std::ostringstream out;
-    desktop::DesktopDesk screen;
-    WidgetActor keys_and_clicks{screen};
-    console::Console console =
-        GetParam() ? console::Console(context, out, keys_and_clicks, screen) : console::Console(context, out);
-    std::shared_ptr<ReportForm> form;
-};
-
-INSTANTIATE_TEST_SUITE_P(Hosts, ReportControls, ::testing::Bool(),
-                         [](const auto& host) { return host.param ? "Windows" : "Terminal"; });
+INSTANTIATE_TEST_SUITE_P(Hosts, ReportControls, ::testing::Bool(), name_of_host);
 
 TEST_P(ReportControls, RangeBeginsAsTheYearAndHoldsTheDatesTyped) {
     EXPECT_EQ(run("show cal1"), "cal1 = 01/01/2026 - 31/12/2026\n");

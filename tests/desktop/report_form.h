@@ -1,5 +1,6 @@
 // A form of the tests with the controls that report forms have: a date range, a group of option buttons, a
-// push button, a progress bar, a frame. Its handlers say in a message what the user has done.
+// push button, a progress bar, a frame, and a dialog in a pane. Its handlers say in a message what the user
+// has done.
 #pragma once
 
 #include "controls/date_range.h"
@@ -10,6 +11,27 @@ namespace brimley::testing {
 
 inline constexpr frame::FormIdentity kReportForm{"APreport_of_tests", "Report of the tests",
                                                  "\\Help\\Report of the tests.pdf"};
+
+inline constexpr frame::FormIdentity kSetupDialog{"Form_of_tests", "Page Setup", ""};
+inline constexpr int kPageSetup = 102;
+
+// The dialog that the form shows in a pane.
+class SetupDialog : public frame::Form {
+  public:
+    SetupDialog(const frame::HostContext& host, frame::Desk& desk)
+        : Form(kSetupDialog, host, nullptr, desk) {}
+
+    controls::TextField txttop{controls_, "txttop"};
+
+  protected:
+    void Form_Load() override {
+        txttop.set("10");
+        txttop.on_change = [this] { tell("top " + txttop.text()); };
+    }
+    void init_toolbar() override {}
+    void CommandBars1_Execute(int) override {}
+    void save_grid() override {}
+};
 
 class ReportForm : public frame::Form {
   public:
@@ -39,9 +61,13 @@ class ReportForm : public frame::Form {
         };
     }
     void init_toolbar() override {
-        CommandBars1().add({frame::command::kExit, "&Exit", {}, {}, {"File", "Standard"}});
+        CommandBars1().add({frame::command::kExit, "&Exit", {}, {}, {"File", "Standard"}, 'X'});
+        CommandBars1().add({kPageSetup, "Page Set&up", {}, {}, {"File", "Standard"}});
     }
-    void CommandBars1_Execute(int id) override { static_cast<void>(execute_common(id)); }
+    void CommandBars1_Execute(int id) override {
+        if (execute_common(id) || child() != nullptr) return;
+        show_child(std::make_shared<SetupDialog>(context(), desk()));
+    }
     void save_grid() override {}
 };
 

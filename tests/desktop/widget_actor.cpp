@@ -41,10 +41,18 @@ FormWindow* WidgetActor::window_showing(const controls::Control& control) const 
     return nullptr;
 }
 
+namespace {
+
+void click_close_button(QDockWidget& dock) {
+    dock.findChild<QAbstractButton*>("qt_dockwidget_closebutton")->click();
+}
+
+}  // namespace
+
 template <class Act>
 Refusal WidgetActor::in_window(FormWindow& window, const Act& act) {
     const auto form = window.form().shared_from_this();
-    QApplication::setActiveWindow(&window);  // the person looks at the window that he works in
+    QApplication::setActiveWindow(window.window());  // the person looks at the window of the act
     window.settle();
     window.gate().reset();
     act();
@@ -132,8 +140,13 @@ Refusal WidgetActor::close_pane(controls::Frame& pane) {
     window->settle();
     QDockWidget* const dock = window->pane(pane);
     if (!dock->isVisible()) return Refusal::hidden;
-    return in_window(*window,
-                     [&] { dock->findChild<QAbstractButton*>("qt_dockwidget_closebutton")->click(); });
+    return in_window(*window, [&] { click_close_button(*dock); });
+}
+
+Refusal WidgetActor::close_child(frame::Form& form) {
+    FormWindow* const window = form.child() == nullptr ? nullptr : desk_.window_of(*form.child());
+    if (window == nullptr || !window->isVisible()) return Refusal::hidden;
+    return in_window(*window, [&] { click_close_button(*window->pane_of_this()); });
 }
 
 void WidgetActor::show_font_bar(frame::Form& form, bool visible) {

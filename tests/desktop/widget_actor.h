@@ -20,6 +20,7 @@ class WidgetActor : public console::Actor {
                                      const std::string& to) override;
     [[nodiscard]] Refusal press(frame::Form& form, int command) override;
     [[nodiscard]] Refusal close_pane(controls::Frame& pane) override;
+    [[nodiscard]] Refusal close_child(frame::Form& form) override;
     void show_font_bar(frame::Form& form, bool visible) override;
     [[nodiscard]] Refusal edit_cell(controls::Grid& grid, int row, int column,
                                     const std::string& text) override;

@@ -80,10 +80,22 @@ TEST_F(FrameForm, UserWithoutARowOfPropertiesKeepsNone) {
 }
 
 TEST_F(FrameForm, ChildFormGoesWithItsForm) {
-    const auto child = host.show({}, 1);
-    form->adopt_child(child);
+    const auto child = host.make();
+    form->show_child(child);
+    EXPECT_TRUE(child->is_open());
+    EXPECT_EQ(form->child(), child.get());
     form->unload_form();
     EXPECT_FALSE(child->is_open());
+}
+
+TEST_F(FrameForm, ChildFormIsClosedAloneAndOnce) {
+    const auto child = host.make();
+    form->show_child(child);
+    EXPECT_EQ(form->close_child(), controls::Refusal::none);
+    EXPECT_FALSE(child->is_open());
+    EXPECT_TRUE(form->is_open());
+    EXPECT_EQ(form->child(), nullptr);
+    EXPECT_EQ(form->close_child(), controls::Refusal::hidden);
 }
 
 TEST_F(FrameForm, FailedTransactionGivesTheWordsOfTheStore) {

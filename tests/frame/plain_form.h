@@ -52,11 +52,11 @@ class PlainForm : public frame::DocumentForm {
         : DocumentForm(kPlainIdentity, std::move(context), std::move(kernel), desk, tables),
           doctype_(std::move(doctype)) {}
 
-    using DocumentForm::adopt_child;
     using DocumentForm::documents;
     using DocumentForm::in_transaction;
     using DocumentForm::open_only;
     using DocumentForm::save_recent_value;
+    using DocumentForm::show_child;
 
     void gencode_new() override {
         clear_box();
@@ -160,10 +160,15 @@ class PlainHost {
         }
         company.db().Execute("UPDATE Next_number_fkey_table SET fkeyno = " + std::to_string(issued + 1) +
                              " WHERE doctype = '" + doctype + "'");
-        auto form = std::make_shared<PlainForm>(
-            context_, std::make_shared<kernel::ModuleG3>(context_.abcdb, desk), desk, tables, doctype);
+        auto form = make(tables, doctype);
         form->show();
         return form;
+    }
+    // Not shown yet.
+    [[nodiscard]] std::shared_ptr<PlainForm> make(const frame::WalkTables& tables = kPlainTables,
+                                                  const std::string& doctype = "py") {
+        return std::make_shared<PlainForm>(context_, std::make_shared<kernel::ModuleG3>(context_.abcdb, desk),
+                                           desk, tables, doctype);
     }
     [[nodiscard]] const frame::HostContext& context() const { return context_; }
     [[nodiscard]] std::vector<std::string> messages() { return desk.take_messages(); }

@@ -15,6 +15,9 @@ class RecordingDesk : public Recording<frame::Desk> {
   public:
     void form_shown(std::shared_ptr<frame::Form> form) override { open_forms.push_back(std::move(form)); }
     void form_raised(frame::Form& form) override { raised.push_back(&form); }
+    void child_shown(frame::Form& /*owner*/, std::shared_ptr<frame::Form> child) override {
+        open_forms.push_back(std::move(child));
+    }
     void form_closed(frame::Form& form) override {
         ++closed;
         std::erase_if(open_forms, [&](const auto& open) { return open.get() == &form; });
