@@ -22,6 +22,8 @@ class QuietDesk : public frame::Desk {
     void child_shown(frame::Form&, std::shared_ptr<frame::Form>) override {}
     void form_raised(frame::Form&) override {}
     void form_closed(frame::Form&) override { shown.reset(); }
+    [[nodiscard]] bool folder_exists(const std::string&) override { return true; }
+    bool make_folder(const std::string&) override { return false; }
 
     std::vector<std::string> messages;
     std::shared_ptr<frame::Form> shown;

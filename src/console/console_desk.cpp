@@ -68,6 +68,10 @@ void ConsoleDesk::child_shown(frame::Form& owner, std::shared_ptr<frame::Form> c
     if (screen_ != nullptr) screen_->child_shown(owner, std::move(child));
 }
 
+bool ConsoleDesk::folder_exists(const std::string& path) { return opening::folder_exists(path); }
+
+bool ConsoleDesk::make_folder(const std::string& path) { return opening::make_folder(path); }
+
 void ConsoleDesk::form_raised(frame::Form& form) {
     current_ = form.shared_from_this();
     if (screen_ != nullptr) screen_->form_raised(form);

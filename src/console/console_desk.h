@@ -50,6 +50,8 @@ class ConsoleDesk : public frame::Desk {
     void child_shown(frame::Form& owner, std::shared_ptr<frame::Form> child) override;
     void form_raised(frame::Form& form) override;
     void form_closed(frame::Form& form) override;
+    [[nodiscard]] bool folder_exists(const std::string& path) override;
+    bool make_folder(const std::string& path) override;
 
     void notified(const std::string& formx, const std::string& docnox, const std::string& arg2);
     void refused(const std::string& name, const char* why);

@@ -98,6 +98,10 @@ void DesktopDesk::child_shown(frame::Form& owner, std::shared_ptr<frame::Form> c
     window->focus_first_field();
 }
 
+bool DesktopDesk::folder_exists(const std::string& path) { return opening::folder_exists(path); }
+
+bool DesktopDesk::make_folder(const std::string& path) { return opening::make_folder(path); }
+
 void DesktopDesk::form_raised(frame::Form& form) {
     FormWindow* const window = window_of(form);
     if (window == nullptr) return;

@@ -31,6 +31,8 @@ class DesktopDesk : public frame::Desk {
     void child_shown(frame::Form& owner, std::shared_ptr<frame::Form> child) override;
     void form_raised(frame::Form& form) override;
     void form_closed(frame::Form& form) override;
+    [[nodiscard]] bool folder_exists(const std::string& path) override;
+    bool make_folder(const std::string& path) override;
 
     // The window of an open form; null when it has none.
     [[nodiscard]] FormWindow* window_of(const frame::Form& form) const;

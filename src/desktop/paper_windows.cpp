@@ -13,14 +13,16 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 
+#include "desktop/model_view.h"
 #include "desktop/report_document.h"
+#include "frame/platform_path.h"
 
 namespace brimley::desktop {
 
 // --- PDF files ---
 PdfWindow::PdfWindow(const QString& path, const QString& title) : document_(new QPdfDocument(this)) {
     setWindowTitle(title);
-    const QString file = QString(path).replace('\\', '/');
+    const QString file = shown(frame::platform_path(typed(path)).string());
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     if (document_->load(file) != QPdfDocument::Error::None) {

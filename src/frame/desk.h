@@ -1,4 +1,4 @@
-// What a host gives the forms: the world outside, and a place to stand on the screen.
+// What a host gives the forms: the world outside, folders, and a place to stand on the screen.
 #pragma once
 
 #include <memory>
@@ -19,6 +19,11 @@ class Desk : public kernel::Outside {
     virtual void form_raised(Form& form) = 0;
     // The form has unloaded itself, or its child has; the desk lets go of it.
     virtual void form_closed(Form& form) = 0;
+
+    // Paths may have a backslash where the platform has another separator, as BRIMLEY_PATH & "\Help" has.
+    [[nodiscard]] virtual bool folder_exists(const std::string& path) = 0;
+    // Makes the folder in one that exists. False when it cannot be made.
+    virtual bool make_folder(const std::string& path) = 0;
 };
 
 }  // namespace brimley::frame

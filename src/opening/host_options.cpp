@@ -6,6 +6,7 @@
 
 #include "kernel/tables/company_tables.h"
 #include "kernel/user_dates.h"
+#include "opening/this_machine.h"
 
 namespace brimley::opening {
 
@@ -39,6 +40,12 @@ std::string chart_currency(store::Database& database) {
 std::string folder_of(const std::string& company) {
     if (store::is_on_server(company)) return std::filesystem::current_path().string();
     return std::filesystem::absolute(company).parent_path().string();
+}
+
+// Reports are stored in a folder of each user in here. Who names an install folder has made it ready.
+void make_report_folder(const std::string& install_folder) {
+    const std::string reports = install_folder + "\\User report";
+    if (!folder_exists(reports)) make_folder(reports);
 }
 
 }  // namespace
@@ -78,6 +85,7 @@ frame::HostContext open_context(const std::string& company, const HostOptions& o
     context.BRIMLEY_NO_PERIODS = options.periods;
     context.BRIMLEY_FONT_NAME = "Arial";
     context.BRIMLEY_FONT_SIZE = 9.0;
+    if (options.path.empty()) make_report_folder(context.BRIMLEY_PATH);
     return context;
 }
 

@@ -18,13 +18,14 @@ struct HostOptions {
     std::string date_format = "dd/mm/yyyy";
     std::string periods = "12";
     std::string company_name;
-    std::string path;  // BRIMLEY_PATH; empty: the folder of the company file
+    std::string path;  // BRIMLEY_PATH; empty: the folder of the company file, or the current one
 };
 
 // Adds them to a program's command line. `options` must outlive the parsing.
 void describe_host_options(CLI::App& app, HostOptions& options);
 
-// Opens the company (a file, or a server's URI). Throws store::Error when it cannot be opened.
+// Opens the company (a file, or a server's URI). Throws store::Error when it cannot be opened. Without a path
+// among the options the folder for reports is made where it is missing; one that cannot be made is no error.
 [[nodiscard]] frame::HostContext open_context(const std::string& company, const HostOptions& options);
 
 }  // namespace brimley::opening

@@ -6,6 +6,8 @@
 #include <array>
 #include <ctime>
 
+#include "frame/platform_path.h"
+
 namespace brimley::opening {
 
 store::DateTime local_now() {
@@ -21,6 +23,16 @@ store::DateTime local_now() {
 std::string machine_name() {
     std::array<char, 513> name{};
     return gethostname(name.data(), name.size() - 1) == 0 ? std::string(name.data()) : std::string{};
+}
+
+bool folder_exists(const std::string& path) {
+    std::error_code unknown;
+    return std::filesystem::is_directory(frame::platform_path(path), unknown);
+}
+
+bool make_folder(const std::string& path) {
+    std::error_code failure;
+    return std::filesystem::create_directory(frame::platform_path(path), failure);
 }
 
 }  // namespace brimley::opening

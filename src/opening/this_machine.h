@@ -1,5 +1,6 @@
-// The clock and the name of the machine, as every host gives them to the forms.
+// The clock, the name and the folders of the machine, as every host gives them to the forms.
 #pragma once
+
 
 #include <string>
 
@@ -11,5 +12,9 @@ namespace brimley::opening {
 [[nodiscard]] store::DateTime local_now();
 // Empty when the machine does not tell.
 [[nodiscard]] std::string machine_name();
+
+// As frame::Desk has them.
+[[nodiscard]] bool folder_exists(const std::string& path);
+bool make_folder(const std::string& path);
 
 }  // namespace brimley::opening

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "frame/desk.h"
@@ -14,18 +15,22 @@ namespace brimley::testing {
 class RecordingDesk : public Recording<frame::Desk> {
   public:
     void form_shown(std::shared_ptr<frame::Form> form) override { open_forms.push_back(std::move(form)); }
-    void form_raised(frame::Form& form) override { raised.push_back(&form); }
     void child_shown(frame::Form& /*owner*/, std::shared_ptr<frame::Form> child) override {
         open_forms.push_back(std::move(child));
     }
+    void form_raised(frame::Form& form) override { raised.push_back(&form); }
     void form_closed(frame::Form& form) override {
         ++closed;
         std::erase_if(open_forms, [&](const auto& open) { return open.get() == &form; });
     }
 
-    std::vector<std::shared_ptr<frame::Form>> open_forms;  // oldest first
+    [[nodiscard]] bool folder_exists(const std::string& path) override { return folders.contains(path); }
+    bool make_folder(const std::string& path) override { return folders.insert(path).second; }
+
+    std::vector<std::shared_ptr<frame::Form>> open_forms;  // oldest first, children too
     std::vector<frame::Form*> raised;
     int closed = 0;
+    std::set<std::string> folders;  // those that there are, as the forms have named them
 };
 
 }  // namespace brimley::testing
