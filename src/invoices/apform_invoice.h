@@ -25,6 +25,7 @@
 #include <vector>
 
 #include "frame/document_form.h"
+#include "frame/fields/vendor_fields.h"
 #include "invoices/document/kinds.h"
 #include "invoices/document/open_documents.h"
 #include "invoices/templates/recurring_view.h"
@@ -75,6 +76,8 @@ class APform_invoice : public frame::DocumentForm {
     controls::Frame frame_tax_summary{controls_, "frame_tax_summary", "Tax Summary Window"};
     controls::Grid grid_tax_summary{controls_, "grid_tax_summary"};
 
+    frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
+                                      frame::VendorFields::Unknown::leaves_the_other};
     OpenDocuments open_documents{*this};
     RecurringView recurring{*this};
     TemplateSave template_save{*this};
@@ -190,13 +193,10 @@ class APform_invoice : public frame::DocumentForm {
 
     // show.cpp
     void set_doctype_of_kind();
-    [[nodiscard]] std::optional<std::string> vendor_name(const std::string& vendor_no);
     void show_vendor_and_term(const std::string& vendor_no, const std::string& term_no);
 
     // entry.cpp
     void connect_handlers();
-    void cmbvendor_ItemSelect();
-    void cmbvendor_name_ItemSelect();
     void cmbterm_ItemSelect();
     void txtinvdate_change() { take_period_of(txtinvdate); }
     void cmbcurrency_itemselect();
@@ -206,8 +206,6 @@ class APform_invoice : public frame::DocumentForm {
     void refresh_vendor_address();
     void close_rate();
     void select_term();
-    [[nodiscard]] std::vector<controls::ComboBox::Row> vendor_rows(const char* first, const char* second);
-    [[nodiscard]] std::vector<controls::ComboBox::Row> term_rows();
 
     // lines.cpp
     void clear_arrays();

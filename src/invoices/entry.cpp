@@ -19,40 +19,17 @@ constexpr const char* kNoDueDate = "00";      // the payment_term of a term with
 
 }  // namespace
 
-std::vector<ComboBox::Row> APform_invoice::vendor_rows(const char* first, const char* second) {
-    std::vector<ComboBox::Row> items;
-    step("list vendors", [&] {
-        auto vendors = kernel().read(
-            fmt::format("SELECT vendor_no, VENDOR_NAME FROM Vendor_table ORDER BY {} DESC", first));
-        for (; !vendors.at_eof(); vendors.MoveNext())
-            items.push_back({vendors.text(first), vendors.text(second)});
-    });
-    return items;
-}
-
-std::vector<ComboBox::Row> APform_invoice::term_rows() {
-    std::vector<ComboBox::Row> items;
-    step("list terms", [&] {
-        auto terms = kernel().read(
-            "SELECT term_name, term_no FROM Payment_term_table WHERE term_no <> '00' ORDER BY term_no DESC");
-        for (; !terms.at_eof(); terms.MoveNext())
-            items.push_back({terms.text("term_name"), terms.text("term_no")});
-    });
-    return items;
-}
-
 void APform_invoice::initform_control() {
     fill_common_combos();
-    cmbterm.set_source([this] { return term_rows(); });
-    cmbvendor.set_source([this] { return vendor_rows("vendor_no", "VENDOR_NAME"); });
-    cmbvendor_name.set_source([this] { return vendor_rows("VENDOR_NAME", "vendor_no"); });
+    cmbterm.set_source(rows_of(
+        "SELECT term_name, term_no FROM Payment_term_table WHERE term_no <> '00' ORDER BY term_no DESC"));
+    vendor_fields.fill();
     cmbdoctype.set_items({{kInvoice.caption}, {kDebitNote.caption}, {kCreditNote.caption}});
     cmbfreq.set_items({{"monthly"}, {"quarterly"}});
 }
 
 void APform_invoice::connect_handlers() {
-    cmbvendor.on_item_select = [this] { cmbvendor_ItemSelect(); };
-    cmbvendor_name.on_item_select = [this] { cmbvendor_name_ItemSelect(); };
+    vendor_fields.on_chosen = [this] { refresh_vendor_address(); };
     cmbterm.on_item_select = [this] { cmbterm_ItemSelect(); };
     txtinvdate.on_change = [this] { txtinvdate_change(); };
     cmbcurrency.on_item_select = [this] { cmbcurrency_itemselect(); };
@@ -73,25 +50,12 @@ void APform_invoice::connect_handlers() {
     grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
 }
 
-void APform_invoice::cmbvendor_ItemSelect() {
-    const auto name = cmbvendor.chosen(1);
-    if (name && !name->empty()) cmbvendor_name.set(*name);
-    refresh_vendor_address();
-}
-
-void APform_invoice::cmbvendor_name_ItemSelect() {
-    const auto number = cmbvendor_name.chosen(1);
-    if (number && !number->empty()) cmbvendor.set(*number);
-    refresh_vendor_address();
-}
-
 void APform_invoice::cmbterm_ItemSelect() {
     if (!entering() || cmbterm.empty()) return;
     step("cmbterm_ItemSelect", [&] {
         const auto term_no = cmbterm.chosen(1);
         if (!term_no) return;
-        const auto term = kernel().read(
-            fmt::format("SELECT * FROM Payment_term_table WHERE term_no = {}", quoted(*term_no)));
+        const auto term = kernel().find("Payment_term_table", {{"term_no", *term_no}});
         if (term.at_eof()) return;
         txtterm.set(term.text("duedays"));
         const auto invoice_date = date_in(txtinvdate);
@@ -172,9 +136,8 @@ void APform_invoice::gencode_new() {
     cmbcurrency.set(context().BASE_CURRENCY);
     step("take the vendor's currency", [&] {
         if (cmbvendor.empty()) return;
-        const auto vendor = kernel().read(
-            fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
-        if (!vendor.at_eof() && !vendor.field("Currency").is_null()) cmbcurrency.set(vendor.text("Currency"));
+        const auto currency = kernel().look_up("Vendor_table", {{"vendor_no", cmbvendor.text()}}, "Currency");
+        if (currency && !currency->is_null()) cmbcurrency.set(currency->text());
     });
     if (!foreign()) close_rate();
     clear_arrays();
@@ -207,10 +170,9 @@ void APform_invoice::refresh_vendor_address() {
     if (!frame_address.visible()) return;
     txtvendor_address.set("");  // not the last vendor's, should this one not be found
     step("vendor_address", [&] {
-        const auto vendor = kernel().read(
-            fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
-        txtvendor_address.set(vendor.at_eof() ? std::string{}
-                                              : vendor.text("VENDOR_NAME") + "\n" + vendor.text("address"));
+        const auto row = kernel().find("Vendor_table", {{"vendor_no", cmbvendor.text()}});
+        txtvendor_address.set(row.at_eof() ? std::string{}
+                                           : row.text("VENDOR_NAME") + "\n" + row.text("address"));
     });
 }
 

@@ -65,7 +65,7 @@ void APform_invoice::preview() {
         "(AP_header_table INNER JOIN AP_transaction_table ON AP_header_table.fkey = "
         "AP_transaction_table.fkey)";
     // A vendor that nobody knows must not keep the document from being printed.
-    if (vendor_name(cmbvendor.text()).has_value()) {
+    if (vendor_fields.name_of(cmbvendor.text())) {
         fields += ", Vendor_table.VENDOR_NAME";
         tables = fmt::format(
             "({} INNER JOIN Vendor_table ON AP_header_table.vendor_no = Vendor_table.vendor_no)", tables);

@@ -147,15 +147,9 @@ void APform_invoice::assign2control(Recordset& header) {
     open_documents.get_list_open_doc();
 }
 
-std::optional<std::string> APform_invoice::vendor_name(const std::string& vendor_no) {
-    const auto vendor = kernel().read(
-        fmt::format("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
-    return vendor.at_eof() ? std::nullopt : std::optional(vendor.text("VENDOR_NAME"));
-}
-
 // By their keys: the lists of vendors and terms are not fetched for that.
 void APform_invoice::show_vendor_and_term(const std::string& vendor_no, const std::string& term_no) {
-    if (const auto name = vendor_name(vendor_no)) cmbvendor_name.set(*name);
+    if (const auto name = vendor_fields.name_of(vendor_no)) cmbvendor_name.set(*name);
     refresh_vendor_address();
     // The term list leaves "00" out, so a document with that term shows none.
     const auto term = kernel().read(fmt::format(

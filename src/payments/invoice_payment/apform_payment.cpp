@@ -31,7 +31,7 @@ APform_payment::APform_payment(frame::HostContext context, std::shared_ptr<kerne
                                frame::Desk& desk)
     : PaymentForm(kKind, std::move(context), std::move(kernel), desk) {
     txtid.set_visible(false);
-    vendor.on_chosen = [this] { vendor_chosen(); };
+    vendor_fields.on_chosen = [this] { vendor_chosen(); };
 }
 
 void APform_payment::Form_Load() {
@@ -46,7 +46,7 @@ void APform_payment::Form_Load() {
 
 void APform_payment::initform_control() {
     PaymentForm::initform_control();
-    vendor.fill();
+    vendor_fields.fill();
 }
 
 void APform_payment::init_grid() {
@@ -121,7 +121,7 @@ void APform_payment::assign2control(Recordset& header) {
     txttotal.set(money("total_amount"));
     txttotal_base.set(money("total_base_amount"));
     label_total_currency.set_caption(header.text("total_currency"));
-    const auto name = vendor.name_of(cmbvendor.text());
+    const auto name = vendor_fields.name_of(cmbvendor.text());
     if (!name) return;
     cmbvendor_name.set(*name);
     txtremit.set(*name);  // payments of invoices store no payee of their own

@@ -77,8 +77,8 @@ class APform_payment : public PaymentForm {
     // Adds the discount of a payment's line to its item.
     void update_discount_taken(const std::string& ap_docno, const std::string& pay_item, double discount);
 
-    frame::VendorFields vendor{*this, cmbvendor, cmbvendor_name,
-                               frame::VendorFields::Unknown::empties_the_other};
+    frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
+                                      frame::VendorFields::Unknown::empties_the_other};
     ItemList items{*this};
     PaidItems paid_items{*this};
     PaymentPosting posting{*this};
