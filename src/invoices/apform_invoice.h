@@ -2,7 +2,6 @@
 //
 //   entry.cpp      defaults of a new document, terms and dates, currency and rate, vendor (header logic)
 //   lines.cpp      the line grid: cells, numbering, totals, loading
-//   tax_cells.cpp  the tax engine on the line grid, and the tax panels
 //   show.cpp       showing a stored document
 //   save.cpp       saving a new document in one transaction
 //   update.cpp     saving an edit
@@ -26,12 +25,12 @@
 
 #include "frame/document_form.h"
 #include "frame/fields/vendor_fields.h"
+#include "frame/tax_grid.h"
 #include "invoices/document/kinds.h"
 #include "invoices/document/open_documents.h"
 #include "invoices/templates/recurring_view.h"
 #include "invoices/templates/template_save.h"
 #include "kernel/gl_posting.h"
-#include "kernel/tax_engine.h"
 
 namespace brimley::invoices {
 
@@ -71,13 +70,10 @@ class APform_invoice : public frame::DocumentForm {
     controls::TextField txtnoinvoice{controls_, "txtnoinvoice"};
     controls::DateField txteffectdate{controls_, "txteffectdate"};
     controls::DateField txtexpiredate{controls_, "txtexpiredate"};
-    controls::Frame frame_tax{controls_, "frame_tax", "Tax Details Window"};
-    controls::Grid grid_tax{controls_, "grid_tax"};
-    controls::Frame frame_tax_summary{controls_, "frame_tax_summary", "Tax Summary Window"};
-    controls::Grid grid_tax_summary{controls_, "grid_tax_summary"};
 
     frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
                                       frame::VendorFields::Unknown::leaves_the_other};
+    frame::TaxGrid taxes;
     OpenDocuments open_documents{*this};
     RecurringView recurring{*this};
     TemplateSave template_save{*this};
@@ -96,13 +92,7 @@ class APform_invoice : public frame::DocumentForm {
     // Numbers the lines that hold an amount from 1, without gaps; their tax rows follow them.
     void get_itemno();
     void totalamt_calculate();
-    // Recomputes the line's tax rows and cells after a change of this cell.
-    void tax_calculate_from_xarray(int row, kernel::TaxMode mode);
-    void get_tax_itemno(const std::string& pay_item);
-    void get_tax_summary();
-    void display_tax_details();
-    void display_tax_summary();
-    void mnutax_summary_click() { display_tax_summary(); }
+    void mnutax_summary_click() { taxes.display_tax_summary(); }
     [[nodiscard]] int get_column(std::string_view caption) const { return dbgrid1.get_column(caption); }
     void get_columnx(std::string_view caption, int row, std::string_view text) {
         dbgrid1.set_cell(row, caption, text);
@@ -150,7 +140,7 @@ class APform_invoice : public frame::DocumentForm {
     void initform_control() override;
     void init_grid() override;
     [[nodiscard]] std::vector<controls::Grid*> grids() override {
-        return {&dbgrid1, &grid_tax, &grid_tax_summary};
+        return {&dbgrid1, &taxes.grid_tax, &taxes.grid_tax_summary};
     }
     void execute_own(int id) override;
     [[nodiscard]] std::string doctype_of_walk() override;
@@ -165,7 +155,7 @@ class APform_invoice : public frame::DocumentForm {
         return open_documents.walk_list(direction);
     }
     void record_shown_by_walk() override;
-    void record_stepped() override;
+    void record_stepped() override { taxes.document_changed(); }
     void preview() override;
     void insert_line() override;
     void delete_line() override;
@@ -213,23 +203,11 @@ class APform_invoice : public frame::DocumentForm {
     void dbgrid1_BeforeColUpdate(controls::CellEdit& edit);
     void dbgrid1_AfterColUpdate(int column);
     void ddacc_rowchange();
-    [[nodiscard]] bool tax_code_is_listed(const std::string& tax_code);
     void load_line(int row, const store::Recordset& line);
-    void load_tax_slots(const store::Recordset& line);
-    void take_shares_of_code(kernel::TaxRow& row);
     [[nodiscard]] double cell_money(int row, const char* caption) const;
     void set_cell_money(int row, const char* caption, double amount);
     [[nodiscard]] bool counts_as_line(int row) const;
     void lines_moved();
-
-    // tax_cells.cpp
-    void grid_tax_BeforeColUpdate(controls::CellEdit& edit);
-    void grid_tax_AfterColUpdate(int column);
-    void refresh_tax_panels();
-    void write_line_amounts(int row, kernel::TaxMode mode, double amount, double tax);
-    void change_rate(int row);
-    void change_tax(int row);
-    [[nodiscard]] int row_of_item(const std::string& pay_item) const;
 
     // save.cpp
     [[nodiscard]] std::optional<NewDocument> validate_new();
@@ -250,7 +228,6 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool write_line(store::Recordset& lines, store::Recordset& header, int row,
                                   const std::string& ap_accno);
     [[nodiscard]] bool append_description(store::Recordset& lines, int row, bool line_stored);
-    [[nodiscard]] bool write_tax_slots(store::Recordset& lines, const std::string& pay_item);
 
     // update.cpp
     [[nodiscard]] bool made_here() const { return txtsource.text() == kSource; }
@@ -290,9 +267,7 @@ class APform_invoice : public frame::DocumentForm {
 
     int line_rows = 0;     // the highest grid row that editing has reached
     double old_total = 0;  // txttotal of the document as loaded; 0 for a new one
-    kernel::TaxRows tax_rows;
     controls::DropDown ddacc;
-    controls::DropDown ddtax;
     std::string default_cash_accno, default_ap_accno;
 };
 

@@ -49,11 +49,11 @@ void APform_invoice::execute_own(int id) {
             origin_doc();
             break;
         case kTaxDetails:
-            display_tax_details();
+            taxes.display_tax_details();
             frame_status.refresh();
             break;
         case kTaxSummary:
-            display_tax_summary();
+            mnutax_summary_click();
             frame_status.refresh();
             break;
         case kViewInvoice:
@@ -118,11 +118,6 @@ void APform_invoice::record_shown_by_walk() {
     press_view(kind == kCreditNote.caption  ? kViewCreditNote
                : kind == kDebitNote.caption ? kViewDebitNote
                                             : kViewInvoice);
-}
-
-void APform_invoice::record_stepped() {
-    frame_tax.set_visible(false);
-    if (frame_tax_summary.visible()) get_tax_summary();
 }
 
 std::string APform_invoice::edit_refusal() {

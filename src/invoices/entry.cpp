@@ -43,11 +43,10 @@ void APform_invoice::connect_handlers() {
     dbgrid1.on_before_update = [this](controls::CellEdit& edit) { dbgrid1_BeforeColUpdate(edit); };
     dbgrid1.on_after_update = [this](int column) { dbgrid1_AfterColUpdate(column); };
     dbgrid1.on_row_col_change = [this](int old_row, int old_column) {
-        if (dbgrid1.row() != old_row) refresh_tax_panels();
+        if (dbgrid1.row() != old_row) taxes.refresh_panels();
         font_bar.follow_column(old_column);
     };
-    grid_tax.on_before_update = [this](controls::CellEdit& edit) { grid_tax_BeforeColUpdate(edit); };
-    grid_tax.on_after_update = [this](int column) { grid_tax_AfterColUpdate(column); };
+    taxes.on_computed = [this] { totalamt_calculate(); };
 }
 
 void APform_invoice::cmbterm_ItemSelect() {

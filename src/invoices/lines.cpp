@@ -15,7 +15,6 @@ using controls::CellEdit;
 using kernel::format_money;
 using kernel::is_numeric;
 using kernel::money_value;
-using kernel::TaxMode;
 using store::quoted;
 using store::Recordset;
 
@@ -23,8 +22,6 @@ namespace {
 
 constexpr int kLineRowsMin = 21;
 constexpr int kLineRowsSpare = 5;
-constexpr int kTaxPanelRows = 5;
-constexpr int kTaxSlots = 5;
 
 enum class Shown { text, money, date, flag };
 
@@ -67,8 +64,6 @@ store::Value field_or_null(const Recordset& row, const std::string& field) {
     return row.has_field(field) ? row.field(field) : store::Value();
 }
 
-std::string slot_field(const char* field, int slot) { return field + std::to_string(slot); }
-
 }  // namespace
 
 void APform_invoice::init_grid() {
@@ -84,31 +79,17 @@ void APform_invoice::init_grid() {
                  });
                  return rows;
              }};
-    ddtax = {{"tax", "description"}, {}, [this] {
-                 std::vector<std::vector<std::string>> rows;
-                 step("ddtax", [&] {
-                     auto codes = kernel().read("SELECT tax_code as tax,description FROM Tax_code_table");
-                     for (; !codes.at_eof(); codes.MoveNext()) {
-                         rows.push_back({codes.text("tax"), codes.text("description")});
-                     }
-                 });
-                 return rows;
-             }};
     for (controls::GridColumn& column : dbgrid1.columns) {
         if (column.caption == "purchase account") column.drop_down = &ddacc;
-        if (column.caption == "tax code") column.drop_down = &ddtax;
     }
+    taxes.connect_drop_down();
 }
 
 void APform_invoice::clear_arrays() {
     line_rows = 0;
-    tax_rows.clear();
+    taxes.clear();
     dbgrid1.array.dimension(kLineRowsMin);
-    grid_tax.array.dimension(kTaxPanelRows);
-    grid_tax_summary.array.dimension(kTaxPanelRows);
     dbgrid1.rebind();
-    grid_tax.rebind();
-    grid_tax_summary.rebind();
 }
 
 double APform_invoice::cell_money(int row, const char* caption) const {
@@ -132,7 +113,7 @@ void APform_invoice::get_itemno() {
         if (!old_number.empty()) new_numbers[old_number] = number;
         dbgrid1.set_cell(row, "pay item", number);
     }
-    tax_rows.renumber([&](const std::string& old_number) { return new_numbers[old_number]; });
+    taxes.tax_rows.renumber([&](const std::string& old_number) { return new_numbers[old_number]; });
 }
 
 void APform_invoice::totalamt_calculate() {
@@ -158,25 +139,13 @@ void APform_invoice::dbgrid1_BeforeColEdit(const CellEdit& edit) {
     }
 }
 
-// The list is the whole of Tax_code_table, whatever the transaction type.
-bool APform_invoice::tax_code_is_listed(const std::string& tax_code) {
-    bool listed = false;
-    step("find tax code", [&] {
-        listed = !kernel()
-                      .read(fmt::format("SELECT tax_code FROM Tax_code_table WHERE tax_code = {}",
-                                        quoted(tax_code)))
-                      .at_eof();
-    });
-    return listed;
-}
-
 void APform_invoice::dbgrid1_BeforeColUpdate(CellEdit& edit) {
     const auto refuse = [&](const char* text) {
         tell(text);
         edit.cancel = true;
     };
     if (edit.caption == "tax code") {
-        if (!edit.new_text.empty() && !tax_code_is_listed(edit.new_text)) refuse("Invalid tax code");
+        edit.cancel = !taxes.accepts_tax_code(edit.new_text);
         return;
     }
     const bool gross = edit.caption == "gross amount";
@@ -200,17 +169,13 @@ void APform_invoice::dbgrid1_AfterColUpdate(int column) {
     line_rows = std::max(line_rows, row);
     const std::string& caption = dbgrid1.columns.at(static_cast<std::size_t>(column)).caption;
     step("dbgrid1_AfterColUpdate", [&] {
-        std::optional<TaxMode> changed;
-        if (caption == "gross amount") changed = TaxMode::gross_amount;
-        if (caption == "taxable amount") changed = TaxMode::taxable_amount;
-        if (caption == "tax code") changed = TaxMode::tax_code;
-        if (changed) {
+        if (const auto mode = taxes.mode_of(caption)) {
             get_itemno();
-            tax_calculate_from_xarray(row, *changed);
+            taxes.tax_calculate_from_xarray(row, *mode);
         }
         if (caption == "purchase account") ddacc_rowchange();
         dbgrid1.rebind();
-        refresh_tax_panels();
+        taxes.refresh_panels();
     });
 }
 
@@ -228,7 +193,7 @@ void APform_invoice::lines_moved() {
     get_itemno();
     totalamt_calculate();
     dbgrid1.rebind();
-    refresh_tax_panels();
+    taxes.refresh_panels();
 }
 
 void APform_invoice::insert_line() {
@@ -240,7 +205,7 @@ void APform_invoice::insert_line() {
 
 void APform_invoice::delete_line() {
     if (!dbgrid1.allow_delete) return;
-    tax_rows.remove_item(dbgrid1.cell(dbgrid1.row(), "pay item"));
+    taxes.tax_rows.remove_item(dbgrid1.cell(dbgrid1.row(), "pay item"));
     dbgrid1.array.delete_row(dbgrid1.row());
     if (dbgrid1.row() <= line_rows) line_rows = std::max(line_rows - 1, 0);
     lines_moved();
@@ -266,47 +231,6 @@ void APform_invoice::load_line(int row, const Recordset& line) {
     if (!account.at_eof()) dbgrid1.set_cell(row, "account name", account.text("accname"));
 }
 
-// A stored tax of nothing does not tell how it was divided; its code does.
-void APform_invoice::take_shares_of_code(kernel::TaxRow& row) {
-    const auto details = kernel().read(fmt::format(
-        "SELECT percent_refund, include_itemcost FROM Tax_code_details_table WHERE tax_code = {} AND "
-        "transaction_type = 'purchase' AND tax_authority = {}",
-        quoted(row.tax_code), quoted(row.authority)));
-    if (details.at_eof()) return;
-    row.percent_refund = details.number("percent_refund");
-    row.include_itemcost = details.flag("include_itemcost");
-}
-
-void APform_invoice::load_tax_slots(const Recordset& line) {
-    for (int slot = 1; slot <= kTaxSlots; ++slot) {
-        const std::string authority = field_or_null(line, slot_field("tax_authority", slot)).text();
-        if (authority.empty()) continue;
-        const auto amount = [&](const char* field) { return line.number(slot_field(field, slot)); };
-        kernel::TaxRow row;
-        row.sequence = std::to_string(slot);
-        row.authority = authority;
-        row.taxable_amount = format_money(amount("taxable_amount"));
-        row.rate = amount("tax_rate");
-        row.tax_amount = format_money(amount("tax_amount"));
-        row.taxable = line.flag(slot_field("taxable", slot));
-        row.pay_item = line.text("pay_item");
-        row.tax_code = line.text("tax_code");
-        row.include_tax = line.flag("include_tax") ? "True" : "False";
-        row.allocated = format_money(amount("tax_allocated"));
-        row.recoverable = format_money(amount("tax_recoverable"));
-        row.expensed = format_money(amount("tax_expensed"));
-        row.line_amount = line.text(line.flag("include_tax") ? "gross_amount" : "taxable_amount");
-        const double tax = amount("tax_amount");
-        row.include_itemcost = amount("tax_expensed") == 0;
-        if (tax != 0) {
-            row.percent_refund = amount("tax_recoverable") * 100 / tax;
-        } else {
-            take_shares_of_code(row);
-        }
-        tax_rows.all().push_back(std::move(row));
-    }
-}
-
 void APform_invoice::assign2_dbgrid1(Recordset& lines) {
     const int stored = static_cast<int>(lines.RecordCount());
     clear_arrays();
@@ -314,13 +238,13 @@ void APform_invoice::assign2_dbgrid1(Recordset& lines) {
     int row = 0;
     for (; !lines.at_eof(); lines.MoveNext(), ++row) {
         load_line(row, lines);
-        load_tax_slots(lines);
+        taxes.load(lines);
     }
     line_rows = std::max(row - 1, 0);
     totalamt_calculate();
     old_total = money_value(txttotal.text());
     dbgrid1.rebind();
-    refresh_tax_panels();
+    taxes.refresh_panels();
 }
 
 }  // namespace brimley::invoices

@@ -1,41 +1,21 @@
 // The rows of a document's lines, written from the grid: for a new document, and again for an edited one.
 #include <array>
 #include <string>
-#include <vector>
 
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
 
 namespace brimley::invoices {
 
-using kernel::money_value;
 using store::DateTime;
 using store::Recordset;
 
 namespace {
 
-constexpr int kTaxSlots = 5;
-
 constexpr std::array kFieldsCopiedFromHeader{
     "Source",       "source_docno", "source_form", "docno",          "doctype",  "company",
     "fkey",         "vendor_no",    "invoice_no",  "invoice_date",   "Currency", "exchange_rate",
     "payment_term", "duedays",      "early_days",  "early_discount", "due_date", "discount_date"};
-
-// The fields of one tax authority in a line.
-struct TaxSlotFields {
-    std::string authority, taxable_amount, rate, amount, taxable, allocated, recoverable, expensed;
-};
-
-std::vector<TaxSlotFields> tax_slots() {
-    std::vector<TaxSlotFields> slots;
-    for (int slot = 1; slot <= kTaxSlots; ++slot) {
-        const auto field = [&](const char* name) { return name + std::to_string(slot); };
-        slots.push_back({field("tax_authority"), field("taxable_amount"), field("tax_rate"),
-                         field("tax_amount"), field("taxable"), field("tax_allocated"),
-                         field("tax_recoverable"), field("tax_expensed")});
-    }
-    return slots;
-}
 
 }  // namespace
 
@@ -86,7 +66,7 @@ bool APform_invoice::write_line(Recordset& lines, Recordset& header, int row, co
     if (const std::string tax_code = dbgrid1.cell(row, "tax code"); !tax_code.empty())
         lines.set("tax_code", tax_code);
     lines.set("po_accno", po_accno);
-    if (gross > 0 && !write_tax_slots(lines, pay_item)) return false;
+    if (gross > 0 && !taxes.store(lines, pay_item)) return false;
     lines.set("period", header.field("period"));
     lines.set("fyear", header.field("fyear"));
     const DateTime now = desk().now();
@@ -98,30 +78,6 @@ bool APform_invoice::write_line(Recordset& lines, Recordset& header, int row, co
         lines.set(field, header.field(field));
     lines.set("ap_accno", ap_accno);
     lines.Update();
-    return true;
-}
-
-bool APform_invoice::write_tax_slots(Recordset& lines, const std::string& pay_item) {
-    const auto rows = tax_rows.of_item(pay_item);
-    if (rows.empty()) {
-        tell("cannot find tax element for pay item " + pay_item);
-        return false;
-    }
-    static const std::vector<TaxSlotFields> kSlots = tax_slots();
-    auto slot = kSlots.begin();
-    for (const kernel::TaxRow* row : rows) {
-        if (slot == kSlots.end())
-            break;  // further authorities count in the tax but have no place in the line
-        lines.set(slot->authority, row->authority);
-        lines.set(slot->taxable_amount, money_value(row->taxable_amount));
-        lines.set(slot->rate, row->rate);
-        lines.set(slot->amount, money_value(row->tax_amount));
-        lines.set(slot->taxable, row->taxable);
-        lines.set(slot->allocated, money_value(row->allocated));
-        lines.set(slot->recoverable, money_value(row->recoverable));
-        lines.set(slot->expensed, money_value(row->expensed));
-        ++slot;
-    }
     return true;
 }
 

@@ -97,7 +97,7 @@ bool APform_invoice::gather_amounts(kernel::GlPosting& posting, const std::strin
 bool APform_invoice::gather_taxes(kernel::GlPosting& posting, const std::string& pay_item,
                                   const std::string& po_accno, double rate, AuthorityAccounts& authorities) {
     const double side = cmbdoctype.text() == kCreditNote.caption ? -1 : 1;
-    for (const kernel::TaxRow* row : tax_rows.of_item(pay_item)) {
+    for (const kernel::TaxRow* row : taxes.tax_rows.of_item(pay_item)) {
         const auto* accounts = authorities.find(row->authority);
         if (accounts == nullptr) return false;
         const double tax = money_value(row->tax_amount) * side;

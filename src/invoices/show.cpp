@@ -12,6 +12,16 @@ using store::Recordset;
 
 namespace {
 
+constexpr frame::TaxedLines kTaxedLines{.pay_item = "pay item",
+                                        .tax_code = "tax code",
+                                        .tax_amount = "tax amount",
+                                        .amount = "gross amount",
+                                        .net_amount = "taxable amount",
+                                        .open_amount = "open amount",
+                                        .stored_amount = "gross_amount",
+                                        .stored_net_amount = "taxable_amount",
+                                        .no_element = "cannot find tax element for pay item "};
+
 constexpr frame::FormIdentity kIdentity{"APform_invoice", "A/P Invoice", "\\Help\\AP Invoice Entry Help.pdf"};
 
 store::Value field_or_null(const Recordset& row, const char* field) {
@@ -22,15 +32,14 @@ store::Value field_or_null(const Recordset& row, const char* field) {
 
 APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                frame::Desk& desk)
-    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk) {
+    : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk),
+      taxes(*this, dbgrid1, kTaxedLines) {
     using Controls = std::initializer_list<controls::Control*>;
     for (controls::Control* control :
          Controls{&cmbfreq, &txtrecurdate, &txtnoinvoice, &txteffectdate, &txtexpiredate}) {
         control->lies_in(frame_recur);
     }
     txtvendor_address.lies_in(frame_address);
-    grid_tax.lies_in(frame_tax);
-    grid_tax_summary.lies_in(frame_tax_summary);
     for (controls::Control* hidden : Controls{&frame_address, &frame_recur, &cmbopendoc, &txtrecurname}) {
         hidden->set_visible(false);
     }
@@ -43,8 +52,6 @@ APform_invoice::APform_invoice(frame::HostContext context, std::shared_ptr<kerne
 void APform_invoice::Form_Load() {
     clear_arrays();
     load_document_form();
-    frame_tax.set_visible(false);
-    frame_tax_summary.set_visible(false);
     step("default accounts", [&] {
         default_cash_accno = kernel().parameter_account("GL", "Default Cash account");
         default_ap_accno = kernel().parameter_account("AP", "Default account payable account");
@@ -69,14 +76,14 @@ std::string APform_invoice::doctype_of_walk() {
 void APform_invoice::grid_readmode() {
     if (is_open() && mode() == frame::Mode::read) return;
     DocumentForm::grid_readmode();
-    grid_tax.allow_update = false;
+    taxes.set_editable(false);
     chkrecur.set_enabled(true);
     set_field(cmbopendoc, FieldState::open);
 }
 
 void APform_invoice::grid_newmode() {
     DocumentForm::grid_newmode();
-    grid_tax.allow_update = true;  // rates and taxes of a line are changed there
+    taxes.set_editable(true);  // rates and taxes of a line are changed there
     for (controls::TextField* total : {&txtgross, &txttax, &txttotal})
         set_field(*total, FieldState::read_only);
     chkrecur.set_visible(true);
@@ -107,7 +114,7 @@ void APform_invoice::grid_editmode() {
     for (controls::Control* control : Controls{&cmbvendor, &cmbvendor_name})
         set_field(*control, chkrecur.is_set() ? FieldState::open : FieldState::read_only);
     set_lines_editable(own);
-    grid_tax.allow_update = own;
+    taxes.set_editable(own);
 }
 
 void APform_invoice::assign2control(Recordset& header) {

@@ -86,6 +86,15 @@ double compute_tax(TaxMode mode, double amount, double base, double rate) {
     return 0;
 }
 
+void take_shares_of_code(ModuleG3& kernel, TaxRow& row) {
+    const auto details = kernel.find(
+        "Tax_code_details_table",
+        {{"tax_code", row.tax_code}, {"transaction_type", "purchase"}, {"tax_authority", row.authority}});
+    if (details.at_eof()) return;
+    row.percent_refund = details.number("percent_refund");
+    row.include_itemcost = details.flag("include_itemcost");
+}
+
 std::vector<TaxRow*> TaxRows::of_item(std::string_view pay_item) {
     std::vector<TaxRow*> found;
     for (TaxRow& row : rows_) {
@@ -121,11 +130,11 @@ TaxTotals TaxRows::recompute(std::string_view pay_item, double amount, TaxMode m
 }
 
 TaxTotals TaxRows::rebuild(ModuleG3& kernel, std::string_view pay_item, std::string_view tax_code,
-                           double amount, TaxMode mode) {
+                           double amount, TaxMode mode, std::size_t rows_max) {
     LineState line;
     std::size_t sequence = 1;
-    for (auto authority = kernel.read(authorities_query(tax_code)); !authority.at_eof();
-         authority.MoveNext()) {
+    for (auto authority = kernel.read(authorities_query(tax_code));
+         !authority.at_eof() && sequence <= rows_max; authority.MoveNext()) {
         TaxRow row = row_of_authority(authority, pay_item, tax_code, sequence++);
         const double tax =
             within_limits(compute_tax(mode, amount, line.tax_on_tax_base, row.rate), authority);

@@ -8,6 +8,7 @@
 // tax on tax the two are not inverses of each other, on purpose, and no correction is attempted.
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -57,6 +58,9 @@ struct TaxSplit {
 // tax_code it is 0.
 [[nodiscard]] double compute_tax(TaxMode mode, double amount, double base, double rate);
 
+// Divides a later tax of the row as its code and authority say today. A code that is gone says nothing.
+void take_shares_of_code(ModuleG3& kernel, TaxRow& row);
+
 // All authority rows of one document, the rows of a line together in the order of their sequence.
 class TaxRows {
   public:
@@ -78,9 +82,10 @@ class TaxRows {
 
     // Computes the line's rows afresh from what they hold. Limits are not applied on this road.
     [[nodiscard]] TaxTotals recompute(std::string_view pay_item, double amount, TaxMode mode);
-    // Builds the line's rows from the code's authorities. Limits apply.
+    // Builds the line's rows from the code's authorities, of many only the first. Limits apply.
     [[nodiscard]] TaxTotals rebuild(ModuleG3& kernel, std::string_view pay_item, std::string_view tax_code,
-                                    double amount, TaxMode mode);
+                                    double amount, TaxMode mode,
+                                    std::size_t rows_max = std::numeric_limits<std::size_t>::max());
 
   private:
     std::vector<TaxRow> rows_;

@@ -35,10 +35,10 @@ class StoredTaxes : public ::testing::Test {
             ASSERT_EQ(form().press(panel), controls::Refusal::none);
     }
     [[nodiscard]] invoices::APform_invoice& form() { return *user.ap.frm_invoice; }
-    [[nodiscard]] std::string detail(const char* caption) { return form().grid_tax.cell(0, caption); }
+    [[nodiscard]] std::string detail(const char* caption) { return form().taxes.grid_tax.cell(0, caption); }
     [[nodiscard]] std::string line(const char* caption) { return form().dbgrid1.cell(0, caption); }
     [[nodiscard]] std::string summary(const char* caption) {
-        return form().grid_tax_summary.cell(0, caption);
+        return form().taxes.grid_tax_summary.cell(0, caption);
     }
     // Allocated, recoverable and expensed tax of the panel.
     [[nodiscard]] std::string parts() {
@@ -46,8 +46,8 @@ class StoredTaxes : public ::testing::Test {
     }
     void change_rate(const char* rate) {
         form().grid_newmode();  // the panel takes no entry before
-        const int column = form().grid_tax.get_column("rate");
-        ASSERT_EQ(form().grid_tax.edit_cell(0, column, rate), controls::Refusal::none);
+        const int column = form().taxes.grid_tax.get_column("rate");
+        ASSERT_EQ(form().taxes.grid_tax.edit_cell(0, column, rate), controls::Refusal::none);
     }
 
     CompanyCopy company{sample_original()};
