@@ -6,12 +6,12 @@
 #include "frame/working_period.h"
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
+#include "kernel/owing_balance.h"
 #include "kernel/user_dates.h"
 
 namespace brimley::invoices {
 
 using kernel::money_value;
-using kernel::Round;
 using store::DateTime;
 using store::quoted;
 using store::Recordset;
@@ -196,16 +196,10 @@ void APform_invoice::fill_header(Recordset& header, const NewDocument& document)
 }
 
 void APform_invoice::update_vendor_owing_balance() {
-    auto vendor = kernel().change("SELECT owing_balance FROM Vendor_table");
-    vendor.EditFirst({{"vendor_no", cmbvendor.text()}});
-    if (vendor.NoMatch()) return;
-    const double total = money_value(txttotal.text());
     const double side = cmbdoctype.text() == kCreditNote.caption ? -1 : 1;
-    const store::Value owing = vendor.field("owing_balance");
-    vendor.set("owing_balance",
-               owing.is_null() ? Round(total - old_total) * side
-                               : Round(vendor.number("owing_balance") + side * total - side * old_total));
-    vendor.Update();
+    kernel::change_owing_balance(kernel(), cmbvendor.text(),
+                                 {side * money_value(txttotal.text()), side * old_total},
+                                 kernel::kOwingOfSavedInvoice);
 }
 
 }  // namespace brimley::invoices

@@ -4,11 +4,11 @@
 #include "frame/transaction.h"
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
+#include "kernel/owing_balance.h"
 
 namespace brimley::invoices {
 
 using kernel::money_value;
-using kernel::Round;
 using store::quoted;
 using store::Recordset;
 
@@ -72,16 +72,10 @@ bool APform_invoice::write_void() {
     return true;
 }
 
-// A vendor without a balance keeps none.
 void APform_invoice::give_back_owing_balance() {
-    auto vendor = kernel().change(
-        fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
-    if (vendor.at_eof() || vendor.field("owing_balance").is_null()) return;
-    const double total = money_value(txttotal.text());
-    const double side = cmbdoctype.text() == kCreditNote.caption ? -1 : 1;
-    vendor.Edit();
-    vendor.set("owing_balance", Round(vendor.number("owing_balance") - side * total));
-    vendor.Update();
+    const double side = cmbdoctype.text() == kCreditNote.caption ? 1 : -1;
+    kernel::change_owing_balance(kernel(), cmbvendor.text(), {side * money_value(txttotal.text())},
+                                 kernel::kOwingOfVoidedInvoice);
 }
 
 // --- hold ---

@@ -4,11 +4,11 @@
 #include <fmt/format.h>
 
 #include "kernel/money.h"
+#include "kernel/owing_balance.h"
 
 namespace brimley::payments {
 
 using kernel::format_money;
-using kernel::Round;
 using store::quoted;
 using store::Recordset;
 
@@ -138,18 +138,10 @@ void APform_payment::give_back_balances() {
     paid_items.update_prepayment_status(txtfkey.text(), true);
 }
 
-// In the currencies of the rows, added up as they are. A vendor without a balance gets one with the wrong
-// sign.
 void APform_payment::update_vendor_owing_balance(bool is_void) {
-    double sum = items.sum_paid();
-    if (is_void) sum = 0 - sum;
-    auto row = kernel().change(
-        fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
-    if (row.at_eof()) return;
-    row.Edit();
-    row.set("owing_balance",
-            row.field("owing_balance").is_null() ? Round(sum) : Round(row.number("owing_balance") - sum));
-    row.Update();
+    const double sum = items.sum_paid();
+    kernel::change_owing_balance(kernel(), cmbvendor.text(), {is_void ? sum : 0 - sum},
+                                 kernel::kOwingOfPayment);
 }
 
 }  // namespace brimley::payments
