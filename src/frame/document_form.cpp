@@ -227,13 +227,8 @@ std::optional<store::DateTime> DocumentForm::date_in(const controls::TextField& 
 }
 
 std::optional<store::DateTime> DocumentForm::required_date(const controls::DateField& field,
-                                                           const char* missing) {
-    const std::string& text = field.text();
-    if (text.find('/') == text.rfind('/')) {  // no date at all; whatever else is wrong the parser reports
-        tell(missing);
-        return std::nullopt;
-    }
-    return kernel::parse_user_date(text, context().BRIMLEY_DATE_FORMAT, desk());
+                                                           const std::string& missing) {
+    return kernel::required_user_date(field.text(), context().BRIMLEY_DATE_FORMAT, missing, desk());
 }
 
 void DocumentForm::take_period_of(const controls::DateField& field) {

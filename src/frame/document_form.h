@@ -116,7 +116,7 @@ class DocumentForm : public GridForm {
     [[nodiscard]] std::optional<store::DateTime> date_in(const controls::TextField& field) const;
     // The same after a message: `missing` when no date was given, the kernel's words when it is no date.
     [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
-                                                               const char* missing);
+                                                               const std::string& missing);
 
     // Every control whose name begins with one of the prefixes of fields, in any case of letters.
     enum class FieldState { open, read_only };

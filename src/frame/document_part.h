@@ -31,7 +31,7 @@ class DocumentPart : public FormPart {
         return form_.date_in(field);
     }
     [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
-                                                               const char* missing) const {
+                                                               const std::string& missing) const {
         return form_.required_date(field, missing);
     }
     // False after its message: none is given, or one that nobody uses. A slip of the pen must not open

@@ -81,13 +81,7 @@ bool APform_invoice::validate_rate() {
 }
 
 bool APform_invoice::validate_invoice_date(NewDocument& document) {
-    const std::string& text = txtinvdate.text();
-    const bool has_slashes = text.find('/') != std::string::npos && text.find('/') != text.rfind('/');
-    if (!has_slashes) {
-        tell("please specify invoice date");
-        return false;
-    }
-    const auto date = kernel::parse_user_date(text, context().BRIMLEY_DATE_FORMAT, desk());
+    const auto date = required_date(txtinvdate, "please specify invoice date");
     if (!date) return false;
     document.invoice_date = *date;
     return true;
@@ -96,14 +90,8 @@ bool APform_invoice::validate_invoice_date(NewDocument& document) {
 bool APform_invoice::validate_optional_dates(CheckedEntry& entry) {
     const auto read = [this](const controls::DateField& field, std::optional<DateTime>& date) {
         if (field.empty()) return true;
-        date = kernel::try_user_date(field.text(), context().BRIMLEY_DATE_FORMAT);
-        if (date) return true;
-        const std::string& text = field.text();
-        if (text.find('/') == text.rfind('/')) {
-            tell("Date is invalid (" + text + ")");
-            return false;
-        }
-        return kernel::parse_user_date(text, context().BRIMLEY_DATE_FORMAT, desk()).has_value();
+        date = required_date(field, "Date is invalid (" + field.text() + ")");
+        return date.has_value();
     };
     return read(txtdiscdate, entry.discount_date) && read(txtduedate, entry.due_date);
 }

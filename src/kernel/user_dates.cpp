@@ -32,7 +32,8 @@ std::optional<PartOrder> part_order(std::string_view date_format) {
     return std::nullopt;
 }
 
-// The date of three texts, or the message that tells what is wrong with them.
+// The date of three texts, or what is wrong with them; neither, without a message, for a text that is not
+// three.
 struct Composed {
     std::optional<DateTime> date;
     std::string text;  // "Jan 5, 2006"
@@ -100,6 +101,14 @@ Composed from_yyyymmdd(std::string_view text) {
 std::optional<DateTime> parse_user_date(std::string_view text, std::string_view date_format,
                                         Outside& outside) {
     const Composed composed = parse(text, date_format);
+    tell(composed, outside);
+    return composed.date;
+}
+
+std::optional<DateTime> required_user_date(std::string_view text, std::string_view date_format,
+                                           const std::string& missing, Outside& outside) {
+    const Composed composed = text.empty() ? Composed{} : parse(text, date_format);
+    if (!composed.date && composed.fault.empty()) outside.message(missing);
     tell(composed, outside);
     return composed.date;
 }

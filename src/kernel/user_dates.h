@@ -23,7 +23,11 @@ struct DateFormatRow {
 // two slashes is no date either, but no message is shown for it.
 [[nodiscard]] std::optional<store::DateTime> parse_user_date(std::string_view text,
                                                              std::string_view date_format, Outside& outside);
-// The same as a text "yyyymmdd".
+// As parse_user_date, with a message of the caller's for a text that is empty or has not two slashes.
+[[nodiscard]] std::optional<store::DateTime> required_user_date(std::string_view text,
+                                                                std::string_view date_format,
+                                                                const std::string& missing, Outside& outside);
+// As parse_user_date, the date as a text "yyyymmdd".
 [[nodiscard]] std::optional<std::string> user_date_to_yyyymmdd(std::string_view text,
                                                                const DateFormatRow& row, Outside& outside);
 // "20260115" in the user's format; empty gives empty, a bad text its message and empty.

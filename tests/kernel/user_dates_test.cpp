@@ -107,6 +107,26 @@ TEST_F(UserDates, EightDigitTextHasTwoDigitsForDayAndMonth) {
     EXPECT_THAT(outside.messages, ElementsAre("Month is invalid (13)"));
 }
 
+TEST_F(UserDates, RequiredDateHasAMessageOfTheCallersForAnEmptyTextAndOneWithoutTwoSlashes) {
+    const auto read_required = [&](const char* text, const char* format) {
+        const auto date = kernel::required_user_date(text, format, "please specify date", outside);
+        const auto told = outside.take_messages();
+        return date ? date->yyyymmdd() : told.size() == 1 ? told.front() : "no message, or several";
+    };
+    EXPECT_EQ(read_required("05/01/2006", "dd/mm/yyyy"), "20060105");
+    for (const char* text : {"", "  ", "01-01-2006", "01/012006", "next week"})
+        EXPECT_EQ(read_required(text, "dd/mm/yyyy"), "please specify date");
+    EXPECT_EQ(read_required("05/13/2006", "dd/mm/yyyy"), "Month is invalid (13)");
+    // The format is looked at before the text, and an empty text before the format.
+    for (const char* text : {"05/01/2006", "01-01-2006"})
+        EXPECT_EQ(read_required(text, "dd.mm.yyyy"), "Error : User_Form_Dateformat:date_format is not valid");
+    EXPECT_EQ(read_required("", "dd.mm.yyyy"), "please specify date");
+}
+
+TEST_F(UserDates, UnusableFormatHasItsMessageAlsoForATextWithoutSlashes) {
+    EXPECT_EQ(read("16.03.2026", "dd.mm.yyyy"), "Error : User_Form_Dateformat:date_format is not valid");
+}
+
 TEST_F(UserDates, EightDigitTextReturnsInTheUsersFormat) {
     const auto shown = [&](const char* format) {
         return kernel::yyyymmdd_to_user_date("20060105", DateFormatRow{format}, outside);

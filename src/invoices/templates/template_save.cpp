@@ -4,7 +4,6 @@
 
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
-#include "kernel/user_dates.h"
 
 namespace brimley::invoices {
 
@@ -52,19 +51,10 @@ const char* TemplateSave::fault_of_issue() const {
 
 bool TemplateSave::read_date(const controls::DateField& field, const char* missing, bool required,
                              std::optional<std::string>& yyyymmdd) {
-    const std::string& text = field.text();
-    const bool has_slashes = text.find('/') != text.rfind('/');
-    if (has_slashes) {
-        yyyymmdd = kernel::user_date_to_yyyymmdd(text, {context().BRIMLEY_DATE_FORMAT}, desk());
-        return yyyymmdd.has_value();
-    }
-    // The kernel has no message for a text without two slashes, which names no date.
-    if (required) {
-        tell(missing);
-    } else if (!text.empty()) {
-        tell("Date is invalid (" + text + ")");
-    }
-    return !required && text.empty();
+    if (!required && field.empty()) return true;
+    const auto date = required_date(field, required ? missing : "Date is invalid (" + field.text() + ")");
+    if (date) yyyymmdd = date->yyyymmdd();
+    return date.has_value();
 }
 
 std::optional<TemplateSave::Checked> TemplateSave::validate() {
