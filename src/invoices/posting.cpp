@@ -51,7 +51,7 @@ bool APform_invoice::insert_GL_record(const std::string& ap_accno) {
     const auto invoice_date = kernel::try_user_date(txtinvdate.text(), context().BRIMLEY_DATE_FORMAT);
     if (!invoice_date) return false;
     kernel::GlDocument document = gl_document(*invoice_date);
-    const double rate = document.rate_doc_to_base;
+    const double rate = document.rate_doc_to_base.value_or(0);
     kernel::GlPosting posting(kernel(), kernel::gl_rules(kernel::GlForm::invoice), std::move(document));
     const bool posted = posting.open() && gather_amounts(posting, ap_accno, rate) && posting.write_lines() &&
                         posting.write_rounding() && posting.finish();

@@ -55,7 +55,8 @@ void GlPosting::add_header_row() {
     if (rules_.texts.header_source_form != nullptr)
         header_row_.set("source_form", rules_.texts.header_source_form);
     header_row_.set("Currency", document_.Currency);
-    if (document_.foreign()) header_row_.set("exchange_rate", document_.rate_doc_to_base);
+    if (document_.foreign() && document_.rate_doc_to_base)
+        header_row_.set("exchange_rate", *document_.rate_doc_to_base);
     header_row_.set("period", document_.period);
     header_row_.set("fyear", document_.fyear);
     header_row_.set("user_created", document_.user);

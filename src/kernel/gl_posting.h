@@ -29,7 +29,9 @@ struct GlDocument {
     std::string source_docno;  // the number of the form's document
     std::string Currency;
     std::string base_currency;
-    double rate_doc_to_base = 1;  // base units per unit of Currency; 1 for a base-currency document
+    // Base units per unit of Currency; 1 for a base-currency document, nothing for a foreign one without a
+    // rate.
+    std::optional<double> rate_doc_to_base = 1;
     std::string period;
     std::string fyear;
     std::string user;

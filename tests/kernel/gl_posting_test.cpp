@@ -277,7 +277,7 @@ TEST_F(GlPostings, WhatIsToldAheadIsAskedLater) {
         listening.workspace->BeginTrans();
         GlPosting posting(its_kernel, gl_rules(GlForm::invoice), document);
         ASSERT_TRUE(posting.open());
-        const double rate = document.rate_doc_to_base;
+        const double rate = *document.rate_doc_to_base;
         posting.add("2100", 100, 100 * rate);
         posting.add("5000", 100, 100 * rate);
         ASSERT_TRUE(posting.write_lines() && posting.write_rounding() && posting.finish());
@@ -364,6 +364,14 @@ TEST_F(GlPostings, RoundingLineOfAPaymentHasTheRateOfTheDocument) {
     EXPECT_TRUE(post(foreign_document(1.25), {{"5000", 100, 125}, {"2100", 100, 125.01}}, GlForm::payment));
     EXPECT_EQ(company.list("SELECT Currency, exchange_rate FROM GL_transaction_table WHERE accno = '7510'"),
               "USD 1.25");
+}
+
+TEST_F(GlPostings, ForeignDocumentWithoutARateStoresNone) {
+    GlDocument document = foreign_document(1.25);
+    document.rate_doc_to_base.reset();
+    EXPECT_TRUE(post(document, {{"5000", 100, 125}, {"2100", 100, 125.01}}, GlForm::payment));
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_header_table"), "-");
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_transaction_table WHERE accno = '7510'"), "-");
 }
 
 TEST_F(GlPostings, LongNumberOfAPaymentIsNamedFirst) {

@@ -20,6 +20,7 @@ bool PaymentPosting::insert_GL_record(const std::string& vendor_no, const std::s
     if (!payment_date) return false;
     kernel::GlDocument document = gl_document(*payment_date);
     document.vendor_no = vendor_no;
+    if (form_.cmbexrate.empty()) document.rate_doc_to_base.reset();
     kernel::GlPosting posting(kernel(), kernel::gl_rules(kernel::GlForm::payment), std::move(document));
     if (!posting.open()) return false;
     const std::string ap_accno = form_.get_apaccno(vendor_no);
