@@ -41,6 +41,27 @@ TEST_F(FormEdges, HostWithoutAWorkspaceIsToldThatTheSaveFailed) {
     EXPECT_EQ(company.list("SELECT docno FROM AP_header_table"), "");
 }
 
+TEST_F(FormEdges, TaxAuthorityThatIsGoneFailsTheSaveSilently) {
+    auto& form = show();
+    enter(form, {"Invoice", "V1001", "USD", "", {{"5000", "GST5", "gross amount", "105"}}});
+    company.db().Execute("DELETE * FROM Tax_authority_table WHERE tax_authority = 'GST'");
+    EXPECT_EQ(form.press(101), Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new Invoice failed"));
+    EXPECT_EQ(company.list("SELECT docno FROM AP_header_table"), "");
+}
+
+TEST_F(FormEdges, TaxAuthorityWithoutARecoverableAccountFailsTheSaveSilently) {
+    auto authority = company.dynaset("SELECT * FROM Tax_authority_table WHERE tax_authority = 'GST'");
+    authority.Edit();
+    authority.set("acc_recoverable", store::Value());
+    authority.Update();
+    auto& form = show();
+    enter(form, {"Invoice", "V1001", "USD", "", {{"5000", "GST5", "gross amount", "105"}}});
+    EXPECT_EQ(form.press(101), Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new Invoice failed"));
+    EXPECT_EQ(company.list("SELECT docno FROM AP_header_table"), "");
+}
+
 TEST_F(FormEdges, ControlsOfAClosedFormAreOutOfReach) {
     auto& form = show();
     EXPECT_EQ(form.txtdocno.type("IP-26-00001"), Refusal::none);

@@ -188,6 +188,12 @@ TEST_F(GlPostings, ForeignLinesAreKeptInBothAmounts) {
     EXPECT_EQ(balance("2100", "A"), "125 -");
 }
 
+TEST_F(GlPostings, BaseDocumentHasNoRate) {
+    EXPECT_TRUE(post({{"2100", 1}, {"5000", 1}}));
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_header_table"), "-");
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_transaction_table"), "- | -");
+}
+
 TEST_F(GlPostings, ForeignDocumentOpensItsAccountsForTheCurrency) {
     EXPECT_TRUE(post(foreign_document(1.25), {{"2100", 100, 125}, {"1300", 100, 125}}));
     EXPECT_EQ(company.list("SELECT accno, revalue FROM Account_currency_table WHERE accno = '1300'"),
