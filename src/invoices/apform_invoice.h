@@ -4,10 +4,9 @@
 //   lines.cpp      the line grid: cells, numbering, totals, loading
 //   show.cpp       showing a stored document
 //   save.cpp       saving a new document in one transaction
-//   update.cpp     saving an edit
+//   document/      saving an edit; void, hold and release; the list of open documents
 //   lines_save.cpp the rows of a document's lines, new or edited
 //   posting.cpp    the GL document of an invoice, and its reversal
-//   void_hold.cpp  void, hold and release
 //   templates/     the view of recurring templates, showing one, and saving a new one
 //   commands.cpp   toolbar and views
 //   links.cpp      requests to the host
@@ -26,8 +25,12 @@
 #include "frame/document_form.h"
 #include "frame/fields/vendor_fields.h"
 #include "frame/tax_grid.h"
+#include "invoices/document/checked_entry.h"
+#include "invoices/document/invoice_update.h"
 #include "invoices/document/kinds.h"
 #include "invoices/document/open_documents.h"
+#include "invoices/document/stored_invoice.h"
+#include "invoices/document/void_hold.h"
 #include "invoices/templates/recurring_view.h"
 #include "invoices/templates/template_save.h"
 #include "kernel/gl_posting.h"
@@ -77,6 +80,9 @@ class APform_invoice : public frame::DocumentForm {
     OpenDocuments open_documents{*this};
     RecurringView recurring{*this};
     TemplateSave template_save{*this};
+    StoredInvoice stored_rows{*this};
+    InvoiceUpdate update{*this};
+    VoidAndHold void_hold{*this};
 
     // --- what hosts steer ---
     void gencode_new() override;
@@ -116,7 +122,7 @@ class APform_invoice : public frame::DocumentForm {
     // True when the document was saved. Every failure has had its message, and nothing of it is left. An
     // entry with chkrecur is saved as a template.
     [[nodiscard]] bool insert_new_record() override;
-    [[nodiscard]] bool Update_record() override;
+    [[nodiscard]] bool Update_record() override { return update.Update_record(); }
     // The GL document of what is on screen; txtglfkey is its key then. Inside the caller's transaction.
     [[nodiscard]] bool insert_GL_record(const std::string& ap_accno);
     // Reverses the GL document in txtglfkey, if it has one. Inside the caller's transaction.
@@ -125,9 +131,9 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] std::string get_apaccno(const std::string& vendor_no);
 
     // --- acts on a saved document; each tests, asks, and runs its own transaction ---
-    void void_invoice();
-    void hold_invoice();
-    void release_hold();
+    void void_invoice() { void_hold.void_invoice(); }
+    void hold_invoice() { void_hold.hold_invoice(); }
+    void release_hold() { void_hold.release_hold(); }
 
     // --- requests to the host ---
     void origin_doc();
@@ -165,16 +171,12 @@ class APform_invoice : public frame::DocumentForm {
   private:
     friend class RecurringView;
     friend class TemplateSave;
+    friend class InvoiceUpdate;
 
     // What the validation of a save has read, for the writing that follows.
     struct Term {
         std::string term_no;
         store::Value duedays, early_days, early_discount;
-    };
-    struct CheckedEntry {
-        std::optional<store::DateTime> due_date, discount_date;
-        double period = 0;  // as typed; a whole number unless the user had other plans
-        std::string ap_accno;
     };
     struct NewDocument : CheckedEntry {
         Term term;
@@ -228,31 +230,6 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool write_line(store::Recordset& lines, store::Recordset& header, int row,
                                   const std::string& ap_accno);
     [[nodiscard]] bool append_description(store::Recordset& lines, int row, bool line_stored);
-
-    // update.cpp
-    [[nodiscard]] bool made_here() const { return txtsource.text() == kSource; }
-    [[nodiscard]] std::optional<CheckedEntry> validate_edit();
-    [[nodiscard]] bool write_edit(const CheckedEntry& entry);
-    void fill_edited_header(store::Recordset& header, const CheckedEntry& entry);
-    void pass_terms_to_lines(const store::Recordset& header);
-    // The stored header of the document on screen, in edit. Nothing, after its message, when it is gone.
-    [[nodiscard]] std::optional<store::Recordset> take_header();
-    // False when another desk has posted it anew since it was shown here.
-    [[nodiscard]] bool posted_as_shown(const store::Recordset& header) const {
-        return header.text("GLFKEY") == txtglfkey.text();
-    }
-
-    // void_hold.cpp
-    // False, after its message, when the number on screen is not that of the document on screen.
-    // Tells why a document in this state cannot be voided, if that is so. paid: as chkpaid shows it.
-    [[nodiscard]] bool refuses_void(bool is_void, int paid);
-    [[nodiscard]] bool may_void();
-    [[nodiscard]] bool write_void();
-    void give_back_owing_balance();
-    [[nodiscard]] bool may_change_hold(const char* question, const char* title);
-    [[nodiscard]] bool write_hold(bool hold);
-    void change_hold(bool hold);
-    void each_stored_line(const std::function<void(store::Recordset& line)>& change);
 
     // posting.cpp
     [[nodiscard]] bool gather_amounts(kernel::GlPosting& posting, const std::string& ap_accno, double rate);
