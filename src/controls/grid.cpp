@@ -55,6 +55,7 @@ Refusal Grid::edit_refusal(int row, int column) const {
 
 Refusal Grid::open_editor(int row, int column) {
     abandon_editor();
+    edit_was_cancelled_ = false;
     if (const Refusal why = edit_refusal(row, column); why != Refusal::none) return why;
     if (const Refusal why = visit_cell(row, column); why != Refusal::none) return why;
     const std::string old_text(array.get(row, column));
@@ -72,6 +73,7 @@ Refusal Grid::leave_editor(const std::string& text) {
     edit.old_text = array.get(edit.row, edit.column);
     edit.new_text = text;
     if (on_before_update) on_before_update(edit);
+    edit_was_cancelled_ = edit.cancel;
     if (edit.cancel) return Refusal::none;
     array.set(edit.row, edit.column, edit.new_text);
     if (on_after_update) on_after_update(edit.column);

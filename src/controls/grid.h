@@ -109,11 +109,14 @@ class Grid : public Control {
     // What stops a user from typing into the cell now.
     [[nodiscard]] Refusal edit_refusal(int row, int column) const;
     // The cell's editor. It opens (on_before_edit, which may keep it closed) and is left with a text
-    // (on_before_update, which may keep the old one; on_after_update) or without a word. One is open at a
-    // time; none is, when the form kept it closed.
+    // (on_before_update, which may cancel it; on_after_update) or without a word. One is open at a time; none
+    // is, when the form kept it closed.
     [[nodiscard]] Refusal open_editor(int row, int column);
     [[nodiscard]] bool editor_is_open() const { return edit_.has_value(); }
     [[nodiscard]] Refusal leave_editor(const std::string& text);
+    // The form has cancelled the text that an editor was last left with: the cell keeps its old one, and the
+    // user is to stay in it. Hosts ask before they move on.
+    [[nodiscard]] bool edit_was_cancelled() const { return edit_was_cancelled_; }
     void abandon_editor() { edit_.reset(); }
     // All of it at once: moves into the cell, types the text and leaves the cell.
     [[nodiscard]] Refusal edit_cell(int row, int column, const std::string& text);
@@ -137,6 +140,7 @@ class Grid : public Control {
     int row_ = 0;
     int column_ = 0;
     std::optional<CellEdit> edit_;  // in the editor that is open
+    bool edit_was_cancelled_ = false;
     std::optional<Range> selected_;
 };
 

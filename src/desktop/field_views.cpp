@@ -29,12 +29,13 @@ void EntryView::refresh() {
     setModified(false);
 }
 
-void EntryView::commit() {
-    if (!isModified()) return;
+bool EntryView::commit() {
+    if (!isModified()) return true;
     setModified(false);
     const std::string text_typed = typed(text());
     gate_.run([&] { return entry_.type(text_typed); });
     refresh();  // a refusal leaves the model as it was
+    return true;
 }
 
 void EntryView::put_typed(const QString& text) {
@@ -112,12 +113,13 @@ void NoteView::refresh() {
     document()->setModified(false);
 }
 
-void NoteView::commit() {
-    if (!document()->isModified()) return;
+bool NoteView::commit() {
+    if (!document()->isModified()) return true;
     document()->setModified(false);
     const std::string text_typed = typed(toPlainText());
     gate_.run([&] { return model_.type(text_typed); });
     refresh();
+    return true;
 }
 
 void NoteView::focusOutEvent(QFocusEvent* event) {

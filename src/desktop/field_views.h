@@ -35,7 +35,7 @@ class EntryView : public QLineEdit, public ModelView {
     EntryView(controls::Control& control, Entry entry, ActGate& gate);
 
     void refresh() override;
-    void commit() override;
+    bool commit() override;
     [[nodiscard]] controls::Refusal found_by_user() const override;
     // Selects all of it whichever way the user comes in.
     void select_on_focus() { selects_on_focus_ = true; }
@@ -68,7 +68,7 @@ class NoteView : public QPlainTextEdit, public ModelView {
     NoteView(controls::TextField& model, ActGate& gate);
 
     void refresh() override;
-    void commit() override;
+    bool commit() override;
     [[nodiscard]] controls::Refusal found_by_user() const override;
 
   protected:

@@ -288,15 +288,16 @@ void FormWindow::settle() {
 }
 
 // --- acts ---
-void FormWindow::commit_typing() {
+bool FormWindow::commit_typing() {
     for (QWidget* at = QApplication::focusWidget(); at != nullptr && at != this; at = at->parentWidget())
-        if (auto* const typed_in = dynamic_cast<ModelView*>(at)) typed_in->commit();
+        if (auto* const typed_in = dynamic_cast<ModelView*>(at); typed_in != nullptr && !typed_in->commit())
+            return false;
+    return true;
 }
 
 void FormWindow::press(int id) {
     const auto alive = form_;
-    commit_typing();
-    gate_.run([&] { return alive->press(id); });
+    if (commit_typing()) gate_.run([&] { return alive->press(id); });
 }
 
 QMenu* FormWindow::createPopupMenu() {
@@ -340,8 +341,8 @@ void FormWindow::add_child(FormWindow& child) {
 }
 
 void FormWindow::close_own_pane() {
-    commit_typing();
     const auto alive = form_;
+    if (!commit_typing()) return;
     gate_.run([&] {
         alive->unload_form();
         return controls::Refusal::none;
@@ -386,8 +387,7 @@ bool FormWindow::close_pane_of(const QObject* dock) {
     for (Control* const control : form_->controls().all()) {
         auto* const frame = dynamic_cast<controls::Frame*>(control);
         if (frame == nullptr || pane(*frame) != dock) continue;
-        commit_typing();
-        gate_.run([&] { return frame->close(); });
+        if (commit_typing()) gate_.run([&] { return frame->close(); });
         return true;
     }
     return false;

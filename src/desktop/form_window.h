@@ -40,7 +40,7 @@ class FormWindow : public QMainWindow {
     // The dock of a frame; null when the frame is no pane here.
     [[nodiscard]] QDockWidget* pane(const controls::Control& frame) const;
 
-    // Hands over what is being typed, then presses the command.
+    // Hands over what is being typed, then presses the command, unless the form has cancelled what was typed.
     void press(int id);
     void show_font_bar(bool visible);
     // Shows all changes now that would be shown when control returns to the event loop.
@@ -87,7 +87,8 @@ class FormWindow : public QMainWindow {
     void refresh_mode();
     [[nodiscard]] bool may_type_where_the_focus_is() const;
     void refresh_all();
-    void commit_typing();
+    // False when the form has cancelled what was typed; then the act that it was handed over for is off.
+    [[nodiscard]] bool commit_typing();
     [[nodiscard]] bool close_pane_of(const QObject* dock);
     void close_own_pane();
     [[nodiscard]] bool takes_key(const QKeySequence& key) const;

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <algorithm>
+#include <utility>
 
 #include "desktop/cell_delegate.h"
 #include "desktop/grid_header.h"
@@ -142,7 +143,24 @@ void GridView::type_cell(int row, int column, const QString& text) {
         return grid_.editor_is_open() ? grid_.leave_editor(typed(text))
                                       : grid_.edit_cell(row, column, typed(text));
     });
+    if (grid_.edit_was_cancelled()) hold_user();
     refresh();
+}
+
+// A click elsewhere has made the editor hand its text over, and is on its way: it must not take the user out
+// of the cell.
+void GridView::hold_user() {
+    holds_user_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (std::exchange(holds_user_, false)) setFocus(Qt::OtherFocusReason);
+        },
+        Qt::QueuedConnection);
+}
+
+void GridView::mousePressEvent(QMouseEvent* event) {
+    if (!holds_user_) QTableView::mousePressEvent(event);
 }
 
 void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
@@ -155,17 +173,18 @@ void GridView::tick_cell(const QModelIndex& index, bool ticked) {
 }
 
 void GridView::finish_edit(Then then) {
-    commit();
+    const bool taken = commit();
     setFocus();
-    if (then != Then::stay) move_on(then == Then::move_on);
+    if (taken && then != Then::stay) move_on(then == Then::move_on);
 }
 
-void GridView::commit() {
-    if (state() != QAbstractItemView::EditingState) return;
+bool GridView::commit() {
+    if (state() != QAbstractItemView::EditingState) return true;
     QWidget* const editor = indexWidget(currentIndex());
-    if (editor == nullptr) return;
+    if (editor == nullptr) return true;
     commitData(editor);
     closeEditor(editor, QAbstractItemDelegate::NoHint);
+    return !std::exchange(holds_user_, false);
 }
 
 void GridView::select_columns(std::optional<Grid::Range> range) {

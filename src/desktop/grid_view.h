@@ -1,8 +1,9 @@
 // A grid on the screen.
 //
-// Where the user stands, what he types and how he arranges the columns goes to the model as his acts; what
-// the model says then is shown, so a refused act leaves no trace. Changes of the model are shown when control
-// returns to the event loop, however many there were.
+// Where users stand, what they type and how they arrange the columns goes to the model as their acts; what
+// the model says then is shown, so a refused act leaves no trace, and whoever typed a text that the form has
+// cancelled stays in its cell. Changes of the model are shown when control returns to the event loop, however
+// many there were.
 //
 // Keys: Enter and Tab move to the next cell that may be typed in, from the last one to the next row;
 // Ctrl+Enter stays; Alt+Down opens a list; Space ticks a box, 1 and 0 set it; Delete empties a cell; Escape
@@ -27,7 +28,7 @@ class GridView : public QTableView, public ModelView {
     void refresh() override;
     // Shows the model now.
     void follow();
-    void commit() override;
+    bool commit() override;
     [[nodiscard]] controls::Refusal found_by_user() const override;
 
     [[nodiscard]] controls::Grid& grid() { return grid_; }
@@ -40,6 +41,7 @@ class GridView : public QTableView, public ModelView {
     // The text of the editor that is open, or of the cell at once when none is.
     void type_cell(int row, int column, const QString& text);
     void tick_cell(const QModelIndex& index, bool ticked);
+    // Hands the editor's text over and moves on, unless the form has cancelled it.
     void finish_edit(Then then);
     // The columns seen from place `from` to place `to`; nothing for none.
     void select_columns(std::optional<controls::Grid::Range> range);
@@ -53,6 +55,7 @@ class GridView : public QTableView, public ModelView {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -65,6 +68,7 @@ class GridView : public QTableView, public ModelView {
     void follow_position();
     void follow_header_colour();
     void header_clicked(int column);
+    void hold_user();
     void move_on(bool forward);
     [[nodiscard]] bool may_type(int row, int column) const;
     [[nodiscard]] bool row_takes_typing(int row) const;
@@ -76,6 +80,7 @@ class GridView : public QTableView, public ModelView {
     GridTable table_;
     bool following_ = false;  // what changes now comes from the model
     bool refresh_waits_ = false;
+    bool holds_user_ = false;  // in the cell whose text was cancelled, until what he does is over
 };
 
 }  // namespace brimley::desktop

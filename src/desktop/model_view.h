@@ -24,8 +24,9 @@ class ModelView {
     ModelView& operator=(const ModelView&) = delete;
 
     virtual void refresh() = 0;
-    // Hands what was typed and not yet handed over to the model, as before a command.
-    virtual void commit() {}
+    // Hands what was typed and not yet handed over to the model, as before a command. False when the form has
+    // cancelled it and the user stays where it was typed.
+    virtual bool commit() { return true; }
     // What stops a user who wants to act here, read from the widget and not from the model.
     [[nodiscard]] virtual controls::Refusal found_by_user() const = 0;
 };

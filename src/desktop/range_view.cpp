@@ -47,14 +47,15 @@ void RangeView::refresh() {
     to_->refresh();
 }
 
-void RangeView::commit() {
+bool RangeView::commit() {
     from_->commit();
     to_->commit();
-    if (!typed_from_ && !typed_to_) return;
+    if (!typed_from_ && !typed_to_) return true;
     const std::string from = typed_from_.value_or(model_.from_text());
     const std::string to = typed_to_.value_or(model_.to_text());
     gate_.run([&] { return model_.type(from, to); });
     refresh();  // a text that is no date gives way to the day that stands
+    return true;
 }
 
 bool RangeView::eventFilter(QObject* watched, QEvent* event) {

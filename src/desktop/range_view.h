@@ -13,7 +13,7 @@ class RangeView : public QWidget, public ModelView {
     RangeView(controls::DateRange& model, ActGate& gate, const Calendar& calendar);
 
     void refresh() override;
-    void commit() override;
+    bool commit() override;
     [[nodiscard]] controls::Refusal found_by_user() const override { return from_->found_by_user(); }
 
     [[nodiscard]] DateView& from() { return *from_; }

@@ -104,6 +104,25 @@ TEST_F(Grids, EditorThatTheFormKeepsClosedTakesNoText) {
     EXPECT_EQ(events, "from0,0 ");
 }
 
+TEST_F(Grids, HostLearnsThatTheFormHasCancelledAnEdit) {
+    grid.on_before_update = [&](CellEdit& edit) { edit.cancel = edit.new_text == "bad"; };
+    EXPECT_EQ(grid.edit_cell(1, 1, "bad"), Refusal::none);
+    EXPECT_TRUE(grid.edit_was_cancelled());
+    EXPECT_EQ(grid.row(), 1);
+    EXPECT_EQ(grid.column(), 1);
+    EXPECT_EQ(grid.edit_cell(1, 1, "7.00"), Refusal::none);
+    EXPECT_FALSE(grid.edit_was_cancelled());
+}
+
+TEST_F(Grids, CancelledEditIsForgottenWhenAnotherEditorOpens) {
+    grid.on_before_update = [&](CellEdit& edit) { edit.cancel = true; };
+    EXPECT_EQ(grid.edit_cell(1, 1, "bad"), Refusal::none);
+    EXPECT_EQ(grid.open_editor(1, 1), Refusal::none);
+    EXPECT_FALSE(grid.edit_was_cancelled());
+    EXPECT_EQ(grid.edit_cell(0, 0, "x"), Refusal::locked);
+    EXPECT_FALSE(grid.edit_was_cancelled());
+}
+
 TEST_F(Grids, AbandonedEditorChangesNothing) {
     EXPECT_EQ(grid.open_editor(1, 1), Refusal::none);
     grid.abandon_editor();
