@@ -13,7 +13,7 @@ constexpr std::chrono::milliseconds kWait{100};
 void take_company(store::Workspace& workspace) {
     for (int tries = 1;; ++tries) {
         try {
-            return workspace.BeginAlone();
+            return workspace.begin_alone();
         } catch (const store::Error& error) {
             if (error.kind() != store::ErrorKind::locked || tries == kTries) throw;
         }
@@ -45,7 +45,7 @@ void Transaction::commit() {
 }
 
 ReadingMoment::ReadingMoment(const store::OpenCompany& company) : workspace_(company.workspace) {
-    workspace_->BeginSnapshot();
+    workspace_->begin_snapshot();
 }
 
 ReadingMoment::~ReadingMoment() { roll_back_quietly(*workspace_); }

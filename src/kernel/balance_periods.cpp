@@ -98,7 +98,7 @@ const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {
 
 bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    period_rows.EditFirst(
+    period_rows.edit_first(
         {{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (period_rows.NoMatch()) {
         tell(fmt::format("Error : No Retained Earning account {} in Account Balance Period.",
@@ -116,7 +116,7 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
     bool posted = false;
     carry_on(passed_over_, "post_balance_period", [&] {
         const std::string& accno = line.account.accno;
-        const auto edit = [&](store::FieldValues fields) { period_rows.EditFirst(fields); };
+        const auto edit = [&](store::FieldValues fields) { period_rows.edit_first(fields); };
         at_period(line.key(), edit);
         if (period_rows.NoMatch()) {
             tell(fmt::format("No account {} in fiscal year {}", accno, line.fyear));
@@ -140,7 +140,7 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
 }
 
 void ModuleG3::prefetch_balance_period(Recordset& period_rows, const LedgerKey& key) {
-    const auto prefetch = [&](store::FieldValues fields) { period_rows.PrefetchEditFirst(fields); };
+    const auto prefetch = [&](store::FieldValues fields) { period_rows.prefetch_edit_first(fields); };
     at_period(key, prefetch);
     if (key.ledgertype == "F") at_base_period(key, prefetch);
 }

@@ -78,7 +78,7 @@ bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
 // kept here.
 bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    balance_rows.EditFirst({{"company", line.company}, {"accno", Current_Earnings_accno_}});
+    balance_rows.edit_first({{"company", line.company}, {"accno", Current_Earnings_accno_}});
     if (balance_rows.NoMatch()) {
         tell(fmt::format("Error : No Current Retained Earning account {} in Account Balance",
                          Current_Earnings_accno_));
@@ -100,7 +100,7 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
             return;
         }
         if (line.ledgertype == "F") {
-            at_base_balance(line.key(), [&](store::FieldValues fields) { balance_rows.EditFirst(fields); });
+            at_base_balance(line.key(), [&](store::FieldValues fields) { balance_rows.edit_first(fields); });
             if (balance_rows.NoMatch()) {
                 tell(fmt::format("Error! {} does not exist in Balance", accno));
                 return;
@@ -114,7 +114,7 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
 }
 
 void ModuleG3::prefetch_balance(Recordset& balance_rows, const LedgerKey& key) {
-    const auto prefetch = [&](store::FieldValues fields) { balance_rows.PrefetchEditFirst(fields); };
+    const auto prefetch = [&](store::FieldValues fields) { balance_rows.prefetch_edit_first(fields); };
     at_balance(key, prefetch);
     if (key.ledgertype == "F") at_base_balance(key, prefetch);
 }

@@ -99,7 +99,7 @@ void GlPosting::prefetch(const CurrencySum& entry) {
     lines_.prefetch(
         {document_.company, document_.fyear, ledgertype_of(entry.currency), entry.accno, entry.currency});
     if (rules_.ways.allocation != GlAllocation::ignored)
-        allocation_rows_.PrefetchFirst({{"allocate_accno", entry.accno}});
+        allocation_rows_.prefetch_first({{"allocate_accno", entry.accno}});
 }
 
 std::vector<GlPosting::Share> GlPosting::shares_of(std::string_view accno) {

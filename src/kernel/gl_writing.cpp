@@ -32,7 +32,7 @@ void GlLineWriter::open_balances() {
 }
 
 void GlLineWriter::prefetch(const LedgerKey& key) {
-    account_rows_.PrefetchFirst({{"accno", key.accno}});
+    account_rows_.prefetch_first({{"accno", key.accno}});
     ModuleG3::prefetch_balance(balance_rows_, key);
     ModuleG3::prefetch_balance_period(period_rows_, key);
 }

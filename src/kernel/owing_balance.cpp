@@ -21,7 +21,7 @@ void change_owing_balance(ModuleG3& kernel, std::string_view vendor_no, OwingCha
         if (!owing || owing->is_null()) return;
     }
     auto vendor = kernel.change("SELECT owing_balance FROM Vendor_table");
-    vendor.EditFirst({{"vendor_no", vendor_no}});
+    vendor.edit_first({{"vendor_no", vendor_no}});
     if (vendor.NoMatch()) return;
     vendor.set("owing_balance", moved(vendor.field("owing_balance"), change, rule));
     vendor.Update();

@@ -60,7 +60,7 @@ TEST_F(TwoUsers, SaveWaitsForTheOtherUsersAndTakesTheNextNumber) {
 }
 
 TEST_F(TwoUsers, SaveWaitsForWhoWritesAloneAndIsStored) {
-    company.workspace().BeginAlone();
+    company.workspace().begin_alone();
     company.db().Execute("UPDATE Docno_master_table SET nextdocno = 8 WHERE doctype = 'ip'");
     bert.desk.on_wait = [&](int wait) {
         if (wait == 3) company.workspace().CommitTrans();

@@ -151,7 +151,7 @@ TEST_F(SharedCounter, NothingIsHeldOnceAMissingCounterIsTold) {
     EXPECT_FALSE(kernel.get_next_number("1", "ip", "2031"));
     EXPECT_THAT(messages(), SizeIs(1));
     EXPECT_THAT(outside.waits, IsEmpty());
-    other.workspace->BeginAlone();
+    other.workspace->begin_alone();
     other.workspace->Rollback();
     company.workspace().Rollback();
 }

@@ -106,17 +106,17 @@ TEST_F(ManyUsers, RowThatARuleRefusesLeavesTheTransactionAlive) {
 }
 
 TEST_F(ManyUsers, WhoIsAloneKeepsOthersFromWritingAndNotFromReading) {
-    one_.workspace->BeginAlone();
+    one_.workspace->begin_alone();
     Recordset theirs = counter(other_, "ip");
     EXPECT_EQ(theirs.number("nextdocno"), 5);
     expect_error(ErrorKind::locked, [&] { theirs.Edit(); });
-    expect_error(ErrorKind::locked, [&] { other_.workspace->BeginAlone(); });
+    expect_error(ErrorKind::locked, [&] { other_.workspace->begin_alone(); });
     EXPECT_FALSE(other_.workspace->in_transaction());
     one_.workspace->CommitTrans();
     count_up(theirs);
     other_.workspace->BeginTrans();
     theirs.Edit();
-    expect_error(ErrorKind::locked, [&] { one_.workspace->BeginAlone(); });
+    expect_error(ErrorKind::locked, [&] { one_.workspace->begin_alone(); });
 }
 
 TEST_F(ManyUsers, RowsOfLaterTransactionsComeLaterWhoeverAddsThem) {
@@ -162,10 +162,10 @@ TEST_F(ManyUsers, ConnectionThatBreaksUnderRowsToldAheadIsLost) {
     one_.workspace->BeginTrans();
     Recordset mine =
         one_.database->OpenRecordset("SELECT * FROM Counter_table", store::RecordsetKind::dynaset);
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     mine.set("nextdocno", 6);
     mine.Update();
-    mine.PrefetchEditFirst({{"doctype", "gl"}});
+    mine.prefetch_edit_first({{"doctype", "gl"}});
     break_connections();
     expect_error(ErrorKind::lost, [&] { one_.workspace->CommitTrans(); });
     EXPECT_EQ(one_.workspace->connection_state(), store::ConnectionState::lost);

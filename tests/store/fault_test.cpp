@@ -123,9 +123,9 @@ TEST_F(Fault, SnapshotThatCannotBeginLeavesNothingOpen) {
     auto faults = std::make_shared<Faults>();
     auto user = company_.second_user(testing::faulty(faults));
     faults->arm(1, false);
-    expect_error(ErrorKind::io, [&] { user.workspace->BeginSnapshot(); });
+    expect_error(ErrorKind::io, [&] { user.workspace->begin_snapshot(); });
     EXPECT_FALSE(user.workspace->in_transaction());
-    user.workspace->BeginSnapshot();
+    user.workspace->begin_snapshot();
     user.workspace->Rollback();
     user.database->Execute("UPDATE Header_table SET amount = 4");
     EXPECT_EQ(company_.list("SELECT amount FROM Header_table"), "4");

@@ -147,9 +147,9 @@ TEST_F(Plan, RowIsFoundAndTakenInOneCall) {
     workspace.BeginTrans();
     Recordset rows = open("SELECT * FROM Header_table");
     // The first one begins the transaction, the second one is prepared.
-    rows.EditFirst({{"docno", "d1"}});
-    rows.EditFirst({{"docno", "d2"}});
-    EXPECT_EQ(calls([&] { rows.EditFirst({{"docno", "d250"}}); }), 1);
+    rows.edit_first({{"docno", "d1"}});
+    rows.edit_first({{"docno", "d2"}});
+    EXPECT_EQ(calls([&] { rows.edit_first({{"docno", "d250"}}); }), 1);
     EXPECT_EQ(rows.number("amount"), 250);
     workspace.Rollback();
 }

@@ -22,7 +22,7 @@ class Prefetch : public ::testing::Test {
     Recordset begin() {
         company_.workspace().BeginTrans();
         Recordset rows = company_.dynaset("SELECT * FROM Counter_table");
-        rows.EditFirst({{"doctype", "first"}});
+        rows.edit_first({{"doctype", "first"}});
         rows.CancelUpdate();
         return rows;
     }
@@ -30,7 +30,7 @@ class Prefetch : public ::testing::Test {
         return other_.database->OpenRecordset("SELECT * FROM Counter_table", store::RecordsetKind::dynaset);
     }
     static void set_first(Recordset& rows, std::string_view doctype, int nextdocno) {
-        rows.EditFirst({{"doctype", doctype}});
+        rows.edit_first({{"doctype", doctype}});
         rows.set("nextdocno", nextdocno);
         rows.Update();
     }
@@ -43,9 +43,9 @@ class Prefetch : public ::testing::Test {
 TEST_F(Prefetch, RowsAreFoundAndTakenInWhateverOrderTheyAreWanted) {
     Recordset mine = begin();
     Recordset read = company_.dynaset("SELECT nextdocno FROM Counter_table");
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.PrefetchEditFirst({{"doctype", "gl"}});
-    read.PrefetchFirst({{"doctype", "ck"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.prefetch_edit_first({{"doctype", "gl"}});
+    read.prefetch_first({{"doctype", "ck"}});
     read.FindFirst({{"doctype", "ck"}});
     EXPECT_EQ(read.number("nextdocno"), 5);
     set_first(mine, "gl", 7);
@@ -58,10 +58,10 @@ TEST_F(Prefetch, RowsAreFoundAndTakenInWhateverOrderTheyAreWanted) {
 
 TEST_F(Prefetch, ChangesNeitherTheCurrentRowNorTheRowBeingEdited) {
     Recordset mine = begin();
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     mine.set("nextdocno", 6);
-    mine.PrefetchEditFirst({{"doctype", "gl"}});
-    mine.PrefetchFirst({{"doctype", "ck"}});
+    mine.prefetch_edit_first({{"doctype", "gl"}});
+    mine.prefetch_first({{"doctype", "ck"}});
     EXPECT_EQ(mine.text("doctype"), "ip");
     EXPECT_EQ(mine.number("nextdocno"), 6);
     mine.Update();
@@ -72,11 +72,11 @@ TEST_F(Prefetch, ChangesNeitherTheCurrentRowNorTheRowBeingEdited) {
 TEST_F(Prefetch, WhatIsWrittenInBetweenIsSeen) {
     Recordset mine = begin();
     Recordset also_mine = company_.dynaset("SELECT nextdocno FROM Counter_table");
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.PrefetchFirst({{"doctype", "gl"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.prefetch_first({{"doctype", "gl"}});
     set_first(also_mine, "ip", 8);
     set_first(also_mine, "gl", 9);
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 8);
     mine.FindFirst({{"doctype", "gl"}});
     EXPECT_EQ(mine.number("nextdocno"), 9);
@@ -85,24 +85,24 @@ TEST_F(Prefetch, WhatIsWrittenInBetweenIsSeen) {
 
 TEST_F(Prefetch, RowToldTwiceIsSeenAsItIsEachTime) {
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
     set_first(mine, "ip", 6);
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 6);
     mine.set("nextdocno", 7);
     mine.Update();
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 7);
     company_.workspace().Rollback();
 }
 
 TEST_F(Prefetch, WhatAStatementChangesInBetweenIsSeen) {
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.PrefetchFirst({{"doctype", "gl"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.prefetch_first({{"doctype", "gl"}});
     company_.db().Execute("UPDATE Counter_table SET nextdocno = 11 WHERE company = 1");
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 11);
     mine.FindFirst({{"doctype", "gl"}});
     EXPECT_EQ(mine.number("nextdocno"), 11);
@@ -111,9 +111,9 @@ TEST_F(Prefetch, WhatAStatementChangesInBetweenIsSeen) {
 
 TEST_F(Prefetch, RowThatIsAddedInBetweenIsTaken) {
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "pp"}});
+    mine.prefetch_edit_first({{"doctype", "pp"}});
     company_.add("Counter_table", {{"company", 1}, {"doctype", "pp"}, {"nextdocno", 3}});
-    mine.EditFirst({{"doctype", "pp"}});
+    mine.edit_first({{"doctype", "pp"}});
     ASSERT_FALSE(mine.NoMatch());
     EXPECT_EQ(mine.number("nextdocno"), 3);
     company_.workspace().Rollback();
@@ -121,8 +121,8 @@ TEST_F(Prefetch, RowThatIsAddedInBetweenIsTaken) {
 
 TEST_F(Prefetch, RowThatARuleRefusesInBetweenCostsNothing) {
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.PrefetchFirst({{"doctype", "gl"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.prefetch_first({{"doctype", "gl"}});
     Recordset added = company_.dynaset("SELECT * FROM Counter_table WHERE 1 = 2");
     added.AddNew();
     added.set("company", 1);
@@ -138,8 +138,8 @@ TEST_F(Prefetch, RowThatARuleRefusesInBetweenCostsNothing) {
 TEST_F(Prefetch, MoreThanGoOnOneJourneyAreAllAnswered) {
     Recordset mine = begin();
     for (int i = 0; i < 700; ++i) {
-        mine.PrefetchEditFirst({{"doctype", "ip"}});
-        mine.PrefetchFirst({{"doctype", "gl"}});
+        mine.prefetch_edit_first({{"doctype", "ip"}});
+        mine.prefetch_first({{"doctype", "gl"}});
     }
     for (int i = 0; i < 3; ++i) {
         set_first(mine, "ip", 6 + i);
@@ -153,10 +153,10 @@ TEST_F(Prefetch, MoreThanGoOnOneJourneyAreAllAnswered) {
 // A file holds such a text; a server tells so when it is asked for the row.
 TEST_F(Prefetch, ValueThatNoServerHoldsIsToldByTheCallItIsFor) {
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "\xff"}});
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.prefetch_edit_first({{"doctype", "\xff"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
     if (testing::tests_run_on_server())
-        expect_error(ErrorKind::conversion, [&] { mine.EditFirst({{"doctype", "\xff"}}); });
+        expect_error(ErrorKind::conversion, [&] { mine.edit_first({{"doctype", "\xff"}}); });
     set_first(mine, "ip", 6);
     company_.workspace().CommitTrans();
     EXPECT_EQ(numbers(), "5 6 5 5");
@@ -164,25 +164,25 @@ TEST_F(Prefetch, ValueThatNoServerHoldsIsToldByTheCallItIsFor) {
 
 TEST_F(Prefetch, RowThatIsNotThereIsNoMatch) {
     Recordset mine = begin();
-    mine.PrefetchFirst({{"doctype", "xx"}});
-    mine.PrefetchEditFirst({{"doctype", "xx"}});
+    mine.prefetch_first({{"doctype", "xx"}});
+    mine.prefetch_edit_first({{"doctype", "xx"}});
     mine.FindFirst({{"doctype", "xx"}});
     EXPECT_TRUE(mine.NoMatch());
-    mine.EditFirst({{"doctype", "xx"}});
+    mine.edit_first({{"doctype", "xx"}});
     EXPECT_TRUE(mine.NoMatch());
     company_.workspace().Rollback();
 }
 
 TEST_F(Prefetch, AnswersEndWithTheirTransaction) {
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.PrefetchFirst({{"doctype", "gl"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.prefetch_first({{"doctype", "gl"}});
     company_.workspace().Rollback();
     Recordset rows = theirs();
     set_first(rows, "ip", 6);
     set_first(rows, "gl", 7);
     mine = begin();
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 6);
     mine.FindFirst({{"doctype", "gl"}});
     EXPECT_EQ(mine.number("nextdocno"), 7);
@@ -193,11 +193,11 @@ TEST_F(Prefetch, AnswersEndWithTheirTransaction) {
 TEST_F(Prefetch, OnAServerTheRowIsHeldFromThenOn) {
     if (!testing::tests_run_on_server()) return;
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.PrefetchEditFirst({{"doctype", "gl"}});
-    mine.EditFirst({{"doctype", "gl"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.prefetch_edit_first({{"doctype", "gl"}});
+    mine.edit_first({{"doctype", "gl"}});
     Recordset rows = theirs();
-    expect_error(ErrorKind::locked, [&] { rows.EditFirst({{"doctype", "ip"}}); });
+    expect_error(ErrorKind::locked, [&] { rows.edit_first({{"doctype", "ip"}}); });
     company_.workspace().Rollback();
     set_first(rows, "ip", 6);
     EXPECT_EQ(numbers(), "5 6 5 5");
@@ -209,13 +209,13 @@ TEST_F(Prefetch, OnAServerARowHeldByAnotherIsRefusedUntilItIsFree) {
     Recordset rows = theirs();
     set_first(rows, "ip", 6);
     Recordset mine = begin();
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
     EXPECT_FALSE(mine.try_edit_first({{"doctype", "ip"}}));
     EXPECT_FALSE(mine.NoMatch());
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
-    mine.EditFirst({{"doctype", "gl"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "gl"}});
     other_.workspace->CommitTrans();
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 6);
     company_.workspace().Rollback();
 }
@@ -227,12 +227,12 @@ TEST_F(Prefetch, OnAServerRowsToldTogetherAreHeldAllOrNone) {
     set_first(rows, "ip", 6);
     Recordset mine = begin();
     for (const char* const doctype : {"gl", "ip", "ck"})
-        mine.PrefetchEditFirst({{"doctype", doctype}});
+        mine.prefetch_edit_first({{"doctype", doctype}});
     EXPECT_FALSE(mine.try_edit_first({{"doctype", "ip"}}));
     set_first(rows, "gl", 7);
     set_first(rows, "ck", 8);
     other_.workspace->CommitTrans();
-    mine.EditFirst({{"doctype", "ck"}});
+    mine.edit_first({{"doctype", "ck"}});
     EXPECT_EQ(mine.number("nextdocno"), 8);
     company_.workspace().Rollback();
 }
@@ -240,11 +240,11 @@ TEST_F(Prefetch, OnAServerRowsToldTogetherAreHeldAllOrNone) {
 TEST_F(Prefetch, OnAServerWhatWasReadAheadDoesNotUndoWhatWasTakenSince) {
     if (!testing::tests_run_on_server()) return;
     Recordset mine = begin();
-    mine.PrefetchFirst({{"doctype", "gl"}});
+    mine.prefetch_first({{"doctype", "gl"}});
     mine.FindFirst({{"doctype", "ip"}});  // by now both are answered
     Recordset rows = theirs();
     set_first(rows, "gl", 7);
-    mine.EditFirst({{"doctype", "gl"}});
+    mine.edit_first({{"doctype", "gl"}});
     EXPECT_EQ(mine.number("nextdocno"), 7);
     mine.CancelUpdate();
     mine.FindFirst({{"doctype", "gl"}});
@@ -254,10 +254,10 @@ TEST_F(Prefetch, OnAServerWhatWasReadAheadDoesNotUndoWhatWasTakenSince) {
 
 TEST_F(Prefetch, OutsideATransactionNothingIsHeld) {
     Recordset mine = company_.dynaset("SELECT * FROM Counter_table");
-    mine.PrefetchEditFirst({{"doctype", "ip"}});
+    mine.prefetch_edit_first({{"doctype", "ip"}});
     Recordset rows = theirs();
     set_first(rows, "ip", 6);
-    mine.EditFirst({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
     EXPECT_EQ(mine.number("nextdocno"), 6);
     mine.CancelUpdate();
 }

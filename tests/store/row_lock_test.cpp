@@ -78,7 +78,7 @@ TEST_F(RowLock, EditFirstTakesTheRowThatIsFound) {
     company_.add("Counter_table", {{"company", 1}, {"doctype", "gl"}, {"nextdocno", 9}});
     company_.workspace().BeginTrans();
     Recordset mine = company_.dynaset("SELECT * FROM Counter_table");
-    mine.EditFirst({{"company", "1"}, {"doctype", "gl"}});
+    mine.edit_first({{"company", "1"}, {"doctype", "gl"}});
     EXPECT_FALSE(mine.NoMatch());
     EXPECT_EQ(mine.number("nextdocno"), 9);
     Recordset theirs =
@@ -87,7 +87,7 @@ TEST_F(RowLock, EditFirstTakesTheRowThatIsFound) {
     EXPECT_FALSE(theirs.NoMatch());
     EXPECT_EQ(theirs.text("doctype"), "gl");
     expect_error(ErrorKind::state, [&] { theirs.set("nextdocno", 1); });
-    expect_error(ErrorKind::locked, [&] { theirs.EditFirst({{"company", "1"}, {"doctype", "gl"}}); });
+    expect_error(ErrorKind::locked, [&] { theirs.edit_first({{"company", "1"}, {"doctype", "gl"}}); });
     count_up(mine);
     company_.workspace().CommitTrans();
     ASSERT_TRUE(theirs.try_edit_first({{"company", "1"}, {"doctype", "gl"}}));
@@ -101,14 +101,14 @@ TEST_F(RowLock, EditFirstWithoutAMatchEditsNothing) {
          {"SELECT * FROM Counter_table", "SELECT * FROM Counter_table ORDER BY doctype",
           "SELECT * FROM Counter_table WHERE company = 1"}) {
         Recordset rows = company_.dynaset(query);
-        rows.EditFirst({{"doctype", "gl"}});
+        rows.edit_first({{"doctype", "gl"}});
         EXPECT_TRUE(rows.NoMatch());
         expect_error(ErrorKind::state, [&] { rows.set("nextdocno", 1); });
         EXPECT_FALSE(rows.try_edit_first({{"doctype", "gl"}}));
         ASSERT_TRUE(rows.try_edit_first({{"doctype", "ip"}}));
         EXPECT_FALSE(rows.NoMatch());
         rows.CancelUpdate();
-        expect_error(ErrorKind::syntax, [&] { rows.EditFirst({{"doctype", "i'p"}}); });
+        expect_error(ErrorKind::syntax, [&] { rows.edit_first({{"doctype", "i'p"}}); });
     }
     // Nothing is held by any of them.
     Recordset theirs = counter(*other_.database);
@@ -116,7 +116,7 @@ TEST_F(RowLock, EditFirstWithoutAMatchEditsNothing) {
 }
 
 // Of several that meet the criteria the first one is meant, held or not.
-TEST_F(RowLock, EditFirstPassesOverNoHeldRow) {
+TEST_F(RowLock, EditFirstSkipsNoHeldRow) {
     company_.add("Counter_table", {{"company", 1}, {"doctype", "gl"}, {"nextdocno", 9}});
     company_.workspace().BeginTrans();
     Recordset mine = counter(company_.db());

@@ -113,7 +113,7 @@ TEST_F(Transaction, RefusedStatementLeavesTheRestStanding) {
 }
 
 TEST_F(Transaction, SnapshotSeesOneMomentWhileOthersWrite) {
-    company_.workspace().BeginSnapshot();
+    company_.workspace().begin_snapshot();
     EXPECT_TRUE(company_.workspace().in_transaction());
     Recordset rows = company_.dynaset("SELECT * FROM Header_table WHERE docno = 'a'");
     other_.database->Execute("UPDATE Header_table SET amount = 20");
@@ -131,7 +131,7 @@ TEST_F(Transaction, SnapshotSeesOneMomentWhileOthersWrite) {
 TEST_F(Transaction, SnapshotBeginsWhileAnotherUserWritesAndSeesNothingOfIt) {
     other_.workspace->BeginTrans();
     other_.database->Execute("DELETE * FROM Header_table");
-    company_.workspace().BeginSnapshot();
+    company_.workspace().begin_snapshot();
     EXPECT_EQ(company_.count("Header_table"), 3);
     other_.workspace->CommitTrans();
     EXPECT_EQ(company_.count("Header_table"), 3);
@@ -140,7 +140,7 @@ TEST_F(Transaction, SnapshotBeginsWhileAnotherUserWritesAndSeesNothingOfIt) {
 }
 
 TEST_F(Transaction, NothingIsWrittenWithinASnapshot) {
-    company_.workspace().BeginSnapshot();
+    company_.workspace().begin_snapshot();
     expect_error(ErrorKind::state, [&] { company_.db().Execute("DELETE * FROM Header_table"); });
     expect_error(ErrorKind::state, [&] { company_.add("Header_table", {{"docno", "n"}}); });
     Recordset rows = company_.dynaset("SELECT * FROM Header_table");
@@ -154,15 +154,15 @@ TEST_F(Transaction, NothingIsWrittenWithinASnapshot) {
 
 TEST_F(Transaction, SnapshotStandsNeitherInATransactionNorBesideAnEdit) {
     company_.workspace().BeginTrans();
-    expect_error(ErrorKind::state, [&] { company_.workspace().BeginSnapshot(); });
+    expect_error(ErrorKind::state, [&] { company_.workspace().begin_snapshot(); });
     company_.workspace().Rollback();
     Recordset rows = company_.dynaset("SELECT * FROM Header_table");
     rows.Edit();
-    expect_error(ErrorKind::state, [&] { company_.workspace().BeginSnapshot(); });
+    expect_error(ErrorKind::state, [&] { company_.workspace().begin_snapshot(); });
     rows.CancelUpdate();
-    company_.workspace().BeginSnapshot();
+    company_.workspace().begin_snapshot();
     expect_error(ErrorKind::state, [&] { company_.workspace().BeginTrans(); });
-    expect_error(ErrorKind::state, [&] { company_.workspace().BeginSnapshot(); });
+    expect_error(ErrorKind::state, [&] { company_.workspace().begin_snapshot(); });
 }
 
 TEST_F(Transaction, WorkspaceThatGoesAwayRollsBack) {

@@ -18,7 +18,7 @@ template <class Session>
 void give_up_to_who_is_alone(const FaultedAct<Session>& act, std::size_t expected_waits) {
     const auto session = begun(act);
     session->user.desk.waits.clear();
-    session->company.workspace().BeginAlone();
+    session->company.workspace().begin_alone();
     act.carry_out(*session);
     session->company.workspace().Rollback();
     EXPECT_FALSE(act.done(*session));

@@ -17,7 +17,7 @@
 // Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a transaction
 // of its own. Rollback is harmless when nothing is open.
 //
-// BeginSnapshot is for long reading: until CommitTrans or Rollback everything is read as it was at that
+// begin_snapshot is for long reading: until CommitTrans or Rollback everything is read as it was at that
 // moment, while others go on writing, and nobody waits for anybody. Writing within it is ErrorKind::state.
 //
 // Ownership: a Database keeps its Workspace's connection alive, a Recordset that of its Database. None of
@@ -127,16 +127,16 @@ class Recordset {
     // As Edit, but a row that is held by another workspace is an answer: false, and nothing has changed.
     [[nodiscard]] bool try_edit();
     // FindFirst and Edit in one look at the table. No match: NoMatch() is true, and nothing is edited.
-    void EditFirst(FieldValues fields);
-    // As EditFirst; false when there is no match, and when another workspace holds the row, which is the
+    void edit_first(FieldValues fields);
+    // As edit_first; false when there is no match, and when another workspace holds the row, which is the
     // current one then.
     [[nodiscard]] bool try_edit_first(FieldValues fields);
-    // Tells that FindFirst, or EditFirst, with these fields will follow within the transaction, so that many
+    // Tells that FindFirst, or edit_first, with these fields will follow within the transaction, so that many
     // rows cost one journey to a server: it is asked at once. Rows to be edited that are told one after the
     // other are held from then on all together, or none of them when one is refused. Changes nothing else.
     // Until then nothing may be written that would make another row the first match of that FindFirst.
-    void PrefetchFirst(FieldValues fields);
-    void PrefetchEditFirst(FieldValues fields);
+    void prefetch_first(FieldValues fields);
+    void prefetch_edit_first(FieldValues fields);
     // Stores into the row being added or edited. A number into a text field becomes plain digits ("3", not
     // "3.0"); a text into a number field must be a number, an empty text is null there; an 8-digit text into
     // a date field is that date. Anything else is ErrorKind::conversion, and the field keeps its value.
@@ -191,9 +191,9 @@ class Workspace {
     void BeginTrans();
     // As BeginTrans, and nobody else writes anything until its end. Throws ErrorKind::locked when somebody is
     // writing already; then nothing is open.
-    void BeginAlone();
+    void begin_alone();
     // Takes no lock. ErrorKind::state within a transaction or while a row is being edited.
-    void BeginSnapshot();
+    void begin_snapshot();
     void CommitTrans();
     void Rollback();
     // A snapshot counts.

@@ -92,14 +92,14 @@ void Recordset::Edit() {
 
 bool Recordset::try_edit() { return state().edit(); }
 
-void Recordset::EditFirst(FieldValues fields) {
+void Recordset::edit_first(FieldValues fields) {
     if (!state().edit_first(fields) && !state().no_match) throw Error(ErrorKind::locked, kHeldByAnother);
 }
 
 bool Recordset::try_edit_first(FieldValues fields) { return state().edit_first(fields); }
 
-void Recordset::PrefetchFirst(FieldValues fields) { state().prefetch(fields, Keyset::Purpose::reading); }
-void Recordset::PrefetchEditFirst(FieldValues fields) { state().prefetch(fields, Keyset::Purpose::taking); }
+void Recordset::prefetch_first(FieldValues fields) { state().prefetch(fields, Keyset::Purpose::reading); }
+void Recordset::prefetch_edit_first(FieldValues fields) { state().prefetch(fields, Keyset::Purpose::taking); }
 
 void Recordset::set(std::string_view name, const Value& value) {
     State& changed = state();

@@ -14,7 +14,7 @@ OpenCompany opened(std::unique_ptr<Engine> engine, const Catalog& catalog, const
 }
 
 void fill_in_one_transaction(const OpenCompany& company, const CompanyFiller& fill) {
-    company.workspace->BeginAlone();
+    company.workspace->begin_alone();
     if (fill) fill(*company.database);
     company.workspace->CommitTrans();
 }
@@ -51,8 +51,8 @@ Workspace::Workspace(std::shared_ptr<Connection> connection) : connection_(std::
 Workspace::~Workspace() { connection_->rollback(); }
 
 void Workspace::BeginTrans() { connection_->begin_trans(); }
-void Workspace::BeginAlone() { connection_->begin_alone(); }
-void Workspace::BeginSnapshot() { connection_->begin_snapshot(); }
+void Workspace::begin_alone() { connection_->begin_alone(); }
+void Workspace::begin_snapshot() { connection_->begin_snapshot(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
 void Workspace::Rollback() { connection_->rollback(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
