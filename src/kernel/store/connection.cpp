@@ -40,6 +40,16 @@ Connection::~Connection() {
     if (begun_) engine_->rollback();
 }
 
+// The plan for the shape of a text, made when the shape is new. The text's literals are in literals_ then.
+template <class Plan, class Make>
+std::shared_ptr<Plan> Connection::plan_of(LruCache<Plan>& plans, std::string_view text, const Make& make) {
+    dialect::take_shape(text, shape_, literals_);
+    if (auto known = plans.find(shape_)) return known;
+    std::shared_ptr<Plan> plan = make();
+    plans.add(shape_, plan);
+    return plan;
+}
+
 std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
     // Most texts that hold values hold one in quotes, and need not be looked for.
     const bool may_be_constant = query.find('\'') == std::string_view::npos;
@@ -47,29 +57,19 @@ std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
         literals_.clear();
         return known;
     }
-    dialect::take_shape(query, shape_, literals_);
-    auto plan = selects_.find(shape_);
-    if (!plan) {
-        plan = std::make_shared<SelectPlan>(translator_.select(query));
-        if (plan->translation.table) plan->table_plan = &tables_[plan->translation.table];
-        selects_.add(shape_, plan);
-    }
+    auto plan = plan_of(selects_, query, [&] {
+        auto made = std::make_shared<SelectPlan>(translator_.select(query));
+        if (made->translation.table) made->table_plan = &tables_[made->translation.table];
+        return made;
+    });
     if (may_be_constant && literals_.empty()) constant_selects_.add(query, plan);
     return plan;
 }
 
 std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, std::string_view criteria) {
-    dialect::take_shape(criteria, shape_, literals_);
-    if (auto known = select.finds.find(shape_)) return known;
-    auto plan = std::make_shared<FindPlan>();
-    plan->translation = translator_.find(select.translation, criteria);
-    plan->first.text = plan->translation.first;
-    plan->held_first.text = plan->translation.held_first;
-    plan->first_after.text = plan->translation.first_after;
-    plan->keys.text = plan->translation.keys;
-    plan->at_key.text = plan->translation.at_key;
-    select.finds.add(shape_, plan);
-    return plan;
+    return plan_of(select.finds, criteria, [&] {
+        return std::make_shared<FindPlan>(translator_.find(select.translation, criteria));
+    });
 }
 
 std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, FieldValues fields) {
@@ -89,22 +89,18 @@ std::shared_ptr<FindPlan> Connection::find_plan(SelectPlan& select, FieldValues 
 }
 
 std::shared_ptr<FilterPlan> Connection::filter_plan(SelectPlan& select, std::string_view criteria) {
-    dialect::take_shape(criteria, shape_, literals_);
-    if (auto known = select.filters.find(shape_)) return known;
-    auto plan = std::make_shared<FilterPlan>();
-    plan->criteria = translator_.filter(select.translation, criteria);
-    const auto column_of = [&](std::string_view name) { return select.names.find(name); };
-    dialect::look_up_columns(*plan->criteria, column_of, criteria);
-    select.filters.add(shape_, plan);
-    return plan;
+    return plan_of(select.filters, criteria, [&] {
+        auto plan = std::make_shared<FilterPlan>();
+        plan->criteria = translator_.filter(select.translation, criteria);
+        const auto column_of = [&](std::string_view name) { return select.names.find(name); };
+        dialect::look_up_columns(*plan->criteria, column_of, criteria);
+        return plan;
+    });
 }
 
 std::shared_ptr<ChangePlan> Connection::change_plan(std::string_view statement) {
-    dialect::take_shape(statement, shape_, literals_);
-    if (auto known = changes_.find(shape_)) return known;
-    auto plan = std::make_shared<ChangePlan>(translator_.change(statement));
-    changes_.add(shape_, plan);
-    return plan;
+    return plan_of(changes_, statement,
+                   [&] { return std::make_shared<ChangePlan>(translator_.change(statement)); });
 }
 
 PlannedStatement& Connection::insert_plan(const SelectPlan& select, std::span<const std::uint64_t> fields) {

@@ -89,6 +89,9 @@ class Connection {
     [[nodiscard]] std::uint64_t stamp() const { return stamp_; }
 
   private:
+    template <class Plan, class Make>
+    [[nodiscard]] std::shared_ptr<Plan> plan_of(LruCache<Plan>& plans, std::string_view text,
+                                                const Make& make);
     [[nodiscard]] EngineStatement& prepared(PlannedStatement& statement);
     void require_usable() const;
     void note_failure(const Error& error);

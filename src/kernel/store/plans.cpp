@@ -39,6 +39,14 @@ SelectPlan::SelectPlan(dialect::SelectTranslation made)
       finds_of_fields(kFindsMax),
       filters(kFindsMax) {}
 
+FindPlan::FindPlan(dialect::FindTranslation made)
+    : translation(std::move(made)),
+      first{translation.first},
+      held_first{translation.held_first},
+      first_after{translation.first_after},
+      keys{translation.keys},
+      at_key{translation.at_key} {}
+
 ChangePlan::ChangePlan(dialect::ChangeTranslation made)
     : literals(std::move(made.literals)), statement{std::move(made.text)} {}
 

@@ -66,6 +66,8 @@ struct TablePlan {
 };
 
 struct FindPlan {
+    explicit FindPlan(dialect::FindTranslation made);
+
     dialect::FindTranslation translation;
     PlannedStatement first;
     PlannedStatement held_first;
