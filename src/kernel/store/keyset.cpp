@@ -9,7 +9,7 @@ namespace brimley::store {
 namespace {
 
 // Up to here the keys are tried one by one; the table may be much larger than the keyset.
-constexpr std::size_t kTriedKeysMax = 256;
+constexpr std::ptrdiff_t kTriedKeysMax = 256;
 
 // Such values are refused as in a text.
 bool no_text_can_hold(FieldValues fields) {
@@ -35,55 +35,59 @@ Keyset::Keyset(Connection& connection, SelectPlan& plan, Row& row, std::span<con
                std::vector<Value> outer, bool empty)
     : connection_(connection), plan_(plan), outer_(std::move(outer)), row_(row) {
     if (!empty && !plan_.translation.has_condition) return;
-    has_keys_ = true;
-    place_ = Place::past_end;
-    if (!empty) open(parameters);
+    current_.place = Place::past_end;
+    if (empty)
+        keys_.emplace(std::vector<RowKey>{});
+    else
+        open(parameters);
 }
 
 void Keyset::open(std::span<const Parameter> parameters) {
+    std::vector<RowKey> keys;
+    RowKey first_read = 0;
     connection_.query(plan_.head, parameters, [&](const EngineRow& row) {
-        keys_.push_back(row.key());
-        if (keys_.size() == 1) {
-            key_ = row.key();
+        keys.push_back(row.key());
+        if (keys.size() == 1) {
+            first_read = row.key();
             row.read(row_);
         }
-        if (keys_.size() < dialect::kHeadRows) return true;
-        keys_.clear();
+        if (keys.size() < dialect::kHeadRows) return true;
+        keys.clear();
         connection_.query(plan_.keys, parameters, [&](const EngineRow& each) {
-            keys_.push_back(each.key());
+            keys.push_back(each.key());
             return true;
         });
         return false;
     });
-    ascending_ = std::ranges::is_sorted(keys_);
-    if (keys_.empty()) return;
-    place_ = Place::on_row;
-    row_stamp_ = connection_.stamp();
+    keys_.emplace(std::move(keys));
+    if (keys_->size() == 0) return;
+    note_read(first_read);
     // Between the two queries somebody may have taken the first row away.
-    if (key_ != keys_.front()) walk_from(0, 1);
+    if (first_read != keys_->at(0)) walk_from(0, 1);
 }
 
 void Keyset::read_first() {
-    place_ = Place::past_end;
+    current_.place = Place::past_end;
     dialect::BoundParameters parameters;
     parameters.add(outer_);
     (void)read_match(plan_.first_row, parameters.span());
 }
 
 const Row* Keyset::current() {
-    if (place_ == Place::first_unread) read_first();
-    return place_ == Place::on_row ? &row_ : nullptr;
+    if (current_.place == Place::first_unread) read_first();
+    return current_.place == Place::on_row ? &row_ : nullptr;
 }
 
-std::int64_t Keyset::place() { return current() ? key_ : -1; }
+std::int64_t Keyset::place() { return current() ? current_.key : -1; }
 
-std::int64_t Keyset::count() {
-    require_keys();
-    return static_cast<std::int64_t>(keys_.size());
+std::int64_t Keyset::count() { return fetched_keys().size(); }
+
+KeyList& Keyset::fetched_keys() {
+    if (!keys_) keys_ = fetch_keys();
+    return *keys_;
 }
 
-void Keyset::require_keys() {
-    if (has_keys_) return;
+KeyList Keyset::fetch_keys() {
     dialect::BoundParameters parameters;
     parameters.add(outer_);
     std::vector<RowKey> keys;
@@ -96,72 +100,46 @@ void Keyset::require_keys() {
     std::ranges::sort(sorted);
     std::erase_if(keys, [&](RowKey key) { return std::ranges::binary_search(sorted, key); });
     keys.insert(keys.end(), added_.begin(), added_.end());
-    keys_ = std::move(keys);
-    ascending_ = std::ranges::is_sorted(keys_);
-    has_keys_ = true;
-}
-
-std::ptrdiff_t Keyset::index_of(RowKey key) {
-    if (ascending_) {
-        const auto found = std::ranges::lower_bound(keys_, key);
-        return found == keys_.end() || *found != key ? -1 : found - keys_.begin();
-    }
-    if (!indexes_) indexes_.emplace();
-    for (std::size_t i = indexes_->size(); i < keys_.size(); ++i)
-        indexes_->emplace(keys_[i], static_cast<std::ptrdiff_t>(i));
-    const auto found = indexes_->find(key);
-    return found == indexes_->end() ? -1 : found->second;
-}
-
-std::ptrdiff_t Keyset::index_behind(RowKey key) {
-    // A row that was found in the table and has been deleted since is none of the keys fetched now.
-    if (ascending_) return std::ranges::upper_bound(keys_, key) - keys_.begin();
-    const std::ptrdiff_t index = index_of(key);
-    return index < 0 ? static_cast<std::ptrdiff_t>(keys_.size()) : index + 1;
+    return KeyList(std::move(keys));
 }
 
 bool Keyset::read_match(PlannedStatement& statement, std::span<const Parameter> parameters) {
-    bool found = false;
+    std::optional<RowKey> found;
     connection_.query(statement, parameters, [&](const EngineRow& row) {
-        key_ = row.key();
+        found = row.key();
         row.read(row_);
-        found = true;
         return false;
     });
     if (!found) return false;
-    place_ = Place::on_row;
-    row_stamp_ = connection_.stamp();
+    note_read(*found);
     return true;
 }
 
+void Keyset::note_read(RowKey key) { current_ = {Place::on_row, key, connection_.stamp()}; }
+
 bool Keyset::read_row(RowKey key) {
-    if (place_ == Place::on_row && key == key_ && is_fresh()) return true;
+    if (current_.place == Place::on_row && key == current_.key && is_fresh()) return true;
     return read_match(plan_.by_key, parameters_of(key).span());
 }
 
 void Keyset::walk_from(std::ptrdiff_t index, int step) {
-    const auto end = static_cast<std::ptrdiff_t>(keys_.size());
-    for (; index >= 0 && index < end; index += step)
-        if (read_row(keys_[static_cast<std::size_t>(index)])) return;
-    place_ = Place::past_end;
+    for (; index >= 0 && index < keys_->size(); index += step)
+        if (read_row(keys_->at(index))) return;
+    current_.place = Place::past_end;
 }
 
 void Keyset::move_first() {
-    if (has_keys_)
+    if (keys_)
         walk_from(0, 1);
     else
-        place_ = Place::first_unread;
+        current_.place = Place::first_unread;
 }
 
-void Keyset::move_last() {
-    require_keys();
-    walk_from(static_cast<std::ptrdiff_t>(keys_.size()) - 1, -1);
-}
+void Keyset::move_last() { walk_from(fetched_keys().size() - 1, -1); }
 
 void Keyset::move_next() {
     if (!current()) return;
-    require_keys();
-    walk_from(index_behind(key_), 1);
+    walk_from(fetched_keys().index_after(current_.key), 1);
 }
 
 void Keyset::go_to(std::int64_t place) {
@@ -178,7 +156,7 @@ dialect::BoundParameters Keyset::parameters_of(RowKey key) const {
 Keyset::Taken Keyset::take(std::uint64_t& hold) {
     if (!connection_.begin_hold(hold)) return Taken::somebody_has_it;
     if (is_fresh() || lock_current()) return Taken::yes;
-    const bool exists = read_row(key_);
+    const bool exists = read_row(current_.key);
     connection_.release(hold);
     return exists ? Taken::somebody_has_it : Taken::row_is_gone;
 }
@@ -188,15 +166,10 @@ bool Keyset::lock_current() {
         row.read(row_);
         return false;
     };
-    if (!connection_.lock_row(plan_.held_row, parameters_of(key_).span(), read)) return false;
-    note_held();
+    if (!connection_.lock_row(plan_.held_row, parameters_of(current_.key).span(), read)) return false;
+    note_read(current_.key);
+    note_held(current_.key);
     return true;
-}
-
-void Keyset::note_held() {
-    row_stamp_ = connection_.stamp();
-    held_key_ = key_;
-    held_in_ = connection_.transaction_number();
 }
 
 Keyset::Taken Keyset::take_equal(FieldValues fields, std::uint64_t& hold) {
@@ -212,14 +185,15 @@ Keyset::Taken Keyset::take_equal(FieldValues fields, std::uint64_t& hold) {
 
 bool Keyset::lock_match(FieldValues fields) {
     const Search search = search_for(connection_.find_plan(plan_, fields));
+    RowKey key = 0;
     const auto read = [&](const EngineRow& row) {
-        key_ = row.key();
+        key = row.key();
         row.read(row_);
         return false;
     };
     if (!connection_.lock_row(search.plan->held_first, search.parameters.span(), read)) return false;
-    place_ = Place::on_row;
-    note_held();
+    note_read(key);
+    note_held(key);
     return true;
 }
 
@@ -231,26 +205,21 @@ void Keyset::prefetch(FieldValues fields, Purpose purpose) {
 }
 
 void Keyset::fix_order() {
-    if (plan_.translation.ordered) require_keys();
+    if (plan_.translation.ordered) (void)fetched_keys();
 }
 
 Row& Keyset::written() {
-    row_stamp_ = connection_.stamp();
+    current_.stamp = connection_.stamp();
     return row_;
 }
 
 void Keyset::append(RowKey key) {
     // Nobody else sees it before the transaction ends.
-    if (connection_.in_trans()) {
-        held_key_ = key;
-        held_in_ = connection_.transaction_number();
-    }
-    if (!has_keys_) {
+    if (connection_.in_trans()) note_held(key);
+    if (keys_)
+        keys_->append(key);
+    else
         added_.push_back(key);
-        return;
-    }
-    ascending_ = ascending_ && (keys_.empty() || keys_.back() < key);
-    keys_.push_back(key);
 }
 
 bool Keyset::find(std::string_view criteria, bool onward) {
@@ -273,35 +242,34 @@ bool Keyset::find_planned(std::shared_ptr<FindPlan> plan, bool onward) {
     Search search = search_for(std::move(plan));
     if (onward && !current()) return false;
     // In the table itself the order of the recordset is at hand only as long as no row stands out of it, and
-    // "behind the current row" only when the order is that of the keys.
+    // "after the current row" only when the order is that of the keys.
     const bool ordered = plan_.translation.ordered;
-    if (!has_keys_ && (!ordered || (added_.empty() && !onward))) return find_in_table(search, onward);
-    require_keys();
-    const std::ptrdiff_t from = onward ? index_behind(key_) : 0;
-    return keys_.size() <= kTriedKeysMax ? find_key_by_key(search, from) : find_among_matches(search, from);
+    if (!keys_ && (!ordered || (added_.empty() && !onward))) return find_in_table(search, onward);
+    KeyList& keys = fetched_keys();
+    const std::ptrdiff_t from = onward ? keys.index_after(current_.key) : 0;
+    return keys.size() <= kTriedKeysMax ? find_key_by_key(search, from) : find_among_matches(search, from);
 }
 
 bool Keyset::find_in_table(Search& search, bool onward) {
     FindPlan& plan = *search.plan;
     if (!onward) return read_match(plan.first, search.parameters.span());
-    return read_match(plan.first_after, search.with_key(key_).span());
+    return read_match(plan.first_after, search.with_key(current_.key).span());
 }
 
 bool Keyset::find_key_by_key(Search& search, std::ptrdiff_t from) {
-    for (auto index = static_cast<std::size_t>(from); index < keys_.size(); ++index)
-        if (read_match(search.plan->at_key, search.with_key(keys_[index]).span())) return true;
+    for (std::ptrdiff_t index = from; index < keys_->size(); ++index)
+        if (read_match(search.plan->at_key, search.with_key(keys_->at(index)).span())) return true;
     return false;
 }
 
 bool Keyset::find_among_matches(Search& search, std::ptrdiff_t from) {
-    auto best = static_cast<std::ptrdiff_t>(keys_.size());
+    std::ptrdiff_t best = keys_->size();
     connection_.query(search.plan->keys, search.parameters.span(), [&](const EngineRow& row) {
-        const std::ptrdiff_t index = index_of(row.key());
+        const std::ptrdiff_t index = keys_->index_of(row.key());
         if (index >= from) best = std::min(best, index);
         return true;
     });
-    return best < static_cast<std::ptrdiff_t>(keys_.size()) &&
-           read_row(keys_[static_cast<std::size_t>(best)]);
+    return best < keys_->size() && read_row(keys_->at(best));
 }
 
 }  // namespace brimley::store

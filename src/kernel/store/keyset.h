@@ -1,19 +1,31 @@
 // The rows of one table as a keyset: which rows, and in which order, is fixed; what they hold is read afresh
 // at every move.
 //
-// A keyset without a WHERE starts without its keys. As long as nobody walks it, its current row is known by
-// its key alone, and a find is one look-up in the table. The keys are fetched when a move or a count needs
-// them, and before a row of an ordered keyset is changed, which might move it elsewhere in the order.
+// Two things change, each for itself.
+//
+// The keys:         not fetched --- move_last, move_next, count ---> fetched
+//
+//   A keyset without a WHERE starts without its keys, and as long as nobody walks it a find is one look-up in
+//   the table; rows that are added meanwhile wait in added_. Before a row of an ordered keyset is changed the
+//   keys are fetched, too, since the change might move the row elsewhere in the order.
+//
+// The current row:  first_unread --- current() ---> on_row; past_end when there is none
+//                   on_row --- move_next, from the last row ---> past_end
+//                   any --- find, go_to, move_last ---> on_row
+//                   any --- move_first ---> on_row, or first_unread while the keys are not fetched
+//
+//   The row on_row is in memory. It is read again before it is changed, unless nobody else can have written
+//   it since: this transaction holds it, or keeps everybody from writing.
 #pragma once
 
 #include <memory>
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include "kernel/store/connection.h"
 #include "kernel/store/dialect/parameters.h"
+#include "kernel/store/key_list.h"
 #include "kernel/store/record_source.h"
 
 namespace brimley::store {
@@ -38,7 +50,7 @@ class Keyset final : public RecordSource {
     void go_to(std::int64_t place) override;
 
     // Only with a current row:
-    [[nodiscard]] RowKey current_key() const { return key_; }
+    [[nodiscard]] RowKey current_key() const { return current_.key; }
     // Takes the current row for writing and reads it again, unless nothing can have changed it. hold: for
     // Connection::release().
     enum class Taken { yes, somebody_has_it, row_is_gone };
@@ -62,28 +74,26 @@ class Keyset final : public RecordSource {
 
     void open(std::span<const Parameter> parameters);
     void read_first();
-    void require_keys();
-    // The key's place among the keys, -1 when it is none of them.
-    [[nodiscard]] std::ptrdiff_t index_of(RowKey key);
-    // The place behind the key; the end when nobody knows where the key stood.
-    [[nodiscard]] std::ptrdiff_t index_behind(RowKey key);
-    // To the first row at or behind the place, or at or before it, that still exists.
+    [[nodiscard]] KeyList& fetched_keys();
+    [[nodiscard]] KeyList fetch_keys();
+    // To the first row from this index on, upwards or downwards by the step, that still exists.
     void walk_from(std::ptrdiff_t index, int step);
     [[nodiscard]] bool read_row(RowKey key);
     [[nodiscard]] bool read_match(PlannedStatement& statement, std::span<const Parameter> parameters);
+    void note_read(RowKey key);
     [[nodiscard]] bool lock_current();
     [[nodiscard]] bool lock_match(FieldValues fields);
-    void note_held();
+    void note_held(RowKey key) { held_ = {key, connection_.transaction_number()}; }
     // Whether the current row is known to be what the table holds.
     [[nodiscard]] bool is_fresh() const {
-        return connection_.still_true(row_stamp_, key_ == held_key_ ? held_in_ : 0);
+        return connection_.still_true(current_.stamp, current_.key == held_.key ? held_.transaction : 0);
     }
     [[nodiscard]] dialect::BoundParameters parameters_of(RowKey key) const;
 
     struct Search;
     [[nodiscard]] Search search_for(std::shared_ptr<FindPlan> plan) const;
     // Whether a find goes to the table, whatever was added.
-    [[nodiscard]] bool finds_in_table() const { return !has_keys_ && !plan_.translation.ordered; }
+    [[nodiscard]] bool finds_in_table() const { return !keys_ && !plan_.translation.ordered; }
     [[nodiscard]] bool find_planned(std::shared_ptr<FindPlan> plan, bool onward);
     [[nodiscard]] bool find_in_table(Search& search, bool onward);
     [[nodiscard]] bool find_key_by_key(Search& search, std::ptrdiff_t from);
@@ -93,19 +103,21 @@ class Keyset final : public RecordSource {
     SelectPlan& plan_;
     std::vector<Value> outer_;
 
-    bool has_keys_ = false;
-    std::vector<RowKey> keys_;
-    std::vector<RowKey> added_;  // while there are no keys yet
-    bool ascending_ = true;      // the keys are; then there is no need of indexes_
-    std::optional<std::unordered_map<RowKey, std::ptrdiff_t>> indexes_;
+    std::optional<KeyList> keys_;  // nothing: not fetched
+    std::vector<RowKey> added_;    // until they are
 
-    Place place_ = Place::first_unread;
-    RowKey key_ = 0;
-    Row& row_;
-    std::uint64_t row_stamp_ = 0;
-    // The transaction that holds the row of held_key_.
-    RowKey held_key_ = 0;
-    std::uint64_t held_in_ = 0;
+    struct Current {
+        Place place = Place::first_unread;
+        RowKey key = 0;
+        std::uint64_t stamp = 0;  // Connection::stamp() when it was read
+    } current_;
+    Row& row_;  // the current one, while it is on_row
+
+    // The row held last, and the transaction that holds it.
+    struct Held {
+        RowKey key = 0;
+        std::uint64_t transaction = 0;
+    } held_;
 };
 
 }  // namespace brimley::store
