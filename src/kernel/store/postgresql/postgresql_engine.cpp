@@ -1,33 +1,23 @@
 #include "kernel/store/postgresql/postgresql_engine.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <charconv>
-#include <deque>
-#include <map>
 #include <string_view>
 
 #include "kernel/store/error.h"
 #include "kernel/store/postgresql/postgresql_flavour.h"
+#include "kernel/store/postgresql/postgresql_key_pool.h"
 #include "kernel/store/postgresql/postgresql_layout.h"
 #include "kernel/store/postgresql/postgresql_prefetch.h"
+#include "kernel/store/postgresql/postgresql_prefetched_locks.h"
+#include "kernel/store/postgresql/postgresql_savepoint.h"
 #include "kernel/store/postgresql/postgresql_session.h"
 
 namespace brimley::store {
 
 namespace {
 
-// Row keys are drawn some at a time, more and more within one transaction, and those left at its end are
-// dropped: so keys grow from one transaction to the next.
-constexpr std::int64_t kKeysAtFirst = 16;
-constexpr std::int64_t kKeysMax = 1024;
 // So many statements are sent before their answers are asked for.
 constexpr std::size_t kUnansweredMax = 512;
-
-std::string key_drawing(std::int64_t count) {
-    return fmt::format("SELECT nextval('{}') FROM generate_series(1, {})", kRowKeySequence, count);
-}
 
 std::string lock_of_all(const Catalog& catalog) {
     std::string tables;
@@ -82,7 +72,7 @@ class PostgresqlEngine final : public Engine {
 
     WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) override {
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
-        end_taking_ahead();
+        locks_ahead_.end(prefetch_);
         switch (prepared.text().effect) {
             case StatementEffect::inserts_row:
                 return insert(prepared, parameters);
@@ -130,13 +120,13 @@ class PostgresqlEngine final : public Engine {
     }
 
     void commit() override {
-        end_taking_ahead();  // what fails here has not met the commit
+        locks_ahead_.end(prefetch_);  // what fails here has not met the commit
         PostgresqlResult result;
         try {
             session_.send(*commit_);
             result = session_.finish();
         } catch (const Error& error) {
-            tell_doubt(error);
+            throw_doubt(error);
             rollback();
             throw;
         }
@@ -179,10 +169,7 @@ class PostgresqlEngine final : public Engine {
     void prefetch(EngineStatement& statement, std::span<const Parameter> parameters) override {
         if (!can_prefetch()) return;
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
-        if (prepared.text().holds_row && !taking_ahead_) {
-            session_.send(*savepoint_ahead_);
-            taking_ahead_ = true;
-        }
+        if (prepared.text().holds_row) locks_ahead_.begin();
         try {
             prefetch_.add(prepared, parameters, session_.send_ahead(prepared, parameters));
         } catch (const Error& error) {
@@ -198,34 +185,20 @@ class PostgresqlEngine final : public Engine {
   private:
     WriteResult insert(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
         with_key_.assign(parameters.begin(), parameters.end());
-        const RowKey key = next_key();
+        const RowKey key = span_ == Span::none ? keys_.single() : keys_.next();
         with_key_.emplace_back(key);
         return {run(statement, with_key_), key};
     }
 
-    // Null when it was not asked ahead, or its row has been written since.
+    // Null when it was not prefetched, or its row has been written since.
     PostgresqlResult prefetched(const PostgresqlStatement& statement, std::span<const Parameter> parameters) {
-        end_taking_ahead();
+        locks_ahead_.end(prefetch_);
         if (!in_transaction()) return nullptr;
         const auto asked = prefetch_.take(statement, parameters);
         if (!asked) return nullptr;
         if (!*asked->answer && session_.unanswered() > 0) (void)session_.finish();
         if (!*asked->answer || !prefetch_.is_still_true(*asked)) return nullptr;
         return std::move(*asked->answer);
-    }
-
-    // What was taken ahead stays taken when all of it could be. Who holds some of the rows and waits for
-    // others would be in the way of somebody who takes them one by one, and he in his.
-    void end_taking_ahead() {
-        if (!taking_ahead_) return;
-        taking_ahead_ = false;
-        if (session_.unanswered() > 0) (void)session_.finish();
-        if (!in_transaction()) return;
-        if (!prefetch_.all_taken()) {
-            prefetch_.forget_taken();
-            session_.send(*back_ahead_);
-        }
-        session_.send(*release_ahead_);
     }
 
     PostgresqlResult ask(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
@@ -244,7 +217,7 @@ class PostgresqlEngine final : public Engine {
         return rows;
     }
 
-    // A held row is passed over, but who writes alone holds the tables: that is found out at the first row,
+    // A held row is skipped, but whoever writes alone holds the tables: that is found out at the first row,
     // and must not cost the transaction either. Afterwards nobody else can be alone.
     bool lock_first_row(PostgresqlStatement& statement, std::span<const Parameter> parameters,
                         const RowSink& sink) {
@@ -274,7 +247,7 @@ class PostgresqlEngine final : public Engine {
             session_.send(statement, parameters);
             return rows_of(session_.finish());
         } catch (const Error& error) {
-            tell_doubt(error);
+            throw_doubt(error);
             throw;
         }
     }
@@ -282,10 +255,10 @@ class PostgresqlEngine final : public Engine {
     // What is refused must not cost the transaction.
     PostgresqlResult ask_under_savepoint(PostgresqlStatement& statement,
                                          std::span<const Parameter> parameters) {
-        session_.send(*savepoint_);
+        step_.set();
         try {
             const auto place = session_.send(statement, parameters);
-            session_.send(*release_);
+            step_.release();
             return session_.finish(place);
         } catch (const Error&) {
             back_to_savepoint();
@@ -296,11 +269,11 @@ class PostgresqlEngine final : public Engine {
     void back_to_savepoint() {
         if (session_.is_lost()) return;
         try {
-            session_.send(*back_);
-            session_.send(*release_);
+            step_.go_back();
+            step_.release();
             (void)session_.finish();
         } catch (const Error&) {
-            // A write before the savepoint had failed already: the whole transaction has.
+            // A write before the savepoint had failed already, and with it the whole transaction.
         }
     }
 
@@ -311,29 +284,9 @@ class PostgresqlEngine final : public Engine {
         return rows;
     }
 
-    RowKey next_key() {
-        if (keys_.empty()) draw_keys();
-        const RowKey key = keys_.front();
-        keys_.pop_front();
-        if (span_ == Span::none) keys_.clear();
-        return key;
-    }
-
-    void draw_keys() {
-        const std::int64_t wanted = span_ == Span::none ? 1 : keys_to_draw_;
-        // A statement for each count, which the server then needs not plan again and again.
-        std::unique_ptr<PostgresqlStatement>& drawing = draw_keys_[wanted];
-        if (!drawing) drawing = session_.command(key_drawing(wanted));
-        session_.send(*drawing);
-        const PostgresqlResult drawn = session_.finish();
-        for (int row = 0; row < PQntuples(drawn.get()); ++row)
-            keys_.push_back(whole_number_cell(drawn.get(), row, 0));
-        keys_to_draw_ = std::min(keys_to_draw_ * 2, kKeysMax);
-    }
-
-    // An answer that is lost leaves open whether it was carried out. A server that goes down may have done
-    // it.
-    void tell_doubt(const Error& error) {
+    // An answer that is lost leaves open whether the change was carried out. A server that goes down may have
+    // done it.
+    void throw_doubt(const Error& error) {
         if (error.kind() != ErrorKind::lost) return;
         end();
         throw Error(ErrorKind::commit_in_doubt,
@@ -341,7 +294,7 @@ class PostgresqlEngine final : public Engine {
                     error.native_code());
     }
 
-    // Statements behind one that failed are passed over, a ROLLBACK too; then it is sent again.
+    // Statements after one that failed are ignored, a ROLLBACK too; then it is sent again.
     void leave() {
         for (int tries = 0; tries < 2; ++tries) {
             try {
@@ -359,9 +312,8 @@ class PostgresqlEngine final : public Engine {
         making_ = false;
         holds_a_table_ = false;
         prefetch_.clear();
-        taking_ahead_ = false;
-        keys_.clear();
-        keys_to_draw_ = kKeysAtFirst;
+        locks_ahead_.clear();
+        keys_.end_transaction();
     }
 
     // Statements go before their session.
@@ -373,23 +325,15 @@ class PostgresqlEngine final : public Engine {
     std::unique_ptr<PostgresqlStatement> look_ = session_.command("SELECT 1");
     std::unique_ptr<PostgresqlStatement> commit_ = session_.command("COMMIT");
     std::unique_ptr<PostgresqlStatement> rollback_ = session_.command("ROLLBACK");
-    std::unique_ptr<PostgresqlStatement> savepoint_ = session_.command("SAVEPOINT brimley_step");
-    std::unique_ptr<PostgresqlStatement> release_ = session_.command("RELEASE SAVEPOINT brimley_step");
-    std::unique_ptr<PostgresqlStatement> savepoint_ahead_ = session_.command("SAVEPOINT brimley_ahead");
-    std::unique_ptr<PostgresqlStatement> release_ahead_ = session_.command("RELEASE SAVEPOINT brimley_ahead");
-    std::unique_ptr<PostgresqlStatement> back_ahead_ =
-        session_.command("ROLLBACK TO SAVEPOINT brimley_ahead");
-    std::unique_ptr<PostgresqlStatement> back_ = session_.command("ROLLBACK TO SAVEPOINT brimley_step");
-    std::map<std::int64_t, std::unique_ptr<PostgresqlStatement>> draw_keys_;  // by how many are drawn
     std::unique_ptr<PostgresqlStatement> lock_all_;
 
     Span span_ = Span::none;
     bool making_;
     bool holds_a_table_ = false;
+    PostgresqlSavepoint step_{session_, "brimley_step"};  // around what may be refused
+    PostgresqlKeyPool keys_{session_};
     PostgresqlPrefetch prefetch_;
-    bool taking_ahead_ = false;  // its savepoint has been sent, and nothing was written since
-    std::deque<RowKey> keys_;
-    std::int64_t keys_to_draw_ = kKeysAtFirst;
+    PostgresqlPrefetchedLocks locks_ahead_{session_};
     std::vector<Parameter> with_key_;
 };
 

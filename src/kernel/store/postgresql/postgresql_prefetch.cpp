@@ -33,14 +33,14 @@ void PostgresqlPrefetch::add(const PostgresqlStatement& statement, std::span<con
                       written_.size()});
 }
 
-bool PostgresqlPrefetch::all_taken() const {
+bool PostgresqlPrefetch::all_locked() const {
     return std::ranges::all_of(asked_, [](const Asked& asked) {
-        return !asked.takes_row || (*asked.answer && PQntuples(asked.answer->get()) > 0);
+        return !asked.locks_row || (*asked.answer && PQntuples(asked.answer->get()) > 0);
     });
 }
 
-void PostgresqlPrefetch::forget_taken() {
-    std::erase_if(asked_, [](const Asked& asked) { return asked.takes_row; });
+void PostgresqlPrefetch::forget_locks() {
+    std::erase_if(asked_, [](const Asked& asked) { return asked.locks_row; });
 }
 
 void PostgresqlPrefetch::clear() {
