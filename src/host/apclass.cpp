@@ -92,9 +92,10 @@ void APclass::APform_payment_goto_docno(const std::string& docnox) {
     frm_payment->Recordx();
 }
 
-// The button goes down last, so what the form does in New alone is not done for the steps before.
+// Without an open form each step fails silently. The button goes down last, so what the form does in New
+// alone is not done for the steps before.
 void APclass::pay_this_invoice(const std::string& docnox, const std::string& vendorx) {
-    if (!frm_payment) return;
+    if (!frm_payment || !frm_payment->is_open()) return;
     const auto form = frm_payment;
     form->ensure_loaded();
     form->selected_docno = docnox;

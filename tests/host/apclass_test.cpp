@@ -220,6 +220,26 @@ TEST_F(HostClass, NavigationOnAClosedFormOpensNothingAgain) {
     EXPECT_THAT(user.notifications, IsEmpty());
 }
 
+TEST_F(HostClass, PayingOnAClosedFormShowsNothingAndDoesNothing) {
+    ap.showform_APform_invoice();
+    save("Invoice");
+    static_cast<void>(user.messages());
+    ap.showform_APform_payment();
+    ap.frm_payment_Exit();
+    ap.pay_this_invoice("IP-26-00001", "V1001");
+    EXPECT_FALSE(ap.frm_payment->is_open());
+    EXPECT_THAT(user.desk.open_forms, ElementsAre(ap.frm_invoice));
+    EXPECT_THAT(user.desk.raised, IsEmpty());
+    EXPECT_EQ(ap.frm_payment->cmbvendor.text(), "");
+    EXPECT_EQ(ap.frm_payment->mode(), frame::Mode::read);
+    EXPECT_THAT(user.messages(), IsEmpty());
+    EXPECT_THAT(user.notifications, IsEmpty());
+    // A form that is shown again can be paid on.
+    ap.showform_APform_payment();
+    ap.pay_this_invoice("IP-26-00001", "V1001");
+    EXPECT_EQ(ap.frm_payment->dbgrid1.cell(0, "AP document no"), "IP-26-00001");
+}
+
 TEST_F(HostClass, HostMayCloseTheSenderFromWithinItsEvent) {
     ap.showform_APform_invoice();
     ap.NotifyClients = [&](const std::string&, const std::string&, const std::string&) {
