@@ -12,7 +12,6 @@
 #include "desktop/review_windows.h"
 #include "kernel/module_g3.h"
 #include "kernel/money.h"
-#include "kernel/store/convert.h"
 
 namespace brimley::desktop {
 
