@@ -132,8 +132,9 @@ class DocumentForm : public GridForm {
     void show_document(store::Recordset& header) { show_document(header, walk()); }
     void show_document(store::Recordset& header, const DocumentWalk& its_walk);
     // Shows the first document that the criteria name, for the text that the user or host gave: without a
-    // text the last one, and when there is none says so and returns to the document on screen.
-    void show_named(const std::string& text, const std::string& criteria);
+    // text the last one, and when there is none says so and returns to the document with the key `otherwise`,
+    // the one on screen; in New that key is empty and leads to the last document.
+    void show_named(const std::string& text, const std::string& criteria, const std::string& otherwise);
     // False when showing a document broke off in the middle: what is on the screen must not be saved or
     // voided then.
     [[nodiscard]] bool shown_whole() const { return shown_whole_; }
@@ -160,7 +161,7 @@ class DocumentForm : public GridForm {
     friend class DocumentPart;
 
     bool show_where(const std::string& criteria);
-    void return_to_document_on_screen();
+    void return_to_document(const std::string& fkey);
     void press_new();
     void press_edit();
     void begin_edit();
@@ -171,6 +172,7 @@ class DocumentForm : public GridForm {
 
     std::string shown_fkey_;  // the document on screen
     bool shown_whole_ = true;
+    bool returning_ = false;  // to the last document, after one that was not found
 };
 
 }  // namespace brimley::frame

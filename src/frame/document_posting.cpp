@@ -21,7 +21,8 @@ kernel::GlDocument DocumentForm::gl_document(store::DateTime gldate) {
     document.source_docno = txtdocno.text();
     document.Currency = cmbcurrency.text();
     document.base_currency = context().BASE_CURRENCY;
-    if (document.foreign()) document.rate_doc_to_base = kernel::money_value(cmbexrate.text());
+    if (document.foreign() && !cmbexrate.empty())
+        document.rate_doc_to_base = kernel::money_value(cmbexrate.text());
     // As plain digits, whatever was typed: the period is a key of the balance columns.
     document.period = store::shortest_number(store::Value(cmbperiod.text()).number());
     document.fyear = cmbfyear.text();

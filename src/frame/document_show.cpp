@@ -69,27 +69,34 @@ bool DocumentForm::show_where(const std::string& criteria) {
     return found;
 }
 
-void DocumentForm::return_to_document_on_screen() {
-    txtfkey.set(shown_fkey_);
-    if (shown_fkey_.empty()) {
+// Under its own key; with nothing on screen, the last document. When that cannot be found either, its message
+// is enough.
+void DocumentForm::return_to_document(const std::string& fkey) {
+    txtfkey.set(fkey);
+    if (!fkey.empty()) {
+        show_where("fkey = " + quoted(fkey));
+    } else if (!returning_) {
+        returning_ = true;
         last_record();
-    } else {
-        show_where("fkey = " + quoted(shown_fkey_));
+        returning_ = false;
     }
 }
 
-void DocumentForm::show_named(const std::string& text, const std::string& criteria) {
+void DocumentForm::show_named(const std::string& text, const std::string& criteria,
+                              const std::string& otherwise) {
     if (text.empty()) {
         last_record();
     } else if (!show_where(criteria)) {
         tell(text + " not found.");
-        return_to_document_on_screen();
+        return_to_document(otherwise);
     }
 }
 
-void DocumentForm::Recordx() { show_named(txtdocno.text(), walk().named(txtdocno.text())); }
+void DocumentForm::Recordx() { show_named(txtdocno.text(), walk().named(txtdocno.text()), txtfkey.text()); }
 
-void DocumentForm::Recordx_fkey() { show_named(txtfkey.text(), "fkey = " + quoted(txtfkey.text())); }
+void DocumentForm::Recordx_fkey() {
+    show_named(txtfkey.text(), "fkey = " + quoted(txtfkey.text()), shown_fkey_);
+}
 
 bool DocumentForm::has_its_number() {
     bool has = true;

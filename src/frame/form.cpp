@@ -34,6 +34,7 @@ void Form::show() {
 }
 
 void Form::show_child(std::shared_ptr<Form> child) {
+    if (child_) child_->unload_form();
     child_ = std::move(child);
     child_->ensure_loaded();
     child_->shown_ = true;

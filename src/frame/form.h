@@ -132,7 +132,9 @@ class Form : public std::enable_shared_from_this<Form> {
         return kernel_ && kernel::carry_on(kernel_->passed_over(), name, std::forward<Step>(action));
     }
 
-    // What the last step that failed has said; empty when none has.
+    // How many steps have failed so far, those within the kernel's routines too, and what the last one has
+    // said.
+    [[nodiscard]] std::int64_t failed_steps() const { return kernel_ ? kernel_->passed_over().count() : 0; }
     [[nodiscard]] std::string last_failure() const {
         return kernel_ ? kernel_->passed_over().last_failure() : std::string{};
     }

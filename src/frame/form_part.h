@@ -45,7 +45,9 @@ class FormPart {
     bool step(const char* name, Step&& action) const {
         return form_.step(name, std::forward<Step>(action));
     }
-    // What the last step that failed has said.
+    // How many steps have failed so far, those within the kernel's routines too, and what the last one has
+    // said.
+    [[nodiscard]] std::int64_t failed_steps() const { return form_.failed_steps(); }
     [[nodiscard]] std::string last_failure() const { return form_.last_failure(); }
     template <class Action>
     bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) const {

@@ -157,7 +157,7 @@ void APform_invoice::clear_box() {
 }
 
 void APform_invoice::Recordx_byinvno() {
-    show_named(txtinvno.text(), "invoice_no = " + quoted(txtinvno.text()));
+    show_named(txtinvno.text(), "invoice_no = " + quoted(txtinvno.text()), txtfkey.text());
 }
 
 void APform_invoice::vendor_address() {

@@ -23,6 +23,10 @@ void add(Recordset& item, const char* field, double amount) {
 
 }  // namespace
 
+std::string PaidItems::has_changed(const std::string& docno, const std::string& pay_item) {
+    return fmt::format("{}, pay item {}, has changed since it was listed.", docno, pay_item);
+}
+
 bool PaidItems::pay(const PaidItem& paid) {
     auto item = kernel().change(fmt::format(
         "SELECT open_amount,paid_amount,discount_taken,writeoff,paid,void,hold,fkey,company,vendor_no,Source,"
@@ -33,10 +37,7 @@ bool PaidItems::pay(const PaidItem& paid) {
     while (!item.at_eof() && !is_as_listed(item, paid))
         item.MoveNext();
     if (!item.at_eof()) item.Edit();
-    if (item.at_eof() || !is_as_listed(item, paid)) {
-        return refuse(
-            fmt::format("{}, pay item {}, has changed since it was listed.", paid.docno, paid.pay_item));
-    }
+    if (item.at_eof() || !is_as_listed(item, paid)) return refuse(has_changed(paid.docno, paid.pay_item));
     const ItemAmounts& amounts = paid.amounts;
     item.set("open_amount", paid.net_balance);
     add(item, "paid_amount", amounts.sum());

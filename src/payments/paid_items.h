@@ -31,7 +31,9 @@ class PaidItems : public frame::FormPart {
   public:
     explicit PaidItems(frame::Form& form) : FormPart(form) {}
 
-    // False, after its message, when the item is not as it was listed.
+    // What is said of an item that is not as it was listed.
+    [[nodiscard]] static std::string has_changed(const std::string& docno, const std::string& pay_item);
+    // False, after that message, when the item is not as it was listed.
     [[nodiscard]] bool pay(const PaidItem& paid);
     // Gives back what the lines of the payment took. What was discounted and written off stays in
     // paid_amount.

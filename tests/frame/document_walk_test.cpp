@@ -94,6 +94,17 @@ TEST_F(DocumentWalk, UnknownNumberWithNothingOnScreenLeadsToTheLastDocument) {
     EXPECT_EQ(form->txtdocno.text(), "N1");
 }
 
+// In New nothing stored is on screen.
+TEST_F(DocumentWalk, UnknownNumberInNewLeadsToTheLastDocument) {
+    const auto form = host.show({1, 2}, 2);
+    form->previous_record();
+    EXPECT_EQ(form->press(105), controls::Refusal::none);
+    form->txtdocno.set("N9");
+    form->Recordx();
+    EXPECT_THAT(host.messages(), ElementsAre("N9 not found."));
+    EXPECT_EQ(form->txtdocno.text(), "N2");
+}
+
 TEST_F(DocumentWalk, KeyWithoutANumberLeadsToTheLastDocument) {
     const auto form = host.show({1, 2}, 2);
     host.company.add("Payment_header_table",

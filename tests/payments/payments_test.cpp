@@ -185,6 +185,19 @@ TEST_F(Payments, RefusedAmountAloneLeavesTheTotalAndThePaymentIsRefusedForItsLin
     EXPECT_EQ(company.list("SELECT docno FROM Payment_header_table"), "");
 }
 
+TEST_F(Payments, TotalsOfTheLinesAreStoredAfterARefusedAmount) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "100.00");
+    edit_item_cell(form(), 1, "pay amount", "60.00");
+    edit_item_cell(form(), 1, "pay amount", "-5");
+    EXPECT_EQ(form().txttotal.text(), "160.00");
+    pay_total(form());
+    press(101);
+    EXPECT_EQ(
+        company.list("SELECT payment_amount, total_amount, total_base_amount FROM Payment_header_table"),
+        "160 100 100");
+}
+
 TEST_F(Payments, ListsOfDiscountAndWriteOffAccountsOfferTheParametersAccounts) {
     company.add(
         "Account_Parameters_table",
@@ -236,6 +249,19 @@ TEST_F(Payments, VendorTypedOverAnotherVendorsListIsRefusedForItsPayableAccount)
     press(101);
     EXPECT_THAT(user.messages(),
                 ElementsAre("Error : Payable account for NOBODY is invalid.", "Add new payment failed"));
+    EXPECT_EQ(company.list("SELECT docno FROM Payment_header_table"), "");
+}
+
+// A vendor that was added since the list was fetched is chosen without its items being listed.
+TEST_F(Payments, VendorWithAPayableAccountTypedOverAnotherVendorsListIsRefusedForTheItems) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "100.00");
+    pay_total(form());
+    company.add("Vendor_table", {{"vendor_no", "V9"}, {"VENDOR_NAME", "New"}, {"ap_accno", "2000"}});
+    form().cmbvendor.set("V9");
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("IP-26-00001, pay item 1, has changed since it was listed.",
+                                             "Add new payment failed"));
     EXPECT_EQ(company.list("SELECT docno FROM Payment_header_table"), "");
 }
 

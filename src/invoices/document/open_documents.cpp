@@ -14,8 +14,8 @@ OpenDocuments::OpenDocuments(APform_invoice& form) : DocumentPart(form), form_(f
 }
 
 void OpenDocuments::get_list_open_doc() {
-    criteria_ =
-        fmt::format("doctype = {} AND fully_paid = FALSE AND void = FALSE", quoted(form_.txtdoctype.text()));
+    criteria_ = fmt::format("company = 1 AND doctype = {} AND fully_paid = FALSE AND void = FALSE",
+                            quoted(form_.txtdoctype.text()));
     form_.cmbopendoc.set_source(
         rows_of(fmt::format("SELECT docno FROM AP_header_table WHERE {} ORDER BY docno DESC", criteria_)));
     form_.cmbopendoc.set(lists_document_on_screen() ? form_.txtdocno.text() : std::string{});

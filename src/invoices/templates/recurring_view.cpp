@@ -13,9 +13,9 @@ using store::Recordset;
 
 namespace {
 
-// "recuring" is the product's spelling.
 constexpr frame::WalkTables kTemplateTables{"AP_recur_header_table", "AP_recur_transaction_table", "recurno"};
 
+// "recuring" is the product's spelling.
 constexpr const char* kNoTemplate =
     "There is no Recurring Invoice.\n"
     "To create recurring Invoice, mark recuring box as true when you create normal invoice.";

@@ -76,13 +76,10 @@ std::optional<TemplateSave::Checked> TemplateSave::validate() {
 
 // --- writing ---
 bool TemplateSave::insert_new_recurring() {
+    const std::int64_t failures = failed_steps();
     std::optional<Checked> checked;
-    std::string failure;
-    const bool ran = step("validate_template", [&] { checked = validate(); });
-    if (ran && !checked) return false;
-    if (!ran) failure = last_failure();
-    const bool saved = checked && in_transaction(
-                                      "insert_new_recurring", [&] { return write(*checked); }, &failure);
+    if (step("validate_template", [&] { checked = validate(); }) && !checked) return false;
+    const bool saved = checked && in_transaction("insert_new_recurring", [&] { return write(*checked); });
     if (saved) {
         form_.txtglfkey.set("");  // that of the document on screen before; a template has none
         form_.open_documents.document_on_screen(kTemplateDoctype);
@@ -92,7 +89,7 @@ bool TemplateSave::insert_new_recurring() {
     form_.txtdocno.set(frame::kNewDocno);
     form_.txtfkey.set("");
     form_.txtdoctype.set("");  // the entry may yet become a document
-    if (!failure.empty()) tell_failure(failure);
+    if (failed_steps() != failures) tell_failure(last_failure());
     return false;
 }
 

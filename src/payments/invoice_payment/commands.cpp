@@ -61,8 +61,8 @@ void APform_payment::preview() {
             tables);
     }
     const std::string query =
-        fmt::format("SELECT {} FROM {} WHERE Payment_header_table.fkey = {} ORDER BY pay_item", fields,
-                    tables, store::quoted(txtfkey.text()));
+        fmt::format("SELECT {} FROM {} WHERE Payment_header_table.fkey = {} ORDER BY {}", fields, tables,
+                    store::quoted(txtfkey.text()), documents.tables().line_order);
     notify("ActiveReport", query,
            fmt::format("A/P Payment,{},{}", txtdocno.text(), rights().form_design ? "1" : "0"));
 }

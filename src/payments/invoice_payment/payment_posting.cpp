@@ -25,6 +25,8 @@ bool PaymentPosting::insert_GL_record(const std::string& vendor_no, const std::s
     if (!posting.open()) return false;
     const std::string ap_accno = form_.get_apaccno(vendor_no);
     if (ap_accno.empty()) return refuse("Error : Payable account for " + vendor_no + " is invalid.");
+    if (!items.empty() && form_.items.vendor_no() != vendor_no)
+        return refuse(PaidItems::has_changed(items.front().docno, items.front().pay_item));
     for (const ListedItem& item : items) {
         if (!gather(posting, item, ap_accno, cash_accno)) return false;
     }

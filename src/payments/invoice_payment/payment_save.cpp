@@ -114,7 +114,9 @@ void PaymentSave::report_success() {
     form_.Recordx_fkey();
 }
 
+// The totals that are stored are those of the lines, whatever a refused amount has left of them on screen.
 void PaymentSave::fill_header(Recordset& header) {
+    form_.items.update_total_payment();
     form_.fill_header(header, checked_.dates);
     header.set("vendor_no", form_.cmbvendor.text());
     header.set("payment_amount", money_value(form_.txtpayment.text()));
