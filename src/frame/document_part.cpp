@@ -19,4 +19,11 @@ bool DocumentPart::period_is_open() const {
                                  store::Value(form_.cmbperiod.text()).number());
 }
 
+void DocumentPart::stamp_created(store::Recordset& row) const {
+    const store::DateTime now = desk().now();
+    row.set("date_created", now.date_only());
+    row.set("time_created", now.time_text());
+    row.set("user_created", context().BRIMLEY_USER);
+}
+
 }  // namespace brimley::frame

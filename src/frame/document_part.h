@@ -34,6 +34,11 @@ class DocumentPart : public FormPart {
                                                                const std::string& missing) const {
         return form_.required_date(field, missing);
     }
+    // The walk of the documents themselves, whatever is walked at the moment.
+    [[nodiscard]] const DocumentWalk& documents() const { return form_.documents; }
+    [[nodiscard]] store::Recordset rates_of_currency(const std::optional<store::DateTime>& until) const {
+        return form_.rates_of_currency(until);
+    }
     // False after its message: none is given, or one that nobody uses. A slip of the pen must not open
     // accounts for it.
     [[nodiscard]] bool currency_is_in_use() const;
@@ -48,6 +53,9 @@ class DocumentPart : public FormPart {
     [[nodiscard]] kernel::GlReversal gl_reversal() const { return form_.gl_reversal(); }
     [[nodiscard]] const std::string& gain_accno() const { return form_.gain_accno; }
     [[nodiscard]] const std::string& loss_accno() const { return form_.loss_accno; }
+
+    // Who made a row, and when, by the clock of the desk.
+    void stamp_created(store::Recordset& row) const;
 
   private:
     DocumentForm& form_;

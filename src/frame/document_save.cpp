@@ -19,7 +19,7 @@ bool DocumentSave::insert_new_record() {
 bool DocumentSave::write() {
     set_doctype();
     if (!draw_number(too_long_message())) return false;
-    auto header = kernel().change(fmt::format("SELECT * FROM {} WHERE 1 = 2", walk().tables().header));
+    auto header = kernel().change(fmt::format("SELECT * FROM {} WHERE 1 = 2", documents().tables().header));
     header.AddNew();
     fill_header(header);
     if (!write_lines(header)) return false;
@@ -37,13 +37,6 @@ void DocumentSave::return_to_new() {
     form_.txtfkey.set("");
     form_.txtglfkey.set("");
     tell_failure(failure_message());
-}
-
-void DocumentSave::stamp_created(store::Recordset& row) const {
-    const store::DateTime now = desk().now();
-    row.set("date_created", now.date_only());
-    row.set("time_created", now.time_text());
-    row.set("user_created", context().BRIMLEY_USER);
 }
 
 }  // namespace brimley::frame

@@ -37,9 +37,6 @@ class DocumentSave : public DocumentPart {
     virtual void report_success() = 0;
     [[nodiscard]] virtual std::string failure_message() const = 0;
 
-    // Who made a row, and when, by the clock of the desk.
-    void stamp_created(store::Recordset& row) const;
-
   private:
     [[nodiscard]] bool write();
     void return_to_new();

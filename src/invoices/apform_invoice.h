@@ -1,39 +1,39 @@
 // APform_invoice: vendor invoices, debit notes, credit notes and recurring templates.
 //
-//   entry.cpp      defaults of a new document, terms and dates, currency and rate, vendor (header logic)
-//   lines.cpp      the line grid: cells, numbering, totals, loading
-//   show.cpp       showing a stored document
-//   save.cpp       saving a new document in one transaction
-//   document/      saving an edit; void, hold and release; the list of open documents
-//   lines_save.cpp the rows of a document's lines, new or edited
-//   posting.cpp    the GL document of an invoice, and its reversal
-//   templates/     the view of recurring templates, showing one, and saving a new one
-//   commands.cpp   toolbar and views
-//   links.cpp      requests to the host
+//   apform_invoice.cpp  loading, modes, a new document, showing a stored one
+//   commands.cpp        toolbar and views
+//   links.cpp           requests to the host
+//   document/           the parts of a document, a subject each: lines, terms, save, posting, void and hold
+//   templates/          the view of recurring templates, and their save
 //
-// Columns of the line grid are found by caption. Amounts in cells are texts by "#,##0.00" in the document's
-// currency. Every kind stores its amounts as entered, positive; only the vendor's owing balance goes the
-// other way for a credit note.
+// Every kind stores its amounts as entered, positive; only what the vendor is owed goes the other way for a
+// credit note.
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "frame/document_form.h"
 #include "frame/fields/vendor_fields.h"
 #include "frame/tax_grid.h"
-#include "invoices/document/checked_entry.h"
+#include "invoices/document/accounts.h"
+#include "invoices/document/entry_checks.h"
+#include "invoices/document/invoice_posting.h"
+#include "invoices/document/invoice_save.h"
 #include "invoices/document/invoice_update.h"
 #include "invoices/document/kinds.h"
+#include "invoices/document/line_rows.h"
+#include "invoices/document/lines.h"
 #include "invoices/document/open_documents.h"
+#include "invoices/document/owing_balance.h"
+#include "invoices/document/payment_term.h"
+#include "invoices/document/rate_fields.h"
 #include "invoices/document/stored_invoice.h"
+#include "invoices/document/vendor_address.h"
 #include "invoices/document/void_hold.h"
 #include "invoices/templates/recurring_view.h"
 #include "invoices/templates/template_save.h"
-#include "kernel/gl_posting.h"
 
 namespace brimley::invoices {
 
@@ -74,71 +74,54 @@ class APform_invoice : public frame::DocumentForm {
     controls::DateField txteffectdate{controls_, "txteffectdate"};
     controls::DateField txtexpiredate{controls_, "txtexpiredate"};
 
+    // --- parts: a document on screen ---
     frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
                                       frame::VendorFields::Unknown::leaves_the_other};
+    VendorAddress address{*this};
+    PaymentTerm payment_term{*this};
+    RateFields rate_fields{*this};
     frame::TaxGrid taxes;
+    InvoiceLines lines{*this};
     OpenDocuments open_documents{*this};
     RecurringView recurring{*this};
-    TemplateSave template_save{*this};
-    StoredInvoice stored_rows{*this};
+
+    // --- parts: what is stored of it ---
+    Accounts accounts{*this};
+    StoredInvoice stored{*this};
+    OwingBalance owing{*this};
+    LineRows line_rows{*this};
+    InvoicePosting posting{*this};
+    EntryChecks entry_checks{*this};
+    InvoiceSave save{*this};
     InvoiceUpdate update{*this};
+    TemplateSave template_save{*this};
     VoidAndHold void_hold{*this};
 
     // --- what hosts steer ---
+    void last_record() override;
+    void leave_recurring_view() { recurring.leave(); }
     void gencode_new() override;
     void grid_readmode() override;
     void grid_newmode() override;
     void grid_editmode() override;
-
-    // Shows the document that bears the vendor's own number in txtinvno.
+    // Shows the document that has the vendor's own number in txtinvno.
     void Recordx_byinvno();
 
-    // --- the lines ---
-
-    // Numbers the lines that hold an amount from 1, without gaps; their tax rows follow them.
-    void get_itemno();
-    void totalamt_calculate();
-    void mnutax_summary_click() { taxes.display_tax_summary(); }
-    [[nodiscard]] int get_column(std::string_view caption) const { return dbgrid1.get_column(caption); }
-    void get_columnx(std::string_view caption, int row, std::string_view text) {
-        dbgrid1.set_cell(row, caption, text);
-    }
-
-    // --- recurring templates (invoices/templates/) ---
-
-    void last_record() override;
-    void last_recurring() { recurring.last_recurring(); }
-    void recurring_mode(bool on) { recurring.recurring_mode(on); }
-    void leave_recurring_view() { recurring.leave(); }
-    // Shows the template that recur_fkey names, whatever the view; without a name nothing happens.
-    void get_recur() { recurring.get_recur(recur_fkey); }
-    std::string recur_fkey;
-    [[nodiscard]] bool insert_new_recurring() { return template_save.insert_new_recurring(); }
-    // The account that the text starts with, when it is one that can be posted to; else empty.
-    [[nodiscard]] std::string get_accno(const std::string& text);
-
-    // --- the save ---
-
-    // True when the document was saved. Every failure has had its message, and nothing of it is left. An
-    // entry with chkrecur is saved as a template.
+    // An entry with chkrecur is saved as a template.
     [[nodiscard]] bool insert_new_record() override;
     [[nodiscard]] bool Update_record() override { return update.Update_record(); }
-    // The GL document of what is on screen; txtglfkey is its key then. Inside the caller's transaction.
-    [[nodiscard]] bool insert_GL_record(const std::string& ap_accno);
-    // Reverses the GL document in txtglfkey, if it has one. Inside the caller's transaction.
-    [[nodiscard]] bool insert_GL_reverse();
-    // The vendor's payable account, or the default one.
-    [[nodiscard]] std::string get_apaccno(const std::string& vendor_no);
-
-    // --- acts on a saved document; each tests, asks, and runs its own transaction ---
-    void void_invoice() { void_hold.void_invoice(); }
-    void hold_invoice() { void_hold.hold_invoice(); }
-    void release_hold() { void_hold.release_hold(); }
 
     // --- requests to the host ---
     void origin_doc();
     void pay_this_invoice();
     void payment_history();
+
+    // --- for the parts ---
+    [[nodiscard]] bool is_credit_note() const { return cmbdoctype.text() == kCreditNote.caption; }
+    // txtdoctype follows the kind in cmbdoctype; a word that is no kind leaves it.
+    void set_doctype_of_kind();
+    // Of the four views the one with this command.
+    void press_view(int id);
 
   protected:
     void Form_Load() override;
@@ -154,7 +137,7 @@ class APform_invoice : public frame::DocumentForm {
     void step_from_new_entry() override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
-    void assign2_dbgrid1(store::Recordset& lines) override;
+    void assign2_dbgrid1(store::Recordset& rows) override;
     [[nodiscard]] std::string edit_refusal() override;
     [[nodiscard]] bool entry_has_data() override { return !dbgrid1.cell(0, "gross amount").empty(); }
     [[nodiscard]] bool walk_open_documents(int direction) override {
@@ -163,89 +146,17 @@ class APform_invoice : public frame::DocumentForm {
     void record_shown_by_walk() override;
     void record_stepped() override { taxes.document_changed(); }
     void preview() override;
-    void insert_line() override;
-    void delete_line() override;
+    void insert_line() override { lines.insert_line(); }
+    void delete_line() override { lines.delete_line(); }
     [[nodiscard]] std::string account_of_current_line() override;
     [[nodiscard]] std::string current_vendor() override { return cmbvendor.text(); }
 
   private:
-    friend class RecurringView;
-    friend class TemplateSave;
-    friend class InvoiceUpdate;
-
-    // What the validation of a save has read, for the writing that follows.
-    struct Term {
-        std::string term_no;
-        store::Value duedays, early_days, early_discount;
-    };
-    struct NewDocument : CheckedEntry {
-        Term term;
-        store::DateTime invoice_date;
-    };
-
-    // show.cpp
-    void set_doctype_of_kind();
-    void show_vendor_and_term(const std::string& vendor_no, const std::string& term_no);
-
-    // entry.cpp
-    void connect_handlers();
-    void cmbterm_ItemSelect();
     void txtinvdate_change() { take_period_of(txtinvdate); }
-    void cmbcurrency_itemselect();
-    void cmbexrate_itemselect();
-    void txtratedate_change() { cmbcurrency_itemselect(); }
-    void vendor_address();
-    void refresh_vendor_address();
-    void close_rate();
-    void select_term();
-
-    // lines.cpp
-    void clear_arrays();
-    void dbgrid1_BeforeColEdit(const controls::CellEdit& edit);
-    void dbgrid1_BeforeColUpdate(controls::CellEdit& edit);
-    void dbgrid1_AfterColUpdate(int column);
-    void ddacc_rowchange();
-    void load_line(int row, const store::Recordset& line);
-    [[nodiscard]] double cell_money(int row, const char* caption) const;
-    void set_cell_money(int row, const char* caption, double amount);
-    [[nodiscard]] bool counts_as_line(int row) const;
-    void lines_moved();
-
-    // save.cpp
-    [[nodiscard]] std::optional<NewDocument> validate_new();
-    [[nodiscard]] bool validate_header(NewDocument& document);
-    // The row of the term that is chosen; nothing, after its message, when there is no such term.
-    [[nodiscard]] std::optional<store::Recordset> chosen_term();
-    [[nodiscard]] bool currency_is_in_use();
-    [[nodiscard]] bool validate_rate();
-    [[nodiscard]] bool validate_invoice_date(NewDocument& document);
-    [[nodiscard]] bool validate_lines_and_period(CheckedEntry& entry);
-    [[nodiscard]] bool validate_optional_dates(CheckedEntry& entry);
-    [[nodiscard]] bool write_new_document(const NewDocument& document);
-    void fill_header(store::Recordset& header, const NewDocument& document);
-    void update_vendor_owing_balance();
-
-    // lines_save.cpp
-    [[nodiscard]] bool insert_new_record_transaction(store::Recordset& header, const std::string& ap_accno);
-    [[nodiscard]] bool write_line(store::Recordset& lines, store::Recordset& header, int row,
-                                  const std::string& ap_accno);
-    [[nodiscard]] bool append_description(store::Recordset& lines, int row, bool line_stored);
-
-    // posting.cpp
-    [[nodiscard]] bool gather_amounts(kernel::GlPosting& posting, const std::string& ap_accno, double rate);
-    class AuthorityAccounts;
-    [[nodiscard]] bool gather_taxes(kernel::GlPosting& posting, const std::string& pay_item,
-                                    const std::string& po_accno, double rate, AuthorityAccounts& authorities);
-    [[nodiscard]] double rounded_base(double amount, double rate) const;
-
-    // commands.cpp
+    void take_vendor_currency();
+    void show_fields(const store::Recordset& header);
+    void show_state(const store::Recordset& header);
     void view_kind(const char* kind, int id);
-    void press_view(int id);
-
-    int line_rows = 0;     // the highest grid row that editing has reached
-    double old_total = 0;  // txttotal of the document as loaded; 0 for a new one
-    controls::DropDown ddacc;
-    std::string default_cash_accno, default_ap_accno;
 };
 
 }  // namespace brimley::invoices

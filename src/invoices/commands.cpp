@@ -53,7 +53,7 @@ void APform_invoice::execute_own(int id) {
             frame_status.refresh();
             break;
         case kTaxSummary:
-            mnutax_summary_click();
+            taxes.display_tax_summary();
             frame_status.refresh();
             break;
         case kViewInvoice:
@@ -78,13 +78,13 @@ void APform_invoice::execute_own(int id) {
             payment_history();
             break;
         case kVoidInvoice:
-            if (may_write) void_invoice();
+            if (may_write) void_hold.void_invoice();
             break;
         case kHoldInvoice:
-            if (may_write) hold_invoice();
+            if (may_write) void_hold.hold_invoice();
             break;
         case kReleaseHold:
-            if (may_write) release_hold();
+            if (may_write) void_hold.release_hold();
             break;
         case kViewAll:
             open_documents.show(false);
@@ -93,7 +93,7 @@ void APform_invoice::execute_own(int id) {
             open_documents.show(true);
             break;
         case kVendorAddress:
-            vendor_address();
+            address.vendor_address();
             break;
         default:
             break;
@@ -118,12 +118,6 @@ void APform_invoice::record_shown_by_walk() {
     press_view(kind == kCreditNote.caption  ? kViewCreditNote
                : kind == kDebitNote.caption ? kViewDebitNote
                                             : kViewInvoice);
-}
-
-std::string APform_invoice::edit_refusal() {
-    if (chkvoid.is_set()) return txtdocno.text() + " was void.";
-    if (chkpaid.is_set()) return txtdocno.text() + " was PAID.";
-    return {};
 }
 
 }  // namespace brimley::invoices

@@ -53,7 +53,7 @@ std::string APform_invoice::account_of_current_line() { return dbgrid1.cell(dbgr
 void APform_invoice::preview() {
     if (txtdoctype.text() == kTemplateDoctype) return;  // nothing is printed of a template
     std::string fields = "AP_header_table.*, AP_transaction_table.*";
-    if (cmbdoctype.text() == kCreditNote.caption) {
+    if (is_credit_note()) {
         // A credit note is printed as a credit, though its amounts are stored positive.
         fields = "AP_header_table.*";
         for (const auto& field : kernel().database().catalog().find("AP_transaction_table")->fields) {

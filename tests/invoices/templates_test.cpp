@@ -34,8 +34,8 @@ class Templates : public ::testing::Test {
 TEST_F(Templates, NamedTemplateIsShownWhateverTheView) {
     save_template();
     user.ap.showform_APform_invoice();
-    form().recur_fkey = "1recur-1";
-    form().get_recur();
+    form().recurring.recur_fkey = "1recur-1";
+    form().recurring.get_recur();
     EXPECT_EQ(form().txtdocno.text(), "REC-26-00001");
     EXPECT_EQ(form().txtrecurname.text(), "Warehouse rent");
     EXPECT_EQ(form().txteffectdate.text(), "01/04/2026");
@@ -48,8 +48,8 @@ TEST_F(Templates, NamedTemplateIsShownWhateverTheView) {
 TEST_F(Templates, NoNameAndAnUnknownOneLeaveTheScreen) {
     save_invoice();
     for (const char* fkey : {"", "1recur-1", "1ip-1"}) {
-        form().recur_fkey = fkey;
-        form().get_recur();
+        form().recurring.recur_fkey = fkey;
+        form().recurring.get_recur();
         EXPECT_EQ(form().txtdocno.text(), "IP-26-00001") << fkey;
         EXPECT_FALSE(form().chkrecur.is_set()) << fkey;
     }
@@ -106,8 +106,8 @@ TEST_F(Templates, FormWithoutACompanyShowsNone) {
     auto& form = *ap.frm_invoice;
     EXPECT_EQ(form.press(1005), controls::Refusal::none);
     EXPECT_FALSE(form.CommandBars1().pressed(1005));
-    form.recur_fkey = "1recur-1";
-    form.get_recur();
+    form.recurring.recur_fkey = "1recur-1";
+    form.recurring.get_recur();
     EXPECT_THAT(desk.messages, IsEmpty());
 }
 

@@ -1,5 +1,5 @@
-// Saving an edit: the GL document is reversed and posted anew, the lines are written again, and header and
-// vendor follow, in one transaction, or nothing.
+// The save of an edit: the GL document is reversed and posted anew, the lines are written again, and header
+// and vendor follow, in one transaction or not at all.
 //
 // A document of another module keeps its lines and its GL document; only what does not touch amounts changes.
 #pragma once
@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "frame/document_part.h"
-#include "invoices/document/checked_entry.h"
+#include "invoices/document/entry_checks.h"
 
 namespace brimley::invoices {
 
@@ -17,13 +17,16 @@ class InvoiceUpdate : public frame::DocumentPart {
   public:
     explicit InvoiceUpdate(APform_invoice& form);
 
+    // True when the edit was saved. Every failure has had its message, but for a template, which cannot be
+    // saved on this road.
     [[nodiscard]] bool Update_record();
 
   private:
-    [[nodiscard]] bool made_here() const;
     [[nodiscard]] std::optional<CheckedEntry> validate();
     [[nodiscard]] bool write(const CheckedEntry& entry);
-    void fill_header(store::Recordset& header, const CheckedEntry& entry);
+    [[nodiscard]] bool made_here() const;
+    void fill_header(store::Recordset& header, const CheckedEntry& entry) const;
+    [[nodiscard]] bool write_lines_anew(store::Recordset& header, const CheckedEntry& entry);
     void pass_terms_to_lines(const store::Recordset& header);
 
     APform_invoice& form_;

@@ -1,5 +1,5 @@
-// The stored rows of the document on screen, as acts on it change them. All of it runs inside the caller's
-// transaction.
+// The stored rows of the document on screen, for a change: its header and its lines. Inside the transaction
+// of whoever changes them.
 #pragma once
 
 #include <functional>
@@ -15,11 +15,14 @@ class StoredInvoice : public frame::DocumentPart {
   public:
     explicit StoredInvoice(APform_invoice& form);
 
+    // On its header, or at the end when it is gone.
+    [[nodiscard]] store::Recordset header() const;
     // The header, in edit. Nothing, after its message, when it is gone.
-    [[nodiscard]] std::optional<store::Recordset> take_header();
+    [[nodiscard]] std::optional<store::Recordset> take_header() const;
     // False when another desk has posted it anew since it was shown here.
     [[nodiscard]] bool posted_as_shown(const store::Recordset& header) const;
-    void each_line(const std::function<void(store::Recordset& line)>& change);
+    void each_line(const std::function<void(store::Recordset& line)>& change) const;
+    void delete_lines() const;
 
   private:
     APform_invoice& form_;

@@ -1,5 +1,5 @@
-// What undoes or blocks a saved document: void, hold, release. Each tests, asks, and runs its own
-// transaction; after a failure the document is as it was.
+// What undoes or blocks the document on screen: void, hold and release. Each tests, asks, and runs a
+// transaction of its own.
 #pragma once
 
 #include "frame/document_part.h"
@@ -18,11 +18,10 @@ class VoidAndHold : public frame::DocumentPart {
 
   private:
     // Says why a document in this state cannot be voided, if that is so. paid: as chkpaid shows it.
-    [[nodiscard]] bool refuses_void(bool is_void, int paid);
-    [[nodiscard]] bool may_void();
+    [[nodiscard]] bool refuses_void(bool is_void, int paid) const;
+    [[nodiscard]] bool may_void() const;
     [[nodiscard]] bool write_void();
-    void give_back_owing_balance();
-    [[nodiscard]] bool may_change_hold(const char* question, const char* title);
+    [[nodiscard]] bool may_change_hold(const char* question, const char* title) const;
     [[nodiscard]] bool write_hold(bool hold);
     void change_hold(bool hold);
 

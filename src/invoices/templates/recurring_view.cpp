@@ -1,14 +1,11 @@
 #include "invoices/templates/recurring_view.h"
 
-#include <fmt/format.h>
-
 #include "invoices/apform_invoice.h"
 #include "invoices/commands.h"
 #include "kernel/user_dates.h"
 
 namespace brimley::invoices {
 
-using store::quoted;
 using store::Recordset;
 
 namespace {
@@ -23,7 +20,9 @@ constexpr const char* kNoTemplate =
 }  // namespace
 
 RecurringView::RecurringView(APform_invoice& form)
-    : DocumentPart(form), templates(form, kTemplateTables), form_(form) {}
+    : DocumentPart(form), templates(form, kTemplateTables), form_(form) {
+    form_.chkrecur.on_click = [this] { chkrecur_click(); };
+}
 
 bool RecurringView::pressed() const { return form_.CommandBars1().pressed(kViewRecurring); }
 
@@ -106,7 +105,7 @@ void RecurringView::chkrecur_click() {
     if (mode() == frame::Mode::new_entry) show_name_in_place_of_date(form_.chkrecur.is_set());
 }
 
-void RecurringView::get_recur(const std::string& recur_fkey) {
+void RecurringView::get_recur() {
     if (recur_fkey.empty()) return;
     step("get_recur", [&] {
         auto header = templates.header_by_fkey(recur_fkey);

@@ -5,6 +5,8 @@
 // screen is a template is another thing: chkrecur says so, in any view.
 #pragma once
 
+#include <string>
+
 #include "frame/document_part.h"
 
 namespace brimley::invoices {
@@ -24,8 +26,9 @@ class RecurringView : public frame::DocumentPart {
     void recurring_mode(bool on);
     // Back to documents, if templates are in view; the template stays on screen until a document is shown.
     void leave();
-    // Shows the template of this key, whatever the view; without a key nothing happens.
-    void get_recur(const std::string& recur_fkey);
+    // Shows the template that recur_fkey names, whatever the view; without a name nothing happens.
+    void get_recur();
+    std::string recur_fkey;
     void chkrecur_click();
     // The box and the fields of a template agree with each other: it may have been clicked before New was
     // pressed, when a click changes nothing else.

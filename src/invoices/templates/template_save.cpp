@@ -45,7 +45,7 @@ const char* TemplateSave::fault_of_issue() const {
     if (is_filled_and_no_number(form_.txtnoinvoice.text())) return "Number of invoice is invalid";
     if (form_.cmbfreq.text() != "monthly" && form_.cmbfreq.text() != "quarterly")
         return "recurring frequency is invalid";
-    if (form_.dbgrid1.cell(0, "pay item").empty()) return "No data input";
+    if (!form_.lines.has_any()) return "No data input";
     return nullptr;
 }
 
@@ -100,8 +100,8 @@ bool TemplateSave::write(const Checked& checked) {
     header.AddNew();
     fill_header(header, checked);
     auto lines = kernel().change("SELECT * FROM AP_recur_transaction_table WHERE 1 = 2");
-    for (int row = 0; row <= form_.line_rows; ++row) {
-        if (!form_.dbgrid1.cell(row, "pay item").empty() && !write_line(lines, header, row)) return false;
+    for (const InvoiceLine& line : form_.lines.read()) {
+        if (!line.pay_item.empty() && !write_line(lines, header, line)) return false;
     }
     header.Update();
     return true;
@@ -125,24 +125,19 @@ void TemplateSave::fill_header(Recordset& header, const Checked& checked) {
     header.set("date_created", desk().now().date_only());
 }
 
-bool TemplateSave::write_line(Recordset& lines, const Recordset& header, int row) {
-    const std::string typed_account = form_.dbgrid1.cell(row, "purchase account");
-    if (typed_account.empty()) return refuse("Please specify purchase account");
-    const std::string po_accno = form_.get_accno(typed_account);
+bool TemplateSave::write_line(Recordset& lines, const Recordset& header, const InvoiceLine& line) {
+    if (line.po_accno.empty()) return refuse("Please specify purchase account");
+    const std::string po_accno = form_.accounts.get_accno(line.po_accno);
     if (po_accno.empty()) return refuse("purchase account is invalid");
-    const store::DateTime now = desk().now();
     lines.AddNew();
-    lines.set("pay_item", form_.dbgrid1.cell(row, "pay item"));
-    lines.set("gross_amount", form_.cell_money(row, "gross amount"));
-    lines.set("open_amount", form_.cell_money(row, "open amount"));
-    lines.set("taxable_amount", form_.cell_money(row, "taxable amount"));
-    lines.set("tax_amount", form_.cell_money(row, "tax amount"));
-    if (const std::string tax_code = form_.dbgrid1.cell(row, "tax code"); !tax_code.empty())
-        lines.set("tax_code", tax_code);
+    lines.set("pay_item", line.pay_item);
+    lines.set("gross_amount", line.gross.value_or(0));
+    lines.set("open_amount", line.open);
+    lines.set("taxable_amount", line.taxable.value_or(0));
+    lines.set("tax_amount", line.tax);
+    if (!line.tax_code.empty()) lines.set("tax_code", line.tax_code);
     lines.set("po_accno", po_accno);
-    lines.set("date_created", now.date_only());
-    lines.set("time_created", now.time_text());
-    lines.set("user_created", context().BRIMLEY_USER);
+    stamp_created(lines);
     for (const char* field : {"company", "fkey", "vendor_no", "Currency", "payment_term"})
         lines.set(field, header.field(field));
     lines.Update();

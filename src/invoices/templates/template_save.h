@@ -7,6 +7,7 @@
 #include <string>
 
 #include "frame/document_part.h"
+#include "invoices/document/lines.h"
 
 namespace brimley::invoices {
 
@@ -34,7 +35,8 @@ class TemplateSave : public frame::DocumentPart {
                                  std::optional<std::string>& yyyymmdd);
     [[nodiscard]] bool write(const Checked& checked);
     void fill_header(store::Recordset& header, const Checked& checked);
-    [[nodiscard]] bool write_line(store::Recordset& lines, const store::Recordset& header, int row);
+    [[nodiscard]] bool write_line(store::Recordset& lines, const store::Recordset& header,
+                                  const InvoiceLine& line);
 
     APform_invoice& form_;
 };
