@@ -1,5 +1,7 @@
 #include "typed_fields.h"
 
+#include "controls/grid.h"
+
 namespace brimley::testing {
 
 using controls::ComboBox;
