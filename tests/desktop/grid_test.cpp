@@ -201,6 +201,21 @@ TEST_F(LineGrid, EvenRowsAndFontsAreThoseOfTheModel) {
     EXPECT_EQ(odd.data(Qt::ForegroundRole).value<QColor>(), QColor(255, 0, 0));
 }
 
+// The company's choice, which the sample has on.
+TEST_F(LineGrid, EvenRowsArePaintedOnThePaymentGridAsOnTheInvoiceGrid) {
+    const auto ground = [this](int row) {
+        window().settle();
+        const QRect cell = lines().visualRect(lines().model()->index(row, 1));
+        return lines().viewport()->grab().toImage().pixelColor(cell.center());
+    };
+    const QColor of_invoices = ground(1);
+    EXPECT_NE(of_invoices, ground(0));
+    ap.showform_APform_payment();
+    EXPECT_EQ(ground(1), of_invoices);
+    EXPECT_NE(ground(0), of_invoices);
+    EXPECT_NE(ground(2), of_invoices);
+}
+
 TEST_F(LineGrid, TypingInACellIsCompletedFromItsList) {
     trigger(105);
     go_to_cell(0, "tax code");

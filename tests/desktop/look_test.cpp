@@ -106,6 +106,17 @@ TEST_F(Looks, NoCaptionOfAFormIsCutOff) {
     }
 }
 
+TEST_F(Looks, PeriodAndFiscalYearHaveTheirCaptions) {
+    for (const bool payment : {false, true}) {
+        payment ? ap.showform_APform_payment() : ap.showform_APform_invoice();
+        std::map<const QWidget*, std::string> captions;
+        for (const QLabel* const caption : window().findChildren<QLabel*>())
+            if (caption->isVisible()) captions[caption->buddy()] = caption->text().toStdString();
+        EXPECT_EQ(captions[&field("cmbperiod")], "Period");
+        EXPECT_EQ(captions[&field("cmbfyear")], "Fiscal year");
+    }
+}
+
 TEST_F(Looks, FaultIsToldWithItsLine) {
     EXPECT_EQ(faults("txtremark"), "line 1: a field stands in no column");
     EXPECT_EQ(faults("column\n\"Remark\""), "line 2: CONTROL is missing");
