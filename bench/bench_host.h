@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/apclass.h"
+#include "invoices/apform_invoice.h"
 #include "kernel/tables/company_tables.h"
 #include "quiet_desk.h"
 

@@ -15,6 +15,7 @@
 #include "desktop/form_window.h"
 #include "desktop/grid_view.h"
 #include "host/apclass.h"
+#include "invoices/apform_invoice.h"
 #include "opening/host_options.h"
 #include "workload.h"
 

@@ -12,6 +12,7 @@
 
 #include "bench_host.h"
 #include "company/create.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 // Acts of the user on the current form.
 #include "console/arguments.h"
+#include "frame/form.h"
 
 namespace brimley::console {
 

@@ -11,7 +11,10 @@
 #include "controls/date_range.h"
 #include "controls/fields.h"
 #include "controls/grid.h"
-#include "frame/form.h"
+
+namespace brimley::frame {
+class Form;
+}
 
 namespace brimley::console {
 

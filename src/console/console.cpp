@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "console/arguments.h"
+#include "frame/form.h"
 
 namespace brimley::console {
 

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "console/script_line.h"
+#include "frame/form.h"
 #include "opening/this_machine.h"
 
 namespace brimley::console {

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "frame/desk.h"
-#include "frame/form.h"
 
 namespace brimley::console {
 

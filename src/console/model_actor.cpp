@@ -1,6 +1,7 @@
 #include "console/actor.h"
 #include "controls/combo_box.h"
 #include "controls/fields.h"
+#include "frame/form.h"
 
 namespace brimley::console {
 

@@ -8,6 +8,7 @@
 
 #include "console/arguments.h"
 #include "console/state_words.h"
+#include "frame/form.h"
 
 namespace brimley::console {
 

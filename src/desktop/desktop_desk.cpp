@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "desktop/form_window.h"
+#include "frame/form.h"
 #include "opening/this_machine.h"
 
 namespace brimley::desktop {

@@ -16,6 +16,7 @@
 #include "desktop/field_views.h"
 #include "desktop/grid_view.h"
 #include "desktop/range_view.h"
+#include "frame/form.h"
 
 namespace brimley::desktop {
 

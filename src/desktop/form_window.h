@@ -17,11 +17,15 @@
 #include "desktop/date_view.h"
 #include "desktop/look_layout.h"
 #include "desktop/model_view.h"
-#include "frame/form.h"
 
 namespace brimley::controls {
 class DateRange;
-}
+class TextField;
+}  // namespace brimley::controls
+namespace brimley::frame {
+class Desk;
+class Form;
+}  // namespace brimley::frame
 
 namespace brimley::desktop {
 

@@ -18,6 +18,7 @@
 #include "desktop/command_icons.h"
 #include "desktop/company_dialogs.h"
 #include "desktop/form_window.h"
+#include "frame/form.h"
 
 namespace brimley::desktop {
 

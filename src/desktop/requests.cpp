@@ -9,7 +9,9 @@
 #include "desktop/model_view.h"
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
+#include "invoices/apform_invoice.h"
 #include "invoices/commands.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::desktop {
 

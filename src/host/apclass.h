@@ -15,18 +15,32 @@
 #include <string>
 #include <vector>
 
-#include "frame/desk.h"
 #include "frame/host_context.h"
-#include "invoices/apform_invoice.h"
-#include "payments/invoice_payment/apform_payment.h"
+
+// Who acts on a form reads its header besides.
+namespace brimley::invoices {
+class APform_invoice;
+}
+namespace brimley::payments {
+class APform_payment;
+}
+namespace brimley::kernel {
+class ModuleG3;
+}
+namespace brimley::frame {
+class Desk;
+}
 
 namespace brimley::host {
+
+template <class FormClass>
+class FormSlot;
 
 class APclass : public frame::HostContext {
   public:
     explicit APclass(frame::Desk& desk) : desk_(desk) {}
     // Forms that are still on the screen go on working; their requests reach nobody any more.
-    ~APclass();
+    ~APclass() = default;
     APclass(const APclass&) = delete;
     APclass& operator=(const APclass&) = delete;
 
@@ -112,21 +126,22 @@ class APclass : public frame::HostContext {
     std::shared_ptr<payments::APform_payment> frm_payment;
 
   private:
+    // One of the forward methods.
     using Forward = void (APclass::*)(const std::string&, const std::string&, const std::string&);
-
-    // A new form of this kind with the context in it, not yet shown, in place of the one that the reference
-    // held.
     template <class FormClass>
-    FormClass& create(std::shared_ptr<FormClass>& reference, Forward forward);
+    friend class FormSlot;
+
     [[nodiscard]] std::shared_ptr<kernel::ModuleG3> kernel_of_database();
     void raise(const std::string& formx, const std::string& docnox, const std::string& arg2);
 
     frame::Desk& desk_;
     std::shared_ptr<kernel::ModuleG3> kernel_;  // shared by all forms on the database of abcdb
+    // Forms hold it weakly: gone with the host, it tells them that nobody listens any more.
+    std::shared_ptr<bool> listening_ = std::make_shared<bool>(true);
 };
 
 // The methods of APclass by name, for hosts that are driven by text. An unknown name or a wrong number of
-// arguments calls nothing and is told by the outcome.
+// arguments calls nothing; the outcome says so.
 enum class CallOutcome { done, no_such_method, wrong_arguments };
 [[nodiscard]] CallOutcome call_by_name(APclass& ap, const std::string& method,
                                        const std::vector<std::string>& arguments);

@@ -17,6 +17,7 @@
 #include "desktop/form_window.h"
 #include "desktop/grid_view.h"
 #include "desktop/list_popup.h"
+#include "frame/form.h"
 #include "host/apclass.h"
 #include "support/sample_host.h"
 

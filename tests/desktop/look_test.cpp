@@ -3,6 +3,7 @@
 
 #include "desktop/live_desk.h"
 #include "desktop/look_layout.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::testing {
 

@@ -19,6 +19,7 @@
 #include "desktop/main_window.h"
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::testing {
 

@@ -9,10 +9,12 @@
 #include <iostream>
 #include <sstream>
 
+#include "controls/grid.h"
 #include "desktop/combo_view.h"
 #include "desktop/form_window.h"
 #include "desktop/main_window.h"
 #include "desktop/theme.h"
+#include "frame/form.h"
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "payments/invoice_payment/apform_payment.h"
 #include "support/sample_host.h"
 
 namespace brimley::testing {

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "payments/invoice_payment/apform_payment.h"
 #include "support/sample_host.h"
 
 namespace brimley::testing {

@@ -1,4 +1,5 @@
 #include "saver.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "company/transaction.h"
+#include "frame/form.h"
 #include "kernel/money.h"
 #include "kernel/tables/company_tables.h"
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/apclass.h"
+#include "invoices/apform_invoice.h"
 #include "support/recording_desk.h"
 #include "support/sample_company.h"
 

@@ -1,0 +1,33 @@
+// The host's methods of the payment forms.
+#include "host/form_slot.h"
+#include "payments/invoice_payment/apform_payment.h"
+
+namespace brimley::host {
+
+void APclass::showform_APform_payment(const std::optional<std::string>& docnox) {
+    FormSlot(*this, frm_payment).show_document(&APclass::frm_payment_NotifyClients, docnox);
+}
+
+void APclass::APform_payment_goto_docno(const std::string& docnox) {
+    FormSlot(*this, frm_payment).go_to_docno(docnox);
+}
+
+// Without an open form each step fails silently. The button goes down last, so what the form does in New
+// alone is not done for the steps before.
+void APclass::pay_this_invoice(const std::string& docnox, const std::string& vendorx) {
+    if (!frm_payment || !frm_payment->is_open()) return;
+    const auto form = frm_payment;
+    form->ensure_loaded();
+    form->selected_docno = docnox;
+    form->cmbvendor.set(vendorx);
+    form->grid_newmode();
+    form->gencode_new();
+    form->list_vendor_invoice(vendorx);
+    form->CommandBars1().set_pressed(frame::command::kEditMode, false);  // New and Edit are never both
+    form->CommandBars1().set_pressed(frame::command::kNew, true);
+    form->show();
+}
+
+void APclass::frm_payment_Exit() { FormSlot(*this, frm_payment).exit(); }
+
+}  // namespace brimley::host
