@@ -33,8 +33,8 @@ std::vector<FiscalYear> existing_years(store::Database& database) {
     return years;
 }
 
-// The year's number may differ from the calendar's, as for a year that ends in the next calendar year; the
-// distance to a year that stands tells where the new one lies.
+// The year's number may differ from the calendar's, as for a year that ends in the next calendar year; so the
+// new one is placed by its distance to the last year that there is.
 FiscalYear placed_year(const std::string& fyear, const std::vector<FiscalYear>& years) {
     if (years.empty()) return year_from(fyear, DateTime::from_ymd(std::stoi(fyear), 1, 1));
     const FiscalYear& last = years.back();

@@ -136,7 +136,7 @@ class Books {
 
     void each_gl_line(const std::function<void(const GlLine&)>& visit) const;
     // The lines of each GL document by line number. A key without "-" comes again in another year; such
-    // documents are told apart by their year.
+    // documents differ in their year.
     void each_gl_document(const std::function<void(std::span<const GlLine>)>& visit) const;
     // The keys of GL documents that have lines.
     [[nodiscard]] std::unordered_set<std::string> posted_documents() const;

@@ -234,9 +234,9 @@ int main_program(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A reader that goes away is told by the failing write, not by a signal.
+    // A reader that goes away shows in the failing write, not by a signal.
     std::signal(SIGPIPE, SIG_IGN);
-    // A file that may not grow any more looks like a full disk, and is told the same way.
+    // A file that may not grow any more looks like a full disk, and is reported the same way.
     std::signal(SIGXFSZ, SIG_IGN);
     return main_program(argc, argv);
 }

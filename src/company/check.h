@@ -4,10 +4,10 @@
 // Each check is a routine of its own that adds one line a finding. All amounts are compared rounded to two
 // places; null counts as 0. Every check is linear in the number of rows.
 //
-// What posting as it is made to work does not keep is not a finding: Current Earnings against the income
+// What posting does not keep by design is not a finding: Current Earnings against the income
 // statement, `amount` against `base_amount` of the base ledger, movements under a period that names no
 // column, the period and the hold of an invoice after an edit, the tax of a line against its slots when an
-// authority found no slot. docs/oddities.md lists what is taken as it is, and what is told though a form has
+// authority found no slot. docs/oddities.md lists what is accepted, and what is reported although a form has
 // done it.
 #pragma once
 

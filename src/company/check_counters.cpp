@@ -77,7 +77,7 @@ std::optional<double> running_number(std::string_view digits) {
     return number;
 }
 
-// The highest number used by each counter, with the document that bears it.
+// The highest number used by each counter, with the document that has it.
 struct HighestUse {
     double number = 0;
     std::string document;
@@ -96,8 +96,8 @@ void compare(const Uses& uses, const std::map<std::string, double>& counters, Fi
             findings.push_back(
                 fmt::format("{} is missing, though {} is used", shown_text(name), shown_text(use.document)));
         } else if (counter->second <= use.number) {
-            findings.push_back(fmt::format("{} stands at {}, though {} is used", shown_text(name),
-                                           counter->second, shown_text(use.document)));
+            findings.push_back(fmt::format("{} is at {}, but {} is used", shown_text(name), counter->second,
+                                           shown_text(use.document)));
         }
     }
 }

@@ -34,7 +34,7 @@ void check_line_numbers(const Books& books, Findings& findings) {
         double expected = 1;
         for (const GlLine& line : lines) {
             if (line.line_number != expected) {
-                findings.push_back(fmt::format("GL document {}: line {} stands where line {} belongs",
+                findings.push_back(fmt::format("GL document {}: line {} is in the place of line {}",
                                                shown_text(line.fkey), line.line_number, expected));
                 return;
             }

@@ -44,10 +44,10 @@ std::unordered_set<std::string> keys_of(const Books& books, const char* table) {
 void find_lines_without_header(const Books& books, Findings& findings) {
     const auto invoices = keys_of(books, "AP_header_table");
     const auto payments = keys_of(books, "Payment_header_table");
-    std::unordered_set<std::string> told;
+    std::unordered_set<std::string> reported;
     books.each_ap_line([&](const ApLine& line) {
         const auto& headers = line.doctype == "pp" ? payments : invoices;
-        if (!headers.contains(line.fkey) && told.insert(line.fkey).second) {
+        if (!headers.contains(line.fkey) && reported.insert(line.fkey).second) {
             findings.push_back(fmt::format("Invoice {} has lines but no header", shown_text(line.fkey)));
         }
     });

@@ -13,8 +13,7 @@ namespace brimley::company {
 
 namespace {
 
-// Voids whose place before or after an edit cannot be told are few; of more than these the rest counts as
-// before it.
+// Few voids cannot be placed before or after an edit; of more than these the rest counts as before it.
 constexpr std::size_t kGivenBackMax = 12;
 
 // What an item holds that these payments have touched.
@@ -24,7 +23,7 @@ ItemAmounts expected(const PaidItem& item, const ItemAmounts& taken) {
     return amounts;
 }
 
-// What was paid elsewhere before the first payment was told there in its own way.
+// What was paid elsewhere before the first payment was stored there in its own way.
 bool same(const PaidItem& item, const ApLine& line, const ItemAmounts& amounts) {
     if (differ(line.open, amounts.open)) return false;
     if (differ(item.settled_before, 0)) return true;

@@ -1,7 +1,7 @@
 // The amounts of payments by themselves: headers against lines, base currency against rates.
 //
 // The form keeps the base value of a row where a discount or a write-off cuts the payment, and where an
-// amount was refused. Of such a row it can only be told between which values its base amount lies: those of
+// amount was refused. Of such a row it is only known between which values its base amount lies: those of
 // nothing, of what was paid, and of all that was open.
 #include <fmt/format.h>
 
@@ -73,12 +73,12 @@ class Judge {
         const double total = payment_.total_amount.value_or(0);
         const double least = payment_.total_base_amount;
         if (total > 0 && differ(std::max(least, payment_.payment_base_amount), payment_.payment_base_amount))
-            tell("payment_base_amount", payment_.payment_base_amount,
-                 fmt::format("its lines come to {:.2f}", least));
+            report("payment_base_amount", payment_.payment_base_amount,
+                   fmt::format("its lines come to {:.2f}", least));
     }
 
   private:
-    void tell(const std::string& what, double stored, const std::string& expected) {
+    void report(const std::string& what, double stored, const std::string& expected) {
         findings_.push_back(
             fmt::format("Payment {}: {} is {:.2f}, {}", shown_text(payment_.fkey), what, stored, expected));
     }
@@ -87,7 +87,7 @@ class Judge {
         const std::string name = fmt::format("line {}, ", shown_text(line.item_no));
         const double left = line.open - line.discount - line.writeoff - line.pay;
         if (differ(line.balance, left))
-            tell(name + "balance", line.balance, fmt::format("expected {:.2f}", left));
+            report(name + "balance", line.balance, fmt::format("expected {:.2f}", left));
         const bool foreign = line.currency != base_currency_;
         Range base = base_value_of(line, foreign && may_be_older(line));
         if (foreign) {
@@ -95,14 +95,14 @@ class Judge {
                 std::minmax({base.least * line.payment_rate, base.most * line.payment_rate});
             base = {least, most};
         }
-        if (!lies_in(line.pay_base, base)) tell(name + "pay_base_amount", line.pay_base, shown(base));
+        if (!lies_in(line.pay_base, base)) report(name + "pay_base_amount", line.pay_base, shown(base));
     }
 
     void judge_payment_base() {
         const bool foreign = payment_.currency != base_currency_;
         const double base = payment_.payment_amount * (foreign ? payment_.rate : 1);
         if (!lies_in(payment_.payment_base_amount, {base, base}))
-            tell("payment_base_amount", payment_.payment_base_amount, shown({base, base}));
+            report("payment_base_amount", payment_.payment_base_amount, shown({base, base}));
     }
 
     // Lines of one currency have a total in it. A currency counts when a row in it has a base value.
@@ -122,7 +122,7 @@ class Judge {
         } else if (!payment_.total_amount && possible.size() <= 1) {
             findings_.push_back(name + " has no total_amount, though its lines are in one currency");
         } else if (payment_.total_amount && differ(*payment_.total_amount, pay)) {
-            tell("total_amount", *payment_.total_amount, fmt::format("its lines come to {:.2f}", pay));
+            report("total_amount", *payment_.total_amount, fmt::format("its lines come to {:.2f}", pay));
         }
     }
 
@@ -137,7 +137,7 @@ class Judge {
         if (payment_.total_amount && payment_.total_currency == base_currency_)
             base = {*payment_.total_amount, *payment_.total_amount};
         if (!lies_in(payment_.total_base_amount, base))
-            tell("total_base_amount", payment_.total_base_amount, shown(base));
+            report("total_base_amount", payment_.total_base_amount, shown(base));
     }
 
     const PaymentHeader& payment_;

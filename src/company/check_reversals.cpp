@@ -103,8 +103,8 @@ void check_ledger_owners(const Books& books, Findings& findings) {
     for (const auto& [fkey, header] : gl_headers(books)) {
         if (!header.by_forms || header.reversed || header.remark.starts_with(kReverseStart)) continue;
         if (named.contains(fkey) || !posted.contains(fkey)) continue;
-        findings.push_back(
-            fmt::format("GL document {} stands, but no invoice or payment names it", shown_text(fkey)));
+        findings.push_back(fmt::format("GL document {} is not reversed, but no invoice or payment names it",
+                                       shown_text(fkey)));
     }
 }
 

@@ -27,8 +27,8 @@ struct StarterCompany {
 
 using CompanyContent = std::variant<EmptyCompany, SampleCompany, StarterCompany>;
 
-// Makes the company and leaves it closed. Nobody sees it before it is whole. On failure nothing is left
-// behind; a program that is killed leaves a hidden folder (company_draft.h) or, on a server, a database
+// Makes the company and leaves it closed. Nobody sees it before it is whole. Nothing is left of a
+// failure; a program that is killed leaves a hidden folder (company_draft.h) or, on a server, a database
 // without a company, which are in nobody's way. Throws store::Error (state: the path exists already, or
 // another program is making it), CsvError and std::exception for a broken sample, UnusableValue for a year or
 // a currency that is none.

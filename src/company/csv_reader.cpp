@@ -77,22 +77,22 @@ void CsvReader::read_quoted(CsvCell& cell) {
         }
         cell.text += static_cast<char>(byte);
     }
-    const int behind = peek();
-    if (behind != ',' && behind != '\n' && behind != '\r' && behind != kEnd) {
-        fail("text stands behind a closing quote");
+    const int next = peek();
+    if (next != ',' && next != '\n' && next != '\r' && next != kEnd) {
+        fail("text follows a closing quote");
     }
 }
 
 void CsvReader::read_plain(CsvCell& cell) {
     for (int byte = peek(); byte != ',' && byte != '\n' && byte != '\r' && byte != kEnd; byte = peek()) {
-        if (byte == '"') fail("a quote stands inside an unquoted cell");
+        if (byte == '"') fail("a quote inside an unquoted cell");
         cell.text += static_cast<char>(take());
     }
 }
 
 bool CsvReader::take_separator() {
     const int byte = take();
-    if (byte == '\r' && take() != '\n') fail("a carriage return stands without a line feed");
+    if (byte == '\r' && take() != '\n') fail("a carriage return without a line feed");
     return byte == ',';
 }
 

@@ -3,7 +3,7 @@
 // What is accepted besides: a byte order mark at the start, line ends of LF or CRLF, a last line without its
 // end, and blank lines when the file has more than one column. A quoted cell may hold commas, quotes
 // (doubled) and line ends, which are kept as they stand. Anything else is refused: invalid UTF-8, a NUL, a
-// quote inside an unquoted cell, text behind a closing quote, a quoted cell without an end, a carriage return
+// quote inside an unquoted cell, text after a closing quote, a quoted cell without an end, a carriage return
 // on its own.
 #pragma once
 
@@ -22,7 +22,7 @@ class CsvError : public std::runtime_error {
 
 struct CsvCell {
     std::string text;
-    bool quoted = false;  // tells the empty text ("") from null (nothing)
+    bool quoted = false;  // the empty text (""), not null (nothing)
 };
 
 class CsvReader {
@@ -47,7 +47,7 @@ class CsvReader {
     // Both read one cell up to, and not including, what ends it.
     void read_quoted(CsvCell& cell);
     void read_plain(CsvCell& cell);
-    // Takes the comma or the line end behind a cell; true for a comma.
+    // Takes the comma or the line end after a cell; true for a comma.
     bool take_separator();
     [[nodiscard]] bool read_cells(std::vector<CsvCell>& record);
 

@@ -16,7 +16,7 @@ namespace {
 using store::FieldType;
 using store::Value;
 
-// The store takes no whole number beyond the last one that a double tells from its neighbours.
+// The store takes no whole number beyond the last one that a double distinguishes from its neighbours.
 constexpr double kWholeNumberMax = 9007199254740992.0;
 
 // Stricter than the store's own reading: no blanks, no plus sign, no infinity.

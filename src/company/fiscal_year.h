@@ -30,7 +30,7 @@ struct FiscalYear {
 };
 
 // Whether documents can be dated in this year: 1990 to 2030, or 2530 (the Buddhist calendar) to 9998, four
-// digits. 9999 is the last year of the calendar, and the end of a fiscal year is told by the day after it.
+// digits. 9999 is the last year of the calendar, and the end of a fiscal year is known by the day after it.
 [[nodiscard]] bool is_usable_year(std::string_view year);
 // Throws UnusableValue with the reason.
 void require_usable_year(std::string_view year);

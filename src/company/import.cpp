@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The CSV files of the folder by name, so that the first fault told is the same on every machine.
+// The CSV files of the folder by name, so that the first fault reported is the same on every machine.
 std::vector<fs::path> csv_files(const fs::path& folder) {
     std::vector<fs::path> files;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {

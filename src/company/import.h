@@ -5,10 +5,10 @@
 // - A row whose natural key exists is refused, or replaced whole when `replace` is set; it then stands in for
 //   all rows of that key.
 // - Documents and their lines have no such key; they are added. So is a row whose key is all null: null is no
-//   name that another row could bear.
+//   name that another row could have.
 // - A table of a single row is replaced, unless the file holds no row.
 //
-// A key that stands twice in the file is refused, whether or not the table itself keeps its key unique.
+// A key that is twice in the file is refused, whether or not the table itself keeps its key unique.
 #pragma once
 
 #include <filesystem>

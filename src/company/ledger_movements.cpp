@@ -31,7 +31,7 @@ void LedgerMovements::add_row(const std::string& fyear, double company, const st
     names_.push_back(described(table_, fyear, ledgertype, accno, currency));
     const std::string account = account_key(fyear, company, accno);
     if (!by_key_.emplace(row_key(account, ledgertype, currency), row).second) {
-        findings_.push_back(names_.back() + " stands twice");
+        findings_.push_back(names_.back() + " is there twice");
     }
     first_rows_.emplace(account, row);
     if (ledgertype == "A") base_rows_.emplace(account, row);

@@ -7,7 +7,7 @@
 //
 //   Balance_table           Current Earnings moves in `amount` alone; a foreign line needs the base row
 //   Balance_period_table    by fiscal year; Current Earnings moves in both families; a missing base row is
-//   passed over
+//   ignored
 #pragma once
 
 #include <array>

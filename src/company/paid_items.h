@@ -1,8 +1,8 @@
 // Items of invoices, and what the lines of payments say of each.
 //
 // An edit of an invoice writes its items anew, open in full and as if nothing had been paid. The key of the
-// invoice's GL document tells when that was: payments with a lower GL key were saved before it. They do not
-// count in the item, but for those that are void: a void after the edit gives the new item back what never
+// invoice's GL document shows when that was: payments with a lower GL key were saved before it. They do not
+// count in the item, except for those that are void: a void after the edit gives the new item back what never
 // came off it.
 #pragma once
 
@@ -26,10 +26,10 @@ struct ItemAmounts {
 
 [[nodiscard]] ItemAmounts operator+(const ItemAmounts& a, const ItemAmounts& b);
 
-// What is told of one item by the payments.
+// What the payments say of one item.
 struct PaidItem {
     bool named = false;         // by a payment that counts in it
-    bool stands_twice = false;  // a number that came again: which of them was paid cannot be told
+    bool stands_twice = false;  // a number that came again: which of them was paid is not known
     double gross = 0;
     double gl_number = 0;  // of the invoice as it is now; 0 for an item of another module
     bool made_here = false;

@@ -43,7 +43,7 @@ int TableImport::field_named(const CsvCell& cell) const {
         reader_.fail(fmt::format("{} has no field \"{}\"", table_.name, shown_text(cell.text)));
     }
     if (std::find(columns_.begin(), columns_.end(), field) != columns_.end()) {
-        reader_.fail(fmt::format("the field {} stands twice", table_.fields[field].name));
+        reader_.fail(fmt::format("the field {} is named twice", table_.fields[field].name));
     }
     return field;
 }
@@ -132,7 +132,7 @@ std::string TableImport::described_key(const TableRow& row) const {
 void TableImport::note_key(const std::string& key, const TableRow& row) {
     const auto [known, is_new] = lines_by_key_.emplace(key, reader_.line());
     if (!is_new) {
-        reader_.fail(fmt::format("{} stands already in line {}", described_key(row), known->second));
+        reader_.fail(fmt::format("{} is already in line {}", described_key(row), known->second));
     }
 }
 

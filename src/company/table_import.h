@@ -34,7 +34,7 @@ class TableImport {
     void load_replacing();
     // By key; no row yet for a key of the table that the file has not named.
     using Replacements = std::unordered_map<std::string, std::optional<TableRow>>;
-    // Writes the table anew, each row of `replacements` in the place of the rows whose key it bears.
+    // Writes the table anew, each row of `replacements` in the place of the rows whose key it has.
     void rewrite_table(const Replacements& replacements);
 
     [[nodiscard]] store::Recordset open_table() const;
@@ -42,7 +42,7 @@ class TableImport {
     [[nodiscard]] std::optional<std::string> key_of(const TableRow& row) const;
     [[nodiscard]] TableRow row_of(const store::Recordset& rows) const;
     [[nodiscard]] std::string described_key(const TableRow& row) const;
-    // Remembers the key, and refuses one that an earlier line of the file bears.
+    // Remembers the key, and refuses one that an earlier line of the file has.
     void note_key(const std::string& key, const TableRow& row);
 
     store::Database& database_;

@@ -25,7 +25,7 @@ void roll_back_quietly(store::Workspace& workspace) {
     try {
         workspace.Rollback();
     } catch (const store::Error&) {
-        // The engine drops an open transaction with its connection; there is nobody left to tell.
+        // The engine drops an open transaction with its connection; there is nothing left to report.
     }
 }
 

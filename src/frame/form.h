@@ -5,7 +5,7 @@
 //   form  -> NotifyClients, Desk
 //
 // Load: Form_Load runs once, at the first touch of a control from outside (ensure_loaded) or at show(),
-// whichever comes first. It runs with errors ignored: a step that fails is noted and passed over, so a form
+// whichever comes first. It runs with errors ignored: a step that fails is noted and ignored, so a form
 // without a database opens without data.
 //
 // Life: owned by the desk while it is on screen and by the host class while it is the newest of its kind. A
@@ -129,14 +129,16 @@ class Form : public std::enable_shared_from_this<Form> {
     // One step of a routine that runs with errors ignored.
     template <class Step>
     bool step(const char* name, Step&& action) {
-        return kernel_ && kernel::carry_on(kernel_->passed_over(), name, std::forward<Step>(action));
+        return kernel_ && kernel::carry_on(kernel_->ignored_failures(), name, std::forward<Step>(action));
     }
 
     // How many steps have failed so far, those within the kernel's routines too, and what the last one has
     // said.
-    [[nodiscard]] std::int64_t failed_steps() const { return kernel_ ? kernel_->passed_over().count() : 0; }
+    [[nodiscard]] std::int64_t failed_steps() const {
+        return kernel_ ? kernel_->ignored_failures().count() : 0;
+    }
     [[nodiscard]] std::string last_failure() const {
-        return kernel_ ? kernel_->passed_over().last_failure() : std::string{};
+        return kernel_ ? kernel_->ignored_failures().last_failure() : std::string{};
     }
     // Runs the action in one transaction on the host's workspace. True when it returned true and is stored;
     // otherwise nothing of it is left, and what it threw is noted under the name and is the `failure`.

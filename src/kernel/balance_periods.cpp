@@ -29,7 +29,7 @@ std::vector<std::string> entered_names(const std::string& prefix) {
     return names;
 }
 
-// The fields that find a row, written once: what is told ahead and what is asked later are the same.
+// The fields that find a row, written once: a prefetch and the look-up after it ask for the same.
 
 template <class Look>
 auto at_period(const LedgerKey& key, const Look& look) {
@@ -114,7 +114,7 @@ bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, 
 
 bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, Recordset& account_row) {
     bool posted = false;
-    carry_on(passed_over_, "post_balance_period", [&] {
+    carry_on(ignored_failures_, "post_balance_period", [&] {
         const std::string& accno = line.account.accno;
         const auto edit = [&](store::FieldValues fields) { period_rows.edit_first(fields); };
         at_period(line.key(), edit);

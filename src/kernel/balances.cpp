@@ -14,7 +14,7 @@ constexpr int kBalanceRetries = 5;
 
 void add_to(Recordset& row, const char* field, double amount) { row.set(field, row.number(field) + amount); }
 
-// The fields that find a row, written once: what is told ahead and what is asked later are the same.
+// The fields that find a row, written once: a prefetch and the look-up after it ask for the same.
 
 template <class Look>
 auto at_balance(const LedgerKey& key, const Look& look) {
@@ -91,7 +91,7 @@ bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line
 
 bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Recordset& account_rows) {
     bool posted = false;
-    carry_on(passed_over_, "post_balance", [&] {
+    carry_on(ignored_failures_, "post_balance", [&] {
         const std::string& accno = line.account.accno;
         if (!post_to_account(balance_rows, line)) return;
         if (!stand_on_account(account_rows, accno)) return;

@@ -1,7 +1,7 @@
 // "Carry on at the next statement", for the routines that run with errors ignored.
 //
-// One call a statement: carry_on(log, "fill cmbterm", [&] { ... }). It lets failures of the store and of
-// conversions pass and notes them; mistakes of our own (std::logic_error) and std::bad_alloc go through.
+// One call a statement: carry_on(log, "fill cmbterm", [&] { ... }). It catches failures of the store and of
+// conversions and notes them; mistakes of our own (std::logic_error) and std::bad_alloc go through.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@
 
 namespace brimley::kernel {
 
-// The last failures that were passed over, oldest first.
-class PassedOver {
+// The last failures that were ignored, oldest first.
+class IgnoredFailures {
   public:
     void note(const std::string& step, std::string failure) {
         if (steps_.size() == kMost) steps_.pop_front();
@@ -35,7 +35,7 @@ class PassedOver {
 
 // True when the step ran to its end.
 template <class Step>
-bool carry_on(PassedOver& log, const char* name, Step&& step) {
+bool carry_on(IgnoredFailures& log, const char* name, Step&& step) {
     try {
         std::forward<Step>(step)();
         return true;

@@ -54,7 +54,7 @@ void ModuleG3::tell_missing_numbers(std::string_view doctype, std::string_view f
 std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, std::string_view doctype,
                                                      std::string_view fiscal_year) {
     std::optional<NextNumbers> result;
-    carry_on(passed_over_, "get_next_number", [&] {
+    carry_on(ignored_failures_, "get_next_number", [&] {
         NextNumbers next;
         const RowTaken taken =
             take_number("SELECT * FROM [Docno_master_table]",

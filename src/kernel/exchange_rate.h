@@ -3,8 +3,8 @@
 
 namespace brimley::kernel {
 
-// Base units per unit of the amount's currency, with as few decimals as it can be told in: two at least,
-// seven at most. 1 when the two are equal. Throws std::runtime_error for a base amount without an amount.
+// Base units per unit of the amount's currency, with as few decimals as it takes: two at least, seven
+// at most. 1 when the two are equal. Throws std::runtime_error for a base amount without an amount.
 [[nodiscard]] double get_exchange_rate(double amount, double base_amount);
 
 }  // namespace brimley::kernel

@@ -13,7 +13,7 @@ bool ModuleG3::check_gl_document(store::Recordset& gl_lines, store::Recordset& a
         if (account_rows.NoMatch()) return false;
         lines.push_back({accno, gl_lines.number("base_amount"), account_rows.flag("debit"),
                          account_rows.flag("inactive")});
-        if (lines.back().inactive) break;  // told below; what comes behind it no longer matters
+        if (lines.back().inactive) break;  // reported below; the lines after it do not matter any more
     }
     return check_gl_document(lines);
 }
@@ -36,7 +36,7 @@ bool ModuleG3::check_gl_document(const std::vector<CheckedLine>& lines) {
 
 bool ModuleG3::account_currency_exists(std::string_view accno, std::string_view currency) {
     bool found = false;
-    carry_on(passed_over_, "account_currency_exists", [&] {
+    carry_on(ignored_failures_, "account_currency_exists", [&] {
         found = exists("Account_currency_table", {{"accno", accno}, {"Currency", currency}});
     });
     return found;

@@ -2,7 +2,7 @@
 // gl_rules.cpp.
 //
 // Posting (gl_posting.h) and reversal (gl_reversal.h) are each written once and read a row of these tables. A
-// form names its row and gives only what belongs to the document at hand: date, amounts, number. A difference
+// form names its row and gives only what belongs to its document: date, amounts, number. A difference
 // that the tables lack becomes a column, with a test of the kernel, and not a second routine.
 #pragma once
 

@@ -69,7 +69,7 @@ class GlLineWriter {
     GlLineWriter(ModuleG3& kernel, GlOrigin origin) : kernel_(kernel), origin_(std::move(origin)) {}
 
     void open();
-    // Tells the store that find_account() and write() will follow for a line of this key.
+    // Prefetches what find_account() and write() will ask for of a line of this key.
     void prefetch(const LedgerKey& key);
     // False when the chart has no such account; otherwise account() is its row.
     [[nodiscard]] bool find_account(std::string_view accno);

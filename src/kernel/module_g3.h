@@ -5,8 +5,8 @@
 // stand.
 //
 // How routines fail: one that finds a fault shows its message through `outside` and returns false (or
-// nothing); the caller stops silently and, inside a transaction, makes the one Rollback. Routines told to run
-// with errors ignored, or to trap them, turn the store's errors into the same false result. All others let
+// nothing); the caller stops silently and, inside a transaction, makes the one Rollback. Those that run
+// with errors ignored, or trap them, turn the store's errors into the same false result. All others let
 // store::Error through.
 //
 // Transactions: every routine here runs inside the caller's and neither begins nor ends one.
@@ -71,7 +71,7 @@ class ModuleG3 {
     [[nodiscard]] store::Database& database() { return *database_; }
     [[nodiscard]] const std::shared_ptr<store::Database>& shared_database() const { return database_; }
     [[nodiscard]] Outside& outside() { return outside_; }
-    [[nodiscard]] PassedOver& passed_over() { return passed_over_; }
+    [[nodiscard]] IgnoredFailures& ignored_failures() { return ignored_failures_; }
 
     // --- periods (periods.cpp) ---
 
@@ -91,7 +91,7 @@ class ModuleG3 {
     [[nodiscard]] std::optional<NextNumbers> get_next_number(std::string_view company,
                                                              std::string_view doctype,
                                                              std::string_view fiscal_year);
-    // Tells that a year has no counter for this kind of document.
+    // Shows the message that a year has no counter for this kind of document.
     void tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year);
     // Empty for an unknown structure in Next_number_config_table.
     [[nodiscard]] std::string format_docno(std::string_view doctype, std::int64_t number,
@@ -116,7 +116,7 @@ class ModuleG3 {
     // left it.
     [[nodiscard]] bool post_balance_period(store::Recordset& period_rows, const GlLine& line,
                                            store::Recordset& account_row);
-    // Tell the store that a line of this key will be posted within the transaction.
+    // Prefetch what posting a line of this key will ask for within the transaction.
     static void prefetch_balance(store::Recordset& balance_rows, const LedgerKey& key);
     static void prefetch_balance_period(store::Recordset& period_rows, const LedgerKey& key);
     // Makes the "F" and "E" rows of an account for a currency in all open fiscal years. False, with nothing
@@ -185,7 +185,7 @@ class ModuleG3 {
 
     std::shared_ptr<store::Database> database_;
     Outside& outside_;
-    PassedOver passed_over_;
+    IgnoredFailures ignored_failures_;
     std::string Current_Earnings_accno_;
     std::optional<PeriodColumns> period_columns_;
 };

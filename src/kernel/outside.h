@@ -27,7 +27,7 @@ class Outside {
     virtual void wait(std::chrono::milliseconds duration) = 0;
     // Lets the host handle what is waiting for it (DoEvents). May call back into any form.
     virtual void pump() = 0;
-    // The name of this machine, at most 512 characters; empty when the system does not tell.
+    // The name of this machine, at most 512 characters; empty when the system does not know it.
     [[nodiscard]] virtual std::string computer_name() = 0;
     [[nodiscard]] virtual std::vector<std::string> font_families() = 0;
 };

@@ -8,7 +8,7 @@ namespace brimley::kernel {
 
 namespace {
 
-// The entry that `same` tells, or a new one at the end.
+// The entry that is the same, or a new one at the end.
 template <class Entry, class Same>
 Entry& entry_of(std::vector<Entry>& summary, Same same) {
     const auto found = std::find_if(summary.begin(), summary.end(), same);

@@ -84,7 +84,7 @@ template <class Change>
 void change_rows(const char* what, const Grid& grid, kernel::ModuleG3& kernel, const std::string& query,
                  const Change& change) {
     const auto step = [&](const auto& action) {
-        return kernel::carry_on(kernel.passed_over(), what, action);
+        return kernel::carry_on(kernel.ignored_failures(), what, action);
     };
     step([&] {
         auto rows = kernel.change(query);

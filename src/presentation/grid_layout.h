@@ -22,7 +22,7 @@ inline constexpr int kStandardRowHeight = 370;
 void build_grid(controls::Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
                 std::string_view grid_name, GridPlace place);
 
-// Writes row height, column order and widths back. Failures are passed over: the user is leaving.
+// Writes row height, column order and widths back. Failures are ignored: the user is leaving.
 void save_grid_layout(const controls::Grid& grid, kernel::ModuleG3& kernel, std::string_view form,
                       std::string_view grid_name);
 

@@ -119,7 +119,7 @@ TEST_F(CheckDocuments, PartsOfATaxOfAMiscellaneousPaymentAddUpToIt) {
 
 TEST_F(CheckDocuments, KeyCounterStandsAheadOfEveryKey) {
     change("SELECT * FROM Next_number_fkey_table WHERE doctype = 'gl'", {{"fkeyno", 3}});
-    EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1gl stands at 3, though 1gl-3 is used"));
+    EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1gl is at 3, but 1gl-3 is used"));
     db().Execute("DELETE * FROM Next_number_fkey_table WHERE doctype = 'gl'");
     EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1gl is missing, though 1gl-3 is used"));
 }
@@ -128,18 +128,16 @@ TEST_F(CheckDocuments, KeysOfTemplatesAndRevaluationsCount) {
     add("AP_recur_header_table", {{"fkey", "1recur-7"}, {"company", "1"}, {"doctype", "recur"}});
     add("AP_Revalue_header_table",
         {{"fkey", "1apre-1"}, {"company", 1}, {"docno", "APR-26-00001"}, {"fyear", "2026"}});
-    EXPECT_THAT(findings(),
-                ElementsAre("Next_number_fkey_table 1apre stands at 1, though 1apre-1 is used",
-                            "Next_number_fkey_table 1recur stands at 1, though 1recur-7 is used",
-                            "Docno_master_table 1 apre 2026 stands at 1, though APR-26-00001 is used"));
+    EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1apre is at 1, but 1apre-1 is used",
+                                        "Next_number_fkey_table 1recur is at 1, but 1recur-7 is used",
+                                        "Docno_master_table 1 apre 2026 is at 1, but APR-26-00001 is used"));
 }
 
 TEST_F(CheckDocuments, NumberCounterStandsAheadOfEveryNumber) {
     const std::string counter =
         "SELECT * FROM Docno_master_table WHERE doctype = 'vcn' AND fiscalyear = '2026'";
     change(counter, {{"nextdocno", 3}});
-    EXPECT_THAT(findings(),
-                ElementsAre("Docno_master_table 1 vcn 2026 stands at 3, though VCN-26-00003 is used"));
+    EXPECT_THAT(findings(), ElementsAre("Docno_master_table 1 vcn 2026 is at 3, but VCN-26-00003 is used"));
     db().Execute("DELETE * FROM Docno_master_table WHERE doctype = 'vcn' AND fiscalyear = '2026'");
     EXPECT_THAT(findings(),
                 ElementsAre("Docno_master_table 1 vcn 2026 is missing, though VCN-26-00003 is used"));
@@ -161,7 +159,7 @@ TEST_F(CheckDocuments, NumbersOfEveryStructureAreRead) {
                {{"docno", "other"}});
     }
     const auto expected = [](const char* docno) {
-        return "Docno_master_table 1 ip 2026 stands at 4, though " + std::string(docno) + " is used";
+        return "Docno_master_table 1 ip 2026 is at 4, but " + std::string(docno) + " is used";
     };
     EXPECT_EQ(finding_for({{"structure", Value()}}, "IP-26-00123"), expected("IP-26-00123"));
     EXPECT_EQ(finding_for({{"structure", "2"}}, "26-IP-00004"), expected("26-IP-00004"));
@@ -178,8 +176,7 @@ TEST_F(CheckDocuments, NumbersOfAnEarlierFormatAreNotJudged) {
     const char* const config = "SELECT * FROM Next_number_config_table";
     const char* const width = "SELECT * FROM Next_number_format_table WHERE doctype = 'ip'";
     change("SELECT * FROM AP_header_table WHERE fkey = '1ip-2'", {{"docno", "IP-26-00123"}});
-    EXPECT_THAT(findings(),
-                ElementsAre("Docno_master_table 1 ip 2026 stands at 4, though IP-26-00123 is used"));
+    EXPECT_THAT(findings(), ElementsAre("Docno_master_table 1 ip 2026 is at 4, but IP-26-00123 is used"));
     change(width, {{"running_no_digit", "7"}});
     EXPECT_THAT(findings(), IsEmpty());
     change(width, {{"running_no_digit", "5"}});
@@ -199,7 +196,7 @@ TEST_F(CheckDocuments, NumbersOfAnEarlierFormatAreNotJudged) {
 TEST_F(CheckDocuments, ShortYearOfTwoCharactersLeavesNothingInTheNumber) {
     change("SELECT * FROM AP_header_table WHERE fkey = '1ip-2'", {{"docno", "IP--00009"}, {"fyear", "26"}});
     add("Docno_master_table", {{"company", 1}, {"doctype", "ip"}, {"fiscalyear", "26"}, {"nextdocno", 9}});
-    EXPECT_THAT(findings(), ElementsAre("Docno_master_table 1 ip 26 stands at 9, though IP--00009 is used"));
+    EXPECT_THAT(findings(), ElementsAre("Docno_master_table 1 ip 26 is at 9, but IP--00009 is used"));
 }
 
 TEST_F(CheckDocuments, CompanyIsTheSameHoweverItsNumberIsWritten) {
@@ -210,9 +207,8 @@ TEST_F(CheckDocuments, CompanyIsTheSameHoweverItsNumberIsWritten) {
     change("SELECT * FROM AP_header_table WHERE fkey = '01ip-2'",
            {{"docno", "IP-26-00008"}, {"fkey", "01ip-8"}});
     change("SELECT * FROM AP_transaction_table WHERE fkey = '01ip-2'", {{"fkey", "01ip-8"}});
-    EXPECT_THAT(findings(),
-                ElementsAre("Next_number_fkey_table 1ip stands at 4, though 01ip-8 is used",
-                            "Docno_master_table 1 ip 2026 stands at 4, though IP-26-00008 is used"));
+    EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1ip is at 4, but 01ip-8 is used",
+                                        "Docno_master_table 1 ip 2026 is at 4, but IP-26-00008 is used"));
 }
 
 TEST_F(CheckDocuments, DocumentsDoNotShareAKey) {

@@ -51,12 +51,12 @@ TEST_F(CheckLedger, AccountOutsideTheChartIsFound) {
 
 TEST_F(CheckLedger, GapInLineNumbersIsFound) {
     change("SELECT * FROM GL_transaction_table WHERE fkey = '1gl-1' AND lineno = 3", {{"lineno", 4}});
-    EXPECT_THAT(findings(), ElementsAre("GL document 1gl-1: line 4 stands where line 3 belongs"));
+    EXPECT_THAT(findings(), ElementsAre("GL document 1gl-1: line 4 is in the place of line 3"));
 }
 
 TEST_F(CheckLedger, LineNumberThatStandsTwiceIsFound) {
     change("SELECT * FROM GL_transaction_table WHERE fkey = '1gl-1' AND lineno = 3", {{"lineno", 2}});
-    EXPECT_THAT(findings(), ElementsAre("GL document 1gl-1: line 2 stands where line 3 belongs"));
+    EXPECT_THAT(findings(), ElementsAre("GL document 1gl-1: line 2 is in the place of line 3"));
 }
 
 TEST_F(CheckLedger, KeyWithoutADashMayComeAgainInAnotherYear) {
@@ -122,7 +122,7 @@ TEST_F(CheckLedger, MissingBalanceRowIsFoundOnce) {
 
 TEST_F(CheckLedger, BalanceRowThatStandsTwiceIsFound) {
     add("Balance_table", {{"company", 1}, {"ledgertype", "A"}, {"accno", "1300"}, {"Currency", "USD"}});
-    EXPECT_THAT(findings(), ElementsAre("Balance_table A 1300 USD stands twice"));
+    EXPECT_THAT(findings(), ElementsAre("Balance_table A 1300 USD is there twice"));
 }
 
 TEST_F(CheckLedger, PeriodColumnIsTheSumOfItsLines) {

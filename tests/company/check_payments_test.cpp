@@ -30,14 +30,16 @@ TEST_F(CheckPayments, LinesAreVoidWithTheirHeader) {
 
 TEST_F(CheckPayments, PaymentThatNamesNoGlDocumentIsFound) {
     change(payment("1py-1"), {{"GLFKEY", Value()}});
-    EXPECT_THAT(findings(), ElementsAre("GL document 1gl-4 stands, but no invoice or payment names it",
-                                        "Payment 1py-1 names no GL document"));
+    EXPECT_THAT(findings(),
+                ElementsAre("GL document 1gl-4 is not reversed, but no invoice or payment names it",
+                            "Payment 1py-1 names no GL document"));
 }
 
 TEST_F(CheckPayments, PaymentThatNamesAGlDocumentWhichIsNotThereIsFound) {
     change(payment("1py-1"), {{"GLFKEY", "1gl-77"}});
-    EXPECT_THAT(findings(), ElementsAre("GL document 1gl-4 stands, but no invoice or payment names it",
-                                        "Payment 1py-1: its GL document 1gl-77 does not exist"));
+    EXPECT_THAT(findings(),
+                ElementsAre("GL document 1gl-4 is not reversed, but no invoice or payment names it",
+                            "Payment 1py-1: its GL document 1gl-77 does not exist"));
 }
 
 TEST_F(CheckPayments, GlDocumentIsReversedExactlyWhenItsPaymentIsVoid) {
@@ -68,7 +70,8 @@ TEST_F(CheckPayments, GlDocumentThatNobodyNamesIsFound) {
     db().Execute("UPDATE Docno_master_table SET nextdocno = 7 WHERE doctype = 'gl'");
     EXPECT_THAT(findings(), IsEmpty());
     add_gl_line("1gl-6", 1, "1000", 0, 0, "1");
-    EXPECT_THAT(findings(), ElementsAre("GL document 1gl-6 stands, but no invoice or payment names it"));
+    EXPECT_THAT(findings(),
+                ElementsAre("GL document 1gl-6 is not reversed, but no invoice or payment names it"));
     change(gl_header("1gl-6"), {{"Source", "GL-ENTRY"}});
     EXPECT_THAT(findings(), IsEmpty());
 }

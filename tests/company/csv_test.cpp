@@ -60,7 +60,7 @@ TEST_F(CsvFile, CarriageReturnBeforeLineFeedBelongsToTheLineEnd) {
     EXPECT_EQ(records("a,b\r\n1,\"x\"\r\n"), "1[a][b] 2[1]*[x] ");
 }
 
-TEST_F(CsvFile, ByteOrderMarkIsPassedOver) {
+TEST_F(CsvFile, ByteOrderMarkIsSkipped) {
     EXPECT_EQ(records("\xEF\xBB\xBF"
                       "a,b\n"),
               "1[a][b] ");
@@ -75,7 +75,7 @@ TEST_F(CsvFile, EmptyQuotedCellIsToldFromNothing) { EXPECT_EQ(records("a,b\n\"\"
 
 TEST_F(CsvFile, BlanksAreKept) { EXPECT_EQ(records("a,b\n x , y\n"), "1[a][b] 2[ x ][ y] "); }
 
-TEST_F(CsvFile, BlankLinesArePassedOverInWideFiles) {
+TEST_F(CsvFile, BlankLinesAreSkippedInWideFiles) {
     EXPECT_EQ(records("a,b\n\n1,2\n\r\n\n"), "1[a][b] 3[1][2] ");
 }
 
@@ -93,15 +93,15 @@ TEST_F(CsvFile, QuotedCellWithoutAnEndIsRefused) {
 }
 
 TEST_F(CsvFile, TextBehindAClosingQuoteIsRefused) {
-    EXPECT_EQ(error("a,b\n\"x\"y,2\n"), "T.csv:2: text stands behind a closing quote");
+    EXPECT_EQ(error("a,b\n\"x\"y,2\n"), "T.csv:2: text follows a closing quote");
 }
 
 TEST_F(CsvFile, QuoteInsideAnUnquotedCellIsRefused) {
-    EXPECT_EQ(error("a,b\nx\"y\",2\n"), "T.csv:2: a quote stands inside an unquoted cell");
+    EXPECT_EQ(error("a,b\nx\"y\",2\n"), "T.csv:2: a quote inside an unquoted cell");
 }
 
 TEST_F(CsvFile, LoneCarriageReturnIsRefused) {
-    EXPECT_EQ(error("a,b\n1\r2,3\n"), "T.csv:2: a carriage return stands without a line feed");
+    EXPECT_EQ(error("a,b\n1\r2,3\n"), "T.csv:2: a carriage return without a line feed");
 }
 
 TEST_F(CsvFile, InvalidUtf8IsRefused) {

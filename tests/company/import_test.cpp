@@ -78,7 +78,7 @@ TEST_F(Import, UnknownFieldIsRefused) {
 
 TEST_F(Import, FieldNamedTwiceIsRefused) {
     file("Vendor_table.csv", lines({"vendor_no,Vendor_NO", "V1,V2"}));
-    EXPECT_EQ(fault(), "Vendor_table.csv:1: the field vendor_no stands twice");
+    EXPECT_EQ(fault(), "Vendor_table.csv:1: the field vendor_no is named twice");
 }
 
 TEST_F(Import, BadCellIsToldWithItsLine) {
@@ -110,7 +110,7 @@ TEST_F(Import, KeyOfSeveralFieldsIsToldWhole) {
     file("Docno_master_table.csv",
          lines({"company,doctype,fiscalyear,nextdocno", "1,ip,2026,1", "1,ip,2027,1", "1.0,ip,2026,5"}));
     EXPECT_EQ(fault(),
-              "Docno_master_table.csv:4: company 1, doctype ip, fiscalyear 2026 stands already in line 2");
+              "Docno_master_table.csv:4: company 1, doctype ip, fiscalyear 2026 is already in line 2");
 }
 
 TEST_F(Import, KeyDiffersByCaseAndByNull) {
@@ -175,7 +175,7 @@ TEST_F(Import, ReplaceFindsKeysWithQuotesAndNulls) {
 
 TEST_F(Import, KeyThatStandsTwiceInTheFileIsRefusedEvenWhenReplacing) {
     file("Vendor_table.csv", lines({"vendor_no", "V1", "V2", "V1"}));
-    EXPECT_EQ(fault(true), "Vendor_table.csv:4: vendor_no V1 stands already in line 2");
+    EXPECT_EQ(fault(true), "Vendor_table.csv:4: vendor_no V1 is already in line 2");
 }
 
 TEST_F(Import, KeyThatStandsTwiceIsRefusedThoughTheTableWouldTakeIt) {
@@ -183,7 +183,7 @@ TEST_F(Import, KeyThatStandsTwiceIsRefusedThoughTheTableWouldTakeIt) {
          lines({"form_name,grid_name,col_order,Caption", "F,g,0,a", "F,g,1,b", "F,g,1,c"}));
     for (const bool replace : {false, true}) {
         EXPECT_EQ(fault(replace),
-                  "Grid_property.csv:4: form_name F, grid_name g, col_order 1 stands already in line 3");
+                  "Grid_property.csv:4: form_name F, grid_name g, col_order 1 is already in line 3");
     }
     EXPECT_THAT(rows("SELECT Caption FROM Grid_property WHERE form_name = 'F'"), IsEmpty());
 }

@@ -31,7 +31,7 @@ TEST_F(Commands, PressedStateBelongsToItsCommand) {
     EXPECT_FALSE(bars.pressed(106));
 }
 
-TEST_F(Commands, CommandThatTheFormLacksIsPassedOver) {
+TEST_F(Commands, CommandThatTheFormLacksIsIgnored) {
     bars.set_pressed(999, true);
     bars.set_enabled(999, false);
     EXPECT_FALSE(bars.pressed(999));

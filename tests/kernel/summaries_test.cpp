@@ -53,7 +53,7 @@ TEST(Summaries, FiftyEntriesFitAndTheNextIsAnError) {
 // --- carrying on
 
 TEST(CarryOn, FailureIsNotedAndTheNextStatementRuns) {
-    kernel::PassedOver log;
+    kernel::IgnoredFailures log;
     EXPECT_FALSE(kernel::carry_on(log, "first", [] { throw std::runtime_error("no table"); }));
     bool ran = false;
     EXPECT_TRUE(kernel::carry_on(log, "second", [&] { ran = true; }));
@@ -63,13 +63,13 @@ TEST(CarryOn, FailureIsNotedAndTheNextStatementRuns) {
 }
 
 TEST(CarryOn, OwnMistakesGoThrough) {
-    kernel::PassedOver log;
+    kernel::IgnoredFailures log;
     EXPECT_THROW(kernel::carry_on(log, "mistake", [] { throw std::logic_error("ours"); }), std::logic_error);
     EXPECT_THROW(kernel::carry_on(log, "memory", [] { throw std::bad_alloc(); }), std::bad_alloc);
 }
 
 TEST(CarryOn, LastFiftyFailuresAreKept) {
-    kernel::PassedOver log;
+    kernel::IgnoredFailures log;
     for (int i = 1; i <= 60; ++i)
         log.note("step", std::to_string(i));
     EXPECT_EQ(log.steps().size(), 50U);

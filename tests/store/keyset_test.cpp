@@ -76,7 +76,7 @@ TEST_F(Keyset, MembershipIsFixedAtOpeningThoughFieldsAreFresh) {
     EXPECT_EQ(first_column(rows), "c b z");
 }
 
-TEST_F(Keyset, DeletedRowsArePassedOver) {
+TEST_F(Keyset, DeletedRowsAreSkipped) {
     Recordset rows = dynaset("SELECT docno FROM Header_table WHERE amount = 10");
     company_.db().Execute("DELETE * FROM Header_table WHERE docno = 'a'");
     EXPECT_EQ(first_column(rows), "b c");

@@ -33,7 +33,7 @@ TEST_F(SyntaxError, MessageTellsThePlaceAndTheOffendingWord) {
     expect_message("SELECT * FROM Header_table WHERE",
                    "syntax error at position 33, at the end: a value expected");
     expect_message("SELECT * FROM Header_table WHERE docno = 'x' 'y'",
-                   "syntax error at position 46, at \"'y'\": nothing more expected");
+                   "syntax error at position 46, at \"'y'\": the end of the text expected");
     expect_message("SELECT * FROM Header_table WHERE docno = 'x",
                    "syntax error at position 42, at \"'x\": no closing '");
     expect_message("SELECT * FROM Header_table; DELETE",

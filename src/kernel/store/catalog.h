@@ -15,14 +15,14 @@ namespace brimley::store {
 enum class FieldType { text, number, integer, date, datetime, yes_no };
 
 struct Field {
-    std::string name;  // the case told here is the one shown; look-ups ignore case
+    std::string name;  // written as it is shown; look-ups ignore case
     FieldType type = FieldType::text;
     // A yes/no field that may hold null. All others are FALSE on a new row; every other type is null there.
     bool nullable_flag = false;
 };
 
 // A text field that queries compare with bare numbers (company = 1) compares by value, which no index helps
-// with: "01" is 1 too. In an index it belongs behind the fields that are looked up as what they are.
+// with: "01" is 1 too. In an index it belongs after the fields that are looked up as what they are.
 struct Index {
     std::vector<std::string> fields;
     bool unique = false;

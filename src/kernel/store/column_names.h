@@ -1,4 +1,4 @@
-// The columns of a result by name, without regard to case. A name that several columns bear is the first of
+// The columns of a result by name, without regard to case. A name that several columns have is the first of
 // them.
 #pragma once
 

@@ -13,7 +13,7 @@ constexpr std::size_t kPlansMax = 512;
 // When this many statements are known by their SQL, those that are gone are swept out.
 constexpr std::size_t kSweepFrom = 4096;
 
-// Literals of different kinds may stand behind the same SQL.
+// Literals of different kinds may be bound in the same SQL.
 std::string identity_of(const StatementText& text) {
     std::string identity = text.sql;
     identity += '\0';

@@ -13,9 +13,9 @@ namespace brimley::store {
 //   text       any value by its text()
 //   number     number, flag as 0 or 1, text that is a number, empty text as null
 //   integer    as number, whole
-//   yes/no     flag, number (0 is FALSE), a text that says yes or no; null is FALSE unless the field may hold
-//   it date       date without its time of day, and the text "20260115" datetime   the same with the time of
-//   day
+//   yes/no     flag, number (0 is FALSE), a text that says yes or no; null is FALSE where there is no null
+//   date       date without its time of day, and the text "20260115"
+//   datetime   the same with the time of day
 [[nodiscard]] Value convert_for_field(const Value& value, const Field& field);
 // The same into a value that is there already, whose memory is used again. Unchanged when it throws.
 void convert_for_field(const Value& value, const Field& field, Value& into);

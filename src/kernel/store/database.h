@@ -4,7 +4,7 @@
 //   Database   queries and statements on that connection.
 //   Recordset  the rows of one query, read or changed one at a time.
 //
-// Operations bear the names they have had since the forms were first written (OpenRecordset, FindFirst,
+// Operations have the names that they have had since the forms were first written (OpenRecordset, FindFirst,
 // AddNew ...).
 //
 // Query text is the forms' own dialect: names with or without brackets, TRUE/FALSE, Datevalue('Jan 15,
@@ -13,9 +13,9 @@
 // quoted() only. Equal shapes share one prepared statement.
 //
 // Transactions: BeginTrans opens nothing until the first write or Edit. What somebody else holds (in a file
-// everything, on a server the rows he writes) fails at once with ErrorKind::locked and may be tried again.
-// Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is a transaction
-// of its own. Rollback is harmless when nothing is open.
+// everything, on a server the rows that are being written) fails at once with ErrorKind::locked and may be
+// tried again. Without BeginTrans each Edit with its Update, each AddNew with its Update and each Execute is
+// a transaction of its own. Rollback is harmless when nothing is open.
 //
 // begin_snapshot is for long reading: until CommitTrans or Rollback everything is read as it was at that
 // moment, while others go on writing, and nobody waits for anybody. Writing within it is ErrorKind::state.
@@ -88,7 +88,7 @@ class Recordset {
     void MoveNext();  // past the last row: at_eof()
 
     // Goes to the first row, in the recordset's order, that meets the criteria ("[accno] = '1300' and
-    // [company] = 1"). No match: NoMatch() is true and the current row stays. FindNext goes on behind the
+    // [company] = 1"). No match: NoMatch() is true and the current row stays. FindNext goes on after the
     // current row with the criteria it is given.
     void FindFirst(std::string_view criteria);
     // FindFirst(all_equal(fields)) without the detour through a text.
@@ -96,7 +96,7 @@ class Recordset {
     void FindNext(std::string_view criteria);
     [[nodiscard]] bool NoMatch() const;
 
-    // The field of the current row or of the row being added or edited. A name that several columns bear is
+    // The field of the current row or of the row being added or edited. A name that several columns have is
     // the first of them. No such field: ErrorKind::name.
     [[nodiscard]] Value field(std::string_view name) const;
     [[nodiscard]] bool has_field(std::string_view name) const;
@@ -131,10 +131,11 @@ class Recordset {
     // As edit_first; false when there is no match, and when another workspace holds the row, which is the
     // current one then.
     [[nodiscard]] bool try_edit_first(FieldValues fields);
-    // Tells that FindFirst, or edit_first, with these fields will follow within the transaction, so that many
-    // rows cost one journey to a server: it is asked at once. Rows to be edited that are told one after the
-    // other are held from then on all together, or none of them when one is refused. Changes nothing else.
-    // Until then nothing may be written that would make another row the first match of that FindFirst.
+    // Prefetches the row that FindFirst, or edit_first, with these fields will ask for within the
+    // transaction, so that many rows cost one round trip to a server. Rows to be edited that are prefetched
+    // one after the other are held from then on all together, or none of them when one is refused. Changes
+    // nothing else. Until then nothing may be written that would make another row the first match of that
+    // FindFirst.
     void prefetch_first(FieldValues fields);
     void prefetch_edit_first(FieldValues fields);
     // Stores into the row being added or edited. A number into a text field becomes plain digits ("3", not
@@ -222,12 +223,12 @@ using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<En
 [[nodiscard]] OpenCompany open_company(const std::string& company, const Catalog& catalog,
                                        const EngineDecorator& decorate = {});
 
-// Puts the first rows into a company in the making, inside the transaction of create_company.
+// Puts the first rows into a company that is being made, inside the transaction of create_company.
 using CompanyFiller = std::function<void(Database&)>;
 
 // Makes a new company with every table and index of the catalog, readable by its owner alone, and opens it.
 // On a server it makes the database where there is none; nobody sees the company before it is filled. Refuses
-// a company that exists (state). Nothing is left behind on failure.
+// a company that exists (state). Nothing is left of a failure.
 [[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog,
                                          const CompanyFiller& fill = {});
 

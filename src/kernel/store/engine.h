@@ -66,8 +66,8 @@ class Engine {
     virtual void query(EngineStatement& statement, std::span<const Parameter> parameters,
                        const RowSink& sink) = 0;
     // INSERT, UPDATE, DELETE. Outside begin_write() it is a transaction of its own. Inside one, an engine
-    // that has to be waited for may tell the failure of a write that nothing but the machine can refuse at a
-    // later call; commit() at the latest.
+    // that has to be waited for may report the failure of a write that nothing but the machine can refuse at
+    // a later call; commit() at the latest.
     virtual WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) = 0;
 
     // Begins a transaction that may write, at once or not at all. A lock of somebody else may still be in the
@@ -89,11 +89,12 @@ class Engine {
     // workspace holds it, and when it is gone.
     [[nodiscard]] virtual bool lock_row(EngineStatement& statement, std::span<const Parameter> parameters,
                                         const RowSink& sink) = 0;
-    // Tells that query() or lock_row() with this keyed statement and these parameters will follow within the
-    // transaction. An engine that has to be waited for asks at once, together with what else is on its way,
-    // and has the answer ready for that call. The rows for lock_row() that are told one after the other are
-    // held from then on all together, or none of them. What this workspace writes into a row until then is
-    // seen all the same; for query() it must not write what makes another row the answer.
+    // Prefetches the answer to query() or lock_row() with this keyed statement and these parameters, which
+    // will follow within the transaction. An engine that has to be waited for asks at once, together with
+    // what else is on its way, and has the answer ready for that call. The rows for lock_row() that are
+    // prefetched one after the other are held from then on all together, or none of them. What this workspace
+    // writes into a row until then is seen all the same; for query() it must not write what makes another row
+    // the answer.
     virtual void prefetch(EngineStatement& /*statement*/, std::span<const Parameter> /*parameters*/) {}
     // Whether prefetch() does anything now.
     [[nodiscard]] virtual bool can_prefetch() const { return false; }

@@ -173,7 +173,7 @@ bool Keyset::lock_current() {
 }
 
 Keyset::Taken Keyset::take_equal(FieldValues fields, std::uint64_t& hold) {
-    // Where nothing is held yet, nothing shall be for a row that does not exist.
+    // Nothing is to be held for a row that does not exist.
     const bool at_once = connection_.is_writing() && finds_in_table() && !no_text_can_hold(fields);
     if (!at_once) return find_equal(fields) ? take(hold) : Taken::row_is_gone;
     if (connection_.begin_hold(hold)) {
@@ -241,7 +241,7 @@ Keyset::Search Keyset::search_for(std::shared_ptr<FindPlan> plan) const {
 bool Keyset::find_planned(std::shared_ptr<FindPlan> plan, bool onward) {
     Search search = search_for(std::move(plan));
     if (onward && !current()) return false;
-    // In the table itself the order of the recordset is at hand only as long as no row stands out of it, and
+    // In the table itself the order of the recordset is known only as long as no row stands out of it, and
     // "after the current row" only when the order is that of the keys.
     const bool ordered = plan_.translation.ordered;
     if (!keys_ && (!ordered || (added_.empty() && !onward))) return find_in_table(search, onward);

@@ -31,7 +31,7 @@ class WritePlans {
     template <class Translate>
     [[nodiscard]] PlannedStatement& of(std::span<const std::uint64_t> fields, const Translate& translate) {
         if (last_ && std::ranges::equal(fields, last_fields_)) return *last_;
-        last_ = nullptr;  // until the other one is at hand: making it may fail
+        last_ = nullptr;  // until the other one is made, which may fail
         last_fields_.assign(fields.begin(), fields.end());
         last_ = &known(fields, translate);
         return *last_;
@@ -86,7 +86,7 @@ struct SelectPlan {
 
     dialect::SelectTranslation translation;
     ColumnNames names;
-    // By column, and behind the columns by the fields of the table: the field's place in the table, -1 for a
+    // By column, and after the columns by the fields of the table: the field's place in the table, -1 for a
     // computed column. Empty without a table.
     std::vector<int> field_places;
     TablePlan* table_plan = nullptr;  // the connection's; null without a table

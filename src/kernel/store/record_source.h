@@ -18,7 +18,7 @@ class RecordSource {
     virtual void move_first() = 0;
     virtual void move_last() = 0;
     virtual void move_next() = 0;
-    // Makes the first row that meets the criteria current; onward: the first behind the current one. False
+    // Makes the first row that meets the criteria current; onward: the first after the current one. False
     // and nothing changed when there is none.
     [[nodiscard]] virtual bool find(std::string_view criteria, bool onward) = 0;
     // The first row in which each field holds its value.

@@ -33,7 +33,7 @@ Recordset::State& Recordset::state() const {
 
 void Recordset::Close() {
     if (!state_) return;
-    // In the open, so that a failure is told; the destructor would keep it to itself.
+    // Here, so that a failure is thrown; the destructor swallows it.
     state_->cancel();
     state_.reset();
 }

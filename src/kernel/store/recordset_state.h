@@ -32,7 +32,7 @@ class Recordset::State {
     [[nodiscard]] const SelectPlan& plan() const { return *plan_; }
     // Throws ErrorKind::name.
     [[nodiscard]] int column_of(std::string_view name) const;
-    // As column_of(); behind the columns stand the fields of the table, which can be set although the query
+    // As column_of(); after the columns come the fields of the table, which can be set although the query
     // does not name them.
     [[nodiscard]] int column_to_set(std::string_view name) const;
     void require_column(int column) const {
@@ -50,7 +50,7 @@ class Recordset::State {
     void add_new();
     // False when another workspace is in the way.
     [[nodiscard]] bool edit();
-    // The first row in which each field holds its value; no_match tells that there is none.
+    // The first row in which each field holds its value; no_match: there is none.
     [[nodiscard]] bool edit_first(FieldValues fields);
     void prefetch(FieldValues fields, Keyset::Purpose purpose);
     void set(int column, const Value& value);
@@ -75,7 +75,7 @@ class Recordset::State {
     // Which fields are to be written, and from which column: none at first, then one after the other.
     void begin_fields();
     void write_field(int column);
-    // Their values, in the order of the fields, behind the parameters.
+    // Their values, in the order of the fields, after the parameters.
     void add_field_values();
     // The fields that are set to something else than the row holds. False when there are none.
     [[nodiscard]] bool collect_changes();

@@ -22,7 +22,7 @@ void set(char* at, T value) {
 
 }  // namespace
 
-// One byte of length behind the kind of a short text, four behind that of a long one.
+// One byte of length after the kind of a short text, four after that of a long one.
 std::string_view Row::text_at(const char* cell) {
     if (*cell == kShortText) return {cell + 2, static_cast<unsigned char>(cell[1])};
     return {cell + 1 + sizeof(std::uint32_t), get<std::uint32_t>(cell + 1)};

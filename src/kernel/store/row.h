@@ -51,7 +51,7 @@ class Row {
   private:
     friend class PackedRows;
 
-    // The first byte of a cell tells what it holds.
+    // The first byte of a cell: what it holds.
     enum Kind : char { kNull, kFalse, kTrue, kNumber, kDate, kShortText, kLongText };
     static std::size_t cell_size(const char* cell);
     static std::string_view text_at(const char* cell);

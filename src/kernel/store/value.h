@@ -33,7 +33,7 @@ struct DateTime {
     [[nodiscard]] int day_of_month() const;  // 1 to 31
     [[nodiscard]] DateTime date_only() const { return {day, 0}; }
     [[nodiscard]] DateTime plus_days(int days) const { return {day + days, second_of_day}; }
-    // "2026-01-15", with " 09:30:00" behind it when the time of day is not 0.
+    // "2026-01-15", followed by " 09:30:00" when the time of day is not 0.
     [[nodiscard]] std::string iso() const;
     // "20260115".
     [[nodiscard]] std::string yyyymmdd() const;

@@ -47,7 +47,7 @@ OpenCompany create_file(const std::string& company, const Catalog& catalog, cons
 }  // namespace
 
 Workspace::Workspace(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
-// Who goes away in the middle of a transaction takes it along.
+// A workspace that goes away in the middle of a transaction rolls it back.
 Workspace::~Workspace() { connection_->rollback(); }
 
 void Workspace::BeginTrans() { connection_->begin_trans(); }

@@ -78,7 +78,7 @@ std::vector<store::Table> counter_tables() {
             .number({"fkeyno"})
             .unique_key({"company", "doctype"}),
 
-        // The separators bear these names in every module of the suite.
+        // The separators have these names in every module of the suite.
         TableBuilder("Next_number_config_table")
             .text({"structure"})
             .number({"fyear_digit"})

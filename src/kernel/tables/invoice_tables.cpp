@@ -23,7 +23,7 @@ store::Table ap_header_table() {
         .date({"date_lastmodified"})
         .text({"time_lastmodified"})
         .yes_no({"fully_paid", "paid", "printed", "void", "hold"})
-        // Only generated invoices bear these three.
+        // Only generated invoices have these three.
         .date({"gldate"})
         .text({"Month", "Year"})
         .ordered_by({"fkey"})
@@ -58,7 +58,7 @@ store::Table ap_transaction_table() {
         .date({"date_lastmodified"})
         .text({"time_lastmodified"});
     add_tax_slots(table);
-    // Only generated invoices bear these; userid and form_name stand for user_created and source_form there.
+    // Only generated invoices have these; userid and form_name stand for user_created and source_form there.
     table.date({"gldate"}).text({"Month", "Year", "userid", "form_name"});
     return table.ordered_by({"fkey", "pay_item"})
         .index({"fkey"})

@@ -32,7 +32,7 @@ class Flavour {
     // As floating numbers; null when the divisor is 0.
     [[nodiscard]] virtual std::string quotient(const std::string& dividend,
                                                const std::string& divisor) const = 0;
-    // What stands behind an ORDER BY term so that nulls are smallest.
+    // What follows an ORDER BY term so that nulls are smallest.
     [[nodiscard]] virtual std::string nulls_first(bool descending) const = 0;
     // A row key to order those rows by that meet a condition, so that the engine looks them up by the
     // condition and not by walking the table in the order of its keys.
@@ -40,10 +40,10 @@ class Flavour {
     // Whether rows come while the engine finds them, so that the reader may stop and a limit only costs. Else
     // a statement says how many rows it wants.
     [[nodiscard]] virtual bool rows_come_singly() const = 0;
-    // What stands behind the SELECT of a single row that is to be held until the transaction ends: a row that
+    // What follows the SELECT of a single row that is to be held until the transaction ends: a row that
     // somebody else holds is then none. Empty where a transaction that may write holds every row.
     [[nodiscard]] virtual std::string row_lock() const = 0;
-    // Whether the engine hands the key of a new row in with its fields, instead of being told it afterwards.
+    // Whether the engine hands the key of a new row in with its fields, instead of learning it afterwards.
     [[nodiscard]] virtual bool draws_keys() const = 0;
     // Names of tables and fields.
     [[nodiscard]] virtual std::string name(std::string_view name) const = 0;

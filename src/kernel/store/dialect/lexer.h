@@ -45,7 +45,7 @@ class Lexer {
 // Both results are replaced; their memory is used again.
 void take_shape(std::string_view text, std::string& shape, std::vector<Literal>& literals);
 
-// The error for a word that stands where it cannot: tells the place, counted from 1, and what was wanted.
+// The error for a word that stands where it cannot: names the place, counted from 1, and what was wanted.
 [[noreturn]] void refuse_syntax(std::string_view query, std::size_t position, std::string_view offending,
                                 std::string_view wanted);
 

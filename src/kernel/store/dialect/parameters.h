@@ -33,16 +33,16 @@ struct LiteralParameter {
     const Field* field = nullptr;  // of use stored
 };
 
-// The parameters of one statement in the making, numbered from 1.
+// The parameters of a statement that is being written, numbered from 1.
 class ParameterList {
   public:
-    // Numbering goes on behind the kinds given, whose literals are not this list's.
+    // Numbering goes on after the kinds given, whose literals are not this list's.
     explicit ParameterList(const Flavour& flavour, std::vector<ParameterKind> before = {})
         : flavour_(flavour), kinds_(std::move(before)) {}
 
     // Gives the parameter's SQL.
     std::string add(LiteralParameter literal);
-    // A parameter that is no literal: the store gives its value. Only behind all literals.
+    // A parameter that is no literal: the store gives its value. Only after all literals.
     std::string add_row_key();
     [[nodiscard]] const std::vector<LiteralParameter>& literals() const { return literals_; }
     [[nodiscard]] const std::vector<ParameterKind>& kinds() const { return kinds_; }
@@ -58,7 +58,7 @@ class ParameterList {
 [[nodiscard]] Value value_of(const LiteralParameter& parameter, const Literal& literal);
 [[nodiscard]] double number_of(const Literal& literal);
 
-// Parameters with the memory behind them. Texts that stand in the query text as they are bound are not
+// Parameters with the memory that they point to. Texts that stand in the query text as they are bound are not
 // copied: the query text must outlive this.
 class BoundParameters {
   public:

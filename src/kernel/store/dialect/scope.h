@@ -1,4 +1,4 @@
-// What names mean inside one SELECT, UPDATE or DELETE: the tables and nested SELECTs behind its FROM.
+// What names mean inside one SELECT, UPDATE or DELETE: the tables and nested SELECTs in its FROM.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ struct ScopeColumn {
 struct ScopeSource {
     const Table* table = nullptr;  // null for a nested SELECT
     std::vector<ScopeColumn> columns;
-    std::vector<std::string> row_keys;  // the SQL of the keys that tell insertion order
+    std::vector<std::string> row_keys;  // the SQL of the keys that give insertion order
 };
 
 class Scope {
@@ -32,7 +32,7 @@ class Scope {
     // Adds a table and gives its alias. Throws ErrorKind::name when the catalog has none of that name.
     std::string add_table(const Source& source);
     void add(ScopeSource source) { sources_.push_back(std::move(source)); }
-    // Another name for a field of the first table, unless something bears that name already.
+    // Another name for a field of the first table, unless something has that name already.
     void add_name(std::string_view name, int field);
     [[nodiscard]] std::string next_alias() const;
 

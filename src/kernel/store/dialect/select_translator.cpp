@@ -59,7 +59,7 @@ void SelectTranslator::add_sources(const Select& select, Scope& scope, std::stri
 }
 
 // The columns of a nested SELECT are c1, c2, ... to the SELECT around it, since their own names may occur
-// twice, and the keys that tell insertion order are k1, k2, ...
+// twice, and the keys that give insertion order are k1, k2, ...
 std::string SelectTranslator::add_nested(const Select& nested, Scope& scope) {
     const std::string alias = scope.next_alias();
     Scope inner(query_, catalog_, flavour_);

@@ -23,7 +23,7 @@ struct StatementText {
     bool keyed = false;  // the first result column is the row key; of an INSERT: its key is wanted
     std::vector<FieldType> columns{};  // the others, in order
     StatementEffect effect = StatementEffect::reads;
-    // Of a statement that reads: the row is held until the transaction ends, and passed over when somebody
+    // Of a statement that reads: the row is held until the transaction ends, and skipped when somebody
     // else holds it.
     bool holds_row = false;
     // A rule of the table, or a row that somebody else holds, may be in the way.

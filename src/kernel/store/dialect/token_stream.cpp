@@ -54,7 +54,7 @@ void TokenStream::expect_symbol(std::string_view symbol) {
 }
 
 void TokenStream::expect_end() {
-    if (peek().kind != TokenKind::end) refuse("nothing more expected");
+    if (peek().kind != TokenKind::end) refuse("the end of the text expected");
 }
 
 void TokenStream::refuse(const Token& token, std::string_view wanted) const {

@@ -104,7 +104,7 @@ FindTranslation Translator::find(const SelectTranslation& select, std::string_vi
     const std::vector<FieldType>& columns = select.rows.columns;
     find.first = {fmt::format("{} ORDER BY {} LIMIT 1", rows, order), without_key, true, columns};
     find.held_first = find.first;
-    // Which row it is, is found out before it is held: a row that is passed over must not make room for the
+    // Which row it is, is found out before it is held: a row that is skipped must not make room for the
     // next one.
     if (const std::string lock = flavour_.row_lock(); !lock.empty()) {
         find.held_first.holds_row = true;

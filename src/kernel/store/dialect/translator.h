@@ -38,7 +38,7 @@ inline constexpr int kHeadRows = 8;
 
 struct SelectTranslation {
     std::vector<ResultColumn> columns;
-    // The table, when its rows can be told apart and changed: one table, no aggregate, nothing nested.
+    // The table, when its rows have keys and can be changed: one table, no aggregate, nothing nested.
     const Table* table = nullptr;
     bool has_condition = false;
     bool ordered = false;                     // has an ORDER BY
@@ -64,10 +64,10 @@ struct SelectTranslation {
 // The rows of a table that meet the criteria of a FindFirst on the recordset of a translation.
 struct FindTranslation {
     std::vector<LiteralParameter> literals;
-    // Parameters: outer, literals, and the key where told.
+    // Parameters: outer, literals, and the key where it is named.
     StatementText first;        // the first in the recordset's order
     StatementText held_first;   // the same, and held as SelectTranslation::held_row is
-    StatementText first_after;  // the first behind the key, in insertion order
+    StatementText first_after;  // the first after the key, in insertion order
     StatementText keys;         // of all matches
     StatementText at_key;       // the row of the key, if it matches
 };

@@ -75,7 +75,7 @@ std::string quoted_name(const std::string& name) {
                 fmt::format("{} cannot be opened: {}", shown_company(uri), connection_message(connection)));
 }
 
-// What has been told as saved must be there after a power failure.
+// What was reported as saved must be there after a power failure.
 void require_durable(PGconn* connection, const std::string& uri) {
     for (const char* const setting : {"fsync", "full_page_writes"})
         if (text_of_sql(connection, fmt::format("SHOW {}", setting)) != "on")
@@ -91,8 +91,8 @@ void set_up(PGconn* connection, const std::string& uri) {
     if (std::string_view(PQparameterStatus(connection, "server_encoding")) != "UTF8")
         refuse(uri, "is a database whose encoding is not UTF8");
     require_durable(connection, uri);
-    // Whoever meets another user's lock is told at once, not after it has gone; only a lock of an instant,
-    // such as the one for a new page, is waited for.
+    // A lock of another user is an error at once, and not waited for; only one of an instant, such as that
+    // for a new page, is.
     run_sql(connection, fmt::format("SET search_path = {}, pg_catalog; SET lock_timeout = '200ms'; "
                                     "SET standard_conforming_strings = on; SET jit = off",
                                     kCompanySchema));

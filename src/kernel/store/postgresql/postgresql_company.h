@@ -1,5 +1,5 @@
-// Companies on a server: reaching the database that a URI names, telling companies from other databases, and
-// making them.
+// Companies on a server: reaching the database that a URI names, telling companies and other databases apart,
+// and making them.
 //
 // One database holds one company, in the schema "brimley". The URI says where the database is, with
 // everything that libpq understands: users, service and password files, TLS.
@@ -40,7 +40,7 @@ class CompanyInTheMaking {
     PostgresqlHandle connection_;
 };
 
-// The company as it may be told to anybody: host and database, without user and password.
+// The company as anybody may read it: host and database, without user and password.
 [[nodiscard]] std::string shown_company(const std::string& uri);
 
 }  // namespace brimley::store

@@ -13,7 +13,7 @@ struct StateKind {
     ErrorKind kind;
 };
 
-// What is not told here has to do with the machine. The first entry that fits holds.
+// What is not listed here has to do with the machine. The first entry that fits holds.
 constexpr StateKind kKinds[] = {
     {"55P03", ErrorKind::locked},         // lock not available
     {"40P01", ErrorKind::locked},         // deadlock

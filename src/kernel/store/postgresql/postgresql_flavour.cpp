@@ -54,7 +54,7 @@ std::string PostgresqlFlavour::nulls_first(bool descending) const {
     return descending ? " NULLS LAST" : " NULLS FIRST";
 }
 
-// With a LIMIT behind it, PostgreSQL would rather walk the keys and try every row than sort the few that an
+// With a LIMIT after it, PostgreSQL would rather walk the keys and try every row than sort the few that an
 // index finds.
 std::string PostgresqlFlavour::key_order(const std::string& key) const { return "(" + key + " + 0)"; }
 

@@ -1,4 +1,5 @@
-// The tables of a catalog in the schema of a company: making them, and telling whether a schema holds them.
+// The tables of a catalog in the schema of a company: making them, and finding out whether a schema has
+// them.
 #pragma once
 
 #include <libpq-fe.h>

@@ -106,7 +106,7 @@ PostgresqlResult PostgresqlSession::finish(Place wanted) {
         else if (i == wanted)
             result = std::move(each);
     }
-    // What stands behind the last answer is the mark of the end.
+    // What follows the last answer is the mark of the end.
     const PostgresqlResult end(is_lost() ? nullptr : PQgetResult(connection_.get()));
     status_ = PQtransactionStatus(connection_.get());
     if (is_lost() && (!failure || failure->kind() != ErrorKind::lost))

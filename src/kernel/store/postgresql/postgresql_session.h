@@ -1,10 +1,10 @@
 // A connection that speaks in pipelines: statements are sent as they come and answered for together.
 //
 // send() waits for nothing. finish() waits for everything that was sent, and throws the first failure among
-// it; the server has run nothing of what stood behind that. Statements are prepared on the way, when they are
+// it; the server has run nothing of what came after that. Statements are prepared on the way, when they are
 // sent first.
 //
-//   send(BEGIN), send(INSERT), send(INSERT), send(SELECT), finish()   one journey to the server and back
+//   send(BEGIN), send(INSERT), send(INSERT), send(SELECT), finish()   one round trip
 #pragma once
 
 #include <cstdint>

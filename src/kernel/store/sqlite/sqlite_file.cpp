@@ -135,7 +135,7 @@ void lay_out(const std::string& path, const Catalog& catalog) {
     require_write_ahead_log(connection.get(), path);
 }
 
-// A failure of the disk, told with the path as the user gave it.
+// A failure of the disk, reported with the path as the user gave it.
 void tell_disk_failure(const Error& error, const std::string& path) {
     if (const char* const failure = disk_failure(error.native_code()))
         throw Error(ErrorKind::io, path + failure, error.native_code());

@@ -1,4 +1,4 @@
-// Company files of SQLite as files: telling them from others, opening them and making them.
+// Company files of SQLite as files: recognising, opening and making them.
 #pragma once
 
 #include <string>

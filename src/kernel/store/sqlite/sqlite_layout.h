@@ -1,4 +1,4 @@
-// The tables of a catalog in a SQLite file: making them, and telling whether a file holds them.
+// The tables of a catalog in a SQLite file: making them, and finding out whether a file has them.
 #pragma once
 
 #include <sqlite3.h>
