@@ -1,7 +1,6 @@
 // The clock, the name and the folders of the machine, as every host gives them to the forms.
 #pragma once
 
-
 #include <string>
 
 #include "kernel/store/value.h"
