@@ -55,36 +55,3 @@ function(brimley_room name)
         target_link_libraries(${name} INTERFACE brimley_options ${ROOM_DEPENDS})
     endif()
 endfunction()
-
-# brimley_test_program(NAME FOLDER room...): one GoogleTest program of the .cpp files in tests/FOLDER.
-function(brimley_test_program name folder)
-    file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
-    add_executable(${name} ${found})
-    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-    target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gtest_main GTest::gmock)
-    target_precompile_headers(${name} REUSE_FROM brimley_test_precompiled)
-endfunction()
-
-# brimley_test(NAME FOLDER room...): the same, every case a test on files but those that bear OnAServer in their names.
-function(brimley_test name folder)
-    brimley_test_program(${name} ${folder} ${ARGN})
-    # What only the night run has time for stands in suites instantiated as "Night".
-    gtest_discover_tests(${name} TEST_FILTER -Night/*:*OnAServer* DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
-    gtest_discover_tests(${name} TEST_FILTER Night/* TEST_LIST ${name}_night NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST
-        PROPERTIES TIMEOUT 600 LABELS night)
-endfunction()
-
-# brimley_server_test(NAME LEFT_OUT): the program once more, its companies on the tests' server, without the cases that only hold
-# for files.
-function(brimley_server_test name left_out)
-    # The engine itself is looked at by the sanitizers in the tests of the store; the rest is theirs on files.
-    set(label)
-    if(NOT name MATCHES "^(store|server)_tests$")
-        set(label LABELS plain)
-    endif()
-    set(on_server FIXTURES_REQUIRED server ENVIRONMENT BRIMLEY_TEST_SERVER=${BRIMLEY_TEST_SERVER})
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX server. TEST_FILTER "-Night/*:${left_out}"
-        TEST_LIST ${name}_on_server PROPERTIES TIMEOUT 120 ${label} ${on_server})
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX server. TEST_FILTER Night/* NO_PRETTY_VALUES
-        TEST_LIST ${name}_on_server_night PROPERTIES TIMEOUT 1800 LABELS night ${on_server})
-endfunction()

@@ -1,12 +1,16 @@
 #include "company/company_fixture.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 
 #include "company/export.h"
 #include "company/transaction.h"
 #include "kernel/tables/company_tables.h"
+#include "support/company_original.h"
 
 namespace brimley::testing {
 
@@ -33,7 +37,36 @@ void write_file(const std::string& path, std::string_view text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
+namespace {
+
+std::string key_of(const company::EmptyCompany&) { return "empty"; }
+std::string key_of(const company::SampleCompany& sample) { return "sample of " + sample.user; }
+std::string key_of(const company::StarterCompany& starter) {
+    return fmt::format("starter of {} in {} from {}", starter.user, starter.base_currency, starter.year);
+}
+
+CompanyOriginal& original_of(const company::CompanyContent& content) {
+    static std::map<std::string, CompanyOriginal> originals;
+    const std::string key = std::visit([](const auto& each) { return key_of(each); }, content);
+    const auto make = [content](const std::string& company) {
+        company::create_company_file(company, content);
+    };
+    return originals.try_emplace(key, make).first->second;
+}
+
+}  // namespace
+
 void CompanyTest::make(const company::CompanyContent& content) {
+    CompanyOriginal& original = original_of(content);
+    if (tests_run_on_server()) {
+        database_ = original.database();
+    } else {
+        original.copy_to(path());
+    }
+    reopen();
+}
+
+void CompanyTest::make_anew(const company::CompanyContent& content) {
     company::create_company_file(path(), content);
     reopen();
 }

@@ -28,13 +28,17 @@ void write_file(const std::string& path, std::string_view text);
 
 class CompanyTest : public ::testing::Test {
   protected:
-    // Makes the company and opens it.
+    // Opens a company of this content: a copy of one that the process has made before.
     void make(const company::CompanyContent& content);
+    // Makes the company itself and opens it.
+    void make_anew(const company::CompanyContent& content);
     void reopen();
     [[nodiscard]] store::Database& db() { return *open_.database; }
     [[nodiscard]] const store::OpenCompany& open() const { return open_; }
     [[nodiscard]] std::string path() const {
-        return database_ ? database_->uri() : folder_.file("books.company");
+        if (!tests_run_on_server()) return folder_.file("books.company");
+        if (!database_) database_ = std::make_unique<ServerDatabase>();
+        return database_->uri();
     }
 
     // The rows of a query, columns joined by "|", null as "-".
@@ -53,8 +57,7 @@ class CompanyTest : public ::testing::Test {
     TemporaryFolder folder_;
 
   private:
-    std::unique_ptr<ServerDatabase> database_ =
-        tests_run_on_server() ? std::make_unique<ServerDatabase>() : nullptr;
+    mutable std::unique_ptr<ServerDatabase> database_;
     store::OpenCompany open_;
 };
 

@@ -33,7 +33,7 @@ class Create : public testing::CompanyTest {
 };
 
 TEST_F(Create, EmptyCompanyHoldsTheGridLayoutsAndNothingElse) {
-    make(company::EmptyCompany{});
+    make_anew(company::EmptyCompany{});
     for (const store::Table& table : db().catalog().tables()) {
         if (table.name == "Grid_property") continue;
         EXPECT_THAT(rows("SELECT * FROM [" + table.name + "]"), IsEmpty()) << table.name;
@@ -42,7 +42,7 @@ TEST_F(Create, EmptyCompanyHoldsTheGridLayoutsAndNothingElse) {
 }
 
 TEST_F(Create, EveryGridOfEveryFormHasItsColumnsInOrder) {
-    make(company::EmptyCompany{});
+    make_anew(company::EmptyCompany{});
     const std::set<std::string> grids = [&] {
         const auto found = rows("SELECT form_name,grid_name FROM Grid_property");
         return std::set<std::string>(found.begin(), found.end());
@@ -70,7 +70,7 @@ TEST_F(Create, EveryGridOfEveryFormHasItsColumnsInOrder) {
 }
 
 TEST_F(Create, InvoiceLinesOpenTheEnteredColumnsOnly) {
-    make(company::EmptyCompany{});
+    make_anew(company::EmptyCompany{});
     EXPECT_THAT(
         rows("SELECT Caption FROM Grid_property WHERE form_name = 'APform_invoice' AND grid_name = 'dbgrid1' "
              "AND Locked = FALSE ORDER BY col_order"),
@@ -107,7 +107,7 @@ TEST_F(Create, FailedSampleLeavesNothingBehind) {
 }
 
 TEST_F(Create, SampleAgreesWithItself) {
-    make(company::SampleCompany{"zoe"});
+    make_anew(company::SampleCompany{"zoe"});
     EXPECT_THAT(findings(), IsEmpty());
     // Opening balances are a trial balance.
     double sum = 0;
@@ -123,7 +123,7 @@ TEST_F(Create, SampleAgreesWithItself) {
 }
 
 TEST_F(Create, SampleGivesItsCallerFullRightsAndKeepsThoseOfOthers) {
-    make(company::SampleCompany{"ben"});
+    make_anew(company::SampleCompany{"ben"});
     EXPECT_THAT(rows("SELECT Update,Print,form_design FROM User_right_table WHERE userid = 'ben'"),
                 AllOf(SizeIs(11), Each("FALSE|TRUE|FALSE")));
     reopen();
@@ -135,7 +135,7 @@ TEST_F(Create, SampleGivesItsCallerFullRightsAndKeepsThoseOfOthers) {
 }
 
 TEST_F(Create, SampleHoldsWhatTheFormsNeed) {
-    make(company::SampleCompany{"zoe"});
+    make_anew(company::SampleCompany{"zoe"});
     EXPECT_THAT(
         rows("SELECT tax_code FROM Tax_code_table WHERE transaction_type = 'purchase' AND default = TRUE"),
         ElementsAre("NOTAX"));
@@ -157,7 +157,7 @@ TEST_F(Create, SampleHoldsWhatTheFormsNeed) {
 }
 
 TEST_F(Create, StarterHasWhatANewCompanyNeeds) {
-    make(company::StarterCompany{"EUR", "2026", "zoe"});
+    make_anew(company::StarterCompany{"EUR", "2026", "zoe"});
     EXPECT_THAT(findings(), IsEmpty());
     EXPECT_THAT(rows("SELECT Currency,activate_working_period FROM COA_config_table"),
                 ElementsAre("EUR|FALSE"));
@@ -180,7 +180,7 @@ TEST_F(Create, StarterHasWhatANewCompanyNeeds) {
 }
 
 TEST_F(Create, StarterAccountsExistAndHaveTheirBalanceRows) {
-    make(company::StarterCompany{"EUR", "2026", "zoe"});
+    make_anew(company::StarterCompany{"EUR", "2026", "zoe"});
     const auto accounts = rows("SELECT accno FROM Account_master_table");
     const auto parameters = rows("SELECT accno FROM Account_Parameters_table WHERE default = TRUE");
     EXPECT_THAT(parameters, SizeIs(10));
@@ -201,7 +201,7 @@ TEST_F(Create, StarterAccountsExistAndHaveTheirBalanceRows) {
 }
 
 TEST_F(Create, StarterHasADefaultTaxCodeWithAnAuthority) {
-    make(company::StarterCompany{"EUR", "2026", "zoe"});
+    make_anew(company::StarterCompany{"EUR", "2026", "zoe"});
     EXPECT_THAT(
         rows("SELECT Tax_authority_table.Rate FROM Tax_code_table,Tax_code_details_table,Tax_authority_table "
              "WHERE Tax_code_table.default = TRUE AND Tax_code_table.transaction_type = 'purchase' AND "
@@ -211,9 +211,9 @@ TEST_F(Create, StarterHasADefaultTaxCodeWithAnAuthority) {
 }
 
 TEST_F(Create, StarterRefusesWhatIsNoYearOrCurrency) {
-    EXPECT_THROW(make(company::StarterCompany{"euro", "2026", "zoe"}), company::UnusableValue);
-    EXPECT_THROW(make(company::StarterCompany{"EUR", "26", "zoe"}), company::UnusableValue);
-    EXPECT_THROW(make(company::StarterCompany{"EUR", "2031", "zoe"}), company::UnusableValue);
+    EXPECT_THROW(make_anew(company::StarterCompany{"euro", "2026", "zoe"}), company::UnusableValue);
+    EXPECT_THROW(make_anew(company::StarterCompany{"EUR", "26", "zoe"}), company::UnusableValue);
+    EXPECT_THROW(make_anew(company::StarterCompany{"EUR", "2031", "zoe"}), company::UnusableValue);
     EXPECT_FALSE(std::filesystem::exists(path()));
 }
 

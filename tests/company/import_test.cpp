@@ -141,7 +141,7 @@ TEST_F(Import, ExportedRowsWithNullKeysComeBackEqual) {
     const testing::TemporaryFolder exported;
     company::export_tables(db(), exported.path());
     std::filesystem::remove(path());
-    make(company::EmptyCompany{});
+    make_anew(company::EmptyCompany{});
     in_transaction(
         [&](store::Database& database) { company::import_folder(database, exported.path(), {true}); });
     EXPECT_EQ(dump(), before);

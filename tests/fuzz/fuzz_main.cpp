@@ -4,7 +4,6 @@
 //
 // The same seed gives the same inputs. The input that is being tried stands in fuzz-TARGET.input, so that it
 // is there after a crash; add it to the corpus when its fault is mended.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +12,7 @@
 #include <random>
 
 #include "fuzz.h"
+#include "support/program_options.h"
 
 namespace {
 
@@ -106,18 +106,13 @@ int run(const std::string& target, const std::string& folder, int runs, std::uin
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App program("Tries inputs on one target");
+    const std::string target = std::filesystem::path(argv[0]).filename();
     std::string folder;
     int runs = 0;
     std::uint64_t seed = 20261121;
-    program.add_option("corpus", folder)->required();
-    program.add_option("--runs", runs, "inputs besides the corpus")->capture_default_str();
-    program.add_option("--seed", seed, "which inputs")->capture_default_str();
-    CLI11_PARSE(program, argc, argv);
-    try {
-        return run(std::filesystem::path(argv[0]).filename(), folder, runs, seed);
-    } catch (const std::exception& failure) {
-        std::cerr << failure.what() << '\n';
-        return 1;
-    }
+    ProgramOptions program(target, "Tries inputs on one target");
+    program.required("corpus", folder, "folder of inputs");
+    program.option("--runs", runs, "inputs besides the corpus");
+    program.option("--seed", seed, "which inputs");
+    return program.run(argc, argv, [&] { return run(target, folder, runs, seed); });
 }

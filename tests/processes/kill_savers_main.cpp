@@ -6,7 +6,6 @@
 // With BRIMLEY_TEST_SERVER the companies are on that server (tests/support/server-cluster), else files.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <iostream>
 #include <random>
@@ -14,11 +13,12 @@
 
 #include "child.h"
 #include "stored_documents.h"
+#include "support/program_options.h"
 #include "support/sample_company.h"
 
 namespace {
 
-using namespace brimley;
+using namespace brimley::testing;
 
 struct Options {
     std::string saver;
@@ -43,13 +43,13 @@ class KilledCompany {
     // Whether the saver was killed, and had not come to its end before.
     bool kill(std::mt19937_64& chance) {
         const bool at_call = chance() % 2 == 0;
-        const int most = at_call                          ? kCallsMost
-                         : testing::tests_run_on_server() ? kMillisecondsMostOnServer
-                                                          : kMillisecondsMost;
+        const int most = at_call                 ? kCallsMost
+                         : tests_run_on_server() ? kMillisecondsMostOnServer
+                                                 : kMillisecondsMost;
         const int when = 1 + static_cast<int>(chance() % static_cast<unsigned>(most));
         last_kill_ = fmt::format("at {} {}", at_call ? "call" : "millisecond", when);
-        testing::Child saver({saver_, company_.path(), "--acts", "1000", "--seed", std::to_string(chance()),
-                              "--kill-at", std::to_string(at_call ? when : 0)});
+        Child saver({saver_, company_.path(), "--acts", "1000", "--seed", std::to_string(chance()),
+                     "--kill-at", std::to_string(at_call ? when : 0)});
         if (!at_call) {
             std::this_thread::sleep_for(std::chrono::milliseconds(when));
             saver.kill();
@@ -61,7 +61,7 @@ class KilledCompany {
     [[nodiscard]] const std::string& last_kill() const { return last_kill_; }
     [[nodiscard]] int told() const { return stored_.told(); }
     [[nodiscard]] std::vector<std::string> findings() const {
-        if (testing::tests_run_on_server() && !server_has_let_go())
+        if (tests_run_on_server() && !server_has_let_go())
             return {"the server still has the connection of the one that was killed"};
         return stored_.findings(company_.open());
     }
@@ -71,9 +71,9 @@ class KilledCompany {
     [[nodiscard]] bool server_has_let_go() const {
         for (int looks = 0; looks < kLooksMost; ++looks) {
             const std::string others =
-                testing::on_server(company_.path(),
-                                   "SELECT count(*) FROM pg_stat_activity WHERE datname = current_database() "
-                                   "AND backend_type = 'client backend' AND pid <> pg_backend_pid()");
+                on_server(company_.path(),
+                          "SELECT count(*) FROM pg_stat_activity WHERE datname = current_database() "
+                          "AND backend_type = 'client backend' AND pid <> pg_backend_pid()");
             if (others == "0") return true;
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
@@ -81,8 +81,8 @@ class KilledCompany {
     }
 
     std::string saver_;
-    testing::ClosedCopy company_{testing::sample_original()};
-    testing::StoredDocuments stored_;
+    ClosedCopy company_{sample_original()};
+    StoredDocuments stored_;
     std::string last_kill_;
 };
 
@@ -111,16 +111,10 @@ int run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App program("Kills a saver and looks at the company", "kill-savers");
     Options options;
-    program.add_option("saver", options.saver, "the saver program")->required();
-    program.add_option("--kills", options.kills, "how many")->capture_default_str();
-    program.add_option("--seed", options.seed, "which kills")->capture_default_str();
-    CLI11_PARSE(program, argc, argv);
-    try {
-        return run(options);
-    } catch (const std::exception& failure) {
-        std::cerr << "kill-savers: " << failure.what() << std::endl;
-        return 1;
-    }
+    ProgramOptions program("kill-savers", "Kills a saver and looks at the company");
+    program.required("saver", options.saver, "the saver program");
+    program.option("--kills", options.kills, "how many");
+    program.option("--seed", options.seed, "which kills");
+    return program.run(argc, argv, [&] { return run(options); });
 }

@@ -6,7 +6,6 @@
 // With BRIMLEY_TEST_SERVER the company is on that server (tests/support/server-cluster), else a file.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <iostream>
 #include <map>
@@ -15,6 +14,7 @@
 #include "child.h"
 #include "saver.h"
 #include "stored_documents.h"
+#include "support/program_options.h"
 #include "support/sample_company.h"
 
 namespace brimley::testing {
@@ -76,17 +76,11 @@ int run(const Options& options) {
 }  // namespace brimley::testing
 
 int main(int argc, char** argv) {
-    CLI::App program("Runs several savers on one company", "many-savers");
     brimley::testing::Options options;
-    program.add_option("saver", options.saver, "the saver program")->required();
-    program.add_option("--savers", options.savers, "how many")->capture_default_str();
-    program.add_option("--acts", options.acts, "of each")->capture_default_str();
-    program.add_option("--seed", options.seed, "of the first")->capture_default_str();
-    CLI11_PARSE(program, argc, argv);
-    try {
-        return brimley::testing::run(options);
-    } catch (const std::exception& failure) {
-        std::cerr << "many-savers: " << failure.what() << std::endl;
-        return 1;
-    }
+    brimley::testing::ProgramOptions program("many-savers", "Runs several savers on one company");
+    program.required("saver", options.saver, "the saver program");
+    program.option("--savers", options.savers, "how many");
+    program.option("--acts", options.acts, "of each");
+    program.option("--seed", options.seed, "of the first");
+    return program.run(argc, argv, [&] { return brimley::testing::run(options); });
 }

@@ -9,11 +9,11 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <CLI/CLI.hpp>
 #include <fstream>
 #include <iostream>
 
 #include "random_session.h"
+#include "support/program_options.h"
 #include "support/sample_company.h"
 
 namespace {
@@ -74,13 +74,12 @@ int run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App program("Random acts on the sample company, the books checked after each", "random-session");
     Options options;
-    program.add_option("--acts", options.acts, "how many")->capture_default_str();
-    program.add_option("--seed", options.seed, "which session")->capture_default_str();
-    program.add_flag("--without-payments", options.without_payments, "invoices and templates alone");
-    program.add_option("--script", options.script, "where a failing session is written")
-        ->capture_default_str();
-    CLI11_PARSE(program, argc, argv);
-    return run(options);
+    brimley::testing::ProgramOptions program(
+        "random-session", "Random acts on the sample company, the books checked after each");
+    program.option("--acts", options.acts, "how many");
+    program.option("--seed", options.seed, "which session");
+    program.flag("--without-payments", options.without_payments, "invoices and templates alone");
+    program.option("--script", options.script, "where a failing session is written");
+    return program.run(argc, argv, [&] { return run(options); });
 }

@@ -2,6 +2,7 @@
 
 #include "kernel/store/postgresql/postgresql_engine.h"
 #include "kernel/store/sqlite/sqlite_engine.h"
+#include "support/company_original.h"
 
 namespace brimley::testing {
 
@@ -78,6 +79,12 @@ Table word_table() {
                  {}};
 }
 
+CompanyOriginal& small_original() {
+    static CompanyOriginal original(
+        [](const std::string& company) { (void)store::create_company(company, small_catalog()); });
+    return original;
+}
+
 }  // namespace
 
 const store::Catalog& small_catalog() {
@@ -86,9 +93,11 @@ const store::Catalog& small_catalog() {
 }
 
 SmallCompany::SmallCompany()
-    : database_(tests_run_on_server() ? std::make_unique<ServerDatabase>() : nullptr),
-      path_(database_ ? database_->uri() : folder_.file("small.brimley")),
-      open_(store::create_company(path_, small_catalog())) {}
+    : database_(tests_run_on_server() ? small_original().database() : nullptr),
+      path_(database_ ? database_->uri() : folder_.file("small.brimley")) {
+    if (!database_) small_original().copy_to(path_);
+    reopen({});
+}
 
 store::OpenCompany SmallCompany::second_user(const store::EngineDecorator& decorate) const {
     return store::open_company(path_, small_catalog(), decorate);

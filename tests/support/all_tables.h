@@ -11,29 +11,9 @@ namespace brimley::testing {
 // Table by table, a line a row, the fields parted by "|".
 using AllTables = std::map<std::string, std::string>;
 
-inline AllTables all_tables(store::Database& database) {
-    AllTables contents;
-    for (const store::Table& table : database.catalog().tables()) {
-        std::string& text = contents[table.name];
-        auto rows = database.OpenRecordset("SELECT * FROM " + table.name, store::RecordsetKind::snapshot);
-        for (; !rows.at_eof(); rows.MoveNext()) {
-            for (int column = 0; column < rows.column_count(); ++column) {
-                const store::Value value = rows.column(column);
-                text += (value.is_null() ? std::string("null") : value.text()) + '|';
-            }
-            text += '\n';
-        }
-    }
-    return contents;
-}
+[[nodiscard]] AllTables all_tables(store::Database& database);
 
 // The names of the tables that differ; empty when the two are equal.
-inline std::string difference(const AllTables& one, const AllTables& other) {
-    std::string names;
-    for (const auto& [name, text] : one) {
-        if (other.at(name) != text) names += name + ' ';
-    }
-    return names;
-}
+[[nodiscard]] std::string difference(const AllTables& one, const AllTables& other);
 
 }  // namespace brimley::testing

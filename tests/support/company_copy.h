@@ -1,9 +1,8 @@
-// A company database of its own for each test: a file copied from one that the process makes once, or made
-// anew on the tests' server.
+// A company database of its own for each test: copied from one that the process makes once, a file or a
+// database of the tests' server.
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -11,49 +10,23 @@
 
 #include "kernel/store/database.h"
 #include "kernel/tables/company_tables.h"
-#include "support/temporary_folder.h"
-#include "support/test_server.h"
+#include "support/company_original.h"
 
 namespace brimley::testing {
 
 using FieldValues = std::initializer_list<std::pair<const char*, store::Value>>;
 
-// A company that tests have copies of.
-class CompanyOriginal {
-  public:
-    using Maker = std::function<void(const std::string& company)>;
-    explicit CompanyOriginal(Maker make) : make_(std::move(make)) {}
-
-    void copy_to(const std::string& company) {
-        const std::string original = folder_.file("original.brimley");
-        if (!std::filesystem::exists(original)) make_(original);
-        std::filesystem::copy_file(original, company);
-    }
-    // Most tests want one company, which is made where it is wanted. Only a second one is copied.
-    [[nodiscard]] std::unique_ptr<ServerDatabase> database() {
-        if (made_ && !template_) {
-            template_ = std::make_unique<ServerDatabase>();
-            make_(template_->uri());
-        }
-        if (template_) return std::make_unique<ServerDatabase>(template_.get());
-        made_ = true;
-        auto database = std::make_unique<ServerDatabase>();
-        make_(database->uri());
-        return database;
-    }
-
-  private:
-    bool made_ = false;
-    std::unique_ptr<ServerDatabase> template_;
-    TemporaryFolder folder_;
-    Maker make_;
-};
+enum class CompanyPlace { file, server };
+// Where the tests are told to have their companies.
+[[nodiscard]] inline CompanyPlace place_of_tests() {
+    return tests_run_on_server() ? CompanyPlace::server : CompanyPlace::file;
+}
 
 // A copy that nobody has open, for programs and processes that open it themselves.
 class ClosedCopy {
   public:
-    explicit ClosedCopy(CompanyOriginal& original)
-        : database_(tests_run_on_server() ? original.database() : nullptr),
+    explicit ClosedCopy(CompanyOriginal& original, CompanyPlace place = place_of_tests())
+        : database_(place == CompanyPlace::server ? original.database() : nullptr),
           path_(database_ ? database_->uri() : folder_.file("company.brimley")) {
         if (!database_) original.copy_to(path_);
     }

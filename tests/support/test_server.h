@@ -51,7 +51,8 @@ class ServerDatabase {
     ServerDatabase() : name_(free_database_name()) {}
     // A copy of another, on which nobody may be connected.
     explicit ServerDatabase(const ServerDatabase* original) : ServerDatabase() {
-        on_server(server_uri("postgres"), "CREATE DATABASE " + name_ + " TEMPLATE " + original->name_);
+        on_server(server_uri("postgres"),
+                  "CREATE DATABASE " + name_ + " STRATEGY file_copy TEMPLATE " + original->name_);
     }
     ~ServerDatabase() {
         on_server(server_uri("postgres"), "DROP DATABASE IF EXISTS " + name_ + " WITH (FORCE)");
