@@ -1,4 +1,4 @@
-// The words of a line behind its command, taken one by one.
+// The words of a line after its command, taken one by one.
 #pragma once
 
 #include <charconv>

@@ -6,7 +6,7 @@ namespace {
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
-// Appends a quoted text, from behind its first quote; `at` comes to stand behind the last.
+// Appends a quoted text, from after its first quote; `at` ends after the last.
 void append_quoted(std::string& word, std::string_view line, std::size_t& at) {
     for (; at < line.size(); ++at) {
         char c = line[at];

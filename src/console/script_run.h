@@ -1,4 +1,4 @@
-// Runs whole scripts on a console and tells the status that the program ends with.
+// Runs whole scripts on a console and returns the status that the program ends with.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ void run_lines(Console& console, std::istream& in, const std::string& name);
 void run_script_file(Console& console, const std::string& name);
 
 // Does the work, then prints the count of the checks to `out`. A script that is wrong or a company that fails
-// is told on the standard error, in the name of `program`.
+// is reported on the standard error, in the name of `program`.
 [[nodiscard]] Status run_to_status(Console& console, std::ostream& out, const char* program,
                                    const std::function<void()>& work);
 

@@ -5,8 +5,8 @@
 
 namespace brimley::console {
 
-// Reads lines from the terminal until its end and runs them. A line that is wrong is told and the next one is
-// read; questions without a queued answer are asked.
+// Reads lines from the terminal until its end and runs them. A line that is wrong is reported and the next
+// one is read; questions without a queued answer are asked.
 void run_terminal(Console& console);
 
 }  // namespace brimley::console

@@ -12,7 +12,7 @@
 
 namespace brimley::controls {
 
-// One column as a description text such as "0;1700;<;Term|1;700;^;Code" tells it.
+// One column as a description text such as "0;1700;<;Term|1;700;^;Code" gives it.
 struct ComboColumn {
     int index = 0;
     int width = 0;  // twentieths of a point
@@ -41,7 +41,7 @@ class ComboBox : public Control {
     // From code. The row whose column 0 equals the text, if there is one, becomes the chosen row.
     void set(std::string text);
     void clear_choice() { set(""); }
-    // From code that knows the whole row, so that the list need not be fetched to tell which one is meant.
+    // From code that knows the whole row, so that the list need not be fetched to find which one is meant.
     void set_row(Row row);
     [[nodiscard]] std::string shown() const override { return text_; }
 

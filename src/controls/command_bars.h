@@ -33,7 +33,7 @@ class CommandBars {
     [[nodiscard]] const Command* find(int id) const;
     [[nodiscard]] const std::vector<Command>& commands() const { return commands_; }
 
-    // From code; commands that the form does not have are passed over, and are never pressed.
+    // From code; commands that the form does not have are ignored, and are never pressed.
     void set_pressed(int id, bool pressed);
     [[nodiscard]] bool pressed(int id) const;
     void set_enabled(int id, bool enabled);

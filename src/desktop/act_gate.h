@@ -1,6 +1,6 @@
 // Every act of a user goes from a widget to its model through here.
 //
-// Widgets never look at what an act did: the model tells what changed. What was refused is kept for whoever
+// Widgets never look at what an act did: the model reports what changed. What was refused is kept for whoever
 // wants to know (a test, a script), and a failure that a handler throws stops here, because exceptions must
 // not travel through the toolkit's event loop.
 #pragma once

@@ -96,7 +96,7 @@ QRect CellDelegate::box_of(const QStyleOptionViewItem& option) const {
     return box;
 }
 
-// The cell that the user has come to stands out only while he is in the grid.
+// The cell that the user has come to stands out only while the grid has the focus.
 void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     if (!view_.hasFocus()) option->state &= ~QStyle::State_Active;

@@ -26,7 +26,7 @@ class CellEditor : public QLineEdit {
     bool focusNextPrevChild(bool next) override;
 
   private:
-    // False when the list cannot be fetched, which was told.
+    // False when the list cannot be fetched, which was shown.
     [[nodiscard]] bool look_at_list();
     void complete();
 

@@ -1,4 +1,5 @@
-// The pictures of the toolbars: strokes told in looks/icons.txt, drawn in the colour of the text around them.
+// The pictures of the toolbars: strokes listed in looks/icons.txt, drawn in the colour of the text around
+// them.
 #pragma once
 
 #include <QIcon>

@@ -107,7 +107,7 @@ std::optional<QString> ask_for_server(QWidget* parent) {
     return good ? std::optional(dialog.textValue().trimmed()) : std::nullopt;
 }
 
-// What is wrong is told over the dialog, which then stands there again as it was filled in.
+// What is wrong is shown over the dialog, which then stands there again as it was filled in.
 std::optional<QString> make_new_company(QWidget* parent, const std::string& user) {
     NewCompanyDialog dialog(parent);
     while (dialog.exec() == QDialog::Accepted) {

@@ -55,7 +55,7 @@ bool DesktopDesk::question(const std::string& text, const std::string& title) {
 
 store::DateTime DesktopDesk::now() { return opening::local_now(); }
 
-// The windows go on being painted, and the pointer tells that the program waits.
+// The windows go on being painted, and the pointer shows that the program waits.
 void DesktopDesk::wait(std::chrono::milliseconds duration) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     QDeadlineTimer deadline(duration);

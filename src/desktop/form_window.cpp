@@ -157,7 +157,7 @@ QWidget* FormWindow::make_text(controls::TextField& field_model, const LookField
     return registered(field_model, line);
 }
 
-// The look tells the width of one date.
+// The look names the width of one date.
 QWidget* FormWindow::make_range(controls::DateRange& range, const LookField& field) {
     auto* const made = new RangeView(range, gate_, calendar());
     for (DateView* const line : {&made->from(), &made->to()}) {

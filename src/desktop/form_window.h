@@ -112,7 +112,7 @@ class FormWindow : public QMainWindow {
     QLabel* mode_band_;
     QDockWidget* own_pane_ = nullptr;
     QString title_;
-    const controls::Control* title_control_ = nullptr;  // what it shows stands behind the title
+    const controls::Control* title_control_ = nullptr;  // what it shows follows the title
     bool commands_wait_ = false;
 };
 

@@ -1,5 +1,5 @@
 // The captions above a grid's columns: in as many lines as they need, on the grid's own colour, with the
-// dividers that the model tells.
+// dividers that the model has.
 #pragma once
 
 #include <QHeaderView>

@@ -80,7 +80,7 @@ class GridView : public QTableView, public ModelView {
     GridTable table_;
     bool following_ = false;  // what changes now comes from the model
     bool refresh_waits_ = false;
-    bool holds_user_ = false;  // in the cell whose text was cancelled, until what he does is over
+    bool holds_user_ = false;  // in the cell whose text was cancelled, until the act is over
 };
 
 }  // namespace brimley::desktop

@@ -59,7 +59,7 @@ class ListPopup : public QFrame {
 // that begins with it, else none (-1).
 [[nodiscard]] int row_for_text(const std::vector<std::vector<std::string>>& rows, const QString& text);
 
-// Type-ahead: the rest of the first row that begins with what was typed comes to stand behind it, selected,
+// Type-ahead: the rest of the first row that begins with what was typed follows it, selected,
 // to be typed over. False when nothing was added; a text that is a row by itself stays.
 bool complete_inline(QLineEdit& line, const std::vector<std::vector<std::string>>& rows);
 

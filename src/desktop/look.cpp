@@ -8,7 +8,7 @@ namespace brimley::desktop {
 
 namespace {
 
-// The words of a line; those in quotes keep their blanks, and their first quote tells them from a name.
+// The words of a line; those in quotes keep their blanks, and their first quote sets them apart from a name.
 QStringList words_of(const QString& line) {
     static const QRegularExpression kWord("\"[^\"]*\"|#.*|[^\\s\"#]+");
     QStringList words;

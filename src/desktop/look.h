@@ -1,8 +1,8 @@
-// The look of a form: what stands where in its window, told in one text file a form.
+// The look of a form: what stands where in its window, written in one text file a form.
 //
 //   # to the end of the line: a comment
-//   title "A/P Invoice" [CONTROL]         of the window; behind it stands what the control shows
-//   menus File Edit Record ...            the order of the menus; others come behind
+//   title "A/P Invoice" [CONTROL]         of the window; after it comes what the control shows
+//   menus File Edit Record ...            the order of the menus; others come after
 //   column                                a column of fields above the lines; each line that follows is a row
 //   of it
 //     "Kind" cmbdoctype 14                caption, control, width in characters
@@ -14,8 +14,8 @@
 //   foot                                  as column, below the lines
 //   pane frame_tax bottom [rows 6]        a docked pane: bottom, top, left or right; fields or a grid follow
 //
-// A control that no line names, and that can be seen, comes behind the others, so a look that is behind its
-// form loses nothing. Without a file every control appears in the order of its declaration.
+// A control that no line names, and that can be seen, comes after the others, so a look that is older than
+// its form loses nothing. Without a file every control appears in the order of its declaration.
 #pragma once
 
 #include <QString>
@@ -58,7 +58,7 @@ struct Look {
     [[nodiscard]] bool names(const QString& control) const;
 };
 
-// A line that cannot be read, told with its number.
+// A line that cannot be read, with its number.
 class LookFault : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

@@ -81,7 +81,7 @@ class Layouter {
         return label;
     }
 
-    // Adds a row's fields to the line, each behind its caption, and tells them.
+    // Adds a row's fields to the line, each after its caption, and returns them.
     std::vector<QWidget*> add_fields(const LookRow& row, QHBoxLayout& line) {
         std::vector<QWidget*> widgets;
         for (const LookField& field : row.fields) {

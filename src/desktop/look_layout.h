@@ -28,7 +28,7 @@ struct LaidOut {
     std::map<const controls::Control*, QDockWidget*> panes;  // by their frame
 };
 
-// Makes the widget of a control; the look tells a width, lines and alignment.
+// Makes the widget of a control; the look names a width, lines and alignment.
 using MakeWidget = std::function<QWidget*(controls::Control&, const LookField&)>;
 
 // Fills the window: the fields and the grid in its middle, the panes as docks around. Every control gets its
@@ -39,7 +39,7 @@ using MakeWidget = std::function<QWidget*(controls::Control&, const LookField&)>
 // The look of a form that has no file: the fields in columns in the order of their declaration, grids below,
 // frames as panes with what lies in them.
 [[nodiscard]] Look generic_look(const controls::ControlSet& controls, const QString& title);
-// What the look leaves out, behind what it has.
+// What the look leaves out, after what it has.
 void add_what_is_left_out(Look& look, const controls::ControlSet& controls);
 
 }  // namespace brimley::desktop

@@ -27,7 +27,7 @@ namespace {
 constexpr int kToldFor = 8000;        // milliseconds
 constexpr double kShareOfArea = 0.9;  // of a form among others
 
-// A form in the menu. What a version does not have yet shows nothing, and that is told.
+// A form in the menu. What a version does not have yet shows nothing, and the status line says so.
 struct FormEntry {
     const char* class_name;
     const char* caption;

@@ -14,8 +14,8 @@ namespace brimley::desktop {
 // A PDF file to look at and leaf through.
 class PdfWindow : public QWidget {
   public:
-    // `path` may have "\" between its folders, as the forms write them. A file that cannot be read is told in
-    // the window.
+    // `path` may have "\" between its folders, as the forms write them. A file that cannot be read is named
+    // in the window.
     PdfWindow(const QString& path, const QString& title);
     ~PdfWindow() override;
 

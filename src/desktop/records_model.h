@@ -19,7 +19,7 @@ struct RecordColumn {
     std::function<QString(const store::Recordset& row)> tell = {};
 };
 
-// A value as a person reads it: dates in his format, money with two places, yes/no as words.
+// A value as a person reads it: dates in the user's format, money with two places, yes/no as words.
 [[nodiscard]] QString value_shown(const store::Value& value, bool money, const std::string& date_format);
 
 class RecordsModel : public QAbstractTableModel {

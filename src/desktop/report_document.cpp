@@ -155,7 +155,7 @@ QString lines_html(const Rows& rows, const std::vector<std::size_t>& of_lines) {
     return html + sums_html(rows, of_lines) + "</table>";
 }
 
-// The fields before the line number are the document's, those behind it the line's.
+// The fields before the line number are the document's, those after it the line's.
 std::size_t first_of_lines(const Rows& rows) {
     for (std::size_t column = 0; column < rows.names.size(); ++column)
         if (rows.names[column].compare("pay_item", Qt::CaseInsensitive) == 0) return column;

@@ -1,7 +1,7 @@
 // What the desktop does when a form asks for something outside itself (APclass::NotifyClients).
 //
 // Forms of the module are opened and steered by APclass; papers and lists to look at get windows of the
-// desktop's own; what belongs to another module is told in the status line.
+// desktop's own; what belongs to another module is shown in the status line.
 #pragma once
 
 #include <QString>
@@ -17,7 +17,7 @@ class Requests {
   public:
     explicit Requests(host::APclass& ap) : ap_(ap) {}
 
-    // Carries the request out. An unknown one is told as such.
+    // Carries the request out. The status line says when it is unknown.
     void answer(const std::string& formx, const std::string& docnox, const std::string& arg2);
 
     // A window of the desktop's own goes to the screen; whoever shows it owns it.

@@ -136,7 +136,7 @@ class APclass : public frame::HostContext {
 
     frame::Desk& desk_;
     std::shared_ptr<kernel::ModuleG3> kernel_;  // shared by all forms on the database of abcdb
-    // Forms hold it weakly: gone with the host, it tells them that nobody listens any more.
+    // Forms hold it weakly: gone with the host, nobody listens to them any more.
     std::shared_ptr<bool> listening_ = std::make_shared<bool>(true);
 };
 

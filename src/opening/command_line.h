@@ -11,11 +11,11 @@ namespace brimley::opening {
 enum EarlyStatus { kWrongUsage = 2, kNotOpened = 3 };
 
 // Reads the command line. The status to end with when help or the version was asked for, or when it is wrong,
-// which is told in the name of `program`; nothing to go on. A file that may not grow any more is from here on
-// a full disk to the store, and not the end of the program.
+// which is reported in the name of `program`; empty to go on. A file that may not grow any more is from here
+// on a full disk to the store, and not the end of the program.
 [[nodiscard]] std::optional<int> read_command_line(CLI::App& app, int argc, char** argv, const char* program);
 
-// The company's context; nothing when it cannot be opened, which is told in the name of `program`.
+// The company's context; nothing when it cannot be opened, which is reported in the name of `program`.
 [[nodiscard]] std::optional<frame::HostContext> open_or_tell(const std::string& company,
                                                              const HostOptions& options, const char* program);
 

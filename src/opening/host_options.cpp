@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kPeriodsMax = 99;
 
-// The text is what a fault is told with; empty: there is none.
+// The text describes the fault; empty: there is none.
 std::string fault_of_periods(const std::string& text) {
     int periods = 0;
     const char* const end = text.data() + text.size();

@@ -9,7 +9,7 @@ namespace brimley::opening {
 
 // Local time, to the second.
 [[nodiscard]] store::DateTime local_now();
-// Empty when the machine does not tell.
+// Empty when the machine does not give one.
 [[nodiscard]] std::string machine_name();
 
 // As frame::Desk has them.
