@@ -91,6 +91,7 @@ class TaxGrid : public FormPart {
 
     void display_tax_details();
     void display_tax_summary();
+    void mnutax_summary_click() { display_tax_summary(); }
     void get_tax_itemno(const std::string& pay_item);
     void get_tax_summary();
     // What the open panels show of the current line and of the document.

@@ -23,7 +23,7 @@
 #include "invoices/document/invoice_save.h"
 #include "invoices/document/invoice_update.h"
 #include "invoices/document/kinds.h"
-#include "invoices/document/line_rows.h"
+#include "invoices/document/line_writer.h"
 #include "invoices/document/lines.h"
 #include "invoices/document/open_documents.h"
 #include "invoices/document/owing_balance.h"
@@ -89,7 +89,7 @@ class APform_invoice : public frame::DocumentForm {
     Accounts accounts{*this};
     StoredInvoice stored{*this};
     OwingBalance owing{*this};
-    LineRows line_rows{*this};
+    LineWriter line_writer{*this};
     InvoicePosting posting{*this};
     EntryChecks entry_checks{*this};
     InvoiceSave save{*this};

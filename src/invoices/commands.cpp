@@ -53,7 +53,7 @@ void APform_invoice::execute_own(int id) {
             frame_status.refresh();
             break;
         case kTaxSummary:
-            taxes.display_tax_summary();
+            taxes.mnutax_summary_click();
             frame_status.refresh();
             break;
         case kViewInvoice:

@@ -75,8 +75,8 @@ void InvoiceSave::fill_terms(Recordset& header) const {
 }
 
 bool InvoiceSave::write_lines(Recordset& header) {
-    return form_.line_rows.insert_new_record_transaction(header, checked_.entry.lines,
-                                                         checked_.entry.ap_accno);
+    return form_.line_writer.insert_new_record_transaction(header, checked_.entry.lines,
+                                                           checked_.entry.ap_accno);
 }
 
 bool InvoiceSave::post() {

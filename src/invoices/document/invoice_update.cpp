@@ -67,7 +67,7 @@ void InvoiceUpdate::fill_header(Recordset& header, const CheckedEntry& entry) co
 
 bool InvoiceUpdate::write_lines_anew(Recordset& header, const CheckedEntry& entry) {
     form_.stored.delete_lines();
-    if (!form_.line_rows.insert_new_record_transaction(header, entry.lines, entry.ap_accno)) return false;
+    if (!form_.line_writer.insert_new_record_transaction(header, entry.lines, entry.ap_accno)) return false;
     if (!form_.posting.insert_GL_record(entry.ap_accno, entry.lines)) return false;
     header.set("GLFKEY", form_.txtglfkey.text());
     return true;

@@ -12,9 +12,9 @@ namespace brimley::invoices {
 
 class APform_invoice;
 
-class LineRows : public frame::DocumentPart {
+class LineWriter : public frame::DocumentPart {
   public:
-    explicit LineRows(APform_invoice& form);
+    explicit LineWriter(APform_invoice& form);
 
     // A row that has only a description belongs to the line before it.
     [[nodiscard]] bool insert_new_record_transaction(store::Recordset& header,

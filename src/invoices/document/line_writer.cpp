@@ -1,4 +1,4 @@
-#include "invoices/document/line_rows.h"
+#include "invoices/document/line_writer.h"
 
 #include <array>
 
@@ -17,10 +17,10 @@ constexpr std::array kFieldsCopiedFromHeader{
 
 }  // namespace
 
-LineRows::LineRows(APform_invoice& form) : DocumentPart(form), form_(form) {}
+LineWriter::LineWriter(APform_invoice& form) : DocumentPart(form), form_(form) {}
 
-bool LineRows::insert_new_record_transaction(Recordset& header, const std::vector<InvoiceLine>& lines,
-                                             const std::string& ap_accno) {
+bool LineWriter::insert_new_record_transaction(Recordset& header, const std::vector<InvoiceLine>& lines,
+                                               const std::string& ap_accno) {
     auto rows = kernel().change("SELECT * FROM AP_transaction_table WHERE 1 = 2");
     bool line_stored = false;
     for (const InvoiceLine& line : lines) {
@@ -35,15 +35,15 @@ bool LineRows::insert_new_record_transaction(Recordset& header, const std::vecto
     return true;
 }
 
-void LineRows::append_description(Recordset& rows, const std::string& description) {
+void LineWriter::append_description(Recordset& rows, const std::string& description) {
     rows.Bookmark(rows.LastModified());
     rows.Edit();
     rows.set("Description", rows.text("Description") + "\n" + description);
     rows.Update();
 }
 
-bool LineRows::write_line(Recordset& rows, Recordset& header, const InvoiceLine& line,
-                          const std::string& ap_accno) {
+bool LineWriter::write_line(Recordset& rows, Recordset& header, const InvoiceLine& line,
+                            const std::string& ap_accno) {
     if (line.po_accno.empty()) return refuse("Please specify purchase account");
     rows.AddNew();
     rows.set("pay_item", line.pay_item);
