@@ -232,9 +232,9 @@ TEST_F(Payments, CurrencyThatIsNotAWorkingOneIsRefusedBeforeAnythingIsWritten) {
     begin_payment(form(), "V1001");
     edit_item_cell(form(), 0, "pay amount", "100.00");
     pay_total(form());
-    EXPECT_EQ(form().cmbcurrency.type("XXX"), controls::Refusal::none);
+    EXPECT_EQ(form().cmbcurrency.type("ZZZ"), controls::Refusal::none);
     press(101);
-    EXPECT_THAT(user.messages(), ElementsAre("XXX is not a working currency."));
+    EXPECT_THAT(user.messages(), ElementsAre("ZZZ is not a working currency."));
     EXPECT_EQ(form().cmbcurrency.type(""), controls::Refusal::none);
     press(101);
     EXPECT_THAT(user.messages(), ElementsAre("please specify currency"));

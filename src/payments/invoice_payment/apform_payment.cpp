@@ -1,15 +1,12 @@
 // Loading the form, its modes, a new payment, and showing a stored one.
 #include "payments/invoice_payment/apform_payment.h"
 
-#include <fmt/format.h>
-
 #include "kernel/money.h"
 #include "kernel/owing_balance.h"
 
 namespace brimley::payments {
 
 using kernel::format_money;
-using store::quoted;
 using store::Recordset;
 
 namespace {
@@ -69,8 +66,7 @@ void APform_payment::take_vendor_name_and_currency() {
     cmbcurrency.set(context().BASE_CURRENCY);
     if (cmbvendor.empty()) return;
     step("take the vendor's name and currency", [&] {
-        const auto row = kernel().read(
-            fmt::format("SELECT * FROM Vendor_table WHERE vendor_no = {}", quoted(cmbvendor.text())));
+        const auto row = kernel().find("Vendor_table", {{"vendor_no", cmbvendor.text()}});
         cmbvendor_name.set(row.at_eof() ? std::string{} : row.text("VENDOR_NAME"));
         if (row.at_eof()) return;
         if (!row.text("Currency").empty()) cmbcurrency.set(row.text("Currency"));
@@ -128,9 +124,7 @@ void APform_payment::assign2control(Recordset& header) {
 }
 
 std::string APform_payment::get_apaccno(const std::string& vendor_no) {
-    const auto row = kernel().read(
-        fmt::format("SELECT ap_accno FROM Vendor_table WHERE vendor_no = {}", quoted(vendor_no)));
-    return row.at_eof() ? std::string{} : row.text("ap_accno");
+    return kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "ap_accno");
 }
 
 void APform_payment::give_back_balances() {
