@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 
 #include <QDockWidget>
+#include <QStatusBar>
+#include <QToolBar>
 
 #include "desktop/live_desk.h"
 #include "desktop/script_hosts.h"

@@ -1,6 +1,8 @@
 // Fields in their window: dates, combos, what is locked, faces.
+#include <QCheckBox>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QToolBar>
 #include <QTreeView>
 
 #include "desktop/live_desk.h"

@@ -1,6 +1,8 @@
 // The look of a form as a text file, and a form without one.
 #include "desktop/look.h"
 
+#include <QCheckBox>
+
 #include "desktop/live_desk.h"
 #include "desktop/look_layout.h"
 #include "payments/invoice_payment/apform_payment.h"

@@ -1,4 +1,6 @@
 // New, Edit and Void in the window, with their boxes.
+#include <QCheckBox>
+
 #include "desktop/live_desk.h"
 
 namespace brimley::testing {

@@ -35,35 +35,35 @@ class TemplateFaults : public ::testing::Test {
 
 // More engine calls of this save than these give it up when they fail; a counter that cannot be taken is
 // tried again.
-constexpr int kFewestFailures = 6;
+constexpr int kFewestTemplateFailures = 6;
 
 TEST_F(TemplateFaults, IoFailureOnceLeavesNothing) {
-    EXPECT_GT(sweep(store::ErrorKind::io, false), kFewestFailures);
+    EXPECT_GT(sweep(store::ErrorKind::io, false), kFewestTemplateFailures);
 }
 
 TEST_F(TemplateFaults, IoFailureForGoodLeavesNothing) {
-    EXPECT_GT(sweep(store::ErrorKind::io, true), kFewestFailures);
+    EXPECT_GT(sweep(store::ErrorKind::io, true), kFewestTemplateFailures);
 }
 
 TEST_F(TemplateFaults, ConstraintFailureOnceLeavesNothingOrIsRetried) {
-    EXPECT_GT(sweep(store::ErrorKind::constraint, false), kFewestFailures);
+    EXPECT_GT(sweep(store::ErrorKind::constraint, false), kFewestTemplateFailures);
 }
 
 TEST_F(TemplateFaults, ConstraintFailureForGoodLeavesNothing) {
-    EXPECT_GT(sweep(store::ErrorKind::constraint, true), kFewestFailures);
+    EXPECT_GT(sweep(store::ErrorKind::constraint, true), kFewestTemplateFailures);
 }
 
 TEST_F(TemplateFaults, LockOnceLeavesNothingOrIsRetried) {
     // One fewer: a lock that goes away while a counter is taken is waited out.
-    EXPECT_GE(sweep(store::ErrorKind::locked, false), kFewestFailures);
+    EXPECT_GE(sweep(store::ErrorKind::locked, false), kFewestTemplateFailures);
 }
 
 TEST_F(TemplateFaults, LockForGoodLeavesNothing) {
-    EXPECT_GT(sweep(store::ErrorKind::locked, true), kFewestFailures);
+    EXPECT_GT(sweep(store::ErrorKind::locked, true), kFewestTemplateFailures);
 }
 
 TEST_F(TemplateFaults, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
-    EXPECT_GT(sweep_first_act(save()), kFewestFailures);
+    EXPECT_GT(sweep_first_act(save()), kFewestTemplateFailures);
 }
 
 class EveryTemplateFault : public TemplateFaults, public SweptParameters<TemplateFaults::Session> {

@@ -12,11 +12,11 @@
 namespace brimley::testing {
 
 using controls::Refusal;
+using frame::command::kNew;
+using frame::command::kSave;
 
 namespace {
 
-constexpr int kNew = 105;
-constexpr int kSave = 101;
 constexpr int kVoidPayment = 133;
 constexpr int kVoidInvoice = 1008;
 

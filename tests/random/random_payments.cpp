@@ -9,12 +9,12 @@ namespace brimley::testing {
 
 namespace {
 
+using frame::command::kEditMode;
+using frame::command::kNew;
 using kernel::format_money;
 using kernel::money_value;
 using store::RecordsetKind;
 
-constexpr int kNew = 105;
-constexpr int kEdit = 106;
 constexpr const char* kOpenItems =
     "SELECT vendor_no,docno,pay_item,Currency FROM AP_transaction_table WHERE paid = FALSE AND void = FALSE "
     "AND hold = FALSE AND vendor_no <> '' ORDER BY fkey,pay_item";
@@ -188,17 +188,17 @@ void RandomSession::void_payment() {
 
 void RandomSession::edit_payment() {
     if (!go_to_some_payment()) return;
-    press(kEdit);
-    if (pressed(kEdit)) {
+    press(kEditMode);
+    if (pressed(kEditMode)) {
         set("txtremark", "Sent " + std::to_string(chance_.below(100)));
         const std::string remark = shown("txtremark");
         const std::string fkey = shown("txtfkey");
         if (chance_.percent(80)) press(101);
-        if (!pressed(kEdit)) {
+        if (!pressed(kEditMode)) {
             ++tally_.payments_edited;
             remarks_[fkey] = remark;
         }
-        leave_without_saving(kEdit);
+        leave_without_saving(kEditMode);
     }
     back_to_invoices();
 }

@@ -13,10 +13,9 @@ namespace brimley::testing {
 
 namespace {
 
+using frame::command::kEditMode;
+using frame::command::kNew;
 using store::RecordsetKind;
-
-constexpr int kNew = 105;
-constexpr int kEdit = 106;
 
 std::string quoted_word(const std::string& text) {
     std::string word = "\"";
@@ -111,7 +110,7 @@ std::vector<std::string> RandomSession::findings() {
     expect_count("payments", "SELECT fkey FROM Payment_header_table", tally_.payments, found);
     expect_count("void payments", "SELECT fkey FROM Payment_header_table WHERE void = TRUE",
                  tally_.payments_voided, found);
-    if (pressed(kNew) && pressed(kEdit)) found.push_back("New and Edit are both pressed");
+    if (pressed(kNew) && pressed(kEditMode)) found.push_back("New and Edit are both pressed");
     return found;
 }
 
@@ -248,8 +247,8 @@ void RandomSession::enter_template() {
 
 void RandomSession::edit_document() {
     if (!go_to_some_document()) return;
-    press(kEdit);
-    if (!pressed(kEdit)) return;
+    press(kEditMode);
+    if (!pressed(kEditMode)) return;
     const double loaded = kernel::money_value(shown("txttotal"));
     const double stored = stored_total(shown("txtfkey"));
     const int changes = chance_.below(4);
@@ -259,8 +258,8 @@ void RandomSession::edit_document() {
     if (chance_.percent(20)) set("cmbterm", chance_.one_of(terms_));
     const double total = kernel::money_value(shown("txttotal"));
     if (chance_.percent(85)) press(101);
-    if (!pressed(kEdit)) note_owed(total - loaded - stored_total(shown("txtfkey")) + stored);
-    leave_without_saving(kEdit);
+    if (!pressed(kEditMode)) note_owed(total - loaded - stored_total(shown("txtfkey")) + stored);
+    leave_without_saving(kEditMode);
 }
 
 void RandomSession::void_document() {
