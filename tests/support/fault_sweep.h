@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "support/all_tables.h"
+#include "support/committed_state.h"
 #include "support/faulty_engine.h"
 #include "support/sample_host.h"
 
@@ -37,8 +38,13 @@ struct FaultedDesk {
         // difference.
         company.db().Execute("UPDATE Account_currency_table SET Description = ' ', revalue = TRUE");
     }
-    void remember_tables() { before = all_tables(company.db()); }
-    [[nodiscard]] std::string changed_tables() { return difference(before, all_tables(company.db())); }
+    void remember_tables() {
+        state_before = state.now();
+        before = all_tables(company.db());
+    }
+    [[nodiscard]] std::string changed_tables() {
+        return state.now() == state_before ? "" : difference(before, all_tables(company.db()));
+    }
     // Fails the n-th call of what is done, once or from then on. Whether the fault was reached.
     template <class Done>
     bool with_fault(int nth, store::ErrorKind kind, bool for_good, Done&& done) {
@@ -52,8 +58,11 @@ struct FaultedDesk {
 
     std::shared_ptr<Faults> faults = std::make_shared<Faults>();
     CompanyCopy company;
-    store::OpenCompany faulty_company;
+    CommittedState state{company.path()};
+    store::OpenCompany
+        faulty_company;  // the connection that is opened last can be broken (lost_connections.h)
     DeskOfUser user;
+    std::string state_before;
     AllTables before;
 };
 
