@@ -21,6 +21,34 @@ if(BRIMLEY_COVERAGE)
     target_link_options(brimley_options INTERFACE --coverage)
 endif()
 
+# brimley_in_units(TARGET): with CMAKE_UNITY_BUILD the sources of a folder are compiled as one, but for those with options of
+# their own. A name without linkage must then be the only one in its folder. That each source includes what it uses is seen
+# where it is compiled alone: src/ in the plain build, the tests in the debug preset.
+function(brimley_in_units target)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+        cmake_path(GET source PARENT_PATH folder)
+        string(MAKE_C_IDENTIFIER "${folder}" group)
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${group}_")
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+    if(CMAKE_UNITY_BUILD)
+        # A source in a unit looks like a header.
+        target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    endif()
+endfunction()
+
+# A quicker linker, where there is one.
+find_program(BRIMLEY_MOLD mold)
+if(BRIMLEY_MOLD)
+    add_link_options(-fuse-ld=mold)
+endif()
+
+# brimley_reads_command_line(FILE...): sources with CLI11, which is large. They run once, so no time goes into making them fast.
+function(brimley_reads_command_line)
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0 SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
+
 # brimley_define(FILE NAME VALUE): a text that one source file alone is compiled with.
 function(brimley_define file name value)
     set_property(SOURCE ${file} APPEND PROPERTY COMPILE_DEFINITIONS "${name}=\"${value}\"")
@@ -50,6 +78,7 @@ function(brimley_room name)
         add_library(${name} STATIC ${sources})
         target_link_libraries(${name} PUBLIC brimley_options ${ROOM_DEPENDS})
         target_precompile_headers(${name} REUSE_FROM brimley_precompiled)
+        brimley_in_units(${name})
     else()
         add_library(${name} INTERFACE)
         target_link_libraries(${name} INTERFACE brimley_options ${ROOM_DEPENDS})

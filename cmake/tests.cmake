@@ -27,6 +27,7 @@ function(brimley_test_code target)
     target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(${target} PUBLIC ${ARGN} GTest::gtest GTest::gmock)
     target_precompile_headers(${target} REUSE_FROM brimley_test_precompiled)
+    brimley_in_units(${target})
     brimley_product_first(${target} ${ARGN})
 endfunction()
 

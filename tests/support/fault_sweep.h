@@ -59,8 +59,7 @@ struct FaultedDesk {
     std::shared_ptr<Faults> faults = std::make_shared<Faults>();
     CompanyCopy company;
     CommittedState state{company.path()};
-    store::OpenCompany
-        faulty_company;  // the connection that is opened last can be broken (lost_connections.h)
+    store::OpenCompany faulty_company;  // opened last: the connection that can be broken (lost_connections.h)
     DeskOfUser user;
     std::string state_before;
     AllTables before;
