@@ -45,7 +45,7 @@ const std::vector<LookWriter> kLookWriters{
 };
 
 struct LookSession : FaultedDesk {
-    explicit LookSession(const LookWriter& writer) {
+    explicit LookSession(const LookWriter& writer) : FaultedDesk(new_company()) {
         form->show();
         writer.prepare(*form);
         remember_tables();

@@ -35,7 +35,8 @@ EnteredInvoice foreign_invoice() {
 class SaveFaults : public ::testing::Test {
   public:
     struct Session : FaultedDesk {
-        explicit Session(const EnteredInvoice& invoice) {
+        Session(SharedCompany its_company, const EnteredInvoice& invoice)
+            : FaultedDesk(std::move(its_company)) {
             user.ap.showform_APform_invoice();
             enter(form(), invoice);
         }
@@ -58,8 +59,8 @@ class SaveFaults : public ::testing::Test {
         void (*check_failed)(Session& session);
 
         [[nodiscard]] FaultedAct<Session> on(const EnteredInvoice& invoice) const {
-            const auto begin = [way = prepare, invoice] {
-                auto session = std::make_unique<Session>(invoice);
+            const auto begin = [way = prepare, invoice](SharedCompany company) {
+                auto session = std::make_unique<Session>(std::move(company), invoice);
                 way(*session);
                 return session;
             };
@@ -349,7 +350,7 @@ class LedgerLineRetry : public SaveFaults {
         EXPECT_EQ(difference(tables_after(kSave.on(base_invoice())), all_tables(session.company.db())), "");
     }
 
-    Session session{base_invoice()};
+    Session session{new_company(), base_invoice()};
 };
 
 TEST_F(LedgerLineRetry, HeldOnceTheLineStandsOnceAfterOneWait) {

@@ -11,7 +11,7 @@ using ::testing::Not;
 class TemplateFaults : public ::testing::Test {
   public:
     struct Session : FaultedDesk {
-        Session() {
+        explicit Session(SharedCompany its_company) : FaultedDesk(std::move(its_company)) {
             user.ap.showform_APform_invoice();
             enter_template(form());
         }
@@ -19,7 +19,7 @@ class TemplateFaults : public ::testing::Test {
     };
 
     static FaultedAct<Session> save() {
-        return {[] { return std::make_unique<Session>(); },
+        return {[](SharedCompany company) { return std::make_unique<Session>(std::move(company)); },
                 [](Session& session) { EXPECT_EQ(session.form().press(101), controls::Refusal::none); },
                 [](Session& session) { return session.form().mode() == frame::Mode::read; },
                 "Add Recurring invoice complete", check_failed};

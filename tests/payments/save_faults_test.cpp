@@ -12,7 +12,7 @@ class PaymentFaults : public ::testing::Test {
   public:
     // A vendor's open items, and a payment of them entered and not saved.
     struct Session : FaultedDesk {
-        explicit Session(bool foreign) {
+        Session(SharedCompany its_company, bool foreign) : FaultedDesk(std::move(its_company)) {
             const char* vendor = foreign ? "V2001" : "V1001";
             const char* currency = foreign ? "EUR" : "USD";
             const EnteredInvoice invoice{
@@ -42,8 +42,8 @@ class PaymentFaults : public ::testing::Test {
         const char* message;
 
         [[nodiscard]] FaultedAct<Session> on(bool foreign) const {
-            const auto begin = [way = prepare, foreign] {
-                auto session = std::make_unique<Session>(foreign);
+            const auto begin = [way = prepare, foreign](SharedCompany company) {
+                auto session = std::make_unique<Session>(std::move(company), foreign);
                 way(*session);
                 return session;
             };

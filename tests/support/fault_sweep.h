@@ -28,10 +28,14 @@
 
 namespace brimley::testing {
 
+using SharedCompany = std::shared_ptr<CompanyCopy>;
+
+inline SharedCompany new_company() { return std::make_shared<CompanyCopy>(sample_original()); }
+
 // A company, its user on an engine that can be made to fail, and a second look at the company from outside.
 struct FaultedDesk {
-    FaultedDesk()
-        : company(sample_original()),
+    explicit FaultedDesk(SharedCompany its_company)
+        : shared_company(std::move(its_company)),
           faulty_company(company.second_user(faulty(faults))),
           user(faulty_company) {
         // An account that has the currency already is refreshed when the look at it fails; let that be no
@@ -57,7 +61,8 @@ struct FaultedDesk {
     }
 
     std::shared_ptr<Faults> faults = std::make_shared<Faults>();
-    CompanyCopy company;
+    SharedCompany shared_company;
+    CompanyCopy& company = *shared_company;
     CommittedState state{company.path()};
     store::OpenCompany faulty_company;  // opened last: the connection that can be broken (lost_connections.h)
     DeskOfUser user;
@@ -67,7 +72,8 @@ struct FaultedDesk {
 
 template <class Session>  // a FaultedDesk with a form
 struct FaultedAct {
-    std::function<std::unique_ptr<Session>()> begin;  // all that comes before the act, without faults
+    // All that comes before the act, without faults.
+    std::function<std::unique_ptr<Session>(SharedCompany company)> begin;
     void (*carry_out)(Session& session);
     bool (*done)(Session& session);
     const char* message;  // when it is done; null: it says nothing
@@ -75,8 +81,8 @@ struct FaultedAct {
 };
 
 template <class Session>
-std::unique_ptr<Session> begun(const FaultedAct<Session>& act) {
-    auto session = act.begin();
+std::unique_ptr<Session> begun(const FaultedAct<Session>& act, SharedCompany company = new_company()) {
+    auto session = act.begin(std::move(company));
     static_cast<void>(session->user.messages());
     session->remember_tables();
     return session;
@@ -162,12 +168,14 @@ void sweep_in_the_night(const std::tuple<SweptAct<Session>, SweptFault>& paramet
 }
 
 // Only the first act of a connection prepares its statements: here each fault meets a connection of its own.
+// The company stays the same, since a failed act leaves nothing; what comes before the act may not either.
 // Returns how many times the act failed.
 template <class Session>
 int sweep_first_act(const FaultedAct<Session>& act) {
+    const SharedCompany company = new_company();
     for (int nth = 1;; ++nth) {
         SCOPED_TRACE(fmt::format("call {}", nth));
-        const auto session = begun(act);
+        const auto session = begun(act, company);
         const bool reached =
             session->with_fault(nth, store::ErrorKind::io, false, [&] { act.carry_out(*session); });
         ::testing::Test::RecordProperty("failed_acts", nth - 1);
