@@ -125,4 +125,29 @@ TEST_F(StoredTaxes, TaxOfNothingOfAnUnknownCodeGoesIntoTheCost) {
     EXPECT_EQ(parts(), "20.00 0.00 0.00");
 }
 
+TEST_F(StoredTaxes, TaxOfNothingIsExpensedWholeWhereTheCodeRefundsNothing) {
+    store_invoice(false, {{"tax_amount1", 0.0}, {"tax_code", "EXP7"}, {"tax_authority1", "EXP"}});
+    change_rate("20");
+    EXPECT_EQ(parts(), "0.00 0.00 20.00");
+}
+
+// Neither the code's first authority nor another code of the same authority says how this tax is divided, and
+// no part of it goes into the item's cost.
+TEST_F(StoredTaxes, TaxOfNothingWithoutItemCostIsDividedAsItsAuthorityInItsCode) {
+    const auto add_to_code = [this](const char* item_no, const char* authority, double percent_refund,
+                                    bool include_itemcost) {
+        company.add("Tax_code_details_table", {{"tax_code", "MIXED"},
+                                               {"transaction_type", "purchase"},
+                                               {"item_no", item_no},
+                                               {"tax_authority", authority},
+                                               {"percent_refund", percent_refund},
+                                               {"include_itemcost", include_itemcost}});
+    };
+    add_to_code("1", "GST", 100, true);
+    add_to_code("2", "HALF", 25, false);
+    store_invoice(false, {{"tax_amount1", 0.0}, {"tax_code", "MIXED"}});
+    change_rate("20");
+    EXPECT_EQ(parts(), "0.00 5.00 15.00");
+}
+
 }  // namespace brimley::testing
