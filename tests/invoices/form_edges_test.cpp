@@ -18,6 +18,25 @@ class FormEdges : public ::testing::Test {
         return *user.ap.frm_invoice;
     }
 
+    // Invoices of 10 each.
+    void save_invoices(DeskOfUser& saver, int count) {
+        for (int i = 0; i < count; ++i) {
+            auto& form = *saver.ap.frm_invoice;
+            enter(form, {"Invoice", "V1001", "USD", "", {{"5000", "NOTAX", "gross amount", "10"}}});
+            EXPECT_EQ(form.press(101), Refusal::none);
+            EXPECT_THAT(saver.messages(), ElementsAre("Add new Invoice complete"));
+        }
+    }
+    // "Open Invoice Only" with the last of three invoices on screen; the first is paid.
+    invoices::APform_invoice& show_open_invoices() {
+        auto& form = show();
+        save_invoices(user, 3);
+        company.db().Execute("UPDATE AP_header_table SET fully_paid = TRUE WHERE docno = 'IP-26-00001'");
+        EXPECT_EQ(form.press(1013), Refusal::none);
+        EXPECT_EQ(form.txtdocno.text(), "IP-26-00003");
+        return form;
+    }
+
     CompanyCopy company{sample_original()};
     DeskOfUser user{company.open()};
 };
@@ -78,6 +97,32 @@ TEST_F(FormEdges, HiddenColumnIsNotReached) {
     form.dbgrid1.columns[3].visible = false;
     EXPECT_EQ(form.dbgrid1.visit_cell(0, 3), Refusal::hidden);
     EXPECT_EQ(form.dbgrid1.column(), 0);
+}
+
+// "Last" of the open invoices is the oldest of them.
+TEST_F(FormEdges, UnknownNumberInNewAmongOpenInvoicesLeadsToTheLastOfTheirList) {
+    auto& form = show_open_invoices();
+    EXPECT_EQ(form.press(105), Refusal::none);
+    user.ap.APform_invoice_goto_docno("IP-26-00009");
+    EXPECT_THAT(user.messages(), ElementsAre("IP-26-00009 not found."));
+    EXPECT_EQ(form.txtdocno.text(), "IP-26-00002");
+    EXPECT_EQ(form.txtfkey.text(), "1ip-2");
+    EXPECT_EQ(form.cmbopendoc.text(), "IP-26-00002");
+}
+
+// All documents are gone, and another desk has saved new ones since.
+TEST_F(FormEdges, UnknownNumberWithNothingShownAmongOpenInvoicesLeadsToTheLastOfTheirList) {
+    auto& form = show_open_invoices();
+    company.db().Execute("DELETE * FROM AP_header_table");
+    EXPECT_EQ(form.press(109), Refusal::none);
+    EXPECT_EQ(form.txtdocno.text(), frame::kNewDocno);
+    DeskOfUser carl{company.open()};
+    carl.ap.showform_APform_invoice();
+    save_invoices(carl, 2);
+    user.ap.APform_invoice_goto_docno("IP-26-00009");
+    EXPECT_THAT(user.messages(), ElementsAre("IP-26-00009 not found."));
+    EXPECT_EQ(form.txtdocno.text(), "IP-26-00004");
+    EXPECT_EQ(form.cmbopendoc.text(), "IP-26-00004");
 }
 
 }  // namespace brimley::testing

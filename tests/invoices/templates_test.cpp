@@ -130,4 +130,35 @@ TEST_F(Templates, WalkingGoesAsFarAsTheCounterOfItsOwnKind) {
     EXPECT_EQ(form().txtdocno.text(), "IP-26-00001");
 }
 
+TEST_F(Templates, UnknownNumberInNewInTheViewLeadsToTheNewestTemplate) {
+    save_template();
+    save_template();
+    press(1005);
+    press(107);
+    EXPECT_EQ(form().txtdocno.text(), "REC-26-00001");
+    press(105);
+    user.ap.APform_invoice_goto_docno("REC-26-00009");
+    EXPECT_THAT(user.messages(), ElementsAre("REC-26-00009 not found."));
+    EXPECT_EQ(form().txtdocno.text(), "REC-26-00002");
+    EXPECT_EQ(form().txtfkey.text(), "1recur-2");
+}
+
+// All templates are gone, and another desk has saved a new one since.
+TEST_F(Templates, UnknownNumberWithNothingShownInTheViewLeadsToTheNewestTemplate) {
+    save_template();
+    press(1005);
+    company.db().Execute("DELETE * FROM AP_recur_header_table");
+    press(109);
+    EXPECT_EQ(form().txtdocno.text(), frame::kNewDocno);
+    DeskOfUser carl{company.open()};
+    carl.ap.showform_APform_invoice();
+    enter_template(*carl.ap.frm_invoice);
+    EXPECT_EQ(carl.ap.frm_invoice->press(101), controls::Refusal::none);
+    user.ap.APform_invoice_goto_docno("REC-26-00009");
+    EXPECT_THAT(user.messages(), ElementsAre("REC-26-00009 not found."));
+    EXPECT_EQ(form().txtdocno.text(), "REC-26-00002");
+    EXPECT_EQ(form().txtfkey.text(), "1recur-2");
+    EXPECT_TRUE(form().CommandBars1().pressed(1005));
+}
+
 }  // namespace brimley::testing
