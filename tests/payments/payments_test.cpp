@@ -37,6 +37,10 @@ class Payments : public ::testing::Test {
     std::string account_name(const std::string& accno) {
         return company.list("SELECT accname FROM Account_master_table WHERE accno = '" + accno + "'");
     }
+    std::string accounts_of_payment() {
+        return company.list(
+            "SELECT accno, amount FROM GL_transaction_table WHERE Source = 'AP-PAYMENT' ORDER BY lineno");
+    }
     std::string remark() { return company.list("SELECT remark FROM Payment_header_table"); }
 
     CompanyCopy company{sample_original()};
@@ -289,6 +293,31 @@ TEST_F(Payments, TextsOfPowersAndCurrencySignsAreWordsAndPayTheWholeItem) {
         EXPECT_EQ(form().dbgrid1.cell(0, "pay amount"), "100.00") << word;
         edit_item_cell(form(), 0, "pay amount", "1.00");
     }
+}
+
+TEST_F(Payments, CashAccountThatWasChosenAllowsAnUnknownBank) {
+    begin_payment(form(), "V1001");
+    edit_item_cell(form(), 0, "pay amount", "100.00");
+    pay_total(form());
+    EXPECT_EQ(form().cmbbank.type("NOBANK"), controls::Refusal::none);
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new Payment PY-26-00001 complete"));
+    EXPECT_EQ(company.list("SELECT payby, cash_accno, bank_code FROM Payment_header_table"), "Cash 1000 -");
+    EXPECT_EQ(accounts_of_payment(), "1000 -100 | 2000 -100");
+}
+
+TEST_F(Payments, CardNeedsNoBankAndIsCreditedWithItsPayableAccount) {
+    begin_payment(form(), "V1001");
+    EXPECT_EQ(form().cmbcash.type(""), controls::Refusal::none);
+    EXPECT_EQ(form().cmbpayby.type("MASTERCARD"), controls::Refusal::none);
+    edit_item_cell(form(), 0, "pay amount", "100.00");
+    pay_total(form());
+    EXPECT_EQ(form().cmbbank.text(), "");
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new Payment PY-26-00001 complete"));
+    EXPECT_EQ(company.list("SELECT payby, cash_accno, bank_code FROM Payment_header_table"),
+              "MASTERCARD - -");
+    EXPECT_EQ(accounts_of_payment(), "2000 -100 | 2230 -100");
 }
 
 }  // namespace brimley::testing
