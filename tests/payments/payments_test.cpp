@@ -320,4 +320,26 @@ TEST_F(Payments, CardNeedsNoBankAndIsCreditedWithItsPayableAccount) {
     EXPECT_EQ(accounts_of_payment(), "2000 -100 | 2230 -100");
 }
 
+// Rows in two currencies have rates of their own, and their cents do not divide.
+TEST_F(Payments, ForeignPaymentWithoutARateHasNoneInItsHeadersNorInItsRoundingLine) {
+    save_invoice(user, {"Invoice", "V2001", "USD", "", {{"5000", "NOTAX", "gross amount", "40.00"}}});
+    save_invoice(user, {"Invoice", "V2001", "EUR", "1.1111", {{"5000", "NOTAX", "gross amount", "33.33"}}});
+    static_cast<void>(user.messages());
+    company.db().Execute("UPDATE AP_transaction_table SET early_discount = 0");
+    begin_payment(form(), "V2001", "EUR");
+    edit_item_cell(form(), 0, "pay amount", "40.00");
+    edit_item_cell(form(), 1, "payment exch rate", "1.1111");
+    edit_item_cell(form(), 1, "pay amount", "33.33");
+    edit_item_cell(form(), 1, "discount taken", "0.60");
+    EXPECT_EQ(form().cmbexrate.text(), "");
+    EXPECT_EQ(form().txtpayment.type("72.73"), controls::Refusal::none);
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new Payment PY-26-00001 complete"));
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM Payment_header_table"), "-");
+    EXPECT_EQ(company.list("SELECT exchange_rate FROM GL_header_table WHERE Source = 'AP-PAYMENT'"), "-");
+    EXPECT_EQ(company.list("SELECT base_amount, Currency, vendor_no, exchange_rate FROM "
+                           "GL_transaction_table WHERE accno = '7510'"),
+              "0.01 USD V2001 -");
+}
+
 }  // namespace brimley::testing
