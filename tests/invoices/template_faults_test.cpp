@@ -6,6 +6,8 @@
 namespace brimley::testing {
 
 using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 using ::testing::Not;
 
 class TemplateFaults : public ::testing::Test {
@@ -88,6 +90,37 @@ INSTANTIATE_TEST_SUITE_P(Night, LostTemplateConnections,
                          lost_name<TemplateFaults::Session>);
 
 TEST_F(TemplateFaults, SaveIsGivenUpToWhoWritesAlone) { give_up_to_who_is_alone(save(), 10); }
+
+// The kernel draws a number with errors ignored: what failed there, as a counter locked while it is written,
+// comes back as no number.
+TEST_F(TemplateFaults, FailureIgnoredWhileANumberIsDrawnIsReportedOnce) {
+    const auto act = save();
+    for (const std::size_t counter : {0U, 1U}) {
+        for (const auto kind : {store::ErrorKind::io, store::ErrorKind::locked}) {
+            SCOPED_TRACE(kHeldTables[counter].name);
+            const auto session = begun(act);
+            session->faults->only_statements_with =
+                fmt::format("UPDATE \"{}\" SET", kHeldTables[counter].name);
+            EXPECT_TRUE(session->with_fault(1, kind, true, [&] { act.carry_out(*session); }));
+            EXPECT_THAT(session->user.messages(), ElementsAre("a failure made by the test"));
+            check_nothing_left(*session, act);
+        }
+    }
+}
+
+// A counter that stays locked has not failed: the waits end without a number, and nothing is said.
+TEST_F(TemplateFaults, CounterThatSomebodyHoldsIsGivenUpWithoutAMessage) {
+    const auto act = save();
+    for (const std::size_t counter : {0U, 1U}) {
+        SCOPED_TRACE(kHeldTables[counter].name);
+        const auto session = begun(act);
+        session->faults->only_row_locks = true;
+        session->faults->only_statements_with = kHeldTables[counter].name;
+        EXPECT_TRUE(session->with_fault(1, store::ErrorKind::locked, true, [&] { act.carry_out(*session); }));
+        EXPECT_THAT(session->user.messages(), IsEmpty());
+        check_nothing_left(*session, act);
+    }
+}
 
 TEST_F(TemplateFaults, RowHeldOnAServerIsWaitedForAndThenGivenUp) {
     for (const std::size_t counter : {0U, 1U})
