@@ -120,7 +120,7 @@ struct PaymentLine {
 [[nodiscard]] bool differ(double a, double b);
 
 // The number of a key that the counter which never restarts has given: 12 of "1gl-12". Of two GL documents
-// the one with the higher number was begun later. Nothing for a key of another make.
+// the one with the higher number was begun later. Empty for a key of another form.
 [[nodiscard]] std::optional<double> running_number_of(const std::string& fkey);
 
 class Books {
@@ -135,7 +135,7 @@ class Books {
     [[nodiscard]] const std::string& base_currency() const { return base_currency_; }
 
     void each_gl_line(const std::function<void(const GlLine&)>& visit) const;
-    // The lines of each GL document by line number. A key without "-" comes again in another year; such
+    // The lines of each GL document by line number. A key without "-" may repeat in another year; such
     // documents differ in their year.
     void each_gl_document(const std::function<void(std::span<const GlLine>)>& visit) const;
     // The keys of GL documents that have lines.
@@ -154,7 +154,7 @@ class Books {
     std::unordered_map<std::string, ChartAccount> chart_;
     std::optional<std::string> earnings_accno_;
     std::string base_currency_;
-    // Walked anew by each check; a snapshot in memory is cheap to walk.
+    // Walked again by each check; a snapshot in memory is cheap to walk.
     mutable store::Recordset gl_lines_;
     mutable store::Recordset ap_headers_;
     mutable store::Recordset ap_lines_;

@@ -1,7 +1,7 @@
 // Proves what a company file can prove: recomputes the books from the documents and compares with what is
 // stored.
 //
-// Each check is a routine of its own that adds one line a finding. All amounts are compared rounded to two
+// Each check is a routine of its own that adds one line per finding. All amounts are compared rounded to two
 // places; null counts as 0. Every check is linear in the number of rows.
 //
 // What posting does not keep by design is not a finding: Current Earnings against the income

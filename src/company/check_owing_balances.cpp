@@ -1,9 +1,9 @@
 // What is owed to vendors, against their documents.
 //
 // An invoice adds its total, a credit note takes it off, a payment takes off pay, discount and write-off, in
-// whatever currency each is. A void gives back what the screen shows of the document: an invoice's lines
-// below nothing show as lines above it. Documents of other modules may have been counted by these or not, and
-// a vendor that had no balance yet when it was first paid got the sum of that payment as one that is owed.
+// whatever currency each is. A void gives back what the screen shows of the document: an invoice's negative
+// lines show as positive ones. Documents of other modules may have been counted by these or not, and a vendor
+// that had no balance yet when it was first paid got the sum of that payment as an amount owed.
 #include <fmt/format.h>
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // The amounts of payments by themselves: headers against lines, base currency against rates.
 //
 // The form keeps the base value of a row where a discount or a write-off cuts the payment, and where an
-// amount was refused. Of such a row it is only known between which values its base amount lies: those of
-// nothing, of what was paid, and of all that was open.
+// amount was refused. Of such a row it is only known between which values its base amount lies: those of 0,
+// of what was paid, and of all that was open.
 #include <fmt/format.h>
 
 #include <algorithm>

@@ -37,7 +37,7 @@ GlHeaders gl_headers(const Books& books) {
     return headers;
 }
 
-// The documents that say that they reverse another, by that other's number. Numbers may come again in another
+// The documents that say that they reverse another, by that other's number. Numbers may repeat in another
 // year.
 using Reversing = std::multimap<std::string, std::string>;
 

@@ -101,7 +101,7 @@ bool DraftFolder::try_hold(const std::string& company) {
     return true;
 }
 
-// The second look is at what another program has made while this one came to hold the folder.
+// Looks a second time, for what another program made before this one held the folder.
 CompanyDraft::CompanyDraft(const std::string& company) : company_(free_place(company)), folder_(company) {
     remove_logs(free_place(company));
 }

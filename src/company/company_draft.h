@@ -22,7 +22,7 @@ class DraftFolder {
     [[nodiscard]] const std::string& file() const { return file_; }
 
   private:
-    // False when the folder went while this looked: whoever held it was done.
+    // False when the folder disappeared meanwhile: whoever held it was done.
     [[nodiscard]] bool try_hold(const std::string& company);
 
     std::string folder_;

@@ -52,7 +52,7 @@ void make_and_fill(const std::string& place, const CompanyContent& content) {
     (void)store::create_company(place, kernel::company_tables(), fill);
 }
 
-// Whatever is none, the store refuses in its own words.
+// The store refuses anything else in its own words.
 bool is_path_of_a_file(const std::string& company) {
     return !store::is_on_server(company) && company.find('\0') == std::string::npos &&
            std::filesystem::path(company).has_filename();

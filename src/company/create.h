@@ -27,11 +27,11 @@ struct StarterCompany {
 
 using CompanyContent = std::variant<EmptyCompany, SampleCompany, StarterCompany>;
 
-// Makes the company and leaves it closed. Nobody sees it before it is whole. Nothing is left of a
-// failure; a program that is killed leaves a hidden folder (company_draft.h) or, on a server, a database
-// without a company, which are in nobody's way. Throws store::Error (state: the path exists already, or
-// another program is making it), CsvError and std::exception for a broken sample, UnusableValue for a year or
-// a currency that is none.
+// Makes the company and leaves it closed. Nobody sees it before it is whole. A failure leaves nothing behind;
+// a program that is killed leaves a hidden folder (company_draft.h) or, on a server, a database without a
+// company, which are in nobody's way. Throws store::Error (state: the path exists already, or another program
+// is making it), CsvError and std::exception for a broken sample, UnusableValue for a year or a currency that
+// is none.
 void create_company_file(const std::string& company, const CompanyContent& content);
 
 // The parts, inside the caller's transaction.

@@ -1,10 +1,9 @@
 // Reads one CSV file record by record: comma, quoting as in RFC 4180, UTF-8.
 //
-// What is accepted besides: a byte order mark at the start, line ends of LF or CRLF, a last line without its
-// end, and blank lines when the file has more than one column. A quoted cell may hold commas, quotes
-// (doubled) and line ends, which are kept as they stand. Anything else is refused: invalid UTF-8, a NUL, a
-// quote inside an unquoted cell, text after a closing quote, a quoted cell without an end, a carriage return
-// on its own.
+// Also accepted: a byte order mark at the start, line ends of LF or CRLF, a last line without its end, and
+// blank lines when the file has more than one column. A quoted cell may hold commas, quotes (doubled) and
+// line ends, which are kept as they stand. Anything else is refused: invalid UTF-8, a NUL, a quote inside an
+// unquoted cell, text after a closing quote, a quoted cell without an end, a carriage return on its own.
 #pragma once
 
 #include <fstream>

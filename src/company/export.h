@@ -1,4 +1,4 @@
-// Writes the tables of a company as CSV files, one a table, rows in key order.
+// Writes the tables of a company as CSV files, one per table, rows in key order.
 //
 // import_folder() of what this wrote gives an equal company. Files of an earlier export are overwritten,
 // others in the folder are left alone. All files are written before the first takes its place, so that an

@@ -35,8 +35,8 @@ struct FiscalYear {
 // Throws UnusableValue with the reason.
 void require_usable_year(std::string_view year);
 
-// The same day `months` later; the last day of the month when the month is too short for it.
-// Nothing when that month is none of the years 1 to 9999.
+// The same day `months` later; the last day of the month when the month is too short for it. Empty when that
+// month is none of the years 1 to 9999.
 [[nodiscard]] std::optional<store::DateTime> plus_months(store::DateTime day, int months);
 
 // Twelve months from `start`. Throws Refusal when the start or the day after the end is no date.

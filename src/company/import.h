@@ -22,7 +22,7 @@ struct ImportOptions {
     bool replace = false;
 };
 
-// Runs inside the caller's transaction, which must be rolled back when this throws: some rows may stand
+// Runs inside the caller's transaction, which must be rolled back when this throws: some rows may be stored
 // already. Throws CsvError for whatever is wrong with a file, Refusal for a folder without one,
 // std::system_error when they cannot be read, store::Error otherwise.
 void import_folder(store::Database& database, const std::filesystem::path& folder,

@@ -45,7 +45,7 @@ class LedgerMovements {
     // key is a finding.
     void add_row(const std::string& fyear, double company, const std::string& ledgertype,
                  const std::string& accno, const std::string& currency);
-    // Posts every GL line. A line that finds no row is a finding, once a row.
+    // Posts every GL line. A line that finds no row is a finding, once per row.
     void post_all();
 
     [[nodiscard]] const Movements& of_row(std::size_t row) const { return movements_[row]; }

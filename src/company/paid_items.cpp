@@ -9,7 +9,7 @@ namespace {
 
 std::string item_key(const std::string& docno, const std::string& pay_item) { return docno + "|" + pay_item; }
 
-// A discount or write-off below nothing is taken off by a void and was never added.
+// A negative discount or write-off is taken off by a void and was never added.
 double counted(double amount, bool is_void) {
     return is_void ? 0 - std::min(amount, 0.0) : std::max(amount, 0.0);
 }

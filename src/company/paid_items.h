@@ -29,7 +29,7 @@ struct ItemAmounts {
 // What the payments say of one item.
 struct PaidItem {
     bool named = false;         // by a payment that counts in it
-    bool stands_twice = false;  // a number that came again: which of them was paid is not known
+    bool stands_twice = false;  // a repeated number: which of them was paid is not known
     double gross = 0;
     double gl_number = 0;  // of the invoice as it is now; 0 for an item of another module
     bool made_here = false;

@@ -28,7 +28,7 @@ struct BalanceColumns {
 [[nodiscard]] const BalanceColumns& plain_columns();
 [[nodiscard]] const BalanceColumns& base_columns();
 
-// Which movement a GL line's period text names: "1" to "13", "AD", "CL"; nothing for any other text.
+// Which movement a GL line's period text names: "1" to "13", "AD", "CL"; empty for any other text.
 [[nodiscard]] std::optional<int> movement_of_period(std::string_view period);
 
 // One family of one row; null counts as 0.

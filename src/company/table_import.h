@@ -19,11 +19,11 @@ class TableImport {
     void run(bool replace);
 
   private:
-    using TableRow = std::vector<store::Value>;  // one value a field, in the order of the catalog
+    using TableRow = std::vector<store::Value>;  // one value per field, in the order of the catalog
 
     void read_header();
     [[nodiscard]] int field_named(const CsvCell& cell) const;
-    // The next row of the file, or nothing at its end.
+    // The next row of the file, or empty at its end.
     [[nodiscard]] std::optional<TableRow> next_row();
     // Adds a row; what the table refuses is the file's fault, at the line being read.
     void add(const TableRow& row);
@@ -34,11 +34,11 @@ class TableImport {
     void load_replacing();
     // By key; no row yet for a key of the table that the file has not named.
     using Replacements = std::unordered_map<std::string, std::optional<TableRow>>;
-    // Writes the table anew, each row of `replacements` in the place of the rows whose key it has.
+    // Rewrites the table, each row of `replacements` in the place of the rows whose key it has.
     void rewrite_table(const Replacements& replacements);
 
     [[nodiscard]] store::Recordset open_table() const;
-    // The natural key of a row as one text, equal only for equal keys; nothing when the key is all null.
+    // The natural key of a row as one text, equal only for equal keys; empty when the key is all null.
     [[nodiscard]] std::optional<std::string> key_of(const TableRow& row) const;
     [[nodiscard]] TableRow row_of(const store::Recordset& rows) const;
     [[nodiscard]] std::string described_key(const TableRow& row) const;

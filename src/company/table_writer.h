@@ -19,7 +19,7 @@ class TableWriter {
 
     // Fields not named are null, yes/no fields FALSE. Throws store::Error; the row is not added then.
     void add(FieldValues values);
-    // One value a field, in the order of the catalog.
+    // One value per field, in the order of the catalog.
     void add_row(const std::vector<store::Value>& row);
 
     [[nodiscard]] const store::Table& table() const { return table_; }

@@ -1,7 +1,7 @@
 // Who carries out a script's acts on a form.
 //
 // The console's own actor speaks to the models. Another host may hand in one that does the same things to
-// what it shows, key by key, so that one script proves both. An actor returns why an act did not take place,
+// what it shows, key by key, so that one script tests both. An actor returns why an act did not take place,
 // as the person in its place would find it; it prints nothing.
 #pragma once
 

@@ -1,6 +1,6 @@
-// The console: one host object on one company, driven by commands, one a line.
+// The console: one host object on one company, driven by commands, one per line.
 //
-// It acts on the forms by the user acts of their controls only, so a script can do just what a person can.
+// It acts on the forms by the user acts of their controls only, so a script can do exactly what a person can.
 // What it prints, and the language it reads, are a contract with people's scripts: they may grow, and never
 // change.
 #pragma once
@@ -20,8 +20,7 @@ class Console {
   public:
     // The company is open and the host context filled in `context`; results go to `out`.
     Console(const frame::HostContext& context, std::ostream& out);
-    // The same, with acts carried out by `actor` and forms shown on `screen` besides, which both outlive
-    // this.
+    // The same, with acts carried out by `actor` and forms also shown on `screen`; both must outlive this.
     Console(const frame::HostContext& context, std::ostream& out, Actor& actor, frame::Desk& screen);
     ~Console();
 

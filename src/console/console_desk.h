@@ -64,7 +64,7 @@ class ConsoleDesk : public frame::Desk {
     // Called at each wait for a row that another user holds.
     std::function<void()> on_wait;
 
-    // Boxes and forms appear on this screen besides; it is asked each question, and given the answer of the
+    // Boxes and forms also appear on this screen; it is asked each question, and given the answer of the
     // script before, so that it can answer in the script's place.
     void show_on(frame::Desk& screen) { screen_ = &screen; }
     // The answer that the script has for the question that the screen is about to ask.

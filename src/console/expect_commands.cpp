@@ -69,7 +69,7 @@ void Console::expect_state(Arguments& arguments) {
     const bool holds = std::all_of(wanted.begin(), wanted.end(), [&](const std::string& word) {
         return std::find(state.begin(), state.end(), word) != state.end();
     });
-    // The colour is printed to those who asked about it.
+    // The colour is printed only when it was asked for.
     const bool about_colour = std::any_of(
         wanted.begin(), wanted.end(), [](const std::string& word) { return word.starts_with(kBackWord); });
     if (!about_colour) state.pop_back();

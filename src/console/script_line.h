@@ -15,14 +15,14 @@ class ScriptFault : public std::logic_error {
     using std::logic_error::logic_error;
 };
 
-// Words are parted by blanks; "..." keeps blanks, with \", \\ and \n inside; # begins a comment. Throws
+// Words are separated by blanks; "..." keeps blanks, with \", \\ and \n inside; # begins a comment. Throws
 // ScriptFault for a quote that is not closed.
 [[nodiscard]] std::vector<std::string> split_line(std::string_view line);
 
 // The text on one line: line breaks as \n.
 [[nodiscard]] std::string one_line(std::string_view text);
 
-// True when the text is of the pattern, in which * stands for any text.
+// True when the text matches the pattern, in which * stands for any text.
 [[nodiscard]] bool matches_pattern(std::string_view pattern, std::string_view text);
 
 }  // namespace brimley::console

@@ -17,7 +17,7 @@ inline constexpr std::string_view kBackWord = "back=";
 // Whether `state_words` may have this word.
 [[nodiscard]] bool is_state_word(const std::string& word);
 
-// The columns of a combo's item, parted by ";".
+// The columns of a combo's item, separated by ";".
 [[nodiscard]] std::string item_text(const controls::ComboBox::Row& item);
 
 }  // namespace brimley::console

@@ -18,7 +18,7 @@ class ActGate {
 
     // Runs the act. True when the model did not refuse it and nothing was thrown. A closed gate runs nothing.
     bool run(const Act& act);
-    // Acts come from inside acts, while a box stands open or the host answers a request.
+    // Acts come from inside acts, while a box is open or the host answers a request.
     [[nodiscard]] bool is_running() const { return depth_ > 0; }
     void close() { closed_ = true; }
 

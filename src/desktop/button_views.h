@@ -1,6 +1,6 @@
 // Boxes and buttons on the screen: check boxes, option buttons, push buttons.
 //
-// A click asks the model and shows what came of it, so a refused click leaves the box as it was.
+// A click asks the model and shows the result, so a refused click leaves the box as it was.
 #pragma once
 
 #include <QCheckBox>

@@ -15,7 +15,7 @@ namespace brimley::desktop {
 using controls::Refusal;
 
 // --- the editor ---
-// A list that completes what is typed is looked at before the first key, so that no key waits for it.
+// A list that completes what is typed is fetched before the first key, so that no key waits for it.
 CellEditor::CellEditor(QWidget* parent, GridView& view, const controls::GridColumn& column)
     : QLineEdit(parent), view_(view), drop_down_(column.drop_down) {
     setFrame(false);
@@ -96,7 +96,7 @@ QRect CellDelegate::box_of(const QStyleOptionViewItem& option) const {
     return box;
 }
 
-// The cell that the user has come to stands out only while the grid has the focus.
+// The current cell stands out only while the grid has the focus.
 void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     if (!view_.hasFocus()) option->state &= ~QStyle::State_Active;

@@ -1,4 +1,4 @@
-// A form's commands in its window: menus, toolbars, the grid's menu and keys, all over one action a command.
+// A form's commands in its window: menus, toolbars, the grid's menu and keys, all on one action per command.
 //
 // An action shows whether its command is pressed and enabled; what it does is to press it.
 #pragma once
@@ -29,7 +29,7 @@ class CommandActions {
     // The keys of the commands work in this window, too.
     void lend_keys_to(QWidget& window) const;
 
-    // Draws the pictures anew, in the colours of the window.
+    // Draws the pictures again, in the colours of the window.
     void draw_icons();
 
     // Null when the form has no such command.

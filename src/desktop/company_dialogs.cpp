@@ -28,7 +28,7 @@ constexpr int kWide = 560;  // room for a path or an address
 constexpr int kYearMin = 1990;
 constexpr int kYearMax = 2099;
 
-// Where a new company is to lie, and what it is to hold.
+// Where a new company is to be kept, and what it is to hold.
 class NewCompanyDialog : public QDialog {
   public:
     explicit NewCompanyDialog(QWidget* parent) : QDialog(parent) {
@@ -62,7 +62,7 @@ class NewCompanyDialog : public QDialog {
             QFileDialog choice(this, "New company", QFileInfo(place()).path(), kFileKinds);
             choice.setAcceptMode(QFileDialog::AcceptSave);
             choice.setDefaultSuffix("brimley");
-            choice.setOption(QFileDialog::DontConfirmOverwrite);  // nothing is ever written over
+            choice.setOption(QFileDialog::DontConfirmOverwrite);  // no file is ever overwritten
             if (choice.exec() == QDialog::Accepted) place_.setText(choice.selectedFiles().value(0));
         });
     }
@@ -107,7 +107,7 @@ std::optional<QString> ask_for_server(QWidget* parent) {
     return good ? std::optional(dialog.textValue().trimmed()) : std::nullopt;
 }
 
-// What is wrong is shown over the dialog, which then stands there again as it was filled in.
+// What is wrong is shown over the dialog, which then appears again as it was filled in.
 std::optional<QString> make_new_company(QWidget* parent, const std::string& user) {
     NewCompanyDialog dialog(parent);
     while (dialog.exec() == QDialog::Accepted) {

@@ -9,12 +9,12 @@ class QWidget;
 
 namespace brimley::desktop {
 
-// The file or server that the user names; nothing when the dialog was cancelled.
+// The file or server that the user names; empty when the dialog was cancelled.
 [[nodiscard]] std::optional<QString> ask_for_company_file(QWidget* parent);
 [[nodiscard]] std::optional<QString> ask_for_server(QWidget* parent);
 
-// Asks where and what, makes the company for `user`, and returns its path. Nothing when the
-// dialog was cancelled, or when the company could not be made, which was shown.
+// Asks where and what, makes the company for `user`, and returns its path. Empty when the dialog was
+// cancelled, or when the company could not be made, which was shown.
 [[nodiscard]] std::optional<QString> make_new_company(QWidget* parent, const std::string& user);
 
 // The sample company of this user, made when it is not there yet. Throws std::exception when it cannot be

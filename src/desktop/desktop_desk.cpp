@@ -66,7 +66,7 @@ void DesktopDesk::wait(std::chrono::milliseconds duration) {
     QApplication::restoreOverrideCursor();
 }
 
-// Not the user's keys and clicks: a form in the middle of a command is not to be commanded again.
+// Not the user's keys and clicks: a form in the middle of a command must not get another one.
 void DesktopDesk::pump() { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
 
 std::string DesktopDesk::computer_name() { return opening::machine_name(); }

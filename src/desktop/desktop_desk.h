@@ -44,7 +44,7 @@ class DesktopDesk : public frame::Desk {
     std::function<void(FormWindow&)> raise;
     // The window is about to go; it deletes itself.
     std::function<void(FormWindow&)> take_away;
-    // Called while a box stands open, once, in place of the person who would answer it.
+    // Called while a box is open, once, in place of the person who would answer it.
     std::function<void(QMessageBox&)> on_box;
     // The clock and the desk that the windows' fields ask, when a script stands between forms and windows.
     void act_for(frame::Desk& desk) { asked_ = &desk; }

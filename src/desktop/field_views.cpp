@@ -137,7 +137,7 @@ Refusal NoteView::found_by_user() const {
     return found == Refusal::none && isReadOnly() ? Refusal::locked : found;
 }
 
-// --- what is only looked at ---
+// --- what can only be read ---
 LabelView::LabelView(controls::Label& model) : model_(model) {}
 
 void LabelView::refresh() {

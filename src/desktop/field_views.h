@@ -1,7 +1,7 @@
 // The plain fields on the screen: text, notes of several lines, labels, progress bars.
 //
-// What is typed reaches the model when the user leaves the field, presses Enter or gives a command; a field
-// that nobody typed in is left without a word.
+// What is typed reaches the model when the user leaves the field, presses Enter or gives a command; leaving a
+// field that nobody typed in hands nothing over.
 #pragma once
 
 #include <QLabel>

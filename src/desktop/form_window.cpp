@@ -76,7 +76,7 @@ FormWindow::~FormWindow() {
     for (Control* control : form_->controls().all())
         control->on_shown_change = nullptr;
     form_->CommandBars1().on_shown_change = nullptr;
-    // The views go while the gate is still there: one that loses the focus speaks to it.
+    // The views go while the gate is still there: one that loses the focus uses it.
     gate_.close();
     delete takeCentralWidget();
     for (const auto& [frame, dock] : laid_out_.panes)

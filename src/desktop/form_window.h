@@ -53,7 +53,7 @@ class FormWindow : public QMainWindow {
     void focus_first_field();
     // The form has gone: no act reaches it any more, and the window closes.
     void form_has_closed();
-    // The window of a child form comes to stand in a pane of this one. Closing the pane unloads the child.
+    // Puts the window of a child form into a pane of this one. Closing the pane unloads the child.
     void add_child(FormWindow& child);
     // The pane that this window stands in; null for a window of its own.
     [[nodiscard]] QDockWidget* pane_of_this() const { return own_pane_; }
@@ -91,7 +91,7 @@ class FormWindow : public QMainWindow {
     void refresh_mode();
     [[nodiscard]] bool may_type_where_the_focus_is() const;
     void refresh_all();
-    // False when the form has cancelled what was typed; then the act that it was handed over for is off.
+    // False when the form has cancelled what was typed; then the act that was to follow is not carried out.
     [[nodiscard]] bool commit_typing();
     [[nodiscard]] bool close_pane_of(const QObject* dock);
     void close_own_pane();

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kRowHeightMin = 12;  // pixels
 
-// Holds a flag up for as long as it lives.
+// Keeps a flag set for as long as it lives.
 class Held {
   public:
     explicit Held(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
@@ -226,7 +226,7 @@ bool GridView::row_takes_typing(int row) const {
     return false;
 }
 
-// Where there is a cell to type in, the user comes to such cells only.
+// Where there is a cell to type in, the keys lead to such cells only.
 bool GridView::may_stop_at(int row, int column) const {
     return row_takes_typing(row) ? may_type(row, column) : !horizontalHeader()->isSectionHidden(column);
 }

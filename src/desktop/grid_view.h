@@ -1,9 +1,9 @@
 // A grid on the screen.
 //
-// Where users stand, what they type and how they arrange the columns goes to the model as their acts; what
-// the model says then is shown, so a refused act leaves no trace, and whoever typed a text that the form has
-// cancelled stays in its cell. Changes of the model are shown when control returns to the event loop, however
-// many there were.
+// Where users are, what they type and how they arrange the columns goes to the model as their acts; the
+// result is shown, so a refused act leaves no trace, and whoever typed a text that the form has cancelled
+// stays in its cell. Changes of the model are shown when control returns to the event loop, however many
+// there were.
 //
 // Keys: Enter and Tab move to the next cell that may be typed in, from the last one to the next row;
 // Ctrl+Enter stays; Alt+Down opens a list; Space ticks a box, 1 and 0 set it; Delete empties a cell; Escape

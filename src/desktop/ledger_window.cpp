@@ -52,7 +52,7 @@ class Accounts {
 
 enum class Side { debit, credit };
 
-// The amount when it stands on the side, else nothing.
+// The amount when it is on the side, else empty.
 QString on_side(double debit, Side side) {
     const bool stands_here = side == Side::debit ? debit >= 0 : debit < 0;
     return stands_here ? shown(kernel::format_money(std::abs(debit))) : QString();

@@ -1,4 +1,4 @@
-// The look of a form: what stands where in its window, written in one text file a form.
+// The look of a form: what stands where in its window, written in one text file per form.
 //
 //   # to the end of the line: a comment
 //   title "A/P Invoice" [CONTROL]         of the window; after it comes what the control shows

@@ -298,7 +298,7 @@ void MainWindow::list_recent_companies() {
         connect(recent_menu_->addAction(company), &QAction::triggered, this, open, Qt::QueuedConnection);
         auto* const button = new QPushButton(company);
         button->setFlat(true);
-        // Opening lists the companies anew, so it waits until the click is over.
+        // Opening lists the companies again, so it waits until the click is over.
         connect(button, &QPushButton::clicked, this, open, Qt::QueuedConnection);
         recent_buttons_->addWidget(button, 0, Qt::AlignHCenter);
     }

@@ -42,7 +42,8 @@ PdfWindow::PdfWindow(const QString& path, const QString& title) : document_(new 
     resize(760, 620);
 }
 
-// The renderer works on a thread of its own, which ends and is given back when it is told to draw without it.
+// The renderer works on a thread of its own, which ends and is freed when the renderer is set to draw without
+// it.
 PdfWindow::~PdfWindow() {
     for (auto* const renderer : findChildren<QPdfPageRenderer*>())
         renderer->setRenderMode(QPdfPageRenderer::RenderMode::SingleThreaded);

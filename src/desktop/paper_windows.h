@@ -11,7 +11,7 @@ class QTextDocument;
 
 namespace brimley::desktop {
 
-// A PDF file to look at and leaf through.
+// A PDF file to read page by page.
 class PdfWindow : public QWidget {
   public:
     // `path` may have "\" between its folders, as the forms write them. A file that cannot be read is named
@@ -28,7 +28,7 @@ class PdfWindow : public QWidget {
 // The document of a query, on paper: what is the same in all rows on top, the lines below.
 class ReportWindow : public QWidget {
   public:
-    // `what` is the report's name, the document's number and whether the user may design it, parted by
+    // `what` is the report's name, the document's number and whether the user may design it, separated by
     // commas. Throws store::Error when the query cannot be run.
     ReportWindow(store::Database& database, const std::string& query, const QString& what,
                  const QString& company_name, const std::string& date_format);

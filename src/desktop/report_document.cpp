@@ -23,8 +23,8 @@ struct Rows {
     std::vector<std::vector<QString>> rows;
 };
 
-// Keys that tie tables together and traces of who saved when say nothing to the one who gets the paper, nor
-// do the slots of single taxes, whose sum each line has.
+// Keys that tie tables together and traces of who saved when mean nothing to the reader of the paper, nor do
+// the slots of single taxes, whose sum each line has.
 bool is_internal(const QString& name) {
     static const std::set<QString> kInternal{"fkey",         "glfkey",
                                              "company",      "doctype",
@@ -39,7 +39,7 @@ bool is_internal(const QString& name) {
     return kInternal.contains(name.toLower()) || name.back().isDigit();
 }
 
-// What a field is called on paper, where its name says it badly.
+// What a field is called on paper, where its name does not say it well.
 QString heading(const QString& name) {
     static const std::map<QString, QString> kHeadings{{"docno", "Document no."},
                                                       {"invoice_no", "Invoice no."},

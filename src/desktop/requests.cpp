@@ -17,7 +17,7 @@ namespace brimley::desktop {
 
 namespace {
 
-// A form that is being typed in is not led away from it: another one opens.
+// A form that is being typed in is left alone: another one opens.
 template <class FormClass>
 bool can_be_led(const std::shared_ptr<FormClass>& form) {
     return form && form->is_open() && form->mode() == frame::Mode::read;

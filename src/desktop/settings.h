@@ -1,5 +1,5 @@
-// What the desktop remembers from one time to the next: companies opened of late, light or dark, its place on
-// the screen. The forms' own settings are in the company.
+// What the desktop remembers from one time to the next: companies opened recently, light or dark, its place
+// on the screen. The forms' own settings are in the company.
 #pragma once
 
 #include <QByteArray>

@@ -56,7 +56,8 @@ void use_theme(Theme theme) {
     if (theme == Theme::light) QApplication::setPalette(light_palette());
     if (theme == Theme::dark) QApplication::setPalette(dark_palette());
     if (theme == Theme::as_system) QApplication::setPalette(QPalette());
-    // One style everywhere, so that a form looks the same on every machine; anew, for pictures that it keeps.
+    // One style everywhere, so that a form looks the same on every machine; made again, since it keeps
+    // pictures.
     QApplication::setStyle(new ThemeStyle);
 }
 

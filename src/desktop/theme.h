@@ -1,4 +1,4 @@
-// Light or dark, and the face of everything that a form does not dress itself.
+// Light or dark, and the look of everything that a form leaves open.
 #pragma once
 
 namespace brimley::desktop {

@@ -1,4 +1,4 @@
-// The commands that the forms have in common: the set that a form takes, less those that it has not.
+// The commands that the forms have in common: the set that a form takes, without those that it does not have.
 #include <algorithm>
 
 #include "frame/grid_form.h"

@@ -17,12 +17,12 @@ class Desk : public kernel::Outside {
     virtual void child_shown(Form& owner, std::shared_ptr<Form> child) = 0;
     // The form comes to the front.
     virtual void form_raised(Form& form) = 0;
-    // The form has unloaded itself, or its child has; the desk lets go of it.
+    // The form has unloaded itself, or its child has; the desk releases it.
     virtual void form_closed(Form& form) = 0;
 
     // Paths may have a backslash where the platform has another separator, as BRIMLEY_PATH & "\Help" has.
     [[nodiscard]] virtual bool folder_exists(const std::string& path) = 0;
-    // Makes the folder in one that exists. False when it cannot be made.
+    // Makes the folder inside one that exists. False when it cannot be made.
     virtual bool make_folder(const std::string& path) = 0;
 };
 

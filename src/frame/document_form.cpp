@@ -143,11 +143,11 @@ bool DocumentForm::refuses_edit() {
 void DocumentForm::begin_edit() {
     const std::string fkey = txtfkey.text();
     if (refuses_edit() || !validate_docno()) return;
-    // A number may come again in another year; the document on screen is meant.
+    // A number may repeat in another year; the document on screen is meant.
     txtfkey.set(fkey);
     Recordx_fkey();
     if (!shown_whole() || txtfkey.text() != fkey) return;
-    if (refuses_edit()) return;  // it was voided or paid elsewhere while it stood on this screen
+    if (refuses_edit()) return;  // it was voided or paid elsewhere while it was on this screen
     grid_editmode();
     bars_.set_pressed(command::kEditMode, true);
 }

@@ -54,7 +54,7 @@ class DocumentForm : public GridForm {
     virtual void Recordx_fkey();
     virtual void grid_readmode();
     virtual void grid_newmode();
-    // Everything opens but the number; a form closes what an edit may not touch.
+    // Unlocks everything but the number; a form locks what an edit may not touch.
     virtual void grid_editmode();
     virtual void gencode_new() = 0;
 
@@ -64,7 +64,7 @@ class DocumentForm : public GridForm {
     // Lists behind the combos, and the columns of the grid; once, while the form loads.
     virtual void initform_control() = 0;
     virtual void init_grid() = 0;
-    // The doctype that the walk is about; may set txtdoctype.
+    // The doctype that is walked; may set txtdoctype.
     [[nodiscard]] virtual std::string doctype_of_walk() = 0;
     // What is walked and looked up at the moment. A form of one kind of documents has one walk.
     [[nodiscard]] virtual DocumentWalk& walk() { return documents; }
@@ -77,7 +77,7 @@ class DocumentForm : public GridForm {
     [[nodiscard]] virtual bool Update_record() = 0;
     // Why the document on screen may not be edited, as a message; empty when it may.
     [[nodiscard]] virtual std::string edit_refusal() = 0;
-    // The first line of the entry holds something.
+    // Whether the first line of the entry has anything in it.
     [[nodiscard]] virtual bool entry_has_data() = 0;
     // The "Open Invoice Only" view: true when it has taken the step.
     [[nodiscard]] virtual bool walk_open_documents(int /*direction*/) { return false; }
@@ -102,7 +102,7 @@ class DocumentForm : public GridForm {
     void fill_common_combos();
     void findGL();
 
-    // A document's number and key are on screen, as those of one that is stored.
+    // Whether the number and key of a stored document are on screen.
     [[nodiscard]] bool on_saved_document() const;
     // New or Edit.
     [[nodiscard]] bool entering() const { return mode() != Mode::read; }
@@ -112,17 +112,17 @@ class DocumentForm : public GridForm {
     void take_period_of(const controls::DateField& field);
     // The stored rates of the currency on screen, oldest first, up to a date if one is given.
     [[nodiscard]] store::Recordset rates_of_currency(const std::optional<store::DateTime>& until);
-    // The date in a field; nothing, without a message, when there is none or it is no date.
+    // The date in a field; empty, without a message, when there is none or it is no date.
     [[nodiscard]] std::optional<store::DateTime> date_in(const controls::TextField& field) const;
     // The same after a message: `missing` when no date was given, the kernel's words when it is no date.
     [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
                                                                const std::string& missing);
 
-    // Every control whose name begins with one of the prefixes of fields, in any case of letters.
+    // Every control whose name begins with one of the prefixes of fields, in upper or lower case.
     enum class FieldState { open, read_only };
     void set_all_fields(FieldState state);
     static void set_field(controls::Control& field, FieldState state);
-    // All but these are read only, and the lines are not to be changed.
+    // Makes everything read only except these; the lines cannot be changed either.
     void open_only(std::initializer_list<controls::Control*> fields);
     void set_lines_editable(bool editable);
 
@@ -142,15 +142,15 @@ class DocumentForm : public GridForm {
     // there is none.
     [[nodiscard]] bool validate_docno();
     // False, after its message, when a number was typed over the one of the document on screen and not found:
-    // what is done to that document must not go under it. A document that is gone is reported by the act.
+    // no act on that document may run under the number typed. A document that is gone is reported by the act.
     [[nodiscard]] bool has_its_number();
 
     // --- what a document on screen means to the ledger (document_posting.cpp) ---
 
-    // Takes the next number and key of txtdoctype: txtdocno and txtfkey are the new document's then. False,
-    // after the message of the counters, when there is none. Inside the caller's transaction.
+    // Takes the next number and key of txtdoctype: afterwards txtdocno and txtfkey are the new document's.
+    // False, after the message of the counters, when there is none. Inside the caller's transaction.
     [[nodiscard]] bool draw_number(kernel::ModuleG3::TooLongMessage too_long);
-    // What a GL document of what is on screen says of it, and the reversal of the one that txtglfkey names.
+    // The description of the GL document of what is on screen, and of the reversal of the one in txtglfkey.
     [[nodiscard]] kernel::GlDocument gl_document(store::DateTime gldate);
     [[nodiscard]] kernel::GlReversal gl_reversal();
 

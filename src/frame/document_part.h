@@ -1,5 +1,5 @@
-// A piece of a document form with a subject of its own (frame/form_part.h). It sees of the form what all
-// document forms have; what is its form's alone it reaches by a reference of its own.
+// A piece of a document form with a subject of its own (frame/form_part.h). It sees what all document forms
+// have; what only its own form has it reaches by a reference of its own.
 #pragma once
 
 #include "frame/document_form.h"
@@ -39,8 +39,8 @@ class DocumentPart : public FormPart {
     [[nodiscard]] store::Recordset rates_of_currency(const std::optional<store::DateTime>& until) const {
         return form_.rates_of_currency(until);
     }
-    // False after its message: none is given, or one that nobody uses. A slip of the pen must not open
-    // accounts for it.
+    // False after its message: none is given, or one that nobody uses. A typing error must not open accounts
+    // for it.
     [[nodiscard]] bool currency_is_in_use() const;
     // False after its message: none is given, or it lies outside the working period.
     [[nodiscard]] bool period_is_open() const;

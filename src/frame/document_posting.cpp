@@ -1,4 +1,4 @@
-// What a document on screen says of itself to the ledger.
+// What a document on screen hands to the ledger.
 #include "frame/document_form.h"
 #include "kernel/money.h"
 

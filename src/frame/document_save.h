@@ -8,7 +8,7 @@
 //   post            the GL document, balances, the vendor
 //   GLFKEY          into the header
 //
-// Of a failure nothing is left, counters included, and the form is on "** New **" again.
+// A failure leaves nothing behind, counters included, and the form is on "** New **" again.
 #pragma once
 
 #include "frame/document_part.h"
@@ -25,14 +25,14 @@ class DocumentSave : public DocumentPart {
   protected:
     explicit DocumentSave(DocumentForm& form) : DocumentPart(form), form_(form) {}
 
-    // False after its message. What it has read it keeps for the steps after it.
+    // False after its message. It keeps what it has read for the steps after it.
     [[nodiscard]] virtual bool validate() = 0;
     // Sets txtdoctype.
     virtual void set_doctype() = 0;
     [[nodiscard]] virtual kernel::ModuleG3::TooLongMessage too_long_message() const = 0;
     virtual void fill_header(store::Recordset& header) = 0;
     [[nodiscard]] virtual bool write_lines(store::Recordset& header) = 0;
-    // txtglfkey is the key of the GL document afterwards. Inside the transaction, as the three before.
+    // txtglfkey is the key of the GL document afterwards. Inside the transaction, like the three before it.
     [[nodiscard]] virtual bool post() = 0;
     virtual void report_success() = 0;
     [[nodiscard]] virtual std::string failure_message() const = 0;

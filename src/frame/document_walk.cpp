@@ -15,10 +15,10 @@ namespace {
 
 constexpr const char* kCompany = "1";
 constexpr std::int64_t kKeyNumberMax = 9007199254740992;
-// So many missing numbers in a row are tried one by one.
+// Up to this many missing numbers in a row are tried one by one.
 constexpr int kMissingTriedMax = 1000;
 
-// The number after the first "-" of a key, or nothing for a key without one.
+// The number after the first "-" of a key, or empty for a key without one.
 std::optional<std::int64_t> key_number(std::string_view fkey) {
     const std::size_t dash = fkey.find('-');
     if (dash == std::string_view::npos) return std::nullopt;
@@ -78,7 +78,7 @@ std::optional<Recordset> DocumentWalk::beside(const std::string& fkey, int direc
     const auto number = key_number(fkey);
     if (!number) return std::nullopt;
     const std::string doctype = key_doctype(fkey);
-    // Only the way up has a bound; documents saved since then lie above it.
+    // Only the way up has a bound; documents saved since then are above it.
     const std::int64_t last_no = direction < 0                    ? kKeyNumberMax
                                  : doctype == doctype_of_last_no_ ? fkey_last_no
                                                                   : last_number_issued(doctype);
@@ -101,7 +101,7 @@ std::optional<std::int64_t> DocumentWalk::stored_number_beyond(const std::string
 }
 
 // The first stored header from number n on, up (1) or down (-1), that is not beyond last_no. A long run of
-// missing numbers is jumped over at once: an import may have moved a counter far ahead.
+// missing numbers is skipped at once: an import may have moved a counter far ahead.
 std::optional<Recordset> DocumentWalk::nearest(const std::string& prefix, std::int64_t n, int direction,
                                                std::int64_t last_no) const {
     const bool gap_ends = direction > 0 && tables_.gap_upwards == WalkTables::GapUpwards::ends_the_way;

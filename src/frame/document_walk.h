@@ -22,11 +22,12 @@ struct WalkTables {
     const char* number_field = "docno";
     // Of the lines of a document. By value, so that line 10 comes after line 9.
     const char* line_order = "VAL(pay_item)";
-    // What a document found by its number must meet besides, where a table holds several kinds.
+    // A further condition on documents found by their number, where a table holds several kinds.
     const char* own_kind = "";
-    // Whether the header table says in `doctype` which kind its rows are. One without holds a single kind.
+    // Whether the header table says in `doctype` which kind its rows are. A table without that field holds a
+    // single kind.
     bool has_doctype = true;
-    // What a missing number means on the way up: the way down always goes over it.
+    // What a missing number means on the way up: the way down always skips it.
     enum class GapUpwards { is_jumped, ends_the_way } gap_upwards = GapUpwards::is_jumped;
 };
 
@@ -47,19 +48,19 @@ class DocumentWalk : public FormPart {
 
     // --- the walk ---
 
-    // The number last given to a document of the kind; 0: none was given yet. Without a row of the counter as
-    // without an issued number.
+    // The number last given to a document of the kind; 0 when none was given yet, or when the counter has no
+    // row.
     [[nodiscard]] std::int64_t last_number_issued(const std::string& doctype) const;
-    // The newest stored header of the kind, looked for from last_no down; from here on the way up goes to
-    // last_no. Nothing when none of the numbers is stored.
+    // The newest stored header of the kind, looked for from last_no down; from then on the way up ends at
+    // last_no. Empty when none of the numbers is stored.
     [[nodiscard]] std::optional<store::Recordset> newest(const std::string& doctype, std::int64_t last_no);
-    // The header after (1) or before (-1) the document with this key, within its own kind. Nothing at the
-    // end, and for a key without a number.
+    // The header after (1) or before (-1) the document with this key, within its own kind. Empty at the end,
+    // and for a key without a number.
     [[nodiscard]] std::optional<store::Recordset> beside(const std::string& fkey, int direction) const;
-    // Keys made elsewhere may have no number behind a "-".
+    // Keys made elsewhere may have no number after a "-".
     [[nodiscard]] static bool has_number(std::string_view fkey);
 
-    // Up to here the way up goes; set by newest.
+    // Where the way up ends; set by newest.
     std::int64_t fkey_last_no = 0;
 
   private:
@@ -69,7 +70,7 @@ class DocumentWalk : public FormPart {
                                                                    int direction) const;
 
     WalkTables tables_;
-    std::string doctype_of_last_no_;  // the kind that fkey_last_no is about
+    std::string doctype_of_last_no_;  // the kind that fkey_last_no belongs to
 };
 
 }  // namespace brimley::frame

@@ -53,7 +53,7 @@ void FontBar::fill() {
     cmbitcolor.on_item_select = [this] { cmbitcolor_itemchange(); };
 }
 
-// The columns that the font bar is about, by their places in the grid's array.
+// The columns that the font bar acts on, by their places in the grid's array.
 std::vector<int> FontBar::columns_to_style() const {
     const std::vector<int> seen = grid_.column_order();
     if (cmbselcol.text() == kAllColumns) return seen;
@@ -148,7 +148,7 @@ bool FontBar::execute(int id) {
         case command::kFont:
             frame_font.set_visible(true);
             return true;
-        case command::kSaveFont:  // for everybody, so not by those who may only look
+        case command::kSaveFont:  // for everybody, so only with the right to write
             if (rights().Update) cmdsave_font_Click();
             return true;
         case command::kRestoreFont:

@@ -1,7 +1,7 @@
 // The font bar of a grid: font, size, colour, style and alignment of its columns.
 //
 // A change is seen at once and kept until the form closes; only Save Font writes it to the company. Each
-// change is of all columns of the grid, or of those that the user has selected, or of the current one when
+// change applies to all columns of the grid, to those that the user has selected, or to the current one when
 // none is selected: cmbselcol says which.
 #pragma once
 
@@ -29,7 +29,7 @@ class FontBar : public FormPart {
     void fill();
     // The commands of the bar; false when the id is none of them.
     [[nodiscard]] bool execute(int id);
-    // The bar shows how the column looks that the user has come to.
+    // Shows the look of the column that the user has moved to.
     void follow_column(int old_column);
 
     void font_bold();
@@ -41,7 +41,7 @@ class FontBar : public FormPart {
     void cmbfont_size_itemchange();
     void cmbitfont_itemchange();
     void cmbitcolor_itemchange();
-    // Keeps the fonts of the columns for everybody. Says that it did, whether or not it could.
+    // Saves the fonts of the columns for everybody. Reports success, whether or not it could.
     void cmdsave_font_Click();
     // Back to the fonts last saved.
     void cmdrestore_font_click();

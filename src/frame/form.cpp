@@ -61,7 +61,7 @@ void Form::unload_form() {
 }
 
 Refusal Form::press(int id) {
-    const auto alive = shared_from_this();  // Exit lets go of the form while this runs
+    const auto alive = shared_from_this();  // Exit releases the form while this runs
     const controls::Command* pressed = bars_.find(id);
     if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
     CommandBars1_Execute(id);
@@ -165,7 +165,7 @@ void Form::save_form_property() {
 
 void Form::set_BRIMLEY_COLOR() { palette_ = presentation::brimley_palette(); }
 
-// Labels, boxes and fields, told by the prefix of their names, all wear one face.
+// Labels, boxes and fields, recognised by the prefix of their names, all have one font.
 void Form::init_fontcolor() {
     static constexpr std::array<const char*, 6> kStyledPrefixes{"LABEL", "XPLAB", "CHK", "OPT", "TXT", "CMB"};
     for (controls::Control* control : controls_.all()) {

@@ -30,14 +30,14 @@ namespace brimley::frame {
 
 enum class Mode { read, new_entry, edit };
 
-// What a form is called here and there; one constant a form.
+// The names of a form; one constant per form.
 struct FormIdentity {
     const char* class_name;  // "APform_invoice": key of rights, properties and grid layouts
     const char* caption;     // the window's title
     const char* help_file;   // "\Help\AP Invoice Entry Help.pdf"
 };
 
-// Told at the end of every command while the connection of the company is gone. What was being saved is not
+// Shown at the end of every command while the connection of the company is gone. What was being saved is not
 // tried again.
 inline constexpr const char* kLostMessage = "The connection to the company is lost. Open the company again.";
 inline constexpr const char* kInDoubtMessage =
@@ -69,14 +69,14 @@ class Form : public std::enable_shared_from_this<Form> {
     // The user closes the child's pane: the child unloads. Refused (hidden) when none is open.
     [[nodiscard]] controls::Refusal close_child();
 
-    // The user presses a toolbar or menu command. Refused (disabled) for a command that is dead; absent ones
-    // are the host's to notice (CommandBars1().find).
+    // The user presses a toolbar or menu command. Refused (disabled) for a disabled command; absent ones are
+    // the host's to notice (CommandBars1().find).
     [[nodiscard]] controls::Refusal press(int id);
 
     std::function<void(const std::string& formx, const std::string& docnox, const std::string& arg2)>
         NotifyClients;
 
-    // The font bar stands when the user has it shown, or while the form's font pane is open.
+    // The font bar is there when the user has switched it on, or while the form's font pane is open.
     [[nodiscard]] virtual bool font_bar_shown() const { return bars_.font_bar_visible; }
 
     // The mode is the pressed state of two commands and nothing else.
@@ -88,7 +88,7 @@ class Form : public std::enable_shared_from_this<Form> {
     virtual void init_toolbar() = 0;
     virtual void CommandBars1_Execute(int id) = 0;
     virtual void save_grid() = 0;
-    // What the form remembers for the next time, by save_recent_value; on leaving by Exit.
+    // Remembers values of the form for the next time, with save_recent_value; called on Exit.
     virtual void save_recent_values() {}
 
     // --- shared procedures ---
@@ -102,7 +102,7 @@ class Form : public std::enable_shared_from_this<Form> {
     // Commands that are the same on every form: Exit, help, About, masters, toolbar text. False when the id
     // is none of them.
     bool execute_common(int id);
-    // Shows the form in a pane of this one, with which it goes.
+    // Shows the form in a pane of this one; it closes with this one.
     void show_child(std::shared_ptr<Form> child);
 
     // Without a database there is no kernel either, and a step does nothing.
@@ -118,7 +118,8 @@ class Form : public std::enable_shared_from_this<Form> {
         tell(text);
         return false;
     }
-    // Of an act that was not stored. When nobody knows whether it was, the command's end tells that instead.
+    // For an act that was not stored. When it is not known whether it was, the command's end reports that
+    // instead.
     void tell_failure(const std::string& text) {
         if (connection_state() != store::ConnectionState::in_doubt) tell(text);
     }
@@ -132,8 +133,8 @@ class Form : public std::enable_shared_from_this<Form> {
         return kernel_ && kernel::carry_on(kernel_->ignored_failures(), name, std::forward<Step>(action));
     }
 
-    // How many steps have failed so far, those within the kernel's routines too, and what the last one has
-    // said.
+    // How many steps have failed so far, including those within the kernel's routines, and the last one's
+    // message.
     [[nodiscard]] std::int64_t failed_steps() const {
         return kernel_ ? kernel_->ignored_failures().count() : 0;
     }
@@ -163,7 +164,7 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] std::string date_text(const store::Value& value) const;
     [[nodiscard]] std::string date_text(store::DateTime date) const;
 
-    // What command 201 and 204 send; empty where the form has no such cell or field.
+    // What commands 201 and 204 send; empty where the form has no such cell or field.
     [[nodiscard]] virtual std::string account_of_current_line() { return {}; }
     [[nodiscard]] virtual std::string current_vendor() { return {}; }
 

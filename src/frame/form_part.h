@@ -45,8 +45,8 @@ class FormPart {
     bool step(const char* name, Step&& action) const {
         return form_.step(name, std::forward<Step>(action));
     }
-    // How many steps have failed so far, those within the kernel's routines too, and what the last one has
-    // said.
+    // How many steps have failed so far, including those within the kernel's routines, and the last one's
+    // message.
     [[nodiscard]] std::int64_t failed_steps() const { return form_.failed_steps(); }
     [[nodiscard]] std::string last_failure() const { return form_.last_failure(); }
     template <class Action>

@@ -39,8 +39,8 @@ class GridForm : public Form {
     // choice was.
     void build_grids();
     void save_grid() override;
-    // The form's own commands and the common ones, by their ids. One of the form's takes the place of the
-    // common one with its id; those in `without` the form does not have.
+    // The form's own commands and the common ones, by their ids. One of the form's replaces the common one
+    // with the same id; the form does not have those in `without`.
     void add_commands(std::vector<controls::Command> own, std::initializer_list<int> without = {});
     // The commands that are the same on every form with a grid. False when the id is none of them.
     [[nodiscard]] bool execute_of_grid_form(int id) { return execute_common(id) || font_bar.execute(id); }

@@ -1,4 +1,4 @@
-// The host context: what a host tells the module, and what each form holds a copy of.
+// The host context: what a host hands to the module, and what each form holds a copy of.
 #pragma once
 
 #include <any>
@@ -12,7 +12,7 @@ namespace brimley::frame {
 // In the order in which the members are copied into a form. All are plain members without validation; a
 // change reaches only forms that are made after it.
 struct HostContext {
-    std::any cnx;                            // a connection of the host's, carried only
+    std::any cnx;                            // a connection of the host's, only passed on
     std::shared_ptr<store::Workspace> dbe;   // every save runs its transaction here
     std::shared_ptr<store::Database> abcdb;  // the open company database
     std::string OPEN_DATABASE;               // its path

@@ -2,7 +2,7 @@
 // shown.
 //
 // A form names them once in a table; showing a stored document's lines reads the table. Columns that the user
-// has moved are found by their captions, once a list, not once a cell.
+// has moved are found by their captions, once per list, not once per cell.
 #pragma once
 
 #include <span>
@@ -30,8 +30,8 @@ class LineColumns : public FormPart {
 
     // Finds captions and fields; before the first row of each list.
     void begin(const store::Recordset& lines);
-    // Puts the current row of the lines into a row of the grid. A null is shown as nothing, a flag as "True"
-    // or "False"; a field that the lines do not have is null.
+    // Puts the current row of the lines into a row of the grid. A null is shown as an empty text, a flag as
+    // "True" or "False"; a field that the lines do not have is null.
     void show(const store::Recordset& line, int row);
 
   private:

@@ -36,8 +36,8 @@ const std::vector<ElementFields>& element_fields() {
     return kElements;
 }
 
-// How a stored tax was divided becomes the shares by which a later one is. A tax of nothing does not say how
-// it was divided; its code does.
+// The split of a stored tax becomes the shares of a later one. A tax of 0 does not show how it was split; its
+// code does.
 void take_shares(TaxRow& row, double tax, double recoverable, double expensed, kernel::ModuleG3& kernel) {
     row.include_itemcost = expensed == 0;
     if (tax != 0) {
@@ -106,7 +106,7 @@ void TaxGrid::tax_calculate_from_xarray(int row, TaxMode mode) {
     if (on_computed) on_computed();
 }
 
-// Nothing, after its message, when the line has no tax code and none is the default.
+// Empty, after its message, when the line has no tax code and there is no default.
 std::optional<kernel::TaxTotals> TaxGrid::compute(int row, double amount, TaxMode formula) {
     const std::string pay_item = cell(row, taxed_.pay_item);
     std::string tax_code = cell(row, taxed_.tax_code);

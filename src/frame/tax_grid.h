@@ -1,5 +1,5 @@
 // The taxes of a form's lines: the tax engine (kernel/tax_engine.h) on the grid of the lines, the panels that
-// show what came of it, and the tax elements that a stored line holds.
+// show the result, and the tax elements that a stored line holds.
 //
 //   the form's lines          tax_rows                     panels
 //   amount, code     ----->   one row an authority  ----->  grid_tax: the current line, by authority
@@ -26,7 +26,8 @@
 
 namespace brimley::frame {
 
-// What a form calls the things that taxes are about; one constant a form. Null: it has no such column.
+// The names of a form's columns, fields and texts for its taxes; one constant per form. Null: it has no such
+// column.
 struct TaxedLines {
     // --- captions of its grid ---
     const char* pay_item;
@@ -35,7 +36,7 @@ struct TaxedLines {
     const char* amount;                   // of the line, the tax in it
     const char* net_amount;               // of the line, without its tax
     const char* open_amount = nullptr;    // follows the amount when that is computed
-    const char* allocated_tax = nullptr;  // what of the tax goes into the cost
+    const char* allocated_tax = nullptr;  // the part of the tax in the cost
     // A check box: whether the amount has the tax in it. Where it is off amount and net amount are the same,
     // and the tax comes on top. Without the column every amount has its tax in it.
     const char* tax_included = nullptr;
@@ -71,7 +72,7 @@ class TaxGrid : public FormPart {
 
     // --- lines ---
 
-    // What a change of this cell means to the line's taxes; nothing when it means nothing.
+    // What a change of this cell means to the line's taxes; empty when they do not depend on it.
     [[nodiscard]] std::optional<kernel::TaxMode> mode_of(std::string_view caption) const;
     // Computes the line's tax rows and cells after such a change.
     void tax_calculate_from_xarray(int row, kernel::TaxMode mode);

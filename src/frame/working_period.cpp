@@ -15,7 +15,7 @@ std::string period_key(std::string_view fyear, double period) {
     return fmt::format("{}{:02.0f}", fyear, period);
 }
 
-// Where a period lies against a window of COA_config_table; nothing when the window is not set.
+// Where a period lies in relation to a window of COA_config_table; empty when the window is not set.
 std::optional<bool> inside_window(const Recordset& config, const std::string& window,
                                   const std::string& key) {
     const auto bound = [&](const char* end, const char* what) { return config.field(window + end + what); };

@@ -17,7 +17,7 @@
 
 #include "frame/host_context.h"
 
-// Who acts on a form reads its header besides.
+// Whoever acts on a form includes its header as well.
 namespace brimley::invoices {
 class APform_invoice;
 }
@@ -39,7 +39,7 @@ class FormSlot;
 class APclass : public frame::HostContext {
   public:
     explicit APclass(frame::Desk& desk) : desk_(desk) {}
-    // Forms that are still on the screen go on working; their requests reach nobody any more.
+    // Forms that are still on the screen go on working; their requests no longer reach anybody.
     ~APclass() = default;
     APclass(const APclass&) = delete;
     APclass& operator=(const APclass&) = delete;
@@ -95,7 +95,7 @@ class APclass : public frame::HostContext {
     void frm_inquiry_Exit();
     void frm_payhistory_Exit();
 
-    // --- forward: raise the class event, then let the host breathe once ---
+    // --- forward: raise the class event, then let the host handle its events once ---
     void frm_invoice_NotifyClients(const std::string& formx, const std::string& docnox,
                                    const std::string& arg2);
     void frm_payment_NotifyClients(const std::string& formx, const std::string& docnox,
@@ -118,7 +118,7 @@ class APclass : public frame::HostContext {
     void frm_payhistory_NotifyClients(const std::string& formx, const std::string& docnox,
                                       const std::string& arg2);
 
-    // Lets go of the database and the workspace, in this order; forms and cnx stay.
+    // Releases the database and the workspace, in this order; forms and cnx stay.
     void class_terminate();
 
     // --- form references ---

@@ -1,5 +1,5 @@
-// Forms that this version does not have yet: nothing is shown, and nothing to steer or to close. A form that
-// comes takes its lines to the source of its room.
+// Forms that this version does not have yet: nothing is shown, and nothing to steer or to close. The lines of
+// a form that is built move to the source of its room.
 #include "host/apclass.h"
 
 namespace brimley::host {

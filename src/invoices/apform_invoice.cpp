@@ -120,8 +120,8 @@ void APform_invoice::grid_newmode() {
     recurring.catch_up_with_chkrecur();
 }
 
-// A document made here opens but for what it is known by and what its amounts hang on; of one that another
-// module made, only what does not touch amounts.
+// A document made here is unlocked except for what identifies it and what its amounts depend on; of one that
+// another module made, only what does not touch amounts is.
 void APform_invoice::grid_editmode() {
     DocumentForm::grid_editmode();
     const std::string& source = txtsource.text();
@@ -134,7 +134,7 @@ void APform_invoice::grid_editmode() {
     } else {
         open_only({&txtinvno, &cmbterm, &txtduedate, &txtdiscdate, &txtremark});
     }
-    // Only a template may change hands.
+    // Only a template may go to another vendor.
     for (controls::Control* control : Controls{&cmbvendor, &cmbvendor_name})
         set_field(*control, chkrecur.is_set() ? FieldState::open : FieldState::read_only);
     set_lines_editable(own);

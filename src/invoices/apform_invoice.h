@@ -3,7 +3,7 @@
 //   apform_invoice.cpp  loading, modes, a new document, showing a stored one
 //   commands.cpp        toolbar and views
 //   links.cpp           requests to the host
-//   document/           the parts of a document, a subject each: lines, terms, save, posting, void and hold
+//   document/           the parts of a document, one per subject: lines, terms, save, posting, void and hold
 //   templates/          the view of recurring templates, and their save
 //
 // Every kind stores its amounts as entered, positive; only what the vendor is owed goes the other way for a
@@ -118,7 +118,7 @@ class APform_invoice : public frame::DocumentForm {
 
     // --- for the parts ---
     [[nodiscard]] bool is_credit_note() const { return cmbdoctype.text() == kCreditNote.caption; }
-    // txtdoctype follows the kind in cmbdoctype; a word that is no kind leaves it.
+    // txtdoctype follows the kind in cmbdoctype; a word that is no kind leaves it as it is.
     void set_doctype_of_kind();
     // Of the four views the one with this command.
     void press_view(int id);

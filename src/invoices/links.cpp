@@ -10,7 +10,8 @@ namespace brimley::invoices {
 
 namespace {
 
-// The amounts that a printed credit note turns around: the line's own and those of its tax slots.
+// The amounts that a printed credit note shows with the opposite sign: the line's own and those of its tax
+// slots.
 bool is_printed_amount(std::string_view field) {
     static constexpr const char* kAmounts[] = {"gross_amount", "open_amount",   "taxable_amount",
                                                "tax_amount",   "tax_allocated", "tax_recoverable",
@@ -51,7 +52,7 @@ void APform_invoice::payment_history() {
 std::string APform_invoice::account_of_current_line() { return dbgrid1.cell(dbgrid1.row(), "account"); }
 
 void APform_invoice::preview() {
-    if (txtdoctype.text() == kTemplateDoctype) return;  // nothing is printed of a template
+    if (txtdoctype.text() == kTemplateDoctype) return;  // a template is not printed
     std::string fields = "AP_header_table.*, AP_transaction_table.*";
     if (is_credit_note()) {
         // A credit note is printed as a credit, though its amounts are stored positive.
@@ -64,7 +65,7 @@ void APform_invoice::preview() {
     std::string tables =
         "(AP_header_table INNER JOIN AP_transaction_table ON AP_header_table.fkey = "
         "AP_transaction_table.fkey)";
-    // A vendor that nobody knows must not keep the document from being printed.
+    // An unknown vendor must not keep the document from being printed.
     if (vendor_fields.name_of(cmbvendor.text())) {
         fields += ", Vendor_table.VENDOR_NAME";
         tables = fmt::format(

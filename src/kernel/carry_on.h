@@ -1,6 +1,6 @@
 // "Carry on at the next statement", for the routines that run with errors ignored.
 //
-// One call a statement: carry_on(log, "fill cmbterm", [&] { ... }). It catches failures of the store and of
+// One call per statement: carry_on(log, "fill cmbterm", [&] { ... }). It catches failures of the store and of
 // conversions and notes them; mistakes of our own (std::logic_error) and std::bad_alloc go through.
 #pragma once
 
@@ -22,7 +22,7 @@ class IgnoredFailures {
         ++count_;
     }
     [[nodiscard]] const std::deque<std::string>& steps() const { return steps_; }
-    // All there have been, and what the last one said.
+    // How many there have been, and the message of the last one.
     [[nodiscard]] std::int64_t count() const { return count_; }
     [[nodiscard]] const std::string& last_failure() const { return last_failure_; }
 

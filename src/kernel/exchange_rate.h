@@ -1,4 +1,4 @@
-// The rate that lies between an amount and its value in base currency.
+// The rate that follows from an amount and its value in base currency.
 #pragma once
 
 namespace brimley::kernel {

@@ -29,7 +29,7 @@ struct GlDocument {
     std::string source_docno;  // the number of the form's document
     std::string Currency;
     std::string base_currency;
-    // Base units per unit of Currency; 1 for a base-currency document, nothing for a foreign one without a
+    // Base units per unit of Currency; 1 for a base-currency document, empty for a foreign one without a
     // rate.
     std::optional<double> rate_doc_to_base = 1;
     std::string period;
@@ -39,8 +39,8 @@ struct GlDocument {
     std::string gain_account;  // for what conversion left over on the debit side
     std::string loss_account;  // and on the credit side
 
-    std::optional<GlNumber> number{};  // drawn by the form; nothing: the next one of the GL counters
-    // Beside the fields that every document has.
+    std::optional<GlNumber> number{};  // drawn by the form; empty: the next one of the GL counters
+    // In addition to the fields that every document has.
     std::vector<GlField> more_header_fields{};
     std::vector<GlField> more_line_fields{};
 

@@ -10,7 +10,7 @@ using store::quoted;
 using store::Recordset;
 using store::Value;
 
-// One reversal on its way.
+// One reversal in progress.
 class Reversing {
   public:
     Reversing(ModuleG3& kernel, const GlReversalRules& rules, const GlReversal& reversal)

@@ -29,7 +29,7 @@ struct GlReversal {
     std::string source_docno;  // the number of the form's document
     std::string user;
     bool edited = false;                    // for an edit, not a void
-    std::optional<FiscalPeriod> into = {};  // the period of the reverse; nothing: today's
+    std::optional<FiscalPeriod> into = {};  // the period of the reverse; empty: today's
 };
 
 // Inside the caller's transaction. False, after its message, if there is one, when the document could not be

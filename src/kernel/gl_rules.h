@@ -1,4 +1,4 @@
-// What the GL documents of the forms do differently. The rows, one a form, stand side by side in
+// What the GL documents of the forms do differently. The rows, one per form, stand side by side in
 // gl_rules.cpp.
 //
 // Posting (gl_posting.h) and reversal (gl_reversal.h) are each written once and read a row of these tables. A
@@ -96,7 +96,7 @@ struct GlDescriptions {
     const char* in_new;  // either, into a new document
 };
 
-// What reversing a document without lines comes to.
+// The outcome of reversing a document without lines.
 enum class GlWithoutLines { succeeds, fails };
 
 // How a new document is dated: today.

@@ -40,15 +40,15 @@ struct GlNumber {
 // The text of a rule with this number for its "{}".
 [[nodiscard]] std::string filled_in(const char* text, const std::string& number);
 
-// Draws the next GL number of the year. Nothing when a counter could not be taken or the number is too long.
+// Draws the next GL number of the year. Empty when a counter could not be taken or the number is too long.
 [[nodiscard]] std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& company,
                                                      const std::string& fyear,
                                                      ModuleG3::TooLongMessage too_long);
 
 inline constexpr int kGlWriteRetries = 5;
 
-// Carries out Edit or Update of one row, waiting for a row that somebody else holds. False when it failed to
-// the end; a failure that spoils the transaction goes through, since no wait mends it.
+// Carries out Edit or Update of one row, waiting for a row that somebody else holds. False when every try
+// failed; a failure that spoils the transaction goes through, since waiting does not help.
 template <class Write>
 [[nodiscard]] bool with_retry(Outside& outside, Write&& write) {
     for (int tries = 0;; ++tries) {

@@ -4,8 +4,8 @@
 // open. There is no other state than what is looked up once: the Current Earnings account, and where columns
 // stand.
 //
-// How routines fail: one that finds a fault shows its message through `outside` and returns false (or
-// nothing); the caller stops silently and, inside a transaction, makes the one Rollback. Those that run
+// How routines fail: one that finds a fault shows its message through `outside` and returns false (or an
+// empty result); the caller stops silently and, inside a transaction, makes the one Rollback. Those that run
 // with errors ignored, or trap them, turn the store's errors into the same false result. All others let
 // store::Error through.
 //
@@ -75,19 +75,19 @@ class ModuleG3 {
 
     // --- periods (periods.cpp) ---
 
-    // Period and year of a date: calendar months counted from the start of the fiscal year that holds it,
-    // the day of the month and Period_table ignored. No such year: message, nothing.
+    // Period and year of a date: calendar months counted from the start of the fiscal year that holds it, the
+    // day of the month and Period_table ignored. No such year: message, empty.
     [[nodiscard]] std::optional<FiscalPeriod> get_fiscal_period(store::DateTime date);
     // Period and year by Period_table, for a date text in the user's format. Bad text or no period: message,
-    // nothing.
+    // empty.
     [[nodiscard]] std::optional<PeriodOfDate> get_period_of_date_text(std::string_view date_text,
                                                                       std::string_view date_format);
 
     // --- document numbers (document_numbers.cpp) ---
 
-    // Takes the next document number and the next key number. Waits for a row that another user holds,
-    // ten tries for each counter. Nothing when either could not be taken; a nextdocno taken before that
-    // is given back by the caller's Rollback only.
+    // Takes the next document number and the next key number. Waits for a row that another user holds, ten
+    // tries for each counter. Empty when either could not be taken; a nextdocno taken before that is given
+    // back by the caller's Rollback only.
     [[nodiscard]] std::optional<NextNumbers> get_next_number(std::string_view company,
                                                              std::string_view doctype,
                                                              std::string_view fiscal_year);
@@ -143,7 +143,7 @@ class ModuleG3 {
     [[nodiscard]] std::string parameter_account(std::string_view module, std::string_view parameter_name);
 
     [[nodiscard]] std::string get_computer_name() { return outside_.computer_name(); }
-    // Lets the host breathe, then shows the message.
+    // Lets the host handle its events, then shows the message.
     void tell(const std::string& text);
 
     // --- queries (lookups.cpp) ---
@@ -158,7 +158,7 @@ class ModuleG3 {
     [[nodiscard]] store::Recordset find(std::string_view table, store::FieldValues fields);
     [[nodiscard]] store::Recordset find_to_change(std::string_view table, store::FieldValues fields);
     // One field of the first of these rows: look_up("Vendor_table", {{"vendor_no", vendor}}, "ap_accno").
-    // Nothing when there is no row.
+    // Empty when there is no row.
     [[nodiscard]] std::optional<store::Value> look_up(std::string_view table, store::FieldValues fields,
                                                       std::string_view wanted);
     // As text; empty also when there is no row or the field is null.
@@ -192,7 +192,7 @@ class ModuleG3 {
 
 // Takes the first row in which each field holds its value for editing, pessimistically. While another
 // workspace holds it, waits and tries again, at most `retries` times; a row that goes away meanwhile counts
-// as held. Any failure but a lock is thrown: no waiting would help against it.
+// as held. Any failure but a lock is thrown: waiting would not help.
 [[nodiscard]] RowTaken edit_first_with_retry(store::Recordset& rows, store::FieldValues fields,
                                              Outside& outside, int retries);
 // The account that the row of Account_master_table names, with its segments.

@@ -29,13 +29,13 @@ inline constexpr OwingRule kOwingOfPayment{NullOwing::change_reversed};  // save
 inline constexpr OwingRule kOwingOfVoidedPrepayment{NullOwing::change};
 inline constexpr OwingRule kOwingOfVoidedCheck{NullOwing::stays_null, OwingRounding::none};
 
-// What a document adds to its vendor's balance; a payment or a credit note adds less than nothing.
+// What a document adds to its vendor's balance; a payment or a credit note adds a negative amount.
 struct OwingChange {
     double added = 0;
     double taken_back = 0;  // what the document had added before an edit
 };
 
-// Inside the caller's transaction. Does nothing for a vendor who is not in the table. Throws
+// Inside the caller's transaction. Does nothing for a vendor that is not in the table. Throws
 // store::ErrorKind::locked when another user holds the vendor's row and it is to be changed.
 void change_owing_balance(ModuleG3& kernel, std::string_view vendor_no, OwingChange change, OwingRule rule);
 

@@ -121,7 +121,7 @@ TaxTotals TaxRows::recompute(std::string_view pay_item, double amount, TaxMode m
         const TaxSplit split = split_tax(tax, row->percent_refund, row->include_itemcost);
         write_amounts(*row, tax, amount, line.tax_on_tax_base, mode);
         write_split(*row, split);
-        // Behind the taxable amount: on this road an authority's own tax does not show in its own base.
+        // After the taxable amount: computed this way an authority's own tax does not show in its own base.
         if (row->taxable) line.tax_on_tax_base += tax;
         line.totals.tax += tax;
         line.totals.allocated += split.allocated;

@@ -58,7 +58,7 @@ struct TaxSplit {
 // tax_code it is 0.
 [[nodiscard]] double compute_tax(TaxMode mode, double amount, double base, double rate);
 
-// Divides a later tax of the row as its code and authority say today. A code that is gone says nothing.
+// Divides a later tax of the row as its code and authority say today. A code that is gone changes nothing.
 void take_shares_of_code(ModuleG3& kernel, TaxRow& row);
 
 // All authority rows of one document, the rows of a line together in the order of their sequence.
@@ -80,7 +80,7 @@ class TaxRows {
         remove_item("");
     }
 
-    // Computes the line's rows afresh from what they hold. Limits are not applied on this road.
+    // Computes the line's rows afresh from what they hold. Limits are not applied here.
     [[nodiscard]] TaxTotals recompute(std::string_view pay_item, double amount, TaxMode mode);
     // Builds the line's rows from the code's authorities, of many only the first. Limits apply.
     [[nodiscard]] TaxTotals rebuild(ModuleG3& kernel, std::string_view pay_item, std::string_view tax_code,
@@ -91,7 +91,7 @@ class TaxRows {
     std::vector<TaxRow> rows_;
 };
 
-// The default purchase tax code; nothing, after its message, when none is set.
+// The default purchase tax code; empty, after its message, when none is set.
 [[nodiscard]] std::optional<std::string> default_purchase_tax_code(ModuleG3& kernel);
 
 // The totals of a document by authority, in order of first appearance.

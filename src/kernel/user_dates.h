@@ -19,8 +19,8 @@ struct DateFormatRow {
     std::string date_format;
 };
 
-// The date that the text names. Nothing for any fault, after its message through `outside`; a text without
-// two slashes is no date either, but no message is shown for it.
+// The date that the text names. Empty for any fault, after its message through `outside`; a text without two
+// slashes is no date either, but no message is shown for it.
 [[nodiscard]] std::optional<store::DateTime> parse_user_date(std::string_view text,
                                                              std::string_view date_format, Outside& outside);
 // As parse_user_date, with a message of the caller's for a text that is empty or has not two slashes.

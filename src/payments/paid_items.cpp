@@ -32,8 +32,8 @@ bool PaidItems::pay(const PaidItem& paid) {
         "SELECT open_amount,paid_amount,discount_taken,writeoff,paid,void,hold,fkey,company,vendor_no,Source,"
         "source_docno FROM AP_transaction_table WHERE company = 1 AND docno = {} AND pay_item = {}",
         quoted(paid.docno), quoted(paid.pay_item)));
-    // Numbers may come again: the item that was listed is meant, this vendor's and as it was then. It is
-    // looked at again once it is held, for another desk may have paid, voided or held it meanwhile.
+    // Numbers may repeat: the item that was listed is meant, this vendor's and as it was then. It is compared
+    // again once its row is locked, for another desk may have paid, voided or held it meanwhile.
     while (!item.at_eof() && !is_as_listed(item, paid))
         item.MoveNext();
     if (!item.at_eof()) item.Edit();
@@ -66,7 +66,7 @@ void PaidItems::set_flags(const PaidDocument& document, const std::string& compa
                     quoted(document.source_docno)));
 }
 
-// A document of purchasing follows only when it is a bill of theirs; a void asks for no source.
+// A document of purchasing follows only when it is one of its bills; a void asks for no source.
 void PaidItems::mark_paid_document(const Recordset& item) {
     const PaidDocument document{item.text("fkey"),
                                 item.text("Source") == "PO-BILL" ? item.text("source_docno") : std::string{}};
@@ -96,8 +96,7 @@ void PaidItems::give_back(const std::string& payment_fkey) {
 void PaidItems::give_back_line(const Recordset& line, PaidDocument& document) {
     auto item =
         kernel().find_to_change("AP_transaction_table", {{"company", "1"}, {"docno", line.text("ap_docno")}});
-    // Numbers may come again: the vendor's own item is meant, first of all one that is as the payment left
-    // it.
+    // Numbers may repeat: the vendor's own item is meant, first of all one that is as the payment left it.
     const std::string own = "[pay_item] = " + store::shortest_number(line.number("pay_item")) +
                             " AND [vendor_no] = " + quoted(line.text("vendor_no"));
     item.FindFirst(fmt::format("{} AND [gross_amount] = {} AND [open_amount] = {}", own,

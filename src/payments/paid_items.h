@@ -31,7 +31,7 @@ class PaidItems : public frame::FormPart {
   public:
     explicit PaidItems(frame::Form& form) : FormPart(form) {}
 
-    // What is said of an item that is not as it was listed.
+    // The message for an item that is not as it was listed.
     [[nodiscard]] static std::string has_changed(const std::string& docno, const std::string& pay_item);
     // False, after that message, when the item is not as it was listed.
     [[nodiscard]] bool pay(const PaidItem& paid);

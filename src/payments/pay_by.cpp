@@ -35,7 +35,7 @@ void PayBy::show_bank() {
     form_.cmbbank.set_visible(way.empty() || way == "CASH" || way == "CHECK");
 }
 
-// A bank that a card has put away comes back for a check; for cash it is open again and stays out of sight.
+// A bank that a card has hidden is shown again for a check; for cash it is unlocked again and stays hidden.
 void PayBy::cmbpayby_ItemSelect() {
     const std::string way = controls::upper_case(form_.cmbpayby.text());
     const bool check = way == "CHECK";

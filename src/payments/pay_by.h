@@ -1,5 +1,5 @@
 // The way of paying of a payment: cash, check or card, the fields that each of them needs, and the account
-// behind it. Which of the fields must be filled, and what is said when they are not, is each form's own.
+// behind it. Which of the fields must be filled, and the message when they are not, is each form's own.
 #pragma once
 
 #include <optional>
@@ -19,7 +19,7 @@ class PayBy : public frame::DocumentPart {
     // The lists of ways, cash accounts and banks; fetched when somebody looks at them.
     void fill();
     void cmbpayby_ItemSelect();
-    // A card names its account itself and puts the bank out of sight.
+    // A card names its account itself and hides the bank.
     void show_bank();
     // The fields of a check are read only.
     void lock_check();
@@ -28,10 +28,10 @@ class PayBy : public frame::DocumentPart {
 
     [[nodiscard]] bool is_cash() const;
     [[nodiscard]] bool is_check() const;
-    // The name of the card that the payment is by; nothing for every way that is no card.
+    // The name of the card that the payment is by; empty for every other way.
     [[nodiscard]] std::optional<std::string> card() const;
 
-    // The account of the bank code on screen; nothing when there is no such bank.
+    // The account of the bank code on screen; empty when there is no such bank.
     [[nodiscard]] std::optional<std::string> bank_account() const;
     // The account that collects what is paid by the card; empty, after its message, when there is none.
     [[nodiscard]] std::string card_account(const std::string& card) const;

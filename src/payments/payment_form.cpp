@@ -43,7 +43,7 @@ void PaymentForm::grid_editmode() {
     open_only({&txtcheck, &txtcheckdate, &txtremark});
 }
 
-// Else the rate that stands there stays, even when the currency has changed.
+// A rate of the rate date is taken. Without one the rate stays as it is, even when the currency has changed.
 void PaymentForm::cmbcurrency_itemselect() {
     if (!entering() || cmbcurrency.empty()) return;
     if (!foreign()) {
@@ -195,7 +195,7 @@ bool PaymentForm::write_edit(const std::optional<store::DateTime>& check_date) {
     auto header = stored_header();
     if (header.at_eof()) return false;
     header.Edit();
-    // It may have been voided since the edit began, or leafed to in Edit.
+    // It may have been voided since the edit began, or reached by Next or Previous in Edit.
     if (header.flag("void")) return refuse(header.text("docno") + " was void");
     if (pay_by.is_check()) {
         header.set("check_no", txtcheck.text());

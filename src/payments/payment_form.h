@@ -1,11 +1,11 @@
 // PaymentForm: what payments of every kind have in common.
 //
 //   pay_by         the way of paying: cash, check or card, and the account behind it
-//   void_payment   the void, told in steps; each kind gives back what it paid
+//   void_payment   the void, step by step; each kind gives back what it paid
 //   Update_record  the small edit of what is written on paper
 //
 // Payments of all kinds share Payment_header_table; each kind has its doctype and its table of lines.
-// Amounts, lines and ledger of a saved payment stand.
+// Amounts, lines and ledger of a saved payment do not change.
 #pragma once
 
 #include "frame/document_form.h"
@@ -55,7 +55,7 @@ class PaymentForm : public frame::DocumentForm {
   protected:
     // --- variable points ---
 
-    // Why the payment on screen may not be voided, besides that it is void already: false after its message.
+    // Why the payment on screen may not be voided, apart from being void already: false after its message.
     [[nodiscard]] virtual bool may_be_voided() { return true; }
     // What the payment did is undone: before its flags are set, and after its GL document was reversed.
     virtual void give_back() {}

@@ -147,7 +147,7 @@ constexpr Column kNewRates[] = {
     {"vendor no", 1200, kText, kEntered | kCompleted},   {"vendor name", 2600, kText, kPlain},
 };
 
-// "document no" and "date" must stand right behind "vendor name": total rows write into them by position.
+// "document no" and "date" must stand right after "vendor name": total rows write into them by position.
 constexpr Column kRevaluationResult[] = {
     {"vendor no", 1200, kText, kPlain},
     {"vendor name", 2600, kText, kPlain},

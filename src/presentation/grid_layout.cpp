@@ -72,7 +72,7 @@ GridColumn column_of(const Recordset& row, int order) {
 }
 
 // The column of a row, or -1. They stand in one order as long as nobody else has moved columns since the grid
-// was built; after that the caption tells.
+// was built; after that the caption decides.
 int column_of_row(const Grid& grid, const Recordset& row, std::size_t place) {
     const std::string caption = caption_of(row);
     if (place < grid.columns.size() && grid.columns[place].caption == caption) return static_cast<int>(place);

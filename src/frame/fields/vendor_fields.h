@@ -18,7 +18,7 @@ class VendorFields : public FormPart {
 
     // Gives both fields their lists, newest number and last name first; fetched when somebody looks at them.
     void fill();
-    // Nothing for a vendor that is not known.
+    // Empty for an unknown vendor.
     [[nodiscard]] std::optional<std::string> name_of(const std::string& vendor_no) const;
 
     // After a vendor was chosen in either field.

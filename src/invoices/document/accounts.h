@@ -1,4 +1,4 @@
-// The accounts that an invoice is posted to beside those of its lines' taxes.
+// The accounts that an invoice is posted to, apart from those of its lines' taxes.
 #pragma once
 
 #include <string>

@@ -16,7 +16,7 @@ class APform_invoice;
 // What the checks have read, for the writing that follows.
 struct CheckedEntry {
     std::vector<InvoiceLine> lines;  // all rows of the grid
-    double period = 0;               // as typed; a whole number unless the user had other plans
+    double period = 0;               // as typed; not always a whole number
     std::string ap_accno;
     std::optional<store::DateTime> due_date, discount_date;
 };
@@ -25,7 +25,7 @@ class EntryChecks : public frame::DocumentPart {
   public:
     explicit EntryChecks(APform_invoice& form);
 
-    // Lines, period, payable account and the dates that may be left out. Nothing after its message.
+    // Lines, period, payable account and the dates that may be left out. Empty after its message.
     [[nodiscard]] std::optional<CheckedEntry> check();
 
   private:

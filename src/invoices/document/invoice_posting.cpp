@@ -13,7 +13,7 @@ using kernel::Round;
 
 namespace {
 
-// The accounts of tax authorities, each looked up once a document.
+// The accounts of tax authorities, each looked up once per document.
 class AuthorityAccounts {
   public:
     struct Accounts {
@@ -61,7 +61,7 @@ struct InvoicePosting::Entry {
 InvoicePosting::InvoicePosting(APform_invoice& form) : DocumentPart(form), form_(form) {}
 
 bool InvoicePosting::insert_GL_record(const std::string& ap_accno, const std::vector<InvoiceLine>& lines) {
-    // A new document has been asked for its date; an edited one may have been stored without.
+    // The date of a new document has been checked; an edited one may have been stored without one.
     const auto invoice_date = date_in(form_.txtinvdate);
     if (!invoice_date) return false;
     kernel::GlDocument document = gl_document(*invoice_date);
@@ -92,7 +92,7 @@ bool InvoicePosting::gather_line(Entry& entry, const InvoiceLine& line) {
     if (!line.taxable) return refuse("No taxable amount");
     if (!line.gross) return refuse("No gross amount");
     if (line.po_accno.empty()) return refuse("Please specify purchase account");
-    // The word of old for credit notes; the stored kind is "vcn", so it never holds and credit notes post
+    // An older word for credit notes; the stored kind is "vcn", so the test never holds and credit notes post
     // like invoices.
     const double side = form_.txtdoctype.text() == "cn" ? -1 : 1;
     entry.add(entry.ap_accno, *line.gross * side);

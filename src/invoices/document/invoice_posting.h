@@ -20,7 +20,7 @@ class InvoicePosting : public frame::DocumentPart {
   public:
     explicit InvoicePosting(APform_invoice& form);
 
-    // txtglfkey is the key of the GL document then.
+    // Afterwards txtglfkey is the key of the GL document.
     [[nodiscard]] bool insert_GL_record(const std::string& ap_accno, const std::vector<InvoiceLine>& lines);
     // Of the GL document in txtglfkey, if there is one.
     [[nodiscard]] bool insert_GL_reverse();

@@ -43,7 +43,7 @@ bool InvoiceUpdate::write(const CheckedEntry& entry) {
     if (made_here() && !form_.posting.insert_GL_reverse()) return false;
     auto header = form_.stored.take_header();
     if (!header || !form_.stored.posted_as_shown(*header)) return false;
-    // An edit opens every amount anew; the document may have been voided or paid since it was begun.
+    // An edit opens every amount again; the document may have been voided or paid since it was begun.
     if (header->flag("void") || header->flag("paid") || header->flag("fully_paid")) return false;
     fill_header(*header, entry);
     if (!made_here()) {

@@ -1,4 +1,4 @@
-// The save of an edit: the GL document is reversed and posted anew, the lines are written again, and header
+// The save of an edit: the GL document is reversed and posted again, the lines are written again, and header
 // and vendor follow, in one transaction or not at all.
 //
 // A document of another module keeps its lines and its GL document; only what does not touch amounts changes.
@@ -17,8 +17,8 @@ class InvoiceUpdate : public frame::DocumentPart {
   public:
     explicit InvoiceUpdate(APform_invoice& form);
 
-    // True when the edit was saved. Every failure has had its message, but for a template, which cannot be
-    // saved on this road.
+    // True when the edit was saved. Every failure has had its message, except a template's, which cannot be
+    // saved this way.
     [[nodiscard]] bool Update_record();
 
   private:

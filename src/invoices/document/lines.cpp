@@ -196,7 +196,7 @@ void InvoiceLines::dbgrid1_BeforeColUpdate(CellEdit& edit) {
     if (edit.caption == "tax code") {
         edit.cancel = !form_.taxes.accepts_tax_code(edit.new_text);
     } else if (gross || taxable || edit.caption == "open amount" || edit.caption == "tax amount") {
-        // An amount that is emptied is an amount of nothing.
+        // An amount that is emptied is an amount of 0.
         if (edit.new_text.empty() && (gross || taxable)) edit.new_text = "0";
         edit.cancel = !accepts_amount(edit);
         if (edit.cancel) return;

@@ -21,7 +21,7 @@ class APform_invoice;
 struct InvoiceLine {
     std::string pay_item;  // empty: the row is no line, but may have a description
     std::string description, tax_code, po_accno;
-    std::optional<double> gross, taxable;  // nothing: the cell is empty
+    std::optional<double> gross, taxable;  // empty when the cell is
     double open = 0, tax = 0;
 
     // As shown: a cent that was lost on the way to the screen is no amount.

@@ -48,7 +48,7 @@ bool OpenDocuments::walk_list(int direction) {
         target = find("MIN", "");
         if (target.empty()) return false;
     } else {
-        // A document that was open when it was shown keeps its place in the list, though it be void by now.
+        // A document that was open when it was shown keeps its place in the list, even if it is void by now.
         if (cmbopendoc.empty() || cmbopendoc.text() != form_.txtdocno.text()) return true;
         const std::string shown = quoted(form_.txtdocno.text());
         target = direction > 0 ? find("MAX", " AND docno < " + shown) : find("MIN", " AND docno > " + shown);

@@ -19,7 +19,7 @@ class OpenDocuments : public frame::DocumentPart {
 
     // A stored document of this doctype is on screen.
     void document_on_screen(const std::string& doctype) { doctype_on_screen_ = doctype; }
-    // Makes the list anew, with the document on screen chosen if it is in it.
+    // Makes the list again, with the document on screen chosen if it is in it.
     void get_list_open_doc();
     void cmbopendoc_itemselect();
 

@@ -1,5 +1,5 @@
-// What the document on screen adds to what its vendor is owed (kernel/owing_balance.h). A credit note adds
-// less than nothing. Inside the transaction of the save, the edit or the void.
+// What the document on screen adds to what its vendor is owed (kernel/owing_balance.h). A credit note adds a
+// negative amount. Inside the transaction of the save, the edit or the void.
 #pragma once
 
 #include "frame/document_part.h"
@@ -12,7 +12,7 @@ class OwingBalance : public frame::DocumentPart {
   public:
     explicit OwingBalance(APform_invoice& form);
 
-    // The total on screen counts in the balance already, or nothing does.
+    // The total on screen is in the balance already; an empty one counts as 0.
     void document_shown();
     void document_begun() { old_total = 0; }
     // The balance moves from the total as it was shown to the total on screen.

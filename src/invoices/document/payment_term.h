@@ -21,7 +21,7 @@ class PaymentTerm : public frame::DocumentPart {
     // By its code: the list is not fetched for that.
     void show(const std::string& term_no);
     void cmbterm_ItemSelect();
-    // The row of the term that is chosen. Nothing, after its message, when there is no such term.
+    // The row of the term that is chosen. Empty, after its message, when there is no such term.
     [[nodiscard]] std::optional<store::Recordset> chosen() const;
 
   private:

@@ -1,5 +1,5 @@
 // The currency of the document on screen and its rate: cmbcurrency, cmbexrate and txtratedate. A document in
-// base currency has no rate, and its fields are closed.
+// base currency has no rate, and its fields are locked.
 #pragma once
 
 #include "frame/document_part.h"

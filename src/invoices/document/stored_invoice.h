@@ -17,9 +17,9 @@ class StoredInvoice : public frame::DocumentPart {
 
     // On its header, or at the end when it is gone.
     [[nodiscard]] store::Recordset header() const;
-    // The header, in edit. Nothing, after its message, when it is gone.
+    // The header, in edit. Empty, after its message, when it is gone.
     [[nodiscard]] std::optional<store::Recordset> take_header() const;
-    // False when another desk has posted it anew since it was shown here.
+    // False when another desk has posted it again since it was shown here.
     [[nodiscard]] bool posted_as_shown(const store::Recordset& header) const;
     void each_line(const std::function<void(store::Recordset& line)>& change) const;
     void delete_lines() const;

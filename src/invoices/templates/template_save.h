@@ -17,7 +17,7 @@ class TemplateSave : public frame::DocumentPart {
   public:
     explicit TemplateSave(APform_invoice& form);
 
-    // True when the template was saved. Of a failure nothing is left. One that is foreseen has its own
+    // True when the template was saved. A failure leaves nothing behind. One that is foreseen has its own
     // message, or none; what the store has refused, such as a quote in an account, is reported in its own
     // words.
     [[nodiscard]] bool insert_new_recurring();

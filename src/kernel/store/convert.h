@@ -20,9 +20,9 @@ namespace brimley::store {
 // The same into a value that is there already, whose memory is used again. Unchanged when it throws.
 void convert_for_field(const Value& value, const Field& field, Value& into);
 
-// "20260115" as that day; nothing for any other text.
+// "20260115" as that day; empty for any other text.
 [[nodiscard]] std::optional<DateTime> parse_yyyymmdd(std::string_view text);
-// What a text says where a yes/no is wanted: TRUE, YES, -1, 1 or FALSE, NO, 0 in any case; else nothing.
+// What a text says where a yes/no is wanted: TRUE, YES, -1, 1 or FALSE, NO, 0 in any case; else empty.
 [[nodiscard]] std::optional<bool> parse_flag_word(std::string_view text);
 
 }  // namespace brimley::store

@@ -110,19 +110,19 @@ class Recordset {
     [[nodiscard]] const std::string& column_name(int column) const;
     [[nodiscard]] FieldType column_type(int column) const;
     [[nodiscard]] Value column(int column) const;
-    // Many of them at once, as numbers: nothing for null, throws as Value::number().
+    // Many of them at once, as numbers: empty for null, throws as Value::number().
     void numbers(std::span<const int> columns, std::span<std::optional<double>> into) const;
-    // Where a field stands among the columns, for those who read or set many fields of row after row. No such
-    // field: ErrorKind::name.
+    // Where a field stands among the columns, for callers that read or set many fields of row after row. No
+    // such field: ErrorKind::name.
     [[nodiscard]] int column_of(std::string_view name) const;
     // Only for setting: also a field of the table that is none of the columns.
     [[nodiscard]] int column_to_set(std::string_view name) const;
 
     void AddNew();
-    // Takes the row, at once or not at all, whatever LockEdits says. Outside a transaction they are held
-    // until Update, CancelUpdate or the next move, inside one until it ends. Throws ErrorKind::locked when
-    // another workspace holds them, ErrorKind::state when the row is gone. The row's fields are read again
-    // once it is held.
+    // Locks the row, at once or not at all, whatever LockEdits says. Outside a transaction it is held until
+    // Update, CancelUpdate or the next move, inside one until it ends. Throws ErrorKind::locked when another
+    // workspace holds it, ErrorKind::state when the row is gone. The row's fields are read again once it is
+    // held.
     void Edit();
     // As Edit, but a row that is held by another workspace is an answer: false, and nothing has changed.
     [[nodiscard]] bool try_edit();
@@ -228,7 +228,7 @@ using CompanyFiller = std::function<void(Database&)>;
 
 // Makes a new company with every table and index of the catalog, readable by its owner alone, and opens it.
 // On a server it makes the database where there is none; nobody sees the company before it is filled. Refuses
-// a company that exists (state). Nothing is left of a failure.
+// a company that exists (state). A failure leaves nothing behind.
 [[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog,
                                          const CompanyFiller& fill = {});
 

@@ -3,7 +3,7 @@
 // A Connection owns one Engine and speaks to it in statements of the engine's own SQL, which the dialect's
 // translator has written with the engine's Flavour. Values travel as typed parameters and typed cells only.
 //
-// Every call is complete in itself: query() hands each row to a function and has let go of the statement when
+// Every call is complete in itself: query() hands each row to a function and has released the statement when
 // it returns, so that no cursor ever pins an old state of the data. A call made while the function runs sees
 // the same state.
 //

@@ -22,11 +22,11 @@ enum class ErrorKind {
     commit_in_doubt,  // the outcome of a commit is unknown: never repeat it, reload and look
 };
 
-// What has become of a connection. Nothing mends it but opening the company anew.
+// What has become of a connection. Only opening the company again mends it.
 enum class ConnectionState {
     good,
     lost,      // and what was not committed with it
-    in_doubt,  // lost while something was being committed, and nobody knows whether that is stored
+    in_doubt,  // lost while something was being committed, and it is not known whether that is stored
 };
 
 class Error : public std::runtime_error {

@@ -103,7 +103,7 @@ class Keyset final : public RecordSource {
     SelectPlan& plan_;
     std::vector<Value> outer_;
 
-    std::optional<KeyList> keys_;  // nothing: not fetched
+    std::optional<KeyList> keys_;  // empty: not fetched
     std::vector<RowKey> added_;    // until they are
 
     struct Current {

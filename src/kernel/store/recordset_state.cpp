@@ -58,7 +58,7 @@ Recordset::State::~State() {
     try {
         cancel();
     } catch (const Error&) {
-        // Nothing was written under the lock that is let go of here.
+        // Nothing was written under the lock that is released here.
         hold_ = 0;
     }
 }

@@ -32,7 +32,7 @@ class Row {
 
     [[nodiscard]] int size() const { return static_cast<int>(starts_.size()); }
     [[nodiscard]] Value value(int column) const;
-    // Nothing unless the cell holds a number.
+    // Empty unless the cell holds a number.
     [[nodiscard]] std::optional<double> number(int column) const {
         const char* const at = cell(column);
         double number = 0;
@@ -40,7 +40,7 @@ class Row {
         std::memcpy(&number, at + 1, sizeof number);
         return number;
     }
-    // Nothing unless the cell holds a text. Lasts as long as the row holds it.
+    // Empty unless the cell holds a text. Lasts as long as the row holds it.
     [[nodiscard]] std::optional<std::string_view> text(int column) const;
     // Puts the value into the cell when it takes the same room as what stands there. False, and nothing has
     // changed, when it does not.

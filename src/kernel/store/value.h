@@ -23,7 +23,7 @@ struct DateTime {
     std::int32_t day = 0;            // days since 1970-01-01, negative before it
     std::int32_t second_of_day = 0;  // 0 to 86399
 
-    // Gives nothing when the three numbers name no day of the calendar.
+    // Empty when the three numbers name no day of the calendar.
     static std::optional<DateTime> from_ymd(int year, int month, int day_of_month);
     // Reads "2026-01-15" or "2026-01-15 09:30:00", nothing else.
     static std::optional<DateTime> from_iso(std::string_view text);
@@ -46,7 +46,7 @@ struct DateTime {
 };
 
 // Reads "Jan 5, 2006" as query texts hold it: an English month of three letters in any case, blanks, one or
-// two digits, a comma, blanks or none, a year of four digits. Nothing when it is no such text or no such day.
+// two digits, a comma, blanks or none, a year of four digits. Empty when it is no such text or no such day.
 std::optional<DateTime> parse_query_date(std::string_view text);
 
 class Value {
@@ -103,7 +103,7 @@ using FieldValues = std::initializer_list<std::pair<std::string_view, std::strin
 // Shortest decimal text that reads back as the same double, never in exponent form below 1e15: "3", "12.35",
 // "-0.5". A negative zero is "0".
 std::string shortest_number(double number);
-// The number that the whole text is (blanks around it allowed, no grouping), or nothing.
+// The number that the whole text is (blanks around it allowed, no grouping), or empty.
 std::optional<double> whole_number_text(std::string_view text);
 
 }  // namespace brimley::store

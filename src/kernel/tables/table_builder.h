@@ -1,5 +1,5 @@
-// How the table definitions of this folder are written: one chained call a table, which reads like the table
-// itself.
+// How the table definitions of this folder are written: one chained call per table, which reads like the
+// table itself.
 //
 //   TableBuilder("Vendor_table").text({"vendor_no",
 //   "VENDOR_NAME"}).number({"owing_balance"}).indexed_key({"vendor_no"})

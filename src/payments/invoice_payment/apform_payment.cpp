@@ -11,7 +11,7 @@ using store::Recordset;
 
 namespace {
 
-// Four kinds of payments share the tables; a number may come again in another kind.
+// Four kinds of payments share the tables; a number may repeat in another kind.
 constexpr PaymentKind kKind{
     {"APform_payment", "A/P Payment", "\\Help\\Payment Entry Help.pdf"},
     "py",

@@ -4,7 +4,7 @@
 //   item_list           the vendor's open items, what is paid of each, and the totals
 //   payment_save        validation and the save in one transaction
 //   payment_posting     the GL document of a payment, and its reversal
-//   matching            matching of prepayments and invoices, connected to nothing
+//   matching            matching of prepayments and invoices, never called
 //   commands.cpp        toolbar, and requests to the host
 //
 // What a payment does to the items that it pays is in payments/paid_items.h, what all kinds of payments share
@@ -65,14 +65,14 @@ class APform_payment : public PaymentForm {
     void findAP();
     void payment_history();
 
-    // --- connected to nothing ---
+    // --- never called ---
 
     // Pairs the prepayments in the list, and this payment after them, with the invoices, in
     // AP_matching_table. True when it ran to its end; without a transaction of its own.
     [[nodiscard]] bool matching();
     // Sets three receivables back to the amounts that they were once tried out with.
     void set_invoice();
-    // Leaves only what is on due in the list, or lists everything again.
+    // Leaves only the rows that are "on due" in the list, or lists everything again.
     void chkselect_click(bool on_due_only);
     // Adds the discount of a payment's line to its item.
     void update_discount_taken(const std::string& ap_docno, const std::string& pay_item, double discount);

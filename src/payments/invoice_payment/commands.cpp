@@ -54,7 +54,7 @@ void APform_payment::preview() {
     std::string tables =
         "(Payment_header_table INNER JOIN Payment_transaction_table ON Payment_header_table.fkey = "
         "Payment_transaction_table.fkey)";
-    if (!cmbvendor_name.empty()) {  // a vendor that nobody knows must not keep the payment from being printed
+    if (!cmbvendor_name.empty()) {  // an unknown vendor must not keep the payment from being printed
         fields += ", Vendor_table.VENDOR_NAME";
         tables = fmt::format(
             "({} INNER JOIN Vendor_table ON Payment_header_table.vendor_no = Vendor_table.vendor_no)",

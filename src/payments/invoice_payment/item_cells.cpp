@@ -133,8 +133,8 @@ void ItemList::dbgrid1_BeforeColUpdate(CellEdit& edit) {
     set_cell_money(row, "net balance", net);
 }
 
-// Nothing is paid of the item then, and what depends on it in its row says so, or the item would be closed
-// for less. The totals follow with the next amount that is taken.
+// Nothing of the item is paid then, and the cells of its row that depend on it show that, or the item would
+// be closed for less. The totals follow with the next accepted amount.
 void ItemList::empty_pay_amount(int row) {
     dbgrid1_.set_cell(row, "pay amount", "");
     const ItemAmounts amounts = amounts_of(row);

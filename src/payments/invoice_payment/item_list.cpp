@@ -80,7 +80,7 @@ constexpr std::array kLineColumns{
 
 }  // namespace
 
-// What is the same for all rows of a list: found once, not once a cell.
+// What is the same for all rows of a list: found once, not once per cell.
 struct ItemList::Listing {
     struct Places {
         explicit Places(const controls::Grid& grid)

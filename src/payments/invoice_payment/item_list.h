@@ -60,7 +60,7 @@ class ItemList : public frame::DocumentPart {
     [[nodiscard]] double sum_paid() const;
     // The row that the user is on, as it stands.
     [[nodiscard]] std::string current(const char* caption) const;
-    // The colour of a row's text: credits of the vendor stand out. Nothing for the column's own.
+    // The colour of a row's text: credits of the vendor stand out. Empty for the column's own.
     [[nodiscard]] std::optional<controls::Colour> dbgrid1_FetchRowStyle(int row) const;
 
   private:

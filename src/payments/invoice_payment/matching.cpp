@@ -24,10 +24,10 @@ struct Invoice {
     std::string discount_accno, writeoff_accno;
 };
 
-// A prepayment in the list, or behind all of them the payment itself, which has no document.
+// A prepayment in the list, or after all of them the payment itself, which has no document.
 struct Credit {
     std::string docno, pay_item;
-    double left = 0;  // below nothing
+    double left = 0;  // negative
     double gross = 0, open = 0;
     bool is_payment = false;
 };
@@ -76,7 +76,7 @@ class Matching : public frame::DocumentPart {
         }
     }
 
-    // Discount and write-off go with the first row of an invoice, and its open amount is less by them then.
+    // Discount and write-off go with the first row of an invoice, and reduce its open amount.
     void take_reductions(Invoice& invoice) {
         if (invoice.discount != 0) {
             rows_.set("discount", invoice.discount);

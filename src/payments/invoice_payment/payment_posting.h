@@ -15,8 +15,8 @@ class PaymentPosting : public frame::DocumentPart {
   public:
     explicit PaymentPosting(APform_payment& form);
 
-    // The GL document of what is paid of the items, from `cash_accno`; txtglfkey is its key then. Both inside
-    // the caller's transaction; false after their message, if there is one.
+    // The GL document of what is paid of the items, from `cash_accno`; afterwards txtglfkey is its key. Both
+    // inside the caller's transaction; false after their message, if there is one.
     [[nodiscard]] bool insert_GL_record(const std::string& vendor_no, const std::string& cash_accno,
                                         const std::vector<ListedItem>& items);
     [[nodiscard]] bool insert_GL_reverse();

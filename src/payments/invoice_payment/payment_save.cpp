@@ -45,8 +45,7 @@ void PaymentSave::compute_payment_base() {
                   : form_.txtpayment.text());
 }
 
-// Without a total in one currency, or with one of nothing or less, the payment is not compared with its
-// lines.
+// Without a total in one currency, or with one of 0 or less, the payment is not compared with its lines.
 bool PaymentSave::validate_lines() {
     compute_payment_base();
     if (!(money_value(form_.txttotal.text()) > 0)) return true;
@@ -73,7 +72,7 @@ bool PaymentSave::validate_way_of_paying() {
 }
 
 // A cash account that was chosen comes before the bank, and that before the card. A bank that was given must
-// exist whatever the way of paying; none is asked for by a card.
+// exist whatever the way of paying; a card needs none.
 bool PaymentSave::find_account_to_credit() {
     const PayBy& pay_by = form_.pay_by;
     const bool cash_or_check = pay_by.is_cash() || pay_by.is_check();

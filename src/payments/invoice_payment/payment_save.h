@@ -16,7 +16,7 @@ class PaymentSave : public frame::DocumentSave {
   public:
     explicit PaymentSave(APform_payment& form);
 
-    // A number above nothing, as a rate must be.
+    // A number greater than zero, as a rate must be.
     [[nodiscard]] static bool is_rate(const std::string& text);
 
   protected:

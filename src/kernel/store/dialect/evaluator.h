@@ -29,8 +29,7 @@ void look_up_columns(Expression& criteria, const ColumnFinder& column_of, std::s
 
 [[nodiscard]] bool meets(const Expression& criteria, const Row& row, std::span<const Value> literals);
 
-// "=", "<>", "<", "<=", ">" or ">=" between two values; nothing when either is null or they cannot be
-// compared.
+// "=", "<>", "<", "<=", ">" or ">=" between two values; empty when either is null or they cannot be compared.
 [[nodiscard]] std::optional<bool> compare(const Value& left, std::string_view sign, const Value& right);
 
 }  // namespace brimley::store::dialect

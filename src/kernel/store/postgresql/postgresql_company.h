@@ -17,7 +17,7 @@ namespace brimley::store {
 [[nodiscard]] PostgresqlHandle connect_to_company(const std::string& uri, const Catalog& catalog);
 
 // A company in the making: its database, made where there was none, and a transaction in which its schema has
-// been made. What is made goes again unless keep() is called.
+// been made. What was made is removed again unless keep() is called.
 class CompanyInTheMaking {
   public:
     // Throws ErrorKind::state when the database holds a company already, or another program is making one.

@@ -16,7 +16,7 @@ namespace brimley::store {
 
 namespace {
 
-// So many statements are sent before their answers are asked for.
+// At most this many statements are sent before their answers are asked for.
 constexpr std::size_t kUnansweredMax = 512;
 
 std::string lock_of_all(const Catalog& catalog) {
@@ -85,7 +85,7 @@ class PostgresqlEngine final : public Engine {
         }
     }
 
-    // Everybody may write; only rows are held.
+    // Everybody may write; only rows are locked.
     bool begin_write() override {
         if (!making_) session_.send(*begin_);
         making_ = false;
@@ -155,7 +155,7 @@ class PostgresqlEngine final : public Engine {
         if (span_ == Span::writing && !holds_a_table_) return lock_first_row(prepared, parameters, sink);
         PostgresqlResult result = prefetched(prepared, parameters);
         if (!result) result = ask(prepared, parameters);
-        // What was read of them earlier is no longer to be believed.
+        // What was read of them earlier is no longer valid.
         for (int row = 0; row < PQntuples(result.get()); ++row)
             prefetch_.note_written(whole_number_cell(result.get(), row, 0));
         return hand_over(result, prepared, sink) > 0;
@@ -218,7 +218,7 @@ class PostgresqlEngine final : public Engine {
     }
 
     // A held row is skipped, but whoever writes alone holds the tables: that is found out at the first row,
-    // and must not cost the transaction either. Afterwards nobody else can be alone.
+    // and must not spoil the transaction either. Afterwards nobody else can write alone.
     bool lock_first_row(PostgresqlStatement& statement, std::span<const Parameter> parameters,
                         const RowSink& sink) {
         PostgresqlResult result;
@@ -241,7 +241,7 @@ class PostgresqlEngine final : public Engine {
         return 1;
     }
 
-    // A transaction of its own: when its answer is lost, nobody knows whether it was carried out.
+    // A transaction of its own: when its answer is lost, it is not known whether it was carried out.
     std::int64_t run_alone(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
         try {
             session_.send(statement, parameters);
@@ -252,7 +252,7 @@ class PostgresqlEngine final : public Engine {
         }
     }
 
-    // What is refused must not cost the transaction.
+    // What is refused must not spoil the transaction.
     PostgresqlResult ask_under_savepoint(PostgresqlStatement& statement,
                                          std::span<const Parameter> parameters) {
         step_.set();

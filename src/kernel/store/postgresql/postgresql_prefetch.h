@@ -1,6 +1,6 @@
 // Answers that were prefetched, until the call that wants them comes: many questions share one round trip.
 //
-// An answer is good once, and only while its row is not written.
+// An answer can be used once, and only while its row is not written.
 #pragma once
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // The rows that are locked by a prefetch: all of them are held, or none.
 //
-// Whoever holds some rows and waits for others would be in the way of somebody who takes them one by one, and
-// the other way round. So the locks of prefetches that follow each other are taken under a savepoint, which
-// the next other call of the engine ends.
+// A transaction that holds some rows and waits for others could deadlock with one that locks them one by one.
+// So the locks of prefetches that follow each other are taken under a savepoint, which the next other call of
+// the engine ends.
 #pragma once
 
 #include "kernel/store/postgresql/postgresql_prefetch.h"

@@ -1,4 +1,4 @@
-// A connection that speaks in pipelines: statements are sent as they come and answered for together.
+// A connection that speaks in pipelines: statements are sent as they come and answered together.
 //
 // send() waits for nothing. finish() waits for everything that was sent, and throws the first failure among
 // it; the server has run nothing of what came after that. Statements are prepared on the way, when they are

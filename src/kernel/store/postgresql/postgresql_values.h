@@ -19,7 +19,7 @@ namespace brimley::store {
 class EncodedParameters {
   public:
     // Takes as many as there are kinds. Throws ErrorKind::conversion for a text that the server would refuse:
-    // refused there, it would cost the transaction.
+    // refused there, it would spoil the transaction.
     EncodedParameters(std::span<const dialect::ParameterKind> kinds, std::span<const Parameter> parameters);
 
     [[nodiscard]] int count() const { return static_cast<int>(values_.size()); }

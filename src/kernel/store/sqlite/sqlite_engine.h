@@ -14,7 +14,7 @@ namespace brimley::store {
 [[nodiscard]] std::unique_ptr<Engine> open_sqlite_company(const std::string& path, const Catalog& catalog);
 
 // Makes a company file of mode 0600 with every table of the catalog. Throws ErrorKind::state when the path
-// exists. Nothing is left of a failure.
+// exists. A failure leaves nothing behind.
 void create_sqlite_company(const std::string& path, const Catalog& catalog);
 // With the files that SQLite keeps beside it. Nobody may have it open.
 void remove_sqlite_company(const std::string& path);

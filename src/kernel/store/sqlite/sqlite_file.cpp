@@ -63,9 +63,9 @@ SqliteHandle connect(const std::string& path) {
     return connection;
 }
 
-// The file's first bytes, read through SQLite's own file handle: opening and closing the file besides it
-// would drop the locks that other connections of this process hold on it. No lock is needed, these bytes are
-// written once.
+// The file's first bytes, read through SQLite's own file handle: opening and closing the file in any other
+// way would drop the locks that other connections of this process hold on it. No lock is needed, these bytes
+// are written once.
 bool has_company_head(sqlite3* connection, std::uint32_t& version) {
     sqlite3_file* file = nullptr;
     std::array<unsigned char, kHeadSize> head{};

@@ -18,7 +18,7 @@ class Binder {
 
     int operator()(std::monostate) const { return sqlite3_bind_null(statement_, index_); }
     int operator()(std::string_view text) const {
-        // A view of nothing would be null to SQLite.
+        // A view without data would be null to SQLite.
         const char* const at = text.data() ? text.data() : "";
         return sqlite3_bind_text64(statement_, index_, at, text.size(), SQLITE_STATIC, SQLITE_UTF8);
     }

@@ -16,7 +16,7 @@ class SqliteStatement final : public EngineStatement, public EngineRow {
     void bind(std::span<const Parameter> parameters);
     // Whether there is a row.
     [[nodiscard]] bool step();
-    // Lets go of rows and locks. Harmless at any time.
+    // Releases rows and locks. Harmless at any time.
     void finish() noexcept;
 
     [[nodiscard]] RowKey key() const override;
