@@ -54,7 +54,7 @@ class ComboBox : public Control {
     [[nodiscard]] const std::vector<Row>& items() const;
     // The chosen row, or -1.
     [[nodiscard]] int list_index() const;
-    // A column of the chosen row; nothing when no row is chosen.
+    // A column of the chosen row; empty when no row is chosen.
     [[nodiscard]] std::optional<std::string> chosen(std::size_t column) const;
     void select(int index);  // from code; -1 chooses none and empties the text
 

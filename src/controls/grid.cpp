@@ -65,7 +65,7 @@ Refusal Grid::open_editor(int row, int column) {
     return Refusal::none;
 }
 
-// The form may have locked the cell while its editor stood open.
+// The form may have locked the cell while its editor was open.
 Refusal Grid::leave_editor(const std::string& text) {
     if (!edit_) return Refusal::none;
     CellEdit edit = *std::exchange(edit_, std::nullopt);

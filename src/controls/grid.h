@@ -109,7 +109,7 @@ class Grid : public Control {
     // What stops a user from typing into the cell now.
     [[nodiscard]] Refusal edit_refusal(int row, int column) const;
     // The cell's editor. It opens (on_before_edit, which may keep it closed) and is left with a text
-    // (on_before_update, which may cancel it; on_after_update) or without a word. One is open at a time; none
+    // (on_before_update, which may cancel it; on_after_update) or without one. One is open at a time; none
     // is, when the form kept it closed.
     [[nodiscard]] Refusal open_editor(int row, int column);
     [[nodiscard]] bool editor_is_open() const { return edit_.has_value(); }
@@ -131,7 +131,7 @@ class Grid : public Control {
     std::function<void(int column)> on_after_update;
     std::function<void(int old_row, int old_column)> on_row_col_change;
     std::function<void(int row)> on_double_click;
-    // The colour of a row's text, asked by hosts for the columns with fetch_style; nothing: the column's own.
+    // The colour of a row's text, asked by hosts for the columns with fetch_style; empty: the column's own.
     std::function<std::optional<Colour>(int row)> on_fetch_row_style;
 
   private:

@@ -1,8 +1,8 @@
 // The two-dimensional array of text behind a grid, owned by the form that shows it.
 //
-// Rows and columns count from 0. Only what was set takes room: one buffer a row, so that a list of a million
-// rows fits in memory. Reading a cell that was never set gives an empty text; setting one makes the rows up
-// to it.
+// Rows and columns count from 0. Only what was set takes room: one buffer per row, so that a list of a
+// million rows fits in memory. Reading a cell that was never set gives an empty text; setting one makes the
+// rows up to it.
 #pragma once
 
 #include <span>
