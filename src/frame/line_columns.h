@@ -14,6 +14,14 @@
 
 namespace brimley::frame {
 
+// A grid of lines has at least so many rows, and when it is full so many more than lines.
+inline constexpr int kRowsMin = 21;
+inline constexpr int kRowsSpare = 5;
+// The rows of a grid that lists so many lines.
+[[nodiscard]] constexpr int rows_for(int lines) {
+    return lines >= kRowsMin - 1 ? lines + kRowsSpare : kRowsMin;
+}
+
 enum class Shown { text, money, money_without_sign, date, flag };
 
 struct LineColumn {

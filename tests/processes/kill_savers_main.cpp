@@ -1,5 +1,5 @@
 // kill-savers: a saver is killed again and again, at a call to the engine or at a moment, and each time the
-// company is opened anew: the books agree, and everything that was told as stored is there.
+// company is opened anew: the books agree, and everything that was reported as stored is there.
 //
 //   kill-savers SAVER [--kills N] [--seed N]
 //
@@ -104,7 +104,7 @@ int run(const Options& options) {
         }
         told += company.told();
     }
-    std::cout << fmt::format("{} kills, {} things told as stored, all there\n", killed, told);
+    std::cout << fmt::format("{} kills, {} acts reported as stored, all there\n", killed, told);
     return killed == options.kills && told > 0 ? 0 : 1;
 }
 

@@ -67,7 +67,7 @@ int run(const Options& options) {
     }
     for (const std::string& finding : findings)
         std::cout << "  " << finding << '\n';
-    std::cout << fmt::format("{} savers, {} things told as stored in {:.1f} s\n", options.savers,
+    std::cout << fmt::format("{} savers, {} acts reported as stored in {:.1f} s\n", options.savers,
                              stored.told(), seconds.count());
     return findings.empty() && ended_well && stored.told() > 0 ? 0 : 1;
 }

@@ -1,4 +1,4 @@
-// What savers have told as stored, held against the company.
+// What savers have reported as stored, held against the company.
 #pragma once
 
 #include <map>

@@ -18,9 +18,6 @@ using store::Recordset;
 
 namespace {
 
-constexpr int kRowsMin = 21;
-constexpr int kRowsSpare = 5;
-
 // Lines of templates have fewer of these fields.
 constexpr std::array kLineColumns{
     LineColumn{"pay item", "pay_item", Shown::text},
@@ -71,14 +68,14 @@ void InvoiceLines::connect_drop_downs() {
 void InvoiceLines::clear() {
     line_rows = 0;
     form_.taxes.clear();
-    dbgrid1_.array.dimension(kRowsMin);
+    dbgrid1_.array.dimension(frame::kRowsMin);
     dbgrid1_.rebind();
 }
 
 void InvoiceLines::show(Recordset& lines) {
     clear();
     const int stored = static_cast<int>(lines.RecordCount());
-    dbgrid1_.array.dimension(stored >= kRowsMin - 1 ? stored + kRowsSpare : kRowsMin);
+    dbgrid1_.array.dimension(frame::rows_for(stored));
     stored_columns_.begin(lines);
     int row = 0;
     for (; !lines.at_eof(); lines.MoveNext(), ++row) {

@@ -20,9 +20,6 @@ using store::Recordset;
 
 namespace {
 
-constexpr int kRowsMin = 21;
-constexpr int kRowsSpare = 5;
-
 // The columns of the query for open items, by place: the list may be long.
 enum ItemField : int {
     kDocno,
@@ -160,7 +157,7 @@ void ItemList::connect_drop_downs() {
 void ItemList::clear() {
     last_row_ = -1;
     touched_rows_.clear();
-    dbgrid1_.array.dimension(kRowsMin);
+    dbgrid1_.array.dimension(frame::kRowsMin);
     dbgrid1_.go_to(0, 0);
     dbgrid1_.rebind();
 }
@@ -170,8 +167,7 @@ void ItemList::list_vendor_invoice(const std::string& vendor_no) {
     vendor_no_ = vendor_no;
     step("list_vendor_invoice", [&] {
         auto items = kernel().read(open_items_query(vendor_no));
-        const int count = static_cast<int>(items.RecordCount());
-        if (count >= kRowsMin - 1) dbgrid1_.array.dimension(count + kRowsSpare);
+        dbgrid1_.array.dimension(frame::rows_for(static_cast<int>(items.RecordCount())));
         add_open_items(items);
     });
     dbgrid1_.rebind();
@@ -250,7 +246,8 @@ void ItemList::add_open_item(const Recordset& item, Listing& listing, bool came_
 
 void ItemList::show_stored(Recordset& lines) {
     clear();
-    dbgrid1_.array.dimension(std::max(kRowsMin, static_cast<int>(lines.RecordCount()) + kRowsSpare));
+    dbgrid1_.array.dimension(
+        std::max(frame::kRowsMin, static_cast<int>(lines.RecordCount()) + frame::kRowsSpare));
     stored_columns_.begin(lines);
     for (; !lines.at_eof(); lines.MoveNext())
         stored_columns_.show(lines, ++last_row_);
