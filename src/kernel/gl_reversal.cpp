@@ -17,7 +17,7 @@ class Reversing {
         : kernel_(kernel),
           rules_(rules),
           reversal_(reversal),
-          writer_(kernel, {rules.texts.Source, reversal.source_docno, rules.texts.line_source_form,
+          writer_(kernel, {rules.texts.line_Source, reversal.source_docno, rules.texts.line_source_form,
                            reversal.user, reversal.Currency}) {}
 
     bool run() {
@@ -91,7 +91,7 @@ class Reversing {
         header_.set("gldate", rules_.ways.date == GlReversalDate::day ? now.date_only() : now);
         header_.set("period", std::to_string(period.period));
         header_.set("fyear", period.fyear);
-        header_.set("Source", rules_.texts.Source);
+        header_.set("Source", rules_.texts.header_Source);
         header_.set("source_form", rules_.texts.header_source_form);
         header_.set("source_docno", reversal_.source_docno);
         if (rules_.ways.header == GlReversalHeader::last_and_stamped) stamp_header(now);

@@ -26,7 +26,7 @@ constexpr GlTexts kTexts[]{
     {invoice,       "AP-INVOICE", "APform_invoice",        "Invoice no. {}",    "AP-INVOICE", "APform_invoice"},
     {payment,       "AP-PAYMENT", "Payment Entry",         "payment no. {}",    "AP-PAYMENT", "APform_payment"},
     {prepayment,    "AP",         "A/P Prepayment",        "prepayment no. {}", "AP-PREPAY",  "APform_prepayment"},
-    {misc_payment,  "AP-MISCPAY", "Payment Entry",         "payment no. {}",    "AP-MISCPAY", "APform_misc_payment"},
+    {misc_payment,  "AP-MISCPAY", "APform_misc_payment",   "payment no. {}",    "AP-MISCPAY", "APform_misc_payment"},
     {card_payment,  "AP-CARD",    "Credit Card Payment",   "Payment no. {}",    "AP-CARD",    "APform_creditcard_payment"},
     {recurring_run, "AP",         nullptr,                 "Invoice no. {}",    "AP",         "APform_invoice"},
     {revaluation,   "AP-REVALUE", "A/P Revaluation",       "A/P Revaluation",   "AP-REVALUE", "A/P Revaluation"},
@@ -44,14 +44,13 @@ constexpr GlWays kWays[]{
 };
 
 constexpr GlReversalTexts kReversalTexts[]{
-//   form          Source        header: source_form    lines: source_form           remark
-    {invoice,      "AP-INVOICE", "APform_invoice",      "APform_invoice",            "Reverse GL {}"},
-    {payment,      "AP-PAYMENT", "Payment Entry",       "APform_payment",            "Reverse GL {}"},
-    {prepayment,   "AP-PAYMENT", "A/P Prepayment",      "APform_prepayment",         "Reverse GL {}"},
-    {misc_payment, "AP-PAYMENT", "Payment Entry",       "APform_misc_payment",       "Reverse GL {}"},
-    {card_payment, "AP-PAYMENT", "Credit Card Payment", "APform_creditcard_payment", "Reverse GL {}"},
-    {void_check,   "AP-PAYMENT", "Payment Entry",       "APform_void_check",         "Reverse GL {}"},
-    {revaluation,  "AP-REVALUE", "A/P Revaluation",     "A/P Revaluation",           "Reverse A/P Revaluation {}"},
+//   form          header: Source, source_form            lines: Source, source_form                  remark
+    {invoice,      "AP-INVOICE", "APform_invoice",        "AP-INVOICE", "APform_invoice",             "Reverse GL {}"},
+    {payment,      "AP-PAYMENT", "Payment Entry",         "AP-PAYMENT", "APform_payment",             "Reverse GL {}"},
+    {prepayment,   "AP",         "A/P Prepayment",        "AP-PREPAY",  "APform_prepayment",          "Reverse GL {}"},
+    {misc_payment, "AP-MISCPAY", "APform_misc_payment",   "AP-MISCPAY", "APform_misc_payment",        "Reverse GL {}"},
+    {card_payment, "AP-CARD",    "Credit Card Payment",   "AP-CARD",    "APform_creditcard_payment",  "Reverse GL {}"},
+    {revaluation,  "AP-REVALUE", "A/P Revaluation",       "AP-REVALUE", "A/P Revaluation",            "Reverse A/P Revaluation {}"},
 };
 
 constexpr GlDescriptions kDescriptions[]{
@@ -61,7 +60,6 @@ constexpr GlDescriptions kDescriptions[]{
     {prepayment,   "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
     {misc_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
     {card_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
-    {void_check,   nullptr,                nullptr,                nullptr},
     {revaluation,  nullptr,                nullptr,                nullptr},
 };
 
@@ -72,7 +70,6 @@ constexpr GlReversalWays kReversalWays[]{
     {prepayment,   fails,         day_and_time, first,            marked,     number_first},
     {misc_payment, fails,         day_and_time, first,            marked,     number_first},
     {card_payment, fails,         day_and_time, first,            marked,     number_first},
-    {void_check,   fails,         day_and_time, first,            marked,     number_first},
     {revaluation,  fails,         day,          last_and_stamped, untouched,  text_first},
 };
 
@@ -91,6 +88,13 @@ GlRules gl_rules(GlForm form) { return {row_of(kTexts, form), row_of(kWays, form
 
 GlReversalRules gl_reversal_rules(GlForm form) {
     return {row_of(kReversalTexts, form), row_of(kDescriptions, form), row_of(kReversalWays, form)};
+}
+
+GlReversalRules gl_rules_of_voided_check(GlForm form) {
+    GlReversalRules rules = gl_reversal_rules(form);
+    rules.texts.line_source_form = "APform_void_check";
+    rules.descriptions = {form, nullptr, nullptr, nullptr};
+    return rules;
 }
 
 }  // namespace brimley::kernel

@@ -16,7 +16,6 @@ enum class GlForm {
     prepayment,
     misc_payment,
     card_payment,
-    void_check,     // reverses the documents of the four above, and posts none
     recurring_run,  // generates invoices from templates, and reverses none
     revaluation,
 };
@@ -82,8 +81,10 @@ struct GlRules {
 
 struct GlReversalTexts {
     GlForm form;
-    const char* Source;
-    const char* header_source_form;  // of a new document
+    // Of a new document.
+    const char* header_Source;
+    const char* header_source_form;
+    const char* line_Source;
     const char* line_source_form;
     const char* remark;  // of a new document; {}: the GL number that is reversed
 };
@@ -126,5 +127,7 @@ struct GlReversalRules {
 // The rows of a form. Asking for rows that it does not have is a mistake of ours (std::logic_error).
 [[nodiscard]] GlRules gl_rules(GlForm form);
 [[nodiscard]] GlReversalRules gl_reversal_rules(GlForm form);
+// When a check that this form has paid by is voided in the list of checks: it leaves no description.
+[[nodiscard]] GlReversalRules gl_rules_of_voided_check(GlForm form);
 
 }  // namespace brimley::kernel

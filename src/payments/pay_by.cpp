@@ -23,6 +23,7 @@ void PayBy::fill() {
 
 bool PayBy::is_cash() const { return form_.cmbpayby.text() == "Cash"; }
 bool PayBy::is_check() const { return form_.cmbpayby.text() == "Check"; }
+bool PayBy::is_by_bank() const { return is_check() || (is_cash() && form_.cmbcash.empty()); }
 
 std::optional<std::string> PayBy::card() const {
     const std::string& way = form_.cmbpayby.text();

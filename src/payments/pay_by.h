@@ -28,6 +28,8 @@ class PayBy : public frame::DocumentPart {
 
     [[nodiscard]] bool is_cash() const;
     [[nodiscard]] bool is_check() const;
+    // The money leaves a bank: by check, or in cash when no cash account was chosen.
+    [[nodiscard]] bool is_by_bank() const;
     // The name of the card that the payment is by; empty for every other way.
     [[nodiscard]] std::optional<std::string> card() const;
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "kernel/money.h"
+#include "payments/payment_void.h"
 
 namespace brimley::payments {
 
@@ -41,6 +42,26 @@ void PaymentForm::grid_newmode() {
 void PaymentForm::grid_editmode() {
     DocumentForm::grid_editmode();
     open_only({&txtcheck, &txtcheckdate, &txtremark});
+}
+
+void PaymentForm::gencode_new() {
+    std::vector<ComboBox*> kept = kept_fields();
+    kept.push_back(&cmbpayby);
+    std::vector<std::string> texts;
+    for (const ComboBox* field : kept)
+        texts.push_back(field->text());
+    clear_box();
+    for (std::size_t i = 0; i < kept.size(); ++i)
+        kept[i]->set(texts[i]);
+    txtdocno.set(frame::kNewDocno);
+    cmbcompany.set("1");
+    txtpaydate.set(date_text(desk().now()));
+    take_period_of(txtpaydate);
+    cmbcurrency.set(context().BASE_CURRENCY);
+    begin_entry();
+    cmbcurrency_itemselect();
+    pay_by.show_bank();
+    if (pay_by.is_check()) pay_by.begin_check();
 }
 
 // A rate of the rate date is taken. Without one the rate stays as it is, even when the currency has changed.
@@ -108,7 +129,7 @@ void PaymentForm::fill_header(Recordset& header, const PaymentDates& dates) {
     }
     header.set("payby", cmbpayby.text());
     if (pay_by.is_cash() && !cmbcash.empty()) header.set("cash_accno", cmbcash.text());
-    if (pay_by.is_check() || (pay_by.is_cash() && cmbcash.empty())) header.set("bank_code", cmbbank.text());
+    if (pay_by.is_by_bank()) header.set("bank_code", cmbbank.text());
     if (pay_by.is_check()) {
         header.set("check_no", txtcheck.text());
         if (dates.check) header.set("check_date", *dates.check);
@@ -116,7 +137,7 @@ void PaymentForm::fill_header(Recordset& header, const PaymentDates& dates) {
     header.set("remark", txtremark.text());
     header.set("period", cmbperiod.text());
     header.set("fyear", cmbfyear.text());
-    header.set("source_form", identity().class_name);
+    if (kind_.header_names_form) header.set("source_form", identity().class_name);
 }
 
 void PaymentForm::clear_header() {
@@ -133,6 +154,24 @@ void PaymentForm::clear_header() {
 
 Recordset PaymentForm::stored_header() {
     return kernel().find_to_change(kind_.tables.header, {{"fkey", txtfkey.text()}});
+}
+
+void PaymentForm::preview() {
+    const std::string lines = kind_.tables.lines;
+    std::string fields = "Payment_header_table.*, " + lines + ".*";
+    std::string tables =
+        fmt::format("(Payment_header_table INNER JOIN {0} ON Payment_header_table.fkey = {0}.fkey)", lines);
+    if (prints_vendor()) {
+        fields += ", Vendor_table.VENDOR_NAME";
+        tables = fmt::format(
+            "({} INNER JOIN Vendor_table ON Payment_header_table.vendor_no = Vendor_table.vendor_no)",
+            tables);
+    }
+    const std::string query =
+        fmt::format("SELECT {} FROM {} WHERE Payment_header_table.fkey = {} ORDER BY {}", fields, tables,
+                    quoted(txtfkey.text()), kind_.tables.line_order);
+    notify("ActiveReport", query,
+           fmt::format("{},{},{}", kind_.report, txtdocno.text(), rights().form_design ? "1" : "0"));
 }
 
 // --- void ---
@@ -161,16 +200,12 @@ bool PaymentForm::write_void() {
     header.Edit();
     // The box on screen may be older than what another desk has done.
     if (header.flag("void")) return refuse(txtdocno.text() + " was void.");
+    if (!may_still_be_voided(header)) return false;
     header.CancelUpdate();
-    give_back();
-    const std::string key = quoted(txtfkey.text());
-    kernel().database().Execute(
-        fmt::format("UPDATE {} SET void = TRUE WHERE fkey = {}", kind_.tables.lines, key));
-    kernel().database().Execute(fmt::format("UPDATE {} SET void = TRUE,void_date = {} WHERE fkey = {}",
-                                            kind_.tables.header, store::date_value(desk().now().date_only()),
-                                            key));
+    give_back(header);
+    mark_void(kernel(), kind_.tables, txtfkey.text(), store::date_value(desk().now().date_only()));
     if (!insert_GL_reverse()) return false;
-    give_back_balances();
+    give_back_balances(header);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "kernel/gl_reversal.h"
 
+#include <fmt/format.h>
+
 #include "kernel/ledger_test.h"
 
 namespace brimley::testing {
@@ -71,6 +73,9 @@ class GlReversals : public LedgerTest {
         return kernel::reverse_gl_document(kernel, gl_reversal_rules(form), reversal);
     }
     [[nodiscard]] bool reverse(GlForm form = GlForm::invoice) { return reverse(reversal(), form); }
+    [[nodiscard]] bool reverse_voided_check(GlForm form) {
+        return kernel::reverse_gl_document(kernel, kernel::gl_rules_of_voided_check(form), reversal());
+    }
     void one_month_later() { outside.clock = day("2026-04-20"); }
     std::string headers() {
         return company.list("SELECT fkey, docno, Reverse, Description, remark FROM GL_header_table");
@@ -254,6 +259,17 @@ TEST_F(GlReversals, NewDocumentOfAPaymentIsDatedWithTheTimeAndNamesTheEntry) {
               "AP-PAYMENT APform_payment");
 }
 
+TEST_F(GlReversals, HaveTheSourcesOfTheirKindOfPayment) {
+    const auto of = [](GlForm form) {
+        const kernel::GlReversalTexts texts = gl_reversal_rules(form).texts;
+        return fmt::format("{} {} / {} {}", texts.header_Source, texts.header_source_form, texts.line_Source,
+                           texts.line_source_form);
+    };
+    EXPECT_EQ(of(GlForm::prepayment), "AP A/P Prepayment / AP-PREPAY APform_prepayment");
+    EXPECT_EQ(of(GlForm::misc_payment), "AP-MISCPAY APform_misc_payment / AP-MISCPAY APform_misc_payment");
+    EXPECT_EQ(of(GlForm::card_payment), "AP-CARD Credit Card Payment / AP-CARD APform_creditcard_payment");
+}
+
 TEST_F(GlReversals, NewDocumentOfAnInvoiceIsDatedWithoutTheTime) {
     outside.clock = store::DateTime::from_iso("2026-04-20 10:15:00").value();
     EXPECT_TRUE(reverse(GlForm::invoice));
@@ -261,13 +277,23 @@ TEST_F(GlReversals, NewDocumentOfAnInvoiceIsDatedWithoutTheTime) {
 }
 
 TEST_F(GlReversals, VoidCheckWritesNoDescription) {
-    EXPECT_TRUE(reverse(GlForm::void_check));
+    EXPECT_TRUE(reverse_voided_check(GlForm::payment));
     EXPECT_EQ(headers(), "1gl-203 GL-26-00011 TRUE - Invoice no. IP-26-00001");
+}
+
+TEST_F(GlReversals, VoidCheckHasTheSourcesOfThePaymentAndItsOwnName) {
+    one_month_later();
+    EXPECT_TRUE(reverse_voided_check(GlForm::prepayment));
+    EXPECT_EQ(company.list("SELECT Source, source_form FROM GL_header_table WHERE fkey = '1gl-204'"),
+              "AP A/P Prepayment");
+    EXPECT_EQ(company.list("SELECT Source, source_form FROM GL_transaction_table WHERE fkey = '1gl-204' AND "
+                           "lineno = 1"),
+              "AP-PREPAY APform_void_check");
 }
 
 TEST_F(GlReversals, VoidCheckWritesNoDescriptionInANewDocument) {
     one_month_later();
-    EXPECT_TRUE(reverse(GlForm::void_check));
+    EXPECT_TRUE(reverse_voided_check(GlForm::payment));
     EXPECT_EQ(headers(),
               "1gl-203 GL-26-00011 TRUE - Reversed by GL-26-00012 | "
               "1gl-204 GL-26-00012 FALSE - Reverse GL GL-26-00011");

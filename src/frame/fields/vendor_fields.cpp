@@ -34,4 +34,13 @@ std::optional<std::string> VendorFields::name_of(const std::string& vendor_no) c
     return name ? std::optional(name->text()) : std::nullopt;
 }
 
+void VendorFields::show_name_and_currency(controls::ComboBox& currency) const {
+    if (number_.empty()) return;
+    step("take the vendor's name and currency", [&] {
+        const auto vendor = kernel().find("Vendor_table", {{"vendor_no", number_.text()}});
+        name_.set(vendor.at_eof() ? std::string{} : vendor.text("VENDOR_NAME"));
+        if (!vendor.at_eof() && !vendor.text("Currency").empty()) currency.set(vendor.text("Currency"));
+    });
+}
+
 }  // namespace brimley::frame

@@ -21,6 +21,10 @@ class VendorFields : public FormPart {
     // Empty for an unknown vendor.
     [[nodiscard]] std::optional<std::string> name_of(const std::string& vendor_no) const;
 
+    // For a new document: shows the name of the vendor on screen, and its currency if it has one. An unknown
+    // vendor has no name. Errors are ignored.
+    void show_name_and_currency(controls::ComboBox& currency) const;
+
     // After a vendor was chosen in either field.
     std::function<void()> on_chosen;
 

@@ -16,6 +16,11 @@ constexpr PaymentKind kKind{
     {"APform_payment", "A/P Payment", "\\Help\\Payment Entry Help.pdf"},
     "py",
     {"Payment_header_table", "Payment_transaction_table", "docno", "item_no", " AND doctype = 'py'"},
+    kernel::GlForm::payment,
+    true,
+    "A/P Payment",
+    "Add new Payment ",
+    "Add new payment failed",
     "Are you sure to void this payment?",
     "",
     "Void Payment failed"};
@@ -62,37 +67,15 @@ void APform_payment::list_vendor_invoice(const std::string& vendor_no) {
     items.list_vendor_invoice(vendor_no);
 }
 
-void APform_payment::take_vendor_name_and_currency() {
-    cmbcurrency.set(context().BASE_CURRENCY);
-    if (cmbvendor.empty()) return;
-    step("take the vendor's name and currency", [&] {
-        const auto row = kernel().find("Vendor_table", {{"vendor_no", cmbvendor.text()}});
-        cmbvendor_name.set(row.at_eof() ? std::string{} : row.text("VENDOR_NAME"));
-        if (row.at_eof()) return;
-        if (!row.text("Currency").empty()) cmbcurrency.set(row.text("Currency"));
-    });
+void APform_payment::gencode_new() {
+    PaymentForm::gencode_new();
+    if (!cmbvendor.empty()) list_vendor_invoice(cmbvendor.text());
 }
 
-// Everything is emptied but the vendor and the way of paying.
-void APform_payment::gencode_new() {
-    const std::string vendor_no = cmbvendor.text();
-    const std::string vendor_name = cmbvendor_name.text();
-    const std::string payby = cmbpayby.text();
-    clear_box();
-    cmbvendor.set(vendor_no);
-    cmbvendor_name.set(vendor_name);
-    cmbpayby.set(payby);
-    txtdocno.set(frame::kNewDocno);
-    cmbcompany.set("1");
-    txtpaydate.set(date_text(desk().now()));
-    take_period_of(txtpaydate);
+void APform_payment::begin_entry() {
     for (controls::TextField* amount : {&txtpayment, &txtpayment_base, &txttotal, &txttotal_base})
         amount->set("0.00");
-    take_vendor_name_and_currency();
-    cmbcurrency_itemselect();
-    pay_by.show_bank();
-    if (pay_by.is_check()) pay_by.begin_check();
-    if (!vendor_no.empty()) list_vendor_invoice(vendor_no);
+    vendor_fields.show_name_and_currency(cmbcurrency);
 }
 
 void APform_payment::clear_box() {
@@ -127,9 +110,11 @@ std::string APform_payment::get_apaccno(const std::string& vendor_no) {
     return kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "ap_accno");
 }
 
-void APform_payment::give_back_balances() {
+void APform_payment::give_back(const Recordset& header) { paid_items.give_back(header.text("fkey")); }
+
+void APform_payment::give_back_balances(const Recordset& header) {
     update_vendor_owing_balance(true);
-    paid_items.update_prepayment_status(txtfkey.text(), true);
+    paid_items.update_prepayment_status(header.text("fkey"), true);
 }
 
 void APform_payment::update_vendor_owing_balance(bool is_void) {

@@ -54,9 +54,8 @@ class APform_payment : public PaymentForm {
 
     // True when the payment was saved. Every failure has had its message, and nothing of it is left.
     [[nodiscard]] bool insert_new_record() override { return save.insert_new_record(); }
-    // The three below run inside the caller's transaction.
-    [[nodiscard]] bool insert_GL_reverse() override { return posting.insert_GL_reverse(); }
     // What is paid lowers what the vendor is owed; a void brings it back.
+    // Inside the caller's transaction.
     void update_vendor_owing_balance(bool is_void);
     // The vendor's payable account; empty when there is none.
     [[nodiscard]] std::string get_apaccno(const std::string& vendor_no);
@@ -97,9 +96,14 @@ class APform_payment : public PaymentForm {
     [[nodiscard]] std::vector<controls::Control*> computed_fields() override {
         return {&txtpayment_base, &txttotal, &txttotal_base};
     }
-    void give_back() override { paid_items.give_back(txtfkey.text()); }
-    void give_back_balances() override;
-    void preview() override;
+    [[nodiscard]] std::vector<controls::ComboBox*> kept_fields() override {
+        return {&cmbvendor, &cmbvendor_name};
+    }
+    void begin_entry() override;
+    void give_back(const store::Recordset& header) override;
+    void give_back_balances(const store::Recordset& header) override;
+    // An unknown vendor must not keep the payment from being printed.
+    [[nodiscard]] bool prints_vendor() override { return !cmbvendor_name.empty(); }
     void insert_line() override { items.insert_line(); }
     void delete_line() override { items.delete_line(); }
     [[nodiscard]] std::string account_of_current_line() override;
@@ -107,7 +111,6 @@ class APform_payment : public PaymentForm {
 
   private:
     void vendor_chosen();
-    void take_vendor_name_and_currency();
 };
 
 }  // namespace brimley::payments

@@ -1,6 +1,4 @@
 // Toolbar of the payment form, and its requests to the host.
-#include <fmt/format.h>
-
 #include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::payments {
@@ -48,23 +46,5 @@ void APform_payment::payment_history() {
 
 // The list has no column "account", so the request always goes out without one.
 std::string APform_payment::account_of_current_line() { return items.current("account"); }
-
-void APform_payment::preview() {
-    std::string fields = "Payment_header_table.*, Payment_transaction_table.*";
-    std::string tables =
-        "(Payment_header_table INNER JOIN Payment_transaction_table ON Payment_header_table.fkey = "
-        "Payment_transaction_table.fkey)";
-    if (!cmbvendor_name.empty()) {  // an unknown vendor must not keep the payment from being printed
-        fields += ", Vendor_table.VENDOR_NAME";
-        tables = fmt::format(
-            "({} INNER JOIN Vendor_table ON Payment_header_table.vendor_no = Vendor_table.vendor_no)",
-            tables);
-    }
-    const std::string query =
-        fmt::format("SELECT {} FROM {} WHERE Payment_header_table.fkey = {} ORDER BY {}", fields, tables,
-                    store::quoted(txtfkey.text()), documents.tables().line_order);
-    notify("ActiveReport", query,
-           fmt::format("A/P Payment,{},{}", txtdocno.text(), rights().form_design ? "1" : "0"));
-}
 
 }  // namespace brimley::payments

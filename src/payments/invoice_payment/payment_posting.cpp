@@ -1,7 +1,7 @@
-// The GL document of a payment, from the list on screen, and its reversal, inside the transaction of the save
-// or the void.
+// The GL document of a payment, from the list on screen, inside the transaction of the save.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "kernel/money.h"
@@ -16,23 +16,14 @@ PaymentPosting::PaymentPosting(APform_payment& form) : DocumentPart(form), form_
 
 bool PaymentPosting::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno,
                                       const std::vector<ListedItem>& items) {
-    const auto payment_date = date_in(form_.txtpaydate);
-    if (!payment_date) return false;
-    kernel::GlDocument document = gl_document(*payment_date);
-    document.vendor_no = vendor_no;
-    if (form_.cmbexrate.empty()) document.rate_doc_to_base.reset();
-    kernel::GlPosting posting(kernel(), kernel::gl_rules(kernel::GlForm::payment), std::move(document));
-    if (!posting.open()) return false;
-    const std::string ap_accno = form_.get_apaccno(vendor_no);
-    if (ap_accno.empty()) return refuse("Error : Payable account for " + vendor_no + " is invalid.");
-    if (!items.empty() && form_.items.vendor_no() != vendor_no)
-        return refuse(PaidItems::has_changed(items.front().docno, items.front().pay_item));
-    for (const ListedItem& item : items) {
-        if (!gather(posting, item, ap_accno, cash_accno)) return false;
-    }
-    if (!posting.write_lines() || !posting.write_rounding() || !posting.finish()) return false;
-    form_.txtglfkey.set(posting.fkey());
-    return true;
+    return form_.ledger.insert_GL_record(vendor_no, [&](kernel::GlPosting& posting) {
+        const std::string ap_accno = form_.get_apaccno(vendor_no);
+        if (ap_accno.empty()) return refuse("Error : Payable account for " + vendor_no + " is invalid.");
+        if (!items.empty() && form_.items.vendor_no() != vendor_no)
+            return refuse(PaidItems::has_changed(items.front().docno, items.front().pay_item));
+        return std::ranges::all_of(
+            items, [&](const ListedItem& item) { return gather(posting, item, ap_accno, cash_accno); });
+    });
 }
 
 bool PaymentPosting::account_given(const std::string& accno, const char* what) {
@@ -48,7 +39,7 @@ bool PaymentPosting::gather(kernel::GlPosting& posting, const ListedItem& item, 
     const ItemAmounts& amounts = item.amounts;
     const bool in_base = item.in_base;
     if (!in_base && item.payment_rate_text.empty()) return refuse("please specify payment exchange rate");
-    if (!in_base && !PaymentSave::is_rate(item.payment_rate_text))
+    if (!in_base && !PaymentChecks::is_rate(item.payment_rate_text))
         return refuse("payment exchange rate is invalid");
     const double invoice_rate = item.invoice_rate;
     const double payment_rate = in_base ? 1 : money_value(item.payment_rate_text);
@@ -75,13 +66,6 @@ bool PaymentPosting::gather(kernel::GlPosting& posting, const ListedItem& item, 
         add(ap_accno, amounts.pay, payment_rate);
     }
     return true;
-}
-
-bool PaymentPosting::insert_GL_reverse() {
-    kernel::GlReversal reversal = gl_reversal();
-    reversal.edited = form_.dbgrid1.allow_update;
-    return kernel::reverse_gl_document(kernel(), kernel::gl_reversal_rules(kernel::GlForm::payment),
-                                       reversal);
 }
 
 }  // namespace brimley::payments

@@ -1,4 +1,4 @@
-// The GL document of a payment, from what is paid on screen, and its reversal.
+// The GL document of a payment, from what is paid on screen.
 #pragma once
 
 #include <string>
@@ -15,11 +15,10 @@ class PaymentPosting : public frame::DocumentPart {
   public:
     explicit PaymentPosting(APform_payment& form);
 
-    // The GL document of what is paid of the items, from `cash_accno`; afterwards txtglfkey is its key. Both
-    // inside the caller's transaction; false after their message, if there is one.
+    // The GL document of what is paid of the items, from `cash_accno`; afterwards txtglfkey is its key.
+    // Inside the caller's transaction; false after its message, if there is one.
     [[nodiscard]] bool insert_GL_record(const std::string& vendor_no, const std::string& cash_accno,
                                         const std::vector<ListedItem>& items);
-    [[nodiscard]] bool insert_GL_reverse();
 
   private:
     [[nodiscard]] bool gather(kernel::GlPosting& posting, const ListedItem& item, const std::string& ap_accno,

@@ -13,7 +13,7 @@ using kernel::format_money;
 using kernel::money_value;
 using store::Recordset;
 
-PaymentSave::PaymentSave(APform_payment& form) : DocumentSave(form), form_(form) {}
+PaymentSave::PaymentSave(APform_payment& form) : NewPayment(form), form_(form) {}
 
 // --- validation: one message at a time, and nothing is written before it ends ---
 
@@ -23,19 +23,6 @@ bool PaymentSave::validate_amount() {
     if (!kernel::is_numeric(form_.txtpayment.text())) return refuse("payment amount is invalid");
     if (money_value(form_.txtpayment.text()) == 0) return refuse("payment amount is 0.");
     return true;
-}
-
-bool PaymentSave::is_rate(const std::string& text) {
-    return kernel::is_numeric(text) && money_value(text) > 0;
-}
-
-// Without a rate the payment has no value in base currency.
-bool PaymentSave::validate_rate() {
-    if (!foreign() || form_.cmbexrate.empty()) return true;
-    if (!is_rate(form_.cmbexrate.text())) return refuse("exchange rate is invalid");
-    if (form_.txtratedate.empty()) return true;
-    checked_.dates.rate = required_date(form_.txtratedate, "please specify rate date");
-    return checked_.dates.rate.has_value();
 }
 
 // As the cells of the list show it, so that a payment of all lines is never short of them by a tie.
@@ -60,8 +47,7 @@ bool PaymentSave::validate_check() {
     if (!form_.pay_by.is_check()) return true;
     if (form_.cmbbank.empty()) return refuse("please specify bank code");
     if (form_.txtcheck.empty()) return refuse("please specify check number");
-    checked_.dates.check = required_date(form_.txtcheckdate, "please specify check date");
-    return checked_.dates.check.has_value();
+    return checks.check_date("please specify check date");
 }
 
 bool PaymentSave::validate_way_of_paying() {
@@ -88,42 +74,29 @@ bool PaymentSave::find_account_to_credit() {
         if (card_accno.empty()) return false;
     }
     const std::string of_bank = bank_accno.value_or("");
-    checked_.cash_accno = !form_.cmbcash.empty() ? form_.cmbcash.text()
-                          : !of_bank.empty()     ? of_bank
-                                                 : card_accno;
+    checks.accno = !form_.cmbcash.empty() ? form_.cmbcash.text() : !of_bank.empty() ? of_bank : card_accno;
     return true;
 }
 
 bool PaymentSave::validate() {
-    checked_ = {};
-    if (!validate_amount()) return false;
-    const auto date = required_date(form_.txtpaydate, "please specify payment date");
-    if (!date) return false;
-    checked_.dates.payment = *date;
-    return currency_is_in_use() && validate_rate() && validate_lines() && validate_way_of_paying() &&
-           period_is_open();
+    checks.begin();
+    return validate_amount() && checks.payment_date() && currency_is_in_use() &&
+           checks.exchange_rate(PaymentChecks::NoRate::passes) && validate_lines() &&
+           validate_way_of_paying() && period_is_open();
 }
 
 // --- writing ---
 
-void PaymentSave::set_doctype() { form_.txtdoctype.set("py"); }
-
-void PaymentSave::report_success() {
-    tell("Add new Payment " + form_.txtdocno.text() + " complete");
-    form_.Recordx_fkey();
-}
-
 // The totals that are stored are those of the lines, whatever a refused amount has left of them on screen.
 void PaymentSave::fill_header(Recordset& header) {
     form_.items.update_total_payment();
-    form_.fill_header(header, checked_.dates);
+    NewPayment::fill_header(header);
     header.set("vendor_no", form_.cmbvendor.text());
     header.set("payment_amount", money_value(form_.txtpayment.text()));
     header.set("payment_base_amount", money_value(form_.txtpayment_base.text()));
     if (!form_.txttotal.empty()) header.set("total_amount", money_value(form_.txttotal.text()));
     header.set("total_base_amount", money_value(form_.txttotal_base.text()));
     header.set("total_currency", form_.label_total_currency.caption());
-    stamp_created(header);
 }
 
 bool PaymentSave::write_lines(Recordset& header) {
@@ -143,8 +116,7 @@ bool PaymentSave::write_lines(Recordset& header) {
 }
 
 void PaymentSave::fill_line(Recordset& lines, const Recordset& header, const ListedItem& item) {
-    for (const char* field : {"fkey", "docno", "company", "vendor_no", "payment_date"})
-        lines.set(field, header.field(field));
+    copy_header(lines, header, {"fkey", "docno", "company", "vendor_no", "payment_date"});
     const ItemAmounts& amounts = item.amounts;
     lines.set("ap_docno", item.docno);
     lines.set("pay_item", item.pay_item);
@@ -167,13 +139,12 @@ void PaymentSave::fill_line(Recordset& lines, const Recordset& header, const Lis
         lines.set("payment_exchange_rate", money_value(item.payment_rate_text));
     }
     lines.set("pay_base_amount", item.pay_base);
-    stamp_created(lines);
-    lines.set("computer_id", kernel().get_computer_name());
+    stamp_line(lines);
 }
 
 bool PaymentSave::post() {
     form_.paid_items.update_prepayment_status(form_.txtfkey.text(), false);
-    if (!form_.posting.insert_GL_record(form_.cmbvendor.text(), checked_.cash_accno, items_)) return false;
+    if (!form_.posting.insert_GL_record(form_.cmbvendor.text(), checks.accno, items_)) return false;
     form_.update_vendor_owing_balance(false);
     return true;
 }

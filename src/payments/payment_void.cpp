@@ -1,0 +1,15 @@
+#include "payments/payment_void.h"
+
+#include <fmt/format.h>
+
+namespace brimley::payments {
+
+void mark_void(kernel::ModuleG3& kernel, const frame::WalkTables& tables, const std::string& fkey,
+               const std::string& void_date) {
+    const std::string key = store::quoted(fkey);
+    kernel.database().Execute(fmt::format("UPDATE {} SET void = TRUE WHERE fkey = {}", tables.lines, key));
+    kernel.database().Execute(fmt::format("UPDATE {} SET void = TRUE,void_date = {} WHERE fkey = {}",
+                                          tables.header, void_date, key));
+}
+
+}  // namespace brimley::payments

@@ -1,0 +1,15 @@
+// The flags of a voided payment.
+#pragma once
+
+#include <string>
+
+#include "frame/document_walk.h"
+
+namespace brimley::payments {
+
+// Marks the header and the lines of the payment with this key as void. `void_date` is an expression of the
+// store's dialect. Inside the caller's transaction.
+void mark_void(kernel::ModuleG3& kernel, const frame::WalkTables& tables, const std::string& fkey,
+               const std::string& void_date);
+
+}  // namespace brimley::payments
