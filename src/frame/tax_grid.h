@@ -55,6 +55,8 @@ class TaxGrid : public FormPart {
     // `taxed` must outlive this: a constant.
     TaxGrid(Form& form, controls::Grid& lines, const TaxedLines& taxed);
 
+    [[nodiscard]] const TaxedLines& names() const { return taxed_; }
+
     controls::Frame frame_tax;
     controls::Grid grid_tax;
     controls::Frame frame_tax_summary;

@@ -1,46 +1,13 @@
 #include "invoices/document/invoice_posting.h"
 
-#include <map>
-#include <optional>
-
 #include "invoices/apform_invoice.h"
 #include "kernel/money.h"
+#include "kernel/tax_accounts.h"
 
 namespace brimley::invoices {
 
 using kernel::money_value;
 using kernel::Round;
-
-namespace {
-
-// The accounts of tax authorities, each looked up once per document.
-class AuthorityAccounts {
-  public:
-    struct Accounts {
-        store::Value recoverable;
-        store::Value expense;
-    };
-    explicit AuthorityAccounts(kernel::ModuleG3& kernel) : kernel_(kernel) {}
-
-    // Null for an authority that is not known.
-    const Accounts* find(const std::string& authority) {
-        auto known = known_.find(authority);
-        if (known == known_.end()) known = known_.emplace(authority, look_up(authority)).first;
-        return known->second ? &*known->second : nullptr;
-    }
-
-  private:
-    std::optional<Accounts> look_up(const std::string& authority) {
-        const auto row = kernel_.find("Tax_authority_table", {{"tax_authority", authority}});
-        if (row.at_eof()) return std::nullopt;
-        return Accounts{row.field("acc_recoverable"), row.field("acc_expense")};
-    }
-
-    kernel::ModuleG3& kernel_;
-    std::map<std::string, std::optional<Accounts>> known_;
-};
-
-}  // namespace
 
 // The document that is being posted.
 struct InvoicePosting::Entry {
@@ -48,7 +15,7 @@ struct InvoicePosting::Entry {
     std::string ap_accno;
     bool foreign;
     double rate_doc_to_base;
-    AuthorityAccounts authorities;
+    kernel::AuthorityAccounts authorities;
 
     void add(const std::string& accno, double amount) {
         posting.add(accno, amount, foreign ? Round(amount * rate_doc_to_base) : amount);
@@ -70,7 +37,7 @@ bool InvoicePosting::insert_GL_record(const std::string& ap_accno, const std::ve
                 ap_accno,
                 foreign(),
                 rate,
-                AuthorityAccounts(kernel())};
+                kernel::AuthorityAccounts(kernel())};
     if (!entry.posting.open()) return false;
     for (const InvoiceLine& line : lines) {
         if (!line.pay_item.empty() && !gather_line(entry, line)) return false;
