@@ -222,6 +222,19 @@ void DocumentForm::findGL() {
     if (on_saved_document() && !txtglfkey.empty()) notify("G/L Ledger Review", txtglfkey.text());
 }
 
+void DocumentForm::origin_doc() {
+    if (!on_saved_document()) return;
+    struct Origin {
+        const char* source;
+        const char* request;
+    };
+    static constexpr Origin kOrigins[] = {
+        {"PO-RECEIPT", "Receipt Entry"}, {"PO-BILL", "P/O Bill Entry"}, {"PO-LANDED", "Landed Cost Entry"}};
+    for (const Origin& origin : kOrigins) {
+        if (txtsource.text() == origin.source) notify(origin.request, txtsource_docno.text());
+    }
+}
+
 std::optional<store::DateTime> DocumentForm::date_in(const controls::TextField& field) const {
     return kernel::try_user_date(field.text(), context().BRIMLEY_DATE_FORMAT);
 }

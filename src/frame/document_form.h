@@ -101,6 +101,8 @@ class DocumentForm : public GridForm {
     void CommandBars1_Execute(int id) override;
     void fill_common_combos();
     void findGL();
+    // The document of another module that the one on screen came from.
+    void origin_doc();
 
     // Whether the number and key of a stored document are on screen.
     [[nodiscard]] bool on_saved_document() const;

@@ -23,6 +23,7 @@ class APform_invoice;
 }
 namespace brimley::payments {
 class APform_payment;
+class APform_prepayment;
 }
 namespace brimley::kernel {
 class ModuleG3;
@@ -124,6 +125,7 @@ class APclass : public frame::HostContext {
     // --- form references ---
     std::shared_ptr<invoices::APform_invoice> frm_invoice;
     std::shared_ptr<payments::APform_payment> frm_payment;
+    std::shared_ptr<payments::APform_prepayment> frm_prepayment;
 
   private:
     // One of the forward methods.

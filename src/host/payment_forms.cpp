@@ -1,6 +1,7 @@
 // The host's methods of the payment forms.
 #include "host/form_slot.h"
 #include "payments/invoice_payment/apform_payment.h"
+#include "payments/prepayment/apform_prepayment.h"
 
 namespace brimley::host {
 
@@ -29,5 +30,15 @@ void APclass::pay_this_invoice(const std::string& docnox, const std::string& ven
 }
 
 void APclass::frm_payment_Exit() { FormSlot(*this, frm_payment).exit(); }
+
+void APclass::showform_APform_prepayment(const std::optional<std::string>& docnox) {
+    FormSlot(*this, frm_prepayment).show_document(&APclass::frm_prepayment_NotifyClients, docnox);
+}
+
+void APclass::APform_prepayment_goto_docno(const std::string& docnox) {
+    FormSlot(*this, frm_prepayment).go_to_docno(docnox);
+}
+
+void APclass::frm_prepayment_Exit() { FormSlot(*this, frm_prepayment).exit(); }
 
 }  // namespace brimley::host

@@ -112,7 +112,6 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] bool Update_record() override { return update.Update_record(); }
 
     // --- requests to the host ---
-    void origin_doc();
     void pay_this_invoice();
     void payment_history();
 

@@ -22,19 +22,6 @@ bool is_printed_amount(std::string_view field) {
 
 }  // namespace
 
-void APform_invoice::origin_doc() {
-    if (!on_saved_document()) return;
-    struct Origin {
-        const char* source;
-        const char* request;
-    };
-    static constexpr Origin kOrigins[] = {
-        {"PO-RECEIPT", "Receipt Entry"}, {"PO-BILL", "P/O Bill Entry"}, {"PO-LANDED", "Landed Cost Entry"}};
-    for (const Origin& origin : kOrigins) {
-        if (txtsource.text() == origin.source) notify(origin.request, txtsource_docno.text());
-    }
-}
-
 void APform_invoice::pay_this_invoice() {
     if (!on_saved_document() || txtglfkey.empty()) return;
     if (chkhold.value() == 1) {

@@ -41,6 +41,8 @@ class PaymentChecks : public frame::DocumentPart {
     enum class NoRate { passes, is_refused };
     [[nodiscard]] bool exchange_rate(NoRate no_rate);
     [[nodiscard]] bool check_date(const char* missing);
+    using DocumentPart::currency_is_in_use;
+    using DocumentPart::period_is_open;
     // The account of a card; empty after its message.
     using CardAccount = std::function<std::string(const std::string& card)>;
     // Everything that is neither cash nor a check is the name of a card.

@@ -30,7 +30,7 @@ TEST_F(OwingBalance, GrowsByWhatADocumentAddsLessWhatItHadAddedBefore) {
     EXPECT_EQ(after("OWED", {20, 10.25}, kernel::kOwingOfSavedInvoice), "120");
     EXPECT_EQ(after("OWED", {-20}, kernel::kOwingOfVoidedInvoice), "100");
     EXPECT_EQ(after("OWED", {-30}, kernel::kOwingOfPayment), "70");
-    EXPECT_EQ(after("OWED", {30}, kernel::kOwingOfVoidedPrepayment), "100");
+    EXPECT_EQ(after("OWED", {30}, kernel::kOwingOfPrepayment), "100");
     EXPECT_EQ(after("OWED", {-30}, kernel::kOwingOfVoidedCheck), "70");
 }
 
@@ -47,7 +47,7 @@ TEST_F(OwingBalance, OfNullHasTheWrongSignAfterAPayment) {
 }
 
 TEST_F(OwingBalance, OfNullIsTheChangeOfAVoidedPrepayment) {
-    EXPECT_EQ(after("NULL", {30}, kernel::kOwingOfVoidedPrepayment), "30");
+    EXPECT_EQ(after("NULL", {30}, kernel::kOwingOfPrepayment), "30");
 }
 
 TEST_F(OwingBalance, OfNullStaysNullInAVoidOfACheck) {

@@ -1,0 +1,252 @@
+// Loading the form, a new prepayment, showing a stored one, its void, and its requests to the host.
+#include "payments/prepayment/apform_prepayment.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+#include "kernel/money.h"
+#include "kernel/owing_balance.h"
+
+namespace brimley::payments {
+
+using controls::Command;
+using store::quoted;
+using store::Recordset;
+namespace command = frame::command;
+
+namespace {
+
+constexpr PaymentKind kPrepaymentKind{
+    {"APform_prepayment", "A/P Prepayment", "\\Help\\AP Prepayment Help.pdf"},
+    "pp",
+    {"Payment_header_table", "Payment_transaction_table", "docno", "pay_item", " AND doctype = 'pp'"},
+    kernel::GlForm::prepayment,
+    true,
+    "A/P Prepayment",
+    "Add new Prepayment ",
+    "Add new prepayment failed",
+    "Are you sure to void this prepayment?",
+    "Prepayment ",
+    "Void Prepayment failed"};
+
+constexpr int kVoidPrepayment = 133;
+constexpr int kPaymentRecord = 1001;
+
+// The payments that applied the prepayment.
+constexpr std::array kAppliedBy{
+    frame::LineColumn{"AP document no", "docno", frame::Shown::text},
+    frame::LineColumn{"date", "payment_date", frame::Shown::date},
+    frame::LineColumn{"pay amount", "pay_amount", frame::Shown::money},
+    frame::LineColumn{"currency", "Currency", frame::Shown::text},
+};
+
+}  // namespace
+
+APform_prepayment::APform_prepayment(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+                                     frame::Desk& desk)
+    : PaymentForm(kPrepaymentKind, std::move(context), std::move(kernel), desk),
+      applied_by_(*this, dbgrid1, kAppliedBy) {
+    vendor_fields.on_chosen = [this] { vendor_chosen(); };
+    // Whether the prepayment was applied is shown, not chosen.
+    chkinvoiced.on_click = [this] { chkinvoiced.set(!chkinvoiced.is_set()); };
+}
+
+void APform_prepayment::Form_Load() {
+    clear_list();
+    step("prepayment account",
+         [&] { default_prepayment_accno_ = kernel().parameter_account("AP", "AP Prepayment account"); });
+    load_document_form();
+}
+
+void APform_prepayment::initform_control() {
+    PaymentForm::initform_control();
+    vendor_fields.fill();
+}
+
+void APform_prepayment::init_toolbar() {
+    using Bars = std::vector<std::string>;
+    add_commands(
+        {
+            {kVoidPrepayment, "&Void Prepayment", "", "", Bars{"Payment"}},
+            {command::kOrigin, "&Origin Document", "Origin", "Origin Document", Bars{"Link", "Standard"}},
+            {command::kFormHelp, "AP Prepayment Help", "Help", "AP Prepayment Help",
+             Bars{"Help", "Standard"}},
+            {kPaymentRecord, "&A/P Record", "", "", Bars{"Link"}},
+        },
+        {command::kInsertLine, command::kDeleteLine, command::kAccountMaster, command::kItemMaster,
+         command::kVendorMaster, command::kSaveFont, command::kRestoreFont, command::kBold, command::kItalic,
+         command::kUnderline, command::kAlignLeft, command::kAlignCentre, command::kAlignRight});
+}
+
+void APform_prepayment::execute_own(int id) {
+    if (id == kVoidPrepayment && rights().Update) void_prepayment();
+    if (id == command::kOrigin) origin_doc();
+    if (id == kPaymentRecord) findAP();
+}
+
+// The lines are the payments that applied it: nobody types them.
+void APform_prepayment::grid_newmode() {
+    PaymentForm::grid_newmode();
+    set_lines_editable(false);
+}
+
+void APform_prepayment::grid_editmode() {
+    PaymentForm::grid_editmode();
+    open_only({&txtremit, &txtprepay, &cmbpayby, &cmbcash, &cmbbank, &txtcheck, &txtcheckdate, &cmbpono,
+               &txtremark});
+    if (!pay_by.is_check()) pay_by.lock_check();
+}
+
+void APform_prepayment::vendor_chosen() {
+    if (mode() != frame::Mode::new_entry) return;
+    txtremit.set(cmbvendor_name.text());
+    cmbpono.set("");
+    list_open_po();
+}
+
+void APform_prepayment::list_open_po() {
+    if (cmbvendor.empty()) {
+        cmbpono.set_items({{" "}});
+        return;
+    }
+    auto orders = rows_of(fmt::format(
+        "SELECT docno FROM (SELECT docno,received,void FROM PO_header_table WHERE vendor_no = {}) WHERE "
+        "received = FALSE AND void = FALSE ORDER BY docno DESC",
+        quoted(cmbvendor.text())));
+    cmbpono.set_source([orders = std::move(orders)] {
+        auto rows = orders();
+        rows.insert(rows.begin(), {" "});
+        return rows;
+    });
+}
+
+std::string APform_prepayment::purchase_order() const { return cmbpono.text() == " " ? "" : cmbpono.text(); }
+
+double APform_prepayment::amount() const { return kernel::money_value(txtprepay.text()); }
+
+void APform_prepayment::begin_entry() {
+    txtprepay.set("0.00");
+    vendor_fields.show_name_and_currency(cmbcurrency);
+    txtremit.set(cmbvendor_name.text());
+    list_open_po();
+}
+
+void APform_prepayment::clear_box() {
+    clear_header();
+    for (controls::ComboBox* combo : {&cmbvendor, &cmbvendor_name, &cmbpono})
+        combo->clear_choice();
+    txtprepay.set("");
+    chkinvoiced.set(0);
+    clear_list();
+}
+
+void APform_prepayment::clear_list() {
+    dbgrid1.array.dimension(frame::kRowsMin);
+    dbgrid1.rebind();
+}
+
+void APform_prepayment::assign2control(Recordset& header) {
+    assign_header(header);
+    cmbvendor.set(header.text("vendor_no"));
+    cmbvendor_name.set(vendor_fields.name_of(cmbvendor.text()).value_or(""));
+    txtremit.set(header.text("remit_to"));
+    txtprepay.set(kernel::format_money(header.number("payment_amount")));
+    list_open_po();
+    cmbpono.set(header.text("po_no"));
+    chkinvoiced.set(header.flag("invoiced"));
+}
+
+void APform_prepayment::assign2_dbgrid1(Recordset& /*lines*/) {
+    auto payments = kernel().read(fmt::format(
+        "SELECT docno,payment_date,pay_amount,Currency FROM Payment_transaction_table WHERE company = 1 AND "
+        "ap_docno = {} AND vendor_no = {} AND ap_doctype = 'pp' AND void = FALSE ORDER BY docno",
+        quoted(txtdocno.text()), quoted(cmbvendor.text())));
+    dbgrid1.array.dimension(frame::rows_for(static_cast<int>(payments.RecordCount())));
+    applied_by_.begin(payments);
+    for (int row = 0; !payments.at_eof(); payments.MoveNext(), ++row)
+        applied_by_.show(payments, row);
+    dbgrid1.rebind();
+}
+
+std::string APform_prepayment::edit_refusal() {
+    if (chkinvoiced.is_set() && !chkvoid.is_set()) return kPrepaymentWasApplied;
+    return PaymentForm::edit_refusal();
+}
+
+bool APform_prepayment::Update_record() {
+    if (!edit.Update_record()) return false;
+    Recordx_fkey();
+    return true;
+}
+
+bool APform_prepayment::check_entry(PaymentChecks& checks, const WayOfPayingRules& rules) {
+    checks.begin();
+    if (cmbvendor.empty()) return refuse("please specify vendor");
+    if (!kernel().exists("Vendor_table", {{"vendor_no", cmbvendor.text()}}))
+        return refuse("Vendor " + cmbvendor.text() + " not found.");
+    if (txtprepay.empty()) return refuse("please specify prepayment amount");
+    if (!kernel::is_numeric(txtprepay.text())) return refuse("Prepayment is invalid");
+    if (amount() < 0) return refuse("prepayment is invalid.");
+    return checks.payment_date() && checks.currency_is_in_use() &&
+           checks.exchange_rate(PaymentChecks::NoRate::is_refused) && checks.way_of_paying(rules) &&
+           checks.period_is_open();
+}
+
+std::string APform_prepayment::get_prepayment_accno(const std::string& vendor_no) {
+    const std::string own =
+        kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "prepayment_accno");
+    return own.empty() ? default_prepayment_accno_ : own;
+}
+
+// A card owes more from now on; cash and bank have less. The payable account is not touched: the item of a
+// prepayment has nothing in the ledger until it is applied.
+bool APform_prepayment::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno) {
+    return ledger.insert_GL_record(vendor_no, [&](kernel::GlPosting& posting) {
+        const bool by_card = !pay_by.is_cash() && !pay_by.is_check();
+        ledger.add(posting, cash_accno, by_card ? amount() : 0 - amount());
+        ledger.add(posting, get_prepayment_accno(vendor_no), amount());
+        return true;
+    });
+}
+
+void APform_prepayment::insert_Prepayment_waiting_PO(const std::string& po_no, double amount) {
+    kernel().database().Execute("DELETE * FROM Prepayment_waiting_PO_table WHERE prepayment_no = " +
+                                quoted(txtdocno.text()));
+    if (po_no.empty()) return;
+    auto waiting = kernel().change("SELECT * FROM Prepayment_waiting_PO_table WHERE 1 = 2");
+    waiting.AddNew();
+    waiting.set("po_no", po_no);
+    waiting.set("prepayment_no", txtdocno.text());
+    waiting.set("prepayment_fkey", txtfkey.text());
+    waiting.set("amount", amount);
+    waiting.Update();
+}
+
+void APform_prepayment::update_vendor_owing_balance(const std::string& vendor_no, double change) {
+    kernel::change_owing_balance(kernel(), vendor_no, {change}, kernel::kOwingOfPrepayment);
+}
+
+// --- void ---
+
+bool APform_prepayment::may_be_voided() { return !chkinvoiced.is_set() || refuse(kPrepaymentWasApplied); }
+
+bool APform_prepayment::may_still_be_voided(const Recordset& header) {
+    return !header.flag("invoiced") || refuse(kPrepaymentWasApplied);
+}
+
+// Its open item stays as it is.
+void APform_prepayment::give_back_balances(const Recordset& header) {
+    kernel().database().Execute("DELETE * FROM Prepayment_waiting_PO_table WHERE prepayment_fkey = " +
+                                quoted(header.text("fkey")));
+    update_vendor_owing_balance(header.text("vendor_no"), header.number("payment_amount"));
+}
+
+// --- requests to the host ---
+
+void APform_prepayment::findAP() {
+    const std::string docno = dbgrid1.cell(dbgrid1.row(), "AP document no");
+    if (!docno.empty()) notify("A/P Payment Entry", docno);
+}
+
+}  // namespace brimley::payments
