@@ -24,7 +24,7 @@ class APform_invoice;
 namespace brimley::payments {
 class APform_payment;
 class APform_prepayment;
-}
+}  // namespace brimley::payments
 namespace brimley::kernel {
 class ModuleG3;
 }

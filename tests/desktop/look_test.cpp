@@ -6,6 +6,7 @@
 #include "desktop/live_desk.h"
 #include "desktop/look_layout.h"
 #include "payments/invoice_payment/apform_payment.h"
+#include "payments/prepayment/apform_prepayment.h"
 
 namespace brimley::testing {
 
@@ -16,8 +17,9 @@ using desktop::shown;
 class Looks : public LiveDesk {
   protected:
     // The names in the look that are no control of the form.
-    static std::string strangers(const QString& class_name, const controls::ControlSet& controls) {
-        const auto look = desktop::look_of(class_name);
+    static std::string strangers(frame::Form& form) {
+        const controls::ControlSet& controls = form.controls();
+        const auto look = desktop::look_of(form.identity().class_name);
         if (!look) return "there is no look";
         std::string names;
         const auto check = [&](const QString& name) {
@@ -48,9 +50,11 @@ class Looks : public LiveDesk {
 
 TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
     ap.showform_APform_invoice();
-    EXPECT_EQ(strangers("APform_invoice", ap.frm_invoice->controls()), "");
+    EXPECT_EQ(strangers(*ap.frm_invoice), "");
     ap.showform_APform_payment();
-    EXPECT_EQ(strangers("APform_payment", ap.frm_payment->controls()), "");
+    EXPECT_EQ(strangers(*ap.frm_payment), "");
+    ap.showform_APform_prepayment();
+    EXPECT_EQ(strangers(*ap.frm_prepayment), "");
 }
 
 TEST_F(Looks, EveryControlOfAFormHasAWidget) {
