@@ -22,6 +22,7 @@ namespace brimley::invoices {
 class APform_invoice;
 }
 namespace brimley::payments {
+class APform_creditcard_payment;
 class APform_payment;
 class APform_prepayment;
 }  // namespace brimley::payments
@@ -126,6 +127,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<invoices::APform_invoice> frm_invoice;
     std::shared_ptr<payments::APform_payment> frm_payment;
     std::shared_ptr<payments::APform_prepayment> frm_prepayment;
+    std::shared_ptr<payments::APform_creditcard_payment> frm_creditcard;
 
   private:
     // One of the forward methods.

@@ -1,5 +1,6 @@
 // The host's methods of the payment forms.
 #include "host/form_slot.h"
+#include "payments/card/apform_creditcard_payment.h"
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 
@@ -40,5 +41,15 @@ void APclass::APform_prepayment_goto_docno(const std::string& docnox) {
 }
 
 void APclass::frm_prepayment_Exit() { FormSlot(*this, frm_prepayment).exit(); }
+
+void APclass::showform_APform_creditcard_payment() {
+    FormSlot(*this, frm_creditcard).show(&APclass::frm_creditcard_NotifyClients);
+}
+
+void APclass::APform_creditcard_goto_docno(const std::string& docnox) {
+    FormSlot(*this, frm_creditcard).go_to_docno(docnox);
+}
+
+void APclass::frm_creditcard_Exit() { FormSlot(*this, frm_creditcard).exit(); }
 
 }  // namespace brimley::host

@@ -26,7 +26,7 @@ struct OwingRule {
 inline constexpr OwingRule kOwingOfSavedInvoice{NullOwing::change};
 inline constexpr OwingRule kOwingOfVoidedInvoice{NullOwing::stays_null};
 inline constexpr OwingRule kOwingOfPayment{NullOwing::change_reversed};  // saved or voided
-inline constexpr OwingRule kOwingOfPrepayment{NullOwing::change};              // saved or voided
+inline constexpr OwingRule kOwingOfPrepayment{NullOwing::change};        // saved or voided
 inline constexpr OwingRule kOwingOfVoidedCheck{NullOwing::stays_null, OwingRounding::none};
 
 // What a document adds to its vendor's balance; a payment or a credit note adds a negative amount.

@@ -5,6 +5,7 @@
 
 #include "desktop/live_desk.h"
 #include "desktop/look_layout.h"
+#include "payments/card/apform_creditcard_payment.h"
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 
@@ -55,6 +56,8 @@ TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
     EXPECT_EQ(strangers(*ap.frm_payment), "");
     ap.showform_APform_prepayment();
     EXPECT_EQ(strangers(*ap.frm_prepayment), "");
+    ap.showform_APform_creditcard_payment();
+    EXPECT_EQ(strangers(*ap.frm_creditcard), "");
 }
 
 TEST_F(Looks, EveryControlOfAFormHasAWidget) {

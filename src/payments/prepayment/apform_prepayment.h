@@ -4,8 +4,8 @@
 //   prepayment_save        checks, and the save in one transaction
 //   prepayment_edit        the edit of a saved prepayment
 //
-// A prepayment stands as an item with a negative amount among the vendor's open items, where a payment applies
-// it to invoices (payments/paid_items.h). Until then it may wait for the bill of a purchase order
+// A prepayment stands as an item with a negative amount among the vendor's open items, where a payment
+// applies it to invoices (payments/paid_items.h). Until then it may wait for the bill of a purchase order
 // (Prepayment_waiting_PO_table).
 #pragma once
 
