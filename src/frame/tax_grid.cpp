@@ -120,7 +120,7 @@ std::optional<kernel::TaxTotals> TaxGrid::compute(int row, double amount, TaxMod
         tax_code = *default_code;
         lines_.set_cell(row, taxed_.tax_code, tax_code);
     }
-    return tax_rows.rebuild(kernel(), pay_item, tax_code, amount, formula, taxed_.elements_max);
+    return tax_rows.rebuild(kernel(), pay_item, tax_code, amount, formula);
 }
 
 void TaxGrid::write_line_amounts(int row, TaxMode mode, double amount, const kernel::TaxTotals& totals) {

@@ -14,7 +14,6 @@
 #pragma once
 
 #include <functional>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,8 +44,7 @@ struct TaxedLines {
     const char* stored_amount;      // if it includes the tax
     const char* stored_net_amount;  // if it does not
 
-    // --- what a line may hold, and the words before its pay item when it holds nothing ---
-    std::size_t elements_max = std::numeric_limits<std::size_t>::max();
+    // The words before the pay item of a line without tax elements.
     const char* no_element;
 };
 

@@ -130,11 +130,11 @@ TaxTotals TaxRows::recompute(std::string_view pay_item, double amount, TaxMode m
 }
 
 TaxTotals TaxRows::rebuild(ModuleG3& kernel, std::string_view pay_item, std::string_view tax_code,
-                           double amount, TaxMode mode, std::size_t rows_max) {
+                           double amount, TaxMode mode) {
     LineState line;
     std::size_t sequence = 1;
-    for (auto authority = kernel.read(authorities_query(tax_code));
-         !authority.at_eof() && sequence <= rows_max; authority.MoveNext()) {
+    for (auto authority = kernel.read(authorities_query(tax_code)); !authority.at_eof();
+         authority.MoveNext()) {
         TaxRow row = row_of_authority(authority, pay_item, tax_code, sequence++);
         const double tax =
             within_limits(compute_tax(mode, amount, line.tax_on_tax_base, row.rate), authority);

@@ -8,7 +8,6 @@
 // tax on tax the two are not inverses of each other, on purpose, and no correction is attempted.
 #pragma once
 
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -82,10 +81,9 @@ class TaxRows {
 
     // Computes the line's rows afresh from what they hold. Limits are not applied here.
     [[nodiscard]] TaxTotals recompute(std::string_view pay_item, double amount, TaxMode mode);
-    // Builds the line's rows from the code's authorities, of many only the first. Limits apply.
+    // Builds the line's rows from the code's authorities. Limits apply.
     [[nodiscard]] TaxTotals rebuild(ModuleG3& kernel, std::string_view pay_item, std::string_view tax_code,
-                                    double amount, TaxMode mode,
-                                    std::size_t rows_max = std::numeric_limits<std::size_t>::max());
+                                    double amount, TaxMode mode);
 
   private:
     std::vector<TaxRow> rows_;

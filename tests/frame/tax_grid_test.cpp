@@ -35,7 +35,6 @@ constexpr frame::TaxedLines kLinesWithBox{.pay_item = "pay item",
                                           .tax_included = "tax included",
                                           .stored_amount = "pay_amount",
                                           .stored_net_amount = "pay_amount",
-                                          .elements_max = 5,
                                           .no_element = "cannot find tax element for item no "};
 constexpr frame::FormIdentity kIdentityWithBox{"APform_misc_payment", "With box", ""};
 
@@ -260,10 +259,13 @@ TEST_F(TaxGridWithBox, BoxComputesTheLineAnewFromItsAmount) {
     EXPECT_EQ(line(0), "110.00 110.00 11.00 5.50");
 }
 
-TEST_F(TaxGridWithBox, LineHasFiveElementsAtMost) {
+TEST_F(TaxGridWithBox, AllElementsCountAndFiveAreStored) {
     enter(0, "tax code", "SIX");
     enter(0, "amount", "100.00");
-    EXPECT_EQ(line(0), "100.00 100.00 5.00 5.00");
+    EXPECT_EQ(line(0), "100.00 100.00 6.00 6.00");
+    enter(0, "amount", "200.00");
+    EXPECT_EQ(line(0), "200.00 200.00 12.00 12.00");
+    store_and_load("1", false);
     EXPECT_EQ(form->taxes.tax_rows.of_item("1").size(), 5U);
 }
 
