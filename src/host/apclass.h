@@ -23,6 +23,7 @@ class APform_invoice;
 }
 namespace brimley::payments {
 class APform_creditcard_payment;
+class APform_misc_payment;
 class APform_payment;
 class APform_prepayment;
 }  // namespace brimley::payments
@@ -128,6 +129,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<payments::APform_payment> frm_payment;
     std::shared_ptr<payments::APform_prepayment> frm_prepayment;
     std::shared_ptr<payments::APform_creditcard_payment> frm_creditcard;
+    std::shared_ptr<payments::APform_misc_payment> frm_misc;
 
   private:
     // One of the forward methods.

@@ -2,6 +2,7 @@
 #include "host/form_slot.h"
 #include "payments/card/apform_creditcard_payment.h"
 #include "payments/invoice_payment/apform_payment.h"
+#include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 
 namespace brimley::host {
@@ -51,5 +52,13 @@ void APclass::APform_creditcard_goto_docno(const std::string& docnox) {
 }
 
 void APclass::frm_creditcard_Exit() { FormSlot(*this, frm_creditcard).exit(); }
+
+void APclass::showform_APform_misc() { FormSlot(*this, frm_misc).show(&APclass::frm_misc_NotifyClients); }
+
+void APclass::APform_misc_goto_docno(const std::string& docnox) {
+    FormSlot(*this, frm_misc).go_to_docno(docnox);
+}
+
+void APclass::frm_misc_Exit() { FormSlot(*this, frm_misc).exit(); }
 
 }  // namespace brimley::host
