@@ -7,6 +7,7 @@
 #include "desktop/look_layout.h"
 #include "payments/card/apform_creditcard_payment.h"
 #include "payments/invoice_payment/apform_payment.h"
+#include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 
 namespace brimley::testing {
@@ -56,6 +57,8 @@ TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
     EXPECT_EQ(strangers(*ap.frm_payment), "");
     ap.showform_APform_prepayment();
     EXPECT_EQ(strangers(*ap.frm_prepayment), "");
+    ap.showform_APform_misc();
+    EXPECT_EQ(strangers(*ap.frm_misc), "");
     ap.showform_APform_creditcard_payment();
     EXPECT_EQ(strangers(*ap.frm_creditcard), "");
 }

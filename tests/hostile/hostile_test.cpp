@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "hostile_entry.h"
+#include "payments/kinds_of_payments.h"
 #include "payments/payment_entry.h"
 #include "support/template_entry.h"
 
@@ -48,6 +49,17 @@ struct PaymentSession : HostileSession {
             EXPECT_EQ(payment.txtcheckdate.type("16/03/2026"), controls::Refusal::none);
         }
         pay_total(payment);
+    }
+};
+
+struct MiscPaymentSession : HostileSession {
+    frame::Form& form() override { return *user.ap.frm_misc; }
+    void enter_payment(const char* way) {
+        auto& payment = enter_misc_payment(user);
+        if (std::string(way) == "Cash") return;
+        EXPECT_EQ(payment.cmbpayby.type(way), controls::Refusal::none);
+        EXPECT_EQ(payment.cmbbank.type("MAIN"), controls::Refusal::none);
+        EXPECT_EQ(payment.txtcheck.type("100"), controls::Refusal::none);
     }
 };
 
@@ -116,6 +128,24 @@ std::vector<HostileEntry> entries() {
          },
          {kSave},
          {"txtremark"}},
+        {"MiscPaymentInCash",
+         [] { return begun<MiscPaymentSession>([](auto& session) { session.enter_payment("Cash"); }); },
+         {kSaveFont, kSave},
+         {"txtremark", "txtremit", "dbgrid1 reference"}},
+        {"MiscPaymentByCheck",
+         [] { return begun<MiscPaymentSession>([](auto& session) { session.enter_payment("Check"); }); },
+         {kSave},
+         {"txtremark", "txtremit", "txtcheck", "dbgrid1 reference"}},
+        {"EditedMiscPayment",
+         [] {
+             return begun<MiscPaymentSession>([](auto& session) {
+                 session.enter_payment("Check");
+                 save(session);
+                 EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none);
+             });
+         },
+         {kSave},
+         {"txtremark", "txtcheck"}},
     };
 }
 

@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <utility>
 #include <vector>
 
 #include "payments/card/apform_creditcard_payment.h"
+#include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 #include "support/sample_host.h"
 
@@ -72,6 +75,29 @@ inline payments::PaymentForm& enter_card_payment(DeskOfUser& user) {
     return form;
 }
 
+inline void type_misc_line(payments::APform_misc_payment& form, int row,
+                           std::initializer_list<std::pair<const char*, const char*>> cells) {
+    for (const auto& [caption, text] : cells)
+        EXPECT_EQ(form.dbgrid1.edit_cell(row, form.dbgrid1.get_column(caption), text),
+                  controls::Refusal::none)
+            << caption;
+}
+
+// A tax on top of an amount, and another one in an amount that is spread over several accounts.
+inline payments::APform_misc_payment& enter_misc_payment(DeskOfUser& user) {
+    using controls::Refusal;
+    user.ap.showform_APform_misc();
+    auto& form = *user.ap.frm_misc;
+    EXPECT_EQ(form.press(105), Refusal::none);
+    EXPECT_EQ(form.txtremit.type("Harbour Stationers"), Refusal::none);
+    EXPECT_EQ(form.cmbpayby.type("Cash"), Refusal::none);
+    EXPECT_EQ(form.cmbcash.type("1000"), Refusal::none);
+    type_misc_line(form, 0, {{"tax code", "STACK"}, {"amount", "100.00"}, {"account", "6300"}});
+    type_misc_line(
+        form, 1, {{"tax included", "True"}, {"tax code", "GST5"}, {"amount", "105.00"}, {"account", "5900"}});
+    return form;
+}
+
 inline const std::vector<KindOfPayment>& kinds_of_payments() {
     static const std::vector<KindOfPayment> kKinds{
         {"Prepayment", enter_prepayment, change_prepayment, "Add new Prepayment PP-26-00001 complete",
@@ -79,6 +105,12 @@ inline const std::vector<KindOfPayment>& kinds_of_payments() {
          "Update complete."},
         {"CardPayment", enter_card_payment, nullptr, "Add new payment PC-26-00001 complete",
          "Add new payment failed", "Payment PC-26-00001 is void.", "Void Payment failed", nullptr},
+        {"MiscPayment", [](DeskOfUser& user) -> payments::PaymentForm& { return enter_misc_payment(user); },
+         [](DeskOfUser& user) {
+             EXPECT_EQ(user.ap.frm_misc->txtremark.type("by post"), controls::Refusal::none);
+         },
+         "Add new Payment MPY-26-00001 complete", "Add new payment failed", "Payment MPY-26-00001 is void.",
+         "Void Payment failed", nullptr},
     };
     return kKinds;
 }
