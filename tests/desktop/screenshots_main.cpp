@@ -81,6 +81,24 @@ class Photographer {
         press(105);
     }
 
+    void misc_payment() {
+        window_.show_form("APform_misc_payment");
+        press(105);
+        must(control<controls::TextField>("txtremit").type("Harbour Stationers"), "txtremit");
+        type("cmbpayby", "Cash");
+        type("cmbcash", "1000");
+        cell(0, "tax included", "True");
+        cell(0, "tax code", "GST5");
+        cell(0, "amount", "105.00");
+        cell(0, "account", "6300");
+        cell(0, "reference", "receipt 71");
+        cell(1, "tax code", "HALF10");
+        cell(1, "amount", "40.00");
+        cell(1, "account", "6400");
+        take("misc-payment-new");
+        press(105);
+    }
+
     void dark() {
         desktop::use_theme(desktop::Theme::dark);
         window_.show_form("APform_invoice");
@@ -163,6 +181,7 @@ int main(int argc, char** argv) {
         photographer.invoices();
         photographer.pickers();
         photographer.payment();
+        photographer.misc_payment();
         photographer.dark();
     } catch (const std::exception& failure) {
         std::cerr << "brimley-screenshots: " << failure.what() << '\n';
