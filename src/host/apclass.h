@@ -26,6 +26,7 @@ class APform_creditcard_payment;
 class APform_misc_payment;
 class APform_payment;
 class APform_prepayment;
+class APform_void_check;
 }  // namespace brimley::payments
 namespace brimley::kernel {
 class ModuleG3;
@@ -130,6 +131,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<payments::APform_prepayment> frm_prepayment;
     std::shared_ptr<payments::APform_creditcard_payment> frm_creditcard;
     std::shared_ptr<payments::APform_misc_payment> frm_misc;
+    std::shared_ptr<payments::APform_void_check> frm_void_check;
 
   private:
     // One of the forward methods.

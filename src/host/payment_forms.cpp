@@ -4,6 +4,7 @@
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
+#include "payments/void_check/apform_void_check.h"
 
 namespace brimley::host {
 
@@ -60,5 +61,11 @@ void APclass::APform_misc_goto_docno(const std::string& docnox) {
 }
 
 void APclass::frm_misc_Exit() { FormSlot(*this, frm_misc).exit(); }
+
+void APclass::showform_APform_void_check() {
+    FormSlot(*this, frm_void_check).show(&APclass::frm_void_check_NotifyClients);
+}
+
+void APclass::frm_void_check_Exit() { FormSlot(*this, frm_void_check).exit(); }
 
 }  // namespace brimley::host

@@ -9,6 +9,7 @@
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
+#include "payments/void_check/apform_void_check.h"
 
 namespace brimley::testing {
 
@@ -61,6 +62,8 @@ TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
     EXPECT_EQ(strangers(*ap.frm_misc), "");
     ap.showform_APform_creditcard_payment();
     EXPECT_EQ(strangers(*ap.frm_creditcard), "");
+    ap.showform_APform_void_check();
+    EXPECT_EQ(strangers(*ap.frm_void_check), "");
 }
 
 TEST_F(Looks, EveryControlOfAFormHasAWidget) {
