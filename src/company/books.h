@@ -89,6 +89,7 @@ struct PaymentHeader {
     bool is_void = false;
 
     [[nodiscard]] bool of_payment_form() const { return source_form == "APform_payment"; }
+    [[nodiscard]] bool of_misc_form() const { return source_form == "APform_misc_payment"; }
 };
 
 // What a payment pays of one item, in the item's currency.

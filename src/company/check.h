@@ -67,6 +67,11 @@ void check_payment_documents(const Books& books, Findings& findings);
 void check_payment_postings(const Books& books, Findings& findings);
 // Totals follow from the lines, base amounts from rates, balances from what a line takes off its item.
 void check_payment_amounts(const Books& books, Findings& findings);
+// Miscellaneous payments have lines and are void with them; the header is the sum of the lines, and the tax
+// of a line that of its elements.
+void check_misc_payments(const Books& books, Findings& findings);
+// They have posted to the accounts of their lines and to the cash account what they say.
+void check_misc_postings(const Books& books, Findings& findings);
 // A line of a payment names an item that is there, unless a later edit has taken it out.
 void check_named_items(const Books& books, Findings& findings);
 // Open and paid amounts, discounts and write-offs of an item are what its payments say. A void leaves

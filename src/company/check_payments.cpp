@@ -32,6 +32,9 @@ std::unordered_map<std::string, GlDocument> gl_documents(const Books& books) {
     return documents;
 }
 
+// Whether a form that posts has saved it.
+bool posts(const PaymentHeader& payment) { return payment.of_payment_form() || payment.of_misc_form(); }
+
 }  // namespace
 
 void check_payment_documents(const Books& books, Findings& findings) {
@@ -61,7 +64,7 @@ void check_payment_postings(const Books& books, Findings& findings) {
     books.each_payment([&](const PaymentHeader& payment) {
         const std::string name = "Payment " + shown_text(payment.fkey);
         if (payment.gl_fkey.empty()) {
-            if (payment.of_payment_form()) findings.push_back(name + " names no GL document");
+            if (posts(payment)) findings.push_back(name + " names no GL document");
             return;
         }
         const auto found = documents.find(payment.gl_fkey);
@@ -70,13 +73,14 @@ void check_payment_postings(const Books& books, Findings& findings) {
                 fmt::format("{}: its GL document {} does not exist", name, shown_text(payment.gl_fkey)));
             return;
         }
-        if (!payment.of_payment_form()) return;
+        if (!posts(payment)) return;
         const GlDocument& document = found->second;
         if (document.posted && document.reversed != payment.is_void) {
             findings.push_back(fmt::format("{} is {}void, but its GL document {} is {}reversed", name,
                                            payment.is_void ? "" : "not ", shown_text(payment.gl_fkey),
                                            document.reversed ? "" : "not "));
-        } else if (!document.posted && payment.is_void && lined.contains(payment.fkey)) {
+        } else if (!document.posted && payment.is_void &&
+                   (lined.contains(payment.fkey) || payment.of_misc_form())) {
             findings.push_back(name + " is void, but posted nothing that could be reversed");
         }
     });

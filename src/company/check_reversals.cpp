@@ -31,8 +31,9 @@ GlHeaders gl_headers(const Books& books) {
     store::Recordset rows = books.read("SELECT fkey,docno,remark,Source,Reverse FROM GL_header_table");
     for (; !rows.at_eof(); rows.MoveNext()) {
         const std::string source = rows.text("Source");
-        headers[rows.text("fkey")] = {rows.text("docno"), rows.text("remark"),
-                                      source == "AP-INVOICE" || source == "AP-PAYMENT", rows.flag("Reverse")};
+        headers[rows.text("fkey")] = {
+            rows.text("docno"), rows.text("remark"),
+            source == "AP-INVOICE" || source == "AP-PAYMENT" || source == "AP-MISCPAY", rows.flag("Reverse")};
     }
     return headers;
 }

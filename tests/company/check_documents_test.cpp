@@ -113,8 +113,8 @@ TEST_F(CheckDocuments, PartsOfATaxAddUpToIt) {
 
 TEST_F(CheckDocuments, PartsOfATaxOfAMiscellaneousPaymentAddUpToIt) {
     add("Payment_misc_transaction_table", {{"fkey", "1mpy-1"}, {"pay_item", 2}, {"tax_amount5", 3.0}});
-    EXPECT_THAT(findings(),
-                ElementsAre("Payment 1mpy-1, pay item 2: tax 5 is 3.00, but its parts make 0.00"));
+    EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-1, pay item 2: tax 5 is 3.00, but its parts make 0.00",
+                                        "Payment 1mpy-1 has a line but no header"));
 }
 
 TEST_F(CheckDocuments, KeyCounterStandsAheadOfEveryKey) {
