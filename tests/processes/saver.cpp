@@ -1,5 +1,6 @@
 #include "saver.h"
 #include "payments/invoice_payment/apform_payment.h"
+#include "payments/misc/apform_misc_payment.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -40,6 +41,7 @@ Saver::Saver(const store::OpenCompany& company, const std::string& user, std::ui
     ap_.BRIMLEY_NO_PERIODS = "12";
     ap_.showform_APform_invoice();
     ap_.showform_APform_payment();
+    ap_.showform_APform_misc();
 }
 
 const std::vector<Saver::Act>& Saver::acts() {
@@ -50,6 +52,8 @@ const std::vector<Saver::Act>& Saver::acts() {
         // One that is refused because of what another desk holds is not told of.
         {"void-invoice", 2, &Saver::void_invoice, "|Invoice was (void|paid|partially paid)."},
         {"void-payment", 2, &Saver::void_payment, ".* was void.|(.* was void. )?Void Payment failed"},
+        {"misc-payment", 4, &Saver::pay_expenses, "Add new payment failed"},
+        {"void-misc-payment", 1, &Saver::void_expenses, ".* was void.|(.* was void. )?Void Payment failed"},
     };
     return kActs;
 }
@@ -134,6 +138,33 @@ void Saver::void_payment() {
     const std::string docno = form.txtdocno.text();
     press(form, kVoidPayment);
     tell_outcome("void-payment", docno, docno + " is void.");
+}
+
+void Saver::pay_expenses() {
+    auto& form = *ap_.frm_misc;
+    if (form.mode() == frame::Mode::read) {
+        static_cast<void>(form.press(kNew));
+        static_cast<void>(form.txtremit.type("Harbour Stationers"));
+        static_cast<void>(form.cmbpayby.type("Cash"));
+        static_cast<void>(form.cmbcash.type("1000"));
+        const std::string amount = fmt::format("{}.{:02}", 1 + below(90), below(100));
+        for (int row = 0; row <= below(3); ++row)
+            for (const auto& [caption, text] :
+                 {std::pair("tax code", "STACK"), std::pair("amount", amount.c_str()),
+                  std::pair("account", row == 1 ? "5900" : "6300")})
+                static_cast<void>(form.dbgrid1.edit_cell(row, form.dbgrid1.get_column(caption), text));
+    }
+    press(form, kSave);
+    tell_outcome("misc-payment", form.txtdocno.text(),
+                 fmt::format("Add new Payment {} complete", form.txtdocno.text()));
+}
+
+void Saver::void_expenses() {
+    auto& form = *ap_.frm_misc;
+    if (form.mode() != frame::Mode::read || form.txtfkey.empty()) return;
+    const std::string docno = form.txtdocno.text();
+    press(form, kVoidPayment);
+    tell_outcome("void-misc-payment", docno, fmt::format("Payment {} is void.", docno));
 }
 
 }  // namespace brimley::testing

@@ -45,6 +45,8 @@ class Saver {
     void pay_invoices();
     void void_invoice();
     void void_payment();
+    void pay_expenses();
+    void void_expenses();
 
     [[nodiscard]] int below(int count) {
         return static_cast<int>(chance_() % static_cast<std::uint64_t>(count));

@@ -23,6 +23,8 @@ constexpr Told kTold[] = {
     {"void-invoice", "SELECT docno FROM AP_header_table WHERE void = TRUE"},
     {"payment", "SELECT docno FROM Payment_header_table"},
     {"void-payment", "SELECT docno FROM Payment_header_table WHERE void = TRUE"},
+    {"misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy'"},
+    {"void-misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy' AND void = TRUE"},
 };
 
 // The counters of the kinds that savers store, with where their documents are.
@@ -33,7 +35,8 @@ struct Counted {
 
 constexpr Counted kCounted[] = {
     {"ip", "SELECT fkey FROM AP_header_table"},
-    {"py", "SELECT fkey FROM Payment_header_table"},
+    {"py", "SELECT fkey FROM Payment_header_table WHERE doctype = 'py'"},
+    {"mpy", "SELECT fkey FROM Payment_header_table WHERE doctype = 'mpy'"},
     {"gl", "SELECT fkey FROM GL_header_table"},
 };
 

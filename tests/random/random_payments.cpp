@@ -159,15 +159,17 @@ void RandomSession::count_ways_of_paying(const std::string& fkey) {
     if (rows("Payment_transaction_table", "") == 0) ++tally_.ways_of_paying["without lines"];
 }
 
-bool RandomSession::go_to_some_payment() {
-    if (payment_docnos_.empty()) return false;
-    run("form APform_payment");
-    run("enter txtdocno " + chance_.one_of(payment_docnos_));
+bool RandomSession::go_to_some_payment(const char* form, const std::vector<std::string>& docnos) {
+    if (docnos.empty()) return false;
+    run(std::string("form ") + form);
+    run("enter txtdocno " + chance_.one_of(docnos));
     return true;
 }
 
-void RandomSession::void_payment() {
-    if (!go_to_some_payment()) return;
+void RandomSession::void_payment() { void_some_payment("APform_payment", payment_docnos_); }
+
+void RandomSession::void_some_payment(const char* form, const std::vector<std::string>& docnos) {
+    if (!go_to_some_payment(form, docnos)) return;
     const auto void_now = [&] {
         return !reader_.database
                     ->OpenRecordset("SELECT fkey FROM Payment_header_table WHERE void = TRUE AND fkey = '" +
@@ -186,8 +188,10 @@ void RandomSession::void_payment() {
     back_to_invoices();
 }
 
-void RandomSession::edit_payment() {
-    if (!go_to_some_payment()) return;
+void RandomSession::edit_payment() { edit_some_payment("APform_payment", payment_docnos_); }
+
+void RandomSession::edit_some_payment(const char* form, const std::vector<std::string>& docnos) {
+    if (!go_to_some_payment(form, docnos)) return;
     press(kEditMode);
     if (pressed(kEditMode)) {
         set("txtremark", "Sent " + std::to_string(chance_.below(100)));

@@ -54,6 +54,7 @@ RandomSession::RandomSession(const std::string& company, std::uint64_t seed)
     run("computer DESK-1");
     run("today 2026-01-05 09:00:00");
     run("call showform_APform_payment");
+    run("call showform_APform_misc");
     run("call showform_APform_invoice");
 }
 
@@ -72,6 +73,9 @@ const std::vector<RandomSession::Act>& RandomSession::acts() {
         {"pay", 30, &RandomSession::pay_items},
         {"void payment", 8, &RandomSession::void_payment},
         {"edit payment", 3, &RandomSession::edit_payment},
+        {"pay expenses", 10, &RandomSession::pay_expenses},
+        {"void payment of expenses", 3, &RandomSession::void_expenses},
+        {"edit payment of expenses", 1, &RandomSession::edit_expenses},
     };
     return kActs;
 }
@@ -166,13 +170,15 @@ bool RandomSession::count_payment_message(const std::string& message) {
     static const std::string kComplete = " complete";
     if (message.starts_with(kSaved)) {
         ++tally_.payments;
-        payment_docnos_.push_back(
-            message.substr(kSaved.size(), message.size() - kSaved.size() - kComplete.size()));
+        const std::string docno =
+            message.substr(kSaved.size(), message.size() - kSaved.size() - kComplete.size());
+        (docno.starts_with("MPY-") ? misc_docnos_ : payment_docnos_).push_back(docno);
     } else if (message == "Add new payment failed") {
         ++tally_.payments_refused;
     } else if (message == "Void Payment failed") {
         ++tally_.payment_voids_failed;
-    } else if (message.starts_with("PY-") && message.ends_with(" is void.")) {
+    } else if ((message.starts_with("PY-") || message.starts_with("Payment MPY-")) &&
+               message.ends_with(" is void.")) {
         ++tally_.payments_voided;
     } else {
         return false;

@@ -88,6 +88,9 @@ class RandomSession {
     void pay_items();
     void void_payment();
     void edit_payment();
+    void pay_expenses();
+    void void_expenses();
+    void edit_expenses();
 
     void run(const std::string& line);
     void press(int id);
@@ -106,8 +109,13 @@ class RandomSession {
     [[nodiscard]] double money_in(int row, const char* caption);
     [[nodiscard]] double stored_total(const std::string& fkey);
     void note_owed(double beyond_documents);
-    // False when no payment has been saved yet. The payment form is the current one then.
-    bool go_to_some_payment();
+    void enter_expense(int row);
+    void count_ways_of_paying_expenses(const std::string& fkey);
+    // Of the payments that the form has saved, whose numbers these are.
+    void void_some_payment(const char* form, const std::vector<std::string>& docnos);
+    void edit_some_payment(const char* form, const std::vector<std::string>& docnos);
+    // False when there is none yet. The form is the current one then.
+    bool go_to_some_payment(const char* form, const std::vector<std::string>& docnos);
     void back_to_invoices() { run("form APform_invoice"); }
     void change_line(int row);
     void leave_without_saving(int mode_command);
@@ -134,7 +142,7 @@ class RandomSession {
 
     store::DateTime today_;
     std::vector<std::string> vendors_, accounts_, tax_codes_, terms_;
-    std::vector<std::string> docnos_, payment_docnos_, used_vendors_;
+    std::vector<std::string> docnos_, payment_docnos_, misc_docnos_, used_vendors_;
     std::set<std::string> on_hold_;
     std::map<std::string, std::string> remarks_;  // of payments that were edited, by key
     NamedDeviations named_;
