@@ -23,7 +23,7 @@ constexpr const char* kApLines =
     "discount_taken,writeoff,date_created,paid,void FROM AP_transaction_table ORDER BY fkey,pay_item";
 constexpr const char* kPayments =
     "SELECT fkey,doctype,vendor_no,GLFKEY,source_form,cash_accno,Currency,exchange_rate,payment_amount,"
-    "payment_base_amount,total_amount,total_base_amount,total_currency,void_date,void FROM "
+    "payment_base_amount,total_amount,total_base_amount,total_currency,void_date,void,docno,invoiced FROM "
     "Payment_header_table ORDER BY fkey";
 constexpr const char* kPaymentLines =
     "SELECT fkey,item_no,ap_docno,ap_doctype,pay_item,Currency,discount_accno,writeoff_accno,prepay_accno,"
@@ -85,7 +85,8 @@ PaymentHeader payment_header(const Recordset& row) {
     Columns next(row);
     return {next.text(),           next.text(),   next.text(),   next.text(),   next.text(),
             next.text(),           next.text(),   next.number(), next.number(), next.number(),
-            next.number_or_none(), next.number(), next.text(),   next.day(),    next.flag()};
+            next.number_or_none(), next.number(), next.text(),   next.day(),    next.flag(),
+            next.text(),           next.flag()};
 }
 
 PaymentLine payment_line(const Recordset& row) {

@@ -87,6 +87,8 @@ struct PaymentHeader {
     std::string total_currency;
     std::optional<store::DateTime> void_date;
     bool is_void = false;
+    std::string docno;
+    bool invoiced = false;  // of a prepayment: it counts as applied
 
     [[nodiscard]] bool of_payment_form() const { return source_form == "APform_payment"; }
     [[nodiscard]] bool of_misc_form() const { return source_form == "APform_misc_payment"; }

@@ -96,7 +96,14 @@ void export_files(const Arguments& arguments) {
 
 int check(const Arguments& arguments) {
     company::Findings findings;
-    with_books(arguments, [&](store::Database& database) { findings = company::check_books(database); });
+    company::Findings notes;
+    with_books(arguments, [&](store::Database& database) {
+        findings = company::check_books(database);
+        notes = company::books_notes(database);
+    });
+    for (const std::string& note : notes) {
+        fmt::print("note: {}\n", note);
+    }
     for (const std::string& finding : findings) {
         fmt::print("{}\n", finding);
     }

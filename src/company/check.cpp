@@ -18,4 +18,12 @@ Findings check_books(store::Database& database) {
     return findings;
 }
 
+Findings books_notes(store::Database& database) {
+    const Books books(database);
+    Findings notes;
+    note_voided_checks(books, notes);
+    note_void_prepayments(books, notes);
+    return notes;
+}
+
 }  // namespace brimley::company

@@ -22,6 +22,8 @@ namespace brimley::company {
 // All checks. Empty when the books agree. Reads inside the caller's ReadingMoment or transaction; throws
 // store::Error.
 [[nodiscard]] Findings check_books(store::Database& database);
+// What looks wrong in the books and is intended: the forms do it. It does not count.
+[[nodiscard]] Findings books_notes(store::Database& database);
 
 // GL documents: base amounts on the debit side equal those on the credit side, and every account is in the
 // chart.
@@ -82,6 +84,11 @@ void check_paid_items(const Books& books, Findings& findings);
 void check_payable_postings(const Books& books, Findings& findings);
 // What is owed to a vendor is what its documents say.
 void check_owing_balances(const Books& books, Findings& findings);
+
+// What the void of a check in the list of checks has done to what is owed.
+void note_voided_checks(const Books& books, Findings& notes);
+// Void prepayments that are applied or open, and those that count as applied after the payment was voided.
+void note_void_prepayments(const Books& books, Findings& notes);
 
 // No two documents share a key made from the counter that never restarts.
 void check_document_keys(const Books& books, Findings& findings);

@@ -2,8 +2,9 @@
 //
 // An invoice adds its total, a credit note takes it off, a payment takes off pay, discount and write-off, in
 // whatever currency each is. A void gives back what the screen shows of the document: an invoice's negative
-// lines show as positive ones. Documents of other modules may have been counted by these or not, and a vendor
-// that had no balance yet when it was first paid got the sum of that payment as an amount owed.
+// lines show as positive ones. The void of a check in the list of checks takes a payment off once more, and
+// leaves what a prepayment took off. Documents of other modules may have been counted by these or not, and a
+// vendor that had no balance yet when it was first paid got the sum of that payment as an amount owed.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -16,6 +17,7 @@
 
 #include "company/check.h"
 #include "company/shown_text.h"
+#include "company/voided_checks.h"
 #include "kernel/money.h"
 
 namespace brimley::company {
@@ -110,18 +112,22 @@ void count_invoices(const Books& books, Vendors& vendors) {
 void count_payments(const Books& books, Vendors& vendors) {
     std::unordered_map<std::string, double> sums;
     books.each_payment_line([&](const PaymentLine& line) { sums[line.fkey] += line.sum(); });
+    const VoidedChecks voided_checks(books);
     books.each_payment([&](const PaymentHeader& payment) {
         const auto found = vendors.find(payment.vendor_no);
         if (found == vendors.end()) return;
         Vendor& vendor = found->second;
         // The item of a prepayment is among the documents of other modules, and its void leaves it there.
-        if (payment.doctype == "pp" && payment.is_void) vendor.elsewhere += payment.payment_amount;
+        const bool as_check = voided_checks.contains(payment);
+        if (payment.doctype == "pp" && payment.is_void && !as_check)
+            vendor.elsewhere += payment.payment_amount;
         if (payment.doctype != "py") return;
         const auto lines = sums.find(payment.fkey);
         const double sum = lines == sums.end() ? 0 : kernel::Round(lines->second);
         const double key = running_number_of(payment.fkey).value_or(0);
         vendor.has_documents = true;
         if (!payment.is_void) vendor.by_forms -= sum;
+        if (as_check) vendor.by_forms -= 2 * sum;
         if (key < vendor.first_payment) {
             vendor.first_payment = key;
             vendor.first_paid = sum;

@@ -67,6 +67,22 @@ TEST_F(Program, ExportAndImportGiveEqualCompanies) {
     EXPECT_EQ(std::system(("diff -r " + folder_.file("one") + " " + folder_.file("two")).c_str()), 0);
 }
 
+TEST_F(Program, NotesArePrintedFirstAndDoNotCount) {
+    expect_done("create --sample a.company");
+    write_file(folder_.file("csv/Payment_header_table.csv"),
+               "fkey,docno,company,doctype,vendor_no,payment_amount,fyear,void\n"
+               "1pp-1,PP-26-00001,1,pp,V1001,20,2026,TRUE\n");
+    write_file(folder_.file("csv/AP_transaction_table.csv"),
+               "fkey,docno,company,doctype,vendor_no,Source,pay_item,gross_amount,open_amount\n"
+               "1pp-1,PP-26-00001,1,pp,V1001,AP-PREPAY,1,-20,-20\n");
+    write_file(folder_.file("csv/Next_number_fkey_table.csv"), "company,doctype,fkeyno\n1,pp,2\n");
+    write_file(folder_.file("csv/Docno_master_table.csv"),
+               "company,doctype,fiscalyear,nextdocno\n1,pp,2026,2\n");
+    expect_done("import a.company csv --replace");
+    expect_done("check a.company",
+                "note: Prepayment 1pp-1 is void, though its item is open with -20.00\nbooks agree\n");
+}
+
 TEST_F(Program, FindingsArePrintedWithStatusOne) {
     expect_done("create --sample a.company");
     write_file(folder_.file("csv/Balance_table.csv"),
