@@ -115,6 +115,16 @@ TEST_F(CheckMiscPayments, HeaderIsTheSumOfItsLinesAndTheTaxesOnTop) {
     EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-2: payment_amount is 7.01, its lines come to 7.00"));
 }
 
+TEST_F(CheckMiscPayments, LineMayHoldHalfACentMoreThanTheTotalShows) {
+    change(misc_line("1mpy-1", 1), {{"pay_amount", 100.005}});
+    EXPECT_THAT(findings(), IsEmpty());
+    change(misc_line("1mpy-1", 1), {{"pay_amount", 99.995}});
+    EXPECT_THAT(findings(), IsEmpty());
+    change(misc_line("1mpy-1", 1), {{"pay_amount", 100.0051}});
+    EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-1: payment_amount is 155.00, its lines come to 155.01",
+                                        "Payment 1mpy-1: 90.00 was posted to account 6300, expected 90.01"));
+}
+
 TEST_F(CheckMiscPayments, TaxOfALineIsThatOfItsElements) {
     change(misc_line("1mpy-1", 1), {{"tax_amount1", 9.0}, {"tax_recoverable1", 9.0}});
     EXPECT_THAT(findings(),
