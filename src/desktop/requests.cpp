@@ -11,7 +11,9 @@
 #include "desktop/review_windows.h"
 #include "invoices/apform_invoice.h"
 #include "invoices/commands.h"
+#include "payments/card/apform_creditcard_payment.h"
 #include "payments/invoice_payment/apform_payment.h"
+#include "payments/prepayment/apform_prepayment.h"
 
 namespace brimley::desktop {
 
@@ -27,10 +29,21 @@ std::optional<std::string> if_given(const std::string& document) {
     return document.empty() ? std::nullopt : std::optional(document);
 }
 
+// Without a document the form is only opened, or comes to the front.
+template <class FormClass>
+void show_document(const std::shared_ptr<FormClass>& newest, const std::function<void()>& open,
+                   const std::string& docno, const std::function<void(const std::string&)>& go_to) {
+    if (can_be_led(newest)) {
+        newest->show();
+    } else {
+        open();
+    }
+    if (!docno.empty()) go_to(docno);
+}
+
 }  // namespace
 
-// Without a document the form is only opened, or comes to the front. In the view of templates numbers and
-// keys are those of templates.
+// In the view of templates numbers and keys are those of templates.
 void Requests::show_invoice(const std::string& document, const std::function<void()>& go_to) {
     if (can_be_led(ap_.frm_invoice) && !ap_.frm_invoice->CommandBars1().pressed(invoices::kViewRecurring)) {
         ap_.frm_invoice->show();
@@ -41,12 +54,21 @@ void Requests::show_invoice(const std::string& document, const std::function<voi
 }
 
 void Requests::show_payment(const std::string& docno) {
-    if (can_be_led(ap_.frm_payment)) {
-        ap_.frm_payment->show();
-        if (!docno.empty()) ap_.APform_payment_goto_docno(docno);
-    } else {
-        ap_.showform_APform_payment(if_given(docno));
-    }
+    show_document(
+        ap_.frm_payment, [&] { ap_.showform_APform_payment(); }, docno,
+        [&](const std::string& wanted) { ap_.APform_payment_goto_docno(wanted); });
+}
+
+void Requests::show_prepayment(const std::string& docno) {
+    show_document(
+        ap_.frm_prepayment, [&] { ap_.showform_APform_prepayment(); }, docno,
+        [&](const std::string& wanted) { ap_.APform_prepayment_goto_docno(wanted); });
+}
+
+void Requests::show_card_payment(const std::string& docno) {
+    show_document(
+        ap_.frm_creditcard, [&] { ap_.showform_APform_creditcard_payment(); }, docno,
+        [&](const std::string& wanted) { ap_.APform_creditcard_goto_docno(wanted); });
 }
 
 // The number of the document may hold a colon, that of a vendor not.
@@ -70,15 +92,10 @@ bool Requests::open_form(const std::string& formx, const std::string& docnox) {
          [&] { open_new(formx, [&] { ap_.showform_APform_payhistory(if_given(docnox)); }); }},
         {"Bill Entry : Docno", [&] { show_invoice(docnox, [&] { ap_.APform_invoice_goto_docno(docnox); }); }},
         {"Bill Entry", [&] { show_invoice(docnox, [&] { ap_.APform_invoice_goto_fkey(docnox); }); }},
-        {"A/P Prepayment",
-         [&] { open_new(formx, [&] { ap_.showform_APform_prepayment(if_given(docnox)); }); }},
+        {"A/P Prepayment", [&] { show_prepayment(docnox); }},
         {"A/P Payment Entry", [&] { show_payment(docnox); }},
         {"Payment Entry", [&] { show_payment(docnox); }},
-        {"Credit Card Payment",
-         [&] {
-             open_new(formx, [&] { ap_.showform_APform_creditcard_payment(); });
-             if (!docnox.empty()) ap_.APform_creditcard_goto_docno(docnox);
-         }},
+        {"Credit Card Payment", [&] { show_card_payment(docnox); }},
     };
     const auto found = forms.find(formx);
     if (found == forms.end()) return false;

@@ -38,6 +38,8 @@ class Requests {
     void pay_invoice(const std::string& docno_and_vendor);
     void show_invoice(const std::string& document, const std::function<void()>& go_to);
     void show_payment(const std::string& docno);
+    void show_prepayment(const std::string& docno);
+    void show_card_payment(const std::string& docno);
 
     host::APclass& ap_;
 };

@@ -20,6 +20,7 @@
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
 #include "payments/invoice_payment/apform_payment.h"
+#include "payments/prepayment/apform_prepayment.h"
 
 namespace brimley::testing {
 
@@ -328,6 +329,20 @@ TEST_F(Host, RequestWithoutADocumentOnlyBringsTheFormUp) {
     EXPECT_EQ(form.txtdocno.text(), "IP-26-00001");
 }
 
+TEST_F(Host, RequestForAPaymentGoesToTheOpenFormOfItsKind) {
+    for (const char* formx : {"Payment Entry", "A/P Payment Entry", "A/P Prepayment", "Credit Card Payment"})
+        ask(formx);
+    EXPECT_EQ(window->desk().windows().size(), 3U);
+    ask("A/P Prepayment", "PP-26-00009");
+    ask("Credit Card Payment", "PC-26-00009");
+    EXPECT_EQ(boxes, (std::vector<std::string>{"PP-26-00009 not found.", "PC-26-00009 not found."}));
+    EXPECT_EQ(window->desk().windows().size(), 3U);
+    // One that is being typed in is left alone.
+    ASSERT_EQ(window->ap()->frm_prepayment->press(105), controls::Refusal::none);
+    ask("A/P Prepayment");
+    EXPECT_EQ(window->desk().windows().size(), 4U);
+}
+
 TEST_F(Host, OlderOfTwoWindowsOfAFormIsNotHeard) {
     save_invoice();
     window->show_form("APform_invoice");
@@ -391,6 +406,7 @@ TEST_F(Host, TitleOfAFormTellsItsDocument) {
 TEST_F(Host, MenusOpenWithLettersThatNoFormHas) {
     window->show_form("APform_invoice");
     window->show_form("APform_payment");
+    window->show_form("APform_void_check");
     const auto letters_of = [](const QMenuBar& bar) {
         QString letters;
         for (const QAction* const menu : bar.actions()) {

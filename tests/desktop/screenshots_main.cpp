@@ -99,6 +99,25 @@ class Photographer {
         press(105);
     }
 
+    void void_check() {
+        window_.show_form("APform_payment");
+        press(105);
+        type("cmbvendor", "V1001");
+        type("cmbpayby", "Check");
+        type("cmbbank", "MAIN");
+        must(control<controls::TextField>("txtcheck").type("70001"), "txtcheck");
+        auto& date = control<controls::TextField>("txtcheckdate");
+        must(date.type(control<controls::TextField>("txtpaydate").text()), "txtcheckdate");
+        visit(0, "pay amount");
+        auto& payment = control<controls::TextField>("txtpayment");
+        must(payment.type(control<controls::TextField>("txttotal").text()), "txtpayment");
+        press(101);
+        window_.show_form("APform_void_check");
+        press(104);
+        must(control<controls::Grid>("dbgrid1").double_click(0), "dbgrid1");
+        take("void-check");
+    }
+
     void dark() {
         desktop::use_theme(desktop::Theme::dark);
         window_.show_form("APform_invoice");
@@ -182,6 +201,7 @@ int main(int argc, char** argv) {
         photographer.pickers();
         photographer.payment();
         photographer.misc_payment();
+        photographer.void_check();
         photographer.dark();
     } catch (const std::exception& failure) {
         std::cerr << "brimley-screenshots: " << failure.what() << '\n';
