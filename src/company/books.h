@@ -92,6 +92,11 @@ struct PaymentHeader {
 
     [[nodiscard]] bool of_payment_form() const { return source_form == "APform_payment"; }
     [[nodiscard]] bool of_misc_form() const { return source_form == "APform_misc_payment"; }
+    // By any form of this module. A card payment does not name its form.
+    [[nodiscard]] bool saved_here() const {
+        return of_payment_form() || of_misc_form() || source_form == "APform_prepayment" ||
+               (doctype == "pc" && !gl_fkey.empty());
+    }
 };
 
 // What a payment pays of one item, in the item's currency.

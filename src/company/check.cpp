@@ -11,8 +11,8 @@ Findings check_books(store::Database& database) {
           check_open_amounts,      check_paid_flags,       check_reversals,          check_ledger_owners,
           check_void_invoices,     check_tax_slots,        check_payment_documents,  check_payment_postings,
           check_payment_amounts,   check_misc_payments,    check_misc_postings,      check_named_items,
-          check_paid_items,        check_payable_postings, check_owing_balances,     check_document_keys,
-          check_key_counters,      check_number_counters}) {
+          check_paid_items,        check_payable_postings, check_owing_balances,     check_own_payments,
+          check_document_keys,     check_key_counters,     check_number_counters}) {
         check(books, findings);
     }
     return findings;
@@ -23,6 +23,7 @@ Findings books_notes(store::Database& database) {
     Findings notes;
     note_voided_checks(books, notes);
     note_void_prepayments(books, notes);
+    note_edited_prepayments(books, notes);
     return notes;
 }
 

@@ -84,11 +84,17 @@ void check_paid_items(const Books& books, Findings& findings);
 void check_payable_postings(const Books& books, Findings& findings);
 // What is owed to a vendor is what its documents say.
 void check_owing_balances(const Books& books, Findings& findings);
+// A prepayment has one line, one open item and, while it waits for an order, one row that says so; it counts
+// as applied while a payment applies it. A card payment has one line, with what is left of the card's
+// balance. What either has posted to the accounts that it names is what its header says.
+void check_own_payments(const Books& books, Findings& findings);
 
 // What the void of a check in the list of checks has done to what is owed.
 void note_voided_checks(const Books& books, Findings& notes);
 // Void prepayments that are applied or open, and those that count as applied after the payment was voided.
 void note_void_prepayments(const Books& books, Findings& notes);
+// Prepayments whose line and vendor know of another amount since an edit.
+void note_edited_prepayments(const Books& books, Findings& notes);
 
 // No two documents share a key made from the counter that never restarts.
 void check_document_keys(const Books& books, Findings& findings);

@@ -1,10 +1,11 @@
 // What is owed to vendors, against their documents.
 //
-// An invoice adds its total, a credit note takes it off, a payment takes off pay, discount and write-off, in
-// whatever currency each is. A void gives back what the screen shows of the document: an invoice's negative
-// lines show as positive ones. The void of a check in the list of checks takes a payment off once more, and
-// leaves what a prepayment took off. Documents of other modules may have been counted by these or not, and a
-// vendor that had no balance yet when it was first paid got the sum of that payment as an amount owed.
+// An invoice adds its total, a credit note takes it off, a payment takes off pay, discount and write-off, a
+// prepayment its amount, in whatever currency each is. A void gives back what the screen shows of the
+// document: an invoice's negative lines show as positive ones. The void of a check in the list of checks
+// takes a payment off once more, and leaves what a prepayment took off; the void of an edited prepayment
+// gives back its new amount. Documents of other modules may have been counted by these or not, and a vendor
+// that had no balance yet when it was first paid got the sum of that payment as an amount owed.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "company/check.h"
+#include "company/own_payments.h"
 #include "company/shown_text.h"
 #include "company/voided_checks.h"
 #include "kernel/money.h"
@@ -91,11 +93,12 @@ std::unordered_set<std::string> edited_documents(const Books& books) {
     return numbers;
 }
 
-void count_invoices(const Books& books, Vendors& vendors) {
+void count_invoices(const Books& books, const std::unordered_set<std::string>& own_prepayments,
+                    Vendors& vendors) {
     const auto edited = edited_documents(books);
     for (const auto& [fkey, invoice] : invoices(books)) {
         const auto found = vendors.find(invoice.vendor_no);
-        if (found == vendors.end()) continue;
+        if (found == vendors.end() || own_prepayments.contains(fkey)) continue;
         Vendor& vendor = found->second;
         vendor.has_documents = true;
         vendor.edited |= edited.contains(invoice.docno);
@@ -109,7 +112,23 @@ void count_invoices(const Books& books, Vendors& vendors) {
     }
 }
 
-void count_payments(const Books& books, Vendors& vendors) {
+// Returns their keys: their items are theirs, and no documents of other modules.
+std::unordered_set<std::string> count_prepayments(const Books& books, Vendors& vendors) {
+    std::unordered_set<std::string> keys;
+    for (const OwnPayment& payment : own_payments(books)) {
+        if (!payment.is_prepayment()) continue;
+        keys.insert(payment.fkey);
+        const auto found = vendors.find(payment.vendor_no);
+        if (found == vendors.end()) continue;
+        found->second.has_documents = true;
+        found->second.by_forms -= payment.saved_amount();
+        if (payment.is_void && !payment.voided_as_check) found->second.by_forms += payment.amount;
+    }
+    return keys;
+}
+
+void count_payments(const Books& books, const std::unordered_set<std::string>& own_prepayments,
+                    Vendors& vendors) {
     std::unordered_map<std::string, double> sums;
     books.each_payment_line([&](const PaymentLine& line) { sums[line.fkey] += line.sum(); });
     const VoidedChecks voided_checks(books);
@@ -117,9 +136,11 @@ void count_payments(const Books& books, Vendors& vendors) {
         const auto found = vendors.find(payment.vendor_no);
         if (found == vendors.end()) return;
         Vendor& vendor = found->second;
-        // The item of a prepayment is among the documents of other modules, and its void leaves it there.
+        // The item of a prepayment from elsewhere is among the documents of other modules, and its void
+        // leaves it there.
         const bool as_check = voided_checks.contains(payment);
-        if (payment.doctype == "pp" && payment.is_void && !as_check)
+        if (payment.doctype == "pp" && payment.is_void && !as_check &&
+            !own_prepayments.contains(payment.fkey))
             vendor.elsewhere += payment.payment_amount;
         if (payment.doctype != "py") return;
         const auto lines = sums.find(payment.fkey);
@@ -152,8 +173,9 @@ void check_owing_balances(const Books& books, Findings& findings) {
     Recordset rows = books.read("SELECT vendor_no,owing_balance FROM Vendor_table ORDER BY vendor_no");
     for (; !rows.at_eof(); rows.MoveNext())
         vendors[rows.text("vendor_no")] = {};
-    count_invoices(books, vendors);
-    count_payments(books, vendors);
+    const auto own_prepayments = count_prepayments(books, vendors);
+    count_invoices(books, own_prepayments, vendors);
+    count_payments(books, own_prepayments, vendors);
     for (rows.MoveFirst(); !rows.at_eof(); rows.MoveNext()) {
         const Vendor& vendor = vendors.at(rows.text("vendor_no"));
         const double owing_balance = rows.number("owing_balance");

@@ -32,9 +32,6 @@ std::unordered_map<std::string, GlDocument> gl_documents(const Books& books) {
     return documents;
 }
 
-// Whether a form that posts has saved it.
-bool posts(const PaymentHeader& payment) { return payment.of_payment_form() || payment.of_misc_form(); }
-
 }  // namespace
 
 void check_payment_documents(const Books& books, Findings& findings) {
@@ -64,7 +61,7 @@ void check_payment_postings(const Books& books, Findings& findings) {
     books.each_payment([&](const PaymentHeader& payment) {
         const std::string name = "Payment " + shown_text(payment.fkey);
         if (payment.gl_fkey.empty()) {
-            if (posts(payment)) findings.push_back(name + " names no GL document");
+            if (payment.saved_here()) findings.push_back(name + " names no GL document");
             return;
         }
         const auto found = documents.find(payment.gl_fkey);
@@ -73,7 +70,7 @@ void check_payment_postings(const Books& books, Findings& findings) {
                 fmt::format("{}: its GL document {} does not exist", name, shown_text(payment.gl_fkey)));
             return;
         }
-        if (!posts(payment)) return;
+        if (!payment.saved_here()) return;
         const GlDocument& document = found->second;
         if (document.posted && document.reversed != payment.is_void) {
             findings.push_back(fmt::format("{} is {}void, but its GL document {} is {}reversed", name,

@@ -26,14 +26,20 @@ struct GlHeader {
 using GlHeaders = std::map<std::string, GlHeader>;  // by fkey
 using AccountSums = std::map<std::string, double>;  // in base currency, on the account's own side
 
+// Prepayments share their Source with generated invoices, which no form reverses.
+bool is_of_forms(const std::string& source, const std::string& source_form) {
+    return source == "AP-INVOICE" || source == "AP-PAYMENT" || source == "AP-MISCPAY" ||
+           source == "AP-CARD" || (source == "AP" && source_form == "A/P Prepayment");
+}
+
 GlHeaders gl_headers(const Books& books) {
     GlHeaders headers;
-    store::Recordset rows = books.read("SELECT fkey,docno,remark,Source,Reverse FROM GL_header_table");
+    store::Recordset rows =
+        books.read("SELECT fkey,docno,remark,Source,source_form,Reverse FROM GL_header_table");
     for (; !rows.at_eof(); rows.MoveNext()) {
-        const std::string source = rows.text("Source");
-        headers[rows.text("fkey")] = {
-            rows.text("docno"), rows.text("remark"),
-            source == "AP-INVOICE" || source == "AP-PAYMENT" || source == "AP-MISCPAY", rows.flag("Reverse")};
+        headers[rows.text("fkey")] = {rows.text("docno"), rows.text("remark"),
+                                      is_of_forms(rows.text("Source"), rows.text("source_form")),
+                                      rows.flag("Reverse")};
     }
     return headers;
 }

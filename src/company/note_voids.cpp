@@ -66,6 +66,9 @@ void note_void_prepayments(const Books& books, Findings& notes) {
         const auto item = open.find(prepayment.fkey);
         if (prepayment.invoiced && payment == payments.end()) {
             notes.push_back(name + " counts as applied, though no payment applies it");
+        } else if (!prepayment.invoiced && payment != payments.end()) {
+            notes.push_back(fmt::format("{} does not count as applied, though payment {} applies it", name,
+                                        shown_text(payment->second)));
         } else if (prepayment.invoiced && prepayment.is_void) {
             notes.push_back(
                 fmt::format("{} is void, though payment {} applies it", name, shown_text(payment->second)));

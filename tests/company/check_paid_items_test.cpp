@@ -125,7 +125,7 @@ TEST_F(CheckPaidItems, ItemWhoseNumberCameAgainIsNotJudged) {
 }
 
 TEST_F(CheckPaidItems, OwnLineOfAPrepaymentPaysNoItem) {
-    change(payment("1py-1"), {{"doctype", "pp"}, {"source_form", "APform_prepayment"}});
+    change(payment("1py-1"), {{"doctype", "pp"}, {"source_form", "other"}});
     change(payment_line("1py-1"), {{"ap_docno", "PP-26-00001"}});
     change(item(),
            {{"open_amount", 112.35}, {"paid_amount", 2.0}, {"discount_taken", 0.0}, {"writeoff", 0.0}});

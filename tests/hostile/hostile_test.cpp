@@ -63,6 +63,15 @@ struct MiscPaymentSession : HostileSession {
     }
 };
 
+// A payment of another kind, entered as its tests enter it.
+struct KindSession : HostileSession {
+    void enter_payment(payments::PaymentForm& (*enter)(DeskOfUser& user)) { form_ = &enter(user); }
+    frame::Form& form() override { return *form_; }
+
+  private:
+    payments::PaymentForm* form_ = nullptr;
+};
+
 template <class Session, class Prepare>
 std::unique_ptr<HostileSession> begun(Prepare prepare) {
     auto session = std::make_unique<Session>();
@@ -145,6 +154,25 @@ std::vector<HostileEntry> entries() {
              });
          },
          {kSave},
+         {"txtremark", "txtcheck"}},
+        {"Prepayment",
+         [] { return begun<KindSession>([](auto& session) { session.enter_payment(enter_prepayment); }); },
+         {kSave},
+         {"txtremark", "txtremit", "cmbpono"}},
+        {"EditedPrepayment",
+         [] {
+             return begun<KindSession>([](auto& session) {
+                 session.enter_payment(enter_prepayment);
+                 save(session);
+                 EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none);
+                 change_prepayment(session.user);
+             });
+         },
+         {kSave},
+         {"txtremark", "txtremit", "cmbpono", "txtcheck"}},
+        {"CardPayment",
+         [] { return begun<KindSession>([](auto& session) { session.enter_payment(enter_card_payment); }); },
+         {kSaveFont, kSave},
          {"txtremark", "txtcheck"}},
     };
 }

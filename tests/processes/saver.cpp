@@ -1,6 +1,4 @@
 #include "saver.h"
-#include "payments/invoice_payment/apform_payment.h"
-#include "payments/misc/apform_misc_payment.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -10,9 +8,16 @@
 #include <stdexcept>
 #include <thread>
 
+#include "kernel/money.h"
+#include "payments/card/apform_creditcard_payment.h"
+#include "payments/invoice_payment/apform_payment.h"
+#include "payments/misc/apform_misc_payment.h"
+#include "payments/prepayment/apform_prepayment.h"
+
 namespace brimley::testing {
 
 using controls::Refusal;
+using frame::command::kEditMode;
 using frame::command::kNew;
 using frame::command::kSave;
 
@@ -42,6 +47,8 @@ Saver::Saver(const store::OpenCompany& company, const std::string& user, std::ui
     ap_.showform_APform_invoice();
     ap_.showform_APform_payment();
     ap_.showform_APform_misc();
+    ap_.showform_APform_prepayment();
+    ap_.showform_APform_creditcard_payment();
 }
 
 const std::vector<Saver::Act>& Saver::acts() {
@@ -54,6 +61,13 @@ const std::vector<Saver::Act>& Saver::acts() {
         {"void-payment", 2, &Saver::void_payment, ".* was void.|(.* was void. )?Void Payment failed"},
         {"misc-payment", 4, &Saver::pay_expenses, "Add new payment failed"},
         {"void-misc-payment", 1, &Saver::void_expenses, ".* was void.|(.* was void. )?Void Payment failed"},
+        {"prepayment", 2, &Saver::prepay, "Add new prepayment failed"},
+        {"edit-prepayment", 1, &Saver::edit_prepayment,
+         ".* was void|(.* was void )?Update failed.|(Prepayment was applied to invoiced.)( Update failed.)?"},
+        {"void-prepayment", 1, &Saver::void_prepayment,
+         ".* was void.|Prepayment was applied to invoiced.|"
+         "((.* was void.|Prepayment was applied to invoiced.) )?Void Prepayment failed"},
+        {"card-payment", 2, &Saver::pay_card, "Add new payment failed"},
     };
     return kActs;
 }
@@ -115,9 +129,11 @@ void Saver::pay_invoices() {
     static_cast<void>(form.cmbpayby.type("Cash"));
     static_cast<void>(form.cmbcash.type("1000"));
     const int items = std::min(form.dbgrid1.array.used_rows(), 1 + below(4));
+    // A prepayment in cash never balances when it is applied.
     for (int row = 0; row < items; ++row)
-        static_cast<void>(form.dbgrid1.visit_cell(row, form.dbgrid1.get_column("pay amount")));
-    if (items == 0) return;
+        if (form.dbgrid1.cell(row, "document type") != "pp")
+            static_cast<void>(form.dbgrid1.visit_cell(row, form.dbgrid1.get_column("pay amount")));
+    if (kernel::money_value(form.txttotal.text()) == 0) return;
     static_cast<void>(form.txtpayment.type(form.txttotal.text()));
     press(form, kSave);
     tell_outcome("payment", form.txtdocno.text(),
@@ -165,6 +181,56 @@ void Saver::void_expenses() {
     const std::string docno = form.txtdocno.text();
     press(form, kVoidPayment);
     tell_outcome("void-misc-payment", docno, fmt::format("Payment {} is void.", docno));
+}
+
+void Saver::prepay() {
+    auto& form = *ap_.frm_prepayment;
+    if (form.mode() == frame::Mode::read) static_cast<void>(form.press(kNew));
+    static_cast<void>(
+        form.cmbvendor.type(kVendors[static_cast<std::size_t>(below(static_cast<int>(kVendors.size())))]));
+    static_cast<void>(form.txtprepay.type(fmt::format("{}.50", 1 + below(300))));
+    static_cast<void>(form.cmbpono.type(below(2) == 0 ? " " : "PO-26-00031"));
+    static_cast<void>(form.cmbpayby.type("Cash"));
+    static_cast<void>(form.cmbcash.type("1000"));
+    press(form, kSave);
+    tell_outcome("payment", form.txtdocno.text(),
+                 fmt::format("Add new Prepayment {} complete", form.txtdocno.text()));
+}
+
+void Saver::edit_prepayment() {
+    auto& form = *ap_.frm_prepayment;
+    if (form.mode() == frame::Mode::new_entry || form.txtfkey.empty()) return;
+    if (form.mode() == frame::Mode::read) press(form, kEditMode);
+    static_cast<void>(form.txtprepay.type(fmt::format("{}.75", 1 + below(300))));
+    press(form, kSave);
+    tell_outcome("edit-prepayment", form.txtdocno.text(), "Update complete.");
+    if (form.mode() == frame::Mode::edit) {
+        desk_.answers = {false};
+        static_cast<void>(form.press(kEditMode));
+        desk_.answers.clear();
+    }
+}
+
+void Saver::void_prepayment() {
+    auto& form = *ap_.frm_prepayment;
+    if (form.mode() != frame::Mode::read || form.txtfkey.empty()) return;
+    const std::string docno = form.txtdocno.text();
+    press(form, kVoidPayment);
+    tell_outcome("void-payment", docno, fmt::format("Prepayment {} is void.", docno));
+}
+
+// The card has collected nothing, so a balance is typed for it: what is paid is the saver's affair.
+void Saver::pay_card() {
+    auto& form = *ap_.frm_creditcard;
+    if (form.mode() == frame::Mode::read) static_cast<void>(form.press(kNew));
+    static_cast<void>(form.cmbcard.type("VISA"));
+    form.txtbalance.set("1,000.00");
+    static_cast<void>(form.txtpayment.type(fmt::format("{}.00", 1 + below(900))));
+    static_cast<void>(form.cmbpayby.type("Cash"));
+    static_cast<void>(form.cmbcash.type("1000"));
+    press(form, kSave);
+    tell_outcome("payment", form.txtdocno.text(),
+                 fmt::format("Add new payment {} complete", form.txtdocno.text()));
 }
 
 }  // namespace brimley::testing

@@ -47,6 +47,10 @@ class Saver {
     void void_payment();
     void pay_expenses();
     void void_expenses();
+    void prepay();
+    void edit_prepayment();
+    void void_prepayment();
+    void pay_card();
 
     [[nodiscard]] int below(int count) {
         return static_cast<int>(chance_() % static_cast<std::uint64_t>(count));
