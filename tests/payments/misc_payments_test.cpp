@@ -59,6 +59,23 @@ TEST_F(MiscPayments, TotalThatIsNotThatOfTheLinesDoesNotBalance) {
     EXPECT_EQ(company.list("SELECT docno FROM Payment_header_table"), "");
 }
 
+TEST_F(MiscPayments, HalfACentIsRoundedUpInTheTotalAndToTheEvenCentInTheLedger) {
+    enter_misc_payment(user);
+    type_misc_line(form(), 2, {{"amount", "0.125"}, {"account", "6310"}});
+    EXPECT_EQ(form().txttotal.text(), "217.48");
+    press(101);
+    EXPECT_THAT(user.messages(),
+                ElementsAre("Document is not balance (debit <> credit)", "Add new payment failed"));
+    EXPECT_EQ(form().cmbcurrency.type("EUR"), controls::Refusal::none);
+    EXPECT_EQ(form().cmbexrate.type("2"), controls::Refusal::none);
+    EXPECT_EQ(form().cmbcash.type("1070"), controls::Refusal::none);
+    press(101);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new Payment MPY-26-00001 complete"));
+    EXPECT_EQ(ledger(),
+              "1070 -217.48 | 1300 10 | 5900 100 | 5900 -100 | 5100 60 | 5200 40 | 6300 107.35 | 6310 0.12 | "
+              "7510 0.01");
+}
+
 TEST_F(MiscPayments, CardIsPaidThroughTheAccountOfItsNameInLettersOfAnySize) {
     company.db().Execute("UPDATE Account_master_table SET accname = 'Visa Payable' WHERE accno = '2200'");
     enter_misc_payment(user);
