@@ -13,11 +13,25 @@ namespace {
 
 constexpr double kJulianOf1970 = 2440587.5;
 
+// Where the documents of a kind are stored, and how they are called.
+struct Stored {
+    const char* header;
+    const char* lines;
+    std::string doctype;
+    std::string prefix;
+};
+
+Stored stored_as(BareDocument document) {
+    if (document == BareDocument::invoice) return {"AP_header_table", "AP_transaction_table", "ip", "IP-26-"};
+    return {"Payment_header_table", "Payment_misc_transaction_table", "mpy", "MPY-26-"};
+}
+
 }  // namespace
 
 struct BareSave::Parts : BareRunner {
     sqlite3* db = nullptr;
     std::vector<sqlite3_stmt*> statements;
+    BareDocument document = BareDocument::invoice;
     std::int64_t next = 1'000'000;  // keys far away from those of the form
     sqlite3_stmt* begin = nullptr;
     sqlite3_stmt* commit = nullptr;
@@ -70,8 +84,9 @@ struct BareSave::Parts : BareRunner {
     }
 };
 
-BareSave::BareSave(const std::string& company) : parts_(std::make_unique<Parts>()) {
+BareSave::BareSave(const std::string& company, BareDocument document) : parts_(std::make_unique<Parts>()) {
     Parts& p = *parts_;
+    p.document = document;
     if (sqlite3_open_v2(company.c_str(), &p.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) !=
         SQLITE_OK) {
         throw std::runtime_error(sqlite3_errmsg(p.db));
@@ -93,12 +108,13 @@ BareSave::~BareSave() {
 void BareSave::save(BareSums sums) {
     Parts& p = *parts_;
     p.run(p.begin);
-    run_bare_save(p, p.next++, sums);
+    run_bare_save(p, p.next++, sums, p.document);
     p.run(p.commit);
 }
 
-void BareSave::fill_up_to(std::int64_t invoices) {
+void BareSave::fill_up_to(std::int64_t documents) {
     Parts& p = *parts_;
+    const Stored kind_of_document = stored_as(p.document);
     p.exec("BEGIN IMMEDIATE");
     // Each statement copies the rows of the document given by its keys under new keys.
     const auto copy = [&](const std::string& table, const std::string& kind,
@@ -117,7 +133,7 @@ void BareSave::fill_up_to(std::int64_t invoices) {
             } else if (name == "GLFKEY") {
                 values += separator + "'1gl-' || ?1";
             } else if (name == "source_docno") {
-                values += separator + "'IP-26-' || ?1";
+                values += separator + "'" + kind_of_document.prefix + "' || ?1";
             } else {
                 values += separator + "\"" + name + "\"";
             }
@@ -127,13 +143,14 @@ void BareSave::fill_up_to(std::int64_t invoices) {
                          " WHERE fkey = '1" + kind + "-1'");
     };
     sqlite3_stmt* copies[] = {
-        copy("AP_header_table", "ip", "IP-26-"), copy("AP_transaction_table", "ip", "IP-26-"),
+        copy(kind_of_document.header, kind_of_document.doctype, kind_of_document.prefix),
+        copy(kind_of_document.lines, kind_of_document.doctype, kind_of_document.prefix),
         copy("GL_header_table", "gl", "GL-26-"), copy("GL_transaction_table", "gl", "GL-26-")};
-    sqlite3_stmt* stored = p.prepare("SELECT count(*) FROM AP_header_table");
+    sqlite3_stmt* stored = p.prepare(std::string("SELECT count(*) FROM ") + kind_of_document.header);
     if (sqlite3_step(stored) != SQLITE_ROW) throw std::runtime_error(sqlite3_errmsg(p.db));
     const std::int64_t present = sqlite3_column_int64(stored, 0);
     sqlite3_reset(stored);
-    for (std::int64_t n = present; n < invoices; ++n) {
+    for (std::int64_t n = present; n < documents; ++n) {
         for (sqlite3_stmt* statement : copies) {
             sqlite3_bind_int64(statement, 1, 2'000'000 + n);
             p.run(statement);

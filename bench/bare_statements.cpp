@@ -75,11 +75,25 @@ struct GlAmount {
     bool income_statement;
 };
 
-constexpr GlAmount kGlAmounts[] = {{"1300", 15.00, false},
-                                   {"2000", 337.05, false},
-                                   {"5000", 107.35, true},
-                                   {"5300", 107.35, true},
-                                   {"6300", 107.35, true}};
+constexpr GlAmount kInvoiceAmounts[] = {{"1300", 15.00, false},
+                                        {"2000", 337.05, false},
+                                        {"5000", 107.35, true},
+                                        {"5300", 107.35, true},
+                                        {"6300", 107.35, true}};
+constexpr GlAmount kMiscAmounts[] = {{"1000", -337.05, false},
+                                     {"1300", 15.00, false},
+                                     {"5000", 107.35, true},
+                                     {"5300", 107.35, true},
+                                     {"6300", 107.35, true}};
+
+// How the ledger names the documents of a kind.
+struct LedgerNames {
+    const char* Source;
+    const char* source_form;
+    const char* remark;
+};
+constexpr LedgerNames kInvoiceNames{"AP-INVOICE", "APform_invoice", "Invoice no. "};
+constexpr LedgerNames kMiscNames{"AP-MISCPAY", "APform_misc_payment", "payment no. "};
 
 const store::DateTime kToday = *store::DateTime::from_ymd(2026, 3, 16);
 const store::DateTime kDue = *store::DateTime::from_ymd(2026, 4, 15);
@@ -137,23 +151,23 @@ void count(BareRunner& runner, BareSums sums, const char* doctype) {
 }
 
 struct Keys {
-    explicit Keys(const std::string& number)
-        : invoice("IP-26-" + number),
-          key("1ip-" + number),
+    Keys(const std::string& prefix, const std::string& doctype, const std::string& number)
+        : docno(prefix + "-26-" + number),
+          key("1" + doctype + "-" + number),
           gl_number("GL-26-" + number),
           gl_key("1gl-" + number) {}
-    std::string invoice, key, gl_number, gl_key;
+    std::string docno, key, gl_number, gl_key;
 };
 
 void write_header(BareRunner& runner, const Keys& keys) {
     run(runner, header,
-        {keys.key, keys.invoice, "1",    "ip",   "BENCH-1", kToday, "V1001",      "USD",
-         "",       "30",         30.0,   0.0,    0.0,       kDue,   "AP-INVOICE", "APform_invoice",
-         3.0,      "2026",       "anna", kToday, "00:00:00"});
+        {keys.key, keys.docno, "1",    "ip",   "BENCH-1", kToday, "V1001",      "USD",
+         "",       "30",       30.0,   0.0,    0.0,       kDue,   "AP-INVOICE", "APform_invoice",
+         3.0,      "2026",     "anna", kToday, "00:00:00"});
 }
 
 void write_line(BareRunner& runner, const Keys& keys, const char* item, const char* accno) {
-    run(runner, line, {keys.key,     keys.invoice,
+    run(runner, line, {keys.key,     keys.docno,
                        item,         "Green coffee, 20 bags",
                        112.35,       112.35,
                        100.0,        12.35,
@@ -178,17 +192,67 @@ void write_line(BareRunner& runner, const Keys& keys, const char* item, const ch
                        0.0,          0.0});
 }
 
-void write_gl_header(BareRunner& runner, const Keys& keys) {
-    const std::string remark = "Invoice no. " + keys.invoice;
+void write_misc_header(BareRunner& runner, const Keys& keys) {
+    run(runner, misc_header,
+        {1.0, keys.docno, keys.key, "mpy", kToday, "USD", "Cash", "1000", "", 3.0, "2026",
+         "APform_misc_payment", kToday, "00:00:00", "anna", "Harbour Stationers", 337.05});
+}
+
+void write_misc_line(BareRunner& runner, const Keys& keys, double item, const char* accno) {
+    run(runner, misc_line,
+        {keys.key, keys.docno, 1.0,          kToday,  kToday, "00:00:00", item,  100.0, accno, false,
+         "STACK",  12.35,      "receipt 71", "BENCH", "TAXA", 105.0,      5.0,   5.0,   true,  0.0,
+         5.0,      0.0,        "TAXB",       105.0,   7.0,    7.35,       false, 7.35,  0.0,   0.0});
+}
+
+void write_gl_header(BareRunner& runner, const Keys& keys, const LedgerNames& names) {
+    const std::string remark = names.remark + keys.docno;
     run(runner, gl_header,
-        {1.0, "gl", keys.gl_number, keys.gl_key, kToday, remark, "AP-INVOICE", keys.invoice, "APform_invoice",
+        {1.0, "gl", keys.gl_number, keys.gl_key, kToday, remark, names.Source, keys.docno, names.source_form,
          "USD", "3", "2026", "anna", kToday, "00:00:00"});
 }
 
-void write_gl_line(BareRunner& runner, const Keys& keys, double lineno, const GlAmount& gl) {
+void write_gl_line(BareRunner& runner, const Keys& keys, const LedgerNames& names, double lineno,
+                   const GlAmount& gl) {
     run(runner, gl_line,
         {1.0, keys.gl_key, keys.gl_number, kToday, "3", "2026", lineno, gl.accno, gl.accno, gl.amount,
-         gl.amount, "USD", "A", "AP-INVOICE", "APform_invoice", keys.invoice, kToday, "00:00:00", "anna"});
+         gl.amount, "USD", "A", names.Source, names.source_form, keys.docno, kToday, "00:00:00", "anna"});
+}
+
+void write_ledger(BareRunner& runner, BareSums sums, const Keys& keys, const LedgerNames& names,
+                  std::span<const GlAmount> amounts) {
+    write_gl_header(runner, keys, names);
+    double lineno = 1;
+    for (const GlAmount& gl : amounts) {
+        write_gl_line(runner, keys, names, lineno++, gl);
+        post(runner, sums, gl.accno, gl.amount);
+        if (gl.income_statement) post(runner, sums, "3900", -gl.amount);
+    }
+}
+
+void run_bare_invoice(BareRunner& runner, const std::string& number, BareSums sums) {
+    const Keys keys("IP", "ip", number);
+    count(runner, sums, "ip");
+    count(runner, sums, "gl");
+    write_header(runner, keys);
+    write_line(runner, keys, "1", "5000");
+    write_line(runner, keys, "2", "5300");
+    write_line(runner, keys, "3", "6300");
+    write_ledger(runner, sums, keys, kInvoiceNames, kInvoiceAmounts);
+    run(runner, vendor, {337.05, "V1001"});
+    run(runner, glfkey, {keys.gl_key, keys.key});
+}
+
+void run_bare_misc_payment(BareRunner& runner, const std::string& number, BareSums sums) {
+    const Keys keys("MPY", "mpy", number);
+    count(runner, sums, "mpy");
+    count(runner, sums, "gl");
+    write_misc_header(runner, keys);
+    write_misc_line(runner, keys, 1, "5000");
+    write_misc_line(runner, keys, 2, "5300");
+    write_misc_line(runner, keys, 3, "6300");
+    write_ledger(runner, sums, keys, kMiscNames, kMiscAmounts);
+    run(runner, misc_glfkey, {keys.gl_key, keys.key});
 }
 
 }  // namespace
@@ -279,27 +343,48 @@ std::array<std::string, kBareStatements> bare_statements() {
     texts[period_read] =
         select_sums("Balance_period_table", all_period_sums(), "fyear = '2026' AND " + account);
     texts[period_set] = set_sums("Balance_period_table", all_period_sums());
+    texts[misc_header] = insert("Payment_header_table",
+                                {"company", "docno", "fkey", "doctype", "payment_date", "Currency", "payby",
+                                 "cash_accno", "remark", "period", "fyear", "source_form", "date_created",
+                                 "time_created", "user_created", "remit_to", "payment_amount"});
+    texts[misc_line] = insert("Payment_misc_transaction_table", {"fkey",
+                                                                 "docno",
+                                                                 "company",
+                                                                 "payment_date",
+                                                                 "date_created",
+                                                                 "time_created",
+                                                                 "pay_item",
+                                                                 "pay_amount",
+                                                                 "account",
+                                                                 "include_tax",
+                                                                 "tax_code",
+                                                                 "tax_amount",
+                                                                 "Reference",
+                                                                 "computer_id",
+                                                                 "tax_authority1",
+                                                                 "taxable_amount1",
+                                                                 "tax_rate1",
+                                                                 "tax_amount1",
+                                                                 "taxable1",
+                                                                 "tax_allocated1",
+                                                                 "tax_recoverable1",
+                                                                 "tax_expensed1",
+                                                                 "tax_authority2",
+                                                                 "taxable_amount2",
+                                                                 "tax_rate2",
+                                                                 "tax_amount2",
+                                                                 "taxable2",
+                                                                 "tax_allocated2",
+                                                                 "tax_recoverable2",
+                                                                 "tax_expensed2"});
+    texts[misc_glfkey] = "UPDATE Payment_header_table SET GLFKEY = ?1 WHERE fkey = ?2";
     texts[glfkey] = "UPDATE AP_header_table SET GLFKEY = ?1 WHERE fkey = ?2";
     return texts;
 }
 
-void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums) {
-    const Keys keys(std::to_string(number));
-    count(runner, sums, "ip");
-    count(runner, sums, "gl");
-    write_header(runner, keys);
-    write_line(runner, keys, "1", "5000");
-    write_line(runner, keys, "2", "5300");
-    write_line(runner, keys, "3", "6300");
-    write_gl_header(runner, keys);
-    double lineno = 1;
-    for (const GlAmount& gl : kGlAmounts) {
-        write_gl_line(runner, keys, lineno++, gl);
-        post(runner, sums, gl.accno, gl.amount);
-        if (gl.income_statement) post(runner, sums, "3900", -gl.amount);
-    }
-    run(runner, vendor, {337.05, "V1001"});
-    run(runner, glfkey, {keys.gl_key, keys.key});
+void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums, BareDocument document) {
+    const auto save = document == BareDocument::invoice ? run_bare_invoice : run_bare_misc_payment;
+    save(runner, std::to_string(number), sums);
 }
 
 }  // namespace brimley::bench

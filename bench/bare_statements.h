@@ -24,6 +24,9 @@ enum Bare {
     period,
     vendor,
     glfkey,
+    misc_header,
+    misc_line,
+    misc_glfkey,
     docno_read,  // a read is held until the end, where the engine holds rows
     fkey_read,
     balance_read,
@@ -35,8 +38,12 @@ enum Bare {
     kBareStatements
 };
 
+// What is saved: an invoice of three taxed lines, or a miscellaneous payment of them in cash.
+enum class BareDocument { invoice, misc_payment };
+
 // How counters and balances are moved: within the UPDATE, or, as a program must that computes and rounds them
-// itself, by reading the row first and writing all of its sums. The first takes 32 statements, the second 52.
+// itself, by reading the row first and writing all of its sums. For an invoice the first takes 32 statements,
+// the second 52; for a miscellaneous payment, which has no vendor, 31 and 51.
 enum class BareSums { in_the_engine, read_first };
 
 // In SQLite's spelling: parameters ?1, ?2 ... Every value that a document brings with it is one: a text that
@@ -54,6 +61,7 @@ class BareRunner {
 };
 
 // All writes of one save but its BEGIN and COMMIT. number: of the document.
-void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums);
+void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums,
+                   BareDocument document = BareDocument::invoice);
 
 }  // namespace brimley::bench

@@ -1,4 +1,4 @@
-// The workload of the save benchmark: one three-line taxed invoice, saved through the form or by bare
+// The workload of the save benchmarks: one document with three taxed lines, saved through its form or by bare
 // statements.
 #pragma once
 
@@ -11,12 +11,12 @@
 namespace brimley::bench {
 
 // Both do the same row writes: counters, header, three lines, GL header, five GL lines, their balances and
-// those of Current Earnings in both balance tables, the vendor.
+// those of Current Earnings in both balance tables, and an invoice's vendor.
 class FormSave {
   public:
-    explicit FormSave(const std::string& company);
+    explicit FormSave(const std::string& company, BareDocument document = BareDocument::invoice);
     ~FormSave();
-    // Types the invoice into the form, up to but without the Save command.
+    // Types the document into the form, up to but without the Save command.
     void enter();
     void save();
 
@@ -27,11 +27,11 @@ class FormSave {
 
 class BareSave {
   public:
-    explicit BareSave(const std::string& company);
+    explicit BareSave(const std::string& company, BareDocument document = BareDocument::invoice);
     ~BareSave();
     void save(BareSums sums = BareSums::in_the_engine);
-    // Copies the newest stored invoice with its GL document until this many are stored, in one transaction.
-    void fill_up_to(std::int64_t invoices);
+    // Copies the first stored document with its GL document until this many are stored, in one transaction.
+    void fill_up_to(std::int64_t documents);
     // Moves the key counter of invoices behind the copies, so that the form walks through them.
     void count_copies();
 

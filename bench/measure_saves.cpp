@@ -1,0 +1,114 @@
+#include "measure_saves.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <vector>
+
+#include "company/create.h"
+
+namespace brimley::bench {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double cpu_ms() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+double wall_ms() {
+    return std::chrono::duration<double, std::milli>(Clock::now().time_since_epoch()).count();
+}
+
+struct Samples {
+    std::vector<double> cpu;
+    std::vector<double> wall;
+
+    template <class Act>
+    void take(Act&& act) {
+        const double cpu_before = cpu_ms();
+        const double wall_before = wall_ms();
+        act();
+        cpu.push_back(cpu_ms() - cpu_before);
+        wall.push_back(wall_ms() - wall_before);
+    }
+    static double median(std::vector<double> values) {
+        std::sort(values.begin(), values.end());
+        return values[values.size() / 2];
+    }
+    [[nodiscard]] double mean_cpu() const {
+        double sum = 0;
+        for (const double value : cpu)
+            sum += value;
+        return sum / static_cast<double>(cpu.size());
+    }
+};
+
+void measure(const std::string& company, BareDocument document, std::int64_t stored, int saves) {
+    BareSave bare(company, document);
+    FormSave form(company, document);
+    for (int i = 0; i < 20; ++i) {  // statements prepared, caches warm
+        bare.save();
+        form.enter();
+        form.save();
+    }
+    bare.fill_up_to(stored);
+    Samples bare_saves;
+    Samples reading_saves;
+    Samples entries;
+    Samples form_saves;
+    // In turns, so that all see the same machine, and a file that somebody else has written to since.
+    const auto save_form = [&] {
+        entries.take([&] { form.enter(); });
+        form_saves.take([&] { form.save(); });
+    };
+    for (int i = 0; i < saves; ++i) {
+        bare_saves.take([&] { bare.save(); });
+        save_form();
+        reading_saves.take([&] { bare.save(BareSums::read_first); });
+        save_form();
+    }
+    fmt::print("{:>8} {:>9.3f} {:>9.3f} {:>9.3f} {:>9.2f} {:>9.2f} {:>9.3f} {:>9.3f}\n", stored,
+               bare_saves.mean_cpu(), reading_saves.mean_cpu(), form_saves.mean_cpu(),
+               form_saves.mean_cpu() / bare_saves.mean_cpu(),
+               form_saves.mean_cpu() / reading_saves.mean_cpu(), Samples::median(form_saves.wall),
+               entries.mean_cpu());
+}
+
+}  // namespace
+
+int measure_saves(int argc, char** argv, BareDocument document) {
+    const int saves = argc > 1 ? std::atoi(argv[1]) : 500;
+    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
+    fmt::print(
+        "milliseconds of CPU a save, {} saves each; bare = prepared statements, reading = the same, each "
+        "counter "
+        "and balance read first, form = Save command\n",
+        saves);
+    fmt::print("{:>8} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9}\n", "stored", "bare", "reading", "form",
+               "to bare", "to read.", "form wall", "entry");
+    std::vector<std::int64_t> sizes{100, 10'000, 100'000};
+    if (argc > 3) sizes.clear();
+    for (int i = 3; i < argc; ++i)
+        sizes.push_back(std::atoll(argv[i]));
+    for (const std::int64_t stored : sizes) {
+        const auto file = folder / fmt::format("bench-{}.brimley", stored);
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(file.string() + suffix);
+        company::create_company_file(file.string(), company::SampleCompany{"anna"});
+        measure(file.string(), document, stored, saves);
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(file.string() + suffix);
+    }
+    return 0;
+}
+
+}  // namespace brimley::bench
