@@ -4,6 +4,7 @@
 #include "hostile_entry.h"
 #include "payments/kinds_of_payments.h"
 #include "payments/payment_entry.h"
+#include "payments/void_check/apform_void_check.h"
 #include "support/template_entry.h"
 
 namespace brimley::testing {
@@ -11,6 +12,7 @@ namespace brimley::testing {
 namespace {
 
 constexpr int kSave = 101;
+constexpr int kFind = 104;
 constexpr int kEdit = 106;
 constexpr int kSaveFont = 401;
 
@@ -49,6 +51,18 @@ struct PaymentSession : HostileSession {
             EXPECT_EQ(payment.txtcheckdate.type("16/03/2026"), controls::Refusal::none);
         }
         pay_total(payment);
+    }
+};
+
+struct CheckSession : PaymentSession {
+    frame::Form& form() override { return *user.ap.frm_void_check; }
+    void pick_check() {
+        enter_payment("Check");
+        EXPECT_EQ(user.ap.frm_payment->press(kSave), controls::Refusal::none);
+        user.ap.showform_APform_void_check();
+        EXPECT_EQ(form().press(kFind), controls::Refusal::none);
+        EXPECT_EQ(user.ap.frm_void_check->dbgrid1.double_click(0), controls::Refusal::none);
+        user.desk.answers = {true};
     }
 };
 
@@ -137,6 +151,10 @@ std::vector<HostileEntry> entries() {
          },
          {kSave},
          {"txtremark"}},
+        {"VoidedCheck",
+         [] { return begun<CheckSession>([](auto& session) { session.pick_check(); }); },
+         {kSaveFont, kFind, kSave},
+         {}},
         {"MiscPaymentInCash",
          [] { return begun<MiscPaymentSession>([](auto& session) { session.enter_payment("Cash"); }); },
          {kSaveFont, kSave},

@@ -13,6 +13,7 @@
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
+#include "payments/void_check/apform_void_check.h"
 
 namespace brimley::testing {
 
@@ -23,6 +24,7 @@ using frame::command::kSave;
 
 namespace {
 
+constexpr int kFind = 104;
 constexpr int kVoidPayment = 133;
 constexpr int kVoidInvoice = 1008;
 
@@ -49,6 +51,7 @@ Saver::Saver(const store::OpenCompany& company, const std::string& user, std::ui
     ap_.showform_APform_misc();
     ap_.showform_APform_prepayment();
     ap_.showform_APform_creditcard_payment();
+    ap_.showform_APform_void_check();
 }
 
 const std::vector<Saver::Act>& Saver::acts() {
@@ -59,6 +62,7 @@ const std::vector<Saver::Act>& Saver::acts() {
         // One that is refused because of what another desk holds is not told of.
         {"void-invoice", 2, &Saver::void_invoice, "|Invoice was (void|paid|partially paid)."},
         {"void-payment", 2, &Saver::void_payment, ".* was void.|(.* was void. )?Void Payment failed"},
+        {"void-check", 3, &Saver::void_check, "Void (check|Payment|Prepayment) failed"},
         {"misc-payment", 4, &Saver::pay_expenses, "Add new payment failed"},
         {"void-misc-payment", 1, &Saver::void_expenses, ".* was void.|(.* was void. )?Void Payment failed"},
         {"prepayment", 2, &Saver::prepay, "Add new prepayment failed"},
@@ -120,14 +124,25 @@ void Saver::enter_invoice() {
     tell_outcome("invoice", form.txtdocno.text(), "Add new Invoice complete");
 }
 
+void Saver::choose_way_of_paying(payments::PaymentForm& form) {
+    const bool by_check = below(2) == 0;
+    static_cast<void>(form.cmbpayby.type(by_check ? "Check" : "Cash"));
+    if (!by_check) {
+        static_cast<void>(form.cmbcash.type("1000"));
+        return;
+    }
+    static_cast<void>(form.cmbbank.type("MAIN"));
+    static_cast<void>(form.txtcheck.type(std::to_string(1 + below(9999))));
+    static_cast<void>(form.txtcheckdate.type(form.txtpaydate.text()));
+}
+
 void Saver::pay_invoices() {
     auto& form = *ap_.frm_payment;
     if (form.mode() == frame::Mode::read) static_cast<void>(form.press(kNew));
     // Listed afresh, also after a save that was refused: another desk may have paid the items.
     static_cast<void>(
         form.cmbvendor.type(kVendors[static_cast<std::size_t>(below(static_cast<int>(kVendors.size())))]));
-    static_cast<void>(form.cmbpayby.type("Cash"));
-    static_cast<void>(form.cmbcash.type("1000"));
+    choose_way_of_paying(form);
     const int items = std::min(form.dbgrid1.array.used_rows(), 1 + below(4));
     // A prepayment in cash never balances when it is applied.
     for (int row = 0; row < items; ++row)
@@ -156,13 +171,25 @@ void Saver::void_payment() {
     tell_outcome("void-payment", docno, docno + " is void.");
 }
 
+// Any of those that this desk lists now; another desk may void it before.
+void Saver::void_check() {
+    auto& form = *ap_.frm_void_check;
+    static_cast<void>(form.press(kFind));
+    const int rows = form.dbgrid1.array.used_rows();
+    if (rows == 0) return;
+    static_cast<void>(form.dbgrid1.double_click(below(rows)));
+    const std::string docno = form.txtpaymentno.text();
+    const std::string check = form.txtcheck.text();
+    press(form, kSave);
+    tell_outcome("void-check", docno, fmt::format("Check {} is void.", check));
+}
+
 void Saver::pay_expenses() {
     auto& form = *ap_.frm_misc;
     if (form.mode() == frame::Mode::read) {
         static_cast<void>(form.press(kNew));
         static_cast<void>(form.txtremit.type("Harbour Stationers"));
-        static_cast<void>(form.cmbpayby.type("Cash"));
-        static_cast<void>(form.cmbcash.type("1000"));
+        choose_way_of_paying(form);
         const std::string amount = fmt::format("{}.{:02}", 1 + below(90), below(100));
         for (int row = 0; row <= below(3); ++row)
             for (const auto& [caption, text] :

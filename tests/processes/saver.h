@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kernel/store/database.h"
+#include "payments/payment_form.h"
 #include "support/sample_host.h"
 
 namespace brimley::testing {
@@ -45,6 +46,7 @@ class Saver {
     void pay_invoices();
     void void_invoice();
     void void_payment();
+    void void_check();
     void pay_expenses();
     void void_expenses();
     void prepay();
@@ -55,6 +57,8 @@ class Saver {
     [[nodiscard]] int below(int count) {
         return static_cast<int>(chance_() % static_cast<std::uint64_t>(count));
     }
+    // In cash, or by check.
+    void choose_way_of_paying(payments::PaymentForm& form);
     // Answers Yes to what the command asks.
     void press(frame::Form& form, int id);
     // Tells the document as stored when the form has said the message; else what it has said.

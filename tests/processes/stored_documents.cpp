@@ -24,6 +24,7 @@ constexpr Told kTold[] = {
     {"void-invoice", "SELECT docno FROM AP_header_table WHERE void = TRUE"},
     {"payment", "SELECT docno FROM Payment_header_table"},
     {"void-payment", "SELECT docno FROM Payment_header_table WHERE void = TRUE"},
+    {"void-check", "SELECT docno FROM Payment_header_table WHERE void = TRUE"},
     {"misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy'"},
     {"void-misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy' AND void = TRUE"},
     {"edit-prepayment", "SELECT docno FROM Payment_header_table WHERE doctype = 'pp'", true},

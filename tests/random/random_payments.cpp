@@ -22,7 +22,7 @@ constexpr const char* kOpenItems =
 }  // namespace
 
 controls::Grid& RandomSession::lines_on_screen() {
-    return dynamic_cast<frame::DocumentForm&>(*console_->desk().current_form()).dbgrid1;
+    return dynamic_cast<frame::GridForm&>(*console_->desk().current_form()).dbgrid1;
 }
 
 double RandomSession::money_in(int row, const char* caption) {
@@ -185,6 +185,17 @@ void RandomSession::void_some_payment(const char* form, const std::vector<std::s
             RecordsetKind::snapshot);
         if (gl_document.text("remark").starts_with("Reversed by")) ++tally_.voids_in_a_later_period;
     }
+    back_to_invoices();
+}
+
+// Any row of the list; a check that cannot be picked leaves nothing to void.
+void RandomSession::void_check() {
+    run("form APform_void_check");
+    press(104);
+    const int rows = lines_on_screen().array.used_rows();
+    if (rows > 0) run(fmt::format("dblclick dbgrid1 {}", chance_.below(rows)));
+    press(101);
+    press(115);
     back_to_invoices();
 }
 

@@ -55,6 +55,7 @@ RandomSession::RandomSession(const std::string& company, std::uint64_t seed)
     run("today 2026-01-05 09:00:00");
     run("call showform_APform_payment");
     run("call showform_APform_misc");
+    run("call showform_APform_void_check");
     run("call showform_APform_invoice");
 }
 
@@ -73,6 +74,7 @@ const std::vector<RandomSession::Act>& RandomSession::acts() {
         {"pay", 30, &RandomSession::pay_items},
         {"void payment", 8, &RandomSession::void_payment},
         {"edit payment", 3, &RandomSession::edit_payment},
+        {"void check of a payment", 4, &RandomSession::void_check},
         {"pay expenses", 10, &RandomSession::pay_expenses},
         {"void payment of expenses", 3, &RandomSession::void_expenses},
         {"edit payment of expenses", 1, &RandomSession::edit_expenses},
@@ -175,11 +177,14 @@ bool RandomSession::count_payment_message(const std::string& message) {
         (docno.starts_with("MPY-") ? misc_docnos_ : payment_docnos_).push_back(docno);
     } else if (message == "Add new payment failed") {
         ++tally_.payments_refused;
-    } else if (message == "Void Payment failed") {
+    } else if (message == "Void Payment failed" || message == "Void check failed") {
         ++tally_.payment_voids_failed;
     } else if ((message.starts_with("PY-") || message.starts_with("Payment MPY-")) &&
                message.ends_with(" is void.")) {
         ++tally_.payments_voided;
+    } else if (message.starts_with("Check ") && message.ends_with(" is void.")) {
+        ++tally_.payments_voided;
+        ++tally_.checks_voided;
     } else {
         return false;
     }

@@ -68,7 +68,8 @@ class RandomSession {
         int saved = 0, refused = 0, templates = 0, updated = 0, update_failed = 0, voided = 0, held = 0,
             released = 0;
         int payments = 0, payments_refused = 0, payments_edited = 0;
-        int payments_voided = 0, voids_in_a_later_period = 0, payment_voids_failed = 0;
+        int payments_voided = 0, checks_voided = 0;  // the first count both
+        int voids_in_a_later_period = 0, payment_voids_failed = 0;
         std::map<std::string, int> ways_of_paying;  // one payment may go several ways
     };
     [[nodiscard]] const Tally& tally() const { return tally_; }
@@ -88,6 +89,7 @@ class RandomSession {
     void pay_items();
     void void_payment();
     void edit_payment();
+    void void_check();
     void pay_expenses();
     void void_expenses();
     void edit_expenses();

@@ -45,10 +45,10 @@ void tell_tally(const RandomSession& session, int acts) {
         acts, tally.saved, tally.refused, tally.templates, tally.updated, tally.update_failed, tally.voided,
         tally.held, tally.released);
     std::cout << fmt::format(
-        "payments: {} saved, {} refused, {} edited, {} void ({} of them in a later period), {} voids "
-        "failed\n",
+        "payments: {} saved, {} refused, {} edited, {} void ({} of them in a later period, {} as "
+        "checks), {} voids failed\n",
         tally.payments, tally.payments_refused, tally.payments_edited, tally.payments_voided,
-        tally.voids_in_a_later_period, tally.payment_voids_failed);
+        tally.voids_in_a_later_period, tally.checks_voided, tally.payment_voids_failed);
     std::cout << "paid";
     for (const auto& [way, count] : tally.ways_of_paying)
         std::cout << fmt::format(" | {} {}", way, count);
