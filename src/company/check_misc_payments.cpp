@@ -25,7 +25,7 @@ using store::Recordset;
 
 constexpr int kElements = 5;
 // A line may hold less than a cent; the total is what the sum is shown as, a tie away from zero.
-constexpr double kHalfCent = 0.005 + 1e-9;
+constexpr double kMostBetweenTotalAndLines = 0.005 + 1e-9;
 
 struct MiscLine {
     std::string pay_item;
@@ -83,7 +83,7 @@ void check_lines(const PaymentHeader& payment, const std::vector<MiscLine>& line
         findings.push_back(fmt::format("{}, pay item {}: tax_amount is {:.2f}, its elements come to {:.2f}",
                                        name, shown_text(line.pay_item), line.tax, line.tax_of_elements));
     }
-    if (std::fabs(payment.payment_amount - paid) > kHalfCent + std::fabs(paid) * 1e-12)
+    if (std::fabs(payment.payment_amount - paid) > kMostBetweenTotalAndLines + std::fabs(paid) * 1e-12)
         findings.push_back(fmt::format("{}: payment_amount is {:.2f}, its lines come to {:.2f}", name,
                                        payment.payment_amount, paid));
 }
@@ -137,7 +137,8 @@ std::map<std::string, Expected> expected_postings(const PaymentHeader& payment,
     return expected;
 }
 
-using Postings = std::unordered_map<std::string, std::map<std::string, double>>;  // by GL document, account
+using PostedByAccount =
+    std::unordered_map<std::string, std::map<std::string, double>>;  // by GL document, account
 
 void compare(const PaymentHeader& payment, const std::map<std::string, Expected>& expected,
              const std::map<std::string, double>& posted, const SharedAccounts& shared, Findings& findings) {
@@ -173,7 +174,7 @@ void check_misc_payments(const Books& books, Findings& findings) {
 void check_misc_postings(const Books& books, Findings& findings) {
     const MiscLines lines = misc_lines(books);
     const SharedAccounts shared(books);
-    Postings posted;
+    PostedByAccount posted;
     books.each_gl_line([&](const GlLine& line) { posted[line.fkey][line.accno] += line.base_amount; });
     books.each_payment([&](const PaymentHeader& payment) {
         const auto own = lines.find(payment.fkey);
