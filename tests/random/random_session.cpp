@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <numeric>
+#include <regex>
 
 #include "company/transaction.h"
 #include "frame/form.h"
@@ -56,6 +57,8 @@ RandomSession::RandomSession(const std::string& company, std::uint64_t seed)
     run("call showform_APform_payment");
     run("call showform_APform_misc");
     run("call showform_APform_void_check");
+    run("call showform_APform_prepayment");
+    run("call showform_APform_creditcard_payment");
     run("call showform_APform_invoice");
 }
 
@@ -78,6 +81,11 @@ const std::vector<RandomSession::Act>& RandomSession::acts() {
         {"pay expenses", 10, &RandomSession::pay_expenses},
         {"void payment of expenses", 3, &RandomSession::void_expenses},
         {"edit payment of expenses", 1, &RandomSession::edit_expenses},
+        {"prepay", 8, &RandomSession::prepay},
+        {"edit prepayment", 3, &RandomSession::edit_prepayment},
+        {"void prepayment", 2, &RandomSession::void_prepayment},
+        {"pay card", 5, &RandomSession::pay_card},
+        {"void card payment", 1, &RandomSession::void_card_payment},
     };
     return kActs;
 }
@@ -167,20 +175,21 @@ void RandomSession::count_messages() {
     console_->desk().happenings().clear();
 }
 
+// Each kind of payment has its own words, and its number tells which it is.
 bool RandomSession::count_payment_message(const std::string& message) {
-    static const std::string kSaved = "Add new Payment ";
-    static const std::string kComplete = " complete";
-    if (message.starts_with(kSaved)) {
+    static const std::regex kSaved("Add new (?:Payment|payment|Prepayment) (\\S+) complete");
+    static const std::regex kFailed("Add new (payment|prepayment) failed");
+    static const std::regex kVoidFailed("Void (Payment|Prepayment|check) failed");
+    static const std::regex kVoided("((Payment |Prepayment )(PP|PC|MPY)|PY)-.* is void\\.");
+    std::smatch found;
+    if (std::regex_match(message, found, kSaved)) {
         ++tally_.payments;
-        const std::string docno =
-            message.substr(kSaved.size(), message.size() - kSaved.size() - kComplete.size());
-        (docno.starts_with("MPY-") ? misc_docnos_ : payment_docnos_).push_back(docno);
-    } else if (message == "Add new payment failed") {
+        docnos_of_kind(found[1]).push_back(found[1]);
+    } else if (std::regex_match(message, kFailed)) {
         ++tally_.payments_refused;
-    } else if (message == "Void Payment failed" || message == "Void check failed") {
+    } else if (std::regex_match(message, kVoidFailed)) {
         ++tally_.payment_voids_failed;
-    } else if ((message.starts_with("PY-") || message.starts_with("Payment MPY-")) &&
-               message.ends_with(" is void.")) {
+    } else if (std::regex_match(message, kVoided)) {
         ++tally_.payments_voided;
     } else if (message.starts_with("Check ") && message.ends_with(" is void.")) {
         ++tally_.payments_voided;
@@ -189,6 +198,12 @@ bool RandomSession::count_payment_message(const std::string& message) {
         return false;
     }
     return true;
+}
+
+std::vector<std::string>& RandomSession::docnos_of_kind(const std::string& docno) {
+    if (docno.starts_with("MPY-")) return misc_docnos_;
+    if (docno.starts_with("PP-")) return prepayment_docnos_;
+    return docno.starts_with("PC-") ? card_docnos_ : payment_docnos_;
 }
 
 // --- acts ---

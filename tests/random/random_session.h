@@ -90,6 +90,11 @@ class RandomSession {
     void void_payment();
     void edit_payment();
     void void_check();
+    void prepay();
+    void edit_prepayment();
+    void void_prepayment();
+    void pay_card();
+    void void_card_payment();
     void pay_expenses();
     void void_expenses();
     void edit_expenses();
@@ -125,11 +130,14 @@ class RandomSession {
     [[nodiscard]] std::string shown(const std::string& control);
     // False when no document has been saved yet.
     bool go_to_some_document();
+    bool go_to_some_prepayment();
+    void count_way_of_paying(const char* way) { ++tally_.ways_of_paying[way]; }
     [[nodiscard]] std::string amount();
     [[nodiscard]] std::string date();
     void count_messages();
     // True for a message about a payment, which has been counted then.
     bool count_payment_message(const std::string& message);
+    [[nodiscard]] std::vector<std::string>& docnos_of_kind(const std::string& docno);
 
     std::vector<std::string> column(const std::string& query);
     void expect_remarks(std::vector<std::string>& findings);
@@ -144,7 +152,8 @@ class RandomSession {
 
     store::DateTime today_;
     std::vector<std::string> vendors_, accounts_, tax_codes_, terms_;
-    std::vector<std::string> docnos_, payment_docnos_, misc_docnos_, used_vendors_;
+    std::vector<std::string> docnos_, payment_docnos_, misc_docnos_, prepayment_docnos_, card_docnos_,
+        used_vendors_;
     std::set<std::string> on_hold_;
     std::map<std::string, std::string> remarks_;  // of payments that were edited, by key
     NamedDeviations named_;

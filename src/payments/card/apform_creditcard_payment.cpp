@@ -89,7 +89,8 @@ void APform_creditcard_payment::execute_own(int id) {
 }
 
 CardAmounts APform_creditcard_payment::amounts() const {
-    return {money_value(txtpayment.text()), money_value(txtfee.text()), money_value(txtbalance.text())};
+    const auto cents = [](const controls::TextField& field) { return Round(money_value(field.text())); };
+    return {cents(txtpayment), cents(txtfee), cents(txtbalance)};
 }
 
 void APform_creditcard_payment::cmbcard_ItemSelect() {

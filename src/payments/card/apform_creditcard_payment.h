@@ -18,7 +18,7 @@
 
 namespace brimley::payments {
 
-// What is paid, in the payment's currency, as it stands on screen.
+// What is paid, in the payment's currency, as it stands on screen, to the cent.
 struct CardAmounts {
     double payment = 0;  // the fee in it
     double fee = 0;

@@ -32,12 +32,17 @@ void PaymentSave::compute_payment_base() {
                   : form_.txtpayment.text());
 }
 
-// Without a total in one currency, or with one of 0 or less, the payment is not compared with its lines.
+// Without a total in one currency, or with one of 0 or less, the payment is not compared with its lines. A
+// credit whose amount was refused may still be in the totals on screen, and must not hide what the lines come
+// to.
 bool PaymentSave::validate_lines() {
     compute_payment_base();
-    if (!(money_value(form_.txttotal.text()) > 0)) return true;
+    const auto any_total = [this] { return money_value(form_.txttotal.text()) > 0; };
+    if (!any_total()) form_.items.update_total_payment();
+    if (!any_total()) return true;
     if (form_.dbgrid1.cell(0, "pay item").empty()) return refuse("No invoice records");
     if (!form_.items.check_ifany_pay()) return refuse("Please specify any payment/discount/write-off amount");
+    form_.items.update_total_payment();
     if (money_value(form_.txttotal_base.text()) > money_value(form_.txtpayment_base.text()))
         return refuse("Payment amount is less than total amount.");
     return true;

@@ -123,7 +123,7 @@ void APform_prepayment::list_open_po() {
 
 std::string APform_prepayment::purchase_order() const { return cmbpono.text() == " " ? "" : cmbpono.text(); }
 
-double APform_prepayment::amount() const { return kernel::money_value(txtprepay.text()); }
+double APform_prepayment::amount() const { return kernel::Round(kernel::money_value(txtprepay.text())); }
 
 void APform_prepayment::begin_entry() {
     txtprepay.set("0.00");

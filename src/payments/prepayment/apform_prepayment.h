@@ -42,7 +42,7 @@ class APform_prepayment : public PaymentForm {
     void list_open_po();
     // The order that was chosen; empty for the blank.
     [[nodiscard]] std::string purchase_order() const;
-    // As on screen, in the prepayment's currency.
+    // As on screen, in the prepayment's currency, to the cent.
     [[nodiscard]] double amount() const;
 
     // --- the save ---
