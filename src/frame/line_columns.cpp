@@ -25,7 +25,16 @@ void LineColumns::show(const store::Recordset& line, int row) {
     grid_.array.set_row(row, cells_);
 }
 
-std::string LineColumns::text_of(const store::Value& value, Shown shown) const {
+const std::string& LineColumns::date_text_of(const store::Value& value) {
+    static const std::string kNone;
+    const auto date = value.date();
+    if (!date) return kNone;
+    const auto [text, is_new] = dates_.try_emplace(date->day);
+    if (is_new) text->second = date_text(*date);
+    return text->second;
+}
+
+std::string LineColumns::text_of(const store::Value& value, Shown shown) {
     if (shown == Shown::flag) return value.flag() ? "True" : "False";
     if (value.is_null()) return {};
     switch (shown) {
@@ -34,7 +43,7 @@ std::string LineColumns::text_of(const store::Value& value, Shown shown) const {
         case Shown::money_without_sign:
             return kernel::format_money(std::abs(value.number()));
         case Shown::date:
-            return date_text(value);
+            return date_text_of(value);
         default:
             return value.text();
     }

@@ -7,6 +7,7 @@
 
 #include <span>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "controls/grid.h"
@@ -43,13 +44,16 @@ class LineColumns : public FormPart {
     void show(const store::Recordset& line, int row);
 
   private:
-    [[nodiscard]] std::string text_of(const store::Value& value, Shown shown) const;
+    [[nodiscard]] std::string text_of(const store::Value& value, Shown shown);
+    // Many lines share their days.
+    [[nodiscard]] const std::string& date_text_of(const store::Value& value);
 
     controls::Grid& grid_;
     std::span<const LineColumn> columns_;
     std::vector<int> fields_;  // -1: the lines have no such field
     std::vector<std::string> texts_;
     std::vector<controls::TextArray::CellText> cells_;
+    std::unordered_map<std::int32_t, std::string> dates_;  // by day
 };
 
 }  // namespace brimley::frame
