@@ -1,8 +1,8 @@
 #include "payments/void_check/check_list.h"
 
+#include <algorithm>
 #include <array>
-#include <limits>
-#include <unordered_map>
+#include <vector>
 
 #include "payments/void_check/check_kinds.h"
 
@@ -31,21 +31,24 @@ constexpr std::array kCheckColumns{
     LineColumn{"fiscal year", "fyear", Shown::text},
 };
 
-// What several tables have is the header's, which comes first. The first columns are the same in each query.
-constexpr const char* kPaymentsQuery = "SELECT fkey, doctype, remit_to FROM Payment_header_table";
+// What several tables have is the header's, which comes first; so do the payment's key and the fields that
+// all lines have.
+constexpr const char* kPaymentsQuery = "SELECT fkey, doctype FROM Payment_header_table";
 constexpr const char* kNamesQuery =
     "SELECT fkey, VENDOR_NAME FROM Payment_header_table INNER JOIN Vendor_table ON "
     "Payment_header_table.vendor_no = Vendor_table.vendor_no";
-constexpr const char* kLinesQuery =
+constexpr const char* kWithoutPayee = " AND (remit_to IS NULL OR remit_to = '')";
+constexpr const char* kLineFields =
     "SELECT fkey, remit_to, check_no, check_date, docno, payment_amount, Currency, bank_accno, period, "
     "fyear, "
-    "pay_item, pay_amount, ap_docno, invoice_no, invoice_date FROM Payment_header_table INNER JOIN "
-    "Payment_transaction_table ON Payment_header_table.fkey = Payment_transaction_table.fkey";
-constexpr const char* kMiscLinesQuery =
-    "SELECT fkey, remit_to, check_no, check_date, docno, payment_amount, Currency, bank_accno, period, "
-    "fyear, "
-    "pay_item, pay_amount FROM Payment_header_table INNER JOIN Payment_misc_transaction_table ON "
-    "Payment_header_table.fkey = Payment_misc_transaction_table.fkey";
+    "pay_item, pay_amount";
+constexpr const char* kOfItems =
+    ", ap_docno, invoice_no, invoice_date FROM Payment_header_table INNER JOIN Payment_transaction_table ON "
+    "Payment_header_table.fkey = Payment_transaction_table.fkey";
+constexpr const char* kOfExpenses =
+    " FROM Payment_header_table INNER JOIN Payment_misc_transaction_table ON Payment_header_table.fkey = "
+    "Payment_misc_transaction_table.fkey";
+constexpr const char* kMisc = " AND doctype = 'mpy'";
 
 // Feb 29 becomes Feb 28.
 store::DateTime a_year_before(store::DateTime date) {
@@ -53,20 +56,21 @@ store::DateTime a_year_before(store::DateTime date) {
     return same_day ? *same_day : date.date_only().plus_days(-366);
 }
 
-using Places = std::unordered_map<std::string, int>;  // of the payments in the list, by their keys
-
-Places places_of(Recordset& payments) {
-    Places places;
+std::vector<std::string> keys_of(Recordset& payments) {
+    std::vector<std::string> keys;
     for (; !payments.at_eof(); payments.MoveNext())
-        places.try_emplace(payments.column(0).text(), static_cast<int>(places.size()));
+        keys.push_back(payments.column(0).text());
     payments.MoveFirst();
-    return places;
+    return keys;
 }
 
 // Rows that belong to the payments, in the order of the payments.
 class RowsOfPayments {
   public:
-    RowsOfPayments(Recordset rows, const Places& places) : row(std::move(rows)), places_(places) { find(); }
+    // `keys` are those of the payments.
+    RowsOfPayments(Recordset rows, const std::vector<std::string>& keys) : row(std::move(rows)), keys_(keys) {
+        find();
+    }
 
     Recordset row;
 
@@ -76,23 +80,26 @@ class RowsOfPayments {
         find();
     }
     // Goes on to the next row of the payment at this place; false when it has none left.
-    [[nodiscard]] bool is_at(int place) {
-        while (place_ < place)
+    [[nodiscard]] bool is_at(std::size_t place) {
+        while (!row.at_eof() && place_ < place)
             next();
-        return place_ == place;
+        return !row.at_eof() && place_ == place;
     }
 
   private:
-    // A payment that another desk has just saved has no place.
+    // From the place of the row before it. A payment that another desk has saved meanwhile has none.
     void find() {
-        place_ = std::numeric_limits<int>::max();
-        if (row.at_eof()) return;
-        const auto found = places_.find(row.column(0).text());
-        place_ = found == places_.end() ? -1 : found->second;
+        for (; !row.at_eof(); row.MoveNext()) {
+            const auto from = keys_.begin() + static_cast<std::ptrdiff_t>(place_);
+            const auto found = std::find(from, keys_.end(), row.column(0).text());
+            if (found == keys_.end()) continue;
+            place_ = static_cast<std::size_t>(found - keys_.begin());
+            return;
+        }
     }
 
-    const Places& places_;
-    int place_ = 0;
+    const std::vector<std::string>& keys_;
+    std::size_t place_ = 0;
 };
 
 }  // namespace
@@ -122,20 +129,20 @@ std::string CheckList::checks_of(const std::string& vendor_no) const {
 
 void CheckList::fill(const std::string& checks) {
     auto payments = kernel().read(kPaymentsQuery + checks);
-    const Places places = places_of(payments);
-    RowsOfPayments names(kernel().read(kNamesQuery + checks), places);
-    RowsOfPayments lines(kernel().read(kLinesQuery + checks), places);
-    RowsOfPayments misc_lines(kernel().read(kMiscLinesQuery + checks), places);
+    const std::vector<std::string> keys = keys_of(payments);
+    RowsOfPayments names(kernel().read(kNamesQuery + checks + kWithoutPayee), keys);
+    RowsOfPayments lines(kernel().read(std::string(kLineFields) + kOfItems + checks), keys);
+    RowsOfPayments misc_lines(kernel().read(std::string(kLineFields) + kOfExpenses + checks + kMisc), keys);
     columns_.begin(lines.row);
     misc_columns_.begin(misc_lines.row);
     const int remit_to = grid_.get_column("remit to");
     const int payment_type = grid_.get_column("payment type");
     grid_.array.dimension(frame::rows_for(lines.count() + misc_lines.count()));
     int row = 0;
-    for (int place = 0; !payments.at_eof(); payments.MoveNext(), ++place) {
+    for (std::size_t place = 0; !payments.at_eof(); payments.MoveNext(), ++place) {
         const std::string doctype = payments.column(1).text();
         const bool misc = doctype == "mpy";
-        const bool by_name = payments.column(2).text().empty() && names.is_at(place);
+        const bool by_name = names.is_at(place);
         const std::string name = by_name ? names.row.column(1).text() : std::string{};
         for (RowsOfPayments& of = misc ? misc_lines : lines; of.is_at(place); of.next(), ++row) {
             (misc ? misc_columns_ : columns_).show(of.row, row);
