@@ -6,84 +6,26 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <ctime>
 #include <filesystem>
 #include <vector>
 
+#include "bare_connection.h"
 #include "bench_host.h"
 #include "company/create.h"
 #include "payments/invoice_payment/apform_payment.h"
 
 namespace {
 
+using brimley::bench::BareConnection;
 using brimley::bench::BenchHost;
+using brimley::bench::cpu_ms;
+using brimley::bench::kRounds;
+using brimley::bench::median_ms;
 using brimley::bench::must;
 
-constexpr int kRounds = 7;
-
-double cpu_ms() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
-// The median of several rounds.
-template <class Work>
-double median_ms(Work&& work) {
-    std::vector<double> rounds;
-    for (int i = 0; i < kRounds; ++i) {
-        const double before = cpu_ms();
-        work();
-        rounds.push_back(cpu_ms() - before);
-    }
-    std::sort(rounds.begin(), rounds.end());
-    return rounds[kRounds / 2];
-}
-
-class Bare {
+class Bare : public BareConnection {
   public:
-    explicit Bare(const std::string& company) {
-        if (sqlite3_open_v2(company.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) !=
-            SQLITE_OK)
-            throw std::runtime_error(sqlite3_errmsg(db_));
-        exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL");
-    }
-    ~Bare() {
-        for (sqlite3_stmt* statement : statements_)
-            sqlite3_finalize(statement);
-        sqlite3_close(db_);
-    }
-    Bare(const Bare&) = delete;
-    Bare& operator=(const Bare&) = delete;
-
-    void exec(const std::string& sql) {
-        if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-            throw std::runtime_error(sqlite3_errmsg(db_) + (": " + sql));
-    }
-    sqlite3_stmt* prepare(const std::string& sql) {
-        sqlite3_stmt* statement = nullptr;
-        if (sqlite3_prepare_v3(db_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr) !=
-            SQLITE_OK)
-            throw std::runtime_error(sqlite3_errmsg(db_) + (": " + sql));
-        statements_.push_back(statement);
-        return statement;
-    }
-    // Steps to the end and reads every column of every row. Returns the rows.
-    static int drain(sqlite3_stmt* statement) {
-        int rows = 0;
-        std::size_t read = 0;
-        while (sqlite3_step(statement) == SQLITE_ROW) {
-            for (int column = 0; column < sqlite3_column_count(statement); ++column)
-                read +=
-                    sqlite3_column_type(statement, column) == SQLITE_TEXT
-                        ? std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement, column)))
-                              .size()
-                        : static_cast<std::size_t>(sqlite3_column_double(statement, column) != 0);
-            ++rows;
-        }
-        sqlite3_reset(statement);
-        return read == static_cast<std::size_t>(-1) ? 0 : rows;
-    }
+    using BareConnection::BareConnection;
 
     // Items numbered from 1: the first `open` are the vendor's, the rest belong to a thousand others.
     void fill(int stored, int open) {
@@ -161,8 +103,6 @@ class Bare {
         flags_ = prepare("UPDATE AP_header_table SET paid = 1, fully_paid = 1 WHERE fkey = ?1");
     }
 
-    sqlite3* db_ = nullptr;
-    std::vector<sqlite3_stmt*> statements_;
     sqlite3_stmt *list_ = nullptr, *line_ = nullptr, *item_ = nullptr, *left_ = nullptr, *flags_ = nullptr;
 };
 
