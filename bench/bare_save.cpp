@@ -22,8 +22,16 @@ struct Stored {
 };
 
 Stored stored_as(BareDocument document) {
-    if (document == BareDocument::invoice) return {"AP_header_table", "AP_transaction_table", "ip", "IP-26-"};
-    return {"Payment_header_table", "Payment_misc_transaction_table", "mpy", "MPY-26-"};
+    switch (document) {
+        case BareDocument::invoice:
+            return {"AP_header_table", "AP_transaction_table", "ip", "IP-26-"};
+        case BareDocument::misc_payment:
+            return {"Payment_header_table", "Payment_misc_transaction_table", "mpy", "MPY-26-"};
+        case BareDocument::prepayment:
+            return {"Payment_header_table", "Payment_transaction_table", "pp", "PP-26-"};
+        default:
+            return {"Payment_header_table", "Payment_transaction_table", "pc", "PC-26-"};
+    }
 }
 
 }  // namespace

@@ -86,6 +86,9 @@ constexpr GlAmount kMiscAmounts[] = {{"1000", -337.05, false},
                                      {"5300", 107.35, true},
                                      {"6300", 107.35, true}};
 
+constexpr GlAmount kPrepaidAmounts[] = {{"1000", -250, false}, {"1400", 250, false}};
+constexpr GlAmount kCardAmounts[] = {{"1000", -260, false}, {"2220", 250, false}, {"6520", 10, true}};
+
 // How the ledger names the documents of a kind.
 struct LedgerNames {
     const char* Source;
@@ -93,6 +96,8 @@ struct LedgerNames {
     const char* remark;
 };
 constexpr LedgerNames kInvoiceNames{"AP-INVOICE", "APform_invoice", "Invoice no. "};
+constexpr LedgerNames kPrepaidNames{"AP", "A/P Prepayment", "prepayment no. "};
+constexpr LedgerNames kCardNames{"AP-CARD", "Credit Card Payment", "Payment no. "};
 constexpr LedgerNames kMiscNames{"AP-MISCPAY", "APform_misc_payment", "payment no. "};
 
 const store::DateTime kToday = *store::DateTime::from_ymd(2026, 3, 16);
@@ -252,7 +257,44 @@ void run_bare_misc_payment(BareRunner& runner, const std::string& number, BareSu
     write_misc_line(runner, keys, 2, "5300");
     write_misc_line(runner, keys, 3, "6300");
     write_ledger(runner, sums, keys, kMiscNames, kMiscAmounts);
-    run(runner, misc_glfkey, {keys.gl_key, keys.key});
+    run(runner, payment_glfkey, {keys.gl_key, keys.key});
+}
+
+void write_payment(BareRunner& runner, const Keys& keys, const char* doctype, const char* vendor_no,
+                   double amount, double balance) {
+    run(runner, payment_header, {1.0,     keys.docno, keys.key,   doctype,
+                                 kToday,  "USD",      "Cash",     "1000",
+                                 "",      3.0,        "2026",     "APform_prepayment",
+                                 kToday,  "00:00:00", "anna",     "Baywater Beans",
+                                 amount,  vendor_no,  "PO-BENCH", "1400",
+                                 balance, 0.0});
+    run(runner, payment_line,
+        {keys.docno, kToday, 1.0, keys.key, vendor_no, "USD", keys.docno, 1.0, amount, amount, amount, 0.0,
+         kToday, "00:00:00", "anna", "BENCH"});
+}
+
+void run_bare_prepayment(BareRunner& runner, const std::string& number, BareSums sums) {
+    const Keys keys("PP", "pp", number);
+    count(runner, sums, "pp");
+    count(runner, sums, "gl");
+    write_payment(runner, keys, "pp", "V1001", 250, 0);
+    run(runner, prepaid_item,
+        {keys.docno, "pp", 1.0, keys.key, "V1001", kToday, "USD", 1.0, -250.0, -250.0, 3.0, "2026",
+         "AP-PREPAY", "APform_prepayment", kToday, "00:00:00", "anna"});
+    run(runner, waiting_order_gone, {keys.docno});
+    run(runner, waiting_order, {"PO-BENCH", keys.docno, keys.key, 250.0});
+    write_ledger(runner, sums, keys, kPrepaidNames, kPrepaidAmounts);
+    run(runner, vendor, {-250.0, "V1001"});
+    run(runner, payment_glfkey, {keys.gl_key, keys.key});
+}
+
+void run_bare_card_payment(BareRunner& runner, const std::string& number, BareSums sums) {
+    const Keys keys("PC", "pc", number);
+    count(runner, sums, "pc");
+    count(runner, sums, "gl");
+    write_payment(runner, keys, "pc", "VISA", 260, 1000);
+    write_ledger(runner, sums, keys, kCardNames, kCardAmounts);
+    run(runner, payment_glfkey, {keys.gl_key, keys.key});
 }
 
 }  // namespace
@@ -377,13 +419,35 @@ std::array<std::string, kBareStatements> bare_statements() {
                                                                  "tax_allocated2",
                                                                  "tax_recoverable2",
                                                                  "tax_expensed2"});
-    texts[misc_glfkey] = "UPDATE Payment_header_table SET GLFKEY = ?1 WHERE fkey = ?2";
+    texts[payment_header] =
+        insert("Payment_header_table",
+               {"company",      "docno",          "fkey",         "doctype",      "payment_date",
+                "Currency",     "payby",          "cash_accno",   "remark",       "period",
+                "fyear",        "source_form",    "date_created", "time_created", "user_created",
+                "remit_to",     "payment_amount", "vendor_no",    "po_no",        "prepayment_accno",
+                "card_balance", "fee_amount"});
+    texts[payment_line] = insert("Payment_transaction_table",
+                                 {"docno", "payment_date", "company", "fkey", "vendor_no", "Currency",
+                                  "ap_docno", "pay_item", "gross_amount", "open_amount", "pay_amount",
+                                  "balance", "date_created", "time_created", "user_created", "computer_id"});
+    texts[prepaid_item] = insert("AP_transaction_table",
+                                 {"docno", "doctype", "company", "fkey", "vendor_no", "invoice_date",
+                                  "Currency", "pay_item", "gross_amount", "open_amount", "period", "fyear",
+                                  "Source", "source_form", "date_created", "time_created", "user_created"});
+    texts[waiting_order_gone] = "DELETE FROM Prepayment_waiting_PO_table WHERE prepayment_no = ?1";
+    texts[waiting_order] =
+        insert("Prepayment_waiting_PO_table", {"po_no", "prepayment_no", "prepayment_fkey", "amount"});
+    texts[payment_glfkey] = "UPDATE Payment_header_table SET GLFKEY = ?1 WHERE fkey = ?2";
     texts[glfkey] = "UPDATE AP_header_table SET GLFKEY = ?1 WHERE fkey = ?2";
     return texts;
 }
 
 void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums, BareDocument document) {
-    const auto save = document == BareDocument::invoice ? run_bare_invoice : run_bare_misc_payment;
+    using enum BareDocument;
+    const auto save = document == invoice        ? run_bare_invoice
+                      : document == misc_payment ? run_bare_misc_payment
+                      : document == prepayment   ? run_bare_prepayment
+                                                 : run_bare_card_payment;
     save(runner, std::to_string(number), sums);
 }
 

@@ -26,7 +26,12 @@ enum Bare {
     glfkey,
     misc_header,
     misc_line,
-    misc_glfkey,
+    payment_header,  // of a prepayment or a card payment
+    payment_line,
+    prepaid_item,
+    waiting_order_gone,
+    waiting_order,
+    payment_glfkey,
     docno_read,  // a read is held until the end, where the engine holds rows
     fkey_read,
     balance_read,
@@ -38,12 +43,14 @@ enum Bare {
     kBareStatements
 };
 
-// What is saved: an invoice of three taxed lines, or a miscellaneous payment of them in cash.
-enum class BareDocument { invoice, misc_payment };
+// What is saved: an invoice of three taxed lines, a miscellaneous payment of them in cash, a prepayment in
+// cash that waits for an order, a card payment in cash with a fee.
+enum class BareDocument { invoice, misc_payment, prepayment, card_payment };
 
 // How counters and balances are moved: within the UPDATE, or, as a program must that computes and rounds them
 // itself, by reading the row first and writing all of its sums. For an invoice the first takes 32 statements,
-// the second 52; for a miscellaneous payment, which has no vendor, 31 and 51.
+// the second 52; for a miscellaneous payment, which has no vendor, 31 and 51; for a prepayment 18 and 26, for
+// a card payment 18 and 30.
 enum class BareSums { in_the_engine, read_first };
 
 // In SQLite's spelling: parameters ?1, ?2 ... Every value that a document brings with it is one: a text that

@@ -1,5 +1,7 @@
 #include "bench_host.h"
+#include "payments/card/apform_creditcard_payment.h"
 #include "payments/misc/apform_misc_payment.h"
+#include "payments/prepayment/apform_prepayment.h"
 #include "workload.h"
 
 namespace brimley::bench {
@@ -38,15 +40,45 @@ void enter_misc_payment(payments::APform_misc_payment& form) {
     }
 }
 
+void enter_prepayment(payments::APform_prepayment& form) {
+    must(form.press(105));
+    must(form.cmbvendor.type("V1001"));
+    must(form.txtprepay.type("250.00"));
+    must(form.cmbpono.type("PO-BENCH"));
+    must(form.cmbpayby.type("Cash"));
+    must(form.cmbcash.type("1000"));
+}
+
+void enter_card_payment(payments::APform_creditcard_payment& form) {
+    must(form.press(105));
+    must(form.cmbcard.type("VISA"));
+    form.txtbalance.set("1,000.00");  // nothing was collected on the card yet
+    must(form.txtfee.type("10.00"));
+    must(form.cmbexpacc.type("6520"));
+    must(form.txtpayment.type("260.00"));
+    must(form.cmbpayby.type("Cash"));
+    must(form.cmbcash.type("1000"));
+}
+
 }  // namespace
 
 struct FormSave::Parts {
     Parts(const std::string& company, BareDocument its_document) : host(company), document(its_document) {
         if (document == BareDocument::misc_payment) host.ap.showform_APform_misc();
+        if (document == BareDocument::prepayment) host.ap.showform_APform_prepayment();
+        if (document == BareDocument::card_payment) host.ap.showform_APform_creditcard_payment();
     }
     [[nodiscard]] frame::Form& form() {
-        if (document == BareDocument::misc_payment) return *host.ap.frm_misc;
-        return host.form();
+        switch (document) {
+            case BareDocument::misc_payment:
+                return *host.ap.frm_misc;
+            case BareDocument::prepayment:
+                return *host.ap.frm_prepayment;
+            case BareDocument::card_payment:
+                return *host.ap.frm_creditcard;
+            default:
+                return host.form();
+        }
     }
 
     BenchHost host;
@@ -59,10 +91,16 @@ FormSave::FormSave(const std::string& company, BareDocument document)
 FormSave::~FormSave() = default;
 
 void FormSave::enter() {
-    if (parts_->document == BareDocument::misc_payment) {
-        enter_misc_payment(*parts_->host.ap.frm_misc);
-    } else {
-        enter_invoice(parts_->host.form());
+    host::APclass& ap = parts_->host.ap;
+    switch (parts_->document) {
+        case BareDocument::misc_payment:
+            return enter_misc_payment(*ap.frm_misc);
+        case BareDocument::prepayment:
+            return enter_prepayment(*ap.frm_prepayment);
+        case BareDocument::card_payment:
+            return enter_card_payment(*ap.frm_creditcard);
+        default:
+            return enter_invoice(parts_->host.form());
     }
 }
 
