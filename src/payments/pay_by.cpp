@@ -67,11 +67,14 @@ std::optional<std::string> PayBy::bank_account() const {
     return accno ? std::optional(accno->text()) : std::nullopt;
 }
 
+std::string PayBy::no_card_account(const std::string& card) {
+    return "No Account Payable account for " + card + ".\nCheck its setting in Credit card master.";
+}
+
 std::string PayBy::card_account(const std::string& card) const {
     const std::string accno =
         kernel().look_up_text("Credit_card_master_table", {{"card_name", card}}, "payable_accno");
-    if (accno.empty())
-        tell("No Account Payable account for " + card + ".\nCheck its setting in Credit card master.");
+    if (accno.empty()) tell(no_card_account(card));
     return accno;
 }
 

@@ -35,6 +35,8 @@ class PayBy : public frame::DocumentPart {
 
     // The account of the bank code on screen; empty when there is no such bank.
     [[nodiscard]] std::optional<std::string> bank_account() const;
+    // The message for a card that has none.
+    [[nodiscard]] static std::string no_card_account(const std::string& card);
     // The account that collects what is paid by the card; empty, after its message, when there is none.
     [[nodiscard]] std::string card_account(const std::string& card) const;
 

@@ -174,6 +174,11 @@ void PaymentForm::preview() {
            fmt::format("{},{},{}", kind_.report, txtdocno.text(), rights().form_design ? "1" : "0"));
 }
 
+bool PaymentForm::posted_as_shown(const Recordset& header) {
+    return header.text("GLFKEY") == txtglfkey.text() ||
+           refuse(header.text("docno") + " has changed since it was shown.");
+}
+
 // --- void ---
 
 bool PaymentForm::may_void() {
@@ -200,7 +205,7 @@ bool PaymentForm::write_void() {
     header.Edit();
     // The box on screen may be older than what another desk has done.
     if (header.flag("void")) return refuse(txtdocno.text() + " was void.");
-    if (!may_still_be_voided(header)) return false;
+    if (!may_still_be_voided(header) || !posted_as_shown(header)) return false;
     header.CancelUpdate();
     give_back(header);
     mark_void(kernel(), kind_.tables, txtfkey.text(), store::date_value(desk().now().date_only()));

@@ -102,6 +102,8 @@ class PaymentForm : public frame::DocumentForm {
 
     // For a change, by the key on screen.
     [[nodiscard]] store::Recordset stored_header();
+    // False after its message when another desk has posted the payment anew since it was shown.
+    [[nodiscard]] bool posted_as_shown(const store::Recordset& header);
 
   private:
     friend class PayBy;

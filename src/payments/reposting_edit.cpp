@@ -15,8 +15,10 @@ bool RepostingEdit::Update_record() {
     const bool checked = step("validate", [&] { valid = validate(); });
     if (checked && !valid) return false;
     const std::string posted = form_.txtglfkey.text();
+    const std::string state = shown_state_;
     if (!checked || !in_transaction("Update_record", [this] { return write(); })) {
         form_.txtglfkey.set(posted);
+        shown_state_ = state;
         tell_failure("Update failed.");
         return false;
     }
@@ -32,6 +34,14 @@ bool RepostingEdit::moves_money(const Recordset& header) const {
            kernel::Round(header.number("payment_amount") - payment_amount()) != 0;
 }
 
+std::string RepostingEdit::state_of(const Recordset& header) {
+    std::string state;
+    for (const char* field : {"fkey", "GLFKEY", "payment_amount", "payby", "cash_accno", "bank_code",
+                              "bank_accno", "check_no", "check_date", "po_no", "remit_to", "remark"})
+        state += header.text(field) + '\n';
+    return state;
+}
+
 bool RepostingEdit::write() {
     auto header = form_.stored_header();
     if (header.at_eof()) return false;
@@ -39,6 +49,8 @@ bool RepostingEdit::write() {
     // It may have been voided since the edit began, or reached by Next or Previous in Edit.
     if (header.flag("void")) return refuse(header.text("docno") + " was void");
     if (!may_still_be_edited(header)) return false;
+    if (state_of(header) != shown_state_)
+        return refuse(header.text("docno") + " has changed since it was shown.");
     const bool moves = moves_money(header);
     follow_change(header);
     if (moves && !form_.insert_GL_reverse()) return false;
@@ -48,10 +60,12 @@ bool RepostingEdit::write() {
     header.set("check_date", by_check ? Value(*checks.dates.check) : Value());
     header.set("bank_accno", text_or_null(bank_accno()));
     header.set("remark", form_.txtremark.text());
-    fill_header(header);
+    fill_header(header, moves);
     header.Update();
     write_items();
-    return !moves || repost(header);
+    if (moves && !repost(header)) return false;
+    shown(header);
+    return true;
 }
 
 bool RepostingEdit::repost(Recordset& header) {

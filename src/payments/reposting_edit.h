@@ -17,10 +17,15 @@ class RepostingEdit : public frame::DocumentPart {
 
     // True when the edit was saved. Every failure has had its message, and nothing of it is left.
     [[nodiscard]] bool Update_record();
+    // A stored payment is on screen; an edit of it starts from this row.
+    void shown(const store::Recordset& header) { shown_state_ = state_of(header); }
 
   protected:
     explicit RepostingEdit(PaymentForm& form);
 
+    // What the edit may rewrite and what it follows from, as it stands in the table: an edit must not undo
+    // what another desk has written since the payment was shown.
+    [[nodiscard]] static std::string state_of(const store::Recordset& header);
     // False after its message.
     [[nodiscard]] virtual bool validate() = 0;
     [[nodiscard]] virtual double payment_amount() const = 0;
@@ -32,7 +37,8 @@ class RepostingEdit : public frame::DocumentPart {
     // Before anything is rewritten.
     virtual void follow_change(const store::Recordset& /*header*/) {}
     // The fields of the header that this kind rewrites; those of a check and the bank's account are done.
-    virtual void fill_header(store::Recordset& header) = 0;
+    // `moves`: the payment is posted anew.
+    virtual void fill_header(store::Recordset& header, bool moves) = 0;
     // What else is stored of the payment, after its header.
     virtual void write_items() {}
     // The new GL document; txtglfkey is its key afterwards.
@@ -47,6 +53,7 @@ class RepostingEdit : public frame::DocumentPart {
     [[nodiscard]] std::string bank_accno() const;
 
     PaymentForm& form_;
+    std::string shown_state_;
 };
 
 }  // namespace brimley::payments

@@ -56,6 +56,15 @@ TEST_F(CheckPrepayments, EditedAmountIsNamed) {
     EXPECT_THAT(findings(), IsEmpty());
 }
 
+TEST_F(CheckPrepayments, EditPostsToTheVendorsAccountOfTodayAndSaysSo) {
+    sql("UPDATE Vendor_table SET prepayment_accno = '1120' WHERE vendor_no = 'V1001'");
+    EXPECT_EQ(form.press(106), controls::Refusal::none);
+    change_prepayment(user);
+    save(form);
+    EXPECT_THAT(findings(), IsEmpty());
+    EXPECT_EQ(company.list("SELECT prepayment_accno FROM Payment_header_table"), "1120");
+}
+
 TEST_F(CheckPrepayments, HasOneLineAndOneItem) {
     EXPECT_THAT(after("DELETE * FROM AP_transaction_table"),
                 ElementsAre("Prepayment 1pp-1: it has 0 open items instead of one"));

@@ -135,6 +135,7 @@ void APform_creditcard_payment::assign2control(Recordset& header) {
     txtfee.set(format_money(header.number("fee_amount")));
     cmbexpacc.set(header.text("expense_accno"));
     txtpayment.set(format_money(header.number("payment_amount")));
+    edit.shown(header);
 }
 
 void APform_creditcard_payment::assign2_dbgrid1(Recordset& lines) {
@@ -164,6 +165,12 @@ bool APform_creditcard_payment::check_fee() {
     return !cmbexpacc.empty() || refuse("please specify expense account for fee");
 }
 
+// Another name may have been typed over the card whose balance is on screen.
+bool APform_creditcard_payment::card_is_in_use() {
+    const auto card = kernel().find("Credit_card_master_table", {{"card_name", cmbcard.text()}});
+    return (!card.at_eof() && card.flag("used")) || refuse(PayBy::no_card_account(cmbcard.text()));
+}
+
 void APform_creditcard_payment::pay_balance_and_fee() {
     txtpayment.set(format_money(amounts().balance + amounts().fee));
 }
@@ -188,7 +195,8 @@ bool APform_creditcard_payment::check_entry(PaymentChecks& checks) {
     checks.begin();
     return check_amounts() && check_fee() && ask_about_fee() && checks.payment_date() &&
            checks.currency_is_in_use() && checks.exchange_rate(PaymentChecks::NoRate::is_refused) &&
-           checks.way_of_paying({"please specify other pay-by"}) && checks.period_is_open();
+           checks.way_of_paying({"please specify other pay-by"}) && card_is_in_use() &&
+           checks.period_is_open();
 }
 
 // --- ledger ---

@@ -79,6 +79,7 @@ class APform_creditcard_payment : public PaymentForm {
   private:
     [[nodiscard]] bool check_amounts();
     [[nodiscard]] bool check_fee();
+    [[nodiscard]] bool card_is_in_use();
     // Whether the fee is in the payment, and whether that is more than there is to pay.
     [[nodiscard]] bool ask_about_fee();
     void pay_balance_and_fee();

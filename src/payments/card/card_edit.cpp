@@ -10,7 +10,7 @@ bool CardEdit::validate() { return form_.check_entry(checks); }
 
 double CardEdit::payment_amount() const { return form_.amounts().payment; }
 
-void CardEdit::fill_header(store::Recordset& header) { header.set("po_no", ""); }
+void CardEdit::fill_header(store::Recordset& header, bool /*moves*/) { header.set("po_no", ""); }
 
 bool CardEdit::post() { return form_.insert_GL_record(form_.cmbcard.text(), checks.accno); }
 

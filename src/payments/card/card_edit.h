@@ -15,7 +15,7 @@ class CardEdit : public RepostingEdit {
   protected:
     [[nodiscard]] bool validate() override;
     [[nodiscard]] double payment_amount() const override;
-    void fill_header(store::Recordset& header) override;
+    void fill_header(store::Recordset& header, bool moves) override;
     [[nodiscard]] bool post() override;
 
   private:

@@ -48,6 +48,8 @@ APform_prepayment::APform_prepayment(frame::HostContext context, std::shared_ptr
     : PaymentForm(kPrepaymentKind, std::move(context), std::move(kernel), desk),
       applied_by_(*this, dbgrid1, kAppliedBy) {
     vendor_fields.on_chosen = [this] { vendor_chosen(); };
+    // A vendor that was typed and is none has no orders.
+    cmbvendor.on_change = [this] { list_open_po(); };
     // Whether the prepayment was applied is shown, not chosen.
     chkinvoiced.on_click = [this] { chkinvoiced.set(!chkinvoiced.is_set()); };
 }
@@ -155,6 +157,7 @@ void APform_prepayment::assign2control(Recordset& header) {
     list_open_po();
     cmbpono.set(header.text("po_no"));
     chkinvoiced.set(header.flag("invoiced"));
+    edit.shown(header);
 }
 
 void APform_prepayment::assign2_dbgrid1(Recordset& /*lines*/) {
@@ -170,7 +173,8 @@ void APform_prepayment::assign2_dbgrid1(Recordset& /*lines*/) {
 }
 
 std::string APform_prepayment::edit_refusal() {
-    if (chkinvoiced.is_set() && !chkvoid.is_set()) return kPrepaymentWasApplied;
+    const bool applied = chkinvoiced.is_set() || !dbgrid1.cell(0, "AP document no").empty();
+    if (applied && !chkvoid.is_set()) return kPrepaymentWasApplied;
     return PaymentForm::edit_refusal();
 }
 

@@ -17,8 +17,13 @@ bool PrepaymentEdit::validate() {
 
 double PrepaymentEdit::payment_amount() const { return form_.amount(); }
 
+// A part of it may be applied though the header does not say so: the void of another part's payment has taken
+// the mark off.
 bool PrepaymentEdit::may_still_be_edited(const Recordset& header) {
-    return !header.flag("invoiced") || refuse(kPrepaymentWasApplied);
+    const auto item = kernel().find("AP_transaction_table", {{"fkey", header.text("fkey")}});
+    const bool untouched =
+        item.at_eof() || kernel::Round(item.number("open_amount") - item.number("gross_amount")) == 0;
+    return (!header.flag("invoiced") && untouched) || refuse(kPrepaymentWasApplied);
 }
 
 bool PrepaymentEdit::moves_money(const Recordset& header) const {
@@ -32,13 +37,15 @@ void PrepaymentEdit::follow_change(const Recordset& header) {
         form_.insert_Prepayment_waiting_PO(form_.purchase_order(), form_.amount());
 }
 
-// Cash account and bank are written as well: a second edit posts from the account that is true.
-void PrepaymentEdit::fill_header(Recordset& header) {
+// The accounts are written as well: a second edit posts from those that are true, and a payment applies the
+// prepayment from its own.
+void PrepaymentEdit::fill_header(Recordset& header, bool moves) {
     const PayBy& pay_by = form_.pay_by;
     header.set("remit_to", form_.txtremit.text());
     header.set("payby", form_.cmbpayby.text());
     header.set("cash_accno", pay_by.is_cash() ? Value(form_.cmbcash.text()) : Value());
     header.set("bank_code", pay_by.is_by_bank() ? Value(form_.cmbbank.text()) : Value());
+    if (moves) header.set("prepayment_accno", form_.get_prepayment_accno(form_.cmbvendor.text()));
     header.set("po_no", form_.purchase_order());
     header.set("payment_amount", form_.amount());
 }

@@ -18,7 +18,7 @@ class PrepaymentEdit : public RepostingEdit {
     [[nodiscard]] bool may_still_be_edited(const store::Recordset& header) override;
     [[nodiscard]] bool moves_money(const store::Recordset& header) const override;
     void follow_change(const store::Recordset& header) override;
-    void fill_header(store::Recordset& header) override;
+    void fill_header(store::Recordset& header, bool moves) override;
     void write_items() override;
     [[nodiscard]] bool post() override;
 
