@@ -8,6 +8,7 @@
 #include "company/check.h"
 #include "company/paid_items.h"
 #include "company/shown_text.h"
+#include "kernel/money.h"
 
 namespace brimley::company {
 
@@ -23,9 +24,15 @@ ItemAmounts expected(const PaidItem& item, const ItemAmounts& taken) {
     return amounts;
 }
 
+// An item of half a cent is listed, and paid, with the cent that is shown.
+bool same_open(const PaidItem& item, double stored, double expected) {
+    const double shown = kernel::money_value(kernel::format_money(item.gross));
+    return !differ(stored, expected) || !differ(stored, expected - item.gross + shown);
+}
+
 // What was paid elsewhere before the first payment was stored there in its own way.
 bool same(const PaidItem& item, const ApLine& line, const ItemAmounts& amounts) {
-    if (differ(line.open, amounts.open)) return false;
+    if (!same_open(item, line.open, amounts.open)) return false;
     if (differ(item.settled_before, 0)) return true;
     return !differ(line.paid_amount, amounts.paid_amount) &&
            !differ(line.discount_taken, amounts.discount_taken) && !differ(line.writeoff, amounts.writeoff);

@@ -6,8 +6,11 @@ namespace {
 
 using store::DateTime;
 using store::Value;
+using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 class CheckPaidItems : public testing::PaidBooksTest {
   protected:
@@ -40,6 +43,13 @@ TEST_F(CheckPaidItems, EachAmountOfTheItemFollowsItsPayments) {
     change(item(), {{"discount_taken", 5.0}, {"writeoff", 2.0}});
     EXPECT_THAT(findings(),
                 ElementsAre("Document IP-26-00001, pay item 1: writeoff is 2.00, by its payments 1.00"));
+}
+
+TEST_F(CheckPaidItems, ItemOfHalfACentIsPaidWithTheCentThatIsShown) {
+    change(item(), {{"gross_amount", 112.335}, {"open_amount", 66.34}});
+    EXPECT_THAT(findings(), Not(Contains(HasSubstr("open_amount"))));
+    change(item(), {{"open_amount", 66.35}});
+    EXPECT_THAT(findings(), Contains(HasSubstr("open_amount is 66.35")));
 }
 
 TEST_F(CheckPaidItems, LineThatNamesNoItemIsFoundOnceALine) {
