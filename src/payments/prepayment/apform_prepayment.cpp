@@ -160,15 +160,21 @@ void APform_prepayment::assign2control(Recordset& header) {
     edit.shown(header);
 }
 
-void APform_prepayment::assign2_dbgrid1(Recordset& /*lines*/) {
-    auto payments = kernel().read(fmt::format(
-        "SELECT docno,payment_date,pay_amount,Currency FROM Payment_transaction_table WHERE company = 1 AND "
-        "ap_docno = {} AND vendor_no = {} AND ap_doctype = 'pp' AND void = FALSE ORDER BY docno",
-        quoted(txtdocno.text()), quoted(cmbvendor.text())));
+// The payments that applied it, by its number alone, which has an index of its own; another year's prepayment
+// may have the same.
+Recordset APform_prepayment::lines_to_show(const frame::DocumentWalk& /*its_walk*/,
+                                           const std::string& /*fkey*/) {
+    return kernel().read(fmt::format(
+        "SELECT docno,payment_date,pay_amount,Currency,vendor_no FROM Payment_transaction_table WHERE "
+        "ap_docno = {} AND ap_doctype = 'pp' AND void = FALSE ORDER BY docno",
+        quoted(txtdocno.text())));
+}
+
+void APform_prepayment::assign2_dbgrid1(Recordset& payments) {
     dbgrid1.array.dimension(frame::rows_for(static_cast<int>(payments.RecordCount())));
     applied_by_.begin(payments);
-    for (int row = 0; !payments.at_eof(); payments.MoveNext(), ++row)
-        applied_by_.show(payments, row);
+    for (int row = 0; !payments.at_eof(); payments.MoveNext())
+        if (payments.text("vendor_no") == cmbvendor.text()) applied_by_.show(payments, row++);
     dbgrid1.rebind();
 }
 
@@ -187,8 +193,9 @@ bool APform_prepayment::Update_record() {
 bool APform_prepayment::check_entry(PaymentChecks& checks, const WayOfPayingRules& rules) {
     checks.begin();
     if (cmbvendor.empty()) return refuse("please specify vendor");
-    if (!kernel().exists("Vendor_table", {{"vendor_no", cmbvendor.text()}}))
-        return refuse("Vendor " + cmbvendor.text() + " not found.");
+    const auto accno = get_prepayment_accno(cmbvendor.text());
+    if (!accno) return refuse("Vendor " + cmbvendor.text() + " not found.");
+    prepayment_accno_ = *accno;
     if (txtprepay.empty()) return refuse("please specify prepayment amount");
     if (!kernel::is_numeric(txtprepay.text())) return refuse("Prepayment is invalid");
     if (amount() < 0) return refuse("prepayment is invalid.");
@@ -197,10 +204,10 @@ bool APform_prepayment::check_entry(PaymentChecks& checks, const WayOfPayingRule
            checks.period_is_open();
 }
 
-std::string APform_prepayment::get_prepayment_accno(const std::string& vendor_no) {
-    const std::string own =
-        kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "prepayment_accno");
-    return own.empty() ? default_prepayment_accno_ : own;
+std::optional<std::string> APform_prepayment::get_prepayment_accno(const std::string& vendor_no) {
+    const auto own = kernel().look_up("Vendor_table", {{"vendor_no", vendor_no}}, "prepayment_accno");
+    if (!own) return std::nullopt;
+    return own->text().empty() ? default_prepayment_accno_ : own->text();
 }
 
 // A card owes more from now on; cash and bank have less. The payable account is not touched: the item of a
@@ -209,7 +216,7 @@ bool APform_prepayment::insert_GL_record(const std::string& vendor_no, const std
     return ledger.insert_GL_record(vendor_no, [&](kernel::GlPosting& posting) {
         const bool by_card = !pay_by.is_cash() && !pay_by.is_check();
         ledger.add(posting, cash_accno, by_card ? amount() : 0 - amount());
-        ledger.add(posting, get_prepayment_accno(vendor_no), amount());
+        ledger.add(posting, prepayment_accno_, amount());
         return true;
     });
 }

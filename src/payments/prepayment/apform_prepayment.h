@@ -9,6 +9,7 @@
 // (Prepayment_waiting_PO_table).
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "frame/fields/vendor_fields.h"
@@ -63,8 +64,10 @@ class APform_prepayment : public PaymentForm {
     void insert_Prepayment_waiting_PO(const std::string& po_no, double amount);
     // A prepayment lowers what the vendor is owed; its void brings that back.
     void update_vendor_owing_balance(const std::string& vendor_no, double change);
-    // The vendor's own account for prepayments, or else the company's.
-    [[nodiscard]] std::string get_prepayment_accno(const std::string& vendor_no);
+    // The vendor's own account for prepayments, or else the company's. Empty when there is no such vendor.
+    [[nodiscard]] std::optional<std::string> get_prepayment_accno(const std::string& vendor_no);
+    // The one that the checks have found.
+    [[nodiscard]] const std::string& prepayment_accno() const { return prepayment_accno_; }
 
     // --- requests to the host ---
     void findAP();
@@ -83,7 +86,9 @@ class APform_prepayment : public PaymentForm {
     void execute_own(int id) override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
-    void assign2_dbgrid1(store::Recordset& lines) override;
+    void assign2_dbgrid1(store::Recordset& payments) override;
+    [[nodiscard]] store::Recordset lines_to_show(const frame::DocumentWalk& its_walk,
+                                                 const std::string& fkey) override;
     [[nodiscard]] bool entry_has_data() override { return !cmbvendor.empty() || amount() != 0; }
     [[nodiscard]] std::vector<controls::ComboBox*> kept_fields() override {
         return {&cmbvendor, &cmbvendor_name};
@@ -99,7 +104,7 @@ class APform_prepayment : public PaymentForm {
     void vendor_chosen();
     void clear_list();
 
-    std::string default_prepayment_accno_;
+    std::string default_prepayment_accno_, prepayment_accno_;
     frame::LineColumns applied_by_;
 };
 

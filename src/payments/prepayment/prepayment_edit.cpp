@@ -45,7 +45,7 @@ void PrepaymentEdit::fill_header(Recordset& header, bool moves) {
     header.set("payby", form_.cmbpayby.text());
     header.set("cash_accno", pay_by.is_cash() ? Value(form_.cmbcash.text()) : Value());
     header.set("bank_code", pay_by.is_by_bank() ? Value(form_.cmbbank.text()) : Value());
-    if (moves) header.set("prepayment_accno", form_.get_prepayment_accno(form_.cmbvendor.text()));
+    if (moves) header.set("prepayment_accno", form_.prepayment_accno());
     header.set("po_no", form_.purchase_order());
     header.set("payment_amount", form_.amount());
 }

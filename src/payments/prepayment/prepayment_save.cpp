@@ -16,7 +16,7 @@ void PrepaymentSave::fill_header(Recordset& header) {
     header.set("vendor_no", vendor_no);
     header.set("remit_to", form_.txtremit.text());
     header.set("payment_amount", form_.amount());
-    header.set("prepayment_accno", form_.get_prepayment_accno(vendor_no));
+    header.set("prepayment_accno", form_.prepayment_accno());
     if (const std::string order = form_.purchase_order(); !order.empty()) header.set("po_no", order);
 }
 
