@@ -142,6 +142,58 @@ TEST(VoidedChecks, LostConnectionIsToldAndNothingIsDoneTwice) {
                                          {"LaterPrepayment", voiding_check(voided_kinds()[1], kLastMonth)}});
 }
 
+namespace {
+
+void add_row(store::Database& database, const std::string& table,
+             std::initializer_list<std::pair<const char*, store::Value>> fields) {
+    auto rows =
+        database.OpenRecordset("SELECT * FROM " + table + " WHERE 1 = 2", store::RecordsetKind::dynaset);
+    rows.AddNew();
+    for (const auto& [field, value] : fields)
+        rows.set(field, value);
+    rows.Update();
+}
+
+int rows_of_check(payments::APform_void_check& form, const char* check_no) {
+    int count = 0;
+    for (int row = 0; row < form.dbgrid1.array.used_rows(); ++row)
+        count += form.dbgrid1.cell(row, "check no") == check_no ? 1 : 0;
+    return count;
+}
+
+}  // namespace
+
+// The list is read by several queries. What another desk voids or stores between them is listed whole or not
+// at all, and the checks after it are all there.
+TEST(VoidedChecks, ListIsWholeWhateverOthersStoreWhileItIsRead) {
+    CheckSession session(new_company(), voided_kinds()[0], "16/03/2026");
+    store::Database& other_desk = session.company.db();
+    add_row(other_desk, "Payment_header_table",
+            {{"fkey", "1pp-9"},
+             {"docno", "PP-26-00009"},
+             {"doctype", "pp"},
+             {"payby", "Check"},
+             {"check_no", "902"},
+             {"check_date", *store::DateTime::from_ymd(2026, 3, 1)}});
+    add_row(other_desk, "Payment_transaction_table", {{"fkey", "1pp-9"}, {"pay_amount", 20.0}});
+    session.faults->engine_fails_itself = true;
+    const auto set_void = [&](bool is_void) {
+        other_desk.Execute(std::string("UPDATE Payment_header_table SET void = ") +
+                           (is_void ? "TRUE" : "FALSE") + " WHERE fkey = '1py-1'");
+    };
+    for (const bool becomes_void : {true, false}) {
+        int calls = 0;
+        for (bool reached = true; reached;) {
+            set_void(!becomes_void);
+            session.faults->on_fault = [&] { set_void(becomes_void); };
+            reached = session.with_fault(++calls, store::ErrorKind::io, false, [&] { session.press(104); });
+            EXPECT_EQ(rows_of_check(session.form(), "902"), 1) << calls;
+            EXPECT_EQ(rows_of_check(session.form(), "901") % 2, 0) << calls;
+        }
+        EXPECT_GT(calls, 4);
+    }
+}
+
 // --- the night run ---
 
 class EveryFaultOfAVoidedCheck : public ::testing::Test, public SweptParameters<CheckSession> {};

@@ -63,6 +63,14 @@ TEST_F(VoidChecks, OwingBalanceGoesDownByDiscountAndWriteOffToo) {
     EXPECT_EQ(owing_balance(), "-100");
 }
 
+// The same day is stored either way.
+TEST_F(VoidChecks, VoidOfAPrepaymentAloneIsDatedInDigits) {
+    using payments::VoidDate;
+    EXPECT_EQ(payments::check_kind_of("pp").void_date, VoidDate::as_digits);
+    for (const char* doctype : {"py", "pc", "mpy"})
+        EXPECT_EQ(payments::check_kind_of(doctype).void_date, VoidDate::as_date) << doctype;
+}
+
 TEST_F(VoidChecks, PrepaymentAccountIsReadAtLoad) { EXPECT_EQ(form().prepayment_accno, "1400"); }
 
 // Four kinds of payments share the table, and numbers start again in other years.
