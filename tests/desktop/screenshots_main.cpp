@@ -81,6 +81,31 @@ class Photographer {
         press(105);
     }
 
+    // Saved by card, so that the card has a balance to pay.
+    void prepayment() {
+        window_.show_form("APform_prepayment");
+        press(105);
+        type("cmbvendor", "V1012");
+        must(control<controls::TextField>("txtprepay").type("400.00"), "txtprepay");
+        type("cmbpayby", "VISA");
+        type("cmbpono", "PO-26-00031");
+        press(101);
+        take("prepayment-read");
+    }
+
+    void card_payment() {
+        window_.show_form("APform_creditcard_payment");
+        press(105);
+        type("cmbcard", "VISA");
+        must(control<controls::TextField>("txtfee").type("12.50"), "txtfee");
+        type("cmbexpacc", "6520");
+        must(control<controls::TextField>("txtpayment").type("412.50"), "txtpayment");
+        type("cmbpayby", "Check");
+        type("cmbbank", "MAIN");
+        take("card-payment-new");
+        press(105);
+    }
+
     void misc_payment() {
         window_.show_form("APform_misc_payment");
         press(105);
@@ -200,6 +225,8 @@ int main(int argc, char** argv) {
         photographer.invoices();
         photographer.pickers();
         photographer.payment();
+        photographer.prepayment();
+        photographer.card_payment();
         photographer.misc_payment();
         photographer.void_check();
         photographer.dark();
