@@ -67,7 +67,7 @@ void GlPosting::add_header_row() {
 }
 
 void GlPosting::add(std::string_view accno, double amount, double base_amount, std::string_view currency) {
-    add_to_currency_summary(summary_, accno, amount, base_amount, currency);
+    add_to_currency_summary(summary_, accno, amount, base_amount, currency, rules_.ways.accounts_max);
 }
 
 std::string_view GlPosting::ledgertype_of(std::string_view currency) const {

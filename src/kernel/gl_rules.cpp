@@ -33,14 +33,14 @@ constexpr GlTexts kTexts[]{
 };
 
 constexpr GlWays kWays[]{
-//   form           order        allocation     foreign rate  rounding line         line fields  number too long
-    {invoice,       by_account,  shares,        of_document,  without_rate,         current,     text_first},
-    {payment,       by_account,  shares,        from_amounts, with_rate,            current,     number_first},
-    {prepayment,    by_account,  shares,        from_amounts, with_rate,            current,     number_first},
-    {misc_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first},
-    {card_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first},
-    {recurring_run, as_gathered, ignored,       of_document,  none,                 older,       text_first},
-    {revaluation,   by_account,  whole_amounts, of_document,  none,                 current,     text_first},
+//   form           order        allocation     foreign rate  rounding line         line fields  number too long  accounts
+    {invoice,       by_account,  shares,        of_document,  without_rate,         current,     text_first,      50},
+    {payment,       by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
+    {prepayment,    by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
+    {misc_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
+    {card_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
+    {recurring_run, as_gathered, ignored,       of_document,  none,                 older,       text_first,      50},
+    {revaluation,   by_account,  whole_amounts, of_document,  none,                 current,     text_first,      50},
 };
 
 constexpr GlReversalTexts kReversalTexts[]{

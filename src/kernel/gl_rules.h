@@ -70,6 +70,7 @@ struct GlWays {
     GlRoundingLine rounding_line;
     GlLineFields line_fields;
     ModuleG3::TooLongMessage too_long;
+    std::size_t accounts_max;  // of one document, each currency of an account counting
 };
 
 struct GlRules {

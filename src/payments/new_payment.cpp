@@ -31,4 +31,18 @@ void NewPayment::stamp_line(store::Recordset& line) const {
     line.set("computer_id", kernel().get_computer_name());
 }
 
+void NewPayment::write_only_line(const store::Recordset& header, const OnlyLine& amounts) {
+    auto line = kernel().change("SELECT * FROM Payment_transaction_table WHERE 1 = 2");
+    line.AddNew();
+    copy_header(line, header, {"docno", "payment_date", "company", "fkey", "vendor_no", "Currency"});
+    if (!amounts.ap_docno.empty()) line.set("ap_docno", amounts.ap_docno);
+    line.set("pay_item", 1);
+    line.set("gross_amount", amounts.open);
+    line.set("open_amount", amounts.open);
+    line.set("pay_amount", amounts.pay);
+    line.set("balance", amounts.balance);
+    stamp_line(line);
+    line.Update();
+}
+
 }  // namespace brimley::payments

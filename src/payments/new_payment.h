@@ -24,6 +24,13 @@ class NewPayment : public frame::DocumentSave {
     static void copy_header(store::Recordset& line, const store::Recordset& header,
                             std::initializer_list<const char*> fields);
     void stamp_line(store::Recordset& line) const;
+    // The line of a payment that has one only: what was open, what is paid, what is left. `ap_docno` names
+    // the item; empty when there is none.
+    struct OnlyLine {
+        double open = 0, pay = 0, balance = 0;
+        std::string ap_docno = {};
+    };
+    void write_only_line(const store::Recordset& header, const OnlyLine& amounts);
 
     PaymentChecks checks;
 

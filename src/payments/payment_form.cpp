@@ -11,6 +11,18 @@ using controls::ComboBox;
 using store::quoted;
 using store::Recordset;
 
+namespace {
+
+std::string state_of(const Recordset& header) {
+    std::string state;
+    for (const char* field : {"fkey", "GLFKEY", "payment_amount", "payby", "cash_accno", "bank_code",
+                              "bank_accno", "check_no", "check_date", "po_no", "remit_to", "remark"})
+        state += header.text(field) + '\n';
+    return state;
+}
+
+}  // namespace
+
 PaymentForm::PaymentForm(const PaymentKind& kind, frame::HostContext context,
                          std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk)
     : DocumentForm(kind.identity, std::move(context), std::move(kernel), desk, kind.tables), kind_(kind) {
@@ -113,6 +125,7 @@ void PaymentForm::assign_header(Recordset& header) {
     txtsource_docno.set(text("source_docno"));
     chkprint.set(header.flag("printed"));
     chkvoid.set(header.flag("void"));
+    shown_state_ = state_of(header);
     pay_by.show_bank();
 }
 
@@ -174,6 +187,11 @@ void PaymentForm::preview() {
            fmt::format("{},{},{}", kind_.report, txtdocno.text(), rights().form_design ? "1" : "0"));
 }
 
+bool PaymentForm::as_shown(const Recordset& header) {
+    return state_of(header) == shown_state_ ||
+           refuse(header.text("docno") + " has changed since it was shown.");
+}
+
 bool PaymentForm::posted_as_shown(const Recordset& header) {
     return header.text("GLFKEY") == txtglfkey.text() ||
            refuse(header.text("docno") + " has changed since it was shown.");
@@ -227,8 +245,12 @@ bool PaymentForm::Update_record() {
         if (!check_date) return false;
     }
     const bool saved = in_transaction("Update_record", [&] { return write_edit(check_date); });
-    if (!saved) tell_failure("Update failed.");
-    return saved;
+    if (!saved) {
+        tell_failure("Update failed.");
+        return false;
+    }
+    Recordx_fkey();  // of a payment without a check nothing is stored of one
+    return true;
 }
 
 bool PaymentForm::write_edit(const std::optional<store::DateTime>& check_date) {
@@ -237,6 +259,7 @@ bool PaymentForm::write_edit(const std::optional<store::DateTime>& check_date) {
     header.Edit();
     // It may have been voided since the edit began, or reached by Next or Previous in Edit.
     if (header.flag("void")) return refuse(header.text("docno") + " was void");
+    if (!as_shown(header)) return false;
     if (pay_by.is_check()) {
         header.set("check_no", txtcheck.text());
         header.set("check_date", check_date ? store::Value(*check_date) : store::Value());

@@ -102,8 +102,10 @@ class PaymentForm : public frame::DocumentForm {
 
     // For a change, by the key on screen.
     [[nodiscard]] store::Recordset stored_header();
-    // False after its message when another desk has posted the payment anew since it was shown.
+    // False after their message when another desk has changed the payment since it was shown: has posted it
+    // anew, or has written anything that an edit writes.
     [[nodiscard]] bool posted_as_shown(const store::Recordset& header);
+    [[nodiscard]] bool as_shown(const store::Recordset& header);
 
   private:
     friend class PayBy;
@@ -114,6 +116,7 @@ class PaymentForm : public frame::DocumentForm {
     [[nodiscard]] bool write_edit(const std::optional<store::DateTime>& check_date);
 
     const PaymentKind& kind_;
+    std::string shown_state_;  // what an edit may write, as it stood in the table when it was shown
 
   public:
     PayBy pay_by{*this};

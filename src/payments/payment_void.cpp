@@ -12,4 +12,9 @@ void mark_void(kernel::ModuleG3& kernel, const frame::WalkTables& tables, const 
                                           tables.header, void_date, key));
 }
 
+void give_up_order(kernel::ModuleG3& kernel, const std::string& prepayment_fkey) {
+    kernel.database().Execute("DELETE * FROM Prepayment_waiting_PO_table WHERE prepayment_fkey = " +
+                              store::quoted(prepayment_fkey));
+}
+
 }  // namespace brimley::payments

@@ -1,4 +1,4 @@
-// The flags of a voided payment.
+// What a void does to the rows of a payment, whichever form voids it.
 #pragma once
 
 #include <string>
@@ -11,5 +11,8 @@ namespace brimley::payments {
 // store's dialect. Inside the caller's transaction.
 void mark_void(kernel::ModuleG3& kernel, const frame::WalkTables& tables, const std::string& fkey,
                const std::string& void_date);
+
+// The prepayment with this key waits for no purchase order any more. Inside the caller's transaction.
+void give_up_order(kernel::ModuleG3& kernel, const std::string& prepayment_fkey);
 
 }  // namespace brimley::payments

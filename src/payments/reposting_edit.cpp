@@ -15,14 +15,13 @@ bool RepostingEdit::Update_record() {
     const bool checked = step("validate", [&] { valid = validate(); });
     if (checked && !valid) return false;
     const std::string posted = form_.txtglfkey.text();
-    const std::string state = shown_state_;
     if (!checked || !in_transaction("Update_record", [this] { return write(); })) {
         form_.txtglfkey.set(posted);
-        shown_state_ = state;
         tell_failure("Update failed.");
         return false;
     }
     tell("Update complete.");
+    form_.Recordx_fkey();
     return true;
 }
 
@@ -34,14 +33,6 @@ bool RepostingEdit::moves_money(const Recordset& header) const {
            kernel::Round(header.number("payment_amount") - payment_amount()) != 0;
 }
 
-std::string RepostingEdit::state_of(const Recordset& header) {
-    std::string state;
-    for (const char* field : {"fkey", "GLFKEY", "payment_amount", "payby", "cash_accno", "bank_code",
-                              "bank_accno", "check_no", "check_date", "po_no", "remit_to", "remark"})
-        state += header.text(field) + '\n';
-    return state;
-}
-
 bool RepostingEdit::write() {
     auto header = form_.stored_header();
     if (header.at_eof()) return false;
@@ -49,8 +40,7 @@ bool RepostingEdit::write() {
     // It may have been voided since the edit began, or reached by Next or Previous in Edit.
     if (header.flag("void")) return refuse(header.text("docno") + " was void");
     if (!may_still_be_edited(header)) return false;
-    if (state_of(header) != shown_state_)
-        return refuse(header.text("docno") + " has changed since it was shown.");
+    if (!form_.as_shown(header)) return false;
     const bool moves = moves_money(header);
     follow_change(header);
     if (moves && !form_.insert_GL_reverse()) return false;
@@ -64,7 +54,6 @@ bool RepostingEdit::write() {
     header.Update();
     write_items();
     if (moves && !repost(header)) return false;
-    shown(header);
     return true;
 }
 

@@ -15,17 +15,13 @@ class RepostingEdit : public frame::DocumentPart {
   public:
     virtual ~RepostingEdit() = default;
 
-    // True when the edit was saved. Every failure has had its message, and nothing of it is left.
+    // True when the edit was saved; it is shown as it was stored then. Every failure has had its message, and
+    // nothing of it is left.
     [[nodiscard]] bool Update_record();
-    // A stored payment is on screen; an edit of it starts from this row.
-    void shown(const store::Recordset& header) { shown_state_ = state_of(header); }
 
   protected:
     explicit RepostingEdit(PaymentForm& form);
 
-    // What the edit may rewrite and what it follows from, as it stands in the table: an edit must not undo
-    // what another desk has written since the payment was shown.
-    [[nodiscard]] static std::string state_of(const store::Recordset& header);
     // False after its message.
     [[nodiscard]] virtual bool validate() = 0;
     [[nodiscard]] virtual double payment_amount() const = 0;
@@ -53,7 +49,6 @@ class RepostingEdit : public frame::DocumentPart {
     [[nodiscard]] std::string bank_accno() const;
 
     PaymentForm& form_;
-    std::string shown_state_;
 };
 
 }  // namespace brimley::payments

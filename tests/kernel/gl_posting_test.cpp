@@ -179,6 +179,17 @@ TEST_F(GlPostings, FiftyFirstAccountIsAnError) {
     EXPECT_THROW(posting.add("51", 1, 1), kernel::SummaryFull);
 }
 
+TEST_F(GlPostings, PaymentHasRoomForOneAccountMore) {
+    for (const GlForm form :
+         {GlForm::payment, GlForm::prepayment, GlForm::misc_payment, GlForm::card_payment}) {
+        GlPosting posting(kernel, gl_rules(form), base_document());
+        ASSERT_TRUE(posting.open());
+        for (int i = 1; i <= 51; ++i)
+            posting.add(std::to_string(i), 1, 1);
+        EXPECT_THROW(posting.add("52", 1, 1), kernel::SummaryFull);
+    }
+}
+
 TEST_F(GlPostings, ForeignLinesAreKeptInBothAmounts) {
     EXPECT_TRUE(post(foreign_document(1.25), {{"2100", 100, 125}, {"5000", 100, 125}}));
     EXPECT_EQ(foreign_lines(), "2100 100 125 EUR F | 5000 100 125 EUR F");

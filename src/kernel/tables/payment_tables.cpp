@@ -29,7 +29,7 @@ store::Table payment_header_table() {
         .ordered_by({"fkey"})
         .index({"fkey"})
         .index({"company", "docno"})
-        .index({"vendor_no"})
+        .index({"vendor_no", "payby", "void", "check_date"})
         .index({"payby", "void", "check_date"});
 }
 

@@ -135,7 +135,6 @@ void APform_creditcard_payment::assign2control(Recordset& header) {
     txtfee.set(format_money(header.number("fee_amount")));
     cmbexpacc.set(header.text("expense_accno"));
     txtpayment.set(format_money(header.number("payment_amount")));
-    edit.shown(header);
 }
 
 void APform_creditcard_payment::assign2_dbgrid1(Recordset& lines) {

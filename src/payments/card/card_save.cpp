@@ -23,16 +23,7 @@ void CardSave::fill_header(Recordset& header) {
 
 bool CardSave::write_lines(Recordset& header) {
     const CardAmounts paid = form_.amounts();
-    auto line = kernel().change("SELECT * FROM Payment_transaction_table WHERE 1 = 2");
-    line.AddNew();
-    copy_header(line, header, {"docno", "payment_date", "company", "fkey", "vendor_no", "Currency"});
-    line.set("pay_item", 1);
-    line.set("gross_amount", paid.balance);
-    line.set("open_amount", paid.balance);
-    line.set("pay_amount", paid.payment);
-    line.set("balance", kernel::Round(paid.balance - paid.on_card()));
-    stamp_line(line);
-    line.Update();
+    write_only_line(header, {paid.balance, paid.payment, kernel::Round(paid.balance - paid.on_card())});
     return true;
 }
 

@@ -7,6 +7,7 @@
 
 #include "kernel/money.h"
 #include "kernel/owing_balance.h"
+#include "payments/payment_void.h"
 
 namespace brimley::payments {
 
@@ -157,7 +158,6 @@ void APform_prepayment::assign2control(Recordset& header) {
     list_open_po();
     cmbpono.set(header.text("po_no"));
     chkinvoiced.set(header.flag("invoiced"));
-    edit.shown(header);
 }
 
 // The payments that applied it, by its number alone, which has an index of its own; another year's prepayment
@@ -182,12 +182,6 @@ std::string APform_prepayment::edit_refusal() {
     const bool applied = chkinvoiced.is_set() || !dbgrid1.cell(0, "AP document no").empty();
     if (applied && !chkvoid.is_set()) return kPrepaymentWasApplied;
     return PaymentForm::edit_refusal();
-}
-
-bool APform_prepayment::Update_record() {
-    if (!edit.Update_record()) return false;
-    Recordx_fkey();
-    return true;
 }
 
 bool APform_prepayment::check_entry(PaymentChecks& checks, const WayOfPayingRules& rules) {
@@ -248,8 +242,7 @@ bool APform_prepayment::may_still_be_voided(const Recordset& header) {
 
 // Its open item stays as it is.
 void APform_prepayment::give_back_balances(const Recordset& header) {
-    kernel().database().Execute("DELETE * FROM Prepayment_waiting_PO_table WHERE prepayment_fkey = " +
-                                quoted(header.text("fkey")));
+    give_up_order(kernel(), header.text("fkey"));
     update_vendor_owing_balance(header.text("vendor_no"), header.number("payment_amount"));
 }
 

@@ -50,7 +50,7 @@ class APform_prepayment : public PaymentForm {
 
     // True when the prepayment was saved. Every failure has had its message, and nothing of it is left.
     [[nodiscard]] bool insert_new_record() override { return save.insert_new_record(); }
-    [[nodiscard]] bool Update_record() override;
+    [[nodiscard]] bool Update_record() override { return edit.Update_record(); }
     void void_prepayment() { void_payment(); }
     // The checks of a save; false after their message.
     [[nodiscard]] bool check_entry(PaymentChecks& checks, const WayOfPayingRules& rules);

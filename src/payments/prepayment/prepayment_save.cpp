@@ -22,7 +22,7 @@ void PrepaymentSave::fill_header(Recordset& header) {
 
 bool PrepaymentSave::write_lines(Recordset& header) {
     write_item(header);
-    write_line(header);
+    write_only_line(header, {form_.amount(), form_.amount(), 0, form_.txtdocno.text()});
     return true;
 }
 
@@ -40,20 +40,6 @@ void PrepaymentSave::write_item(const Recordset& header) {
     item.set("source_form", identity().class_name);
     stamp_created(item);
     item.Update();
-}
-
-void PrepaymentSave::write_line(const Recordset& header) {
-    auto line = kernel().change("SELECT * FROM Payment_transaction_table WHERE 1 = 2");
-    line.AddNew();
-    copy_header(line, header, {"docno", "payment_date", "company", "fkey", "vendor_no", "Currency"});
-    line.set("ap_docno", form_.txtdocno.text());
-    line.set("pay_item", 1);
-    line.set("gross_amount", form_.amount());
-    line.set("open_amount", form_.amount());
-    line.set("pay_amount", form_.amount());
-    line.set("balance", 0);
-    stamp_line(line);
-    line.Update();
 }
 
 bool PrepaymentSave::post() {

@@ -19,7 +19,6 @@ class PrepaymentSave : public NewPayment {
 
   private:
     void write_item(const store::Recordset& header);
-    void write_line(const store::Recordset& header);
 
     APform_prepayment& form_;
 };

@@ -1,6 +1,7 @@
 // The void of the check picked: one routine for payments of every kind, with the differences that CheckKind
 // names.
 #include "kernel/gl_reversal.h"
+#include "kernel/money.h"
 #include "kernel/owing_balance.h"
 #include "payments/payment_void.h"
 #include "payments/void_check/apform_void_check.h"
@@ -26,6 +27,7 @@ void APform_void_check::void_check() {
 bool APform_void_check::is_picked(const Recordset& header) const {
     return check_kind_of(header.text("doctype")).payment_type == label_type.caption() &&
            header.text("payby") == "Check" && header.text("check_no") == txtcheck.text() &&
+           kernel::format_money(header.number("payment_amount")) == txtchkamt.text() &&
            header.text("fyear") == cmbfyear.text() && !header.flag("void");
 }
 
@@ -48,9 +50,7 @@ bool APform_void_check::write_void(const CheckKind& kind) {
               kind.void_date == VoidDate::as_date ? store::date_value(today) : quoted(today.yyyymmdd()));
     if (!insert_GL_reverse(kind)) return false;
     if (kind.gives_back == GivesBack::items_and_owing) update_vendor_owing_balance(header.text("vendor_no"));
-    if (kind.gives_back == GivesBack::waiting_order)
-        kernel().database().Execute("DELETE * FROM Prepayment_waiting_PO_table WHERE prepayment_fkey = " +
-                                    quoted(fkey));
+    if (kind.gives_back == GivesBack::waiting_order) give_up_order(kernel(), fkey);
     return true;
 }
 
