@@ -1,4 +1,4 @@
-// Loading the form, its modes, a new payment, and showing a stored one.
+// Loading the form, a new payment, showing a stored one, and what its void gives back.
 #include "payments/invoice_payment/apform_payment.h"
 
 #include "kernel/money.h"
@@ -11,7 +11,7 @@ using store::Recordset;
 
 namespace {
 
-// Four kinds of payments share the tables; a number may repeat in another kind.
+// Payments of every kind share the table of headers; a number may repeat in another kind.
 constexpr PaymentKind kKind{
     {"APform_payment", "A/P Payment", "\\Help\\Payment Entry Help.pdf"},
     "py",

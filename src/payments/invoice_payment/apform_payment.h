@@ -1,14 +1,16 @@
 // APform_payment: payments of a vendor's open items by check, cash or card.
 //
-//   apform_payment.cpp  loading, modes, a new payment, showing a stored one
-//   item_list           the vendor's open items, what is paid of each, and the totals
-//   payment_save        validation and the save in one transaction
-//   payment_posting     the GL document of a payment, and its reversal
-//   matching            matching of prepayments and invoices, never called
+//   apform_payment.cpp  loading, a new payment, showing a stored one, and what its void gives back
+//   item_list           the vendor's open items: the list and its totals
+//   item_cells.cpp      what is typed into a row of the list, and what follows in its other cells
+//   payment_save        the checks, and the save in one transaction
+//   payment_posting     what a payment posts
+//   matching.cpp        matching of prepayments and invoices, never called
 //   commands.cpp        toolbar, and requests to the host
 //
-// What a payment does to the items that it pays is in payments/paid_items.h, what all kinds of payments share
-// in payments/payment_form.h. Each row of the grid is one item of the vendor, in the item's own currency.
+// Modes, void and edit are those of every payment (payments/payment_form.h), and so is the reversal
+// (payments/payment_ledger.h). What a payment does to the items that it pays is in payments/paid_items.h.
+// Each row of the grid is one item of the vendor, in the item's own currency.
 #pragma once
 
 #include <optional>
