@@ -11,7 +11,7 @@ Findings check_books(store::Database& database) {
           check_open_amounts,      check_paid_flags,       check_reversals,          check_ledger_owners,
           check_void_invoices,     check_tax_slots,        check_payment_documents,  check_payment_postings,
           check_payment_amounts,   check_misc_payments,    check_misc_postings,      check_named_items,
-          check_paid_items,        check_payable_postings, check_owing_balances,     check_own_payments,
+          check_paid_items,        check_payable_postings, check_owing_balances,     check_one_line_payments,
           check_document_keys,     check_key_counters,     check_number_counters}) {
         check(books, findings);
     }

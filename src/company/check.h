@@ -87,7 +87,7 @@ void check_owing_balances(const Books& books, Findings& findings);
 // A prepayment has one line, one open item and, while it waits for an order, one row that says so; it counts
 // as applied while a payment applies it. A card payment has one line, with what is left of the card's
 // balance. What either has posted to the accounts that it names is what its header says.
-void check_own_payments(const Books& books, Findings& findings);
+void check_one_line_payments(const Books& books, Findings& findings);
 
 // What the void of a check in the list of checks has done to what is owed.
 void note_voided_checks(const Books& books, Findings& notes);

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "company/check.h"
-#include "company/own_payments.h"
+#include "company/one_line_payments.h"
 #include "company/shown_text.h"
 #include "company/voided_checks.h"
 #include "kernel/money.h"
@@ -115,7 +115,7 @@ void count_invoices(const Books& books, const std::unordered_set<std::string>& o
 // Returns their keys: their items are theirs, and no documents of other modules.
 std::unordered_set<std::string> count_prepayments(const Books& books, Vendors& vendors) {
     std::unordered_set<std::string> keys;
-    for (const OwnPayment& payment : own_payments(books)) {
+    for (const OneLinePayment& payment : one_line_payments(books)) {
         if (!payment.is_prepayment()) continue;
         keys.insert(payment.fkey);
         const auto found = vendors.find(payment.vendor_no);

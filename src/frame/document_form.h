@@ -63,7 +63,7 @@ class DocumentForm : public GridForm {
 
     // Lists behind the combos, and the columns of the grid; once, while the form loads.
     virtual void initform_control() = 0;
-    virtual void init_grid() = 0;
+    virtual void init_grid() { build_grids(); }
     // The doctype that is walked; may set txtdoctype.
     [[nodiscard]] virtual std::string doctype_of_walk() = 0;
     // What is walked and looked up at the moment. A form of one kind of documents has one walk.

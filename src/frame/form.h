@@ -194,6 +194,7 @@ namespace command {
 inline constexpr int kExit = 100;
 inline constexpr int kSave = 101;
 inline constexpr int kPreview = 103;
+inline constexpr int kFind = 104;
 inline constexpr int kNew = 105;
 inline constexpr int kEditMode = 106;
 inline constexpr int kPrevious = 107;
@@ -203,7 +204,9 @@ inline constexpr int kInsertLine = 110;
 inline constexpr int kDeleteLine = 111;
 inline constexpr int kGlRecord = 113;
 inline constexpr int kOrigin = 114;
+inline constexpr int kClear = 115;
 inline constexpr int kFont = 116;
+inline constexpr int kVoidPayment = 133;
 inline constexpr int kRefresh = 136;
 inline constexpr int kAccountMaster = 201;
 inline constexpr int kItemMaster = 202;

@@ -1,5 +1,6 @@
 #include "frame/grid_form.h"
 
+#include "frame/line_columns.h"
 #include "presentation/grid_layout.h"
 
 namespace brimley::frame {
@@ -16,6 +17,11 @@ void GridForm::build_grids() {
             kernel().read("SELECT * FROM Recent_value_table WHERE control_name = 'evenrow_color'");
         paint_even_rows(!row.at_eof() && row.text("Value") == "1");
     });
+}
+
+void GridForm::clear_list() {
+    dbgrid1.array.dimension(kRowsMin);
+    dbgrid1.rebind();
 }
 
 void GridForm::save_grid() {

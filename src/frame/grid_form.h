@@ -39,6 +39,8 @@ class GridForm : public Form {
     // choice was.
     void build_grids();
     void save_grid() override;
+    // Empties dbgrid1.
+    void clear_list();
     // The form's own commands and the common ones, by their ids. One of the form's replaces the common one
     // with the same id; the form does not have those in `without`.
     void add_commands(std::vector<controls::Command> own, std::initializer_list<int> without = {});

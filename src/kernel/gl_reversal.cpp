@@ -17,7 +17,7 @@ class Reversing {
         : kernel_(kernel),
           rules_(rules),
           reversal_(reversal),
-          writer_(kernel, {rules.texts.line_Source, reversal.source_docno, rules.texts.line_source_form,
+          writer_(kernel, {rules.names.line_Source, reversal.source_docno, rules.names.line_source_form,
                            reversal.user, reversal.Currency}) {}
 
     bool run() {
@@ -66,7 +66,7 @@ class Reversing {
     [[nodiscard]] bool reopen_old_header() {
         header_ = old_header();
         if (header_.at_eof() || !edit(header_)) return false;
-        set_description(reversal_.edited ? rules_.descriptions.edited : rules_.descriptions.voided);
+        set_description(reversal_.edited ? rules_.texts.edited : rules_.texts.voided);
         header_.set("Reverse", true);
         return update(header_);
     }
@@ -86,13 +86,13 @@ class Reversing {
         header_.set("docno", number->docno);
         header_.set("fkey", number->fkey);
         header_.set("Currency", reversal_.Currency);
-        set_description(rules_.descriptions.in_new);
+        set_description(rules_.texts.in_new);
         header_.set("remark", filled_in(rules_.texts.remark, old_docno));
         header_.set("gldate", rules_.ways.date == GlReversalDate::day ? now.date_only() : now);
         header_.set("period", std::to_string(period.period));
         header_.set("fyear", period.fyear);
-        header_.set("Source", rules_.texts.header_Source);
-        header_.set("source_form", rules_.texts.header_source_form);
+        header_.set("Source", rules_.names.header_Source);
+        header_.set("source_form", rules_.names.header_source_form);
         header_.set("source_docno", reversal_.source_docno);
         if (rules_.ways.header == GlReversalHeader::last_and_stamped) stamp_header(now);
         return true;

@@ -44,23 +44,13 @@ constexpr GlWays kWays[]{
 };
 
 constexpr GlReversalTexts kReversalTexts[]{
-//   form          header: Source, source_form            lines: Source, source_form                  remark
-    {invoice,      "AP-INVOICE", "APform_invoice",        "AP-INVOICE", "APform_invoice",             "Reverse GL {}"},
-    {payment,      "AP-PAYMENT", "Payment Entry",         "AP-PAYMENT", "APform_payment",             "Reverse GL {}"},
-    {prepayment,   "AP",         "A/P Prepayment",        "AP-PREPAY",  "APform_prepayment",          "Reverse GL {}"},
-    {misc_payment, "AP-MISCPAY", "APform_misc_payment",   "AP-MISCPAY", "APform_misc_payment",        "Reverse GL {}"},
-    {card_payment, "AP-CARD",    "Credit Card Payment",   "AP-CARD",    "APform_creditcard_payment",  "Reverse GL {}"},
-    {revaluation,  "AP-REVALUE", "A/P Revaluation",       "AP-REVALUE", "A/P Revaluation",            "Reverse A/P Revaluation {}"},
-};
-
-constexpr GlDescriptions kDescriptions[]{
-//   form          void, in the document   edit, in the document   either, in a new one
-    {invoice,      "Void invoice {}",      "Edit invoice {}",      "void invoice {}"},
-    {payment,      "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
-    {prepayment,   "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
-    {misc_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
-    {card_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment "},
-    {revaluation,  nullptr,                nullptr,                nullptr},
+//   form          void, in the document   edit, in the document   either, in a new one    remark of a new one
+    {invoice,      "Void invoice {}",      "Edit invoice {}",      "void invoice {}",      "Reverse GL {}"},
+    {payment,      "{}Void payment ",      "{}Edit payment ",      "{}void payment ",      "Reverse GL {}"},
+    {prepayment,   "{}Void payment ",      "{}Edit payment ",      "{}void payment ",      "Reverse GL {}"},
+    {misc_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment ",      "Reverse GL {}"},
+    {card_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment ",      "Reverse GL {}"},
+    {revaluation,  nullptr,                nullptr,                nullptr,                "Reverse A/P Revaluation {}"},
 };
 
 constexpr GlReversalWays kReversalWays[]{
@@ -87,13 +77,14 @@ const Row& row_of(const Row (&table)[kRows], GlForm form) {
 GlRules gl_rules(GlForm form) { return {row_of(kTexts, form), row_of(kWays, form)}; }
 
 GlReversalRules gl_reversal_rules(GlForm form) {
-    return {row_of(kReversalTexts, form), row_of(kDescriptions, form), row_of(kReversalWays, form)};
+    const GlReversalTexts& texts = row_of(kReversalTexts, form);
+    return {row_of(kTexts, form), texts, row_of(kReversalWays, form)};
 }
 
 GlReversalRules gl_rules_of_voided_check(GlForm form) {
     GlReversalRules rules = gl_reversal_rules(form);
-    rules.texts.line_source_form = "APform_void_check";
-    rules.descriptions = {form, nullptr, nullptr, nullptr};
+    rules.names.line_source_form = "APform_void_check";
+    rules.texts = {form, nullptr, nullptr, nullptr, rules.texts.remark};
     return rules;
 }
 

@@ -82,20 +82,11 @@ struct GlRules {
 
 struct GlReversalTexts {
     GlForm form;
-    // Of a new document.
-    const char* header_Source;
-    const char* header_source_form;
-    const char* line_Source;
-    const char* line_source_form;
-    const char* remark;  // of a new document; {}: the GL number that is reversed
-};
-
-// What the header says in its Description. {}: the document's number.
-struct GlDescriptions {
-    GlForm form;
+    // What the header says in its Description; {}: the document's number.
     const char* voided;  // a void that goes into the document itself
     const char* edited;  // an edit that does
     const char* in_new;  // either, into a new document
+    const char* remark;  // of a new document; {}: the GL number that is reversed
 };
 
 // The outcome of reversing a document without lines.
@@ -120,8 +111,8 @@ struct GlReversalWays {
 };
 
 struct GlReversalRules {
+    GlTexts names;  // a reversal has the sources and forms of what it reverses
     GlReversalTexts texts;
-    GlDescriptions descriptions;
     GlReversalWays ways;
 };
 

@@ -1,8 +1,8 @@
 // The in-memory summaries from which GL lines are built: amounts added up by account, or by account and
 // currency.
 //
-// Each sum is rounded to two places at every step. A summary holds so many entries at the most; one more is
-// an error (SummaryFull) that ends the save it happens in.
+// Each sum is rounded to two places at every step. A summary has a largest number of entries; one more is an
+// error (SummaryFull) that ends the save it happens in.
 #pragma once
 
 #include <stdexcept>
@@ -36,7 +36,6 @@ struct AccountSum {
 void add_to_account_summary(std::vector<AccountSum>& summary, std::string_view accno, double amount);
 // The same by account and currency, with both amounts.
 void add_to_currency_summary(std::vector<CurrencySum>& summary, std::string_view accno, double amount,
-                             double base_amount, std::string_view currency,
-                             std::size_t entries_max = kSummaryEntriesMax);
+                             double base_amount, std::string_view currency, std::size_t entries_max);
 
 }  // namespace brimley::kernel

@@ -30,6 +30,8 @@ class PayBy : public frame::DocumentPart {
     [[nodiscard]] bool is_check() const;
     // The money leaves a bank: by check, or in cash when no cash account was chosen.
     [[nodiscard]] bool is_by_bank() const;
+    // Everything that is neither cash nor a check is the name of a card.
+    [[nodiscard]] bool is_by_card() const { return !is_cash() && !is_check(); }
     // The name of the card that the payment is by; empty for every other way.
     [[nodiscard]] std::optional<std::string> card() const;
 

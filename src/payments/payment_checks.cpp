@@ -52,8 +52,8 @@ bool PaymentChecks::check(const WayOfPayingRules& rules) {
     if (bank_first && !bank()) return false;
     if (!check_number(rules)) return false;
     if (!bank_first && !bank()) return false;
-    return rules.check_date == WayOfPayingRules::CheckDate::is_not_asked_for ||
-           check_date("please specify Check date");
+    const bool may_be_missing = rules.check_date == WayOfPayingRules::CheckDate::may_be_missing;
+    return (may_be_missing && form_.txtcheckdate.empty()) || check_date("please specify Check date");
 }
 
 bool PaymentChecks::way_of_paying(const WayOfPayingRules& rules, const CardAccount& card_account) {

@@ -19,8 +19,8 @@ struct WayOfPayingRules {
     const char* no_check_number = "please specify check number";
     // Whether the bank is looked for before the number of the check is asked for.
     enum class BankFirst { no, yes } bank_first = BankFirst::no;
-    // Whether a check needs a date.
-    enum class CheckDate { is_required, is_not_asked_for } check_date = CheckDate::is_required;
+    // Whether a check needs a date; one that is given must be a date either way.
+    enum class CheckDate { is_required, may_be_missing } check_date = CheckDate::is_required;
 };
 
 class PaymentChecks : public frame::DocumentPart {

@@ -169,6 +169,10 @@ Recordset PaymentForm::stored_header() {
     return kernel().find_to_change(kind_.tables.header, {{"fkey", txtfkey.text()}});
 }
 
+void PaymentForm::execute_own(int id) {
+    if (id == frame::command::kVoidPayment && rights().Update) void_payment();
+}
+
 void PaymentForm::preview() {
     const std::string lines = kind_.tables.lines;
     std::string fields = "Payment_header_table.*, " + lines + ".*";
@@ -226,7 +230,7 @@ bool PaymentForm::write_void() {
     if (!may_still_be_voided(header) || !posted_as_shown(header)) return false;
     header.CancelUpdate();
     give_back(header);
-    mark_void(kernel(), kind_.tables, txtfkey.text(), store::date_value(desk().now().date_only()));
+    mark_void(kernel(), kind_.tables.lines, txtfkey.text(), store::date_value(desk().now().date_only()));
     if (!insert_GL_reverse()) return false;
     give_back_balances(header);
     return true;
@@ -249,23 +253,29 @@ bool PaymentForm::Update_record() {
         tell_failure("Update failed.");
         return false;
     }
-    Recordx_fkey();  // of a payment without a check nothing is stored of one
+    Recordx_fkey();  // shows what is stored: without a check no number and date of one are
     return true;
 }
 
-bool PaymentForm::write_edit(const std::optional<store::DateTime>& check_date) {
+std::optional<Recordset> PaymentForm::header_to_edit() {
     auto header = stored_header();
-    if (header.at_eof()) return false;
+    if (header.at_eof()) return std::nullopt;
     header.Edit();
     // It may have been voided since the edit began, or reached by Next or Previous in Edit.
-    if (header.flag("void")) return refuse(header.text("docno") + " was void");
-    if (!as_shown(header)) return false;
+    const bool may_be_edited = (!header.flag("void") || refuse(header.text("docno") + " was void")) &&
+                               may_still_be_edited(header) && as_shown(header);
+    return may_be_edited ? std::optional(std::move(header)) : std::nullopt;
+}
+
+bool PaymentForm::write_edit(const std::optional<store::DateTime>& check_date) {
+    auto header = header_to_edit();
+    if (!header) return false;
     if (pay_by.is_check()) {
-        header.set("check_no", txtcheck.text());
-        header.set("check_date", check_date ? store::Value(*check_date) : store::Value());
+        header->set("check_no", txtcheck.text());
+        header->set("check_date", check_date ? store::Value(*check_date) : store::Value());
     }
-    header.set("remark", txtremark.text());
-    header.Update();
+    header->set("remark", txtremark.text());
+    header->Update();
     return true;
 }
 

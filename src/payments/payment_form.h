@@ -6,7 +6,7 @@
 //   void_payment   the void, step by step; each kind gives back what it paid
 //   Update_record  the small edit of what is written on paper
 //
-// What a kind checks, saves and edits is its own, of the pieces in payment_checks.h, new_payment.h and
+// What a kind checks, saves and edits is built from the pieces in payment_checks.h, new_payment.h and
 // reposting_edit.h. Payments of all kinds share Payment_header_table; each kind has its doctype and its table
 // of lines.
 #pragma once
@@ -75,6 +75,9 @@ class PaymentForm : public frame::DocumentForm {
     [[nodiscard]] virtual bool may_be_voided() { return true; }
     // The same for its stored header, once that is locked: another desk may have been faster.
     [[nodiscard]] virtual bool may_still_be_voided(const store::Recordset& /*header*/) { return true; }
+    // Why a payment that is neither void nor changed may not be edited: false after its message. The header
+    // is locked.
+    [[nodiscard]] virtual bool may_still_be_edited(const store::Recordset& /*header*/) { return true; }
     // What the payment did is undone: before its flags are set, and after its GL document was reversed.
     virtual void give_back(const store::Recordset& /*header*/) {}
     virtual void give_back_balances(const store::Recordset& /*header*/) {}
@@ -93,6 +96,8 @@ class PaymentForm : public frame::DocumentForm {
     [[nodiscard]] bool Update_record() override;
     [[nodiscard]] std::string edit_refusal() override;
     void preview() override;
+    // Every kind can be voided.
+    void execute_own(int id) override;
     // The fields of a stored header that every kind has, on the screen and from the screen.
     void assign_header(store::Recordset& header);
     void clear_header();
@@ -102,9 +107,12 @@ class PaymentForm : public frame::DocumentForm {
 
     // For a change, by the key on screen.
     [[nodiscard]] store::Recordset stored_header();
-    // False after their message when another desk has changed the payment since it was shown: has posted it
-    // anew, or has written anything that an edit writes.
+    // The same, locked for an edit; empty, after the message when there is one, when the payment is gone,
+    // void, or no longer as it was shown.
+    [[nodiscard]] std::optional<store::Recordset> header_to_edit();
+    // False after its message when another desk has posted the payment anew since it was shown.
     [[nodiscard]] bool posted_as_shown(const store::Recordset& header);
+    // False after its message when another desk has written anything that an edit writes.
     [[nodiscard]] bool as_shown(const store::Recordset& header);
 
   private:

@@ -25,6 +25,10 @@ void PaymentLedger::add(kernel::GlPosting& posting, const std::string& accno, do
     posting.add(accno, amount, foreign() ? kernel::Round(amount * rate) : amount);
 }
 
+void PaymentLedger::add_paid_from(kernel::GlPosting& posting, const std::string& accno, double amount) const {
+    add(posting, accno, form_.pay_by.is_by_card() ? amount : 0 - amount);
+}
+
 bool PaymentLedger::insert_GL_reverse() {
     kernel::GlReversal reversal = gl_reversal();
     reversal.edited = entering();

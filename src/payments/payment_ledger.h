@@ -24,6 +24,8 @@ class PaymentLedger : public frame::DocumentPart {
     [[nodiscard]] bool insert_GL_record(const std::string& vendor_no, const Gather& gather);
     // Adds an amount in the payment's own currency, at its own rate.
     void add(kernel::GlPosting& posting, const std::string& accno, double amount) const;
+    // The amount on the account that it is paid from: cash and bank have less, a card's account more to pay.
+    void add_paid_from(kernel::GlPosting& posting, const std::string& accno, double amount) const;
     // Reverses the GL document in txtglfkey. Inside the caller's transaction, with the same result.
     [[nodiscard]] bool insert_GL_reverse();
 

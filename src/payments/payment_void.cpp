@@ -4,12 +4,12 @@
 
 namespace brimley::payments {
 
-void mark_void(kernel::ModuleG3& kernel, const frame::WalkTables& tables, const std::string& fkey,
+void mark_void(kernel::ModuleG3& kernel, const char* lines, const std::string& fkey,
                const std::string& void_date) {
     const std::string key = store::quoted(fkey);
-    kernel.database().Execute(fmt::format("UPDATE {} SET void = TRUE WHERE fkey = {}", tables.lines, key));
-    kernel.database().Execute(fmt::format("UPDATE {} SET void = TRUE,void_date = {} WHERE fkey = {}",
-                                          tables.header, void_date, key));
+    kernel.database().Execute(fmt::format("UPDATE {} SET void = TRUE WHERE fkey = {}", lines, key));
+    kernel.database().Execute(fmt::format(
+        "UPDATE Payment_header_table SET void = TRUE,void_date = {} WHERE fkey = {}", void_date, key));
 }
 
 void give_up_order(kernel::ModuleG3& kernel, const std::string& prepayment_fkey) {

@@ -34,27 +34,25 @@ bool RepostingEdit::moves_money(const Recordset& header) const {
 }
 
 bool RepostingEdit::write() {
-    auto header = form_.stored_header();
-    if (header.at_eof()) return false;
-    header.Edit();
-    // It may have been voided since the edit began, or reached by Next or Previous in Edit.
-    if (header.flag("void")) return refuse(header.text("docno") + " was void");
-    if (!may_still_be_edited(header)) return false;
-    if (!form_.as_shown(header)) return false;
-    const bool moves = moves_money(header);
-    follow_change(header);
+    auto header = form_.header_to_edit();
+    if (!header) return false;
+    const bool moves = moves_money(*header);
+    follow_change(*header);
     if (moves && !form_.insert_GL_reverse()) return false;
+    fill_common_fields(*header);
+    fill_header(*header, moves);
+    header->Update();
+    write_items();
+    return !moves || repost(*header);
+}
+
+void RepostingEdit::fill_common_fields(Recordset& header) const {
     const auto text_or_null = [](const std::string& text) { return text.empty() ? Value() : Value(text); };
     const bool by_check = form_.pay_by.is_check();
     header.set("check_no", text_or_null(by_check ? form_.txtcheck.text() : ""));
     header.set("check_date", by_check ? Value(*checks.dates.check) : Value());
     header.set("bank_accno", text_or_null(bank_accno()));
     header.set("remark", form_.txtremark.text());
-    fill_header(header, moves);
-    header.Update();
-    write_items();
-    if (moves && !repost(header)) return false;
-    return true;
 }
 
 bool RepostingEdit::repost(Recordset& header) {

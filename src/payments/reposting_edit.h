@@ -25,9 +25,7 @@ class RepostingEdit : public frame::DocumentPart {
     // False after its message.
     [[nodiscard]] virtual bool validate() = 0;
     [[nodiscard]] virtual double payment_amount() const = 0;
-    // Inside the transaction, like all that follow. The header is locked: another desk may have been faster.
-    // False after its message.
-    [[nodiscard]] virtual bool may_still_be_edited(const store::Recordset& /*header*/) { return true; }
+    // Inside the transaction, like all that follow.
     // Whether another way of paying or amount has to be posted.
     [[nodiscard]] virtual bool moves_money(const store::Recordset& header) const;
     // Before anything is rewritten.
@@ -44,6 +42,7 @@ class RepostingEdit : public frame::DocumentPart {
 
   private:
     [[nodiscard]] bool write();
+    void fill_common_fields(store::Recordset& header) const;
     [[nodiscard]] bool repost(store::Recordset& header);
     // The account of the bank that the money leaves; empty when it leaves none.
     [[nodiscard]] std::string bank_accno() const;

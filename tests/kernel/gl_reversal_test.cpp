@@ -261,7 +261,7 @@ TEST_F(GlReversals, NewDocumentOfAPaymentIsDatedWithTheTimeAndNamesTheEntry) {
 
 TEST_F(GlReversals, HaveTheSourcesOfTheirKindOfPayment) {
     const auto of = [](GlForm form) {
-        const kernel::GlReversalTexts texts = gl_reversal_rules(form).texts;
+        const kernel::GlTexts texts = gl_reversal_rules(form).names;
         return fmt::format("{} {} / {} {}", texts.header_Source, texts.header_source_form, texts.line_Source,
                            texts.line_source_form);
     };

@@ -24,9 +24,9 @@ TEST(Summaries, AmountsOfAnAccountAddUpAndAreRoundedAtEachStep) {
 
 TEST(Summaries, AccountAndCurrencyTogetherMakeAnEntry) {
     std::vector<kernel::CurrencySum> summary;
-    add_to_currency_summary(summary, "2000", 100, 125, "EUR");
-    add_to_currency_summary(summary, "2000", 10, 10, "USD");
-    add_to_currency_summary(summary, "2000", 1.006, 1.254, "EUR");
+    add_to_currency_summary(summary, "2000", 100, 125, "EUR", kernel::kSummaryEntriesMax);
+    add_to_currency_summary(summary, "2000", 10, 10, "USD", kernel::kSummaryEntriesMax);
+    add_to_currency_summary(summary, "2000", 1.006, 1.254, "EUR", kernel::kSummaryEntriesMax);
     ASSERT_EQ(summary.size(), 2U);
     EXPECT_EQ(summary[0].amount, 101.01);
     EXPECT_EQ(summary[0].base_amount, 126.25);
@@ -39,12 +39,13 @@ TEST(Summaries, FiftyEntriesFitAndTheNextIsAnError) {
     std::vector<kernel::CurrencySum> currencies;
     for (int i = 1; i <= 50; ++i) {
         add_to_account_summary(accounts, std::to_string(i), 1);
-        add_to_currency_summary(currencies, std::to_string(i), 1, 1, "USD");
+        add_to_currency_summary(currencies, std::to_string(i), 1, 1, "USD", kernel::kSummaryEntriesMax);
     }
     EXPECT_THROW(add_to_account_summary(accounts, "51", 1), kernel::SummaryFull);
-    EXPECT_THROW(add_to_currency_summary(currencies, "51", 1, 1, "USD"), kernel::SummaryFull);
+    EXPECT_THROW(add_to_currency_summary(currencies, "51", 1, 1, "USD", kernel::kSummaryEntriesMax),
+                 kernel::SummaryFull);
     add_to_account_summary(accounts, "50", 1);
-    add_to_currency_summary(currencies, "50", 1, 1, "USD");
+    add_to_currency_summary(currencies, "50", 1, 1, "USD", kernel::kSummaryEntriesMax);
     EXPECT_EQ(accounts.size(), 50U);
     EXPECT_EQ(accounts.back().amount, 2);
     EXPECT_EQ(currencies.back().amount, 2);

@@ -142,6 +142,19 @@ TEST_F(CheckPrepayments, AppliedExactlyWhenAPaymentAppliesIt) {
                 ElementsAre("Prepayment 1pp-1: it counts as applied, and no payment applies it"));
 }
 
+TEST_F(CheckPrepayments, NumberThatRepeatsDoesNotSayWhichIsApplied) {
+    EXPECT_EQ(form.press(105), controls::Refusal::none);
+    EXPECT_EQ(user.ap.frm_prepayment->txtprepay.type("250.00"), controls::Refusal::none);
+    EXPECT_EQ(form.cmbcash.type("1000"), controls::Refusal::none);
+    save(form);
+    sql("UPDATE Payment_header_table SET docno = 'PP-26-00001', po_no = '', invoiced = TRUE WHERE fkey = "
+        "'1pp-2'");
+    sql("UPDATE AP_transaction_table SET docno = 'PP-26-00001' WHERE fkey = '1pp-2'");
+    sql("UPDATE Payment_transaction_table SET docno = 'PP-26-00001', ap_docno = 'PP-26-00001' WHERE fkey = "
+        "'1pp-2'");
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
 TEST_F(CheckPrepayments, NamesAGlDocumentThatIsNotReversed) {
     EXPECT_THAT(after("UPDATE GL_header_table SET Reverse = TRUE"),
                 ElementsAre("GL document 1gl-1 is reversed, but -250.00 is left on account 1000",

@@ -168,13 +168,16 @@ int rows_of_check(payments::APform_void_check& form, const char* check_no) {
 TEST(VoidedChecks, ListIsWholeWhateverOthersStoreWhileItIsRead) {
     CheckSession session(new_company(), voided_kinds()[0], "16/03/2026");
     store::Database& other_desk = session.company.db();
-    add_row(other_desk, "Payment_header_table",
-            {{"fkey", "1pp-9"},
-             {"docno", "PP-26-00009"},
-             {"doctype", "pp"},
-             {"payby", "Check"},
-             {"check_no", "902"},
-             {"check_date", *store::DateTime::from_ymd(2026, 3, 1)}});
+    // Checks of another company are not listed.
+    for (const auto& [company, check_no] : {std::pair(1, "902"), std::pair(2, "903")})
+        add_row(other_desk, "Payment_header_table",
+                {{"fkey", "1pp-9"},
+                 {"docno", "PP-26-00009"},
+                 {"company", company},
+                 {"doctype", "pp"},
+                 {"payby", "Check"},
+                 {"check_no", check_no},
+                 {"check_date", *store::DateTime::from_ymd(2026, 3, 1)}});
     add_row(other_desk, "Payment_transaction_table", {{"fkey", "1pp-9"}, {"pay_amount", 20.0}});
     session.faults->engine_fails_itself = true;
     const auto set_void = [&](bool is_void) {
@@ -188,6 +191,7 @@ TEST(VoidedChecks, ListIsWholeWhateverOthersStoreWhileItIsRead) {
             session.faults->on_fault = [&] { set_void(becomes_void); };
             reached = session.with_fault(++calls, store::ErrorKind::io, false, [&] { session.press(104); });
             EXPECT_EQ(rows_of_check(session.form(), "902"), 1) << calls;
+            EXPECT_EQ(rows_of_check(session.form(), "903"), 0) << calls;
             EXPECT_EQ(rows_of_check(session.form(), "901") % 2, 0) << calls;
         }
         EXPECT_GT(calls, 4);

@@ -163,13 +163,14 @@ void Saver::void_invoice() {
     tell_outcome("void-invoice", docno, fmt::format("Invoice {} is void.", docno));
 }
 
-void Saver::void_payment() {
-    auto& form = *ap_.frm_payment;
+void Saver::void_shown(payments::PaymentForm& form, const char* what, const char* prefix) {
     if (form.mode() != frame::Mode::read || form.txtfkey.empty()) return;
     const std::string docno = form.txtdocno.text();
     press(form, kVoidPayment);
-    tell_outcome("void-payment", docno, docno + " is void.");
+    tell_outcome(what, docno, prefix + docno + " is void.");
 }
+
+void Saver::void_payment() { void_shown(*ap_.frm_payment, "void-payment", ""); }
 
 // Any of those that this desk lists now; another desk may void it before.
 void Saver::void_check() {
@@ -202,13 +203,7 @@ void Saver::pay_expenses() {
                  fmt::format("Add new Payment {} complete", form.txtdocno.text()));
 }
 
-void Saver::void_expenses() {
-    auto& form = *ap_.frm_misc;
-    if (form.mode() != frame::Mode::read || form.txtfkey.empty()) return;
-    const std::string docno = form.txtdocno.text();
-    press(form, kVoidPayment);
-    tell_outcome("void-misc-payment", docno, fmt::format("Payment {} is void.", docno));
-}
+void Saver::void_expenses() { void_shown(*ap_.frm_misc, "void-misc-payment", "Payment "); }
 
 void Saver::prepay() {
     auto& form = *ap_.frm_prepayment;
@@ -217,8 +212,7 @@ void Saver::prepay() {
         form.cmbvendor.type(kVendors[static_cast<std::size_t>(below(static_cast<int>(kVendors.size())))]));
     static_cast<void>(form.txtprepay.type(fmt::format("{}.50", 1 + below(300))));
     static_cast<void>(form.cmbpono.type(below(2) == 0 ? " " : "PO-26-00031"));
-    static_cast<void>(form.cmbpayby.type("Cash"));
-    static_cast<void>(form.cmbcash.type("1000"));
+    choose_way_of_paying(form);
     press(form, kSave);
     tell_outcome("payment", form.txtdocno.text(),
                  fmt::format("Add new Prepayment {} complete", form.txtdocno.text()));
@@ -238,13 +232,7 @@ void Saver::edit_prepayment() {
     }
 }
 
-void Saver::void_prepayment() {
-    auto& form = *ap_.frm_prepayment;
-    if (form.mode() != frame::Mode::read || form.txtfkey.empty()) return;
-    const std::string docno = form.txtdocno.text();
-    press(form, kVoidPayment);
-    tell_outcome("void-payment", docno, fmt::format("Prepayment {} is void.", docno));
-}
+void Saver::void_prepayment() { void_shown(*ap_.frm_prepayment, "void-payment", "Prepayment "); }
 
 // The card has collected nothing, so a balance is typed for it: what is paid is the saver's affair.
 void Saver::pay_card() {
@@ -253,8 +241,7 @@ void Saver::pay_card() {
     static_cast<void>(form.cmbcard.type("VISA"));
     form.txtbalance.set("1,000.00");
     static_cast<void>(form.txtpayment.type(fmt::format("{}.00", 1 + below(900))));
-    static_cast<void>(form.cmbpayby.type("Cash"));
-    static_cast<void>(form.cmbcash.type("1000"));
+    choose_way_of_paying(form);
     press(form, kSave);
     tell_outcome("payment", form.txtdocno.text(),
                  fmt::format("Add new payment {} complete", form.txtdocno.text()));

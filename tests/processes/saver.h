@@ -52,6 +52,8 @@ class Saver {
     void prepay();
     void edit_prepayment();
     void void_prepayment();
+    // What is on screen, if it is stored. `prefix` stands before the number in what the form says then.
+    void void_shown(payments::PaymentForm& form, const char* what, const char* prefix);
     void pay_card();
 
     [[nodiscard]] int below(int count) {

@@ -23,6 +23,7 @@ using brimley::testing::RandomSession;
 struct Options {
     int acts = 1000;
     std::uint64_t seed = 20260105;
+    int sessions = 1;
     bool without_payments = false;
     std::string script = "random-session.session";
 };
@@ -55,7 +56,7 @@ void tell_tally(const RandomSession& session, int acts) {
     std::cout << fmt::format("\nnamed deviations: {} vendors\n", session.named_deviations().vendors());
 }
 
-int run(const Options& options) {
+int run_one(const Options& options) {
     std::cout << "seed " << options.seed << std::endl;
     const brimley::testing::ClosedCopy company(brimley::testing::sample_original());
     RandomSession session(company.path(), options.seed);
@@ -71,6 +72,13 @@ int run(const Options& options) {
     return 0;
 }
 
+// The first that goes wrong ends the run.
+int run(Options options) {
+    for (int session = 0; session < options.sessions; ++session, ++options.seed)
+        if (const int status = run_one(options); status != 0) return status;
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -79,6 +87,7 @@ int main(int argc, char** argv) {
         "random-session", "Random acts on the sample company, the books checked after each");
     program.option("--acts", options.acts, "how many");
     program.option("--seed", options.seed, "which session");
+    program.option("--sessions", options.sessions, "how many, each with the next seed");
     program.flag("--without-payments", options.without_payments, "invoices and templates alone");
     program.option("--script", options.script, "where a failing session is written");
     return program.run(argc, argv, [&] { return run(options); });

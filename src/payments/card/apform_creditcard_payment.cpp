@@ -31,7 +31,6 @@ constexpr PaymentKind kCardKind{
     "Payment ",
     "Void Payment failed"};
 
-constexpr int kVoidCardPayment = 133;
 constexpr int kCardRecord = 1001;
 
 constexpr std::array kCardLines{
@@ -72,7 +71,7 @@ void APform_creditcard_payment::init_toolbar() {
     using Bars = std::vector<std::string>;
     add_commands(
         {
-            {kVoidCardPayment, "&Void Payment", "", "", Bars{"Payment"}},
+            {command::kVoidPayment, "&Void Payment", "", "", Bars{"Payment"}},
             {command::kOrigin, "&Origin Document", "Origin", "Origin Document", Bars{"Link", "Standard"}},
             {command::kFormHelp, "CreditCard Payment Help", "Help", "CreditCard Payment Help",
              Bars{"Help", "Standard"}},
@@ -84,7 +83,7 @@ void APform_creditcard_payment::init_toolbar() {
 
 // A card payment comes from no other document: Origin Document does nothing.
 void APform_creditcard_payment::execute_own(int id) {
-    if (id == kVoidCardPayment && rights().Update) void_payment();
+    PaymentForm::execute_own(id);
     if (id == kCardRecord) findAP();
 }
 
@@ -123,11 +122,6 @@ void APform_creditcard_payment::clear_box() {
     clear_list();
 }
 
-void APform_creditcard_payment::clear_list() {
-    dbgrid1.array.dimension(frame::kRowsMin);
-    dbgrid1.rebind();
-}
-
 void APform_creditcard_payment::assign2control(Recordset& header) {
     assign_header(header);
     cmbcard.set(header.text("vendor_no"));
@@ -152,7 +146,7 @@ bool APform_creditcard_payment::check_amounts() {
     if (cmbcard.empty()) return refuse("please specify credit card");
     if (txtpayment.empty()) return refuse("please specify Payment amount");
     if (!kernel::is_numeric(txtpayment.text())) return refuse("Payment is invalid");
-    if (amounts().payment < 0) return refuse("Payment is invalid.");
+    if (money_value(txtpayment.text()) < 0) return refuse("Payment is invalid.");
     if (amounts().payment == 0) return refuse("please specify payment amount");
     return true;
 }
@@ -160,7 +154,7 @@ bool APform_creditcard_payment::check_amounts() {
 bool APform_creditcard_payment::check_fee() {
     if (txtfee.empty()) return true;
     if (!kernel::is_numeric(txtfee.text())) return refuse("fee is invalid");
-    if (amounts().fee < 0) return refuse("fee is invalid.");
+    if (money_value(txtfee.text()) < 0) return refuse("fee is invalid.");
     return !cmbexpacc.empty() || refuse("please specify expense account for fee");
 }
 
@@ -205,7 +199,7 @@ bool APform_creditcard_payment::insert_GL_record(const std::string& card, const 
         const std::string card_accno = pay_by.card_account(card);
         if (card_accno.empty()) return false;
         const CardAmounts paid = amounts();
-        ledger.add(posting, cash_accno, 0 - paid.payment);
+        ledger.add(posting, cash_accno, 0 - paid.payment);  // another card's account, too
         ledger.add(posting, card_accno, paid.on_card());
         if (paid.fee > 0) ledger.add(posting, cmbexpacc.text(), paid.fee);
         return true;

@@ -67,7 +67,6 @@ class APform_creditcard_payment : public PaymentForm {
     void Form_Load() override;
     void init_toolbar() override;
     void initform_control() override;
-    void init_grid() override { build_grids(); }
     void execute_own(int id) override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
@@ -83,7 +82,6 @@ class APform_creditcard_payment : public PaymentForm {
     // Whether the fee is in the payment, and whether that is more than there is to pay.
     [[nodiscard]] bool ask_about_fee();
     void pay_balance_and_fee();
-    void clear_list();
 
     frame::LineColumns lines_;
 };

@@ -8,14 +8,13 @@ namespace command = frame::command;
 
 namespace {
 
-constexpr int kVoidPayment = 133;
 constexpr int kBillRecord = 1001;
 constexpr int kPaymentHistory = 1002;
 
 std::vector<Command> own_commands() {
     using Bars = std::vector<std::string>;
     return {
-        {kVoidPayment, "&Void Payment", "", "", Bars{"Payment"}},
+        {command::kVoidPayment, "&Void Payment", "", "", Bars{"Payment"}},
         {command::kFormHelp, "Payment Entry Help", "Help", "Payment Entry Help", Bars{"Help", "Standard"}},
         {kBillRecord, "&A/P Bill Record", "Bill", "Bill", Bars{"Link", "Standard"}},
         {kPaymentHistory, "&Payment History", "", "", Bars{"Link"}},
@@ -27,7 +26,7 @@ std::vector<Command> own_commands() {
 void APform_payment::init_toolbar() { add_commands(own_commands()); }
 
 void APform_payment::execute_own(int id) {
-    if (id == kVoidPayment && rights().Update) void_payment();
+    PaymentForm::execute_own(id);
     if (id == kBillRecord) findAP();
     if (id == kPaymentHistory) payment_history();
 }

@@ -85,9 +85,9 @@ bool PaymentSave::find_account_to_credit() {
 
 bool PaymentSave::validate() {
     checks.begin();
-    return validate_amount() && checks.payment_date() && currency_is_in_use() &&
+    return validate_amount() && checks.payment_date() && checks.currency_is_in_use() &&
            checks.exchange_rate(PaymentChecks::NoRate::passes) && validate_lines() &&
-           validate_way_of_paying() && period_is_open();
+           validate_way_of_paying() && checks.period_is_open();
 }
 
 // --- writing ---

@@ -30,8 +30,6 @@ constexpr frame::TaxedLines kTaxedLines{.pay_item = "pay item",
                                         .stored_net_amount = "pay_amount",
                                         .no_element = "cannot find tax element for item no "};
 
-constexpr int kVoidPayment = 133;
-
 }  // namespace
 
 APform_misc_payment::APform_misc_payment(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
@@ -47,15 +45,11 @@ void APform_misc_payment::Form_Load() {
 
 void APform_misc_payment::init_toolbar() {
     using Bars = std::vector<std::string>;
-    add_commands({{kVoidPayment, "&Void Payment", "", "", Bars{"Payment"}},
+    add_commands({{command::kVoidPayment, "&Void Payment", "", "", Bars{"Payment"}},
                   {command::kFormHelp, "Miscellaneous Payment Help", "Help", "Miscellaneous Payment Help",
                    Bars{"Help", "Standard"}}},
                  {command::kInsertLine, command::kDeleteLine, command::kAccountMaster, command::kItemMaster,
                   command::kVendorMaster});
-}
-
-void APform_misc_payment::execute_own(int id) {
-    if (id == kVoidPayment && rights().Update) void_payment();
 }
 
 // Paid in cash is also what comes straight from a bank's account.

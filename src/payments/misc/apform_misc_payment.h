@@ -48,7 +48,6 @@ class APform_misc_payment : public PaymentForm {
     [[nodiscard]] std::vector<controls::Grid*> grids() override {
         return {&dbgrid1, &taxes.grid_tax, &taxes.grid_tax_summary};
     }
-    void execute_own(int id) override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
     void assign2_dbgrid1(store::Recordset& rows) override { lines.show(rows); }

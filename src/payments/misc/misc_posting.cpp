@@ -14,9 +14,7 @@ MiscPosting::MiscPosting(APform_misc_payment& form) : DocumentPart(form), form_(
 // The payable account of a card is on the credit side: there the total is added.
 bool MiscPosting::insert_GL_record(const std::string& accno, const std::vector<MiscLine>& lines) {
     return form_.ledger.insert_GL_record("", [&](kernel::GlPosting& posting) {
-        const double total = money_value(form_.txttotal.text());
-        const bool from_own_account = form_.pay_by.is_cash() || form_.pay_by.is_check();
-        form_.ledger.add(posting, accno, from_own_account ? 0 - total : total);
+        form_.ledger.add_paid_from(posting, accno, money_value(form_.txttotal.text()));
         kernel::AuthorityAccounts authorities(kernel());
         return std::ranges::all_of(
             lines, [&](const MiscLine& line) { return gather_line(posting, line, authorities); });

@@ -14,7 +14,7 @@ namespace {
 
 constexpr WayOfPayingRules kWays{.no_way = "please specify pay by",
                                  .bank_first = WayOfPayingRules::BankFirst::yes,
-                                 .check_date = WayOfPayingRules::CheckDate::is_not_asked_for};
+                                 .check_date = WayOfPayingRules::CheckDate::may_be_missing};
 
 }  // namespace
 
@@ -25,9 +25,9 @@ MiscSave::MiscSave(APform_misc_payment& form) : NewPayment(form), form_(form) {}
 bool MiscSave::validate() {
     checks.begin();
     if (form_.txtremit.empty()) return refuse("please specify Remit-To");
-    return validate_total() && checks.payment_date() && currency_is_in_use() &&
+    return validate_total() && checks.payment_date() && checks.currency_is_in_use() &&
            checks.exchange_rate(PaymentChecks::NoRate::is_refused) && validate_lines() &&
-           validate_way_of_paying() && period_is_open() && form_.lines.verify_detail();
+           validate_way_of_paying() && checks.period_is_open() && form_.lines.verify_detail();
 }
 
 // The total follows the lines and is locked: it is always a number.
@@ -43,12 +43,8 @@ bool MiscSave::validate_lines() {
     return form_.lines.check_ifany_pay() || refuse("Please specify any payment/discount/write-off amount");
 }
 
-// A check needs no date, but one that is given must be a date.
 bool MiscSave::validate_way_of_paying() {
-    if (!checks.way_of_paying(kWays, [this](const std::string& card) { return card_account(card); }))
-        return false;
-    return !form_.pay_by.is_check() || form_.txtcheckdate.empty() ||
-           checks.check_date("please specify check date");
+    return checks.way_of_paying(kWays, [this](const std::string& card) { return card_account(card); });
 }
 
 // By its name, which is the card's as typed. Empty after its message.

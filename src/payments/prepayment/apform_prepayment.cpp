@@ -31,7 +31,6 @@ constexpr PaymentKind kPrepaymentKind{
     "Prepayment ",
     "Void Prepayment failed"};
 
-constexpr int kVoidPrepayment = 133;
 constexpr int kPaymentRecord = 1001;
 
 // The payments that applied the prepayment.
@@ -71,7 +70,7 @@ void APform_prepayment::init_toolbar() {
     using Bars = std::vector<std::string>;
     add_commands(
         {
-            {kVoidPrepayment, "&Void Prepayment", "", "", Bars{"Payment"}},
+            {command::kVoidPayment, "&Void Prepayment", "", "", Bars{"Payment"}},
             {command::kOrigin, "&Origin Document", "Origin", "Origin Document", Bars{"Link", "Standard"}},
             {command::kFormHelp, "AP Prepayment Help", "Help", "AP Prepayment Help",
              Bars{"Help", "Standard"}},
@@ -83,7 +82,7 @@ void APform_prepayment::init_toolbar() {
 }
 
 void APform_prepayment::execute_own(int id) {
-    if (id == kVoidPrepayment && rights().Update) void_prepayment();
+    PaymentForm::execute_own(id);
     if (id == command::kOrigin) origin_doc();
     if (id == kPaymentRecord) findAP();
 }
@@ -144,11 +143,6 @@ void APform_prepayment::clear_box() {
     clear_list();
 }
 
-void APform_prepayment::clear_list() {
-    dbgrid1.array.dimension(frame::kRowsMin);
-    dbgrid1.rebind();
-}
-
 void APform_prepayment::assign2control(Recordset& header) {
     assign_header(header);
     cmbvendor.set(header.text("vendor_no"));
@@ -179,9 +173,21 @@ void APform_prepayment::assign2_dbgrid1(Recordset& payments) {
 }
 
 std::string APform_prepayment::edit_refusal() {
-    const bool applied = chkinvoiced.is_set() || !dbgrid1.cell(0, "AP document no").empty();
-    if (applied && !chkvoid.is_set()) return kPrepaymentWasApplied;
-    return PaymentForm::edit_refusal();
+    if (chkvoid.is_set()) return PaymentForm::edit_refusal();
+    bool applied = chkinvoiced.is_set();
+    step("open item", [&] { applied = applied || is_applied_in_part(txtfkey.text()); });
+    return applied ? kPrepaymentWasApplied : PaymentForm::edit_refusal();
+}
+
+// The header may not say so: the void of another part's payment has taken the mark off.
+bool APform_prepayment::is_applied_in_part(const std::string& fkey) {
+    const auto item = kernel().find("AP_transaction_table", {{"fkey", fkey}});
+    return !item.at_eof() && kernel::Round(item.number("open_amount") - item.number("gross_amount")) != 0;
+}
+
+bool APform_prepayment::may_still_be_edited(const Recordset& header) {
+    return (!header.flag("invoiced") && !is_applied_in_part(header.text("fkey"))) ||
+           refuse(kPrepaymentWasApplied);
 }
 
 bool APform_prepayment::check_entry(PaymentChecks& checks, const WayOfPayingRules& rules) {
@@ -192,7 +198,7 @@ bool APform_prepayment::check_entry(PaymentChecks& checks, const WayOfPayingRule
     prepayment_accno_ = *accno;
     if (txtprepay.empty()) return refuse("please specify prepayment amount");
     if (!kernel::is_numeric(txtprepay.text())) return refuse("Prepayment is invalid");
-    if (amount() < 0) return refuse("prepayment is invalid.");
+    if (kernel::money_value(txtprepay.text()) < 0) return refuse("prepayment is invalid.");
     return checks.payment_date() && checks.currency_is_in_use() &&
            checks.exchange_rate(PaymentChecks::NoRate::is_refused) && checks.way_of_paying(rules) &&
            checks.period_is_open();
@@ -204,12 +210,10 @@ std::optional<std::string> APform_prepayment::get_prepayment_accno(const std::st
     return own->text().empty() ? default_prepayment_accno_ : own->text();
 }
 
-// A card owes more from now on; cash and bank have less. The payable account is not touched: the item of a
-// prepayment has nothing in the ledger until it is applied.
+// The payable account is not touched: the item of a prepayment has nothing in the ledger until it is applied.
 bool APform_prepayment::insert_GL_record(const std::string& vendor_no, const std::string& cash_accno) {
     return ledger.insert_GL_record(vendor_no, [&](kernel::GlPosting& posting) {
-        const bool by_card = !pay_by.is_cash() && !pay_by.is_check();
-        ledger.add(posting, cash_accno, by_card ? amount() : 0 - amount());
+        ledger.add_paid_from(posting, cash_accno, amount());
         ledger.add(posting, prepayment_accno_, amount());
         return true;
     });

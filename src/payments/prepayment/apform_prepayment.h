@@ -51,7 +51,6 @@ class APform_prepayment : public PaymentForm {
     // True when the prepayment was saved. Every failure has had its message, and nothing of it is left.
     [[nodiscard]] bool insert_new_record() override { return save.insert_new_record(); }
     [[nodiscard]] bool Update_record() override { return edit.Update_record(); }
-    void void_prepayment() { void_payment(); }
     // The checks of a save; false after their message.
     [[nodiscard]] bool check_entry(PaymentChecks& checks, const WayOfPayingRules& rules);
 
@@ -82,7 +81,6 @@ class APform_prepayment : public PaymentForm {
     void Form_Load() override;
     void init_toolbar() override;
     void initform_control() override;
-    void init_grid() override { build_grids(); }
     void execute_own(int id) override;
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
@@ -97,12 +95,13 @@ class APform_prepayment : public PaymentForm {
     [[nodiscard]] std::string edit_refusal() override;
     [[nodiscard]] bool may_be_voided() override;
     [[nodiscard]] bool may_still_be_voided(const store::Recordset& header) override;
+    [[nodiscard]] bool may_still_be_edited(const store::Recordset& header) override;
     void give_back_balances(const store::Recordset& header) override;
     [[nodiscard]] bool prints_vendor() override { return !cmbvendor_name.empty(); }
 
   private:
     void vendor_chosen();
-    void clear_list();
+    [[nodiscard]] bool is_applied_in_part(const std::string& fkey);
 
     std::string default_prepayment_accno_, prepayment_accno_;
     frame::LineColumns applied_by_;

@@ -17,15 +17,6 @@ bool PrepaymentEdit::validate() {
 
 double PrepaymentEdit::payment_amount() const { return form_.amount(); }
 
-// A part of it may be applied though the header does not say so: the void of another part's payment has taken
-// the mark off.
-bool PrepaymentEdit::may_still_be_edited(const Recordset& header) {
-    const auto item = kernel().find("AP_transaction_table", {{"fkey", header.text("fkey")}});
-    const bool untouched =
-        item.at_eof() || kernel::Round(item.number("open_amount") - item.number("gross_amount")) == 0;
-    return (!header.flag("invoiced") && untouched) || refuse(kPrepaymentWasApplied);
-}
-
 bool PrepaymentEdit::moves_money(const Recordset& header) const {
     const std::string cash_accno = form_.pay_by.is_cash() ? form_.cmbcash.text() : "";
     return RepostingEdit::moves_money(header) || header.text("cash_accno") != cash_accno;

@@ -15,7 +15,6 @@ class PrepaymentEdit : public RepostingEdit {
   protected:
     [[nodiscard]] bool validate() override;
     [[nodiscard]] double payment_amount() const override;
-    [[nodiscard]] bool may_still_be_edited(const store::Recordset& header) override;
     [[nodiscard]] bool moves_money(const store::Recordset& header) const override;
     void follow_change(const store::Recordset& header) override;
     void fill_header(store::Recordset& header, bool moves) override;

@@ -10,16 +10,14 @@ namespace {
 
 constexpr frame::FormIdentity kIdentity{"APform_void_check", "Void Check", "\\Help\\Void Check Help.pdf"};
 
-constexpr int kFind = 104;
-constexpr int kClear = 115;
 constexpr int kCheckWindow = 1001;
 constexpr int kBillRecord = 1002;
 
 std::vector<Command> own_commands() {
     using Bars = std::vector<std::string>;
     return {
-        {kFind, "&Find", "Find", "", Bars{"Run", "Standard"}},
-        {kClear, "&Clear", "Clear", "", Bars{"Run", "Standard"}},
+        {command::kFind, "&Find", "Find", "", Bars{"Run", "Standard"}},
+        {command::kClear, "&Clear", "Clear", "", Bars{"Run", "Standard"}},
         {command::kOrigin, "Origin Document", "Origin", "Origin Document", Bars{"Link", "Standard"}},
         {command::kFont, "&Font", "", "", Bars{"Popup"}},
         {command::kFormHelp, "Void Check Help", "Help", "Void Check Help", Bars{"Help", "Standard"}},
@@ -77,10 +75,10 @@ void APform_void_check::CommandBars1_Execute(int id) {
         case command::kSave:
             if (rights().Update) void_check();
             break;
-        case kFind:
+        case command::kFind:
             list_vendor_check();
             break;
-        case kClear:
+        case command::kClear:
             clear_box();
             break;
         case command::kOrigin:

@@ -61,8 +61,6 @@ class APform_void_check : public frame::GridForm {
 
     frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
                                       frame::VendorFields::Unknown::empties_the_other};
-    CheckList list{*this, dbgrid1};
-    PaidItems paid_items{*this};
 
   protected:
     void Form_Load() override;
@@ -71,6 +69,9 @@ class APform_void_check : public frame::GridForm {
     [[nodiscard]] std::string current_vendor() override { return cmbvendor.text(); }
 
   private:
+    CheckList list{*this, dbgrid1};
+    PaidItems paid_items{*this};
+
     void dbgrid1_DblClick(int row);
     // Whether the stored payment is the one that was picked, and still as it was then.
     [[nodiscard]] bool is_picked(const store::Recordset& header) const;

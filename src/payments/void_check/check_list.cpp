@@ -122,8 +122,10 @@ void CheckList::list_vendor_check(const std::string& vendor_no) {
 }
 
 std::string CheckList::checks_of(const std::string& vendor_no) const {
-    const std::string checks = " WHERE payby = 'Check' AND void = FALSE AND check_date >= " +
-                               store::date_value(a_year_before(desk().now()));
+    const std::string checks =
+        " WHERE Payment_header_table.company = 1 AND payby = 'Check' AND void = FALSE AND "
+        "check_date >= " +
+        store::date_value(a_year_before(desk().now()));
     return vendor_no.empty() ? checks : checks + " AND vendor_no = " + store::quoted(vendor_no);
 }
 

@@ -46,7 +46,7 @@ bool APform_void_check::write_void(const CheckKind& kind) {
 
     if (kind.gives_back == GivesBack::items_and_owing) paid_items.give_back(fkey);
     const store::DateTime today = desk().now().date_only();
-    mark_void(kernel(), {"Payment_header_table", kind.lines}, fkey,
+    mark_void(kernel(), kind.lines, fkey,
               kind.void_date == VoidDate::as_date ? store::date_value(today) : quoted(today.yyyymmdd()));
     if (!insert_GL_reverse(kind)) return false;
     if (kind.gives_back == GivesBack::items_and_owing) update_vendor_owing_balance(header.text("vendor_no"));
@@ -69,9 +69,8 @@ bool APform_void_check::insert_GL_reverse(const CheckKind& kind) {
 // The payment has lowered the balance already; its void here lowers it once more.
 void APform_void_check::update_vendor_owing_balance(const std::string& vendor_no) {
     const auto paid = kernel().read(
-        "SELECT SUM(pay_amount), SUM(discount_taken), SUM(writeoff) FROM Payment_transaction_table WHERE "
-        "fkey "
-        "= " +
+        "SELECT SUM(pay_amount), SUM(discount_taken), SUM(writeoff) FROM Payment_transaction_table "
+        "WHERE fkey = " +
         quoted(txtfkey.text()));
     const double sum = paid.column(0).number() + paid.column(1).number() + paid.column(2).number();
     kernel::change_owing_balance(kernel(), vendor_no, {0 - sum}, kernel::kOwingOfVoidedCheck);

@@ -1,10 +1,10 @@
 // Prepayments and card payments: header against line, open item, ledger and order.
 //
-// Where the forms leave two figures apart by design, nothing is found; the notes name it (note_voids.cpp).
+// Where the forms leave two figures apart by design, nothing is found; the notes name it (notes.cpp).
 #include <fmt/format.h>
 
 #include "company/check.h"
-#include "company/own_payments.h"
+#include "company/one_line_payments.h"
 #include "company/shown_text.h"
 
 namespace brimley::company {
@@ -12,9 +12,9 @@ namespace brimley::company {
 namespace {
 
 // One payment; each test adds a line for what does not hold.
-class OwnPaymentJudge {
+class OneLineJudge {
   public:
-    OwnPaymentJudge(const OwnPayment& payment, const PostedAmounts& posted, Findings& findings)
+    OneLineJudge(const OneLinePayment& payment, const PostedAmounts& posted, Findings& findings)
         : payment_(payment), posted_(posted), findings_(findings) {}
 
     void judge() {
@@ -102,7 +102,7 @@ class OwnPaymentJudge {
     // leaves it though none does.
     void judge_applied() {
         const bool applied = payment_.applied > 0;
-        if (payment_.invoiced == applied || payment_.applied_void > 0) return;
+        if (payment_.invoiced == applied || payment_.applied_void > 0 || payment_.number_repeats) return;
         find(payment_.invoiced ? "it counts as applied, and no payment applies it"
                                : "it does not count as applied, and a payment applies it");
     }
@@ -120,29 +120,20 @@ class OwnPaymentJudge {
         judge_posted("expense account", payment_.expense_accno, payment_.fee);
     }
 
-    const OwnPayment& payment_;
+    const OneLinePayment& payment_;
     const PostedAmounts& posted_;
     Findings& findings_;
 };
 
 }  // namespace
 
-void check_own_payments(const Books& books, Findings& findings) {
+void check_one_line_payments(const Books& books, Findings& findings) {
     const PostedAmounts posted(books);
-    for (const OwnPayment& payment : own_payments(books))
-        OwnPaymentJudge(payment, posted, findings).judge();
+    for (const OneLinePayment& payment : one_line_payments(books))
+        OneLineJudge(payment, posted, findings).judge();
     for (const WaitingOrder& order : waiting_for_nobody(books))
         findings.push_back(fmt::format("Order {} waits for prepayment {}, which there is not",
                                        shown_text(order.po_no), shown_text(order.prepayment_fkey)));
-}
-
-void note_edited_prepayments(const Books& books, Findings& notes) {
-    for (const OwnPayment& payment : own_payments(books)) {
-        if (!payment.is_prepayment() || !differ(payment.saved_amount(), payment.amount)) continue;
-        notes.push_back(fmt::format(
-            "Prepayment {} was edited to {:.2f}; its line and what vendor {} is owed know of {:.2f}",
-            shown_text(payment.fkey), payment.amount, shown_text(payment.vendor_no), payment.saved_amount()));
-    }
 }
 
 }  // namespace brimley::company

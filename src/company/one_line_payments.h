@@ -1,5 +1,5 @@
-// Prepayments and card payments as their forms have stored them, with what belongs to each: line, open item,
-// ledger, order.
+// Payments that have a single line, prepayments and card payments, as their forms have stored them, with what
+// belongs to each: line, open item, ledger, order.
 #pragma once
 
 #include <string>
@@ -27,7 +27,7 @@ struct WaitingOrder {
 };
 
 // A payment of either kind. Rows that another module has left are none.
-struct OwnPayment {
+struct OneLinePayment {
     std::string fkey, doctype, docno, vendor_no, currency, gl_fkey;
     std::string cash_accno, prepayment_accno, expense_accno, po_no;
     double amount = 0;
@@ -41,6 +41,8 @@ struct OwnPayment {
     // Lines of payments that apply it, which are valid, and which are void.
     int applied = 0;
     int applied_void = 0;
+    // Another prepayment has the same number: which of them a payment applies is not known.
+    bool number_repeats = false;
     // Voided in the list of checks, not in its own form.
     bool voided_as_check = false;
 
@@ -50,7 +52,7 @@ struct OwnPayment {
 };
 
 // By key.
-[[nodiscard]] std::vector<OwnPayment> own_payments(const Books& books);
+[[nodiscard]] std::vector<OneLinePayment> one_line_payments(const Books& books);
 // Waiting rows that no prepayment of a form has made.
 [[nodiscard]] std::vector<WaitingOrder> waiting_for_nobody(const Books& books);
 
@@ -58,7 +60,7 @@ struct OwnPayment {
 class PostedAmounts {
   public:
     explicit PostedAmounts(const Books& books);
-    // Whether what was posted to the account can be told: its amounts are not spread over others.
+    // Whether what was posted to the account is known: its amounts are not spread over others.
     [[nodiscard]] bool judged(const std::string& accno) const { return !allocated_.contains(accno); }
     [[nodiscard]] double on(const std::string& gl_fkey, const std::string& accno) const;
 

@@ -1,4 +1,4 @@
-#include "company/own_payments.h"
+#include "company/one_line_payments.h"
 
 #include <unordered_map>
 
@@ -22,8 +22,8 @@ std::unordered_set<std::string> voided_as_checks(const Books& books) {
 
 using PaymentsByKey = std::unordered_map<std::string, std::size_t>;  // places in the list
 
-std::vector<OwnPayment> headers(const Books& books) {
-    std::vector<OwnPayment> payments;
+std::vector<OneLinePayment> headers(const Books& books) {
+    std::vector<OneLinePayment> payments;
     // A card payment does not name its form.
     Recordset rows = books.read(
         "SELECT fkey,doctype,docno,vendor_no,Currency,GLFKEY,cash_accno,prepayment_accno,expense_accno,po_no,"
@@ -32,8 +32,8 @@ std::vector<OwnPayment> headers(const Books& books) {
     for (; !rows.at_eof(); rows.MoveNext()) {
         if (rows.column(1).text() == "pc" && rows.column(5).is_null()) continue;
         const auto text = [&](int column) { return rows.column(column).text(); };
-        OwnPayment payment{text(0), text(1), text(2), text(3), text(4),
-                           text(5), text(6), text(7), text(8), text(9)};
+        OneLinePayment payment{text(0), text(1), text(2), text(3), text(4),
+                               text(5), text(6), text(7), text(8), text(9)};
         payment.amount = rows.column(10).number();
         payment.card_balance = rows.column(11).number();
         payment.fee = rows.column(12).number();
@@ -44,7 +44,7 @@ std::vector<OwnPayment> headers(const Books& books) {
     return payments;
 }
 
-void add_lines(const Books& books, std::vector<OwnPayment>& payments, const PaymentsByKey& by_fkey,
+void add_lines(const Books& books, std::vector<OneLinePayment>& payments, const PaymentsByKey& by_fkey,
                const PaymentsByKey& by_docno) {
     books.each_payment_line([&](const PaymentLine& line) {
         if (const auto own = by_fkey.find(line.fkey); own != by_fkey.end())
@@ -52,12 +52,12 @@ void add_lines(const Books& books, std::vector<OwnPayment>& payments, const Paym
         if (line.ap_doctype != "pp") return;
         const auto applied = by_docno.find(line.ap_docno);
         if (applied == by_docno.end()) return;
-        OwnPayment& prepayment = payments[applied->second];
+        OneLinePayment& prepayment = payments[applied->second];
         ++(line.is_void ? prepayment.applied_void : prepayment.applied);
     });
 }
 
-void add_items(const Books& books, std::vector<OwnPayment>& payments, const PaymentsByKey& by_fkey) {
+void add_items(const Books& books, std::vector<OneLinePayment>& payments, const PaymentsByKey& by_fkey) {
     Recordset rows = books.read(
         "SELECT fkey,docno,vendor_no,Currency,gross_amount,open_amount,void,date_lastmodified FROM "
         "AP_transaction_table WHERE doctype = 'pp'");
@@ -82,15 +82,17 @@ std::vector<WaitingOrder> waiting_orders(const Books& books) {
 
 }  // namespace
 
-std::vector<OwnPayment> own_payments(const Books& books) {
-    std::vector<OwnPayment> payments = headers(books);
+std::vector<OneLinePayment> one_line_payments(const Books& books) {
+    std::vector<OneLinePayment> payments = headers(books);
     const auto as_checks = voided_as_checks(books);
     PaymentsByKey by_fkey;
     PaymentsByKey by_docno;  // of prepayments
     for (std::size_t i = 0; i < payments.size(); ++i) {
         by_fkey[payments[i].fkey] = i;
-        if (payments[i].is_prepayment()) by_docno[payments[i].docno] = i;
         payments[i].voided_as_check = as_checks.contains(payments[i].fkey);
+        if (!payments[i].is_prepayment()) continue;
+        const auto [first, is_new] = by_docno.try_emplace(payments[i].docno, i);
+        if (!is_new) payments[i].number_repeats = payments[first->second].number_repeats = true;
     }
     add_lines(books, payments, by_fkey, by_docno);
     add_items(books, payments, by_fkey);

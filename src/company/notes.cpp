@@ -1,10 +1,11 @@
-// What voids leave behind by intention, although the books look as if something was wrong.
+// What looks wrong in the books and is intended: what voids and edits leave.
 #include <fmt/format.h>
 
 #include <unordered_map>
 #include <unordered_set>
 
 #include "company/check.h"
+#include "company/one_line_payments.h"
 #include "company/shown_text.h"
 #include "company/voided_checks.h"
 
@@ -77,6 +78,15 @@ void note_void_prepayments(const Books& books, Findings& notes) {
             notes.push_back(
                 fmt::format("{} is void, though its item is open with {:.2f}", name, item->second));
     });
+}
+
+void note_edited_prepayments(const Books& books, Findings& notes) {
+    for (const OneLinePayment& payment : one_line_payments(books)) {
+        if (!payment.is_prepayment() || !differ(payment.saved_amount(), payment.amount)) continue;
+        notes.push_back(fmt::format(
+            "Prepayment {} was edited to {:.2f}; its line and what vendor {} is owed know of {:.2f}",
+            shown_text(payment.fkey), payment.amount, shown_text(payment.vendor_no), payment.saved_amount()));
+    }
 }
 
 }  // namespace brimley::company
