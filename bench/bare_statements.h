@@ -50,7 +50,7 @@ enum class BareDocument { invoice, misc_payment, prepayment, card_payment };
 // How counters and balances are moved: within the UPDATE, or, as a program must that computes and rounds them
 // itself, by reading the row first and writing all of its sums. For an invoice the first takes 32 statements,
 // the second 52; for a miscellaneous payment, which has no vendor, 31 and 51; for a prepayment 18 and 26, for
-// a card payment 18 and 30.
+// a card payment 19 and 31.
 enum class BareSums { in_the_engine, read_first };
 
 // In SQLite's spelling: parameters ?1, ?2 ... Every value that a document brings with it is one: a text that
