@@ -90,8 +90,8 @@ int measure_saves(int argc, char** argv, BareDocument document) {
     const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
     fmt::print(
         "milliseconds of CPU a save, {} saves each; bare = prepared statements, reading = the same, each "
-        "counter "
-        "and balance read first, form = Save command\n",
+        "counter and "
+        "balance read first, form = Save command\n",
         saves);
     fmt::print("{:>8} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9}\n", "stored", "bare", "reading", "form",
                "to bare", "to read.", "form wall", "entry");

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "company/check.h"
+#include "company/posted_amounts.h"
 #include "company/shown_text.h"
 #include "kernel/money.h"
 
@@ -137,15 +138,11 @@ std::map<std::string, Expected> expected_postings(const PaymentHeader& payment,
     return expected;
 }
 
-using PostedByAccount =
-    std::unordered_map<std::string, std::map<std::string, double>>;  // by GL document, account
-
 void compare(const PaymentHeader& payment, const std::map<std::string, Expected>& expected,
-             const std::map<std::string, double>& posted, const SharedAccounts& shared, Findings& findings) {
+             const PostedAmounts& posted, const SharedAccounts& shared, Findings& findings) {
     for (const auto& [accno, account] : expected) {
         if (!account.judged || shared.contain(accno)) continue;
-        const auto found = posted.find(accno);
-        const double amount = found == posted.end() ? 0 : found->second;
+        const double amount = posted.on(payment.gl_fkey, accno).base_amount;
         if (!differ(amount, account.posted())) continue;
         findings.push_back(fmt::format("Payment {}: {:.2f} was posted to account {}, expected {:.2f}",
                                        shown_text(payment.fkey), amount, shown_text(accno),
@@ -174,15 +171,13 @@ void check_misc_payments(const Books& books, Findings& findings) {
 void check_misc_postings(const Books& books, Findings& findings) {
     const MiscLines lines = misc_lines(books);
     const SharedAccounts shared(books);
-    PostedByAccount posted;
-    books.each_gl_line([&](const GlLine& line) { posted[line.fkey][line.accno] += line.base_amount; });
+    const PostedAmounts posted(books);
     books.each_payment([&](const PaymentHeader& payment) {
         const auto own = lines.find(payment.fkey);
-        const auto document = posted.find(payment.gl_fkey);
-        if (!payment.of_misc_form() || payment.is_void || own == lines.end() || document == posted.end())
+        if (!payment.of_misc_form() || payment.is_void || own == lines.end() || !posted.any(payment.gl_fkey))
             return;
-        compare(payment, expected_postings(payment, own->second, books.base_currency()), document->second,
-                shared, findings);
+        compare(payment, expected_postings(payment, own->second, books.base_currency()), posted, shared,
+                findings);
     });
 }
 

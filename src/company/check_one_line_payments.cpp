@@ -3,8 +3,11 @@
 // Where the forms leave two figures apart by design, nothing is found; the notes name it (notes.cpp).
 #include <fmt/format.h>
 
+#include <unordered_set>
+
 #include "company/check.h"
 #include "company/one_line_payments.h"
+#include "company/posted_amounts.h"
 #include "company/shown_text.h"
 
 namespace brimley::company {
@@ -14,8 +17,9 @@ namespace {
 // One payment; each test adds a line for what does not hold.
 class OneLineJudge {
   public:
-    OneLineJudge(const OneLinePayment& payment, const PostedAmounts& posted, Findings& findings)
-        : payment_(payment), posted_(posted), findings_(findings) {}
+    OneLineJudge(const OneLinePayment& payment, const PostedAmounts& posted,
+                 const std::unordered_set<std::string>& allocated, Findings& findings)
+        : payment_(payment), posted_(posted), allocated_(allocated), findings_(findings) {}
 
     void judge() {
         if (payment_.lines.size() != 1) {
@@ -40,11 +44,12 @@ class OneLineJudge {
     // A reversed document has posted nothing that is left. One that was never edited holds the accounts of
     // its header.
     void judge_posted(const char* what, const std::string& accno, double amount) {
-        if (payment_.is_void || payment_.gl_fkey.empty() || accno.empty() || !posted_.judged(accno)) return;
+        if (payment_.is_void || payment_.gl_fkey.empty() || accno.empty() || !!allocated_.contains(accno))
+            return;
         for (const std::string* other :
              {&payment_.cash_accno, &payment_.prepayment_accno, &payment_.expense_accno})
             if (other != &accno && *other == accno) return;
-        const double on_account = posted_.on(payment_.gl_fkey, accno);
+        const double on_account = posted_.on(payment_.gl_fkey, accno).amount;
         if (differ(on_account, amount))
             find(fmt::format("{:.2f} was posted to its {} {}, expected {:.2f}", on_account, what,
                              shown_text(accno), amount));
@@ -122,15 +127,28 @@ class OneLineJudge {
 
     const OneLinePayment& payment_;
     const PostedAmounts& posted_;
+    const std::unordered_set<std::string>& allocated_;
     Findings& findings_;
 };
+
+// Accounts whose amounts are spread over others: what one document has posted to them is not known.
+std::unordered_set<std::string> allocated_accounts(const Books& books) {
+    std::unordered_set<std::string> accounts;
+    for (store::Recordset rows = books.read("SELECT allocate_accno,accno FROM Allocation_Account_table");
+         !rows.at_eof(); rows.MoveNext()) {
+        accounts.insert(rows.column(0).text());
+        accounts.insert(rows.column(1).text());
+    }
+    return accounts;
+}
 
 }  // namespace
 
 void check_one_line_payments(const Books& books, Findings& findings) {
     const PostedAmounts posted(books);
+    const auto allocated = allocated_accounts(books);
     for (const OneLinePayment& payment : one_line_payments(books))
-        OneLineJudge(payment, posted, findings).judge();
+        OneLineJudge(payment, posted, allocated, findings).judge();
     for (const WaitingOrder& order : waiting_for_nobody(books))
         findings.push_back(fmt::format("Order {} waits for prepayment {}, which there is not",
                                        shown_text(order.po_no), shown_text(order.prepayment_fkey)));

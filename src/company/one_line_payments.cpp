@@ -113,20 +113,4 @@ std::vector<WaitingOrder> waiting_for_nobody(const Books& books) {
     return orders;
 }
 
-PostedAmounts::PostedAmounts(const Books& books) {
-    books.each_gl_line([&](const GlLine& line) { sums_[line.fkey][line.accno] += line.amount; });
-    for (Recordset rows = books.read("SELECT allocate_accno,accno FROM Allocation_Account_table");
-         !rows.at_eof(); rows.MoveNext()) {
-        allocated_.insert(rows.column(0).text());
-        allocated_.insert(rows.column(1).text());
-    }
-}
-
-double PostedAmounts::on(const std::string& gl_fkey, const std::string& accno) const {
-    const auto document = sums_.find(gl_fkey);
-    if (document == sums_.end()) return 0;
-    const auto sum = document->second.find(accno);
-    return sum == document->second.end() ? 0 : sum->second;
-}
-
 }  // namespace brimley::company

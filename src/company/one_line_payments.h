@@ -56,17 +56,4 @@ struct OneLinePayment {
 // Waiting rows that no prepayment of a form has made.
 [[nodiscard]] std::vector<WaitingOrder> waiting_for_nobody(const Books& books);
 
-// What each GL document has posted to each account, in the account's own sign and the lines' currencies.
-class PostedAmounts {
-  public:
-    explicit PostedAmounts(const Books& books);
-    // Whether what was posted to the account is known: its amounts are not spread over others.
-    [[nodiscard]] bool judged(const std::string& accno) const { return !allocated_.contains(accno); }
-    [[nodiscard]] double on(const std::string& gl_fkey, const std::string& accno) const;
-
-  private:
-    std::unordered_map<std::string, std::unordered_map<std::string, double>> sums_;
-    std::unordered_set<std::string> allocated_;
-};
-
 }  // namespace brimley::company

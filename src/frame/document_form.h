@@ -71,11 +71,8 @@ class DocumentForm : public GridForm {
     virtual void clear_box() = 0;
     virtual void assign2control(store::Recordset& header) = 0;
     virtual void assign2_dbgrid1(store::Recordset& lines) = 0;
-    // What assign2_dbgrid1 gets for the document with this key: its own lines.
-    [[nodiscard]] virtual store::Recordset lines_to_show(const DocumentWalk& its_walk,
-                                                         const std::string& fkey) {
-        return its_walk.lines_of(fkey);
-    }
+    // What assign2_dbgrid1 gets for the document on screen in place of its own lines; empty: those.
+    [[nodiscard]] virtual std::optional<store::Recordset> other_lines() { return std::nullopt; }
     // Saves the entry on screen; false, after its messages, when nothing was saved.
     [[nodiscard]] virtual bool insert_new_record() = 0;
     // Saves the edit on screen; false, after its messages, when nothing was saved.

@@ -13,8 +13,9 @@ void DocumentForm::show_document(Recordset& header, const DocumentWalk& its_walk
     clear_box();
     assign2control(header);
     shown_fkey_ = header.text("fkey");
-    auto lines = lines_to_show(its_walk, shown_fkey_);
-    assign2_dbgrid1(lines);
+    auto lines = other_lines();
+    if (!lines) lines = its_walk.lines_of(shown_fkey_);
+    assign2_dbgrid1(*lines);
     shown_whole_ = true;
 }
 

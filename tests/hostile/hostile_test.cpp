@@ -66,20 +66,14 @@ struct CheckSession : PaymentSession {
     }
 };
 
-struct MiscPaymentSession : HostileSession {
-    frame::Form& form() override { return *user.ap.frm_misc; }
-    void enter_payment(const char* way) {
-        auto& payment = enter_misc_payment(user);
-        if (std::string(way) == "Cash") return;
-        EXPECT_EQ(payment.cmbpayby.type(way), controls::Refusal::none);
-        EXPECT_EQ(payment.cmbbank.type("MAIN"), controls::Refusal::none);
-        EXPECT_EQ(payment.txtcheck.type("100"), controls::Refusal::none);
-    }
-};
-
 // A payment of another kind, entered as its tests enter it.
 struct KindSession : HostileSession {
     void enter_payment(payments::PaymentForm& (*enter)(DeskOfUser& user)) { form_ = &enter(user); }
+    void pay_by_check() {
+        EXPECT_EQ(form_->cmbpayby.type("Check"), controls::Refusal::none);
+        EXPECT_EQ(form_->cmbbank.type("MAIN"), controls::Refusal::none);
+        EXPECT_EQ(form_->txtcheck.type("100"), controls::Refusal::none);
+    }
     frame::Form& form() override { return *form_; }
 
   private:
@@ -156,17 +150,23 @@ std::vector<HostileEntry> entries() {
          {kSaveFont, kFind, kSave},
          {}},
         {"MiscPaymentInCash",
-         [] { return begun<MiscPaymentSession>([](auto& session) { session.enter_payment("Cash"); }); },
+         [] { return begun<KindSession>([](auto& session) { session.enter_payment(enter_misc_payment); }); },
          {kSaveFont, kSave},
          {"txtremark", "txtremit", "dbgrid1 reference"}},
         {"MiscPaymentByCheck",
-         [] { return begun<MiscPaymentSession>([](auto& session) { session.enter_payment("Check"); }); },
+         [] {
+             return begun<KindSession>([](auto& session) {
+                 session.enter_payment(enter_misc_payment);
+                 session.pay_by_check();
+             });
+         },
          {kSave},
          {"txtremark", "txtremit", "txtcheck", "dbgrid1 reference"}},
         {"EditedMiscPayment",
          [] {
-             return begun<MiscPaymentSession>([](auto& session) {
-                 session.enter_payment("Check");
+             return begun<KindSession>([](auto& session) {
+                 session.enter_payment(enter_misc_payment);
+                 session.pay_by_check();
                  save(session);
                  EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none);
              });

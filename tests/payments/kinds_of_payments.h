@@ -84,7 +84,7 @@ inline void type_misc_line(payments::APform_misc_payment& form, int row,
 }
 
 // A tax on top of an amount, and another one in an amount that is spread over several accounts.
-inline payments::APform_misc_payment& enter_misc_payment(DeskOfUser& user) {
+inline payments::PaymentForm& enter_misc_payment(DeskOfUser& user) {
     using controls::Refusal;
     user.ap.showform_APform_misc();
     auto& form = *user.ap.frm_misc;
@@ -105,7 +105,7 @@ inline const std::vector<KindOfPayment>& kinds_of_payments() {
          "Update complete."},
         {"CardPayment", enter_card_payment, nullptr, "Add new payment PC-26-00001 complete",
          "Add new payment failed", "Payment PC-26-00001 is void.", "Void Payment failed", nullptr},
-        {"MiscPayment", [](DeskOfUser& user) -> payments::PaymentForm& { return enter_misc_payment(user); },
+        {"MiscPayment", enter_misc_payment,
          [](DeskOfUser& user) {
              EXPECT_EQ(user.ap.frm_misc->txtremark.type("by post"), controls::Refusal::none);
          },

@@ -19,17 +19,24 @@ namespace command = frame::command;
 namespace {
 
 constexpr PaymentKind kCardKind{
-    {"APform_creditcard_payment", "A/P Credit Card Payment", "\\Help\\CreditCard Payment Help.pdf"},
-    "pc",
-    {"Payment_header_table", "Payment_transaction_table", "docno", "pay_item", " AND doctype = 'pc'"},
-    kernel::GlForm::card_payment,
-    false,
-    "A/P Credit Card Payment",
-    "Add new payment ",
-    "Add new payment failed",
-    "Are you sure to void this Payment?",
-    "Payment ",
-    "Void Payment failed"};
+    .identity = {.class_name = "APform_creditcard_payment",
+                 .caption = "A/P Credit Card Payment",
+                 .help_file = "\\Help\\CreditCard Payment Help.pdf"},
+    .doctype = "pc",
+    .tables = {.header = "Payment_header_table",
+               .lines = "Payment_transaction_table",
+               .number_field = "docno",
+               .line_order = "pay_item",
+               .own_kind = " AND doctype = 'pc'"},
+    .gl_form = kernel::GlForm::card_payment,
+    .header_names_form = false,
+    .report = "A/P Credit Card Payment",
+    .saved_prefix = "Add new payment ",
+    .save_failed = "Add new payment failed",
+    .void_question = "Are you sure to void this Payment?",
+    .void_done_prefix = "Payment ",
+    .void_failed = "Void Payment failed",
+};
 
 constexpr int kCardRecord = 1001;
 

@@ -13,17 +13,24 @@ namespace {
 
 // Payments of every kind share the table of headers; a number may repeat in another kind.
 constexpr PaymentKind kKind{
-    {"APform_payment", "A/P Payment", "\\Help\\Payment Entry Help.pdf"},
-    "py",
-    {"Payment_header_table", "Payment_transaction_table", "docno", "item_no", " AND doctype = 'py'"},
-    kernel::GlForm::payment,
-    true,
-    "A/P Payment",
-    "Add new Payment ",
-    "Add new payment failed",
-    "Are you sure to void this payment?",
-    "",
-    "Void Payment failed"};
+    .identity = {.class_name = "APform_payment",
+                 .caption = "A/P Payment",
+                 .help_file = "\\Help\\Payment Entry Help.pdf"},
+    .doctype = "py",
+    .tables = {.header = "Payment_header_table",
+               .lines = "Payment_transaction_table",
+               .number_field = "docno",
+               .line_order = "item_no",
+               .own_kind = " AND doctype = 'py'"},
+    .gl_form = kernel::GlForm::payment,
+    .header_names_form = true,
+    .report = "A/P Payment",
+    .saved_prefix = "Add new Payment ",
+    .save_failed = "Add new payment failed",
+    .void_question = "Are you sure to void this payment?",
+    .void_done_prefix = "",
+    .void_failed = "Void Payment failed",
+};
 
 constexpr controls::Colour kDepositColour = controls::rgb(0, 0, 200);
 

@@ -7,17 +7,24 @@ namespace command = frame::command;
 namespace {
 
 constexpr PaymentKind kKind{
-    {"APform_misc_payment", "A/P Misc Payment", "\\Help\\Miscellaneous Payment Help.pdf"},
-    "mpy",
-    {"Payment_header_table", "Payment_misc_transaction_table", "docno", "pay_item", " AND doctype = 'mpy'"},
-    kernel::GlForm::misc_payment,
-    true,
-    "A/P Misc Payment",
-    "Add new Payment ",
-    "Add new payment failed",
-    "Are you sure to void this Payment?",
-    "Payment ",
-    "Void Payment failed"};
+    .identity = {.class_name = "APform_misc_payment",
+                 .caption = "A/P Misc Payment",
+                 .help_file = "\\Help\\Miscellaneous Payment Help.pdf"},
+    .doctype = "mpy",
+    .tables = {.header = "Payment_header_table",
+               .lines = "Payment_misc_transaction_table",
+               .number_field = "docno",
+               .line_order = "pay_item",
+               .own_kind = " AND doctype = 'mpy'"},
+    .gl_form = kernel::GlForm::misc_payment,
+    .header_names_form = true,
+    .report = "A/P Misc Payment",
+    .saved_prefix = "Add new Payment ",
+    .save_failed = "Add new payment failed",
+    .void_question = "Are you sure to void this Payment?",
+    .void_done_prefix = "Payment ",
+    .void_failed = "Void Payment failed",
+};
 
 constexpr frame::TaxedLines kTaxedLines{.pay_item = "pay item",
                                         .tax_code = "tax code",

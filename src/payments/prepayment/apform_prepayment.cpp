@@ -19,17 +19,24 @@ namespace command = frame::command;
 namespace {
 
 constexpr PaymentKind kPrepaymentKind{
-    {"APform_prepayment", "A/P Prepayment", "\\Help\\AP Prepayment Help.pdf"},
-    "pp",
-    {"Payment_header_table", "Payment_transaction_table", "docno", "pay_item", " AND doctype = 'pp'"},
-    kernel::GlForm::prepayment,
-    true,
-    "A/P Prepayment",
-    "Add new Prepayment ",
-    "Add new prepayment failed",
-    "Are you sure to void this prepayment?",
-    "Prepayment ",
-    "Void Prepayment failed"};
+    .identity = {.class_name = "APform_prepayment",
+                 .caption = "A/P Prepayment",
+                 .help_file = "\\Help\\AP Prepayment Help.pdf"},
+    .doctype = "pp",
+    .tables = {.header = "Payment_header_table",
+               .lines = "Payment_transaction_table",
+               .number_field = "docno",
+               .line_order = "pay_item",
+               .own_kind = " AND doctype = 'pp'"},
+    .gl_form = kernel::GlForm::prepayment,
+    .header_names_form = true,
+    .report = "A/P Prepayment",
+    .saved_prefix = "Add new Prepayment ",
+    .save_failed = "Add new prepayment failed",
+    .void_question = "Are you sure to void this prepayment?",
+    .void_done_prefix = "Prepayment ",
+    .void_failed = "Void Prepayment failed",
+};
 
 constexpr int kPaymentRecord = 1001;
 
@@ -156,8 +163,7 @@ void APform_prepayment::assign2control(Recordset& header) {
 
 // The payments that applied it, by its number alone, which has an index of its own; another year's prepayment
 // may have the same.
-Recordset APform_prepayment::lines_to_show(const frame::DocumentWalk& /*its_walk*/,
-                                           const std::string& /*fkey*/) {
+std::optional<Recordset> APform_prepayment::other_lines() {
     return kernel().read(fmt::format(
         "SELECT docno,payment_date,pay_amount,Currency,vendor_no FROM Payment_transaction_table WHERE "
         "ap_docno = {} AND ap_doctype = 'pp' AND void = FALSE ORDER BY docno",

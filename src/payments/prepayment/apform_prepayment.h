@@ -85,8 +85,7 @@ class APform_prepayment : public PaymentForm {
     void clear_box() override;
     void assign2control(store::Recordset& header) override;
     void assign2_dbgrid1(store::Recordset& payments) override;
-    [[nodiscard]] store::Recordset lines_to_show(const frame::DocumentWalk& its_walk,
-                                                 const std::string& fkey) override;
+    [[nodiscard]] std::optional<store::Recordset> other_lines() override;
     [[nodiscard]] bool entry_has_data() override { return !cmbvendor.empty() || amount() != 0; }
     [[nodiscard]] std::vector<controls::ComboBox*> kept_fields() override {
         return {&cmbvendor, &cmbvendor_name};

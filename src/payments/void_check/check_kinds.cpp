@@ -31,13 +31,13 @@ constexpr CheckKind kKinds[]{
 
 // clang-format on
 
-constexpr const CheckKind& kMisc = kKinds[3];
+constexpr const CheckKind& kMiscKind = kKinds[3];
 
 }  // namespace
 
 const CheckKind& check_kind_of(std::string_view doctype) {
     const auto* const kind = std::ranges::find(kKinds, doctype, &CheckKind::doctype);
-    return kind == std::end(kKinds) ? kMisc : *kind;
+    return kind == std::end(kKinds) ? kMiscKind : *kind;
 }
 
 const CheckKind* check_kind_listed_as(std::string_view payment_type) {

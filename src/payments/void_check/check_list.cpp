@@ -31,8 +31,8 @@ constexpr std::array kCheckColumns{
     LineColumn{"fiscal year", "fyear", Shown::text},
 };
 
-// What several tables have is the header's, which comes first; so do the payment's key and the fields that
-// all lines have.
+// A field that both tables have is the header's, which comes first; so do the payment's key and the fields
+// that all lines have.
 constexpr const char* kPaymentsQuery = "SELECT fkey, doctype FROM Payment_header_table";
 constexpr const char* kNamesQuery =
     "SELECT fkey, VENDOR_NAME FROM Payment_header_table INNER JOIN Vendor_table ON "
@@ -40,8 +40,7 @@ constexpr const char* kNamesQuery =
 constexpr const char* kWithoutPayee = " AND (remit_to IS NULL OR remit_to = '')";
 constexpr const char* kLineFields =
     "SELECT fkey, remit_to, check_no, check_date, docno, payment_amount, Currency, bank_accno, period, "
-    "fyear, "
-    "pay_item, pay_amount";
+    "fyear, pay_item, pay_amount";
 constexpr const char* kOfItems =
     ", ap_docno, invoice_no, invoice_date FROM Payment_header_table INNER JOIN Payment_transaction_table ON "
     "Payment_header_table.fkey = Payment_transaction_table.fkey";
