@@ -44,7 +44,7 @@ class OneLineJudge {
     // A reversed document has posted nothing that is left. One that was never edited holds the accounts of
     // its header.
     void judge_posted(const char* what, const std::string& accno, double amount) {
-        if (payment_.is_void || payment_.gl_fkey.empty() || accno.empty() || !!allocated_.contains(accno))
+        if (payment_.is_void || payment_.gl_fkey.empty() || accno.empty() || allocated_.contains(accno))
             return;
         for (const std::string* other :
              {&payment_.cash_accno, &payment_.prepayment_accno, &payment_.expense_accno})

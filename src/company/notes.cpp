@@ -2,7 +2,6 @@
 #include <fmt/format.h>
 
 #include <unordered_map>
-#include <unordered_set>
 
 #include "company/check.h"
 #include "company/one_line_payments.h"

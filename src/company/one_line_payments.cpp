@@ -1,6 +1,7 @@
 #include "company/one_line_payments.h"
 
 #include <unordered_map>
+#include <unordered_set>
 
 #include "company/voided_checks.h"
 

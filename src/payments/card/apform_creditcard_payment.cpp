@@ -1,4 +1,5 @@
-// Loading the form, a new payment, showing a stored one, and its requests to the host.
+// Loading the form, a new payment, showing a stored one, its checks and GL document, and its requests to the
+// host.
 #include "payments/card/apform_creditcard_payment.h"
 
 #include <fmt/format.h>

@@ -1,8 +1,8 @@
 // APform_creditcard_payment: payments of what is owed on a credit card, from cash, a bank or another card.
 //
-//   apform_creditcard_payment.cpp  loading, a new payment, showing a stored one, requests to the host
-//   card_save                      checks, and the save in one transaction
-//   card_edit                      an edit that no command of the form reaches
+//   apform_creditcard_payment.cpp  loading, showing, the checks of a save, the GL document, requests to the
+//   host card_save                      the save in one transaction card_edit                      an edit
+//   that no command of the form reaches
 //
 // What was paid by a card has been collected on its payable account; the balance of that account is what can
 // be paid here, with a fee on top that goes to an expense account. No vendor and no open item is touched: the

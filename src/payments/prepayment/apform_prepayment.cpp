@@ -1,4 +1,5 @@
-// Loading the form, a new prepayment, showing a stored one, its void, and its requests to the host.
+// Loading the form, a new prepayment, showing a stored one, its checks, GL document and void, and its
+// requests to the host.
 #include "payments/prepayment/apform_prepayment.h"
 
 #include <fmt/format.h>

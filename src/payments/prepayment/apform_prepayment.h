@@ -1,8 +1,8 @@
 // APform_prepayment: money paid to a vendor before there is an invoice.
 //
-//   apform_prepayment.cpp  loading, a new prepayment, showing a stored one, void, requests to the host
-//   prepayment_save        checks, and the save in one transaction
-//   prepayment_edit        the edit of a saved prepayment
+//   apform_prepayment.cpp  loading, showing, the checks of a save, the GL document, void, requests to the
+//   host prepayment_save        the save in one transaction prepayment_edit        the edit of a saved
+//   prepayment
 //
 // A prepayment stands as an item with a negative amount among the vendor's open items, where a payment
 // applies it to invoices (payments/paid_items.h). Until then it may wait for the bill of a purchase order
