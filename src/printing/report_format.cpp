@@ -1,0 +1,111 @@
+#include "printing/report_format.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace brimley::printing {
+
+namespace {
+
+constexpr const char* kUserDefinedPaper = "User defined paper size";
+
+struct NamedPaper {
+    std::string_view name;
+    PageSize size;
+};
+
+constexpr std::array kPapers{
+    NamedPaper{"A4", {595, 842}},     NamedPaper{"A5", {420, 595}}, NamedPaper{"LETTER", {612, 792}},
+    NamedPaper{"LEGAL", {612, 1008}}, NamedPaper{"B5", {516, 729}},
+};
+
+// What a page of the file format may measure.
+constexpr double kSizeMin = 3;
+constexpr double kSizeMax = 14400;
+
+char upper(char letter) { return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter; }
+
+PageSize named_paper(std::string_view entry) {
+    std::string name(entry.substr(0, entry.find(' ')));
+    std::transform(name.begin(), name.end(), name.begin(), upper);
+    for (const NamedPaper& paper : kPapers)
+        if (paper.name == name) return paper.size;
+    return {};
+}
+
+void take_size(double& side, double points) {
+    const double whole = std::nearbyint(points);
+    if (whole >= kSizeMin && whole <= kSizeMax) side = whole;
+}
+
+PageSize typed_paper(double width, double height, std::string_view unit) {
+    PageSize page;
+    if (unit == "inch") {
+        // The width of a page in inches has never reached the page: see docs/oddities.md.
+        take_size(page.height, height * kPointsPerInch);
+        return page;
+    }
+    take_size(page.width, points_of_mm(width));
+    take_size(page.height, points_of_mm(height));
+    return page;
+}
+
+std::optional<double> number_or_none(const store::Recordset& row, const char* field) {
+    const store::Value value = row.field(field);
+    return value.is_null() ? std::nullopt : std::optional(value.number());
+}
+
+double number_or(const store::Recordset& row, const char* field, double otherwise) {
+    return number_or_none(row, field).value_or(otherwise);
+}
+
+// Numbers outside what a colour can be keep their low 24 bits, as those of system colours do.
+controls::Colour colour_of(const store::Recordset& row, const char* field) {
+    const double number = number_or(row, field, 0);
+    if (!(std::abs(number) < 1e15)) return 0;
+    return static_cast<controls::Colour>(static_cast<std::int64_t>(number) & 0xffffff);
+}
+
+ReportFormat format_of(const store::Recordset& row) {
+    ReportFormat format;
+    format.portrait = row.text("Orientation") == "1";
+    format.page = page_size_of({row.text("PaperSize"), number_or_none(row, "Width"),
+                                number_or_none(row, "Height"), row.text("unit")});
+    format.font_name = row.text("font_name");
+    format.font_size = number_or(row, "font_size", format.font_size);
+    format.row_height = number_or(row, "row_height", format.row_height);
+    format.top_margin = points_of_mm(number_or(row, "top_margin", 0));
+    format.bottom_margin = points_of_mm(number_or(row, "bottom_margin", 0));
+    format.left_margin = points_of_mm(number_or(row, "left_margin", 0));
+    format.right_margin = points_of_mm(number_or(row, "right_margin", 0));
+    format.font_colour = colour_of(row, "font_color");
+    format.even_row_colour = colour_of(row, "evenrow_color");
+    format.bold = row.flag("Bold");
+    format.disabled_evenrow_color = row.flag("disabled_evenrow_color");
+    format.use_grid_font = row.flag("use_grid_font");
+    format.column_divider = row.flag("column_divider");
+    return format;
+}
+
+}  // namespace
+
+PageSize page_size_of(const Paper& paper) {
+    if (!paper.name.empty() && paper.name != kUserDefinedPaper) return named_paper(paper.name);
+    if (paper.width && paper.height && !paper.unit.empty())
+        return typed_paper(*paper.width, *paper.height, paper.unit);
+    return {};
+}
+
+std::optional<ReportFormat> read_report_format(kernel::ModuleG3& kernel, std::string_view user,
+                                               std::string_view form_name) {
+    std::optional<ReportFormat> format;
+    kernel::carry_on(kernel.ignored_failures(), "read the report's format", [&] {
+        const store::Recordset row =
+            kernel.find("Report_format_table", {{"user", user}, {"form_name", form_name}});
+        if (!row.at_eof()) format = format_of(row);
+    });
+    return format;
+}
+
+}  // namespace brimley::printing

@@ -1,0 +1,65 @@
+// How a user wants a form's report on paper: one row of Report_format_table, as the print reads it.
+//
+// Lengths are points here; the table has margins in millimetres and the page in millimetres or inches. What
+// the row leaves null, and what it gives in numbers that no paper has, is filled by the rules beside each
+// member. Reading never fails: a row that cannot be read counts as none.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "controls/control.h"
+#include "kernel/module_g3.h"
+
+namespace brimley::printing {
+
+// The size of the upright page.
+struct PageSize {
+    double width = 612;
+    double height = 792;
+
+    bool operator==(const PageSize&) const = default;
+};
+
+inline constexpr double kPointsPerInch = 72;
+
+constexpr double points_of_mm(double mm) { return mm * kPointsPerInch / 25.4; }
+
+struct ReportFormat {
+    bool portrait = false;   // only the orientation "1" is; null is landscape
+    PageSize page;           // null: the default page, as for a paper that nobody knows
+    std::string font_name;   // null: a blank name, for which the report has kDefaultFont
+    double font_size = 10;   // null: 10, as the page setup fills it
+    double row_height = 20;  // null: 20, as the page setup fills it
+    double top_margin = 0;   // null: none
+    double bottom_margin = 0;
+    double left_margin = 0;
+    double right_margin = 0;
+    controls::Colour font_colour = 0;      // null: black
+    controls::Colour even_row_colour = 0;  // null: black, as the number 0 that it counts for
+    bool bold = false;                     // null is no, here and below
+    bool disabled_evenrow_color = false;
+    bool use_grid_font = false;
+    bool column_divider = false;
+};
+
+inline constexpr const char* kDefaultFont = "Arial";
+
+// What stands in the paper fields of the row; empty for null.
+struct Paper {
+    std::string name;  // "A4 (210x297 mm)"
+    std::optional<double> width;
+    std::optional<double> height;
+    std::string unit;  // "mm" or "inch"
+};
+
+// A known paper by its first word, in any case; otherwise width and height in the unit, each to the whole
+// point. In inches only the height is taken. A size that no page can have leaves the default page as it is.
+[[nodiscard]] PageSize page_size_of(const Paper& paper);
+
+// The row of user and form; empty when there is none.
+[[nodiscard]] std::optional<ReportFormat> read_report_format(kernel::ModuleG3& kernel, std::string_view user,
+                                                             std::string_view form_name);
+
+}  // namespace brimley::printing
