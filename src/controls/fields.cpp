@@ -57,6 +57,7 @@ Refusal Frame::close() {
     if (!enabled()) return Refusal::disabled;
     if (!is_pane()) return Refusal::locked;
     set_visible(false);
+    if (on_close) on_close();
     return Refusal::none;
 }
 

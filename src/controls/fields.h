@@ -124,6 +124,9 @@ class Frame : public Control {
     [[nodiscard]] bool is_pane() const { return !caption_.empty(); }
     [[nodiscard]] Refusal close();
 
+    // After the user has closed the pane.
+    std::function<void()> on_close;
+
   private:
     std::string caption_;
 };

@@ -108,6 +108,7 @@ class Form : public std::enable_shared_from_this<Form> {
     // Without a database there is no kernel either, and a step does nothing.
     [[nodiscard]] bool has_database() const { return kernel_ != nullptr; }
     [[nodiscard]] kernel::ModuleG3& kernel() { return *kernel_; }
+    [[nodiscard]] const std::shared_ptr<kernel::ModuleG3>& shared_kernel() const { return kernel_; }
     [[nodiscard]] Desk& desk() { return desk_; }
     [[nodiscard]] const kernel::UserRights& rights() const { return rights_; }
     void read_rights() { kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, rights_); }
@@ -193,6 +194,7 @@ class Form : public std::enable_shared_from_this<Form> {
 namespace command {
 inline constexpr int kExit = 100;
 inline constexpr int kSave = 101;
+inline constexpr int kPageSetup = 102;
 inline constexpr int kPreview = 103;
 inline constexpr int kFind = 104;
 inline constexpr int kNew = 105;
@@ -206,6 +208,7 @@ inline constexpr int kGlRecord = 113;
 inline constexpr int kOrigin = 114;
 inline constexpr int kClear = 115;
 inline constexpr int kFont = 116;
+inline constexpr int kPrintColumn = 124;
 inline constexpr int kVoidPayment = 133;
 inline constexpr int kRefresh = 136;
 inline constexpr int kAccountMaster = 201;

@@ -1,6 +1,7 @@
 #include "frame/grid_form.h"
 
 #include "frame/line_columns.h"
+#include "frame/page_setup.h"
 #include "presentation/grid_layout.h"
 
 namespace brimley::frame {
@@ -9,7 +10,7 @@ void GridForm::build_grids() {
     using presentation::GridPlace;
     for (controls::Grid* grid : grids()) {
         const bool first = grid == &dbgrid1;
-        presentation::build_grid(*grid, kernel(), identity().class_name, grid->name(),
+        presentation::build_grid(*grid, kernel(), layout_of(*grid), grid->name(),
                                  first ? GridPlace::first : GridPlace::further);
     }
     step("even row colour", [&] {
@@ -17,6 +18,11 @@ void GridForm::build_grids() {
             kernel().read("SELECT * FROM Recent_value_table WHERE control_name = 'evenrow_color'");
         paint_even_rows(!row.at_eof() && row.text("Value") == "1");
     });
+}
+
+void GridForm::show_page_setup(const std::string& report_form) {
+    if (child() != nullptr) return;
+    show_child(std::make_shared<Form_report_format>(context(), shared_kernel(), desk(), report_form));
 }
 
 void GridForm::clear_list() {

@@ -33,12 +33,20 @@ class GridForm : public Form {
     // The grids whose layout the company keeps, dbgrid1 first.
     [[nodiscard]] virtual std::vector<controls::Grid*> grids() { return {&dbgrid1}; }
 
+    // The name under which the company has the layout that the grid is built from. It is saved under the
+    // form's own in any case.
+    [[nodiscard]] virtual const char* layout_of(const controls::Grid& /*grid*/) const {
+        return identity().class_name;
+    }
+
     // --- shared procedures ---
 
     // Gives the grids their columns and their look, and paints the even rows of dbgrid1 as the company's last
     // choice was.
     void build_grids();
     void save_grid() override;
+    // Opens the page setup of a report in a pane of this form, unless it is open already.
+    void show_page_setup(const std::string& report_form);
     // Empties dbgrid1.
     void clear_list();
     // The form's own commands and the common ones, by their ids. One of the form's replaces the common one

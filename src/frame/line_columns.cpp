@@ -16,13 +16,18 @@ void LineColumns::begin(const store::Recordset& lines) {
     texts_.resize(columns_.size());
 }
 
-void LineColumns::show(const store::Recordset& line, int row) {
+void LineColumns::read(const store::Recordset& line) {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         const store::Value value = fields_[i] < 0 ? store::Value() : line.column(fields_[i]);
         texts_[i] = text_of(value, columns_[i].shown);
         cells_[i].text = texts_[i];
     }
+}
+
+void LineColumns::put(int row, std::span<const controls::TextArray::CellText> more) {
+    cells_.insert(cells_.end(), more.begin(), more.end());
     grid_.array.set_row(row, cells_);
+    cells_.resize(columns_.size());
 }
 
 const std::string& LineColumns::date_text_of(const store::Value& value) {

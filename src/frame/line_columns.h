@@ -41,7 +41,15 @@ class LineColumns : public FormPart {
     void begin(const store::Recordset& lines);
     // Puts the current row of the lines into a row of the grid. A null is shown as an empty text, a flag as
     // "True" or "False"; a field that the lines do not have is null.
-    void show(const store::Recordset& line, int row);
+    void show(const store::Recordset& line, int row) {
+        read(line);
+        put(row);
+    }
+    // The same in two steps, for rows that have more cells than the lines have fields: the texts of the
+    // current row, and then the cells of a row of the grid. The columns of `more` are none of these.
+    void read(const store::Recordset& line);
+    [[nodiscard]] std::string_view text(std::size_t column) const { return texts_[column]; }
+    void put(int row, std::span<const controls::TextArray::CellText> more = {});
 
   private:
     [[nodiscard]] std::string text_of(const store::Value& value, Shown shown);

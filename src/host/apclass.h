@@ -28,6 +28,9 @@ class APform_payment;
 class APform_prepayment;
 class APform_void_check;
 }  // namespace brimley::payments
+namespace brimley::inquiries {
+class APreport_aging;
+}  // namespace brimley::inquiries
 namespace brimley::kernel {
 class ModuleG3;
 }
@@ -132,6 +135,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<payments::APform_creditcard_payment> frm_creditcard;
     std::shared_ptr<payments::APform_misc_payment> frm_misc;
     std::shared_ptr<payments::APform_void_check> frm_void_check;
+    std::shared_ptr<inquiries::APreport_aging> frm_aging;
 
   private:
     // One of the forward methods.

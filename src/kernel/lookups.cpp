@@ -16,6 +16,10 @@ store::Recordset ModuleG3::read(std::string_view query) {
     return database_->OpenRecordset(query, store::RecordsetKind::snapshot);
 }
 
+store::Recordset ModuleG3::read_long(std::string_view query) {
+    return database_->OpenRecordset(query, store::RecordsetKind::snapshot, [this] { outside_.pump(); });
+}
+
 store::Recordset ModuleG3::change(std::string_view query) {
     return database_->OpenRecordset(query, store::RecordsetKind::dynaset);
 }

@@ -150,6 +150,8 @@ class ModuleG3 {
 
     // A snapshot of a query.
     [[nodiscard]] store::Recordset read(std::string_view query);
+    // The same for a list that may be long: the host stays alive while it is read.
+    [[nodiscard]] store::Recordset read_long(std::string_view query);
     // A changeable recordset.
     [[nodiscard]] store::Recordset change(std::string_view query);
     // The rows of a table in which each field holds its value: find("Vendor_table", {{"vendor_no", vendor}}).

@@ -165,9 +165,9 @@ TEST_F(Host, CompanyThatCannotBeOpenedLeavesTheOpenOneAsItIs) {
 }
 
 TEST_F(Host, FormThatTheVersionDoesNotHaveIsTold) {
-    EXPECT_FALSE(window->show_form("APreport_aging"));
+    EXPECT_FALSE(window->show_form("APform_revalue"));
     EXPECT_EQ(window->statusBar()->currentMessage(),
-              "Vendor aging: this version does not have that form yet.");
+              "Revaluation: this version does not have that form yet.");
     EXPECT_FALSE(window->show_form("APform_nothing"));
 }
 

@@ -21,12 +21,25 @@ void VendorFields::follow(const controls::ComboBox& chosen, controls::ComboBox& 
     if (!text.empty() || unknown_ == Unknown::empties_the_other) other.set(text);
 }
 
-void VendorFields::fill() {
-    const auto list = [this](const char* first, const char* second) {
-        return rows_of(fmt::format("SELECT {0}, {1} FROM Vendor_table ORDER BY {0} DESC", first, second));
+void VendorFields::follow_emptied(const controls::ComboBox& emptied, controls::ComboBox& other) {
+    if (emptied.empty()) other.set("");
+}
+
+void VendorFields::fill(BlankEntry blank) {
+    const auto list = [this, blank](const char* first, const char* second) {
+        const auto vendors =
+            rows_of(fmt::format("SELECT {0}, {1} FROM Vendor_table ORDER BY {0} DESC", first, second));
+        return [vendors, blank] {
+            kernel::TextRows rows = vendors();
+            if (blank == BlankEntry::first) rows.insert(rows.begin(), {"", ""});
+            return rows;
+        };
     };
     number_.set_source(list("vendor_no", "VENDOR_NAME"));
     name_.set_source(list("VENDOR_NAME", "vendor_no"));
+    if (blank == BlankEntry::none) return;
+    number_.on_change = [this] { follow_emptied(number_, name_); };
+    name_.on_change = [this] { follow_emptied(name_, number_); };
 }
 
 std::optional<std::string> VendorFields::name_of(const std::string& vendor_no) const {

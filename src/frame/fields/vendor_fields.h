@@ -17,7 +17,9 @@ class VendorFields : public FormPart {
     VendorFields(Form& form, controls::ComboBox& number, controls::ComboBox& name, Unknown unknown);
 
     // Gives both fields their lists, newest number and last name first; fetched when somebody looks at them.
-    void fill();
+    // Where no vendor means all of them, a blank entry comes first, and to empty a field is to choose it.
+    enum class BlankEntry { none, first };
+    void fill(BlankEntry blank = BlankEntry::none);
     // Empty for an unknown vendor.
     [[nodiscard]] std::optional<std::string> name_of(const std::string& vendor_no) const;
 
@@ -30,6 +32,7 @@ class VendorFields : public FormPart {
 
   private:
     void follow(const controls::ComboBox& chosen, controls::ComboBox& other) const;
+    static void follow_emptied(const controls::ComboBox& emptied, controls::ComboBox& other);
 
     controls::ComboBox& number_;
     controls::ComboBox& name_;

@@ -156,10 +156,33 @@ void Connection::note_failure(const Error& error) {
     }
 }
 
+// Marks a statement while it runs.
+class Connection::Running {
+  public:
+    explicit Running(EngineStatement& statement) : statement_(statement) { statement_.is_running = true; }
+    ~Running() { statement_.is_running = false; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+  private:
+    EngineStatement& statement_;
+};
+
 void Connection::query(PlannedStatement& statement, std::span<const Parameter> parameters,
                        const RowSink& sink) {
     require_usable();
-    guarded([&] { engine_->query(prepared(statement), parameters, sink); });
+    guarded([&] {
+        EngineStatement& shared = prepared(statement);
+        if (!shared.is_running) return run_query(shared, parameters, sink);
+        // Asked once more by what its own rows were handed to.
+        run_query(*engine_->prepare(statement.text), parameters, sink);
+    });
+}
+
+void Connection::run_query(EngineStatement& statement, std::span<const Parameter> parameters,
+                           const RowSink& sink) {
+    const Running running(statement);
+    engine_->query(statement, parameters, sink);
 }
 
 WriteResult Connection::write(PlannedStatement& statement, std::span<const Parameter> parameters) {

@@ -168,12 +168,17 @@ class Recordset {
     std::unique_ptr<State> state_;
 };
 
+using Pause = std::function<void()>;
+
 class Database {
   public:
     explicit Database(std::shared_ptr<Connection> connection);
     ~Database();
 
-    [[nodiscard]] Recordset OpenRecordset(std::string_view query, RecordsetKind kind);
+    // `between` is called every so often while a long snapshot is read, so that a host stays alive. It may
+    // read and write through this database.
+    [[nodiscard]] Recordset OpenRecordset(std::string_view query, RecordsetKind kind,
+                                          const Pause& between = {});
     // UPDATE, DELETE. Returns the number of rows changed.
     std::int64_t Execute(std::string_view statement);
     [[nodiscard]] const Catalog& catalog() const;

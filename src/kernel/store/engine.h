@@ -37,6 +37,9 @@ using Parameter = std::variant<std::monostate, std::string_view, double, std::in
 class EngineStatement {
   public:
     virtual ~EngineStatement() = default;
+
+    // While its query runs. A statement runs once at a time.
+    bool is_running = false;
 };
 
 // One row of a running query. Valid only inside the function that it is handed to.

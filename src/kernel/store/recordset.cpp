@@ -139,9 +139,10 @@ Bookmark Recordset::LastModified() const { return {state().last_modified()}; }
 Database::Database(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
 Database::~Database() = default;
 
-Recordset Database::OpenRecordset(std::string_view query, RecordsetKind kind) {
-    return with_text(query,
-                     [&] { return Recordset(std::make_unique<Recordset::State>(connection_, query, kind)); });
+Recordset Database::OpenRecordset(std::string_view query, RecordsetKind kind, const Pause& between) {
+    return with_text(query, [&] {
+        return Recordset(std::make_unique<Recordset::State>(connection_, query, kind, between));
+    });
 }
 
 std::int64_t Database::Execute(std::string_view statement) {

@@ -31,7 +31,8 @@ bool is_false_when_new(const Field& field) { return field.type == FieldType::yes
 
 }  // namespace
 
-Recordset::State::State(std::shared_ptr<Connection> connection, std::string_view query, RecordsetKind kind)
+Recordset::State::State(std::shared_ptr<Connection> connection, std::string_view query, RecordsetKind kind,
+                        const Pause& between)
     : connection_(std::move(connection)),
       plan_(connection_->select_plan(query)),
       memory_(plan_->spare_memory),
@@ -43,7 +44,8 @@ Recordset::State::State(std::shared_ptr<Connection> connection, std::string_view
     parameters.add(select.outer, literals);
     parameters.add(select.condition, literals);
     if (kind == RecordsetKind::snapshot || !select.table) {
-        source_ = &rows_.emplace<Snapshot>(*connection_, *plan_, memory_->row, parameters.span(), empty);
+        source_ =
+            &rows_.emplace<Snapshot>(*connection_, *plan_, memory_->row, parameters.span(), empty, between);
         return;
     }
     std::vector<Value> outer;

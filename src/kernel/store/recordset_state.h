@@ -19,7 +19,8 @@ namespace brimley::store {
 
 class Recordset::State {
   public:
-    State(std::shared_ptr<Connection> connection, std::string_view query, RecordsetKind kind);
+    State(std::shared_ptr<Connection> connection, std::string_view query, RecordsetKind kind,
+          const Pause& between);
     ~State();
     State(const State&) = delete;
     State& operator=(const State&) = delete;

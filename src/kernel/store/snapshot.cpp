@@ -6,14 +6,21 @@
 
 namespace brimley::store {
 
+namespace {
+
+constexpr std::int64_t kRowsBetweenPauses = 1000;
+
+}  // namespace
+
 Snapshot::Snapshot(Connection& connection, SelectPlan& plan, Row& row, std::span<const Parameter> parameters,
-                   bool empty)
+                   bool empty, const Pause& between)
     : connection_(connection), plan_(plan), row_(row) {
     if (empty) return;
-    connection_.query(plan_.rows, parameters, [this](const EngineRow& each) {
+    connection_.query(plan_.rows, parameters, [&](const EngineRow& each) {
         if (count_ == 1) rows_.append(row_);
         each.read(row_);
         if (++count_ > 1) rows_.append(row_);
+        if (between && count_ % kRowsBetweenPauses == 0) between();
         return true;
     });
     go(0);

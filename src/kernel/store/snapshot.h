@@ -12,9 +12,10 @@ namespace brimley::store {
 
 class Snapshot final : public RecordSource {
   public:
-    // Reads all rows; none when empty. The plan and the memory for the current row must outlive it.
+    // Reads all rows, with pauses; none when empty. The plan and the memory for the current row must outlive
+    // it.
     Snapshot(Connection& connection, SelectPlan& plan, Row& row, std::span<const Parameter> parameters,
-             bool empty);
+             bool empty, const Pause& between);
 
     [[nodiscard]] bool at_eof() override { return at_ >= count_; }
     [[nodiscard]] std::int64_t count() override { return count_; }

@@ -1,0 +1,84 @@
+#include "frame/list_form.h"
+
+namespace brimley::frame {
+
+using controls::Command;
+
+namespace {
+
+std::vector<Command> list_commands() {
+    using Bars = std::vector<std::string>;
+    return {
+        {command::kPageSetup, "Page Set&up", "Setup", "Page Setup", Bars{"File", "Standard"}, 'U'},
+        {command::kPreview, "&Preview", "Preview", "", Bars{"File", "Standard"}, 'P'},
+        {command::kFind, "&Find", "Find", "", Bars{"Run", "Standard"}},
+        {command::kPrintColumn, "Print &Column", "Columns", "Print Column", Bars{"Option", "Standard"}},
+    };
+}
+
+}  // namespace
+
+ListForm::ListForm(const FormIdentity& identity, HostContext context,
+                   std::shared_ptr<kernel::ModuleG3> kernel, Desk& desk)
+    : GridForm(identity, std::move(context), std::move(kernel), desk) {
+    Progress1.set_visible(false);
+    dbgrid1.on_row_col_change = [this](int, int old_column) { font_bar.follow_column(old_column); };
+}
+
+void ListForm::Form_Load() {
+    clear_list();
+    show_first_values();
+    step("get_user_rights", [&] { read_rights(); });
+    set_BRIMLEY_COLOR();
+    init_toolbar();
+    init_fontcolor();
+    step("initform_control", [&] {
+        initform_control();
+        font_bar.fill();
+    });
+    step("init_form_property", [&] { init_form_property(); });
+    step("init_report", [&] { init_report(); });
+    dbgrid1.header_colour = palette_[presentation::kHeaderSlot];
+}
+
+void ListForm::add_list_commands(std::vector<Command> own) {
+    for (Command& command : list_commands())
+        own.push_back(std::move(command));
+    add_commands(std::move(own),
+                 {command::kSave, command::kNew, command::kEditMode, command::kPrevious, command::kNext,
+                  command::kLast, command::kInsertLine, command::kDeleteLine, command::kGlRecord,
+                  command::kRefresh, command::kAccountMaster, command::kItemMaster, command::kVendorMaster,
+                  command::kSystemHelp, command::kAbout});
+}
+
+void ListForm::CommandBars1_Execute(int id) {
+    if (execute_of_grid_form(id)) return;
+    switch (id) {
+        case command::kPageSetup:
+            show_page_setup(identity().class_name);
+            break;
+        case command::kPreview:
+            if (rights().Print) create_acrobat();
+            break;
+        case command::kFind:
+            SEL_record();
+            break;
+        case command::kClear:
+            clear_box();
+            break;
+        case command::kPrintColumn:
+            print_columns.toggle();
+            break;
+        default:
+            execute_own(id);
+    }
+}
+
+void ListForm::create_acrobat() {}
+
+void ListForm::save_grid() {
+    GridForm::save_grid();
+    print_columns.save();
+}
+
+}  // namespace brimley::frame

@@ -1,0 +1,17 @@
+// The host's methods of the inquiries.
+#include "host/form_slot.h"
+#include "inquiries/apreport_aging.h"
+
+namespace brimley::host {
+
+void APclass::showform_APform_aging(const std::optional<std::string>& overdue) {
+    FormSlot(*this, frm_aging).show(&APclass::frm_aging_NotifyClients, [&](inquiries::APreport_aging& form) {
+        if (overdue != "overdue") return;
+        form.ensure_loaded();
+        form.show_overdue();
+    });
+}
+
+void APclass::frm_aging_Exit() { FormSlot(*this, frm_aging).exit(); }
+
+}  // namespace brimley::host

@@ -1,0 +1,57 @@
+// APreport_aging: what is still to be paid, vendor by vendor, in columns by how long it has been due.
+//
+// The as-of date only moves the age: open amounts are those of today, and what was invoiced after that date
+// is listed as well.
+#pragma once
+
+#include <string>
+
+#include "frame/fields/vendor_fields.h"
+#include "frame/line_columns.h"
+#include "frame/list_form.h"
+
+namespace brimley::inquiries {
+
+class APreport_aging : public frame::ListForm {
+  public:
+    APreport_aging(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk);
+
+    // --- controls ---
+    controls::ComboBox cmbvendor{controls_, "cmbvendor", "0;1500;^;Vendor no|1;3000;<;Name"};
+    controls::ComboBox cmbvendor_name{controls_, "cmbvendor_name", "0;3000;<;Vendor name|1;1500;^;No"};
+    controls::DateField txtdate{controls_, "txtdate"};
+    controls::CheckBox chkoverdue{controls_, "chkoverdue", "Overdue"};
+
+    void SEL_record() override;
+    // What is overdue today, whatever the fields say.
+    void show_overdue();
+
+    frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
+                                      frame::VendorFields::Unknown::empties_the_other};
+
+  protected:
+    [[nodiscard]] const frame::ReportNames& report_names() const override;
+    void show_first_values() override;
+    void initform_control() override;
+    void init_toolbar() override { add_list_commands({}); }
+    void save_recent_values() override;
+
+  private:
+    [[nodiscard]] std::string query_of_items(store::DateTime as_of) const;
+    void assign2_dbgrid1(const std::string& query);
+    void begin_items(const store::Recordset& items);
+    // Both return the row after what they have shown.
+    int show_item(const store::Recordset& item, int row);
+    int show_total(int row);
+    [[nodiscard]] int age_column_of(const store::Value& age) const;
+
+    // Of the fill in progress: where its columns stand, the vendor of the rows before, and what it is owed.
+    frame::LineColumns columns_;
+    int vendor_no_column_ = -1;
+    int vendor_name_column_ = -1;
+    std::vector<int> age_columns_;
+    std::string vendor_no_;
+    double vendor_total_ = 0;
+};
+
+}  // namespace brimley::inquiries
