@@ -74,7 +74,25 @@ void ListForm::CommandBars1_Execute(int id) {
     }
 }
 
-void ListForm::create_acrobat() {}
+void ListForm::create_acrobat() {
+    auto report = report_.begin(report_names(), identity().class_name);
+    if (!report) return;
+    Progress1.set(0);
+    Progress1.set_visible(true);
+    report->grids.push_back({columns_to_print(), &dbgrid1.array});
+    report_.print(*report, report_names(), preview_title());
+    Progress1.set_visible(false);
+}
+
+// In the order of the pane. Whether the grid shows a column does not matter.
+std::vector<printing::PrintedColumn> ListForm::columns_to_print() {
+    std::vector<printing::PrintedColumn> columns;
+    for (const std::string& caption : print_columns.ticked()) {
+        const int column = dbgrid1.get_column(caption);
+        if (column >= 0) columns.push_back(printing::printed_column(dbgrid1, column));
+    }
+    return columns;
+}
 
 void ListForm::save_grid() {
     GridForm::save_grid();

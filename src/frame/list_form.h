@@ -30,6 +30,8 @@ class ListForm : public GridForm {
     // --- variable points ---
 
     [[nodiscard]] virtual const ReportNames& report_names() const = 0;
+    // The title of the window that shows the report.
+    [[nodiscard]] virtual const char* preview_title() const = 0;
     // What the fields show before anybody has typed.
     virtual void show_first_values() = 0;
     // The lists of the form's fields.
@@ -50,9 +52,10 @@ class ListForm : public GridForm {
     [[nodiscard]] std::vector<controls::Grid*> grids() final { return {&dbgrid1, &print_columns.grid_sel}; }
 
     ListFill fill{*this, dbgrid1, Progress1};
-    ReportPrinting printing{*this};
 
   private:
+    ReportPrinting report_{*this};
+    [[nodiscard]] std::vector<printing::PrintedColumn> columns_to_print();
     void init_report() { build_grids(); }
 };
 

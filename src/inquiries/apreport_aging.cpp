@@ -14,7 +14,7 @@ using frame::Shown;
 namespace {
 
 constexpr frame::FormIdentity kIdentity{"APreport_aging", "Vendor Aging", ""};
-constexpr frame::ReportNames kReport{"VENDOR AGING REPORT", "vendor_aging", "Preview Vendor Aging"};
+constexpr frame::ReportNames kReport{"VENDOR AGING REPORT", "vendor_aging"};
 
 constexpr const char* kTotal = "total       ";
 

@@ -31,6 +31,7 @@ class APreport_aging : public frame::ListForm {
 
   protected:
     [[nodiscard]] const frame::ReportNames& report_names() const override;
+    [[nodiscard]] const char* preview_title() const override { return "Preview Vendor Aging"; }
     void show_first_values() override;
     void initform_control() override;
     void init_toolbar() override { add_list_commands({}); }

@@ -15,6 +15,7 @@
 #include "payments/card/card_edit.h"
 #include "payments/card/card_save.h"
 #include "payments/payment_form.h"
+#include "payments/payment_list_report.h"
 
 namespace brimley::payments {
 
@@ -59,6 +60,8 @@ class APform_creditcard_payment : public PaymentForm {
 
     // --- requests to the host ---
     void findAP();
+    // No command reaches it: Preview asks for the host's own report.
+    void create_acrobat() { report_.print_lines(kPaymentListReport, dbgrid1, txtdocno.text()); }
 
     CardSave save{*this};
     CardEdit edit{*this};
@@ -84,6 +87,7 @@ class APform_creditcard_payment : public PaymentForm {
     void pay_balance_and_fee();
 
     frame::LineColumns lines_;
+    frame::ReportPrinting report_{*this};
 };
 
 }  // namespace brimley::payments

@@ -15,6 +15,7 @@
 #include "frame/fields/vendor_fields.h"
 #include "frame/grid_form.h"
 #include "payments/paid_items.h"
+#include "payments/payment_list_report.h"
 #include "payments/void_check/check_kinds.h"
 #include "payments/void_check/check_list.h"
 
@@ -55,6 +56,8 @@ class APform_void_check : public frame::GridForm {
     // --- requests to the host, about the row that the user is on ---
     void find_payment();
     void findAP();
+    // No command reaches it: this form has no Preview.
+    void create_acrobat() { report_.print_lines(kPaymentListReport, dbgrid1, txtpaymentno.text()); }
 
     // Read at load, and used by nothing.
     std::string prepayment_accno;
@@ -69,6 +72,7 @@ class APform_void_check : public frame::GridForm {
     [[nodiscard]] std::string current_vendor() override { return cmbvendor.text(); }
 
   private:
+    frame::ReportPrinting report_{*this};
     CheckList list{*this, dbgrid1};
     PaidItems paid_items{*this};
 
