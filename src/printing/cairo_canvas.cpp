@@ -3,13 +3,12 @@
 #include <cairo-pdf.h>
 #include <pango/pangocairo.h>
 
-#include <array>
+#include <algorithm>
 #include <cstdio>
-#include <list>
 #include <stdexcept>
-#include <unordered_map>
 #include <vector>
 
+#include "printing/cairo_fonts.h"
 #include "printing/clean_text.h"
 
 namespace brimley::printing {
@@ -19,177 +18,12 @@ namespace {
 using controls::Colour;
 using controls::FontStyle;
 
-template <auto release>
-struct Releases {
-    template <class Object>
-    void operator()(Object* object) const {
-        release(object);
-    }
-};
-template <class Object, auto release>
-using Held = std::unique_ptr<Object, Releases<release>>;
-
-using FontMap = Held<PangoFontMap, g_object_unref>;
-using Context = Held<PangoContext, g_object_unref>;
-using Layout = Held<PangoLayout, g_object_unref>;
-using Description = Held<PangoFontDescription, pango_font_description_free>;
-using Attributes = Held<PangoAttrList, pango_attr_list_unref>;
-using Metrics = Held<PangoFontMetrics, pango_font_metrics_unref>;
-using FontOptions = Held<cairo_font_options_t, cairo_font_options_destroy>;
-using ScaledFont = Held<cairo_scaled_font_t, cairo_scaled_font_destroy>;
 using Surface = Held<cairo_surface_t, cairo_surface_destroy>;
 using Drawing = Held<cairo_t, cairo_destroy>;
 using File = Held<std::FILE, std::fclose>;
 
-double points(int pango_units) { return static_cast<double>(pango_units) / PANGO_SCALE; }
-
-bool same(const FontStyle& one, const FontStyle& other) {
-    return one.size == other.size && one.bold == other.bold && one.italic == other.italic &&
-           one.underline == other.underline && one.name == other.name;
-}
-
-// Beyond these a page shows nothing, and a font cannot be made.
-constexpr double kFontSizeMin = 0.1;
-constexpr double kFontSizeMax = 2000;
-
-// Wider than any page at any size that can be read.
+// Longer than a page is wide at any size that can be read.
 constexpr std::size_t kTextMost = 4096;
-
-// A letter of a font, as it stands alone.
-struct Letter {
-    unsigned long glyph = 0;
-    double advance = 0;
-    bool known = false;
-};
-
-// Pango at 72 units an inch, so that its points are ours, with widths that no screen has rounded.
-class TextShaper {
-  public:
-    TextShaper()
-        : fonts_(pango_cairo_font_map_new()),
-          context_(pango_font_map_create_context(fonts_.get())),
-          attributes_(pango_attr_list_new()) {
-        pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(fonts_.get()), kPointsPerInch);
-        const FontOptions options(cairo_font_options_create());
-        cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_NONE);
-        cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
-        pango_cairo_context_set_font_options(context_.get(), options.get());
-        pango_context_set_round_glyph_positions(context_.get(), FALSE);
-        pango_context_set_language(context_.get(), pango_language_from_string("en"));
-        pango_attr_list_insert(attributes_.get(), pango_attr_font_features_new("kern=0, liga=0, clig=0"));
-    }
-
-    [[nodiscard]] Layout layout(const PangoFontDescription* font, std::string_view text) const {
-        Layout layout(pango_layout_new(context_.get()));
-        pango_layout_set_font_description(layout.get(), font);
-        pango_layout_set_attributes(layout.get(), attributes_.get());
-        pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
-        pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
-        return layout;
-    }
-    [[nodiscard]] PangoFont* load(const PangoFontDescription* font) const {
-        return pango_context_load_font(context_.get(), font);
-    }
-
-  private:
-    FontMap fonts_;
-    Context context_;
-    Attributes attributes_;
-};
-
-constexpr std::size_t kAscii = 128;
-
-// A font in the size and style of a FontStyle, with what drawing plain letters needs at hand.
-class SetFont {
-  public:
-    SetFont(const TextShaper& shaper, const FontStyle& wanted, const cairo_matrix_t& page, std::size_t number)
-        : style(wanted), key(std::to_string(number) + ' '), description(pango_font_description_new()) {
-        const double size = std::clamp(style.size, kFontSizeMin, kFontSizeMax);
-        pango_font_description_set_family(description.get(), clean_text(style.name, kNameMost).c_str());
-        pango_font_description_set_absolute_size(description.get(), size * PANGO_SCALE);
-        if (style.bold) pango_font_description_set_weight(description.get(), PANGO_WEIGHT_BOLD);
-        if (style.italic) pango_font_description_set_style(description.get(), PANGO_STYLE_ITALIC);
-        const Held<PangoFont, g_object_unref> font(shaper.load(description.get()));
-        if (!font) throw std::runtime_error("there is no font");
-        take_metrics(font.get());
-        take_scaled_font(font.get(), page);
-        for (unsigned char byte = ' '; byte < 0x7F; ++byte)
-            letters[byte] = letter(shaper, font.get(), std::string(1, static_cast<char>(byte)));
-        ellipsis = letter(shaper, font.get(), kEllipsis);
-    }
-
-    const FontStyle style;
-    const std::string key;  // of its shaped texts
-    Description description;
-    ScaledFont scaled;
-    double ascent = 0;
-    double underline_below = 0;  // from the baseline down to its middle
-    double underline_thickness = 0;
-    std::array<Letter, kAscii> letters;
-    Letter ellipsis;
-
-  private:
-    static constexpr std::size_t kNameMost = 200;
-
-    void take_metrics(PangoFont* font) {
-        const Metrics metrics(pango_font_get_metrics(font, nullptr));
-        ascent = points(pango_font_metrics_get_ascent(metrics.get()));
-        underline_thickness = points(pango_font_metrics_get_underline_thickness(metrics.get()));
-        underline_below =
-            underline_thickness / 2 - points(pango_font_metrics_get_underline_position(metrics.get()));
-    }
-    // The font of the page's own transformation: a turned page would look it up anew for each text.
-    void take_scaled_font(PangoFont* font, const cairo_matrix_t& page) {
-        cairo_scaled_font_t* const upright = pango_cairo_font_get_scaled_font(PANGO_CAIRO_FONT(font));
-        cairo_matrix_t size;
-        cairo_scaled_font_get_font_matrix(upright, &size);
-        const FontOptions options(cairo_font_options_create());
-        cairo_scaled_font_get_font_options(upright, options.get());
-        scaled.reset(
-            cairo_scaled_font_create(cairo_scaled_font_get_font_face(upright), &size, &page, options.get()));
-    }
-    // Known only if this very font has it.
-    [[nodiscard]] Letter letter(const TextShaper& shaper, PangoFont* font, std::string_view text) const {
-        const Layout layout = shaper.layout(description.get(), text);
-        const PangoLayoutLine* const line = pango_layout_get_line_readonly(layout.get(), 0);
-        if (!line->runs || line->runs->next) return {};
-        const auto* const run = static_cast<PangoGlyphItem*>(line->runs->data);
-        if (run->item->analysis.font != font || run->glyphs->num_glyphs != 1) return {};
-        const PangoGlyphInfo& glyph = run->glyphs->glyphs[0];
-        if ((glyph.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0) return {};
-        return {glyph.glyph, points(glyph.geometry.width), true};
-    }
-};
-
-// The texts that Pango has shaped last: names come again and again.
-class ShapedTexts {
-  public:
-    [[nodiscard]] PangoLayout* find(const std::string& key) {
-        const auto known = by_key_.find(key);
-        if (known == by_key_.end()) return nullptr;
-        used_.splice(used_.begin(), used_, known->second);
-        return used_.front().layout.get();
-    }
-    PangoLayout* keep(std::string key, Layout layout) {
-        if (used_.size() == kMost) {
-            by_key_.erase(used_.back().key);
-            used_.pop_back();
-        }
-        used_.push_front({std::move(key), std::move(layout)});
-        by_key_[used_.front().key] = used_.begin();
-        return used_.front().layout.get();
-    }
-
-  private:
-    struct Shaped {
-        std::string key;
-        Layout layout;
-    };
-    static constexpr std::size_t kMost = 2000;
-
-    std::list<Shaped> used_;  // the last one first
-    std::unordered_map<std::string_view, std::list<Shaped>::iterator> by_key_;
-};
 
 }  // namespace
 
@@ -209,10 +43,10 @@ class CairoCanvas::Pages {
     }
 
     void set_font(const FontStyle& style) {
-        if (font_ && same(font_->style, style)) return;
+        if (font_ && font_->is(style)) return;
         for (const auto& known : fonts_)
-            if (same(known->style, style)) return use(*known);
-        fonts_.push_back(std::make_unique<SetFont>(shaper_, style, turn_, fonts_.size()));
+            if (known->is(style)) return use(*known);
+        fonts_.push_back(std::make_unique<SetFont>(shaper_, style, turn_));
         use(*fonts_.back());
     }
     void set_colour(Colour colour) {
@@ -259,7 +93,7 @@ class CairoCanvas::Pages {
 
     void use(const SetFont& font) {
         font_ = &font;
-        cairo_set_scaled_font(drawing_.get(), font.scaled.get());
+        cairo_set_scaled_font(drawing_.get(), font.scaled());
     }
 
     // Where a text of this width starts; one that is cut starts at the left edge.
@@ -267,12 +101,11 @@ class CairoCanvas::Pages {
         return rectangle.x + std::max(0.0, rectangle.width - width) * hpos;
     }
     [[nodiscard]] double baseline(const Rectangle& rectangle) const {
-        return down(rectangle.top()) + font_->ascent;
+        return down(rectangle.top()) + font_->ascent();
     }
     void underline(double x, double y, double width) {
-        if (!font_->style.underline) return;
-        const double thickness = font_->underline_thickness;
-        cairo_rectangle(drawing_.get(), x, y + font_->underline_below - thickness / 2, width, thickness);
+        if (!font_->underlined()) return;
+        cairo_rectangle(drawing_.get(), x, y + font_->underline_below(), width, font_->underline_thickness());
         cairo_fill(drawing_.get());
     }
 
@@ -280,13 +113,13 @@ class CairoCanvas::Pages {
 
     // Takes the text letter by letter. False when it holds anything but plain letters of the font.
     [[nodiscard]] bool set_letters(std::string_view text) {
-        if (text.size() > kTextMost || !font_->ellipsis.known) return false;
+        if (text.size() > kTextMost || !font_->ellipsis().known) return false;
         glyphs_.clear();
         width_ = 0;
         for (const char byte : text) {
-            const auto code = static_cast<unsigned char>(byte);
-            if (code >= kAscii || !font_->letters[code].known) return false;
-            put(font_->letters[code]);
+            const Letter& letter = font_->letter(byte);
+            if (!letter.known) return false;
+            put(letter);
         }
         return true;
     }
@@ -311,7 +144,7 @@ class CairoCanvas::Pages {
     }
     // Takes letters away until the ellipsis has room, which stands there in any case.
     void cut_letters(double room) {
-        while (!glyphs_.empty() && width_ + font_->ellipsis.advance > room) {
+        while (!glyphs_.empty() && width_ + font_->ellipsis().advance > room) {
             width_ = glyphs_.back().x;
             glyphs_.pop_back();
         }
@@ -319,25 +152,20 @@ class CairoCanvas::Pages {
         letters_ += kEllipsis;
         clusters_.assign(glyphs_.size(), {1, 1});
         clusters_.push_back({static_cast<int>(kEllipsis.size()), 1});
-        put(font_->ellipsis);
+        put(font_->ellipsis());
     }
 
     // --- any other text ---
 
     void draw_shaped(const Rectangle& rectangle, double hpos, const std::string& text) {
-        PangoLayout* const layout = shaped(text);
+        PangoLayout* const layout = shaped_.shape(shaper_, *font_, text);
         const double width = width_in(layout, rectangle.width);
         const double x = start(rectangle, hpos, width);
         const double y = baseline(rectangle);
         cairo_move_to(drawing_.get(), x, y);
         pango_cairo_show_layout_line(drawing_.get(), pango_layout_get_line_readonly(layout, 0));
-        cairo_set_scaled_font(drawing_.get(), font_->scaled.get());
+        cairo_set_scaled_font(drawing_.get(), font_->scaled());
         underline(x, y, width);
-    }
-    [[nodiscard]] PangoLayout* shaped(const std::string& text) {
-        std::string key = font_->key + text;
-        if (PangoLayout* const known = shaped_.find(key)) return known;
-        return shaped_.keep(std::move(key), shaper_.layout(font_->description.get(), text));
     }
     // The width of the text, cut if it must be.
     [[nodiscard]] static double width_in(PangoLayout* layout, double room) {

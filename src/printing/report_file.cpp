@@ -11,23 +11,28 @@ namespace brimley::printing {
 
 namespace {
 
-// A file that grows beside its place, and goes away unless it has moved there.
+// A file that grows beside its place. It goes away, there and beside it, unless it is to stay.
 class GrowingFile {
   public:
     explicit GrowingFile(std::string place) : place_(std::move(place)), path_(place_ + ".part") {}
     ~GrowingFile() {
         std::error_code ignored;
-        std::filesystem::remove(path_, ignored);
+        if (!stays_) std::filesystem::remove(path_, ignored);
     }
     GrowingFile(const GrowingFile&) = delete;
     GrowingFile& operator=(const GrowingFile&) = delete;
 
     [[nodiscard]] const std::string& path() const { return path_; }
-    void move_to_its_place() const { std::filesystem::rename(path_, place_); }
+    void move_to_its_place() {
+        std::filesystem::rename(path_, place_);
+        path_ = place_;
+    }
+    void stay() { stays_ = true; }
 
   private:
     std::string place_;
     std::string path_;
+    bool stays_ = false;
 };
 
 void write_pages(const Report& report, const std::string& path) {
@@ -37,18 +42,25 @@ void write_pages(const Report& report, const std::string& path) {
     canvas.finish();
 }
 
-void write_files(const Report& report, const std::string& stem) {
-    const GrowingFile file(stem + ".pdf");
-    write_pages(report, file.path());
-    if (report.format.portrait) return file.move_to_its_place();
-
-    const GrowingFile other_way(stem + "_L.pdf");
+// A copy of the pages, not turned yet, that is turned the other way.
+void write_other_way(const GrowingFile& file, GrowingFile& other_way) {
     std::filesystem::copy_file(file.path(), other_way.path(),
                                std::filesystem::copy_options::overwrite_existing);
-    append_rotation(file.path(), 90);
     append_rotation(other_way.path(), -90);
-    other_way.move_to_its_place();
+}
+
+void write_files(const Report& report, const std::string& stem) {
+    GrowingFile file(stem + ".pdf");
+    GrowingFile other_way(stem + "_L.pdf");
+    write_pages(report, file.path());
+    if (!report.format.portrait) {
+        write_other_way(file, other_way);
+        append_rotation(file.path(), 90);
+        other_way.move_to_its_place();
+    }
     file.move_to_its_place();
+    file.stay();
+    other_way.stay();
 }
 
 }  // namespace

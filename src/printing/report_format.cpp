@@ -51,34 +51,42 @@ PageSize typed_paper(double width, double height, std::string_view unit) {
     return page;
 }
 
-std::optional<double> number_or_none(const store::Recordset& row, const char* field) {
+// Empty also for a number that is longer than any paper.
+std::optional<double> length_of(const store::Recordset& row, const char* field) {
     const store::Value value = row.field(field);
-    return value.is_null() ? std::nullopt : std::optional(value.number());
+    if (value.is_null() || !(std::abs(value.number()) <= kSizeMax)) return std::nullopt;
+    return value.number();
 }
 
-double number_or(const store::Recordset& row, const char* field, double otherwise) {
-    return number_or_none(row, field).value_or(otherwise);
+double margin(const store::Recordset& row, const char* field) {
+    return points_of_mm(length_of(row, field).value_or(0));
+}
+
+// Letters and rows have at least a point.
+double height_or(const store::Recordset& row, const char* field, double otherwise) {
+    const double height = length_of(row, field).value_or(otherwise);
+    return height >= 1 ? height : otherwise;
 }
 
 // Numbers outside what a colour can be keep their low 24 bits, as those of system colours do.
 controls::Colour colour_of(const store::Recordset& row, const char* field) {
-    const double number = number_or(row, field, 0);
-    if (!(std::abs(number) < 1e15)) return 0;
-    return static_cast<controls::Colour>(static_cast<std::int64_t>(number) & 0xffffff);
+    const store::Value value = row.field(field);
+    if (value.is_null() || !(std::abs(value.number()) < 1e15)) return 0;
+    return static_cast<controls::Colour>(static_cast<std::int64_t>(value.number()) & 0xffffff);
 }
 
 ReportFormat format_of(const store::Recordset& row) {
     ReportFormat format;
     format.portrait = row.text("Orientation") == "1";
-    format.page = page_size_of({row.text("PaperSize"), number_or_none(row, "Width"),
-                                number_or_none(row, "Height"), row.text("unit")});
+    format.page = page_size_of(
+        {row.text("PaperSize"), length_of(row, "Width"), length_of(row, "Height"), row.text("unit")});
     format.font_name = row.text("font_name");
-    format.font_size = number_or(row, "font_size", format.font_size);
-    format.row_height = number_or(row, "row_height", format.row_height);
-    format.top_margin = points_of_mm(number_or(row, "top_margin", 0));
-    format.bottom_margin = points_of_mm(number_or(row, "bottom_margin", 0));
-    format.left_margin = points_of_mm(number_or(row, "left_margin", 0));
-    format.right_margin = points_of_mm(number_or(row, "right_margin", 0));
+    format.font_size = height_or(row, "font_size", format.font_size);
+    format.row_height = height_or(row, "row_height", format.row_height);
+    format.top_margin = margin(row, "top_margin");
+    format.bottom_margin = margin(row, "bottom_margin");
+    format.left_margin = margin(row, "left_margin");
+    format.right_margin = margin(row, "right_margin");
     format.font_colour = colour_of(row, "font_color");
     format.even_row_colour = colour_of(row, "evenrow_color");
     format.bold = row.flag("Bold");

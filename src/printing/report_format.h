@@ -32,7 +32,7 @@ struct ReportFormat {
     std::string font_name;   // null: a blank name, for which the report has kDefaultFont
     double font_size = 10;   // null: 10, as the page setup fills it
     double row_height = 20;  // null: 20, as the page setup fills it
-    double top_margin = 0;   // null: none
+    double top_margin = 0;   // null: none; and so below
     double bottom_margin = 0;
     double left_margin = 0;
     double right_margin = 0;
