@@ -158,8 +158,8 @@ class CairoCanvas::Pages {
     // --- any other text ---
 
     void draw_shaped(const Rectangle& rectangle, double hpos, const std::string& text) {
-        PangoLayout* const layout = shaped_.shape(shaper_, *font_, text);
-        const double width = width_in(layout, rectangle.width);
+        PangoLayout* const layout = shaped_.shape(shaper_, *font_, text, rectangle.width);
+        const double width = width_of(layout);
         const double x = start(rectangle, hpos, width);
         const double y = baseline(rectangle);
         cairo_move_to(drawing_.get(), x, y);
@@ -167,21 +167,6 @@ class CairoCanvas::Pages {
         cairo_set_scaled_font(drawing_.get(), font_->scaled());
         underline(x, y, width);
     }
-    // The width of the text, cut if it must be.
-    [[nodiscard]] static double width_in(PangoLayout* layout, double room) {
-        pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_NONE);
-        pango_layout_set_width(layout, -1);
-        if (line_width(layout) <= room) return line_width(layout);
-        pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
-        pango_layout_set_width(layout, static_cast<int>(std::max(0.0, room) * PANGO_SCALE));
-        return line_width(layout);
-    }
-    [[nodiscard]] static double line_width(PangoLayout* layout) {
-        PangoRectangle extents;
-        pango_layout_line_get_extents(pango_layout_get_line_readonly(layout, 0), nullptr, &extents);
-        return points(extents.width);
-    }
-
     const bool landscape_;
     const double rect_height_;
     cairo_matrix_t turn_{1, 0, 0, 1, 0, 0};

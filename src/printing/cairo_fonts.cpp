@@ -20,6 +20,20 @@ constexpr std::size_t kNameMost = 200;
 constexpr std::size_t kShapedMost = 2000;
 constexpr std::size_t kKeptLengthMost = 200;
 
+// What has room of a text, with its ellipsis. Pango finds the place; drawn as Pango has it, the ellipsis
+// would be copied out of the file as all that was cut off.
+std::string cut_text(PangoLayout* layout, const std::string& text, double room) {
+    pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
+    pango_layout_set_width(layout, static_cast<int>(std::max(0.0, room) * PANGO_SCALE));
+    std::size_t kept = 0;
+    for (const GSList* run = pango_layout_get_line_readonly(layout, 0)->runs; run; run = run->next) {
+        const PangoItem& item = *static_cast<PangoGlyphItem*>(run->data)->item;
+        if ((item.analysis.flags & PANGO_ANALYSIS_FLAG_IS_ELLIPSIS) != 0)
+            kept = static_cast<std::size_t>(item.offset);
+    }
+    return text.substr(0, kept) + std::string(kEllipsis);
+}
+
 }  // namespace
 
 TextShaper::TextShaper()
@@ -114,13 +128,22 @@ Letter SetFont::letter_of(const TextShaper& shaper, const PangoFont* font, std::
     return {glyph.glyph, points(glyph.geometry.width), true};
 }
 
-PangoLayout* ShapedTexts::shape(const TextShaper& shaper, const SetFont& font, const std::string& text) {
-    Key key{&font, text};
+double width_of(PangoLayout* layout) {
+    PangoRectangle extents;
+    pango_layout_line_get_extents(pango_layout_get_line_readonly(layout, 0), nullptr, &extents);
+    return points(extents.width);
+}
+
+PangoLayout* ShapedTexts::shape(const TextShaper& shaper, const SetFont& font, const std::string& text,
+                                double room) {
+    Key key{&font, room, text};
     if (const auto known = by_key_.find(&key); known != by_key_.end()) {
         used_.splice(used_.begin(), used_, known->second);
         return used_.front().layout.get();
     }
     Layout layout = shaper.layout(font.description(), text);
+    if (width_of(layout.get()) > room)
+        layout = shaper.layout(font.description(), cut_text(layout.get(), text, room));
     if (text.size() <= kKeptLengthMost) return keep(std::move(key), std::move(layout));
     not_kept_ = std::move(layout);
     return not_kept_.get();

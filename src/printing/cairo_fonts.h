@@ -87,15 +87,20 @@ class SetFont {
     Letter ellipsis_;
 };
 
+// The width of a layout's one line.
+[[nodiscard]] double width_of(PangoLayout* layout);
+
 // The texts that Pango has shaped last, of all fonts: names come again and again. Long texts are not kept.
 class ShapedTexts {
   public:
-    // Valid until the next call.
-    [[nodiscard]] PangoLayout* shape(const TextShaper& shaper, const SetFont& font, const std::string& text);
+    // One line, cut with an ellipsis to what has room. Valid until the next call.
+    [[nodiscard]] PangoLayout* shape(const TextShaper& shaper, const SetFont& font, const std::string& text,
+                                     double room);
 
   private:
     struct Key {
         const SetFont* font;
+        double room;
         std::string text;
 
         bool operator==(const Key&) const = default;

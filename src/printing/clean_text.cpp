@@ -16,6 +16,13 @@ int following_bytes(unsigned char lead) {
     return -1;
 }
 
+// Neither half of a pair nor one of the codes that never are characters.
+bool is_character(std::uint32_t code) {
+    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
+    const bool never = (code & 0xFFFE) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF);
+    return !surrogate && !never && code <= 0x10FFFF;
+}
+
 // How many bytes the character at the start of the text has; 0 when it is none.
 std::size_t character_length(std::string_view text, std::uint32_t& character) {
     const auto lead = static_cast<unsigned char>(text[0]);
@@ -28,8 +35,7 @@ std::size_t character_length(std::string_view text, std::uint32_t& character) {
         character = character << 6 | (byte & 0x3FU);
     }
     const bool overlong = (following == 2 && character < 0x800) || (following == 3 && character < 0x10000);
-    const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
-    return overlong || surrogate || character > 0x10FFFF ? 0 : static_cast<std::size_t>(following) + 1;
+    return overlong || !is_character(character) ? 0 : static_cast<std::size_t>(following) + 1;
 }
 
 bool ends_a_line(std::uint32_t character) {

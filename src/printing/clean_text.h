@@ -6,8 +6,9 @@
 
 namespace brimley::printing {
 
-// The text as UTF-8 without control characters and line ends: bytes that are none become U+FFFD, control
-// characters blanks. Of a text of more than `most` bytes the beginning, followed by an ellipsis.
+// The text as UTF-8 without control characters and line ends: bytes that are none become U+FFFD, as do
+// codes that never are characters; control characters become blanks. Of a text of more than `most` bytes the
+// beginning, followed by an ellipsis.
 [[nodiscard]] std::string clean_text(std::string_view text, std::size_t most);
 
 inline constexpr std::string_view kEllipsis = "\xE2\x80\xA6";

@@ -6,10 +6,6 @@
 #include "desktop/theme.h"
 #include "support/temporary_folder.h"
 
-// What the toolkit's PDF view never gives back: the recogniser of gestures on its viewport.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() { return "leak:QScroller::grabGesture\n"; }
-
 int main(int argc, char** argv) {
     // No screen, and settings that nobody else has.
     const brimley::testing::TemporaryFolder settings;

@@ -38,6 +38,12 @@ TEST(CleanText, OverlongSurrogateAndTooLargeAreNoUtf8) {
     EXPECT_EQ(clean("\xF5\x80\x80\x80"), "\uFFFD\uFFFD\uFFFD\uFFFD");
 }
 
+TEST(CleanText, CodesThatNeverAreCharactersAreReplaced) {
+    EXPECT_EQ(clean("\xEF\xBF\xBF"), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(clean("\xEF\xB7\x90"), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(clean("\xF4\x8F\xBF\xBE"), "\uFFFD\uFFFD\uFFFD\uFFFD");
+}
+
 TEST(CleanText, LongTextsAreCutBetweenCharactersAndLookCut) {
     EXPECT_EQ(clean_text("abcdef", 6), "abcdef");
     EXPECT_EQ(clean_text("abcdefg", 6), "abcdef…");
