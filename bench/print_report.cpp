@@ -1,16 +1,20 @@
 // What printing a long list costs: a vendor aging list of 14 columns, 9 or 10 of them filled, as PDF.
 //
-//   bench-print-report [ROWS] [portrait|landscape] [FOLDER] [grid-fonts]
+//   bench-print-report [ROWS] [landscape] [grid-fonts] [thai]
+//
+// With "thai" the vendors' names, one in each row of its own, are in letters that need shaping.
 #include <fmt/format.h>
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "printing/report_file.h"
 
@@ -43,7 +47,7 @@ std::string money(int cents) {
 }
 
 // The filled cells are counted.
-std::int64_t fill(controls::TextArray& rows, int count) {
+std::int64_t fill(controls::TextArray& rows, int count, bool thai) {
     std::minstd_rand random(7);
     const auto any = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
     std::int64_t cells = 0;
@@ -55,16 +59,17 @@ std::int64_t fill(controls::TextArray& rows, int count) {
         const auto date = [&] {
             return fmt::format("{:02}/{:02}/20{}", 1 + any(28), 1 + any(12), 24 + any(3));
         };
-        std::array<std::string, 10> texts{fmt::format("V{:05}", vendor),
-                                          fmt::format("Vendor of office goods no. {}", vendor),
-                                          fmt::format("IP-26-{:07}", row + 1),
-                                          fmt::format("R-{}", 1'000'000 + any(9'000'000)),
-                                          date(),
-                                          date(),
-                                          "USD",
-                                          amount,
-                                          amount,
-                                          std::to_string(any(200))};
+        std::array<std::string, 10> texts{
+            fmt::format("V{:05}", vendor),
+            thai ? fmt::format("บริษัทการค้า {}", row) : fmt::format("Vendor of office goods no. {}", vendor),
+            fmt::format("IP-26-{:07}", row + 1),
+            fmt::format("R-{}", 1'000'000 + any(9'000'000)),
+            date(),
+            date(),
+            "USD",
+            amount,
+            amount,
+            std::to_string(any(200))};
         std::vector<controls::TextArray::CellText> shown;
         for (int i = 0; i < 8; ++i)
             shown.push_back({i, texts[static_cast<std::size_t>(i)]});
@@ -100,6 +105,19 @@ printing::Report aging_report(const controls::TextArray& rows, bool portrait) {
     return report;
 }
 
+// Draws nothing and counts the pages.
+class PageCount : public printing::PdfCanvas {
+  public:
+    void set_font(const controls::FontStyle&) override {}
+    void set_colour(controls::Colour) override {}
+    void text(const printing::Rectangle&, double, std::string_view) override {}
+    void fill(const printing::Rectangle&) override {}
+    void line(double, double, double, double, double) override {}
+    void new_page() override { ++pages; }
+
+    int pages = 1;
+};
+
 // Megabytes: resident now, and at most since the last look.
 double memory(const char* name) {
     std::ifstream status("/proc/self/status");
@@ -124,12 +142,15 @@ double cpu_seconds() {
 
 int main(int argc, char** argv) {
     const int rows = argc > 1 ? std::stoi(argv[1]) : 1'000'000;
-    const bool portrait = argc < 3 || std::string(argv[2]) != "landscape";
-    const std::filesystem::path folder = argc > 3 ? argv[3] : std::filesystem::temp_directory_path().string();
+    const auto asked = [&](std::string_view word) {
+        return std::find(argv + 1, argv + argc, word) != argv + argc;
+    };
+    const bool portrait = !asked("landscape");
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
     controls::TextArray list;
-    const std::int64_t filled = fill(list, rows);
+    const std::int64_t filled = fill(list, rows, asked("thai"));
     printing::Report report = aging_report(list, portrait);
-    report.format.use_grid_font = argc > 4;
+    report.format.use_grid_font = asked("grid-fonts");
     for (printing::PrintedColumn& column : report.grids[0].columns)
         column.font.size = 6;
 
@@ -150,6 +171,11 @@ int main(int argc, char** argv) {
     fmt::print("filled cells a second  {:>10.0f}\n", static_cast<double>(filled) / seconds);
     fmt::print("all cells a second     {:>10.0f}\n", 14.0 * rows / seconds);
     fmt::print("list {:.0f} MB, beyond it {:.1f} MB at most\n", before, memory("VmHWM:") - before);
-    fmt::print("{:.1f} MB of PDF\n", static_cast<double>(std::filesystem::file_size(stem + ".pdf")) / 1e6);
+    PageCount counted;
+    printing::draw_report(report, counted);
+    fmt::print("{} pages, {:.1f} MB of PDF\n", counted.pages,
+               static_cast<double>(std::filesystem::file_size(stem + ".pdf")) / 1e6);
+    std::filesystem::remove(stem + ".pdf");
+    std::filesystem::remove(stem + "_L.pdf");
     return 0;
 }
