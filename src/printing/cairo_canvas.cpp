@@ -70,23 +70,25 @@ class CairoCanvas::Pages {
         cairo_line_to(drawing_.get(), x2, down(y2));
         cairo_stroke(drawing_.get());
     }
-    void new_page() { cairo_show_page(drawing_.get()); }
-    void finish() {
+    void new_page() {
         cairo_show_page(drawing_.get());
-        const cairo_status_t drawn = cairo_status(drawing_.get());
+        must_be_well(cairo_status(drawing_.get()));
+    }
+    void finish() {
+        new_page();
         drawing_.reset();
         cairo_surface_finish(surface_.get());
-        const cairo_status_t written = cairo_surface_status(surface_.get());
-        const bool closed = std::fclose(file_.release()) == 0;
-        for (const cairo_status_t status : {drawn, written})
-            if (status != CAIRO_STATUS_SUCCESS) throw std::runtime_error(cairo_status_to_string(status));
-        if (!closed) throw std::runtime_error("the file could not be written to its end");
+        must_be_well(cairo_surface_status(surface_.get()));
+        if (std::fclose(file_.release()) != 0) must_be_well(CAIRO_STATUS_WRITE_ERROR);
     }
 
   private:
     static cairo_status_t write(void* file, const unsigned char* data, unsigned int length) {
         const bool written = std::fwrite(data, 1, length, static_cast<std::FILE*>(file)) == length;
         return written ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+    }
+    static void must_be_well(cairo_status_t status) {
+        if (status != CAIRO_STATUS_SUCCESS) throw std::runtime_error(cairo_status_to_string(status));
     }
     // Cairo counts from the upper edge.
     [[nodiscard]] double down(double y) const { return rect_height_ - y; }

@@ -41,9 +41,8 @@ struct HeadLine {
     double middle_hpos = kCentre;
 };
 
-// F lies this many row heights below the top margin.
+// F lies this many row heights below the top margin on the report forms.
 inline constexpr double kReportHead = 6.5;
-inline constexpr double kShortHead = 3.5;
 
 struct Report {
     ReportFormat format;

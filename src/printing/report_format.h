@@ -42,6 +42,8 @@ struct ReportFormat {
     bool disabled_evenrow_color = false;
     bool use_grid_font = false;
     bool column_divider = false;
+
+    bool operator==(const ReportFormat&) const = default;
 };
 
 inline constexpr const char* kDefaultFont = "Arial";

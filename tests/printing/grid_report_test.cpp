@@ -125,7 +125,7 @@ TEST(ReportRows, StandBelowEachOtherFromSixAndAHalfRowsBelowTheTop) {
 
 TEST(ReportRows, AShorterHeadLiftsThem) {
     SmallReport small(1);
-    small.report.head_row_heights = printing::kShortHead;
+    small.report.head_row_heights = 3.5;
     EXPECT_EQ(drawn(small.report)[0].find("r0c0").rectangle.y, 697);
 }
 
@@ -216,6 +216,12 @@ TEST(EvenRows, AreNotFilledWhenThatIsDisabled) {
     SmallReport small(4);
     small.report.format.disabled_evenrow_color = true;
     EXPECT_THAT(drawn(small.report)[0].fills, IsEmpty());
+}
+
+TEST(EvenRows, WithoutAColourAreBlack) {
+    SmallReport small(2);
+    small.report.format.even_row_colour = printing::ReportFormat{}.even_row_colour;
+    EXPECT_EQ(drawn(small.report)[0].fills.at(0).colour, controls::rgb(0, 0, 0));
 }
 
 TEST(ColumnDividers, StandAtEachColumnAndAfterTheLastFromTheHeaderToTheLastRow) {

@@ -131,6 +131,12 @@ TEST_F(StoredFormat, AnyOrientationButOneIsLandscape) {
     EXPECT_FALSE(read().portrait);
 }
 
+TEST_F(StoredFormat, SplitPageChangesNothing) {
+    store({{"user", "anna"}, {"form_name", "APreport_aging"}, {"split_page", "4"}});
+    store({{"user", "anna"}, {"form_name", "APreport_inquiry"}});
+    EXPECT_EQ(read(), read_report_format(kernel, "anna", "APreport_inquiry"));
+}
+
 TEST_F(StoredFormat, TypedSizeIsRead) {
     store({{"user", "anna"},
            {"form_name", "APreport_aging"},
