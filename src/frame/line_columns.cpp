@@ -18,10 +18,16 @@ void LineColumns::begin(const store::Recordset& lines) {
 
 void LineColumns::read(const store::Recordset& line) {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-        const store::Value value = fields_[i] < 0 ? store::Value() : line.column(fields_[i]);
-        texts_[i] = text_of(value, columns_[i].shown);
+        read_cell(line, fields_[i], columns_[i].shown, texts_[i]);
         cells_[i].text = texts_[i];
     }
+}
+
+void LineColumns::read_cell(const store::Recordset& line, int field, Shown shown, std::string& text) {
+    if (field >= 0 && shown == Shown::text)
+        line.read_text(field, text);
+    else
+        text = text_of(field < 0 ? store::Value() : line.column(field), shown);
 }
 
 void LineColumns::put(int row, std::span<const controls::TextArray::CellText> more) {

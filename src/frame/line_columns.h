@@ -52,6 +52,7 @@ class LineColumns : public FormPart {
     void put(int row, std::span<const controls::TextArray::CellText> more = {});
 
   private:
+    void read_cell(const store::Recordset& line, int field, Shown shown, std::string& text);
     [[nodiscard]] std::string text_of(const store::Value& value, Shown shown);
     // Many lines share their days.
     [[nodiscard]] const std::string& date_text_of(const store::Value& value);

@@ -100,6 +100,9 @@ void APreport_aging::begin_items(const store::Recordset& items) {
     vendor_no_.clear();
     vendor_total_ = 0;
     columns_.begin(items);
+    vendor_no_field_ = items.column_of("vendor_no");
+    open_amount_field_ = items.column_of("open_amount");
+    age_field_ = items.column_of("age_range");
     vendor_no_column_ = dbgrid1.get_column("vendor no");
     vendor_name_column_ = dbgrid1.get_column("vendor name");
     age_columns_.clear();
@@ -116,22 +119,22 @@ int APreport_aging::age_column_of(const store::Value& age) const {
 }
 
 int APreport_aging::show_item(const store::Recordset& item, int row) {
-    const std::string vendor_no = item.text("vendor_no");
-    const bool is_first = vendor_no != vendor_no_;
+    columns_.read(item);
+    item.read_text(vendor_no_field_, vendor_read_);
+    const bool is_first = vendor_read_ != vendor_no_;
     if (is_first) {
         if (!vendor_no_.empty()) row = show_total(row);
-        vendor_no_ = vendor_no;
+        vendor_no_ = vendor_read_;
         vendor_total_ = 0;
     }
-    vendor_total_ += item.field("open_amount").number();
-    columns_.read(item);
-    std::vector<TextArray::CellText> more{
-        {age_column_of(item.field("age_range")), columns_.text(kOpenAmount)}};
+    vendor_total_ += item.column(open_amount_field_).number();
+    std::array<TextArray::CellText, 3> more{
+        {{age_column_of(item.column(age_field_)), columns_.text(kOpenAmount)}}};
     if (is_first) {
-        more.push_back({vendor_no_column_, vendor_no_});
-        more.push_back({vendor_name_column_, fill.vendor_name(vendor_no_)});
+        more[1] = {vendor_no_column_, vendor_no_};
+        more[2] = {vendor_name_column_, fill.vendor_name(vendor_no_)};
     }
-    columns_.put(row, more);
+    columns_.put(row, std::span(more).first(is_first ? 3 : 1));
     return row + 1;
 }
 

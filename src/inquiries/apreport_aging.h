@@ -48,6 +48,10 @@ class APreport_aging : public frame::ListForm {
 
     // Of the fill in progress: where its columns stand, the vendor of the rows before, and what it is owed.
     frame::LineColumns columns_;
+    int vendor_no_field_ = 0;
+    int open_amount_field_ = 0;
+    int age_field_ = 0;
+    std::string vendor_read_;
     int vendor_no_column_ = -1;
     int vendor_name_column_ = -1;
     std::vector<int> age_columns_;

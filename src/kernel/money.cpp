@@ -52,15 +52,16 @@ static std::string digits_of(double whole) {
 std::string format_money(double value) {
     const double cents = std::round(value * 100.0);
     const std::string digits = digits_of(std::fabs(cents));
-    const std::string whole = digits.substr(0, digits.size() - 2);
-    std::string text = cents < 0 ? "-" : "";
-    for (std::size_t i = 0; i < whole.size(); ++i) {
-        if (i > 0 && (whole.size() - i) % 3 == 0) text += ',';
-        text += whole[i];
-    }
-    text += '.';
-    text.append(digits, digits.size() - 2, 2);
-    return text;
+    const std::size_t whole = digits.size() - 2;
+    std::string text;
+    text.reserve(1 + digits.size() + whole / 3 + 1);
+    if (cents < 0) text += '-';
+    // The first group has one to three digits.
+    std::size_t group = (whole + 2) % 3 + 1;
+    text.append(digits, 0, group);
+    for (; group < whole; group += 3)
+        text.append(1, ',').append(digits, group, 3);
+    return text.append(1, '.').append(digits, whole, 2);
 }
 
 double money_value(std::string_view text) {

@@ -88,6 +88,11 @@ TEST(CompanyTables, KeysAndIndexesNameFieldsOfTheirTable) {
         named.insert(named.end(), table.export_order.begin(), table.export_order.end());
         for (const store::Index& index : table.indexes) {
             named.insert(named.end(), index.fields.begin(), index.fields.end());
+            for (const std::string& flag : index.only_where_false) {
+                ASSERT_GE(table.field_index(flag), 0) << table.name << "." << flag;
+                const store::Field& field = table.fields[static_cast<std::size_t>(table.field_index(flag))];
+                EXPECT_EQ(field.type, store::FieldType::yes_no) << table.name << "." << flag;
+            }
         }
         for (const std::string& field : named) {
             EXPECT_GE(table.field_index(field), 0) << table.name << "." << field;
@@ -226,6 +231,7 @@ TEST_F(NewCompanyFile, HasEveryIndexWithItsFieldsAndUniqueness) {
         std::multiset<std::string> expected;
         for (const store::Index& index : table.indexes) {
             std::string text = index.unique ? "unique" : "plain";
+            if (!index.only_where_false.empty()) text += " of some rows";
             for (const std::string& field : index.fields) {
                 text += " " + store::lower_case(field);
             }
@@ -234,6 +240,7 @@ TEST_F(NewCompanyFile, HasEveryIndexWithItsFieldsAndUniqueness) {
         std::multiset<std::string> reported;
         for (const auto& index : report_.rows("PRAGMA index_list([" + table.name + "])")) {
             std::string text = index[2] == "1" ? "unique" : "plain";
+            if (index[4] == "1") text += " of some rows";
             for (const auto& column : report_.rows("PRAGMA index_info([" + index[1] + "])")) {
                 text += " " + store::lower_case(column[2]);
             }

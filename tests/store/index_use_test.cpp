@@ -11,18 +11,20 @@ namespace {
 
 using testing::SmallCompany;
 
+// How SQLite means to run the statement, its steps in one line.
+std::string steps_of(const store::SqliteHandle& connection, const std::string& sql) {
+    const auto statement = store::prepare_sql(connection.get(), "EXPLAIN QUERY PLAN " + sql);
+    std::string steps;
+    while (sqlite3_step(statement.get()) == SQLITE_ROW) {
+        if (!steps.empty()) steps += "; ";
+        steps += reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 3));
+    }
+    return steps;
+}
+
 class IndexUse : public ::testing::Test {
   protected:
-    // How SQLite means to run the statement, its steps in one line.
-    std::string plan(const std::string& sql) {
-        const auto statement = store::prepare_sql(connection_.get(), "EXPLAIN QUERY PLAN " + sql);
-        std::string steps;
-        while (sqlite3_step(statement.get()) == SQLITE_ROW) {
-            if (!steps.empty()) steps += "; ";
-            steps += reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 3));
-        }
-        return steps;
-    }
+    std::string plan(const std::string& sql) { return steps_of(connection_, sql); }
     std::string plan_of_query(const std::string& query) { return plan(translator_.select(query).rows.sql); }
     std::string plan_of_find(const std::string& query, const std::string& criteria) {
         return plan(translator_.find(translator_.select(query), criteria).first.sql);
@@ -85,6 +87,31 @@ TEST_F(IndexUse, WalkingAWholeTableSortsNothing) {
     EXPECT_EQ(plan(translator_.select("SELECT * FROM Header_table").keys.sql).find("SCAN t1"), 0U);
     EXPECT_EQ(plan(translator_.select("SELECT * FROM Header_table").by_key.sql),
               "SEARCH t1 USING INTEGER PRIMARY KEY (rowid=?)");
+}
+
+TEST_F(IndexUse, IndexOfSomeRowsServesTheQueryOfJustTheseRowsInItsOrder) {
+    using store::FieldType;
+    store::Table items;
+    items.name = "Item_table";
+    items.fields = {{"vendor_no"}, {"docno"}, {"paid", FieldType::yes_no}, {"void", FieldType::yes_no}};
+    items.export_order = {"docno"};
+    items.indexes = {{{"docno"}}, {{"vendor_no", "docno"}, false, {"paid", "void"}}};
+    const store::Catalog catalog({items});
+    const testing::TemporaryFolder folder;
+    const std::string path = folder.file("items.brimley");
+    (void)store::create_company(path, catalog);
+    const store::SqliteHandle connection = store::open_sqlite_file(path, catalog);
+    const store::SqliteFlavour flavour;
+    const store::dialect::Translator translator{catalog, flavour};
+    const auto plan = [&](const std::string& query) {
+        return steps_of(connection, translator.select(query).rows.sql);
+    };
+    const std::string open_items = "SELECT * FROM Item_table WHERE paid = FALSE AND void = FALSE";
+    EXPECT_EQ(plan(open_items + " ORDER BY vendor_no, docno"), "SCAN t1 USING INDEX Item_table_index_2");
+    EXPECT_EQ(plan(open_items + " AND vendor_no = 'V1' ORDER BY vendor_no, docno"),
+              "SEARCH t1 USING INDEX Item_table_index_2 (vendor_no=?)");
+    // For one document it is no help.
+    EXPECT_EQ(plan(open_items + " AND docno = 'a'"), "SEARCH t1 USING INDEX Item_table_index_1 (docno=?)");
 }
 
 }  // namespace

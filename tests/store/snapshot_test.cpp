@@ -33,6 +33,23 @@ TEST_F(Snapshot, HoldsTheRowsAsTheyWereWhenItWasOpened) {
     EXPECT_EQ(company_.list("SELECT docno FROM Header_table"), "z c n");
 }
 
+TEST_F(Snapshot, PausesWhileALongOneIsReadInWhichAnythingMayBeAsked) {
+    for (int i = 0; i < 1'000; ++i)
+        company_.add("Line_table", {{"fkey", "k"}, {"pay_item", std::to_string(i)}});
+    const std::string query = "SELECT * FROM Header_table, Line_table";
+    int pauses = 0;
+    std::int64_t nested = 0;
+    const auto rows = company_.db().OpenRecordset(query, store::RecordsetKind::snapshot, [&] {
+        // The same statement, in the midst of its own rows; and a change of what is being read.
+        if (++pauses == 1) nested = company_.snapshot(query).RecordCount();
+        company_.db().Execute("UPDATE Header_table SET vendor_no = 'changed' WHERE docno = 'a'");
+    });
+    EXPECT_EQ(pauses, 3);
+    EXPECT_EQ(nested, 3'000);
+    EXPECT_EQ(rows.RecordCount(), 3'000);
+    EXPECT_EQ(company_.snapshot(query).RecordCount(), 3'000);
+}
+
 TEST_F(Snapshot, WalksToItsEnds) {
     Recordset rows = company_.snapshot("SELECT docno FROM Header_table ORDER BY docno");
     EXPECT_EQ(rows.text("docno"), "a");

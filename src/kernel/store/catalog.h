@@ -26,6 +26,9 @@ struct Field {
 struct Index {
     std::vector<std::string> fields;
     bool unique = false;
+    // Only rows in which all of these yes/no fields are FALSE are in it. It serves queries that ask for just
+    // that, at a cost that does not grow with the other rows.
+    std::vector<std::string> only_where_false = {};
 };
 
 struct Table {

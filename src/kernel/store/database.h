@@ -110,6 +110,8 @@ class Recordset {
     [[nodiscard]] const std::string& column_name(int column) const;
     [[nodiscard]] FieldType column_type(int column) const;
     [[nodiscard]] Value column(int column) const;
+    // As column(column).text(), in place of what `into` holds, whose memory is used again.
+    void read_text(int column, std::string& into) const;
     // Many of them at once, as numbers: empty for null, throws as Value::number().
     void numbers(std::span<const int> columns, std::span<std::optional<double>> into) const;
     // Where a field stands among the columns, for callers that read or set many fields of row after row. No

@@ -75,6 +75,11 @@ Value Recordset::column(int column) const {
     return state().value(column);
 }
 
+void Recordset::read_text(int column, std::string& into) const {
+    state().require_column(column);
+    state().read_text(column, into);
+}
+
 void Recordset::numbers(std::span<const int> columns, std::span<std::optional<double>> into) const {
     for (const int column : columns)
         state().require_column(column);

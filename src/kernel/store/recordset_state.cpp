@@ -108,9 +108,17 @@ Value Recordset::State::value(int column) {
 }
 
 std::string Recordset::State::text(int column) {
+    std::string text;
+    read_text(column, text);
+    return text;
+}
+
+void Recordset::State::read_text(int column, std::string& into) {
     const bool in_row = buffer_.mode() != EditBuffer::Mode::adding && !buffer_.is_set(column);
-    if (const auto text = in_row ? row_at_hand().text(column) : std::nullopt) return std::string(*text);
-    return value(column).text();
+    if (const auto text = in_row ? row_at_hand().text(column) : std::nullopt)
+        into.assign(*text);
+    else
+        into = value(column).text();
 }
 
 void Recordset::State::numbers(std::span<const int> columns, std::span<std::optional<double>> into) {

@@ -46,6 +46,7 @@ class Recordset::State {
     [[nodiscard]] Value value(int column);
     // As value(column).text().
     [[nodiscard]] std::string text(int column);
+    void read_text(int column, std::string& into);
     void numbers(std::span<const int> columns, std::span<std::optional<double>> into);
 
     void add_new();

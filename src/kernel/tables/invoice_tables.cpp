@@ -64,6 +64,7 @@ store::Table ap_transaction_table() {
         .index({"fkey"})
         .index({"docno"})
         .index({"vendor_no", "paid", "void", "hold"})
+        .index_where_false({"paid", "void"}, {"vendor_no", "docno", "pay_item"})
         .index({"Currency", "paid"})
         .index({"invoice_no"});
 }

@@ -49,6 +49,11 @@ TableBuilder& TableBuilder::index(Names names) {
     return *this;
 }
 
+TableBuilder& TableBuilder::index_where_false(Names flags, Names names) {
+    table_.indexes.push_back({list_of(names), false, list_of(flags)});
+    return *this;
+}
+
 void add_tax_slots(TableBuilder& table) {
     using store::FieldType;
     constexpr int kSlots = 5;

@@ -48,6 +48,8 @@ class TableBuilder {
     TableBuilder& ordered_by(Names names);
     TableBuilder& single_row();
     TableBuilder& index(Names names);
+    // An index of the rows in which the flags are FALSE.
+    TableBuilder& index_where_false(Names flags, Names names);
 
     operator store::Table() const { return table_; }
 

@@ -52,9 +52,12 @@ std::string index_definition(const Table& table, const Index& index, std::size_t
     std::string fields;
     for (const std::string& field : index.fields)
         fields += (fields.empty() ? "" : ", ") + postgresql_name(field) + " NULLS FIRST";
-    return fmt::format("CREATE {}INDEX {} ON {} ({})", index.unique ? "UNIQUE " : "",
+    std::string rows;
+    for (const std::string& flag : index.only_where_false)
+        rows += (rows.empty() ? " WHERE " : " AND ") + postgresql_name(flag) + " = FALSE";
+    return fmt::format("CREATE {}INDEX {} ON {} ({}){}", index.unique ? "UNIQUE " : "",
                        postgresql_name(fmt::format("{}_index_{}", table.name, number)),
-                       postgresql_name(table.name), fields);
+                       postgresql_name(table.name), fields, rows);
 }
 
 // The number that the whole of a text is: the same texts that the store takes for numbers, and null for those

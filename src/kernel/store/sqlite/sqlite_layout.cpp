@@ -45,9 +45,12 @@ std::string index_definition(const Table& table, const Index& index, std::size_t
     std::string fields;
     for (const std::string& field : index.fields)
         fields += (fields.empty() ? "" : ", ") + sqlite_name(field);
-    return fmt::format("CREATE {}INDEX {} ON {} ({})", index.unique ? "UNIQUE " : "",
+    std::string rows;
+    for (const std::string& flag : index.only_where_false)
+        rows += (rows.empty() ? " WHERE " : " AND ") + sqlite_name(flag) + " = 0";
+    return fmt::format("CREATE {}INDEX {} ON {} ({}){}", index.unique ? "UNIQUE " : "",
                        sqlite_name(fmt::format("{}_index_{}", table.name, number)), sqlite_name(table.name),
-                       fields);
+                       fields, rows);
 }
 
 std::string text_column(sqlite3_stmt* statement, int column) {

@@ -1,0 +1,134 @@
+// What the vendor aging costs, from Find to the last row in the grid, against the bare query that reads the
+// same cells in the same order from the same file; and the most memory that the program had by then.
+//
+//   bench-list-aging [ITEMS] [FOLDER] [PAID...]
+//
+// PAID: so many items more that are paid and not listed.
+#include <fmt/format.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+#include "bare_connection.h"
+#include "bench_host.h"
+#include "company/create.h"
+#include "inquiries/apreport_aging.h"
+
+namespace {
+
+using brimley::bench::BareConnection;
+using brimley::bench::BenchHost;
+using brimley::bench::cpu_ms;
+using brimley::bench::must;
+
+constexpr int kVendors = 500;
+
+class Bare : public BareConnection {
+  public:
+    using BareConnection::BareConnection;
+
+    // Items of 500 vendors in turn, as the year brings them; the paid ones lie between the others.
+    void fill(int items, int paid) {
+        exec("BEGIN");
+        exec(
+            fmt::format("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < {}) INSERT "
+                        "INTO Vendor_table (vendor_no, VENDOR_NAME) SELECT printf('B%06d', i), 'Vendor no. ' "
+                        "|| i FROM n",
+                        kVendors));
+        exec(fmt::format(
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < {0}) INSERT INTO "
+            "AP_transaction_table (fkey, docno, doctype, company, vendor_no, invoice_no, invoice_date, "
+            "due_date, Currency, pay_item, gross_amount, open_amount, paid, void, hold, include_tax) SELECT "
+            "'1ip-' || i, 'IP-26-' || printf('%07d', i), 'ip', '1', printf('B%06d', 1 + (i + i / 10) * 7919 "
+            "% {1}), "
+            "'R-' || i, 2460760.5 + i % 300, 2460790.5 + i % 300, 'USD', '1', 100 + i % 900000 / 100.0, 100 "
+            "+ i % 900000 / 100.0, i * {2} % {0} < {2}, 0, 0, 0 FROM n",
+            items + paid, kVendors, paid));
+        exec("COMMIT");
+        exec("PRAGMA wal_checkpoint(TRUNCATE)");
+    }
+
+    int list() {
+        if (list_ == nullptr)
+            list_ = prepare(
+                "SELECT vendor_no, docno, invoice_no, invoice_date, due_date, pay_item, gross_amount, "
+                "open_amount, (2461121.5 - due_date) / 30 AS age_range FROM AP_transaction_table WHERE paid "
+                "= 0 AND void = 0 ORDER BY vendor_no, docno, pay_item");
+        return drain(list_);
+    }
+
+  private:
+    sqlite3_stmt* list_ = nullptr;
+};
+
+// Of both by turns, the medians of so many rounds.
+struct Medians {
+    double bare = 0;
+    double form = 0;
+};
+template <class BareWork, class FormWork>
+Medians medians_of(int rounds, const BareWork& bare_work, const FormWork& form_work) {
+    std::vector<double> bare;
+    std::vector<double> form;
+    for (int i = 0; i < rounds; ++i) {
+        const double start = cpu_ms();
+        bare_work();
+        const double between = cpu_ms();
+        form_work();
+        bare.push_back(between - start);
+        form.push_back(cpu_ms() - between);
+    }
+    std::sort(bare.begin(), bare.end());
+    std::sort(form.begin(), form.end());
+    return {bare[bare.size() / 2], form[form.size() / 2]};
+}
+
+double peak_megabytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+void measure(const std::string& company, int items, int paid) {
+    Bare bare(company);
+    bare.fill(items, paid);
+    BenchHost host(company);
+    host.ap.showform_APform_aging();
+    auto& form = *host.ap.frm_aging;
+    form.txtdate.set("22/03/2026");
+    must(form.press(104));
+    const int rows = bare.list();
+    if (form.dbgrid1.array.used_rows() != rows + kVendors)
+        throw std::runtime_error(
+            fmt::format("{} rows in the list, {} of the query", form.dbgrid1.array.used_rows(), rows));
+    const int rounds = items > 100'000 ? 3 : brimley::bench::kRounds;
+    const Medians ms = medians_of(
+        rounds, [&] { static_cast<void>(bare.list()); }, [&] { must(form.press(104)); });
+    fmt::print("{} items, {} paid ones: bare {:.1f} ms, form {:.1f} ms, ratio {:.2f}, peak {:.0f} MB\n", rows,
+               paid, ms.bare, ms.form, ms.form / ms.bare, peak_megabytes());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int items = argc > 1 ? std::atoi(argv[1]) : 1'000'000;
+    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
+    std::vector<int> sizes;
+    for (int i = 3; i < argc; ++i)
+        sizes.push_back(std::atoi(argv[i]));
+    if (sizes.empty()) sizes = {0};
+    const std::string company = (folder / "bench-list-aging.brimley").string();
+    const auto remove = [&] {
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(company + suffix);
+    };
+    for (const int paid : sizes) {
+        remove();
+        brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
+        measure(company, items, paid);
+    }
+    remove();
+    return 0;
+}
