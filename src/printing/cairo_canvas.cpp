@@ -54,7 +54,7 @@ class CairoCanvas::Pages {
         cairo_set_source_rgb(drawing_.get(), part(0), part(8), part(16));
     }
     void text(const Rectangle& rectangle, double hpos, std::string_view text) {
-        if (set_letters(text))
+        if (set_letters(text, rectangle.width))
             draw_letters(rectangle, hpos, text);
         else
             draw_shaped(rectangle, hpos, clean_text(text, kTextMost));
@@ -113,13 +113,14 @@ class CairoCanvas::Pages {
 
     // --- letters of the font itself, one by one ---
 
-    // Takes the text letter by letter. False when it holds anything but plain letters of the font.
-    [[nodiscard]] bool set_letters(std::string_view text) {
-        if (text.size() > kTextMost || !font_->ellipsis().known) return false;
+    // Takes the text letter by letter until the room is used up. False when anything but a plain letter of
+    // the font comes before.
+    [[nodiscard]] bool set_letters(std::string_view text, double room) {
+        if (!font_->ellipsis().known) return false;
         glyphs_.clear();
         width_ = 0;
-        for (const char byte : text) {
-            const Letter& letter = font_->letter(byte);
+        for (std::size_t i = 0; i < text.size() && width_ <= room; ++i) {
+            const Letter& letter = font_->letter(text[i]);
             if (!letter.known) return false;
             put(letter);
         }
@@ -130,8 +131,8 @@ class CairoCanvas::Pages {
         width_ += letter.advance;
     }
     void draw_letters(const Rectangle& rectangle, double hpos, std::string_view text) {
-        letters_.assign(text);
-        clusters_.assign(text.size(), {1, 1});
+        letters_.assign(text.substr(0, glyphs_.size()));
+        clusters_.assign(glyphs_.size(), {1, 1});
         if (width_ > rectangle.width) cut_letters(rectangle.width);
         const double x = start(rectangle, hpos, width_);
         const double y = baseline(rectangle);
@@ -169,6 +170,7 @@ class CairoCanvas::Pages {
         cairo_set_scaled_font(drawing_.get(), font_->scaled());
         underline(x, y, width);
     }
+
     const bool landscape_;
     const double rect_height_;
     cairo_matrix_t turn_{1, 0, 0, 1, 0, 0};
