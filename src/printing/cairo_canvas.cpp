@@ -73,13 +73,16 @@ class CairoCanvas::Pages {
     void new_page() {
         cairo_show_page(drawing_.get());
         must_be_well(cairo_status(drawing_.get()));
+        must_be_written();
     }
     void finish() {
         new_page();
         drawing_.reset();
         cairo_surface_finish(surface_.get());
         must_be_well(cairo_surface_status(surface_.get()));
-        if (std::fclose(file_.release()) != 0) must_be_well(CAIRO_STATUS_WRITE_ERROR);
+        std::fflush(file_.get());
+        must_be_written();
+        file_.reset();
     }
 
   private:
@@ -89,6 +92,10 @@ class CairoCanvas::Pages {
     }
     static void must_be_well(cairo_status_t status) {
         if (status != CAIRO_STATUS_SUCCESS) throw std::runtime_error(cairo_status_to_string(status));
+    }
+    // Cairo may forget that a part of the file could not be written.
+    void must_be_written() const {
+        if (std::ferror(file_.get()) != 0) must_be_well(CAIRO_STATUS_WRITE_ERROR);
     }
     // Cairo counts from the upper edge.
     [[nodiscard]] double down(double y) const { return rect_height_ - y; }
@@ -167,7 +174,6 @@ class CairoCanvas::Pages {
         const double y = baseline(rectangle);
         cairo_move_to(drawing_.get(), x, y);
         pango_cairo_show_layout_line(drawing_.get(), pango_layout_get_line_readonly(layout, 0));
-        cairo_set_scaled_font(drawing_.get(), font_->scaled());
         underline(x, y, width);
     }
 

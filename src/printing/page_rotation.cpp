@@ -24,6 +24,7 @@ struct PageTree {
 
 PageTree turned_page_tree(const std::string& path, int degrees) {
     QPDF file;
+    file.setAttemptRecovery(false);
     file.processFile(path.c_str());
     QPDFObjectHandle trailer = file.getTrailer();
     QPDFObjectHandle pages = file.getRoot().getKey("/Pages");

@@ -61,9 +61,10 @@ int PdfFile::rotation(int page) const {
 std::vector<PdfWord> PdfFile::words(int page) const {
     const OpenPage opened(path_, page);
     std::vector<PdfWord> words;
-    for (const poppler::text_box& box : opened.page->text_list()) {
+    for (const poppler::text_box& box : opened.page->text_list(poppler::page::text_list_include_font)) {
         const poppler::rectf place = box.bbox();
-        words.push_back({utf8(box.text()), place.left(), place.top(), place.right(), place.bottom()});
+        words.push_back({utf8(box.text()), place.left(), place.top(), place.right(), place.bottom(),
+                         box.get_font_name(), box.get_font_size()});
     }
     return words;
 }
@@ -71,7 +72,7 @@ std::vector<PdfWord> PdfFile::words(int page) const {
 PdfWord PdfFile::word(const std::string& text, int page) const {
     for (const PdfWord& word : words(page))
         if (word.text == text) return word;
-    return {"not found", 0, 0, 0, 0};
+    return {"not found", 0, 0, 0, 0, "", 0};
 }
 
 std::string PdfFile::text(int page) const {

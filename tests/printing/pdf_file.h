@@ -10,6 +10,10 @@ namespace brimley::testing {
 struct PdfWord {
     std::string text;
     double left, top, right, bottom;
+    std::string font;  // of its first letter
+    double size;
+
+    [[nodiscard]] double width() const { return right - left; }
 };
 
 struct PdfFont {

@@ -15,6 +15,7 @@
 namespace brimley::testing {
 
 using printing::write_report;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -94,6 +95,45 @@ TEST_F(ReportFiles, EveryFontOfTheGridIsEmbedded) {
         EXPECT_TRUE(font.embedded && font.subset) << font.name;
     EXPECT_THAT(file.text(), HasSubstr("r0c3"));
     EXPECT_THAT(file.faults(), IsEmpty());
+}
+
+TEST_F(ReportFiles, FontsHaveTheirSizeAndStyle) {
+    SmallReport small(1);
+    small.report.format.use_grid_font = true;
+    small.columns()[0].font = {"Arial", 7, true, false, false};
+    small.columns()[1].font = {"Arial", 14, false, true, false};
+    small.columns()[2].font = {"Loma", 11, true, true, false};
+    const PdfFile file = written(small);
+    EXPECT_THAT(file.word("r0c0").font, EndsWith("+LiberationSans-Bold"));
+    EXPECT_THAT(file.word("r0c1").font, EndsWith("+LiberationSans-Italic"));
+    EXPECT_THAT(file.word("r0c2").font, EndsWith("+Loma-BoldOblique"));
+    EXPECT_THAT(file.word("r0c3").font, EndsWith("+LiberationSans"));
+    EXPECT_NEAR(file.word("r0c0").size, 7, 0.1);
+    EXPECT_NEAR(file.word("r0c1").size, 14, 0.1);
+}
+
+TEST_F(ReportFiles, FontOfACellComesBackAfterOneThatNeedsAnother) {
+    const PdfFile file = with_cell("中文");
+    EXPECT_THAT(file.word("中文").font, Not(HasSubstr("Liberation")));
+    EXPECT_THAT(file.word("r0c1").font, EndsWith("+LiberationSans"));
+}
+
+TEST_F(ReportFiles, LettersAreSetOneByOneInAnyText) {
+    for (const std::string end : {"", "É"}) {
+        const double kerned = with_cell("AVAVAVAV" + end).word("AVAVAVAV" + end).width();
+        const double plain = with_cell("AAAAVVVV" + end).word("AAAAVVVV" + end).width();
+        EXPECT_NEAR(kerned, plain, 0.05) << end;
+    }
+}
+
+TEST_F(ReportFiles, ManyTextsThatNeedShapingAreAllThere) {
+    SmallReport small(2525);
+    for (int row = 0; row < 2525; ++row)
+        small.list.set(row, 1, fmt::format("ไทย{}", row % 2500));
+    const PdfFile file = written(small);
+    EXPECT_THAT(file.text(0), HasSubstr("ไทย24"));
+    EXPECT_THAT(file.text(99), HasSubstr("ไทย2499"));
+    EXPECT_THAT(file.text(100), HasSubstr("ไทย24"));
 }
 
 TEST_F(ReportFiles, UnderlinedTextHasALineBelow) {
@@ -324,17 +364,21 @@ class FullDisk {
     rlimit before_{};
 };
 
-TEST_F(ReportFiles, FullDiskLeavesNothing) {
+TEST_F(ReportFiles, FullDiskLeavesNothingWhereverItsRoomEnds) {
     SmallReport small(300);
-    small.report.format.portrait = false;
-    const PdfFile whole = written(small, "whole");
-    const auto size = whole.bytes().size();
-    std::filesystem::remove(folder.file("whole.pdf"));
-    std::filesystem::remove(folder.file("whole_L.pdf"));
-    for (const std::size_t room : {std::size_t{0}, size / 2, size - 400, size - 1}) {
-        const FullDisk disk(room);
-        EXPECT_FALSE(write_report(small.report, folder.file("report")).written) << room;
-        EXPECT_THAT(files(), IsEmpty());
+    for (const bool portrait : {true, false}) {
+        small.report.format.portrait = portrait;
+        const std::size_t size = written(small).bytes().size();
+        for (const auto& name : files())
+            std::filesystem::remove(folder.file(name));
+        std::vector<std::size_t> rooms{size - 1};
+        for (std::size_t room = 0; room < size; room += 2500)
+            rooms.push_back(room);
+        for (const std::size_t room : rooms) {
+            const FullDisk disk(room);
+            EXPECT_FALSE(write_report(small.report, folder.file("report")).written) << room;
+            EXPECT_THAT(files(), IsEmpty());
+        }
     }
 }
 
