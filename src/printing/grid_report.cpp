@@ -168,7 +168,6 @@ class ReportPages {
 
     void draw_part(const Part& part) {
         const LaidOutGrid& grid = grids_[part.grid];
-        use_format_font();
         draw_column_visible_header(grid, part.place.header_top());
         acrobat_report_details(grid, part);
         use_format_font();
@@ -213,7 +212,6 @@ class ReportPages {
     void close_page() {
         const Rectangle number{page_.right - kPageNumberWidth, page_.bottom - 2 * page_.row_height,
                                kPageNumberWidth, page_.row_height};
-        use_format_font();
         canvas_.text(number, kRight, fmt::format("{}/{}", ++page_number_, total_pages_));
     }
 

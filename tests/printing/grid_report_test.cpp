@@ -237,6 +237,14 @@ TEST(ColumnDividers, StandAtEachColumnAndAfterTheLastFromTheHeaderToTheLastRow) 
     EXPECT_THAT(places, ElementsAre(50, 100, 200, 350, 550));
 }
 
+TEST(ColumnDividers, HaveTheFormatsColourWhateverTheColumnsHave) {
+    SmallReport small(1);
+    small.report.format.column_divider = small.report.format.use_grid_font = true;
+    small.columns()[3].font_colour = controls::rgb(255, 0, 0);
+    for (const DrawnLine& divider : dividers(drawn(small.report)[0]))
+        EXPECT_EQ(divider.colour, small.report.format.font_colour);
+}
+
 TEST(ColumnDividers, StandOnEveryPage) {
     SmallReport small(26);
     small.report.format.column_divider = true;
@@ -401,8 +409,11 @@ TEST(ReportColumns, AreTakenFromTheGridAsItShowsThem) {
 
 class SecondGrid : public ::testing::Test {
   protected:
+    double bottom_margin = 142;
+
     std::vector<DrawnPage> pages(int first_rows, int second_rows) {
         SmallReport small(first_rows);
+        small.report.format.bottom_margin = bottom_margin;
         SmallReport::fill(small.second_list, second_rows, "s");
         small.report.grids.push_back({small.columns(), &small.second_list});
         small.report.grids[1].columns[0].caption = "second";
@@ -427,6 +438,13 @@ TEST_F(SecondGrid, TakesANewPageWhenNotEvenItsFirstRowHasRoom) {
     ASSERT_EQ(drawn_pages.size(), 2U);
     EXPECT_EQ(drawn_pages[1].find("sr0c0").rectangle.y, 637);
     EXPECT_THAT(drawn_pages[1].words(), Contains("Brimley Trading"));
+}
+
+TEST_F(SecondGrid, FirstRowMayStandOnTheBottom) {
+    bottom_margin = 152;
+    EXPECT_EQ(pages(21, 1).size(), 1U);
+    bottom_margin = 152.1;
+    EXPECT_EQ(pages(21, 1).size(), 2U);
 }
 
 TEST_F(SecondGrid, GoesOnOverPagesThatCountInTheTotal) {
