@@ -15,9 +15,12 @@ controls::DayTexts user_day_texts(std::string date_format) {
     return {written, read};
 }
 
-controls::DaySpan year_of(store::DateTime moment) {
-    return {store::DateTime::from_ymd(moment.year(), 1, 1).value().day,
-            store::DateTime::from_ymd(moment.year(), 12, 31).value().day};
+controls::DaySpan year_up_to(store::DateTime moment) {
+    const int year_before = moment.year() - 1;
+    const auto same_day = store::DateTime::from_ymd(year_before, moment.month(), moment.day_of_month());
+    // Only the 29th of February may be missing.
+    const auto before_first = same_day ? same_day : store::DateTime::from_ymd(year_before, 2, 28);
+    return {before_first.value().day + 1, moment.day};
 }
 
 }  // namespace brimley::presentation

@@ -10,7 +10,8 @@ namespace brimley::presentation {
 
 // In the user's date format, such as dd/mm/yyyy.
 [[nodiscard]] controls::DayTexts user_day_texts(std::string date_format);
-// The calendar year of this moment: what a date range shows before anybody has typed into it.
-[[nodiscard]] controls::DaySpan year_of(store::DateTime moment);
+// The twelve months that end with the day of this moment: what a date range shows before anybody has typed
+// into it.
+[[nodiscard]] controls::DaySpan year_up_to(store::DateTime moment);
 
 }  // namespace brimley::presentation

@@ -24,8 +24,8 @@ class DateRanges : public ::testing::Test {
     }
 
     controls::ControlSet set;
-    controls::DateRange range{set, "cal1", presentation::user_day_texts("mm/dd/yyyy"),
-                              presentation::year_of(store::DateTime::from_ymd(2028, 2, 29).value())};
+    controls::DateRange range{
+        set, "cal1", presentation::user_day_texts("mm/dd/yyyy"), {day(2028, 1, 1), day(2028, 12, 31)}};
     int changes = 0;
 };
 
@@ -72,6 +72,16 @@ TEST_F(DateRanges, TypingIntoALockedHiddenOrDisabledRangeIsRefused) {
     EXPECT_EQ(range.type("03/04/2026", "12/25/2026"), Refusal::hidden);
     EXPECT_EQ(range.shown(), "01/01/2028 - 12/31/2028");
     EXPECT_EQ(changes, 0);
+}
+
+TEST(YearUpTo, EndsWithTheDayAndBeginsAfterTheSameDayAYearBefore) {
+    const auto year_up_to = [](int year, int month, int day_of_month) {
+        return presentation::year_up_to(store::DateTime::from_ymd(year, month, day_of_month).value());
+    };
+    EXPECT_EQ(year_up_to(2026, 6, 30), (controls::DaySpan{day(2025, 7, 1), day(2026, 6, 30)}));
+    EXPECT_EQ(year_up_to(2026, 12, 31), (controls::DaySpan{day(2026, 1, 1), day(2026, 12, 31)}));
+    EXPECT_EQ(year_up_to(2028, 2, 29), (controls::DaySpan{day(2027, 3, 1), day(2028, 2, 29)}));
+    EXPECT_EQ(year_up_to(2029, 2, 28), (controls::DaySpan{day(2028, 2, 29), day(2029, 2, 28)}));
 }
 
 }  // namespace brimley::testing

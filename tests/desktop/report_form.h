@@ -37,8 +37,7 @@ class ReportForm : public frame::Form {
   public:
     ReportForm(const frame::HostContext& host, frame::Desk& desk)
         : Form(kReportForm, host, nullptr, desk),
-          cal1(controls_, "cal1", presentation::user_day_texts(host.BRIMLEY_DATE_FORMAT),
-               presentation::year_of(desk.now())) {}
+          cal1(controls_, "cal1", presentation::user_day_texts(host.BRIMLEY_DATE_FORMAT), whole_year()) {}
 
     controls::TextField txtinvno{controls_, "txtinvno"};
     controls::DateRange cal1;
@@ -47,6 +46,12 @@ class ReportForm : public frame::Form {
     controls::PushButton cmdsave{controls_, "cmdsave", "Save"};
     controls::ProgressBar Progress1{controls_, "Progress1"};
     controls::Frame frame_status{controls_, "frame_status"};
+
+  private:
+    static controls::DaySpan whole_year() {
+        return {store::DateTime::from_ymd(2026, 1, 1).value().day,
+                store::DateTime::from_ymd(2026, 12, 31).value().day};
+    }
 
   protected:
     void Form_Load() override {
