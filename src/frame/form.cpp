@@ -176,6 +176,11 @@ void Form::init_fontcolor() {
     }
 }
 
+std::string Form::recent_value(std::string_view control_name) {
+    return kernel().look_up_text(
+        "Recent_value_table", {{"form_name", identity_.class_name}, {"control_name", control_name}}, "Value");
+}
+
 void Form::save_recent_value(std::string_view control_name, std::string_view value) {
     step("save_recent_value", [&] {
         auto row = kernel().find_to_change(

@@ -97,7 +97,9 @@ class Form : public std::enable_shared_from_this<Form> {
     void save_form_property();
     void set_BRIMLEY_COLOR();
     void init_fontcolor();
-    // Writes the remembered value of a control of this form; a row that does not exist is not made.
+    // The remembered value of a control of this form; empty when there is none.
+    [[nodiscard]] std::string recent_value(std::string_view control_name);
+    // Writes it; a row that does not exist is not made.
     void save_recent_value(std::string_view control_name, std::string_view value);
     // Commands that are the same on every form: Exit, help, About, masters, toolbar text. False when the id
     // is none of them.

@@ -30,6 +30,7 @@ class APform_void_check;
 }  // namespace brimley::payments
 namespace brimley::inquiries {
 class APreport_aging;
+class APreport_inquiry;
 }  // namespace brimley::inquiries
 namespace brimley::kernel {
 class ModuleG3;
@@ -136,6 +137,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<payments::APform_misc_payment> frm_misc;
     std::shared_ptr<payments::APform_void_check> frm_void_check;
     std::shared_ptr<inquiries::APreport_aging> frm_aging;
+    std::shared_ptr<inquiries::APreport_inquiry> frm_inquiry;
 
   private:
     // One of the forward methods.

@@ -1,6 +1,7 @@
 // The host's methods of the inquiries.
 #include "host/form_slot.h"
 #include "inquiries/apreport_aging.h"
+#include "inquiries/apreport_inquiry.h"
 
 namespace brimley::host {
 
@@ -12,6 +13,11 @@ void APclass::showform_APform_aging(const std::optional<std::string>& overdue) {
     });
 }
 
+void APclass::showform_APform_inquiry() {
+    FormSlot(*this, frm_inquiry).show(&APclass::frm_inquiry_NotifyClients);
+}
+
 void APclass::frm_aging_Exit() { FormSlot(*this, frm_aging).exit(); }
+void APclass::frm_inquiry_Exit() { FormSlot(*this, frm_inquiry).exit(); }
 
 }  // namespace brimley::host
