@@ -355,6 +355,7 @@ void FormWindow::form_has_closed() {
     hide();
     if (own_pane_ != nullptr) {
         setParent(nullptr);  // the pane goes, and the window sees to its own end
+        own_pane_->hide();
         own_pane_->deleteLater();
         own_pane_ = nullptr;
     }

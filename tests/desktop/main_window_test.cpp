@@ -1,10 +1,12 @@
 // The window around the forms: companies, and what it answers to the requests of a form.
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
@@ -19,6 +21,7 @@
 #include "desktop/main_window.h"
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
+#include "inquiries/apreport_aging.h"
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 
@@ -280,6 +283,71 @@ TEST_F(Host, PdfThatIsNotThereIsToldInItsWindow) {
     auto* const viewer = newest<desktop::PdfWindow>();
     ASSERT_NE(viewer, nullptr);
     EXPECT_EQ(viewer->findChild<QLabel*>()->text(), "/nowhere/Help/AP Invoice Entry Help.pdf is not there.");
+}
+
+TEST_F(Host, ReportIsWrittenIntoTheUsersFolderAndOpensInAWindow) {
+    save_invoice();
+    ASSERT_TRUE(window->show_form("APreport_aging"));
+    auto& list = *window->desk().windows().back();
+    list.press(104);
+    list.press(103);
+    EXPECT_EQ(newest<desktop::PdfWindow>(), nullptr);  // nobody has set up the page
+    list.press(102);
+    auto& save = dynamic_cast<controls::PushButton&>(*list.form().child()->controls().find("cmdsave"));
+    ASSERT_EQ(save.click(), controls::Refusal::none);
+    list.press(103);
+    EXPECT_EQ(boxes, std::vector<std::string>{"Save format complete"});
+    auto* const viewer = newest<desktop::PdfWindow>();
+    ASSERT_NE(viewer, nullptr);
+    EXPECT_EQ(viewer->windowTitle(), "Preview Vendor Aging");
+    EXPECT_EQ(viewer->pages(), 1);
+    // A page that nobody has turned is a landscape one, and has its twin.
+    const QDir reports(QString::fromStdString(folder.file("User report/anna")));
+    const QStringList files = reports.entryList(QDir::Files, QDir::Name);
+    ASSERT_EQ(files.size(), 2);
+    EXPECT_TRUE(files[0].startsWith("vendor_aging"));
+    EXPECT_TRUE(files[1].endsWith("_L.pdf"));
+}
+
+// Watches a bar at every moment in which the window is let go on.
+class ProgressSeen {
+  public:
+    explicit ProgressSeen(const QProgressBar& bar) : bar_(bar) {
+        timer_.callOnTimeout([this] {
+            if (bar_.isVisible()) values_.insert(bar_.value());
+        });
+        timer_.start(0);
+    }
+    [[nodiscard]] const std::set<int>& values() const { return values_; }
+
+  private:
+    const QProgressBar& bar_;
+    QTimer timer_;
+    std::set<int> values_;
+};
+
+TEST_F(Host, ProgressIsSeenWhileAListFills) {
+    window->ap()->dbe->BeginTrans();
+    auto items = window->ap()->abcdb->OpenRecordset("SELECT * FROM AP_transaction_table WHERE 1 = 2",
+                                                    store::RecordsetKind::dynaset);
+    for (int i = 0; i < 3'000; ++i) {
+        items.AddNew();
+        items.set("vendor_no", "V1001");
+        items.set("docno", std::to_string(i));
+        items.Update();
+    }
+    window->ap()->dbe->CommitTrans();
+    ASSERT_TRUE(window->show_form("APreport_aging"));
+    auto& list = *window->desk().windows().back();
+    auto& form = *window->ap()->frm_aging;
+    const auto& bar = dynamic_cast<QProgressBar&>(*list.widget(form.Progress1));
+    EXPECT_FALSE(bar.isVisible());
+    const ProgressSeen seen(bar);
+    list.press(104);
+    list.settle();
+    EXPECT_EQ(form.dbgrid1.array.used_rows(), 3'001);
+    EXPECT_GE(seen.values().size(), 4U);
+    EXPECT_FALSE(bar.isVisible());
 }
 
 TEST_F(Host, PayThisInvoiceOpensThePaymentAtTheVendor) {

@@ -143,6 +143,38 @@ class Photographer {
         take("void-check");
     }
 
+    // Due at different times, so that in three months they have different ages.
+    void aging() {
+        window_.show_form("APform_invoice");
+        const char* const invoices[][3] = {{"CGB-7711", "V1002", "Net 60 days"},
+                                           {"CGB-7725", "V1002", "Due on receipt"},
+                                           {"TP-3304", "V1004", "Net 30 days"}};
+        for (const auto& [number, vendor, term] : invoices) {
+            press(105);
+            enter_invoice(number, vendor, term);
+            press(101);
+        }
+        window_.show_form("APreport_aging");
+        auto& as_of = control<controls::DateField>("txtdate");
+        must(as_of.type(in_days(75)), "txtdate");
+        press(104);
+        take("vendor-aging");
+        press(124);
+        take("print-columns");
+        press(124);
+    }
+
+    void aging_report() {
+        desktop::FormWindow& list = form();
+        list.press(102);
+        set_up_page(*list.form().child());
+        take("page-setup");
+        must(list.form().close_child(), "Form_report_format");
+        list.press(103);
+        QApplication::processEvents();
+        take("vendor-aging-report");
+    }
+
     void dark() {
         desktop::use_theme(desktop::Theme::dark);
         window_.show_form("APform_invoice");
@@ -164,6 +196,9 @@ class Photographer {
     void must(Refusal refusal, const char* what) {
         if (refusal != Refusal::none) throw std::runtime_error(std::string("refused: ") + what);
     }
+    static std::string in_days(int days) {
+        return QDate::currentDate().addDays(days).toString("dd/MM/yyyy").toStdString();
+    }
     template <class Kind = controls::ComboBox>
     Kind& control(const char* name) {
         return dynamic_cast<Kind&>(*form().form().controls().find(name));
@@ -177,11 +212,28 @@ class Photographer {
         auto& grid = control<controls::Grid>("dbgrid1");
         must(grid.visit_cell(row, grid.get_column(caption)), caption);
     }
-    void enter_invoice(const char* number, const char* vendor) {
+    void set_up_page(frame::Form& page_setup) {
+        const auto setup = [&](const char* name, const char* text) {
+            controls::Control& field = *page_setup.controls().find(name);
+            if (auto* const combo = dynamic_cast<controls::ComboBox*>(&field))
+                must(combo->type(text), name);
+            else
+                must(dynamic_cast<controls::TextField&>(field).type(text), name);
+        };
+        setup("cmbpaper", "A4 (210x297 mm)");
+        setup("cmborient", "Landscape");
+        setup("cmbfont_size_print", "8");
+        setup("cmbrow_hi", "12");
+        for (const char* const margin : {"txttop", "txtbottom", "txtleft", "txtright"})
+            setup(margin, "15");
+        setup("cmbback_color", "f0f8ff");
+        must(dynamic_cast<controls::PushButton&>(*page_setup.controls().find("cmdsave")).click(), "cmdsave");
+    }
+    void enter_invoice(const char* number, const char* vendor, const char* term = "2% 10 days, net 30") {
         type("cmbdoctype", "Invoice");
         type("cmbvendor", vendor);
         must(control<controls::TextField>("txtinvno").type(number), "txtinvno");
-        type("cmbterm", "2% 10 days, net 30");
+        type("cmbterm", term);
         cell(0, "description", "Green coffee, 20 bags");
         cell(0, "purchase account", "5000");
         cell(0, "tax code", "STACK");
@@ -229,6 +281,8 @@ int main(int argc, char** argv) {
         photographer.card_payment();
         photographer.misc_payment();
         photographer.void_check();
+        photographer.aging();
+        photographer.aging_report();
         photographer.dark();
     } catch (const std::exception& failure) {
         std::cerr << "brimley-screenshots: " << failure.what() << '\n';
