@@ -50,6 +50,9 @@ class CairoCanvas::Pages {
         use(*fonts_.back());
     }
     void set_colour(Colour colour) {
+        if (colour == colour_) return;
+        show_letters();
+        colour_ = colour;
         const auto part = [&](int shift) { return static_cast<double>(colour >> shift & 0xFF) / 255; };
         cairo_set_source_rgb(drawing_.get(), part(0), part(8), part(16));
     }
@@ -60,17 +63,20 @@ class CairoCanvas::Pages {
             draw_shaped(rectangle, hpos, clean_text(text, kTextMost));
     }
     void fill(const Rectangle& rectangle) {
+        show_letters();
         cairo_rectangle(drawing_.get(), rectangle.x, down(rectangle.top()), rectangle.width,
                         rectangle.height);
         cairo_fill(drawing_.get());
     }
     void line(double line_width, double x1, double y1, double x2, double y2) {
+        show_letters();
         cairo_set_line_width(drawing_.get(), line_width);
         cairo_move_to(drawing_.get(), x1, down(y1));
         cairo_line_to(drawing_.get(), x2, down(y2));
         cairo_stroke(drawing_.get());
     }
     void new_page() {
+        show_letters();
         cairo_show_page(drawing_.get());
         must_be_well(cairo_status(drawing_.get()));
         must_be_written();
@@ -101,6 +107,7 @@ class CairoCanvas::Pages {
     [[nodiscard]] double down(double y) const { return rect_height_ - y; }
 
     void use(const SetFont& font) {
+        show_letters();
         font_ = &font;
         cairo_set_scaled_font(drawing_.get(), font.scaled());
     }
@@ -114,6 +121,7 @@ class CairoCanvas::Pages {
     }
     void underline(double x, double y, double width) {
         if (!font_->underlined()) return;
+        show_letters();
         cairo_rectangle(drawing_.get(), x, y + font_->underline_below(), width, font_->underline_thickness());
         cairo_fill(drawing_.get());
     }
@@ -124,50 +132,59 @@ class CairoCanvas::Pages {
     // the font comes before.
     [[nodiscard]] bool set_letters(std::string_view text, double room) {
         if (!font_->ellipsis().known) return false;
-        glyphs_.clear();
+        letters_.clear();
         width_ = 0;
         for (std::size_t i = 0; i < text.size() && width_ <= room; ++i) {
             const Letter& letter = font_->letter(text[i]);
             if (!letter.known) return false;
-            put(letter);
+            letters_.push_back(&letter);
+            width_ += letter.advance;
         }
         return true;
     }
-    void put(const Letter& letter) {
-        glyphs_.push_back({letter.glyph, width_, 0});
-        width_ += letter.advance;
-    }
     void draw_letters(const Rectangle& rectangle, double hpos, std::string_view text) {
-        letters_.assign(text.substr(0, glyphs_.size()));
-        clusters_.assign(glyphs_.size(), {1, 1});
-        if (width_ > rectangle.width) cut_letters(rectangle.width);
+        const bool cut = width_ > rectangle.width;
+        if (cut) make_room_for_ellipsis(rectangle.width);
         const double x = start(rectangle, hpos, width_);
         const double y = baseline(rectangle);
-        for (cairo_glyph_t& glyph : glyphs_) {
-            glyph.x += x;
-            glyph.y = y;
-        }
-        cairo_show_text_glyphs(drawing_.get(), letters_.data(), static_cast<int>(letters_.size()),
-                               glyphs_.data(), static_cast<int>(glyphs_.size()), clusters_.data(),
-                               static_cast<int>(clusters_.size()), cairo_text_cluster_flags_t{});
+        double at = x;
+        for (std::size_t i = 0; i < letters_.size(); ++i)
+            at = put(*letters_[i], cut && i + 1 == letters_.size() ? kEllipsis : text.substr(i, 1), at, y);
         underline(x, y, width_);
     }
     // Takes letters away until the ellipsis has room, which stands there in any case.
-    void cut_letters(double room) {
-        while (!glyphs_.empty() && width_ + font_->ellipsis().advance > room) {
-            width_ = glyphs_.back().x;
-            glyphs_.pop_back();
+    void make_room_for_ellipsis(double room) {
+        const Letter& ellipsis = font_->ellipsis();
+        while (!letters_.empty() && width_ + ellipsis.advance > room) {
+            width_ -= letters_.back()->advance;
+            letters_.pop_back();
         }
-        letters_.resize(glyphs_.size());
-        letters_ += kEllipsis;
-        clusters_.assign(glyphs_.size(), {1, 1});
-        clusters_.push_back({static_cast<int>(kEllipsis.size()), 1});
-        put(font_->ellipsis());
+        letters_.push_back(&ellipsis);
+        width_ += ellipsis.advance;
+    }
+    double put(const Letter& letter, std::string_view character, double x, double y) {
+        waiting_text_ += character;
+        waiting_glyphs_.push_back({letter.glyph, x, y});
+        waiting_clusters_.push_back({static_cast<int>(character.size()), 1});
+        return x + letter.advance;
+    }
+    // Cairo takes longest over many short texts. So letters of one font and colour wait for each other until
+    // anything else is drawn.
+    void show_letters() {
+        if (waiting_glyphs_.empty()) return;
+        cairo_show_text_glyphs(drawing_.get(), waiting_text_.data(), static_cast<int>(waiting_text_.size()),
+                               waiting_glyphs_.data(), static_cast<int>(waiting_glyphs_.size()),
+                               waiting_clusters_.data(), static_cast<int>(waiting_clusters_.size()),
+                               cairo_text_cluster_flags_t{});
+        waiting_text_.clear();
+        waiting_glyphs_.clear();
+        waiting_clusters_.clear();
     }
 
     // --- any other text ---
 
     void draw_shaped(const Rectangle& rectangle, double hpos, const std::string& text) {
+        show_letters();
         PangoLayout* const layout = shaped_.shape(shaper_, *font_, text, rectangle.width);
         const double width = width_of(layout);
         const double x = start(rectangle, hpos, width);
@@ -188,11 +205,15 @@ class CairoCanvas::Pages {
     const SetFont* font_ = nullptr;
     ShapedTexts shaped_;
 
-    // The text being drawn; kept for the memory that they hold.
-    std::string letters_;
-    std::vector<cairo_glyph_t> glyphs_;
-    std::vector<cairo_text_cluster_t> clusters_;
+    Colour colour_ = 0;
+
+    // The text that is being set.
+    std::vector<const Letter*> letters_;
     double width_ = 0;
+    // What is not drawn yet.
+    std::string waiting_text_;
+    std::vector<cairo_glyph_t> waiting_glyphs_;
+    std::vector<cairo_text_cluster_t> waiting_clusters_;
 };
 
 CairoCanvas::CairoCanvas(const std::string& path, PageSize page, Orientation orientation)
