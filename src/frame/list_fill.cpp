@@ -13,17 +13,17 @@ constexpr int kRowsBetweenPauses = 500;
 
 }  // namespace
 
-void ListFill::clear() {
+void ListFill::start() {
     grid_.array.dimension(kRowsMin);
     grid_.go_to(0, 0);
     vendor_names_.clear();
-}
-
-void ListFill::start(std::int64_t count) {
-    count_ = count;
-    shown_ = 0;
     progress_.set(0);
     progress_.set_visible(true);
+}
+
+void ListFill::expect(std::int64_t count) {
+    count_ = count;
+    shown_ = 0;
     grid_.array.dimension(rows_for(static_cast<int>(count)));
 }
 

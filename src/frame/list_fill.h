@@ -23,11 +23,11 @@ class ListFill : public FormPart {
     // is called. Errors are ignored.
     template <class Begin, class Show, class End>
     void run(const std::string& query, Begin&& begin, Show&& show, End&& end) {
-        clear();
+        start();
         step("assign2_dbgrid1", [&] {
             auto rows = kernel().read_long(query);
             if (rows.at_eof()) return;
-            start(rows.RecordCount());
+            expect(rows.RecordCount());
             begin(rows);
             int row = 0;
             for (; !rows.at_eof(); rows.MoveNext()) {
@@ -47,8 +47,9 @@ class ListFill : public FormPart {
     [[nodiscard]] const std::string& vendor_name(const std::string& vendor_no);
 
   private:
-    void clear();
-    void start(std::int64_t count);
+    void start();
+    // So many rows will come.
+    void expect(std::int64_t count);
     void note_progress(int row);
     void finish();
 
