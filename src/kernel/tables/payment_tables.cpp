@@ -54,7 +54,7 @@ store::Table payment_transaction_table() {
         .yes_no({"void"})
         .ordered_by({"fkey", "item_no"})
         .index({"fkey"})
-        .index({"company", "invoice_no"})
+        .index({"invoice_no", "company"})
         .index({"ap_docno"})
         .index({"vendor_no"});
 }
