@@ -31,6 +31,7 @@ class APform_void_check;
 namespace brimley::inquiries {
 class APreport_aging;
 class APreport_inquiry;
+class APreport_payhistory;
 }  // namespace brimley::inquiries
 namespace brimley::kernel {
 class ModuleG3;
@@ -138,6 +139,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<payments::APform_void_check> frm_void_check;
     std::shared_ptr<inquiries::APreport_aging> frm_aging;
     std::shared_ptr<inquiries::APreport_inquiry> frm_inquiry;
+    std::shared_ptr<inquiries::APreport_payhistory> frm_payhistory;
 
   private:
     // One of the forward methods.

@@ -4,7 +4,6 @@
 
 namespace brimley::host {
 
-void APclass::showform_APform_payhistory(const std::optional<std::string>&) {}
 void APclass::showform_APform_revalue() {}
 void APclass::showform_APreport_recur_inquiry() {}
 
@@ -12,6 +11,5 @@ void APclass::APform_revalue_goto_docno(const std::string&) {}
 
 void APclass::frm_recur_inquiry_Exit() {}
 void APclass::frm_revalue_Exit() {}
-void APclass::frm_payhistory_Exit() {}
 
 }  // namespace brimley::host
