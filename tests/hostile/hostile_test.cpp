@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "hostile_entry.h"
+#include "inquiries/apreport_aging.h"
+#include "inquiries/apreport_inquiry.h"
+#include "inquiries/apreport_payhistory.h"
 #include "payments/kinds_of_payments.h"
 #include "payments/payment_entry.h"
 #include "payments/void_check/apform_void_check.h"
@@ -11,6 +14,7 @@ namespace brimley::testing {
 
 namespace {
 
+constexpr int kExit = 100;
 constexpr int kSave = 101;
 constexpr int kFind = 104;
 constexpr int kEdit = 106;
@@ -78,6 +82,29 @@ struct KindSession : HostileSession {
 
   private:
     payments::PaymentForm* form_ = nullptr;
+};
+
+// A list, in a company with an invoice and a payment to find.
+struct ListSession : PaymentSession {
+    ListSession() {
+        enter_payment("Cash");
+        EXPECT_EQ(PaymentSession::form().press(kSave), controls::Refusal::none);
+    }
+};
+
+struct AgingSession : ListSession {
+    AgingSession() { user.ap.showform_APform_aging(); }
+    frame::Form& form() override { return *user.ap.frm_aging; }
+};
+
+struct InquirySession : ListSession {
+    InquirySession() { user.ap.showform_APform_inquiry(); }
+    frame::Form& form() override { return *user.ap.frm_inquiry; }
+};
+
+struct HistorySession : ListSession {
+    HistorySession() { user.ap.showform_APform_payhistory("IP-26-00001"); }
+    frame::Form& form() override { return *user.ap.frm_payhistory; }
 };
 
 template <class Session, class Prepare>
@@ -192,6 +219,12 @@ std::vector<HostileEntry> entries() {
          [] { return begun<KindSession>([](auto& session) { session.enter_payment(enter_card_payment); }); },
          {kSaveFont, kSave},
          {"txtremark", "txtcheck"}},
+        {"Aging", [] { return begun<AgingSession>([](auto&) {}); }, {kFind, kSaveFont, kExit}, {}},
+        {"InvoiceInquiry",
+         [] { return begun<InquirySession>([](auto&) {}); },
+         {kFind, kSaveFont, kExit},
+         {"cmbcompany"}},
+        {"PaymentHistory", [] { return begun<HistorySession>([](auto&) {}); }, {kFind, kSaveFont, kExit}, {}},
     };
 }
 
