@@ -65,6 +65,8 @@ TEST_F(FrameForm, ExitKeepsRecentValuesBeforeTheGridAndUnloadKeepsNothing) {
 TEST_F(FrameForm, RecentValueIsWrittenWhereItsRowExists) {
     form->save_recent_value("cmbfyear", "2027");
     form->save_recent_value("no such control", "1");
+    EXPECT_EQ(form->recent_value("cmbfyear"), "2027");
+    EXPECT_EQ(form->recent_value("no such control"), "");
     EXPECT_EQ(host.company.list("SELECT Value FROM Recent_value_table WHERE form_name = 'APform_revalue' AND "
                                 "control_name = 'cmbfyear'"),
               "2027");

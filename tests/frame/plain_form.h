@@ -55,6 +55,7 @@ class PlainForm : public frame::DocumentForm {
     using DocumentForm::documents;
     using DocumentForm::in_transaction;
     using DocumentForm::open_only;
+    using DocumentForm::recent_value;
     using DocumentForm::save_recent_value;
     using DocumentForm::show_child;
 
