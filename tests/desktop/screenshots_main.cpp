@@ -143,6 +143,16 @@ class Photographer {
         take("void-check");
     }
 
+    // What the acts before have left: invoices paid in part, and payments of every kind.
+    void inquiries() {
+        window_.show_form("APreport_inquiry");
+        press(104);
+        take("invoice-inquiry");
+        window_.show_form("APreport_payhistory");
+        press(104);
+        take("payment-history");
+    }
+
     // Due at different times, so that in three months they have different ages.
     void aging() {
         window_.show_form("APform_invoice");
@@ -281,6 +291,7 @@ int main(int argc, char** argv) {
         photographer.card_payment();
         photographer.misc_payment();
         photographer.void_check();
+        photographer.inquiries();
         photographer.aging();
         photographer.aging_report();
         photographer.dark();
