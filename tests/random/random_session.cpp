@@ -86,6 +86,7 @@ const std::vector<RandomSession::Act>& RandomSession::acts() {
         {"void prepayment", 2, &RandomSession::void_prepayment},
         {"pay card", 5, &RandomSession::pay_card},
         {"void card payment", 1, &RandomSession::void_card_payment},
+        {"aging", 3, &RandomSession::look_at_aging},
     };
     return kActs;
 }
@@ -114,6 +115,7 @@ std::vector<std::string> RandomSession::findings() {
         found = company::check_books(*reader_.database);
     }
     std::erase_if(found, [&](const std::string& finding) { return named_.explains(finding); });
+    found.insert(found.end(), list_findings_.begin(), list_findings_.end());
     expect_remarks(found);
     expect_count("documents", "SELECT fkey FROM AP_header_table", tally_.saved, found);
     expect_count("templates", "SELECT fkey FROM AP_recur_header_table", tally_.templates, found);

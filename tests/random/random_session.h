@@ -98,6 +98,7 @@ class RandomSession {
     void pay_expenses();
     void void_expenses();
     void edit_expenses();
+    void look_at_aging();
 
     void run(const std::string& line);
     void press(int id);
@@ -114,6 +115,12 @@ class RandomSession {
     void count_ways_of_paying(const std::string& fkey);
     [[nodiscard]] controls::Grid& lines_on_screen();
     [[nodiscard]] double money_in(int row, const char* caption);
+    struct StoredItems {
+        int count = 0;
+        double open_amount = 0;
+    };
+    [[nodiscard]] StoredItems stored_items(const std::string& due_before);
+    void expect_listed(const char* list, int items, double total, const StoredItems& stored);
     [[nodiscard]] double stored_total(const std::string& fkey);
     void note_owed(double beyond_documents);
     void enter_expense(int row);
@@ -156,6 +163,7 @@ class RandomSession {
         used_vendors_;
     std::set<std::string> on_hold_;
     std::map<std::string, std::string> remarks_;  // of payments that were edited, by key
+    std::vector<std::string> list_findings_;      // what lists have shown and should not have
     NamedDeviations named_;
     Tally tally_;
     bool payments_left_out_ = false;

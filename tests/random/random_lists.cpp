@@ -1,0 +1,71 @@
+// Looking at the lists: they change nothing, and what they show is what is stored.
+#include <fmt/format.h>
+
+#include "controls/grid.h"
+#include "kernel/money.h"
+#include "random_session.h"
+
+namespace brimley::testing {
+
+namespace {
+
+constexpr const char* kTotal = "total       ";
+
+// How many of the columns of ages show an amount.
+int ages_shown(const controls::Grid& list, int row) {
+    int shown = 0;
+    for (const char* const age : {"current", "1 - 30", "31 - 60", "61 - 90", "> 90"})
+        if (!list.cell(row, age).empty()) ++shown;
+    return shown;
+}
+
+}  // namespace
+
+void RandomSession::look_at_aging() {
+    run("call showform_APform_aging");
+    if (chance_.percent(50)) set("txtdate", date());
+    const bool overdue = chance_.percent(30);
+    if (overdue) run("check chkoverdue");
+    const std::string as_of = shown("txtdate");
+    press(104);
+    const controls::Grid& list = lines_on_screen();
+    double total = 0;
+    int items = 0;
+    for (int row = 0; row < list.array.used_rows(); ++row) {
+        const bool is_total = list.cell(row, "gross amount") == kTotal;
+        if (is_total) total += kernel::money_value(list.cell(row, "open amount"));
+        if (!is_total) ++items;
+        if (ages_shown(list, row) != (is_total ? 0 : 1))
+            list_findings_.push_back(fmt::format("aging: row {} has {} ages", row, ages_shown(list, row)));
+    }
+    expect_listed("aging", items, total, stored_items(overdue ? as_of : std::string{}));
+    press(100);
+    back_to_invoices();
+}
+
+// Of the open items that are past due on that day, or of all of them.
+RandomSession::StoredItems RandomSession::stored_items(const std::string& due_before) {
+    std::string query =
+        "SELECT open_amount, due_date FROM AP_transaction_table WHERE paid = FALSE AND void = FALSE";
+    if (!due_before.empty()) {
+        const auto day = store::DateTime::from_iso(
+            fmt::format("{}-{}-{}", due_before.substr(6), due_before.substr(3, 2), due_before.substr(0, 2)));
+        query += " AND due_date < " + store::date_value(day.value());
+    }
+    StoredItems stored;
+    auto items = reader_.database->OpenRecordset(query, store::RecordsetKind::snapshot);
+    for (; !items.at_eof(); items.MoveNext(), ++stored.count)
+        stored.open_amount += items.column(0).number();
+    return stored;
+}
+
+void RandomSession::expect_listed(const char* list, int items, double total, const StoredItems& stored) {
+    if (items != stored.count)
+        list_findings_.push_back(fmt::format("{}: {} items, {} stored", list, items, stored.count));
+    // The totals of the vendors are shown to the cent each.
+    if (std::abs(total - stored.open_amount) > 0.005 * (items + 1))
+        list_findings_.push_back(
+            fmt::format("{}: {:.2f} in all, {:.2f} stored", list, total, stored.open_amount));
+}
+
+}  // namespace brimley::testing
