@@ -1,0 +1,63 @@
+// The reports of the inquiries, read back from their files.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "frame/page_setup.h"
+#include "inquiries/apreport_inquiry.h"
+#include "inquiries/apreport_payhistory.h"
+#include "printing/pdf_file.h"
+#include "support/sample_host.h"
+#include "support/temporary_folder.h"
+
+namespace brimley::testing {
+
+using ::testing::ElementsAre;
+
+class InquiryReports : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        user.ap.BRIMLEY_PATH = reports.path();
+        user.ap.BRIMLEY_COMPANY_NAME = "Pier";
+        std::filesystem::create_directories(folder());
+    }
+    [[nodiscard]] std::string folder() const { return reports.file("User report/anna/"); }
+    // The words of the empty list's report, with one column ticked.
+    std::vector<std::string> words_of(frame::ListForm& list, const char* column, const std::string& file) {
+        EXPECT_EQ(list.press(124), controls::Refusal::none);
+        controls::Grid& boxes = list.print_columns.grid_sel;
+        for (int row = 0; !boxes.cell(row, "column").empty(); ++row)
+            boxes.set_cell(row, "print", boxes.cell(row, "column") == column ? "True" : "False");
+        EXPECT_EQ(list.press(102), controls::Refusal::none);
+        auto& page_setup = dynamic_cast<frame::Form_report_format&>(*list.child());
+        page_setup.cmborient.set("Portrait");
+        for (controls::TextField* margin :
+             {&page_setup.txttop, &page_setup.txtbottom, &page_setup.txtleft, &page_setup.txtright})
+            margin->set("20");
+        page_setup.cmdsave_Click();
+        EXPECT_EQ(list.press(103), controls::Refusal::none);
+        std::vector<std::string> words;
+        for (const PdfWord& word : PdfFile(folder() + file).words())
+            words.push_back(word.text);
+        return words;
+    }
+
+    TemporaryFolder reports;
+    CompanyCopy company{sample_original()};
+    DeskOfUser user{company.open()};
+};
+
+TEST_F(InquiryReports, InvoicesAreVendorInvoices) {
+    user.ap.showform_APform_inquiry();
+    EXPECT_THAT(words_of(*user.ap.frm_inquiry, "hold", "vendor_invoices093000.pdf"),
+                ElementsAre("Pier", "VENDOR", "INVOICES", "print", ":", "16/03/2026", "hold", "1/1"));
+}
+
+TEST_F(InquiryReports, PaymentsAreAPaymentHistory) {
+    user.ap.showform_APform_payhistory();
+    EXPECT_THAT(words_of(*user.ap.frm_payhistory, "balance", "payment_history093000.pdf"),
+                ElementsAre("Pier", "PAYMENT", "HISTORY", "print", ":", "16/03/2026", "balance", "1/1"));
+}
+
+}  // namespace brimley::testing
