@@ -88,19 +88,20 @@ void DocumentInquiry::assign2_dbgrid1(const std::string& query) {
 }
 
 void DocumentInquiry::begin_rows(const store::Recordset& rows) {
-    vendor_no_.reset();
+    vendor_no_.clear();
     columns_.begin(rows);
+    vendor_no_field_ = rows.column_of("vendor_no");
     vendor_no_column_ = dbgrid1.get_column("vendor no");
     vendor_name_column_ = dbgrid1.get_column("vendor name");
 }
 
 void DocumentInquiry::show_row(const store::Recordset& item, int row) {
     columns_.read(item);
-    std::string vendor_no = item.text("vendor_no");
-    if (vendor_no == vendor_no_) return columns_.put(row);
-    vendor_no_ = std::move(vendor_no);
-    columns_.put(row, std::array{TextArray::CellText{vendor_no_column_, *vendor_no_},
-                                 TextArray::CellText{vendor_name_column_, fill.vendor_name(*vendor_no_)}});
+    item.read_text(vendor_no_field_, vendor_read_);
+    if (vendor_read_ == vendor_no_) return columns_.put(row);
+    vendor_no_ = vendor_read_;
+    columns_.put(row, std::array{TextArray::CellText{vendor_no_column_, vendor_no_},
+                                 TextArray::CellText{vendor_name_column_, fill.vendor_name(vendor_no_)}});
 }
 
 }  // namespace brimley::inquiries

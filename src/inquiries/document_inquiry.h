@@ -72,9 +72,11 @@ class DocumentInquiry : public frame::ListForm {
     const char* invoice_caption_;
     // Of the fill in progress: where its columns stand, and the vendor of the row above.
     frame::LineColumns columns_;
+    int vendor_no_field_ = -1;
     int vendor_no_column_ = -1;
     int vendor_name_column_ = -1;
-    std::optional<std::string> vendor_no_;
+    std::string vendor_no_;
+    std::string vendor_read_;
 };
 
 }  // namespace brimley::inquiries
