@@ -22,6 +22,8 @@
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
 #include "inquiries/apreport_aging.h"
+#include "inquiries/apreport_inquiry.h"
+#include "inquiries/apreport_payhistory.h"
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 
@@ -357,6 +359,26 @@ TEST_F(Host, PayThisInvoiceOpensThePaymentAtTheVendor) {
     EXPECT_EQ(window->ap()->frm_payment->cmbvendor.text(), "V1001");
     EXPECT_EQ(window->ap()->frm_payment->mode(), frame::Mode::new_entry);
     EXPECT_EQ(window->ap()->frm_payment->dbgrid1.cell(0, "AP document no"), "IP-26-00001");
+}
+
+TEST_F(Host, PaymentHistoryOfAnInvoiceOpensBesideIt) {
+    save_invoice();
+    window->desk().windows().back()->press(1007);
+    ASSERT_NE(window->ap()->frm_payhistory, nullptr);
+    EXPECT_EQ(window->ap()->frm_payhistory->txtdocno.text(), "IP-26-00001");
+    EXPECT_EQ(window->ap()->frm_payhistory->cmbvendor.text(), "V1001");
+    EXPECT_EQ(window->desk().windows().size(), 2U);
+}
+
+TEST_F(Host, InvoiceThatAnInquiryListsGoesToTheOpenInvoiceForm) {
+    save_invoice();
+    save_another_invoice();
+    ASSERT_TRUE(window->show_form("APreport_inquiry"));
+    window->desk().windows().back()->press(104);
+    EXPECT_EQ(window->ap()->frm_inquiry->dbgrid1.cell(1, "document no"), "IP-26-00002");
+    window->desk().windows().back()->press(1001);
+    EXPECT_EQ(window->ap()->frm_invoice->txtdocno.text(), "IP-26-00001");
+    EXPECT_EQ(window->desk().windows().size(), 2U);
 }
 
 TEST_F(Host, BillRecordGoesToTheOpenInvoiceForm) {
