@@ -5,23 +5,24 @@
 //
 // PAID: so many items more that are paid and not listed.
 #include <fmt/format.h>
-#include <sys/resource.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <vector>
 
 #include "aging_items.h"
 #include "bench_host.h"
+#include "by_turns.h"
 #include "company/create.h"
 #include "inquiries/apreport_aging.h"
 
 namespace {
 
 using brimley::bench::BenchHost;
-using brimley::bench::cpu_ms;
 using brimley::bench::kVendors;
+using brimley::bench::Medians;
+using brimley::bench::medians_of;
 using brimley::bench::must;
+using brimley::bench::peak_megabytes;
 
 class Bare : public brimley::bench::AgingItems {
   public:
@@ -39,34 +40,6 @@ class Bare : public brimley::bench::AgingItems {
   private:
     sqlite3_stmt* list_ = nullptr;
 };
-
-// Of both by turns, the medians of so many rounds.
-struct Medians {
-    double bare = 0;
-    double form = 0;
-};
-template <class BareWork, class FormWork>
-Medians medians_of(int rounds, const BareWork& bare_work, const FormWork& form_work) {
-    std::vector<double> bare;
-    std::vector<double> form;
-    for (int i = 0; i < rounds; ++i) {
-        const double start = cpu_ms();
-        bare_work();
-        const double between = cpu_ms();
-        form_work();
-        bare.push_back(between - start);
-        form.push_back(cpu_ms() - between);
-    }
-    std::sort(bare.begin(), bare.end());
-    std::sort(form.begin(), form.end());
-    return {bare[bare.size() / 2], form[form.size() / 2]};
-}
-
-double peak_megabytes() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024;
-}
 
 void measure(const std::string& company, int items, int paid) {
     Bare bare(company);

@@ -1,0 +1,42 @@
+// Two ways of doing the same, measured by turns.
+#pragma once
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "bare_connection.h"
+
+namespace brimley::bench {
+
+// Of both by turns, the medians of so many rounds.
+struct Medians {
+    double bare = 0;
+    double form = 0;
+};
+template <class BareWork, class FormWork>
+Medians medians_of(int rounds, const BareWork& bare_work, const FormWork& form_work) {
+    std::vector<double> bare;
+    std::vector<double> form;
+    for (int i = 0; i < rounds; ++i) {
+        const double start = cpu_ms();
+        bare_work();
+        const double between = cpu_ms();
+        form_work();
+        bare.push_back(between - start);
+        form.push_back(cpu_ms() - between);
+    }
+    std::sort(bare.begin(), bare.end());
+    std::sort(form.begin(), form.end());
+    return {bare[bare.size() / 2], form[form.size() / 2]};
+}
+
+// The most memory that the program has had so far.
+inline double peak_megabytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+}  // namespace brimley::bench
