@@ -41,16 +41,30 @@ std::optional<Cell> find_cell(const std::vector<char>& row, int column) {
     return std::nullopt;
 }
 
-void append_cell(std::vector<char>& row, int column, std::string_view text) {
+std::size_t size_of_cell(std::string_view text) {
+    return 2 + (text.size() >= kLongLength ? sizeof(std::uint32_t) : 0) + text.size();
+}
+
+// Writes the cell where there is room for it, and returns what comes after it.
+char* write_cell(char* at, int column, std::string_view text) {
     const bool is_long = text.size() >= kLongLength;
     const auto length = static_cast<std::uint32_t>(text.size());
-    const std::size_t needed = row.size() + 2 + (is_long ? sizeof length : 0) + text.size();
+    *at++ = static_cast<char>(column);
+    *at++ = static_cast<char>(is_long ? kLongLength : length);
+    if (is_long) {
+        std::memcpy(at, &length, sizeof length);
+        at += sizeof length;
+    }
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
+}
+
+void append_cell(std::vector<char>& row, int column, std::string_view text) {
+    const std::size_t before = row.size();
+    const std::size_t needed = before + size_of_cell(text);
     if (needed > row.capacity()) row.reserve((needed + kGrowth - 1) / kGrowth * kGrowth);
-    row.push_back(static_cast<char>(column));
-    row.push_back(static_cast<char>(is_long ? kLongLength : length));
-    const char* bytes = reinterpret_cast<const char*>(&length);
-    if (is_long) row.insert(row.end(), bytes, bytes + sizeof length);
-    row.insert(row.end(), text.begin(), text.end());
+    row.resize(needed);
+    write_cell(row.data() + before, column, text);
 }
 
 }  // namespace
@@ -87,16 +101,17 @@ void TextArray::set(int row, int column, std::string_view text) {
 void TextArray::set_row(int row, std::span<const CellText> cells) {
     if (row < 0) return;
     if (row >= rows()) rows_.resize(static_cast<std::size_t>(row) + 1);
-    std::vector<char> filled;
+    const auto is_kept = [](const CellText& cell) {
+        return cell.column >= 0 && cell.column <= kColumnMax && !cell.text.empty();
+    };
     std::size_t size = 0;
     for (const CellText& cell : cells)
-        size += cell.text.size() + 2 + sizeof(std::uint32_t);
-    filled.reserve(size);
-    for (const CellText& cell : cells) {
-        if (cell.column >= 0 && cell.column <= kColumnMax && !cell.text.empty())
-            append_cell(filled, cell.column, cell.text);
-    }
-    rows_[static_cast<std::size_t>(row)].assign(filled.begin(), filled.end());
+        if (is_kept(cell)) size += size_of_cell(cell.text);
+    std::vector<char> filled(size);  // the texts may lie in what the row holds now
+    char* at = filled.data();
+    for (const CellText& cell : cells)
+        if (is_kept(cell)) at = write_cell(at, cell.column, cell.text);
+    rows_[static_cast<std::size_t>(row)] = std::move(filled);
 }
 
 void TextArray::clear_row(int row) {
