@@ -1,6 +1,8 @@
 // Looking at the lists: they change nothing, and what they show is what is stored.
 #include <fmt/format.h>
 
+#include <set>
+
 #include "controls/grid.h"
 #include "kernel/money.h"
 #include "random_session.h"
@@ -55,17 +57,74 @@ RandomSession::StoredItems RandomSession::stored_items(const std::string& due_be
     StoredItems stored;
     auto items = reader_.database->OpenRecordset(query, store::RecordsetKind::snapshot);
     for (; !items.at_eof(); items.MoveNext(), ++stored.count)
-        stored.open_amount += items.column(0).number();
+        stored.amount += items.column(0).number();
     return stored;
+}
+
+void RandomSession::look_at_invoices() {
+    static const std::vector<std::string> kStates{"opt_all", "opt_paid", "opt_open", "opt_hold"};
+    run("call showform_APform_inquiry");
+    run("range cal1 01/01/2000 31/12/2030");
+    const std::string& state = chance_.one_of(kStates);
+    run("check " + state);
+    press(104);
+    expect_listed("invoices", lines_on_screen().array.used_rows(), sum_of("open amount"),
+                  items_in_state(state));
+    press(100);
+    back_to_invoices();
+}
+
+double RandomSession::sum_of(const char* caption) {
+    double sum = 0;
+    for (int row = 0; row < lines_on_screen().array.used_rows(); ++row)
+        sum += money_in(row, caption);
+    return sum;
+}
+
+// All but void items; or the items of the documents that are in the state. Without a date nothing is found.
+RandomSession::StoredItems RandomSession::items_in_state(const std::string& state) {
+    std::set<std::string> documents;
+    auto headers = reader_.database->OpenRecordset("SELECT fkey, paid, void, hold FROM AP_header_table",
+                                                   store::RecordsetKind::snapshot);
+    for (; !headers.at_eof(); headers.MoveNext()) {
+        const bool in_state = state == "opt_paid"   ? headers.flag("paid")
+                              : state == "opt_open" ? !headers.flag("paid") && !headers.flag("void")
+                                                    : headers.flag("hold");
+        if (in_state) documents.insert(headers.text("fkey"));
+    }
+    StoredItems stored;
+    auto items = reader_.database->OpenRecordset(
+        "SELECT fkey, void, open_amount, invoice_date FROM AP_transaction_table",
+        store::RecordsetKind::snapshot);
+    for (; !items.at_eof(); items.MoveNext()) {
+        const bool listed = state == "opt_all" ? !items.flag("void") : documents.contains(items.text("fkey"));
+        if (!listed || items.field("invoice_date").is_null()) continue;
+        ++stored.count;
+        stored.amount += items.number("open_amount");
+    }
+    return stored;
+}
+
+void RandomSession::look_at_payments() {
+    run("call showform_APform_payhistory");
+    run("range cal1 01/01/2000 31/12/2030");
+    press(104);
+    StoredItems stored;
+    auto items = reader_.database->OpenRecordset("SELECT pay_amount FROM Payment_transaction_table",
+                                                 store::RecordsetKind::snapshot);
+    for (; !items.at_eof(); items.MoveNext(), ++stored.count)
+        stored.amount += items.column(0).number();
+    expect_listed("payments", lines_on_screen().array.used_rows(), sum_of("pay amount"), stored);
+    press(100);
+    back_to_invoices();
 }
 
 void RandomSession::expect_listed(const char* list, int items, double total, const StoredItems& stored) {
     if (items != stored.count)
         list_findings_.push_back(fmt::format("{}: {} items, {} stored", list, items, stored.count));
     // The totals of the vendors are shown to the cent each.
-    if (std::abs(total - stored.open_amount) > 0.005 * (items + 1))
-        list_findings_.push_back(
-            fmt::format("{}: {:.2f} in all, {:.2f} stored", list, total, stored.open_amount));
+    if (std::abs(total - stored.amount) > 0.005 * (items + 1))
+        list_findings_.push_back(fmt::format("{}: {:.2f} in all, {:.2f} stored", list, total, stored.amount));
 }
 
 }  // namespace brimley::testing

@@ -87,6 +87,8 @@ const std::vector<RandomSession::Act>& RandomSession::acts() {
         {"pay card", 5, &RandomSession::pay_card},
         {"void card payment", 1, &RandomSession::void_card_payment},
         {"aging", 3, &RandomSession::look_at_aging},
+        {"invoices", 3, &RandomSession::look_at_invoices},
+        {"payments", 2, &RandomSession::look_at_payments},
     };
     return kActs;
 }

@@ -99,6 +99,8 @@ class RandomSession {
     void void_expenses();
     void edit_expenses();
     void look_at_aging();
+    void look_at_invoices();
+    void look_at_payments();
 
     void run(const std::string& line);
     void press(int id);
@@ -117,8 +119,10 @@ class RandomSession {
     [[nodiscard]] double money_in(int row, const char* caption);
     struct StoredItems {
         int count = 0;
-        double open_amount = 0;
+        double amount = 0;
     };
+    [[nodiscard]] double sum_of(const char* caption);
+    [[nodiscard]] StoredItems items_in_state(const std::string& state);
     [[nodiscard]] StoredItems stored_items(const std::string& due_before);
     void expect_listed(const char* list, int items, double total, const StoredItems& stored);
     [[nodiscard]] double stored_total(const std::string& fkey);
