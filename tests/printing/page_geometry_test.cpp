@@ -106,6 +106,11 @@ TEST(ColumnWidths, AreRoundedAndTheirPlacesAddTheRoundedOnes) {
     EXPECT_EQ(places[2].x, 344);
 }
 
+TEST(ColumnWidths, HalfAPointGoesToTheEvenNumber) {
+    EXPECT_THAT(widths(calculate_column_visible_width(std::vector{1, 1}, 5, 0)), ElementsAre(2, 2));
+    EXPECT_THAT(widths(calculate_column_visible_width(std::vector{1, 1}, 7, 0)), ElementsAre(4, 4));
+}
+
 TEST(ColumnWidths, TwoColumnsTakeTheWholeWidth) {
     EXPECT_THAT(widths(calculate_column_visible_width(std::vector{300, 100}, 540, 36)),
                 ElementsAre(405, 135));
@@ -139,11 +144,22 @@ TEST(CaptionAlignment, IsCentredBeforeAColumnOfTheOtherKind) {
                 ElementsAre(1, 0.5, 0));
 }
 
+TEST(CaptionAlignment, RightAndCentreAreOneKind) {
+    using enum Alignment;
+    EXPECT_THAT(caption_hpos(std::vector{left, right, centre}, places_of({50, 50, 50})),
+                ElementsAre(0, 1, 0.5));
+}
+
 TEST(CaptionAlignment, StaysForAColumnTwiceAsWideAsTheOneBefore) {
     using enum Alignment;
     EXPECT_THAT(caption_hpos(std::vector{left, left, right}, places_of({50, 100, 50})), ElementsAre(0, 0, 1));
     EXPECT_THAT(caption_hpos(std::vector{left, left, right}, places_of({50, 99, 50})),
                 ElementsAre(0, 0.5, 1));
+    // How wide the column after it is does not matter.
+    EXPECT_THAT(caption_hpos(std::vector{left, left, right}, places_of({100, 150, 50})),
+                ElementsAre(0, 0.5, 1));
+    EXPECT_THAT(caption_hpos(std::vector{left, left, right}, places_of({50, 100, 150})),
+                ElementsAre(0, 0, 1));
 }
 
 TEST(CaptionAlignment, StaysForTheFirstAndTheLastColumn) {
@@ -168,6 +184,15 @@ TEST(TextLine, FollowingLinesLieARowHeightLower) {
 TEST(TextLine, MiddleTextAtTheRightStartsAtTheMiddleOfThePage) {
     const PageGeometry page(some_format());
     EXPECT_EQ(line_slots(page, 1, printing::kRight)[1], (Rectangle{295, 800, 183, 20}));
+}
+
+TEST(TextLine, HalfAPointGoesToTheEvenNumber) {
+    ReportFormat format = some_format();
+    format.left_margin = format.right_margin = 0;
+    format.page.width = 7.5;
+    EXPECT_EQ(line_slots(PageGeometry(format), 1, printing::kCentre)[1], (Rectangle{2, 800, 2, 20}));
+    format.page.width = 5;
+    EXPECT_EQ(line_slots(PageGeometry(format), 1, printing::kRight)[1], (Rectangle{2, 800, 2, 20}));
 }
 
 }  // namespace brimley::testing

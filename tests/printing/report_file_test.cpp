@@ -277,6 +277,17 @@ TEST_F(ReportFiles, CellTooNarrowForAnyLetterShowsTheEllipsis) {
     EXPECT_THAT(text, Not(HasSubstr("42.00")));
 }
 
+TEST_F(ReportFiles, EllipsisThatHasNoRoomStartsAtTheLeftEdgeOfItsCell) {
+    SmallReport small(1);
+    small.columns()[0].width = 100;
+    small.columns()[0].caption = "";
+    small.list.set(0, 1, "");
+    for (const auto alignment : {controls::Alignment::left, controls::Alignment::right}) {
+        small.columns()[0].alignment = alignment;
+        EXPECT_NEAR(written(small).word("…").left, 55, 0.1);
+    }
+}
+
 TEST_F(ReportFiles, HostileTextsLeaveTheFileSound) {
     SmallReport small(6);
     small.list.set(0, 0, std::string(100'000, 'W'));

@@ -57,6 +57,12 @@ TEST(PaperSize, SizeThatNoPageCanHaveKeepsThatOfTheDefaultPage) {
     EXPECT_EQ(page_size_of({"", 1e300, 1e300, "mm"}), (PageSize{612, 792}));
 }
 
+TEST(PaperSize, PageMayMeasureFromThreeToFourteenThousandFourHundredPoints) {
+    EXPECT_EQ(page_size_of({"", 1.06, 5080, "mm"}), (PageSize{3, 14400}));
+    EXPECT_EQ(page_size_of({"", 0.8, 5080.3, "mm"}), (PageSize{612, 792}));
+    EXPECT_EQ(page_size_of({"", 5080, 1.06, "mm"}), (PageSize{14400, 3}));
+}
+
 class StoredFormat : public KernelTest {
   protected:
     void store(FieldValues fields) { company.add("Report_format_table", fields); }
@@ -159,6 +165,24 @@ TEST_F(StoredFormat, SizesThatNoPaperHasCountAsNull) {
     EXPECT_EQ(format.row_height, 20);
     EXPECT_EQ(format.top_margin, 0);
     EXPECT_EQ(format.font_colour, 0U);
+}
+
+TEST_F(StoredFormat, LettersAndRowsHaveAtLeastAPoint) {
+    store({{"user", "anna"}, {"form_name", "APreport_aging"}, {"font_size", 1}, {"row_height", 1}});
+    EXPECT_EQ(read().font_size, 1);
+    EXPECT_EQ(read().row_height, 1);
+    company.db().Execute("UPDATE Report_format_table SET font_size = 0.9, row_height = 0.9");
+    EXPECT_EQ(read().font_size, 10);
+    EXPECT_EQ(read().row_height, 20);
+}
+
+TEST_F(StoredFormat, ColoursKeepTheirLowTwentyFourBits) {
+    store({{"user", "anna"},
+           {"form_name", "APreport_aging"},
+           {"font_color", -2147483640.0},
+           {"evenrow_color", 16777216 + 255}});
+    EXPECT_EQ(read().font_colour, 8U);
+    EXPECT_EQ(read().even_row_colour, controls::rgb(255, 0, 0));
 }
 
 TEST_F(StoredFormat, OneThatCannotBeReadIsNoneAndIsNoted) {
