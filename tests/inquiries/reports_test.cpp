@@ -1,10 +1,11 @@
-// The reports of the inquiries, read back from their files.
+// The reports of the inquiries and of the aging, read back from their files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 #include "frame/page_setup.h"
+#include "inquiries/apreport_aging.h"
 #include "inquiries/apreport_inquiry.h"
 #include "inquiries/apreport_payhistory.h"
 #include "printing/pdf_file.h"
@@ -23,7 +24,7 @@ class InquiryReports : public ::testing::Test {
         std::filesystem::create_directories(folder());
     }
     [[nodiscard]] std::string folder() const { return reports.file("User report/anna/"); }
-    // The words of the empty list's report, with one column ticked.
+    // The words of the list's report, with one column ticked.
     std::vector<std::string> words_of(frame::ListForm& list, const char* column, const std::string& file) {
         EXPECT_EQ(list.press(124), controls::Refusal::none);
         controls::Grid& boxes = list.print_columns.grid_sel;
@@ -58,6 +59,25 @@ TEST_F(InquiryReports, PaymentsAreAPaymentHistory) {
     user.ap.showform_APform_payhistory();
     EXPECT_THAT(words_of(*user.ap.frm_payhistory, "balance", "payment_history093000.pdf"),
                 ElementsAre("Pier", "PAYMENT", "HISTORY", "print", ":", "16/03/2026", "balance", "1/1"));
+}
+
+// The total of the last vendor is in the list and not in the report.
+TEST_F(InquiryReports, AgingIsAVendorAgingReportWithoutItsLastTotal) {
+    for (const auto& [vendor_no, docno, amount] :
+         {std::tuple{"V1001", "IP-1", 70}, {"V1001", "IP-2", 5}, {"V1002", "IP-3", 30}, {"V1002", "IP-4", 6}})
+        company.add("AP_transaction_table", {{"vendor_no", vendor_no},
+                                             {"docno", docno},
+                                             {"pay_item", 1},
+                                             {"open_amount", amount},
+                                             {"paid", false},
+                                             {"void", false}});
+    user.ap.showform_APform_aging();
+    inquiries::APreport_aging& aging = *user.ap.frm_aging;
+    ASSERT_EQ(aging.press(104), controls::Refusal::none);
+    EXPECT_EQ(aging.dbgrid1.cell(5, "open amount"), "36.00");
+    EXPECT_THAT(words_of(aging, "open amount", "vendor_aging093000.pdf"),
+                ElementsAre("Pier", "VENDOR", "AGING", "REPORT", "print", ":", "16/03/2026", "open", "amount",
+                            "70.00", "5.00", "75.00", "30.00", "6.00", "1/1"));
 }
 
 }  // namespace brimley::testing
