@@ -29,6 +29,7 @@ bool CommandBars::pressed(int id) const {
 
 void CommandBars::show_font_bar(bool visible) {
     font_bar_visible = visible;
+    if (on_font_bar) on_font_bar(visible);
     if (on_shown_change) on_shown_change();
 }
 

@@ -72,6 +72,7 @@ class Grid : public Control {
     Grid(ControlSet& controls, std::string name) : Control(controls, std::move(name)) {}
 
     // --- shape ---
+    std::string title;  // above the captions; mostly none
     std::vector<GridColumn> columns;
     int row_height = 370;
     Colour even_row_colour = kWhite;
@@ -91,7 +92,7 @@ class Grid : public Control {
     void set_cell(int row, std::string_view caption, std::string_view text);
     // The form has changed the array or the columns.
     void rebind() const { tell(); }
-    [[nodiscard]] std::string shown() const override { return {}; }
+    [[nodiscard]] std::string shown() const override { return title; }
 
     // --- position ---
     [[nodiscard]] int row() const { return row_; }

@@ -127,6 +127,22 @@ class Layouter {
         return whole;
     }
 
+    // White on the colour of the captions below it; null for a grid without one.
+    [[nodiscard]] QLabel* grid_title(const QString& name) const {
+        const auto* const grid = dynamic_cast<const controls::Grid*>(controls_.find(typed(name)));
+        if (grid == nullptr || grid->title.empty()) return nullptr;
+        auto* const label = new QLabel(shown(grid->title));
+        const QColor back = back_colour(grid->header_colour, label->palette());
+        QPalette colours = label->palette();
+        colours.setColor(QPalette::Window, back);
+        colours.setColor(QPalette::WindowText, readable_on(back));
+        label->setPalette(colours);
+        label->setAutoFillBackground(true);
+        label->setAlignment(Qt::AlignCenter);
+        label->setFont(QFont("Arial", 9));
+        return label;
+    }
+
     void add_pane(const LookPart& part) {
         controls::Control* const control = controls_.find(typed(part.name));
         const auto* const frame = dynamic_cast<controls::Frame*>(control);
@@ -141,6 +157,7 @@ class Layouter {
         for (const QString& name : part.grids) {
             QWidget* const grid = widget_of({name});
             if (grid == nullptr) continue;
+            if (QLabel* const title = grid_title(name)) whole->addWidget(title);
             if (part.rows > 0) grid->setMinimumHeight((part.rows + 1) * 26);
             whole->addWidget(grid, 1);
         }

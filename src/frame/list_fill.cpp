@@ -13,12 +13,13 @@ constexpr int kRowsBetweenPauses = 500;
 
 }  // namespace
 
-void ListFill::start() {
+int ListFill::start() {
     grid_.array.dimension(kRowsMin);
     grid_.go_to(0, 0);
     vendor_names_.clear();
     progress_.set(0);
     progress_.set_visible(true);
+    return ++newest_;
 }
 
 void ListFill::expect(std::int64_t count) {

@@ -22,6 +22,8 @@ ListForm::ListForm(const FormIdentity& identity, HostContext context,
                    std::shared_ptr<kernel::ModuleG3> kernel, Desk& desk)
     : GridForm(identity, std::move(context), std::move(kernel), desk) {
     Progress1.set_visible(false);
+    // There is no command for the frame of the font bar: it comes and goes with the bar.
+    bars_.on_font_bar = [this](bool visible) { font_bar.frame_font.set_visible(visible); };
     dbgrid1.on_row_col_change = [this](int, int old_column) { font_bar.follow_column(old_column); };
 }
 
@@ -36,7 +38,10 @@ void ListForm::Form_Load() {
         initform_control();
         font_bar.fill();
     });
-    step("init_form_property", [&] { init_form_property(); });
+    step("init_form_property", [&] {
+        init_form_property();
+        font_bar.frame_font.set_visible(bars_.font_bar_visible);
+    });
     step("init_report", [&] { init_report(); });
     dbgrid1.header_colour = palette_[presentation::kHeaderSlot];
 }

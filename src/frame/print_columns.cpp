@@ -19,6 +19,7 @@ PrintColumns::PrintColumns(Form& form, const controls::Grid& printed)
       grid_sel(form.controls(), "grid_sel"),
       printed_(printed) {
     grid_sel.lies_in(Frame_printcol);
+    grid_sel.title = "PRINT COLUMNS";
     grid_sel.allow_update = true;
     grid_sel.array.dimension(kRowsMin);
     Frame_printcol.set_visible(false);

@@ -13,13 +13,13 @@ using frame::Shown;
 
 namespace {
 
-constexpr frame::FormIdentity kIdentity{"APreport_aging", "Vendor Aging", ""};
-constexpr frame::ReportNames kReport{"VENDOR AGING REPORT", "vendor_aging"};
+constexpr frame::FormIdentity kAgingIdentity{"APreport_aging", "Vendor Aging", ""};
+constexpr frame::ReportNames kAgingReport{"VENDOR AGING REPORT", "vendor_aging"};
 
 constexpr const char* kTotal = "total       ";
 
 // "open amount" is the last one: it is shown a second time, in an age column.
-constexpr std::array kItemColumns{
+constexpr std::array kAgingColumns{
     LineColumn{"AP document no", "docno", Shown::text},
     LineColumn{"invoice no", "invoice_no", Shown::text},
     LineColumn{"invoice date", "invoice_date", Shown::date},
@@ -28,7 +28,7 @@ constexpr std::array kItemColumns{
     LineColumn{"gross amount", "gross_amount", Shown::money},
     LineColumn{"open amount", "open_amount", Shown::money},
 };
-constexpr std::size_t kOpenAmount = kItemColumns.size() - 1;
+constexpr std::size_t kOpenAmount = kAgingColumns.size() - 1;
 
 // Up to which age, in months of thirty days past due, an amount stands in the column.
 struct AgeColumn {
@@ -47,10 +47,10 @@ constexpr const char* kOldest = "> 90";
 
 APreport_aging::APreport_aging(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                frame::Desk& desk)
-    : ListForm(kIdentity, std::move(context), std::move(kernel), desk),
-      columns_(*this, dbgrid1, kItemColumns) {}
+    : ListForm(kAgingIdentity, std::move(context), std::move(kernel), desk),
+      columns_(*this, dbgrid1, kAgingColumns) {}
 
-const frame::ReportNames& APreport_aging::report_names() const { return kReport; }
+const frame::ReportNames& APreport_aging::report_names() const { return kAgingReport; }
 
 void APreport_aging::show_first_values() { txtdate.set(date_text(desk().now())); }
 

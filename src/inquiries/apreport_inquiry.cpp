@@ -9,12 +9,12 @@ using frame::Shown;
 
 namespace {
 
-constexpr frame::FormIdentity kIdentity{"APreport_inquiry", "Invoice Inquiry", ""};
-constexpr frame::ReportNames kReport{"VENDOR INVOICES", "vendor_invoices"};
+constexpr frame::FormIdentity kInquiryIdentity{"APreport_inquiry", "Invoice Inquiry", ""};
+constexpr frame::ReportNames kInquiryReport{"VENDOR INVOICES", "vendor_invoices"};
 
 constexpr const char* kDocumentNo = "document no";
 
-constexpr std::array kItemColumns{
+constexpr std::array kInquiryColumns{
     LineColumn{kDocumentNo, "docno", Shown::text},
     LineColumn{"vendor invoice no", "invoice_no", Shown::text},
     LineColumn{"pay item", "pay_item", Shown::text},
@@ -41,11 +41,12 @@ constexpr const char* kItemsOfDocuments =
 
 APreport_inquiry::APreport_inquiry(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                    frame::Desk& desk)
-    : DocumentInquiry(kIdentity, std::move(context), std::move(kernel), desk, kItemColumns, kDocumentNo) {
+    : DocumentInquiry(kInquiryIdentity, std::move(context), std::move(kernel), desk, kInquiryColumns,
+                      kDocumentNo) {
     controls::OptionButton::group({&opt_all, &opt_paid, &opt_open, &opt_hold});
 }
 
-const frame::ReportNames& APreport_inquiry::report_names() const { return kReport; }
+const frame::ReportNames& APreport_inquiry::report_names() const { return kInquiryReport; }
 
 void APreport_inquiry::show_first_values() {
     DocumentInquiry::show_first_values();

@@ -1,4 +1,5 @@
 // The window around the forms: companies, and what it answers to the requests of a form.
+#include <QDeadlineTimer>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
@@ -287,6 +288,19 @@ TEST_F(Host, PdfThatIsNotThereIsToldInItsWindow) {
     EXPECT_EQ(viewer->findChild<QLabel*>()->text(), "/nowhere/Help/AP Invoice Entry Help.pdf is not there.");
 }
 
+// Whether something dark appears in the window within some seconds: pages are drawn beside the event loop.
+bool shows_ink(QWidget& window) {
+    const QDeadlineTimer deadline(10'000);
+    while (!deadline.hasExpired()) {
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+        const QImage picture = window.grab().toImage();
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                if (qGray(picture.pixel(x, y)) < 60) return true;
+    }
+    return false;
+}
+
 TEST_F(Host, ReportIsWrittenIntoTheUsersFolderAndOpensInAWindow) {
     save_invoice();
     ASSERT_TRUE(window->show_form("APreport_aging"));
@@ -303,6 +317,7 @@ TEST_F(Host, ReportIsWrittenIntoTheUsersFolderAndOpensInAWindow) {
     ASSERT_NE(viewer, nullptr);
     EXPECT_EQ(viewer->windowTitle(), "Preview Vendor Aging");
     EXPECT_EQ(viewer->pages(), 1);
+    EXPECT_TRUE(shows_ink(*viewer));
     // A page that nobody has turned is a landscape one, and has its twin.
     const QDir reports(QString::fromStdString(folder.file("User report/anna")));
     const QStringList files = reports.entryList(QDir::Files, QDir::Name);

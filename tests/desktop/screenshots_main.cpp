@@ -2,6 +2,7 @@
 // reached by acts on the window, as a bookkeeper would.
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QMessageBox>
 #include <QPainter>
@@ -181,7 +182,7 @@ class Photographer {
         take("page-setup");
         must(list.form().close_child(), "Form_report_format");
         list.press(103);
-        QApplication::processEvents();
+        let_pages_be_drawn();
         take("vendor-aging-report");
     }
 
@@ -199,6 +200,12 @@ class Photographer {
         return options;
     }
     desktop::FormWindow& form() { return *window_.desk().windows().back(); }
+    // The pages of a PDF file are drawn beside the event loop.
+    static void let_pages_be_drawn() {
+        const QDeadlineTimer deadline(1'000);
+        while (!deadline.hasExpired())
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    }
     void press(int command) {
         form().press(command);
         QApplication::processEvents();

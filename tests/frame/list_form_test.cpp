@@ -154,17 +154,25 @@ TEST_F(Lists, FillLetsTheHostGoOnAndShowsHowFarItIs) {
     EXPECT_FALSE(list->Progress1.visible());
 }
 
-TEST_F(Lists, FindWithinAFillGivesTheWholeList) {
+TEST_F(Lists, FindWithinAFillGivesItsOwnWholeList) {
     add_vendors(1'500);
-    int finds = 0;
-    desk.on_pump = [&] {
-        if (++finds <= 2) press(104);
-    };
-    press(104);
-    const int rows = list->dbgrid1.array.used_rows();
-    EXPECT_GT(rows, 1'500);
-    EXPECT_EQ(list->dbgrid1.cell(rows - 1, "vendor no"), "W11499");
-    EXPECT_EQ(list->dbgrid1.cell(0, "vendor no"), "V1001");
+    const std::string all = list->query;
+    // At each moment at which the host may go on: while the rows are read, and while they are shown.
+    for (int moment = 1; moment <= 4; ++moment) {
+        SCOPED_TRACE(moment);
+        list->query = all;
+        int pumps = 0;
+        desk.on_pump = [&] {
+            if (++pumps != moment) return;
+            list->query = "SELECT vendor_no, VENDOR_NAME FROM Vendor_table WHERE vendor_no = 'V1002'";
+            press(104);
+        };
+        press(104);
+        EXPECT_GE(pumps, moment);
+        EXPECT_EQ(list->dbgrid1.array.used_rows(), 1);
+        EXPECT_EQ(list->dbgrid1.cell(0, "vendor no"), "V1002");
+        EXPECT_FALSE(list->Progress1.visible());
+    }
 }
 
 TEST_F(Lists, FormTakenDownWithinAFillStaysUntilItsEnd) {
@@ -217,6 +225,35 @@ TEST_F(Lists, TicksAreReadWhenTheFirstReportIsPrinted) {
     const std::vector<std::string> words = printed_words();
     EXPECT_THAT(words, ::testing::Contains("V1001"));
     EXPECT_THAT(words, ::testing::Not(::testing::Contains("document")));
+}
+
+TEST_F(Lists, ProgressIsSeenWhileAReportIsWritten) {
+    std::vector<bool> seen;
+    list->Progress1.on_shown_change = [&] { seen.push_back(list->Progress1.visible()); };
+    static_cast<void>(printed_words());
+    EXPECT_THAT(seen, ElementsAre(true, false));
+}
+
+TEST_F(Lists, FrameOfTheFontBarComesAndGoesWithTheBar) {
+    EXPECT_FALSE(list->font_bar.frame_font.visible());
+    list->CommandBars1().show_font_bar(true);
+    EXPECT_EQ(list->font_bar.cmbselcol.type("selected columns"), controls::Refusal::none);
+    ASSERT_EQ(list->dbgrid1.user_selects_columns(controls::Grid::Range{1, 2}), controls::Refusal::none);
+    press(403);
+    EXPECT_FALSE(list->dbgrid1.columns[0].font.bold);
+    EXPECT_TRUE(list->dbgrid1.columns[1].font.bold);
+    EXPECT_TRUE(list->dbgrid1.columns[2].font.bold);
+    list->CommandBars1().show_font_bar(false);
+    EXPECT_FALSE(list->font_bar.frame_font.visible());
+    list->CommandBars1().show_font_bar(true);
+    press(100);
+    open_as("anna");
+    EXPECT_TRUE(list->font_bar.frame_font.visible());  // as it was left
+}
+
+TEST_F(Lists, GridOfTheColumnsToPrintHasItsCaption) {
+    EXPECT_EQ(list->print_columns.grid_sel.shown(), "PRINT COLUMNS");
+    EXPECT_EQ(list->dbgrid1.shown(), "");
 }
 
 TEST_F(Lists, NothingIsPrintedBeforeAPageWasSetUp) {
