@@ -1,4 +1,4 @@
-// A company with so many items to pay, written with bare SQLite.
+// A company with many items to pay, written with bare SQLite.
 #pragma once
 
 #include <fmt/format.h>

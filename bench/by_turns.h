@@ -10,7 +10,7 @@
 
 namespace brimley::bench {
 
-// Of both by turns, the medians of so many rounds.
+// The medians of the rounds, in which both are run by turns.
 struct Medians {
     double bare = 0;
     double form = 0;

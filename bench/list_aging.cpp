@@ -3,7 +3,7 @@
 //
 //   bench-list-aging [ITEMS] [FOLDER] [PAID...]
 //
-// PAID: so many items more that are paid and not listed.
+// PAID: how many more items are stored, which are paid and not listed.
 #include <fmt/format.h>
 
 #include <filesystem>

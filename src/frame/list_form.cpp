@@ -18,9 +18,9 @@ std::vector<Command> list_commands() {
 
 }  // namespace
 
-ListForm::ListForm(const FormIdentity& identity, HostContext context,
+ListForm::ListForm(const FormIdentity& identity, const ReportNames& report, HostContext context,
                    std::shared_ptr<kernel::ModuleG3> kernel, Desk& desk)
-    : GridForm(identity, std::move(context), std::move(kernel), desk) {
+    : GridForm(identity, std::move(context), std::move(kernel), desk), names_(report) {
     Progress1.set_visible(false);
     // There is no command for the frame of the font bar: it comes and goes with the bar.
     bars_.on_font_bar = [this](bool visible) { font_bar.frame_font.set_visible(visible); };
@@ -80,12 +80,12 @@ void ListForm::CommandBars1_Execute(int id) {
 }
 
 void ListForm::create_acrobat() {
-    auto report = report_.begin(report_names(), identity().class_name);
+    auto report = report_.begin(names_, identity().class_name);
     if (!report) return;
     Progress1.set(0);
     Progress1.set_visible(true);
     report->grids.push_back({columns_to_print(), &dbgrid1.array});
-    report_.print(*report, report_names(), preview_title());
+    report_.print(*report, names_);
     Progress1.set_visible(false);
 }
 

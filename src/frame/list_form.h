@@ -1,7 +1,7 @@
 // The frame of the report forms: a list that Find fills, the choice of the columns to print, the page setup,
 // and the report as a PDF file.
 //
-// They have no modes and change nothing in the ledger. What survives them is how they look: layouts, the
+// They have no modes and change nothing in the ledger. All that they store is how they look: layouts, the
 // columns to print, and remembered values.
 #pragma once
 
@@ -14,8 +14,9 @@ namespace brimley::frame {
 
 class ListForm : public GridForm {
   public:
-    ListForm(const FormIdentity& identity, HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
-             Desk& desk);
+    // `report` must outlive it: a constant.
+    ListForm(const FormIdentity& identity, const ReportNames& report, HostContext context,
+             std::shared_ptr<kernel::ModuleG3> kernel, Desk& desk);
 
     PrintColumns print_columns{*this, dbgrid1};
     controls::ProgressBar Progress1{controls_, "Progress1"};
@@ -23,16 +24,13 @@ class ListForm : public GridForm {
     // Find: fills the list anew.
     virtual void SEL_record() = 0;
     // Writes what stands in the list as a PDF file, by the user's page setup, and asks the host to show it.
-    // Nothing happens while the user has never saved a page setup for this form.
+    // Does nothing until the user has saved a page setup for this form.
     void create_acrobat();
 
   protected:
     // --- variable points ---
 
-    [[nodiscard]] virtual const ReportNames& report_names() const = 0;
-    // The title of the window that shows the report.
-    [[nodiscard]] virtual const char* preview_title() const = 0;
-    // What the fields show before anybody has typed.
+    // What the fields show when the form opens.
     virtual void show_first_values() = 0;
     // The lists of the form's fields.
     virtual void initform_control() = 0;
@@ -54,6 +52,7 @@ class ListForm : public GridForm {
     ListFill fill{*this, dbgrid1, Progress1};
 
   private:
+    const ReportNames& names_;
     ReportPrinting report_{*this};
     [[nodiscard]] std::vector<printing::PrintedColumn> columns_to_print();
     void init_report() { build_grids(); }

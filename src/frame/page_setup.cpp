@@ -18,7 +18,7 @@ constexpr FormIdentity kIdentity{"Form_report_format", "Page Setup", ""};
 constexpr const char* kPortrait = "Portrait";
 constexpr const char* kLandscape = "Landscape";
 constexpr const char* kOwnSize = "User defined paper size";
-// What a report without a page setup shows. It differs from the entry of the list, and so chooses none.
+// What is shown before the first save. It is none of the entries, and so chooses none of them.
 constexpr const char* kFirstPaper = "Letter (8.5x11 in.)";
 
 struct Paper {
@@ -116,7 +116,7 @@ void Form_report_format::show(const store::Recordset& row) {
     cmborient.set(row.text("Orientation") == "1" ? kPortrait : kLandscape);
 }
 
-// A number that none of the named colours has chooses none.
+// A number that is none of the named colours chooses none of them.
 void Form_report_format::show_colour(ComboBox& picker, const store::Value& stored) {
     if (stored.is_null()) return;
     const auto number = kernel::whole_number(stored.number(), 0, controls::kWhite);

@@ -1,6 +1,6 @@
 // The pane in which the user ticks the columns of dbgrid1 to print.
 //
-// The boxes are read from the layout of dbgrid1 when they are first wanted, to be shown or to print by, and
+// The boxes are read from the layout of dbgrid1 when they are first needed, on screen or for a report, and
 // are written back when the pane or the form closes. Whether a column is shown does not matter.
 #pragma once
 
@@ -26,7 +26,7 @@ class PrintColumns : public FormPart {
     void toggle();
     // The captions that are ticked, in the order of the layout.
     [[nodiscard]] std::vector<std::string> ticked();
-    // Writes the boxes into the layout, unless nobody has wanted them yet. Failures are ignored.
+    // Writes the boxes into the layout, unless they were never read. Failures are ignored.
     void save();
 
   private:

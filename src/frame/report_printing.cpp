@@ -1,5 +1,7 @@
 #include "frame/report_printing.h"
 
+#include <stdexcept>
+
 #include "frame/platform_path.h"
 #include "printing/report_file.h"
 
@@ -44,23 +46,24 @@ std::optional<printing::Report> ReportPrinting::begin(const ReportNames& names,
     return report;
 }
 
-std::string ReportPrinting::user_folder() const {
-    std::string folder = context().BRIMLEY_PATH + "\\User report\\" + context().BRIMLEY_USER;
-    if (!is_no_folder_name(context().BRIMLEY_USER) && !desk().folder_exists(folder))
-        desk().make_folder(folder);
-    return folder + "\\";
+// A folder that cannot be made shows when the file is written.
+void ReportPrinting::make_user_folder(const std::string& folder) const {
+    if (is_no_folder_name(context().BRIMLEY_USER))
+        throw std::runtime_error("the user's name is no name of a folder");
+    if (!desk().folder_exists(folder)) desk().make_folder(folder);
 }
 
 void ReportPrinting::print(const printing::Report& report, const ReportNames& names,
-                           const std::string& window_title) const {
-    const std::string stem = user_folder() + names.file_stem + time_digits(desk().now());
+                           const std::string& docno) const {
+    const std::string folder = context().BRIMLEY_PATH + "\\User report\\" + context().BRIMLEY_USER;
+    const std::string stem = folder + "\\" + names.file_stem + time_digits(desk().now());
     step("write the report", [&] {
-        if (is_no_folder_name(context().BRIMLEY_USER))
-            throw std::runtime_error("the user's name is no name of a folder");
+        make_user_folder(folder);
         const printing::ReportFile file = printing::write_report(report, platform_path(stem).string());
         if (!file.written) throw std::runtime_error(file.failure);
     });
-    notify(report.format.portrait ? "pdf viewer" : "pdf viewer landscape", stem + ".pdf", window_title);
+    notify(report.format.portrait ? "pdf viewer" : "pdf viewer landscape", stem + ".pdf",
+           names.window_title + docno);
 }
 
 void ReportPrinting::print_lines(const ReportNames& names, const controls::Grid& grid,
@@ -69,7 +72,7 @@ void ReportPrinting::print_lines(const ReportNames& names, const controls::Grid&
     if (!report) return;
     report->rule_below_head = true;
     report->grids.push_back({visible_columns(grid), &grid.array});
-    print(*report, names, "Preview " + docno);
+    print(*report, names, docno);
 }
 
 }  // namespace brimley::frame

@@ -1,7 +1,7 @@
 // The report of a form: its grids as they stand, as a PDF file in the user's folder below "User report".
 //
-// Errors are ignored, as everywhere in printing: without a folder or a file nothing is said, and the host is
-// asked to show the file all the same.
+// Errors are ignored: without a folder or a file there is no message, and the host is asked to show the file
+// all the same.
 #pragma once
 
 #include <optional>
@@ -17,6 +17,8 @@ namespace brimley::frame {
 struct ReportNames {
     const char* title;      // "VENDOR AGING REPORT"
     const char* file_stem;  // "vendor_aging": the time of day follows in the name of the file
+    // "Preview Vendor Aging": of the window that shows it. For a document its number follows.
+    const char* window_title;
 };
 
 class ReportPrinting : public FormPart {
@@ -28,14 +30,12 @@ class ReportPrinting : public FormPart {
     [[nodiscard]] std::optional<printing::Report> begin(const ReportNames& names,
                                                         const std::string& format_form) const;
     // Writes the report and asks the host to show it.
-    void print(const printing::Report& report, const ReportNames& names,
-               const std::string& window_title) const;
-    // All of it for a document: the columns of its grid that the user sees.
+    void print(const printing::Report& report, const ReportNames& names, const std::string& docno = {}) const;
+    // Both for a document: begins and prints the report of the columns of its grid that the user sees.
     void print_lines(const ReportNames& names, const controls::Grid& grid, const std::string& docno) const;
 
   private:
-    // With a backslash after it, as hosts have it in paths; made when it is missing.
-    [[nodiscard]] std::string user_folder() const;
+    void make_user_folder(const std::string& folder) const;
 };
 
 }  // namespace brimley::frame

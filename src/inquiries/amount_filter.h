@@ -11,13 +11,13 @@ struct AmountFilter {
     std::string_view comparison;  // "=", "<", ">", "<=" or ">="; empty: any amount will do
     double amount = 0;
 
-    // What a query needs after its first condition for this field to be such an amount. It holds no letter of
-    // what was typed.
+    // " AND field >= 100", to be appended to the conditions of a query; empty for any amount. It is made of
+    // the parsed number, never of the typed text.
     [[nodiscard]] std::string further_condition(std::string_view field) const;
 };
 
-// Empty when the text does not say which amounts. An amount has no thousands commas, and a sign only after a
-// comparison; blanks may stand around the text and before the amount.
+// No value when the text is no filter of an amount. An amount has no thousands commas, and a sign only after
+// a comparison; blanks may stand around the text and before the amount.
 [[nodiscard]] std::optional<AmountFilter> parse_amount_filter(std::string_view text);
 
 }  // namespace brimley::inquiries

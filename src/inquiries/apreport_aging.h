@@ -7,7 +7,6 @@
 #include <string>
 
 #include "frame/fields/vendor_fields.h"
-#include "frame/line_columns.h"
 #include "frame/list_form.h"
 
 namespace brimley::inquiries {
@@ -27,11 +26,10 @@ class APreport_aging : public frame::ListForm {
     void show_overdue();
 
     frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
-                                      frame::VendorFields::Unknown::empties_the_other};
+                                      frame::VendorFields::Unknown::empties_the_other,
+                                      frame::VendorFields::BlankEntry::first};
 
   protected:
-    [[nodiscard]] const frame::ReportNames& report_names() const override;
-    [[nodiscard]] const char* preview_title() const override { return "Preview Vendor Aging"; }
     void show_first_values() override;
     void initform_control() override;
     void init_toolbar() override { add_list_commands({}); }
@@ -40,23 +38,6 @@ class APreport_aging : public frame::ListForm {
   private:
     [[nodiscard]] std::string query_of_items(store::DateTime as_of) const;
     void assign2_dbgrid1(const std::string& query);
-    void begin_items(const store::Recordset& items);
-    // Both return the row after what they have shown.
-    int show_item(const store::Recordset& item, int row);
-    int show_total(int row);
-    [[nodiscard]] int age_column_of(const store::Value& age) const;
-
-    // Of the fill in progress: where its columns stand, the vendor of the rows before, and what it is owed.
-    frame::LineColumns columns_;
-    int vendor_no_field_ = 0;
-    int open_amount_field_ = 0;
-    int age_field_ = 0;
-    std::string vendor_read_;
-    int vendor_no_column_ = -1;
-    int vendor_name_column_ = -1;
-    std::vector<int> age_columns_;
-    std::string vendor_no_;
-    double vendor_total_ = 0;
 };
 
 }  // namespace brimley::inquiries

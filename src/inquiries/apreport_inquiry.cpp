@@ -10,7 +10,7 @@ using frame::Shown;
 namespace {
 
 constexpr frame::FormIdentity kInquiryIdentity{"APreport_inquiry", "Invoice Inquiry", ""};
-constexpr frame::ReportNames kInquiryReport{"VENDOR INVOICES", "vendor_invoices"};
+constexpr frame::ReportNames kInquiryReport{"VENDOR INVOICES", "vendor_invoices", "Preview Vendor Invoices"};
 
 constexpr const char* kDocumentNo = "document no";
 
@@ -41,12 +41,10 @@ constexpr const char* kItemsOfDocuments =
 
 APreport_inquiry::APreport_inquiry(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                    frame::Desk& desk)
-    : DocumentInquiry(kInquiryIdentity, std::move(context), std::move(kernel), desk, kInquiryColumns,
-                      kDocumentNo) {
+    : DocumentInquiry(kInquiryIdentity, kInquiryReport, std::move(context), std::move(kernel), desk,
+                      kInquiryColumns, kDocumentNo) {
     controls::OptionButton::group({&opt_all, &opt_paid, &opt_open, &opt_hold});
 }
-
-const frame::ReportNames& APreport_inquiry::report_names() const { return kInquiryReport; }
 
 void APreport_inquiry::show_first_values() {
     DocumentInquiry::show_first_values();

@@ -1,7 +1,6 @@
 // APreport_inquiry: the items of invoices, by state, dates, vendor, numbers and amounts.
 //
-// With all of them the items themselves are asked, and void ones are left out; with one of the other states
-// it is the documents that are asked.
+// "All" looks at the items themselves and leaves void ones out; the other states are those of the documents.
 #pragma once
 
 #include "inquiries/document_inquiry.h"
@@ -22,8 +21,6 @@ class APreport_inquiry : public DocumentInquiry {
     void SEL_record() override;
 
   protected:
-    [[nodiscard]] const frame::ReportNames& report_names() const override;
-    [[nodiscard]] const char* preview_title() const override { return "Preview Vendor Invoices"; }
     void show_first_values() override;
     void initform_control() override;
     void init_toolbar() override { add_inquiry_commands({}); }

@@ -12,7 +12,7 @@ using frame::Shown;
 namespace {
 
 constexpr frame::FormIdentity kHistoryIdentity{"APreport_payhistory", "Payment History", ""};
-constexpr frame::ReportNames kHistoryReport{"PAYMENT HISTORY", "payment_history"};
+constexpr frame::ReportNames kHistoryReport{"PAYMENT HISTORY", "payment_history", "Preview Payment History"};
 
 constexpr const char* kEveryWay = "All";
 constexpr const char* kInvoiceNo = "AP doc no";
@@ -59,10 +59,8 @@ constexpr std::array kOrigins{
 
 APreport_payhistory::APreport_payhistory(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                          frame::Desk& desk)
-    : DocumentInquiry(kHistoryIdentity, std::move(context), std::move(kernel), desk, kPaymentColumns,
-                      kInvoiceNo) {}
-
-const frame::ReportNames& APreport_payhistory::report_names() const { return kHistoryReport; }
+    : DocumentInquiry(kHistoryIdentity, kHistoryReport, std::move(context), std::move(kernel), desk,
+                      kPaymentColumns, kInvoiceNo) {}
 
 // The boxes of the columns to print are built from the layout that a form of another module has.
 const char* APreport_payhistory::layout_of(const controls::Grid& grid) const {

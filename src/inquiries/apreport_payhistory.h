@@ -22,12 +22,10 @@ class APreport_payhistory : public DocumentInquiry {
     void show_invoice(const std::string& docno);
     // Shows the invoice with the number on screen, and what was paid on it, whatever the filter says.
     void get_match_history();
-    // Asks the host for the document of the current row, by the word that stands as its type.
+    // Asks the host for the document of the current row, by the type that the row shows.
     void origin_document();
 
   protected:
-    [[nodiscard]] const frame::ReportNames& report_names() const override;
-    [[nodiscard]] const char* preview_title() const override { return "Preview Payment History"; }
     [[nodiscard]] const char* layout_of(const controls::Grid& grid) const override;
     void show_first_values() override;
     void initform_control() override;

@@ -3,32 +3,54 @@
 #include <fmt/format.h>
 
 #include "inquiries/amount_filter.h"
+#include "inquiries/vendor_cells.h"
 #include "presentation/user_days.h"
 
 namespace brimley::inquiries {
 
 using controls::Command;
-using controls::TextArray;
 
 namespace {
 
 constexpr int kBillRecord = 1001;
 
+// The rows of one fill: the columns of the form, and the vendor.
+class DocumentListing {
+  public:
+    DocumentListing(frame::Form& form, controls::Grid& grid, std::span<const frame::LineColumn> columns,
+                    const store::Recordset& rows)
+        : columns_(form, grid, columns), vendor_(form, grid, rows) {
+        columns_.begin(rows);
+    }
+    [[nodiscard]] int show(const store::Recordset& item, int row) {
+        static_cast<void>(vendor_.changes(item));
+        columns_.read(item);
+        columns_.put(row, vendor_.cells());
+        return row + 1;
+    }
+    void end(int /*row*/) {}
+
+  private:
+    frame::LineColumns columns_;
+    VendorCells vendor_;
+};
+
 }  // namespace
 
-DocumentInquiry::DocumentInquiry(const frame::FormIdentity& identity, frame::HostContext context,
-                                 std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk,
-                                 std::span<const frame::LineColumn> columns, const char* invoice_caption)
-    : ListForm(identity, std::move(context), std::move(kernel), desk),
+DocumentInquiry::DocumentInquiry(const frame::FormIdentity& identity, const frame::ReportNames& report,
+                                 frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
+                                 frame::Desk& desk, std::span<const frame::LineColumn> columns,
+                                 const char* invoice_caption)
+    : ListForm(identity, report, std::move(context), std::move(kernel), desk),
       cal1(controls_, "cal1", presentation::user_day_texts(this->context().BRIMLEY_DATE_FORMAT),
            presentation::year_up_to(desk.now())),
       invoice_caption_(invoice_caption),
-      columns_(*this, dbgrid1, columns) {}
+      columns_(columns) {}
 
 void DocumentInquiry::show_first_values() { cmbcompany.set("1"); }
 
 void DocumentInquiry::initform_control() {
-    vendor_fields.fill(frame::VendorFields::BlankEntry::first);
+    vendor_fields.fill();
     cmbcompany.set_items({{"1"}});
 }
 
@@ -79,29 +101,8 @@ std::optional<std::string> DocumentInquiry::amount_condition(const controls::Tex
 }
 
 void DocumentInquiry::assign2_dbgrid1(const std::string& query) {
-    fill.run(
-        query, [&](const store::Recordset& items) { begin_rows(items); },
-        [&](const store::Recordset& item, int row) {
-            show_row(item, row);
-            return row + 1;
-        });
-}
-
-void DocumentInquiry::begin_rows(const store::Recordset& rows) {
-    vendor_no_.clear();
-    columns_.begin(rows);
-    vendor_no_field_ = rows.column_of("vendor_no");
-    vendor_no_column_ = dbgrid1.get_column("vendor no");
-    vendor_name_column_ = dbgrid1.get_column("vendor name");
-}
-
-void DocumentInquiry::show_row(const store::Recordset& item, int row) {
-    columns_.read(item);
-    item.read_text(vendor_no_field_, vendor_read_);
-    if (vendor_read_ == vendor_no_) return columns_.put(row);
-    vendor_no_ = vendor_read_;
-    columns_.put(row, std::array{TextArray::CellText{vendor_no_column_, vendor_no_},
-                                 TextArray::CellText{vendor_name_column_, fill.vendor_name(vendor_no_)}});
+    fill.run(query,
+             [&](const store::Recordset& rows) { return DocumentListing(*this, dbgrid1, columns_, rows); });
 }
 
 }  // namespace brimley::inquiries

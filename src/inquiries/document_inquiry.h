@@ -31,7 +31,8 @@ class DocumentInquiry : public frame::ListForm {
     void findAP();
 
     frame::VendorFields vendor_fields{*this, cmbvendor, cmbvendor_name,
-                                      frame::VendorFields::Unknown::empties_the_other};
+                                      frame::VendorFields::Unknown::empties_the_other,
+                                      frame::VendorFields::BlankEntry::first};
 
   protected:
     // What an inquiry calls the fields that the filter is about. The number of the invoice is the vendor's.
@@ -44,8 +45,8 @@ class DocumentInquiry : public frame::ListForm {
 
     // `columns` must outlive this: a table of constants. The invoice of a row is named in the column
     // `invoice_caption`.
-    DocumentInquiry(const frame::FormIdentity& identity, frame::HostContext context,
-                    std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk,
+    DocumentInquiry(const frame::FormIdentity& identity, const frame::ReportNames& report,
+                    frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk,
                     std::span<const frame::LineColumn> columns, const char* invoice_caption);
 
     void show_first_values() override;
@@ -58,25 +59,16 @@ class DocumentInquiry : public frame::ListForm {
     // The conditions of what is filled in, and of the dates: never empty. Of the two numbers the vendor's
     // wins.
     [[nodiscard]] std::string conditions(const FilteredFields& fields) const;
-    // The further condition of an amount that was typed, empty for none. No value, after the message, when
-    // the text is not the filter of an amount.
+    // The further condition of an amount that was typed, empty for none. When the text is no filter of an
+    // amount it shows the message and returns no value.
     [[nodiscard]] std::optional<std::string> amount_condition(const controls::TextField& typed,
                                                               const char* field, const char* message);
     // Fills the list; the query has vendor_no and the fields of the columns.
     void assign2_dbgrid1(const std::string& query);
 
   private:
-    void begin_rows(const store::Recordset& rows);
-    void show_row(const store::Recordset& item, int row);
-
     const char* invoice_caption_;
-    // Of the fill in progress: where its columns stand, and the vendor of the row above.
-    frame::LineColumns columns_;
-    int vendor_no_field_ = -1;
-    int vendor_no_column_ = -1;
-    int vendor_name_column_ = -1;
-    std::string vendor_no_;
-    std::string vendor_read_;
+    std::span<const frame::LineColumn> columns_;
 };
 
 }  // namespace brimley::inquiries

@@ -150,7 +150,7 @@ class ModuleG3 {
 
     // A snapshot of a query.
     [[nodiscard]] store::Recordset read(std::string_view query);
-    // The same for a list that may be long: the host stays alive while it is read.
+    // The same for a list that may be long: the host gets turns while it is read.
     [[nodiscard]] store::Recordset read_long(std::string_view query);
     // A changeable recordset.
     [[nodiscard]] store::Recordset change(std::string_view query);

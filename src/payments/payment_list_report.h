@@ -5,7 +5,8 @@
 
 namespace brimley::payments {
 
-// Title and file are those of another report: the forms have carried them from the beginning.
-inline constexpr frame::ReportNames kPaymentListReport{"COMPARATIVE INCOME STATEMENT", "comparative_income"};
+// Title and file name are those of another report: see docs/oddities.md.
+inline constexpr frame::ReportNames kPaymentListReport{"COMPARATIVE INCOME STATEMENT", "comparative_income",
+                                                       "Preview "};
 
 }  // namespace brimley::payments

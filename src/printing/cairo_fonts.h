@@ -52,7 +52,7 @@ struct Letter {
     bool known = false;
 };
 
-// A font in the size and style of a FontStyle, with what drawing plain letters needs at hand.
+// A font in the size and style of a FontStyle, with the metrics and glyphs of its plain letters.
 class SetFont {
   public:
     // For pages with this transformation. Throws std::runtime_error when the system has no font at all.

@@ -5,8 +5,8 @@
 
 namespace brimley::printing {
 
-// Appends to the file that its page tree is turned by so many degrees, clockwise; the pages themselves stay
-// as they are. Throws std::runtime_error when the file cannot be read or written.
+// Turns all pages of the file by these degrees, clockwise: appends a new version of its page tree, and leaves
+// the pages themselves as they are. Throws std::runtime_error when the file cannot be read or written.
 void append_rotation(const std::string& path, int degrees);
 
 }  // namespace brimley::printing

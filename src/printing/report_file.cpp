@@ -65,11 +65,11 @@ void write_files(const Report& report, const std::string& stem) {
 
 }  // namespace
 
-ReportFile write_report(const Report& report, const std::string& stem) noexcept {
+ReportFile write_report(const Report& report, const std::string& stem) {
     try {
         write_files(report, stem);
         return {true, {}};
-    } catch (const std::exception& failure) {
+    } catch (const std::runtime_error& failure) {
         return {false, failure.what()};
     }
 }

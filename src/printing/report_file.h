@@ -13,8 +13,9 @@ struct ReportFile {
 };
 
 // Draws the report into `stem`.pdf, in place of a file of that name. A landscape report also gives
-// `stem`_L.pdf, which is the same turned the other way round. The files appear when they are complete; after
-// a failure there is nothing of them. The folder must exist. Throws nothing.
-[[nodiscard]] ReportFile write_report(const Report& report, const std::string& stem) noexcept;
+// `stem`_L.pdf, which is the same turned the other way round. The files appear when they are complete; a
+// failure leaves none. The folder must exist. A file that cannot be written is an answer; mistakes of
+// our own and lack of memory are thrown.
+[[nodiscard]] ReportFile write_report(const Report& report, const std::string& stem);
 
 }  // namespace brimley::printing

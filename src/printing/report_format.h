@@ -28,7 +28,7 @@ constexpr double points_of_mm(double mm) { return mm * kPointsPerInch / 25.4; }
 
 struct ReportFormat {
     bool portrait = false;   // only the orientation "1" is; null is landscape
-    PageSize page;           // null: the default page, as for a paper that nobody knows
+    PageSize page;           // null: the default page, as for an unknown paper
     std::string font_name;   // null: a blank name, for which the report has kDefaultFont
     double font_size = 10;   // null: 10, as the page setup fills it
     double row_height = 20;  // null: 20, as the page setup fills it

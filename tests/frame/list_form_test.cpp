@@ -20,39 +20,44 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr frame::FormIdentity kVendorList{"APreport_aging", "Vendors", ""};
-constexpr frame::ReportNames kVendorReport{"VENDORS", "vendors"};
+constexpr frame::ReportNames kVendorReport{"VENDORS", "vendors", "Preview Vendors"};
 constexpr std::array kVendorColumns{
     frame::LineColumn{"vendor no", "vendor_no", frame::Shown::text},
     frame::LineColumn{"AP document no", "VENDOR_NAME", frame::Shown::text},
 };
 
 // The smallest list: the vendors, in two columns of the layout of the aging.
+class VendorListing {
+  public:
+    VendorListing(frame::Form& form, controls::Grid& grid, const store::Recordset& rows)
+        : columns_(form, grid, kVendorColumns) {
+        columns_.begin(rows);
+    }
+    int show(const store::Recordset& row, int at) {
+        columns_.show(row, at);
+        return at + 1;
+    }
+    void end(int) {}
+
+  private:
+    frame::LineColumns columns_;
+};
+
 class VendorList : public frame::ListForm {
   public:
     VendorList(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk)
-        : ListForm(kVendorList, std::move(context), std::move(kernel), desk),
-          columns_(*this, dbgrid1, kVendorColumns) {}
+        : ListForm(kVendorList, kVendorReport, std::move(context), std::move(kernel), desk) {}
 
     void SEL_record() override {
-        fill.run(
-            query, [&](const store::Recordset& rows) { columns_.begin(rows); },
-            [&](const store::Recordset& row, int at) {
-                columns_.show(row, at);
-                return at + 1;
-            });
+        fill.run(query, [&](const store::Recordset& rows) { return VendorListing(*this, dbgrid1, rows); });
     }
 
     std::string query = "SELECT vendor_no, VENDOR_NAME FROM Vendor_table ORDER BY vendor_no";
 
   protected:
-    [[nodiscard]] const frame::ReportNames& report_names() const override { return kVendorReport; }
-    [[nodiscard]] const char* preview_title() const override { return "Preview Vendors"; }
     void show_first_values() override {}
     void initform_control() override {}
     void init_toolbar() override { add_list_commands({}); }
-
-  private:
-    frame::LineColumns columns_;
 };
 
 // Folders are real ones.

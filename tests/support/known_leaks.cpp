@@ -1,6 +1,6 @@
-// What the leak checker finds in every program with fonts or PDF views, and what is none of ours.
+// What the leak checker finds in every program with fonts or PDF views, and is not ours.
 //
-//   QScroller::grabGesture  The toolkit's PDF view never gives back the recogniser of gestures.
+//   QScroller::grabGesture  The toolkit's PDF view never frees its recogniser of gestures.
 //   libfontconfig           It keeps a pattern of its configuration as long as the process lives, and finds
 //                           it by the distance between two addresses, which the checker cannot see.
 extern "C" const char* __lsan_default_suppressions();

@@ -4,8 +4,9 @@
 
 namespace brimley::frame {
 
-VendorFields::VendorFields(Form& form, controls::ComboBox& number, controls::ComboBox& name, Unknown unknown)
-    : FormPart(form), number_(number), name_(name), unknown_(unknown) {
+VendorFields::VendorFields(Form& form, controls::ComboBox& number, controls::ComboBox& name, Unknown unknown,
+                           BlankEntry blank)
+    : FormPart(form), number_(number), name_(name), unknown_(unknown), blank_(blank) {
     number_.on_item_select = [this] {
         follow(number_, name_);
         if (on_chosen) on_chosen();
@@ -14,6 +15,9 @@ VendorFields::VendorFields(Form& form, controls::ComboBox& number, controls::Com
         follow(name_, number_);
         if (on_chosen) on_chosen();
     };
+    if (blank == BlankEntry::none) return;
+    number_.on_change = [this] { follow_emptied(number_, name_); };
+    name_.on_change = [this] { follow_emptied(name_, number_); };
 }
 
 void VendorFields::follow(const controls::ComboBox& chosen, controls::ComboBox& other) const {
@@ -25,11 +29,11 @@ void VendorFields::follow_emptied(const controls::ComboBox& emptied, controls::C
     if (emptied.empty()) other.set("");
 }
 
-void VendorFields::fill(BlankEntry blank) {
-    const auto list = [this, blank](const char* first, const char* second) {
+void VendorFields::fill() {
+    const auto list = [this](const char* first, const char* second) {
         const auto vendors =
             rows_of(fmt::format("SELECT {0}, {1} FROM Vendor_table ORDER BY {0} DESC", first, second));
-        return [vendors, blank] {
+        return [vendors, blank = blank_] {
             kernel::TextRows rows = vendors();
             if (blank == BlankEntry::first) rows.insert(rows.begin(), {"", ""});
             return rows;
@@ -37,9 +41,6 @@ void VendorFields::fill(BlankEntry blank) {
     };
     number_.set_source(list("vendor_no", "VENDOR_NAME"));
     name_.set_source(list("VENDOR_NAME", "vendor_no"));
-    if (blank == BlankEntry::none) return;
-    number_.on_change = [this] { follow_emptied(number_, name_); };
-    name_.on_change = [this] { follow_emptied(name_, number_); };
 }
 
 std::optional<std::string> VendorFields::name_of(const std::string& vendor_no) const {

@@ -14,12 +14,13 @@ class VendorFields : public FormPart {
   public:
     // What becomes of the other field when a text is chosen that the list does not have.
     enum class Unknown { leaves_the_other, empties_the_other };
-    VendorFields(Form& form, controls::ComboBox& number, controls::ComboBox& name, Unknown unknown);
-
-    // Gives both fields their lists, newest number and last name first; fetched when somebody looks at them.
     // Where no vendor means all of them, a blank entry comes first, and to empty a field is to choose it.
     enum class BlankEntry { none, first };
-    void fill(BlankEntry blank = BlankEntry::none);
+    VendorFields(Form& form, controls::ComboBox& number, controls::ComboBox& name, Unknown unknown,
+                 BlankEntry blank = BlankEntry::none);
+
+    // Gives both fields their lists, newest number and last name first; fetched when somebody looks at them.
+    void fill();
     // Empty for an unknown vendor.
     [[nodiscard]] std::optional<std::string> name_of(const std::string& vendor_no) const;
 
@@ -37,6 +38,7 @@ class VendorFields : public FormPart {
     controls::ComboBox& number_;
     controls::ComboBox& name_;
     Unknown unknown_;
+    BlankEntry blank_;
 };
 
 }  // namespace brimley::frame

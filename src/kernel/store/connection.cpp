@@ -174,7 +174,7 @@ void Connection::query(PlannedStatement& statement, std::span<const Parameter> p
     guarded([&] {
         EngineStatement& shared = prepared(statement);
         if (!shared.is_running) return run_query(shared, parameters, sink);
-        // Asked once more by what its own rows were handed to.
+        // What takes its rows asks for the same query again: that runs on a statement of its own.
         run_query(*engine_->prepare(statement.text), parameters, sink);
     });
 }

@@ -38,7 +38,7 @@ class EngineStatement {
   public:
     virtual ~EngineStatement() = default;
 
-    // While its query runs. A statement runs once at a time.
+    // True while its query runs: a statement cannot run a second time within that.
     bool is_running = false;
 };
 

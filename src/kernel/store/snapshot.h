@@ -12,8 +12,8 @@ namespace brimley::store {
 
 class Snapshot final : public RecordSource {
   public:
-    // Reads all rows, with pauses; none when empty. The plan and the memory for the current row must outlive
-    // it.
+    // Reads all rows, or none when `empty`, and calls `between` after each thousand. The plan and the memory
+    // for the current row must outlive it.
     Snapshot(Connection& connection, SelectPlan& plan, Row& row, std::span<const Parameter> parameters,
              bool empty, const Pause& between);
 
