@@ -219,9 +219,8 @@ TEST_F(NewCompanyFile, OpenItemsAreReadInTheOrderOfTheAgingWithoutSorting) {
         "SELECT vendor_no, docno, pay_item, (Datevalue('Jan 15, 2026') - [due_date]) / 30 AS age_range FROM "
         "AP_transaction_table WHERE paid = FALSE AND void = FALSE";
     const std::string order = " ORDER BY vendor_no, docno, pay_item";
-    for (const std::string& query :
-         {items + order, items + " AND vendor_no = 'V1'" + order,
-          "SELECT * FROM (" + items + ") WHERE age_range > 0" + order}) {
+    for (const std::string& query : {items + order, items + " AND vendor_no = 'V1'" + order,
+                                     "SELECT * FROM (" + items + ") WHERE age_range > 0" + order}) {
         const auto steps = report_.rows("EXPLAIN QUERY PLAN " + translator.select(query).rows.sql);
         ASSERT_EQ(steps.size(), 1U) << query;
         EXPECT_THAT(steps[0][3], ::testing::HasSubstr("USING INDEX AP_transaction_table_index_4")) << query;
