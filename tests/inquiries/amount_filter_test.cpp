@@ -72,6 +72,16 @@ TEST(AmountFilter, OtherTextIsInvalid) {
     EXPECT_EQ(condition(std::string("5\0", 2)), "invalid");
 }
 
+// A blank that does not break a line comes with a pasted amount; the others are what Thai and wide keys type.
+TEST(AmountFilter, OnlyPlainBlanksAndDigitsAreRead) {
+    for (const char* text :
+         {"\u00a0100", "100\u00a0", "1\u00a0000", "\u00a0", "๑๐๐", "1๐๐", "１００", "1００"}) {
+        EXPECT_EQ(condition(text), "invalid") << text;
+        EXPECT_EQ(condition(std::string(">=") + text), "invalid") << text;
+    }
+    EXPECT_EQ(condition("＞100"), "invalid");
+}
+
 TEST(AmountFilter, AmountsThatAreNotHeldToTheCentAreInvalid) {
     EXPECT_EQ(condition("9999999999999.99"), " AND gross_amount = 9999999999999.99");
     EXPECT_EQ(condition("10000000000000"), "invalid");
