@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <set>
 
+#include "frame/line_columns.h"
 #include "frame/list_form.h"
 #include "frame/page_setup.h"
 #include "frame/platform_path.h"
