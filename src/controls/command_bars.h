@@ -43,6 +43,7 @@ class CommandBars {
     bool font_bar_visible = false;
     // The user shows or hides the font bar.
     void show_font_bar(bool visible);
+    // After the font bar was shown or hidden.
     std::function<void(bool visible)> on_font_bar;
 
     std::function<void()> on_shown_change;

@@ -72,7 +72,7 @@ class Grid : public Control {
     Grid(ControlSet& controls, std::string name) : Control(controls, std::move(name)) {}
 
     // --- shape ---
-    std::string title;  // above the captions; mostly none
+    std::string title;  // above the captions, in a pane; mostly none
     std::vector<GridColumn> columns;
     int row_height = 370;
     Colour even_row_colour = kWhite;

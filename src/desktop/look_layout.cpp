@@ -127,7 +127,7 @@ class Layouter {
         return whole;
     }
 
-    // White on the colour of the captions below it; null for a grid without one.
+    // As the captions below it; null for a grid without one.
     [[nodiscard]] QLabel* grid_title(const QString& name) const {
         const auto* const grid = dynamic_cast<const controls::Grid*>(controls_.find(typed(name)));
         if (grid == nullptr || grid->title.empty()) return nullptr;

@@ -2,8 +2,9 @@
 //
 // A part has the form's services, which are protected in Form, and owns the state of its subject. It knows
 // the form that it belongs to by a reference to what it needs of it: the form itself, or the controls and
-// lines that it was handed. A form holds its parts as members, declared after its controls; a part must not
-// use the form while both are being constructed.
+// lines that it was handed. A form holds its parts as members, declared after its controls; a part of a
+// single act, such as the fill of a list, lives in an object of that act. A part must not use the form while
+// both are being constructed.
 #pragma once
 
 #include <string>

@@ -13,12 +13,18 @@ constexpr int kRowsBetweenPauses = 500;
 
 }  // namespace
 
-int ListFill::start() {
+void ListFill::clear() {
+    ++newest_;
     grid_.array.dimension(kRowsMin);
     grid_.go_to(0, 0);
+    finish();
+}
+
+int ListFill::start() {
+    clear();
     progress_.set(0);
     progress_.set_visible(true);
-    return ++newest_;
+    return newest_;
 }
 
 void ListFill::expect(std::int64_t count) {

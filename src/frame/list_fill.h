@@ -17,6 +17,8 @@ class ListFill : public FormPart {
     ListFill(Form& form, controls::Grid& grid, controls::ProgressBar& progress)
         : FormPart(form), grid_(grid), progress_(progress) {}
 
+    // Empties the list, and ends the fill that the host may have interrupted.
+    void clear();
     // Empties the list and fills it from the rows of the query. `make_listing` gets the rows before the first
     // one is shown; its result serves this fill alone and has
     //   int show(const store::Recordset& row, int at)   shows the current row at the next free row of the

@@ -24,6 +24,7 @@ ListForm::ListForm(const FormIdentity& identity, const ReportNames& report, Host
     Progress1.set_visible(false);
     // There is no command for the frame of the font bar: it comes and goes with the bar.
     bars_.on_font_bar = [this](bool visible) { font_bar.frame_font.set_visible(visible); };
+    font_bar.frame_font.on_close = [this] { bars_.show_font_bar(false); };
     dbgrid1.on_row_col_change = [this](int, int old_column) { font_bar.follow_column(old_column); };
 }
 
@@ -82,11 +83,12 @@ void ListForm::CommandBars1_Execute(int id) {
 void ListForm::create_acrobat() {
     auto report = report_.begin(names_, identity().class_name);
     if (!report) return;
-    Progress1.set(0);
+    const bool in_a_fill = Progress1.visible();
+    if (!in_a_fill) Progress1.set(0);
     Progress1.set_visible(true);
     report->grids.push_back({columns_to_print(), &dbgrid1.array});
     report_.print(*report, names_);
-    Progress1.set_visible(false);
+    Progress1.set_visible(in_a_fill);
 }
 
 // In the order of the pane. Whether the grid shows a column does not matter.

@@ -69,18 +69,22 @@ std::vector<std::string> PrintColumns::ticked() {
     return captions;
 }
 
+// A row that cannot be written does not keep the others from it.
 void PrintColumns::save() {
     if (!loaded_) return;
     step("save grid_sel", [&] {
         auto layout = kernel().change(layout_query());
-        for (int row = 0; !grid_sel.cell(row, kColumn).empty(); ++row) {
-            layout.FindFirst({{"caption", grid_sel.cell(row, kColumn)}});
-            if (layout.NoMatch()) continue;
-            layout.Edit();
-            layout.set("Print", is_ticked(row));
-            layout.Update();
-        }
+        for (int row = 0; !grid_sel.cell(row, kColumn).empty(); ++row)
+            step("save a column to print", [&] { save_row(layout, row); });
     });
+}
+
+void PrintColumns::save_row(store::Recordset& layout, int row) {
+    layout.FindFirst({{"caption", grid_sel.cell(row, kColumn)}});
+    if (layout.NoMatch()) return;
+    layout.Edit();
+    layout.set("Print", is_ticked(row));
+    layout.Update();
 }
 
 }  // namespace brimley::frame

@@ -33,6 +33,7 @@ class PrintColumns : public FormPart {
     void load_once();
     [[nodiscard]] std::string layout_query() const;
     [[nodiscard]] bool is_ticked(int row) const;
+    void save_row(store::Recordset& layout, int row);
 
     const controls::Grid& printed_;
     bool loaded_ = false;

@@ -25,8 +25,8 @@ class ReportPrinting : public FormPart {
   public:
     explicit ReportPrinting(Form& form) : FormPart(form) {}
 
-    // The head of the report under the page setup that the user has for this name; empty when the user has
-    // never saved one, and then nothing is printed.
+    // The head of the report under the page setup that the user has under `format_form`; empty when the user
+    // has never saved one, and then nothing is printed.
     [[nodiscard]] std::optional<printing::Report> begin(const ReportNames& names,
                                                         const std::string& format_form) const;
     // Writes the report and asks the host to show it.

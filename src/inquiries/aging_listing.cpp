@@ -1,5 +1,7 @@
 #include "inquiries/aging_listing.h"
 
+#include <algorithm>
+
 #include "kernel/money.h"
 
 namespace brimley::inquiries {

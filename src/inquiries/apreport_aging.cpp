@@ -38,7 +38,7 @@ void APreport_aging::SEL_record() {
     if (as_of)
         assign2_dbgrid1(query_of_items(*as_of));
     else
-        clear_list();
+        fill.clear();
 }
 
 // The age is computed where the items are stored. An item that is never due has none.

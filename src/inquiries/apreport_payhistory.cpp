@@ -123,7 +123,7 @@ void APreport_payhistory::show_invoice(const std::string& docno) {
 }
 
 void APreport_payhistory::get_match_history() {
-    clear_list();
+    fill.clear();
     step("get_match_history", [&] {
         const auto invoice =
             kernel().find("AP_header_table", {{"company", cmbcompany.text()}, {"docno", txtdocno.text()}});

@@ -2,6 +2,7 @@
 #include <QDeadlineTimer>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -324,6 +325,21 @@ TEST_F(Host, ReportIsWrittenIntoTheUsersFolderAndOpensInAWindow) {
     ASSERT_EQ(files.size(), 2);
     EXPECT_TRUE(files[0].startsWith("vendor_aging"));
     EXPECT_TRUE(files[1].endsWith("_L.pdf"));
+}
+
+TEST_F(Host, PaneOfTheColumnsToPrintHasItsTitles) {
+    ASSERT_TRUE(window->show_form("APreport_aging"));
+    auto& list = *window->desk().windows().back();
+    list.press(124);
+    list.settle();
+    auto& columns = window->ap()->frm_aging->print_columns;
+    QDockWidget* const pane = list.pane(columns.Frame_printcol);
+    ASSERT_NE(pane, nullptr);
+    EXPECT_TRUE(pane->isVisible());
+    EXPECT_EQ(pane->windowTitle(), "Print Column");
+    const auto labels = pane->widget()->findChildren<QLabel*>();
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(),
+                            [](const QLabel* label) { return label->text() == "PRINT COLUMNS"; }));
 }
 
 // Watches a bar at every moment in which the window is let go on.

@@ -183,13 +183,33 @@ TEST_F(Lists, FindWithinAFillGivesItsOwnWholeList) {
 
 TEST_F(Lists, FormTakenDownWithinAFillStaysUntilItsEnd) {
     add_vendors(1'500);
+    VendorList* const pressed = list.get();
+    const std::weak_ptr<VendorList> watched = list;
+    int pumps = 0;
     desk.on_pump = [&] {
         if (list) list->unload_form();
         list.reset();
+        ++pumps;
+        EXPECT_FALSE(watched.expired());
     };
-    const auto pressed = list;
     EXPECT_EQ(pressed->press(104), controls::Refusal::none);
-    EXPECT_FALSE(pressed->is_open());
+    EXPECT_GE(pumps, 3);
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(Lists, PreviewWithinAFillPrintsWhatIsThereAndLetsTheFillGoOn) {
+    static_cast<void>(printed_words());
+    add_vendors(1'500);
+    int pumps = 0;
+    desk.on_pump = [&] {
+        if (++pumps != 3) return;
+        press(103);
+        EXPECT_TRUE(list->Progress1.visible());
+    };
+    press(104);
+    EXPECT_EQ(requests.size(), 2U);
+    EXPECT_GT(list->dbgrid1.array.used_rows(), 1'500);
+    EXPECT_FALSE(list->Progress1.visible());
 }
 
 TEST_F(Lists, QueryThatFailsEmptiesTheListWithoutAWord) {
@@ -251,6 +271,9 @@ TEST_F(Lists, FrameOfTheFontBarComesAndGoesWithTheBar) {
     EXPECT_TRUE(list->dbgrid1.columns[2].font.bold);
     list->CommandBars1().show_font_bar(false);
     EXPECT_FALSE(list->font_bar.frame_font.visible());
+    list->CommandBars1().show_font_bar(true);
+    EXPECT_EQ(list->font_bar.frame_font.close(), controls::Refusal::none);
+    EXPECT_FALSE(list->font_bar_shown());
     list->CommandBars1().show_font_bar(true);
     press(100);
     open_as("anna");

@@ -3,6 +3,8 @@
 // fails once does not keep the others from being stored.
 #include <sstream>
 
+#include "frame/page_setup.h"
+#include "inquiries/apreport_aging.h"
 #include "support/fault_sweep.h"
 
 namespace brimley::testing {
@@ -16,42 +18,82 @@ class OpenedForm : public invoices::APform_invoice {
     using APform_invoice::show_even_row_color;
 };
 
+using inquiries::APreport_aging;
+
+// Opens a form, changes how it looks, and keeps that.
 struct LookWriter {
     const char* name;
-    void (*prepare)(OpenedForm& form);
-    void (*keep)(OpenedForm& form);
+    std::shared_ptr<frame::GridForm> (*open)(const frame::HostContext& context,
+                                             std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk);
+    void (*prepare)(frame::GridForm& form);
+    void (*keep)(frame::GridForm& form);
     bool writes_one_row;
 };
 
-void change_columns(OpenedForm& form) {
+template <class FormClass>
+std::shared_ptr<frame::GridForm> opened(const frame::HostContext& context,
+                                        std::shared_ptr<kernel::ModuleG3> kernel, frame::Desk& desk) {
+    return std::make_shared<FormClass>(context, std::move(kernel), desk);
+}
+
+OpenedForm& invoice(frame::GridForm& form) { return dynamic_cast<OpenedForm&>(form); }
+
+void change_nothing(frame::GridForm&) {}
+
+void change_columns(frame::GridForm& form) {
     EXPECT_EQ(form.dbgrid1.resize_column(0, 1234), controls::Refusal::none);
     EXPECT_EQ(form.dbgrid1.resize_column(1, 2345), controls::Refusal::none);
     EXPECT_EQ(form.dbgrid1.move_column(2, 0), controls::Refusal::none);
     EXPECT_EQ(form.press(209), controls::Refusal::none);
 }
 
-void change_fonts(OpenedForm& form) {
+void change_fonts(frame::GridForm& form) {
     EXPECT_EQ(form.dbgrid1.user_selects_columns(controls::Grid::Range{0, 3}), controls::Refusal::none);
     for (const int command : {403, 404, 407})
         EXPECT_EQ(form.press(command), controls::Refusal::none);
 }
 
+void untick_columns(frame::GridForm& form) {
+    EXPECT_EQ(form.press(124), controls::Refusal::none);
+    controls::Grid& boxes = dynamic_cast<APreport_aging&>(form).print_columns.grid_sel;
+    for (const int row : {1, 3, 5})
+        EXPECT_EQ(boxes.edit_cell(row, boxes.get_column("print"), "False"), controls::Refusal::none);
+}
+
+// One is stored already.
+void change_page_setup(frame::GridForm& form) {
+    EXPECT_EQ(form.press(102), controls::Refusal::none);
+    auto& setup = dynamic_cast<frame::Form_report_format&>(*form.child());
+    setup.cmdsave_Click();
+    EXPECT_EQ(setup.txttop.type("20"), controls::Refusal::none);
+    EXPECT_EQ(setup.cmborient.type("Portrait"), controls::Refusal::none);
+}
+
+void save_page_setup(frame::GridForm& form) {
+    dynamic_cast<frame::Form_report_format&>(*form.child()).cmdsave_Click();
+}
+
 const std::vector<LookWriter> kLookWriters{
-    {"Exit", change_columns, [](OpenedForm& form) { (void)form.press(100); }, false},
-    {"SaveFont", change_fonts, [](OpenedForm& form) { (void)form.press(401); }, false},
-    {"EvenRows", [](OpenedForm&) {}, [](OpenedForm& form) { form.show_even_row_color(false); }, true},
-    {"RecentValue", [](OpenedForm&) {},
-     [](OpenedForm& form) { form.save_recent_value("evenrow_color", "7"); }, true},
+    {"Exit", opened<OpenedForm>, change_columns, [](auto& form) { (void)form.press(100); }, false},
+    {"SaveFont", opened<OpenedForm>, change_fonts, [](auto& form) { (void)form.press(401); }, false},
+    {"EvenRows", opened<OpenedForm>, change_nothing,
+     [](auto& form) { invoice(form).show_even_row_color(false); }, true},
+    {"RecentValue", opened<OpenedForm>, change_nothing,
+     [](auto& form) { invoice(form).save_recent_value("evenrow_color", "7"); }, true},
+    {"PrintColumns", opened<APreport_aging>, untick_columns, [](auto& form) { (void)form.press(124); },
+     false},
+    {"PageSetup", opened<APreport_aging>, change_page_setup, save_page_setup, true},
 };
 
 struct LookSession : FaultedDesk {
     explicit LookSession(const LookWriter& writer) : FaultedDesk(new_company()) {
+        form = writer.open(user.ap, std::make_shared<kernel::ModuleG3>(faulty_company.database, user.desk),
+                           user.desk);
         form->show();
         writer.prepare(*form);
         remember_tables();
     }
-    std::shared_ptr<OpenedForm> form = std::make_shared<OpenedForm>(
-        user.ap, std::make_shared<kernel::ModuleG3>(faulty_company.database, user.desk), user.desk);
+    std::shared_ptr<frame::GridForm> form;
 };
 
 std::vector<std::string> rows_of(const std::string& table) {

@@ -67,4 +67,29 @@ TEST_F(AgingTotals, FindOfOneVendorWithinAFillOfAllIsOfThatVendor) {
     EXPECT_EQ(form().dbgrid1.array.used_rows(), 801);
 }
 
+TEST_F(AgingTotals, FindOfAnInvalidDateWithinAFillEndsIt) {
+    for (int moment = 1; moment <= 4; ++moment) {
+        SCOPED_TRACE(moment);
+        EXPECT_EQ(form().txtdate.type("16/03/2026"), controls::Refusal::none);
+        int pumps = 0;
+        user.desk.on_pump = [&] {
+            if (++pumps != moment) return;
+            EXPECT_EQ(form().txtdate.type("31/02/2026"), controls::Refusal::none);
+            find();
+        };
+        find();
+        EXPECT_EQ(form().dbgrid1.array.used_rows(), 0);
+        EXPECT_FALSE(form().Progress1.visible());
+    }
+}
+
+TEST_F(AgingTotals, ItemsOfNoVendorHaveATotalWhenTheyAreAlone) {
+    company.db().Execute("UPDATE AP_transaction_table SET vendor_no = NULL WHERE vendor_no = 'V1001'");
+    find();
+    EXPECT_THAT(totals(), ElementsAre("1600: 800.00"));
+    company.db().Execute("UPDATE AP_transaction_table SET vendor_no = ''");
+    find();
+    EXPECT_THAT(totals(), ElementsAre("1600: 1,600.00"));
+}
+
 }  // namespace brimley::testing
