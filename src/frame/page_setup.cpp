@@ -1,15 +1,18 @@
 #include "frame/page_setup.h"
 
 #include <algorithm>
-#include <array>
 
 #include "kernel/money.h"
 #include "presentation/pickers.h"
+#include "printing/report_format.h"
 
 namespace brimley::frame {
 
 using controls::ComboBox;
 using controls::TextField;
+using printing::kNamedPapers;
+using printing::kUserDefinedPaper;
+using printing::NamedPaper;
 
 namespace {
 
@@ -17,21 +20,8 @@ constexpr FormIdentity kIdentity{"Form_report_format", "Page Setup", ""};
 
 constexpr const char* kPortrait = "Portrait";
 constexpr const char* kLandscape = "Landscape";
-constexpr const char* kOwnSize = "User defined paper size";
 // What is shown before the first save. It is none of the entries, and so chooses none of them.
 constexpr const char* kFirstPaper = "Letter (8.5x11 in.)";
-
-struct Paper {
-    const char* entry;
-    const char* width;
-    const char* height;
-    const char* unit;
-};
-constexpr std::array kPapers{
-    Paper{"A4 (210x297 mm)", "210", "297", "mm"},      Paper{"A5 (148x210 mm)", "148", "210", "mm"},
-    Paper{"LETTER (8.5x11 in.)", "8.5", "11", "inch"}, Paper{"LEGAL (8.5x14 in.)", "8.5", "14", "inch"},
-    Paper{"B5 (182x257 mm)", "182", "257", "mm"},
-};
 
 std::vector<ComboBox::Row> items(std::initializer_list<const char*> texts) {
     std::vector<ComboBox::Row> rows;
@@ -62,9 +52,9 @@ void Form_report_format::Form_Load() {
 void Form_report_format::init_control() {
     cmborient.set_items(items({kPortrait, kLandscape}));
     std::vector<ComboBox::Row> papers;
-    for (const Paper& paper : kPapers)
+    for (const NamedPaper& paper : kNamedPapers)
         papers.push_back({paper.entry});
-    papers.push_back({kOwnSize});
+    papers.push_back({kUserDefinedPaper});
     cmbpaper.set_items(std::move(papers));
     cmbunit.set_items(items({"mm", "inch"}));
     cmbfont_size_print.set_items(items({"8", "9", "10", "10.5", "11", "12", "14", "16", "18", "20", "22",
@@ -126,12 +116,12 @@ void Form_report_format::show_colour(ComboBox& picker, const store::Value& store
 
 void Form_report_format::cmbpaper_ItemSelect() {
     if (cmbpaper.empty()) return;
-    const bool own_size = cmbpaper.text() == kOwnSize;
+    const bool own_size = cmbpaper.text() == kUserDefinedPaper;
     txtwidth.set_locked(!own_size);
     txtheight.set_locked(!own_size);
-    const auto paper = std::find_if(kPapers.begin(), kPapers.end(),
-                                    [&](const Paper& each) { return cmbpaper.text() == each.entry; });
-    if (paper == kPapers.end()) return;
+    const auto paper = std::find_if(kNamedPapers.begin(), kNamedPapers.end(),
+                                    [&](const NamedPaper& each) { return cmbpaper.text() == each.entry; });
+    if (paper == kNamedPapers.end()) return;
     txtwidth.set(paper->width);
     txtheight.set(paper->height);
     cmbunit.set(paper->unit);

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "kernel/money.h"
+#include "kernel/store/value.h"
 
 namespace brimley::inquiries {
 
@@ -33,7 +34,7 @@ bool is_amount(std::string_view text) {
 
 std::string AmountFilter::further_condition(std::string_view field) const {
     if (comparison.empty()) return {};
-    return fmt::format(" AND {} {} {}", field, comparison, amount);
+    return fmt::format(" AND {} {} {}", field, comparison, store::shortest_number(amount));
 }
 
 std::optional<AmountFilter> parse_amount_filter(std::string_view text) {

@@ -26,16 +26,15 @@ constexpr std::array kInquiryColumns{
     LineColumn{"hold", "hold", Shown::flag},
 };
 
-constexpr const char* kItems =
-    "SELECT vendor_no, docno, invoice_no, pay_item, invoice_date, due_date, gross_amount, open_amount, paid, "
-    "hold FROM AP_transaction_table WHERE ";
-// The state is the document's, the rest is shown as the item has it.
-constexpr const char* kItemsOfDocuments =
+// All of it is shown as the item has it; a state other than "All" is the document's.
+constexpr const char* kCells =
     "SELECT AP_transaction_table.vendor_no, AP_transaction_table.docno, AP_transaction_table.invoice_no, "
     "AP_transaction_table.pay_item, AP_transaction_table.invoice_date, AP_transaction_table.due_date, "
     "AP_transaction_table.gross_amount, AP_transaction_table.open_amount, AP_transaction_table.paid, "
-    "AP_transaction_table.hold FROM AP_header_table, AP_transaction_table WHERE AP_header_table.fkey = "
-    "AP_transaction_table.fkey AND ";
+    "AP_transaction_table.hold FROM ";
+constexpr const char* kOfItems = "AP_transaction_table WHERE ";
+constexpr const char* kOfDocuments =
+    "AP_header_table, AP_transaction_table WHERE AP_header_table.fkey = AP_transaction_table.fkey AND ";
 
 }  // namespace
 
@@ -75,9 +74,9 @@ void APreport_inquiry::SEL_record() {
 
 std::string APreport_inquiry::query_of_items() const {
     if (opt_all.is_set())
-        return kItems + conditions({"invoice_no", "docno", "vendor_no", "invoice_date"}) +
-               " AND void = FALSE";
-    return kItemsOfDocuments +
+        return std::string(kCells) + kOfItems +
+               conditions({"invoice_no", "docno", "vendor_no", "invoice_date"}) + " AND void = FALSE";
+    return std::string(kCells) + kOfDocuments +
            conditions({"AP_header_table.invoice_no", "AP_header_table.docno", "AP_header_table.vendor_no",
                        "AP_header_table.invoice_date"}) +
            state_condition();

@@ -23,7 +23,7 @@ using Drawing = Held<cairo_t, cairo_destroy>;
 using File = Held<std::FILE, std::fclose>;
 
 // Longer than a page is wide at any size that can be read.
-constexpr std::size_t kTextMost = 4096;
+constexpr std::size_t kTextMax = 4096;
 
 }  // namespace
 
@@ -46,7 +46,7 @@ class CairoCanvas::Pages {
         if (font_ && font_->is(style)) return;
         for (const auto& known : fonts_)
             if (known->is(style)) return use(*known);
-        fonts_.push_back(std::make_unique<SetFont>(shaper_, style, turn_));
+        fonts_.push_back(std::make_unique<PrintFont>(shaper_, style, turn_));
         use(*fonts_.back());
     }
     void set_colour(Colour colour) {
@@ -60,7 +60,7 @@ class CairoCanvas::Pages {
         if (set_letters(text, rectangle.width))
             draw_letters(rectangle, hpos, text);
         else
-            draw_shaped(rectangle, hpos, clean_text(text, kTextMost));
+            draw_shaped(rectangle, hpos, clean_text(text, kTextMax));
     }
     void fill(const Rectangle& rectangle) {
         show_letters();
@@ -78,14 +78,14 @@ class CairoCanvas::Pages {
     void new_page() {
         show_letters();
         cairo_show_page(drawing_.get());
-        must_be_well(cairo_status(drawing_.get()));
+        require_success(cairo_status(drawing_.get()));
         must_be_written();
     }
     void finish() {
         new_page();
         drawing_.reset();
         cairo_surface_finish(surface_.get());
-        must_be_well(cairo_surface_status(surface_.get()));
+        require_success(cairo_surface_status(surface_.get()));
         std::fflush(file_.get());
         must_be_written();
         file_.reset();
@@ -96,17 +96,17 @@ class CairoCanvas::Pages {
         const bool written = std::fwrite(data, 1, length, static_cast<std::FILE*>(file)) == length;
         return written ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
     }
-    static void must_be_well(cairo_status_t status) {
+    static void require_success(cairo_status_t status) {
         if (status != CAIRO_STATUS_SUCCESS) throw std::runtime_error(cairo_status_to_string(status));
     }
     // Cairo may forget that a part of the file could not be written.
     void must_be_written() const {
-        if (std::ferror(file_.get()) != 0) must_be_well(CAIRO_STATUS_WRITE_ERROR);
+        if (std::ferror(file_.get()) != 0) require_success(CAIRO_STATUS_WRITE_ERROR);
     }
     // Cairo counts from the upper edge.
     [[nodiscard]] double down(double y) const { return rect_height_ - y; }
 
-    void use(const SetFont& font) {
+    void use(const PrintFont& font) {
         show_letters();
         font_ = &font;
         cairo_set_scaled_font(drawing_.get(), font.scaled());
@@ -201,8 +201,8 @@ class CairoCanvas::Pages {
     Surface surface_;
     Drawing drawing_;
     TextShaper shaper_;
-    std::vector<std::unique_ptr<SetFont>> fonts_;
-    const SetFont* font_ = nullptr;
+    std::vector<std::unique_ptr<PrintFont>> fonts_;
+    const PrintFont* font_ = nullptr;
     ShapedTexts shaped_;
 
     Colour colour_ = 0;

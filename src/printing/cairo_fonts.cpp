@@ -15,10 +15,10 @@ using FontOptions = Held<cairo_font_options_t, cairo_font_options_destroy>;
 // Beyond these a page shows nothing, and a font cannot be made.
 constexpr double kFontSizeMin = 0.1;
 constexpr double kFontSizeMax = 2000;
-constexpr std::size_t kNameMost = 200;
+constexpr std::size_t kNameMax = 200;
 
-constexpr std::size_t kShapedMost = 2000;
-constexpr std::size_t kKeptLengthMost = 200;
+constexpr std::size_t kShapedMax = 2000;
+constexpr std::size_t kKeptLengthMax = 200;
 
 // What has room of a text, with its ellipsis. Pango finds the place; drawn as Pango has it, the ellipsis
 // would be copied out of the file as all that was cut off.
@@ -63,7 +63,7 @@ Held<PangoFont, g_object_unref> TextShaper::load(const PangoFontDescription* fon
     return Held<PangoFont, g_object_unref>(pango_context_load_font(context_.get(), font));
 }
 
-SetFont::SetFont(const TextShaper& shaper, const controls::FontStyle& style, const cairo_matrix_t& page)
+PrintFont::PrintFont(const TextShaper& shaper, const controls::FontStyle& style, const cairo_matrix_t& page)
     : style_(style), description_(pango_font_description_new()) {
     describe();
     const auto font = shaper.load(description_.get());
@@ -73,27 +73,27 @@ SetFont::SetFont(const TextShaper& shaper, const controls::FontStyle& style, con
     take_letters(shaper, font.get());
 }
 
-bool SetFont::is(const controls::FontStyle& style) const {
+bool PrintFont::is(const controls::FontStyle& style) const {
     return style.size == style_.size && style.bold == style_.bold && style.italic == style_.italic &&
            style.underline == style_.underline && style.name == style_.name;
 }
 
-const Letter& SetFont::letter(char byte) const {
+const Letter& PrintFont::letter(char byte) const {
     static constexpr Letter kUnknown;
     const auto code = static_cast<unsigned char>(byte);
     return code < letters_.size() ? letters_[code] : kUnknown;
 }
 
-void SetFont::describe() {
+void PrintFont::describe() {
     PangoFontDescription* const description = description_.get();
     const double size = std::clamp(style_.size, kFontSizeMin, kFontSizeMax);
-    pango_font_description_set_family(description, clean_text(style_.name, kNameMost).c_str());
+    pango_font_description_set_family(description, clean_text(style_.name, kNameMax).c_str());
     pango_font_description_set_absolute_size(description, size * PANGO_SCALE);
     if (style_.bold) pango_font_description_set_weight(description, PANGO_WEIGHT_BOLD);
     if (style_.italic) pango_font_description_set_style(description, PANGO_STYLE_ITALIC);
 }
 
-void SetFont::take_metrics(PangoFont* font) {
+void PrintFont::take_metrics(PangoFont* font) {
     const Held<PangoFontMetrics, pango_font_metrics_unref> metrics(pango_font_get_metrics(font, nullptr));
     ascent_ = points(pango_font_metrics_get_ascent(metrics.get()));
     underline_thickness_ = points(pango_font_metrics_get_underline_thickness(metrics.get()));
@@ -101,7 +101,7 @@ void SetFont::take_metrics(PangoFont* font) {
 }
 
 // The font with the page's own transformation; on a turned page it would be looked up anew for each text.
-void SetFont::take_scaled_font(PangoFont* font, const cairo_matrix_t& page) {
+void PrintFont::take_scaled_font(PangoFont* font, const cairo_matrix_t& page) {
     cairo_scaled_font_t* const upright = pango_cairo_font_get_scaled_font(PANGO_CAIRO_FONT(font));
     cairo_matrix_t size;
     cairo_scaled_font_get_font_matrix(upright, &size);
@@ -111,13 +111,13 @@ void SetFont::take_scaled_font(PangoFont* font, const cairo_matrix_t& page) {
         cairo_scaled_font_create(cairo_scaled_font_get_font_face(upright), &size, &page, options.get()));
 }
 
-void SetFont::take_letters(const TextShaper& shaper, const PangoFont* font) {
+void PrintFont::take_letters(const TextShaper& shaper, const PangoFont* font) {
     for (unsigned char code = ' '; code < 0x7F; ++code)
         letters_[code] = letter_of(shaper, font, std::string(1, static_cast<char>(code)));
     ellipsis_ = letter_of(shaper, font, kEllipsis);
 }
 
-Letter SetFont::letter_of(const TextShaper& shaper, const PangoFont* font, std::string_view text) const {
+Letter PrintFont::letter_of(const TextShaper& shaper, const PangoFont* font, std::string_view text) const {
     const Layout layout = shaper.layout(description_.get(), text);
     const PangoLayoutLine* const line = pango_layout_get_line_readonly(layout.get(), 0);
     if (!line->runs || line->runs->next) return {};
@@ -134,7 +134,7 @@ double width_of(PangoLayout* layout) {
     return points(extents.width);
 }
 
-PangoLayout* ShapedTexts::shape(const TextShaper& shaper, const SetFont& font, const std::string& text,
+PangoLayout* ShapedTexts::shape(const TextShaper& shaper, const PrintFont& font, const std::string& text,
                                 double room) {
     Key key{&font, room, text};
     if (const auto known = by_key_.find(&key); known != by_key_.end()) {
@@ -144,13 +144,13 @@ PangoLayout* ShapedTexts::shape(const TextShaper& shaper, const SetFont& font, c
     Layout layout = shaper.layout(font.description(), text);
     if (width_of(layout.get()) > room)
         layout = shaper.layout(font.description(), cut_text(layout.get(), text, room));
-    if (text.size() <= kKeptLengthMost) return keep(std::move(key), std::move(layout));
+    if (text.size() <= kKeptLengthMax) return keep(std::move(key), std::move(layout));
     not_kept_ = std::move(layout);
     return not_kept_.get();
 }
 
 PangoLayout* ShapedTexts::keep(Key key, Layout layout) {
-    if (used_.size() == kShapedMost) {
+    if (used_.size() == kShapedMax) {
         by_key_.erase(&used_.back().key);
         used_.pop_back();
     }

@@ -53,10 +53,10 @@ struct Letter {
 };
 
 // A font in the size and style of a FontStyle, with the metrics and glyphs of its plain letters.
-class SetFont {
+class PrintFont {
   public:
     // For pages with this transformation. Throws std::runtime_error when the system has no font at all.
-    SetFont(const TextShaper& shaper, const controls::FontStyle& style, const cairo_matrix_t& page);
+    PrintFont(const TextShaper& shaper, const controls::FontStyle& style, const cairo_matrix_t& page);
 
     [[nodiscard]] bool is(const controls::FontStyle& style) const;
     [[nodiscard]] bool underlined() const { return style_.underline; }
@@ -94,12 +94,12 @@ class SetFont {
 class ShapedTexts {
   public:
     // One line, cut with an ellipsis to what has room. Valid until the next call.
-    [[nodiscard]] PangoLayout* shape(const TextShaper& shaper, const SetFont& font, const std::string& text,
+    [[nodiscard]] PangoLayout* shape(const TextShaper& shaper, const PrintFont& font, const std::string& text,
                                      double room);
 
   private:
     struct Key {
-        const SetFont* font;
+        const PrintFont* font;
         double room;
         std::string text;
 
@@ -107,7 +107,7 @@ class ShapedTexts {
     };
     struct Hash {
         std::size_t operator()(const Key* key) const {
-            return std::hash<std::string>()(key->text) ^ std::hash<const SetFont*>()(key->font);
+            return std::hash<std::string>()(key->text) ^ std::hash<const PrintFont*>()(key->font);
         }
     };
     struct Equal {

@@ -21,7 +21,7 @@ constexpr double kGapBetweenGrids = 2;  // row heights
 // From the upper rule of a grid's header down to F, in row heights.
 constexpr double kHeaderAboveF = 3;
 // The columns that decide whether a row is the last.
-constexpr int kTellingColumns[] = {2, 3};
+constexpr int kLastRowColumns[] = {2, 3};
 
 bool is_blank(std::string_view text) { return text.find_first_not_of(' ') == std::string_view::npos; }
 
@@ -36,7 +36,7 @@ struct LaidOutGrid {
 
 LaidOutGrid lay_out(const ReportGrid& grid, const PageGeometry& page) {
     LaidOutGrid laid_out{&grid, printed_rows(grid), grid.columns, {}, {}};
-    laid_out.columns.resize(std::min(grid.columns.size(), kColumnsMost));
+    laid_out.columns.resize(std::min(grid.columns.size(), kColumnsMax));
     std::vector<int> widths;
     std::vector<Alignment> alignments;
     for (const PrintedColumn& column : laid_out.columns) {
@@ -233,7 +233,7 @@ PrintedColumn printed_column(const controls::Grid& grid, int column) {
 int printed_rows(const ReportGrid& grid) {
     if (!grid.rows || grid.columns.empty()) return 0;
     for (int rows = grid.rows->used_rows(); rows > 0; --rows)
-        for (const int column : kTellingColumns)
+        for (const int column : kLastRowColumns)
             if (!is_blank(grid.rows->get(rows - 1, column))) return rows;
     return 0;
 }

@@ -25,13 +25,13 @@ struct PrintedColumn {
 
 [[nodiscard]] PrintedColumn printed_column(const controls::Grid& grid, int column);
 
-// The rows of one grid. The first kColumnsMost columns are printed, and without a column no row is.
+// The rows of one grid. The first kColumnsMax columns are printed, and without a column no row is.
 struct ReportGrid {
     std::vector<PrintedColumn> columns;
     const controls::TextArray* rows = nullptr;  // must live while the report is drawn
 };
 
-inline constexpr std::size_t kColumnsMost = 20;
+inline constexpr std::size_t kColumnsMax = 20;
 
 // One line of the head; a blank text is left out.
 struct HeadLine {

@@ -1,36 +1,20 @@
 #include "printing/report_format.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace brimley::printing {
 
 namespace {
 
-constexpr const char* kUserDefinedPaper = "User defined paper size";
-
-struct NamedPaper {
-    std::string_view name;
-    PageSize size;
-};
-
-constexpr std::array kPapers{
-    NamedPaper{"A4", {595, 842}},     NamedPaper{"A5", {420, 595}}, NamedPaper{"LETTER", {612, 792}},
-    NamedPaper{"LEGAL", {612, 1008}}, NamedPaper{"B5", {516, 729}},
-};
-
 // What a page of the file format may measure.
 constexpr double kSizeMin = 3;
 constexpr double kSizeMax = 14400;
 
-char upper(char letter) { return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter; }
+std::string_view first_word(std::string_view text) { return text.substr(0, text.find(' ')); }
 
 PageSize named_paper(std::string_view entry) {
-    std::string name(entry.substr(0, entry.find(' ')));
-    std::transform(name.begin(), name.end(), name.begin(), upper);
-    for (const NamedPaper& paper : kPapers)
-        if (paper.name == name) return paper.size;
+    for (const NamedPaper& paper : kNamedPapers)
+        if (controls::same_ignoring_case(first_word(entry), first_word(paper.entry))) return paper.page;
     return {};
 }
 

@@ -5,6 +5,7 @@
 // member. Reading never fails: a row that cannot be read counts as none.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,6 +48,23 @@ struct ReportFormat {
 };
 
 inline constexpr const char* kDefaultFont = "Arial";
+
+// A paper by its name, with its size as a page setup shows it and in points.
+struct NamedPaper {
+    const char* entry;
+    const char* width;
+    const char* height;
+    const char* unit;
+    PageSize page;
+};
+inline constexpr std::array kNamedPapers{
+    NamedPaper{"A4 (210x297 mm)", "210", "297", "mm", {595, 842}},
+    NamedPaper{"A5 (148x210 mm)", "148", "210", "mm", {420, 595}},
+    NamedPaper{"LETTER (8.5x11 in.)", "8.5", "11", "inch", {612, 792}},
+    NamedPaper{"LEGAL (8.5x14 in.)", "8.5", "14", "inch", {612, 1008}},
+    NamedPaper{"B5 (182x257 mm)", "182", "257", "mm", {516, 729}},
+};
+inline constexpr const char* kUserDefinedPaper = "User defined paper size";
 
 // What stands in the paper fields of the row; empty for null.
 struct Paper {

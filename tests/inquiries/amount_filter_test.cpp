@@ -90,7 +90,7 @@ TEST(AmountFilter, AmountsThatAreNotHeldToTheCentAreInvalid) {
 
 TEST(AmountFilter, LongFractionsComeOutAsTheNumberThatTheyAre) {
     EXPECT_EQ(condition("0.30000000000000000000001"), " AND gross_amount = 0.3");
-    EXPECT_EQ(condition("0.00000001"), " AND gross_amount = 1e-08");
+    EXPECT_EQ(condition("0.00000001"), " AND gross_amount = 0.00000001");
 }
 
 }  // namespace brimley::testing

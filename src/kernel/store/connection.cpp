@@ -9,6 +9,18 @@ namespace brimley::store {
 
 namespace {
 
+// Marks a statement while it runs.
+class Running {
+  public:
+    explicit Running(EngineStatement& statement) : statement_(statement) { statement_.is_running = true; }
+    ~Running() { statement_.is_running = false; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+  private:
+    EngineStatement& statement_;
+};
+
 constexpr std::size_t kPlansMax = 512;
 // When this many statements are known by their SQL, those that are gone are swept out.
 constexpr std::size_t kSweepFrom = 4096;
@@ -156,33 +168,19 @@ void Connection::note_failure(const Error& error) {
     }
 }
 
-// Marks a statement while it runs.
-class Connection::Running {
-  public:
-    explicit Running(EngineStatement& statement) : statement_(statement) { statement_.is_running = true; }
-    ~Running() { statement_.is_running = false; }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-
-  private:
-    EngineStatement& statement_;
-};
-
 void Connection::query(PlannedStatement& statement, std::span<const Parameter> parameters,
                        const RowSink& sink) {
     require_usable();
+    const auto run = [&](EngineStatement& prepared) {
+        const Running running(prepared);
+        engine_->query(prepared, parameters, sink);
+    };
     guarded([&] {
         EngineStatement& shared = prepared(statement);
-        if (!shared.is_running) return run_query(shared, parameters, sink);
+        if (!shared.is_running) return run(shared);
         // What takes its rows asks for the same query again: that runs on a statement of its own.
-        run_query(*engine_->prepare(statement.text), parameters, sink);
+        run(*engine_->prepare(statement.text));
     });
-}
-
-void Connection::run_query(EngineStatement& statement, std::span<const Parameter> parameters,
-                           const RowSink& sink) {
-    const Running running(statement);
-    engine_->query(statement, parameters, sink);
 }
 
 WriteResult Connection::write(PlannedStatement& statement, std::span<const Parameter> parameters) {

@@ -93,8 +93,6 @@ class Connection {
     [[nodiscard]] std::shared_ptr<Plan> plan_of(LruCache<Plan>& plans, std::string_view text,
                                                 const Make& make);
     [[nodiscard]] EngineStatement& prepared(PlannedStatement& statement);
-    class Running;
-    void run_query(EngineStatement& statement, std::span<const Parameter> parameters, const RowSink& sink);
     void require_usable() const;
     void note_failure(const Error& error);
     // The engine's transaction is over, in whatever way.
