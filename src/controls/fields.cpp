@@ -52,6 +52,13 @@ Refusal PushButton::click() {
     return Refusal::none;
 }
 
+Refusal TabControl::choose(int page) {
+    if (!reachable()) return Refusal::hidden;
+    if (!enabled()) return Refusal::disabled;
+    change(page_, page);
+    return Refusal::none;
+}
+
 Refusal Frame::close() {
     if (!reachable()) return Refusal::hidden;
     if (!enabled()) return Refusal::disabled;

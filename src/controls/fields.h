@@ -2,6 +2,9 @@
 // bars.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "controls/control.h"
 
 namespace brimley::controls {
@@ -129,6 +132,25 @@ class Frame : public Control {
 
   private:
     std::string caption_;
+};
+
+// Pages that lie behind each other, each with what its title names.
+class TabControl : public Control {
+  public:
+    TabControl(ControlSet& controls, std::string name, std::vector<std::string> titles)
+        : Control(controls, std::move(name)), titles_(std::move(titles)) {}
+
+    [[nodiscard]] const std::vector<std::string>& titles() const { return titles_; }
+    // The page in front, from 0.
+    [[nodiscard]] int page() const { return page_; }
+    [[nodiscard]] std::string shown() const override { return titles_.at(static_cast<std::size_t>(page_)); }
+
+    // The user brings a page to the front.
+    [[nodiscard]] Refusal choose(int page);
+
+  private:
+    std::vector<std::string> titles_;
+    int page_ = 0;
 };
 
 class ProgressBar : public Control {

@@ -30,6 +30,7 @@ struct DropDown {
     std::vector<std::string> captions;
     std::vector<int> widths;  // of its columns, twentieths of a point; set when a cell opens
     std::function<Rows()> source;
+    std::size_t taken = 0;  // the column whose text a choice puts into the cell
     mutable std::optional<Rows> fetched = {};
 
     [[nodiscard]] const Rows& rows() const {

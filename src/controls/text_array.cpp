@@ -78,6 +78,10 @@ int TextArray::used_rows() const {
     return 0;
 }
 
+bool TextArray::row_has_text(int row) const {
+    return row >= 0 && row < rows() && !rows_[static_cast<std::size_t>(row)].empty();
+}
+
 std::string_view TextArray::get(int row, int column) const {
     if (row < 0 || row >= rows()) return {};
     const std::vector<char>& cells = rows_[static_cast<std::size_t>(row)];

@@ -20,6 +20,8 @@ class TextArray {
     // One past the last row that holds any text.
     [[nodiscard]] int used_rows() const;
 
+    [[nodiscard]] bool row_has_text(int row) const;
+
     // Valid until the row is next changed.
     [[nodiscard]] std::string_view get(int row, int column) const;
     // A column below 0 (a caption that the grid does not have) is ignored, as is one above 254.

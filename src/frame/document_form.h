@@ -89,6 +89,10 @@ class DocumentForm : public GridForm {
     virtual void record_stepped() {}
     // Where next_record and previous_record go while nothing stored is on screen.
     virtual void step_from_new_entry() { last_record(); }
+    [[nodiscard]] virtual bool nothing_stored_on_screen() const;
+    // Without a stored document, but with numbers given out, the form opens as for a new entry; or else
+    // empty.
+    [[nodiscard]] virtual bool opens_as_new() const { return true; }
     virtual void preview() {}
     virtual void insert_line() {}
     virtual void delete_line() {}

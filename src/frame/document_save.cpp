@@ -22,8 +22,10 @@ bool DocumentSave::write() {
     auto header = kernel().change(fmt::format("SELECT * FROM {} WHERE 1 = 2", documents().tables().header));
     header.AddNew();
     fill_header(header);
+    const bool header_first = header_row() == HeaderRow::before_lines;
+    if (header_first) header.Update();
     if (!write_lines(header)) return false;
-    header.Update();
+    if (!header_first) header.Update();
     if (!post()) return false;
     header.Bookmark(header.LastModified());
     header.Edit();

@@ -4,7 +4,7 @@
 //   validate        one message at a time; nothing is written before it ends
 //   draw number     txtdocno and txtfkey are the new document's from here on
 //   fill_header     into the row that is being added
-//   write_lines     before the header row is written, which they may copy from
+//   write_lines     before the header row is written, which they may copy from, or after it (header_row)
 //   post            the GL document, balances, the vendor
 //   GLFKEY          into the header
 //
@@ -31,6 +31,9 @@ class DocumentSave : public DocumentPart {
     virtual void set_doctype() = 0;
     [[nodiscard]] virtual kernel::ModuleG3::TooLongMessage too_long_message() const = 0;
     virtual void fill_header(store::Recordset& header) = 0;
+    // When the header row is written. Lines that copy from it are written before it is.
+    enum class HeaderRow { after_lines, before_lines };
+    [[nodiscard]] virtual HeaderRow header_row() const { return HeaderRow::after_lines; }
     [[nodiscard]] virtual bool write_lines(store::Recordset& header) = 0;
     // txtglfkey is the key of the GL document afterwards. Inside the transaction, like the three before it.
     [[nodiscard]] virtual bool post() = 0;

@@ -28,7 +28,7 @@ void DocumentForm::last_record() {
             show_document(*newest);
             grid_readmode();
             record_shown_by_walk();
-        } else if (walk().fkey_last_no == 0) {
+        } else if (walk().fkey_last_no == 0 || !opens_as_new()) {
             clear_box();
             grid_readmode();
         } else {
@@ -38,11 +38,15 @@ void DocumentForm::last_record() {
     });
 }
 
+bool DocumentForm::nothing_stored_on_screen() const {
+    return txtdocno.empty() || txtdocno.text() == kNewDocno;
+}
+
 void DocumentForm::next_record() { step_record(1); }
 void DocumentForm::previous_record() { step_record(-1); }
 
 void DocumentForm::step_record(int direction) {
-    if (txtdocno.empty() || txtdocno.text() == kNewDocno) {
+    if (nothing_stored_on_screen()) {
         step_from_new_entry();
         return;
     }

@@ -78,10 +78,10 @@ std::optional<Recordset> DocumentWalk::beside(const std::string& fkey, int direc
     const auto number = key_number(fkey);
     if (!number) return std::nullopt;
     const std::string doctype = key_doctype(fkey);
-    // Only the way up has a bound; documents saved since then are above it.
-    const std::int64_t last_no = direction < 0                    ? kKeyNumberMax
-                                 : doctype == doctype_of_last_no_ ? fkey_last_no
-                                                                  : last_number_issued(doctype);
+    // Only a way up that goes over gaps has a bound; documents saved since then are above it.
+    const std::int64_t last_no = direction < 0 || gap_ends_way_up() ? kKeyNumberMax
+                                 : doctype == doctype_of_last_no_   ? fkey_last_no
+                                                                    : last_number_issued(doctype);
     return nearest(fkey.substr(0, fkey.find('-') + 1), *number + direction, direction, last_no);
 }
 
@@ -104,7 +104,7 @@ std::optional<std::int64_t> DocumentWalk::stored_number_beyond(const std::string
 // missing numbers is skipped at once: an import may have moved a counter far ahead.
 std::optional<Recordset> DocumentWalk::nearest(const std::string& prefix, std::int64_t n, int direction,
                                                std::int64_t last_no) const {
-    const bool gap_ends = direction > 0 && tables_.gap_upwards == WalkTables::GapUpwards::ends_the_way;
+    const bool gap_ends = direction > 0 && gap_ends_way_up();
     int missing = 0;
     for (; n >= 1 && n <= last_no; n += direction) {
         auto header = header_by_fkey(prefix + std::to_string(n));

@@ -27,7 +27,8 @@ struct WalkTables {
     // Whether the header table says in `doctype` which kind its rows are. A table without that field holds a
     // single kind.
     bool has_doctype = true;
-    // What a missing number means on the way up: the way down always skips it.
+    // What a missing number means on the way up: the way down always skips it. A way up that a gap ends has
+    // no other end: it reaches what was saved since the walk began.
     enum class GapUpwards { is_jumped, ends_the_way } gap_upwards = GapUpwards::is_jumped;
 };
 
@@ -68,6 +69,10 @@ class DocumentWalk : public FormPart {
                                                           int direction, std::int64_t last_no) const;
     [[nodiscard]] std::optional<std::int64_t> stored_number_beyond(const std::string& prefix, std::int64_t n,
                                                                    int direction) const;
+
+    [[nodiscard]] bool gap_ends_way_up() const {
+        return tables_.gap_upwards == WalkTables::GapUpwards::ends_the_way;
+    }
 
     WalkTables tables_;
     std::string doctype_of_last_no_;  // the kind that fkey_last_no belongs to

@@ -21,15 +21,6 @@ std::string time_digits(store::DateTime moment) {
     return digits;
 }
 
-// In the order in which they are seen.
-std::vector<printing::PrintedColumn> visible_columns(const controls::Grid& grid) {
-    std::vector<printing::PrintedColumn> columns;
-    for (const int column : grid.column_order())
-        if (grid.columns[static_cast<std::size_t>(column)].visible)
-            columns.push_back(printing::printed_column(grid, column));
-    return columns;
-}
-
 }  // namespace
 
 std::optional<printing::Report> ReportPrinting::begin(const ReportNames& names,
@@ -64,6 +55,14 @@ void ReportPrinting::print(const printing::Report& report, const ReportNames& na
     });
     notify(report.format.portrait ? "pdf viewer" : "pdf viewer landscape", stem + ".pdf",
            names.window_title + docno);
+}
+
+std::vector<printing::PrintedColumn> ReportPrinting::visible_columns(const controls::Grid& grid) {
+    std::vector<printing::PrintedColumn> columns;
+    for (const int column : grid.column_order())
+        if (grid.columns[static_cast<std::size_t>(column)].visible)
+            columns.push_back(printing::printed_column(grid, column));
+    return columns;
 }
 
 void ReportPrinting::print_lines(const ReportNames& names, const controls::Grid& grid,

@@ -31,6 +31,8 @@ class ReportPrinting : public FormPart {
                                                         const std::string& format_form) const;
     // Writes the report and asks the host to show it.
     void print(const printing::Report& report, const ReportNames& names, const std::string& docno = {}) const;
+    // What the user sees of a grid, in the order in which it is seen.
+    [[nodiscard]] static std::vector<printing::PrintedColumn> visible_columns(const controls::Grid& grid);
     // Both for a document: begins and prints the report of the columns of its grid that the user sees.
     void print_lines(const ReportNames& names, const controls::Grid& grid, const std::string& docno) const;
 

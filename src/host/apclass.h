@@ -28,6 +28,9 @@ class APform_payment;
 class APform_prepayment;
 class APform_void_check;
 }  // namespace brimley::payments
+namespace brimley::revaluation {
+class APform_revalue;
+}
 namespace brimley::inquiries {
 class APreport_aging;
 class APreport_inquiry;
@@ -137,6 +140,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<payments::APform_creditcard_payment> frm_creditcard;
     std::shared_ptr<payments::APform_misc_payment> frm_misc;
     std::shared_ptr<payments::APform_void_check> frm_void_check;
+    std::shared_ptr<revaluation::APform_revalue> frm_revalue;
     std::shared_ptr<inquiries::APreport_aging> frm_aging;
     std::shared_ptr<inquiries::APreport_inquiry> frm_inquiry;
     std::shared_ptr<inquiries::APreport_payhistory> frm_payhistory;

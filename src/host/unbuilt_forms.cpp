@@ -4,12 +4,8 @@
 
 namespace brimley::host {
 
-void APclass::showform_APform_revalue() {}
 void APclass::showform_APreport_recur_inquiry() {}
 
-void APclass::APform_revalue_goto_docno(const std::string&) {}
-
 void APclass::frm_recur_inquiry_Exit() {}
-void APclass::frm_revalue_Exit() {}
 
 }  // namespace brimley::host
