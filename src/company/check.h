@@ -89,16 +89,25 @@ void check_owing_balances(const Books& books, Findings& findings);
 // balance. What either has posted to the accounts that it names is what its header says.
 void check_one_line_payments(const Books& books, Findings& findings);
 
+// A generated invoice has lines that are its own, its template, and a number that makes its key.
+void check_generated_invoices(const Books& books, Findings& findings);
+// It has one GL document, which has posted to the payable account and to the purchase accounts what its lines
+// say, as far as taxes are not mixed in; and a generated GL document has its invoice.
+void check_generated_postings(const Books& books, Findings& findings);
+
 // What the void of a check in the list of checks has done to what is owed.
 void note_voided_checks(const Books& books, Findings& notes);
 // Void prepayments that are applied or open, and those that count as applied after the payment was voided.
 void note_void_prepayments(const Books& books, Findings& notes);
 // Prepayments whose line and vendor know of another amount since an edit.
 void note_edited_prepayments(const Books& books, Findings& notes);
+// Generated invoices: GL documents that do not balance, lines with another payable account, voids that the
+// ledger does not know, keys that come again; and what balances and vendors leave out.
+void note_generated_invoices(const Books& books, Findings& notes);
 
 // No two documents share a key made from the counter that never restarts.
 void check_document_keys(const Books& books, Findings& findings);
-// Both counters stand ahead of every number used.
+// Both counters stand ahead of every number used, and have given no generated document the number of another.
 void check_key_counters(const Books& books, Findings& findings);
 void check_number_counters(const Books& books, Findings& findings);
 

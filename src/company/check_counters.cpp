@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "company/check.h"
+#include "company/generated_invoices.h"
 #include "company/shown_text.h"
 #include "kernel/money.h"
 
@@ -193,17 +194,58 @@ std::string number_counter(const std::string& company, const std::string& doctyp
     return fmt::format("Docno_master_table {} {} {}", company_by_value(company), doctype, fyear);
 }
 
+// The numbers that generation has drawn, by counter: they are the counter's own, whatever the format.
+class GeneratedNumbers {
+  public:
+    GeneratedNumbers(const Books& books, Uses& uses, Findings& findings) : uses_(uses), findings_(findings) {
+        const GeneratedInvoices generated(books);
+        for (const GeneratedPosting& posting : generated.postings())
+            add(number_counter(fmt::format("{}", kOnlyCompany), "gl", posting.fyear), posting.docno, "gl");
+        for (const GeneratedInvoice& invoice : generated.invoices()) {
+            // The invoice does not name its fiscal year; its GL document does.
+            if (invoice.postings.size() != 1) continue;
+            const std::string& fyear = invoice.postings.front()->fyear;
+            add(number_counter(invoice.company, invoice.doctype, fyear), invoice.docno, invoice.doctype);
+        }
+    }
+
+    // The number of a document that was not generated.
+    void compare(const std::string& counter, double number, const std::string& docno) {
+        const auto found = docnos_.find({counter, number});
+        if (found != docnos_.end()) report(counter, found->second, docno);
+    }
+
+  private:
+    void add(const std::string& counter, const std::string& docno, const std::string& doctype) {
+        const auto number = generated_number(docno, doctype);
+        if (!number) return;
+        note_use(uses_, counter, *number, docno);
+        if (!docnos_.try_emplace({counter, *number}, docno).second) report(counter, docno, docno);
+    }
+    void report(const std::string& counter, const std::string& docno, const std::string& other) {
+        findings_.push_back(fmt::format("{} gave the same number to {} and to {}", shown_text(counter),
+                                        shown_text(docno), shown_text(other)));
+    }
+
+    static constexpr int kOnlyCompany = 1;
+    std::map<std::pair<std::string, double>, std::string> docnos_;
+    Uses& uses_;
+    Findings& findings_;
+};
+
 }  // namespace
 
 void check_number_counters(const Books& books, Findings& findings) {
     const NumberFormat format(books);
     Uses uses;
+    GeneratedNumbers generated(books, uses, findings);
     each_document(books, [&](const Document& document) {
-        // Generated invoices name no fiscal year.
-        if (document.fyear.empty()) return;
+        const bool never_restarts = document.fkey.find('-') != std::string::npos;
+        if (document.fyear.empty() || !never_restarts) return;
         if (const auto number = format.number_in(document)) {
-            note_use(uses, number_counter(document.company, document.doctype, document.fyear), *number,
-                     document.docno);
+            const std::string counter = number_counter(document.company, document.doctype, document.fyear);
+            note_use(uses, counter, *number, document.docno);
+            generated.compare(counter, *number, document.docno);
         }
     });
     std::map<std::string, double> counters;

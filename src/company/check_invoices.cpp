@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "company/check.h"
+#include "company/generated_invoices.h"
 #include "company/shown_text.h"
 
 namespace brimley::company {
@@ -60,7 +61,9 @@ void check_invoice_documents(const Books& books, Findings& findings) {
     const auto by_invoice = summaries(books);
     const auto gl_documents = keys_of(books, "GL_header_table");
     const auto posted = books.posted_documents();
+    const GeneratedInvoices generated(books);
     books.each_ap_header([&](const ApHeader& header) {
+        if (generated.any_of_key(header.fkey)) return;
         const std::string name = "Invoice " + shown_text(header.fkey);
         const bool posts = header.source == "AP-INVOICE";
         if (posts && header.gl_fkey.empty()) findings.push_back(name + " names no GL document");
@@ -83,9 +86,11 @@ void check_invoice_documents(const Books& books, Findings& findings) {
 
 void check_paid_flags(const Books& books, Findings& findings) {
     const auto by_invoice = summaries(books);
+    const GeneratedInvoices generated(books);
     books.each_ap_header([&](const ApHeader& header) {
         const auto found = by_invoice.find(header.fkey);
-        if (found == by_invoice.end()) return;
+        // A payment finds headers and lines by the key alone.
+        if (found == by_invoice.end() || generated.shared_key(header.fkey)) return;
         const LineSummary& summary = found->second;
         const std::string name = "Invoice " + shown_text(header.fkey);
         if (header.fully_paid != (summary.paid == summary.lines)) {

@@ -6,17 +6,22 @@
 // takes a payment off once more, and leaves what a prepayment took off; the void of an edited prepayment
 // gives back its new amount. Documents of other modules may have been counted by these or not, and a vendor
 // that had no balance yet when it was first paid got the sum of that payment as an amount owed.
+//
+// Generated invoices are never added, but a void takes them off; unless the vendor had no balance yet, which
+// is possible up to the day of its first other document.
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
+#include <span>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "company/check.h"
+#include "company/generated_invoices.h"
 #include "company/one_line_payments.h"
 #include "company/shown_text.h"
 #include "company/voided_checks.h"
@@ -31,12 +36,21 @@ using store::Recordset;
 // An amount as it comes back from the screen.
 double shown_money(double amount) { return kernel::money_value(kernel::format_money(amount)); }
 
+// After every day.
+constexpr const char* kNever = "9999-99-99";
+
+std::string day_in(const Recordset& rows, int column) {
+    const auto date = rows.column(column).date();
+    return date ? date->date_only().iso() : kNever;
+}
+
 struct Invoice {
     std::string vendor_no;
     std::string docno;
     bool credit_note = false;
     bool made_here = false;
     bool is_void = false;
+    std::string written;          // the day
     double taxable = 0, tax = 0;  // as they were saved
     double shown = 0;             // as they were loaded since
     double gross = 0;
@@ -48,8 +62,23 @@ struct Invoice {
     }
 };
 
+// What a void has taken off that was never added.
+struct GeneratedVoid {
+    std::string when;  // day and time
+    double amount = 0;
+
+    // Whether a vendor with this first document may have had no balance.
+    [[nodiscard]] bool may_not_count(const std::string& first_document) const {
+        return when.substr(0, first_document.size()) <= first_document;
+    }
+};
+
 struct Vendor {
     double by_forms = 0;
+    bool any_generated = false;
+    std::vector<GeneratedVoid> generated_voids;  // in the order of time
+    std::string first_document = kNever;         // the day of the first one that was counted
+    bool judged = true;
     // Documents of other modules: what they come to, and what voids here have taken off for them.
     bool any_elsewhere = false;
     double elsewhere = 0;
@@ -65,8 +94,8 @@ using Vendors = std::map<std::string, Vendor>;
 std::unordered_map<std::string, Invoice> invoices(const Books& books) {
     std::unordered_map<std::string, Invoice> by_fkey;
     Recordset rows = books.read(
-        "SELECT fkey,vendor_no,docno,doctype,Source,void,taxable_amount,tax_amount,gross_amount FROM "
-        "AP_transaction_table ORDER BY fkey,pay_item");
+        "SELECT fkey,vendor_no,docno,doctype,Source,void,taxable_amount,tax_amount,gross_amount,"
+        "date_created FROM AP_transaction_table ORDER BY fkey,pay_item");
     for (; !rows.at_eof(); rows.MoveNext()) {
         Invoice& invoice = by_fkey[rows.column(0).text()];
         invoice.vendor_no = rows.column(1).text();
@@ -79,6 +108,7 @@ std::unordered_map<std::string, Invoice> invoices(const Books& books) {
             invoice.shown += shown_money(std::abs(rows.column(column).number()));
         }
         invoice.gross += rows.column(8).number();
+        invoice.written = day_in(rows, 9);
     }
     return by_fkey;
 }
@@ -94,22 +124,44 @@ std::unordered_set<std::string> edited_documents(const Books& books) {
 }
 
 void count_invoices(const Books& books, const std::unordered_set<std::string>& own_prepayments,
-                    Vendors& vendors) {
+                    const GeneratedInvoices& generated, Vendors& vendors) {
     const auto edited = edited_documents(books);
     for (const auto& [fkey, invoice] : invoices(books)) {
         const auto found = vendors.find(invoice.vendor_no);
-        if (found == vendors.end() || own_prepayments.contains(fkey)) continue;
+        if (found == vendors.end() || own_prepayments.contains(fkey) || generated.any_of_key(fkey)) continue;
         Vendor& vendor = found->second;
         vendor.has_documents = true;
         vendor.edited |= edited.contains(invoice.docno);
         if (invoice.made_here) {
             vendor.by_forms += invoice.owed();
+            vendor.first_document = std::min(vendor.first_document, invoice.written);
             continue;
         }
         vendor.any_elsewhere = true;
         vendor.elsewhere += shown_money(invoice.gross);
         if (invoice.is_void) vendor.voided_elsewhere += shown_money(invoice.shown);
     }
+}
+
+// A void of one that shares its key takes off both, from the vendor of either.
+void count_generated(const GeneratedInvoices& generated, Vendors& vendors) {
+    for (const GeneratedInvoice& invoice : generated.invoices()) {
+        const auto found = vendors.find(invoice.vendor_no);
+        if (found == vendors.end()) continue;
+        Vendor& vendor = found->second;
+        vendor.has_documents = true;
+        vendor.any_generated = true;
+        const bool any_void = invoice.is_void || std::any_of(invoice.lines.begin(), invoice.lines.end(),
+                                                             [](const auto& line) { return line.is_void; });
+        if (!any_void) continue;
+        vendor.judged = vendor.judged && !invoice.shares_key;
+        double amount = 0;
+        for (const GeneratedLine& line : invoice.lines)
+            amount += shown_money(std::abs(line.taxable)) + shown_money(std::abs(line.tax));
+        vendor.generated_voids.push_back({invoice.last_modified, shown_money(amount)});
+    }
+    for (auto& [vendor_no, vendor] : vendors)
+        std::ranges::stable_sort(vendor.generated_voids, {}, &GeneratedVoid::when);
 }
 
 // Returns their keys: their items are theirs, and no documents of other modules.
@@ -156,14 +208,70 @@ void count_payments(const Books& books, const std::unordered_set<std::string>& o
     });
 }
 
+// The sums that the forms may have made of the documents, leaving out generated ones.
+std::vector<double> without_generated(const Vendor& vendor) {
+    std::vector<double> sums{vendor.by_forms};
+    if (vendor.any_elsewhere) {
+        sums.push_back(vendor.by_forms + vendor.elsewhere - vendor.voided_elsewhere);
+        sums.push_back(vendor.by_forms - vendor.voided_elsewhere);
+    }
+    if (vendor.any_elsewhere || vendor.any_generated) sums.push_back(vendor.by_forms + 2 * vendor.first_paid);
+    return sums;
+}
+
+double voided_generated(const Vendor& vendor) {
+    double sum = 0;
+    for (const GeneratedVoid& each : vendor.generated_voids)
+        sum += each.amount;
+    return sum;
+}
+
+// Voids of one moment may have come in any order; of more than these only the stored one is tried.
+constexpr std::size_t kVoidsOfAMomentMax = 12;
+
+// Whether it is what is left when some of these voids, which are of one moment, have been counted.
+bool agrees_with_some(double left, std::span<const GeneratedVoid> voids) {
+    if (!differ(left, 0)) return true;
+    if (voids.empty()) return false;
+    const auto rest = voids.subspan(1);
+    return agrees_with_some(left + voids.front().amount, rest) || agrees_with_some(left, rest);
+}
+
+// Whether voids of generated invoices make the difference: all of them, or all but the first ones.
+bool agrees_with_voids(const Vendor& vendor, double difference) {
+    const std::span<const GeneratedVoid> voids(vendor.generated_voids);
+    double left = difference + voided_generated(vendor);
+    if (!differ(left, 0)) return true;
+    for (std::size_t start = 0; start < voids.size();) {
+        if (!voids[start].may_not_count(vendor.first_document)) return false;
+        std::size_t end = start + 1;
+        while (end < voids.size() && voids[end].when == voids[start].when)
+            ++end;
+        for (const GeneratedVoid& each : voids.subspan(start, end - start))
+            left -= each.amount;
+        if (agrees_with_some(left, voids.subspan(start, std::min(end - start, kVoidsOfAMomentMax))))
+            return true;
+        start = end;
+    }
+    return false;
+}
+
+// Payments of items and prepayments.
+void find_first_payments(const Books& books, Vendors& vendors) {
+    Recordset rows = books.read(
+        "SELECT vendor_no,date_created FROM Payment_header_table WHERE doctype = 'py' OR doctype = 'pp'");
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        const auto found = vendors.find(rows.column(0).text());
+        if (found == vendors.end()) continue;
+        std::string& first = found->second.first_document;
+        first = std::min(first, day_in(rows, 1));
+    }
+}
+
 bool agrees(const Vendor& vendor, double owing_balance) {
-    if (!differ(owing_balance, vendor.by_forms)) return true;
-    if (!vendor.any_elsewhere) return false;
-    const double others[] = {vendor.by_forms + vendor.elsewhere - vendor.voided_elsewhere,
-                             vendor.by_forms - vendor.voided_elsewhere,
-                             vendor.by_forms + 2 * vendor.first_paid};
-    return std::any_of(std::begin(others), std::end(others),
-                       [&](double other) { return !differ(owing_balance, other); });
+    const std::vector<double> sums = without_generated(vendor);
+    return std::any_of(sums.begin(), sums.end(),
+                       [&](double sum) { return agrees_with_voids(vendor, owing_balance - sum); });
 }
 
 }  // namespace
@@ -174,17 +282,20 @@ void check_owing_balances(const Books& books, Findings& findings) {
     for (; !rows.at_eof(); rows.MoveNext())
         vendors[rows.text("vendor_no")] = {};
     const auto own_prepayments = count_prepayments(books, vendors);
-    count_invoices(books, own_prepayments, vendors);
+    const GeneratedInvoices generated(books);
+    count_invoices(books, own_prepayments, generated, vendors);
+    count_generated(generated, vendors);
+    find_first_payments(books, vendors);
     count_payments(books, own_prepayments, vendors);
     for (rows.MoveFirst(); !rows.at_eof(); rows.MoveNext()) {
         const Vendor& vendor = vendors.at(rows.text("vendor_no"));
         const double owing_balance = rows.number("owing_balance");
-        if (!vendor.has_documents || agrees(vendor, owing_balance)) continue;
-        findings.push_back(
-            fmt::format("Vendor {}: owing_balance is {:.2f}, by its documents {:.2f}{}",
-                        shown_text(rows.text("vendor_no")), owing_balance,
-                        vendor.by_forms + vendor.elsewhere - vendor.voided_elsewhere,
-                        vendor.edited ? " (an edit takes lines below nothing off as lines above it)" : ""));
+        if (!vendor.has_documents || !vendor.judged || agrees(vendor, owing_balance)) continue;
+        findings.push_back(fmt::format(
+            "Vendor {}: owing_balance is {:.2f}, by its documents {:.2f}{}",
+            shown_text(rows.text("vendor_no")), owing_balance,
+            vendor.by_forms + vendor.elsewhere - vendor.voided_elsewhere - voided_generated(vendor),
+            vendor.edited ? " (an edit takes lines below nothing off as lines above it)" : ""));
     }
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "company/generated_invoices.h"
+
 namespace brimley::company {
 
 namespace {
@@ -37,6 +39,7 @@ PaidItems::PaidItems(const Books& books) {
 }
 
 void PaidItems::read_items(const Books& books) {
+    const GeneratedInvoices generated(books);
     std::unordered_map<std::string, double> invoices;  // made here: the GL key of each
     books.each_ap_header([&](const ApHeader& header) {
         if (header.source != "AP-INVOICE") return;
@@ -49,8 +52,8 @@ void PaidItems::read_items(const Books& books) {
         const auto [item, is_new] = items_.try_emplace(item_key(line.docno, line.pay_item));
         item->second.stands_twice = !is_new;
         const auto invoice = invoices.find(line.fkey);
-        item->second.made_here = invoice != invoices.end();
-        item->second.gl_number = item->second.made_here ? invoice->second : 0;
+        item->second.gl_number = invoice != invoices.end() ? invoice->second : 0;
+        item->second.made_here = invoice != invoices.end() || generated.any_of_key(line.fkey);
         item->second.gross = line.gross;
         item->second.written = line.written;
     });
