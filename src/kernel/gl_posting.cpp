@@ -41,7 +41,6 @@ bool GlPosting::draw_number() {
 }
 
 void GlPosting::add_header_row() {
-    const store::DateTime now = kernel_.outside().now();
     header_row_ = kernel_.change("SELECT * FROM GL_header_table WHERE 1 = 2");
     header_row_.AddNew();
     header_row_.set("company", document_.company);
@@ -59,11 +58,19 @@ void GlPosting::add_header_row() {
         header_row_.set("exchange_rate", *document_.rate_doc_to_base);
     header_row_.set("period", document_.period);
     header_row_.set("fyear", document_.fyear);
+    if (rules_.ways.header_fields == GlHeaderFields::stamped)
+        stamp_header();
+    else
+        header_row_.set("ledgertype", "A");
+    for (const GlField& field : document_.more_header_fields)
+        header_row_.set(field.name, field.value);
+}
+
+void GlPosting::stamp_header() {
+    const store::DateTime now = kernel_.outside().now();
     header_row_.set("user_created", document_.user);
     header_row_.set("date_created", now.date_only());
     header_row_.set("time_created", now.time_text());
-    for (const GlField& field : document_.more_header_fields)
-        header_row_.set(field.name, field.value);
 }
 
 void GlPosting::add(std::string_view accno, double amount, double base_amount, std::string_view currency) {

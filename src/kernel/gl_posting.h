@@ -73,6 +73,7 @@ class GlPosting {
     [[nodiscard]] std::vector<Share> shares_of(std::string_view accno);
     [[nodiscard]] bool draw_number();
     void add_header_row();
+    void stamp_header();
     [[nodiscard]] std::string_view ledgertype_of(std::string_view currency) const;
     [[nodiscard]] std::vector<CurrencySum> ordered_summary() const;
     void prefetch(const CurrencySum& entry);

@@ -13,6 +13,7 @@ using enum GlAllocation;
 using enum GlRate;
 using enum GlRoundingLine;
 using enum GlLineFields;
+using enum GlHeaderFields;
 using enum GlWithoutLines;
 using enum GlReversalDate;
 using enum GlReversalHeader;
@@ -33,14 +34,14 @@ constexpr GlTexts kTexts[]{
 };
 
 constexpr GlWays kWays[]{
-//   form           order        allocation     foreign rate  rounding line         line fields  number too long  accounts
-    {invoice,       by_account,  shares,        of_document,  without_rate,         current,     text_first,      50},
-    {payment,       by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
-    {prepayment,    by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
-    {misc_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
-    {card_payment,  by_account,  shares,        from_amounts, with_rate,            current,     number_first,    51},
-    {recurring_run, as_gathered, ignored,       of_document,  none,                 older,       text_first,      50},
-    {revaluation,   by_account,  whole_amounts, of_document,  none,                 current,     text_first,      50},
+//   form           order        allocation     foreign rate  rounding line line fields header       number too long accounts
+    {invoice,       by_account,  shares,        of_document,  without_rate, current,    stamped,     text_first,     50},
+    {payment,       by_account,  shares,        from_amounts, with_rate,    current,    stamped,     number_first,   51},
+    {prepayment,    by_account,  shares,        from_amounts, with_rate,    current,    stamped,     number_first,   51},
+    {misc_payment,  by_account,  shares,        from_amounts, with_rate,    current,    stamped,     number_first,   51},
+    {card_payment,  by_account,  shares,        from_amounts, with_rate,    current,    stamped,     number_first,   51},
+    {recurring_run, as_gathered, ignored,       of_document,  none,         older,      base_ledger, text_first,     50},
+    {revaluation,   by_account,  whole_amounts, of_document,  none,         current,    stamped,     text_first,     50},
 };
 
 constexpr GlReversalTexts kReversalTexts[]{

@@ -62,6 +62,12 @@ enum class GlLineFields {
     older,
 };
 
+// What the header says beside the document.
+enum class GlHeaderFields {
+    stamped,      // who made it, and when
+    base_ledger,  // neither, but that it belongs to the base ledger
+};
+
 struct GlWays {
     GlForm form;
     GlOrder order;
@@ -69,6 +75,7 @@ struct GlWays {
     GlRate rate;
     GlRoundingLine rounding_line;
     GlLineFields line_fields;
+    GlHeaderFields header_fields;
     ModuleG3::TooLongMessage too_long;
     std::size_t accounts_max;  // of one document, each currency of an account counting
 };

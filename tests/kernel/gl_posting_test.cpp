@@ -429,6 +429,17 @@ TEST_F(GlPostings, RecurringRunStoresYearAndUserUnderOlderNamesAndLeavesMuchEmpt
               "2026 anna - - - - - -");
 }
 
+TEST_F(GlPostings, HeaderOfARecurringRunNamesTheBaseLedgerAndNobody) {
+    const auto header = [&](GlForm form) {
+        EXPECT_TRUE(post({{"2100", 1}, {"5000", 1}}, form));
+        return company.list(
+            "SELECT ledgertype, user_created, date_created, time_created FROM GL_header_table WHERE "
+            "remark = 'Invoice no. IP-26-00001'");
+    };
+    EXPECT_EQ(header(GlForm::recurring_run), "A - - -");
+    EXPECT_EQ(header(GlForm::invoice), "A - - - | - anna 2026-03-16 09:30:00");
+}
+
 TEST_F(GlPostings, RecurringRunPostsToTheBaseLedgerInAnyCurrency) {
     EXPECT_FALSE(post(foreign_document(1.25), {{"2100", 1, 1}, {"5000", 1, 1}}, GlForm::recurring_run));
     EXPECT_EQ(company.list("SELECT Currency, ledgertype FROM GL_transaction_table"), "EUR A");
