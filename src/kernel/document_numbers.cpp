@@ -42,6 +42,13 @@ RowTaken ModuleG3::take_number(const char* query, store::FieldValues counter, co
     return taken;
 }
 
+RowTaken ModuleG3::take_docno(std::string_view company, std::string_view doctype,
+                              std::string_view fiscal_year, std::int64_t& number) {
+    return take_number("SELECT * FROM [Docno_master_table]",
+                       {{"company", company}, {"doctype", doctype}, {"fiscalyear", fiscal_year}}, "nextdocno",
+                       number);
+}
+
 void ModuleG3::tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year) {
     std::string text =
         fmt::format("Next number of document type {} for fiscal year {} is missing.", doctype, fiscal_year);
@@ -56,10 +63,7 @@ std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, s
     std::optional<NextNumbers> result;
     carry_on(ignored_failures_, "get_next_number", [&] {
         NextNumbers next;
-        const RowTaken taken =
-            take_number("SELECT * FROM [Docno_master_table]",
-                        {{"company", company}, {"doctype", doctype}, {"fiscalyear", fiscal_year}},
-                        "nextdocno", next.nextdocno);
+        const RowTaken taken = take_docno(company, doctype, fiscal_year, next.nextdocno);
         if (taken == RowTaken::there_is_none) tell_missing_numbers(doctype, fiscal_year);
         if (taken == RowTaken::yes && take_number("SELECT * FROM [Next_number_fkey_table]",
                                                   {{"company", company}, {"doctype", doctype}}, "fkeyno",
@@ -68,6 +72,13 @@ std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, s
         }
     });
     return result;
+}
+
+std::optional<std::int64_t> ModuleG3::next_docno(std::string_view company, std::string_view doctype,
+                                                 std::string_view fiscal_year) {
+    std::int64_t number = 0;
+    const bool taken = take_docno(company, doctype, fiscal_year, number) == RowTaken::yes;
+    return taken ? std::optional(number) : std::nullopt;
 }
 
 bool ModuleG3::fiscal_year_has_numbers(std::string_view fiscal_year) {

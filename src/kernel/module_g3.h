@@ -91,6 +91,10 @@ class ModuleG3 {
     [[nodiscard]] std::optional<NextNumbers> get_next_number(std::string_view company,
                                                              std::string_view doctype,
                                                              std::string_view fiscal_year);
+    // Takes the next document number alone, waiting likewise. Empty when it could not be taken; a year
+    // without this counter has no message here, and what the store refuses is thrown.
+    [[nodiscard]] std::optional<std::int64_t> next_docno(std::string_view company, std::string_view doctype,
+                                                         std::string_view fiscal_year);
     // Shows the message that a year has no counter for this kind of document.
     void tell_missing_numbers(std::string_view doctype, std::string_view fiscal_year);
     // Empty for an unknown structure in Next_number_config_table.
@@ -175,6 +179,8 @@ class ModuleG3 {
     // when the row was taken.
     [[nodiscard]] RowTaken take_number(const char* query, store::FieldValues counter, const char* field,
                                        std::int64_t& number);
+    [[nodiscard]] RowTaken take_docno(std::string_view company, std::string_view doctype,
+                                      std::string_view fiscal_year, std::int64_t& number);
     [[nodiscard]] bool post_to_account(store::Recordset& balance_rows, const GlLine& line);
     [[nodiscard]] bool post_current_earnings(store::Recordset& balance_rows, const GlLine& line, bool debit);
     [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);

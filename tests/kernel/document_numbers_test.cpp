@@ -95,6 +95,20 @@ TEST_F(DocumentNumbers, MissingKeyCounterHasNoMessageAndTheDocumentCounterHasMov
     EXPECT_EQ(company.list("SELECT nextdocno FROM Docno_master_table"), "8");
 }
 
+TEST_F(DocumentNumbers, DocumentNumberAloneLeavesTheKeyCounter) {
+    add_counter("2026", 7);
+    add_key_counter(57);
+    EXPECT_EQ(kernel.next_docno("1", "ip", "2026"), 7);
+    EXPECT_EQ(counters(), "8, 57");
+}
+
+TEST_F(DocumentNumbers, DocumentNumberAloneThatIsMissingHasNoMessage) {
+    add_counter("2026", 7);
+    EXPECT_EQ(kernel.next_docno("1", "ip", "2027"), std::nullopt);
+    EXPECT_EQ(kernel.next_docno("1", "gl", "2026"), std::nullopt);
+    EXPECT_THAT(messages(), IsEmpty());
+}
+
 TEST_F(DocumentNumbers, OtherCompaniesHaveTheirOwnCounters) {
     add_counter("2026", 7);
     add_key_counter(57);
@@ -143,6 +157,14 @@ TEST_F(SharedCounter, HeldCounterIsTriedTenTimesMoreWithoutAMessage) {
     EXPECT_THAT(messages(), IsEmpty());
     other.workspace->Rollback();
     EXPECT_EQ(counters(), "7, 57");
+}
+
+TEST_F(SharedCounter, DocumentNumberAloneWaitsForAHeldCounterLikewise) {
+    hold(kIpCounter);
+    EXPECT_EQ(kernel.next_docno("1", "ip", "2026"), std::nullopt);
+    EXPECT_EQ(outside.waits.size(), 10U);
+    release_with("nextdocno", 20);
+    EXPECT_EQ(kernel.next_docno("1", "ip", "2026"), 20);
 }
 
 // Whoever reads the message may take long; the others go on meanwhile.
