@@ -30,15 +30,6 @@ void write_amounts(TaxRow& row, double tax, double amount, double base, TaxMode 
     row.line_amount = store::shortest_number(amount);
 }
 
-// Null and 0 mean that there is no limit.
-double within_limits(double tax, const store::Recordset& authority) {
-    const double least = authority.number("min_charged");
-    const double most = authority.number("max_charged");
-    if (least > 0 && tax < least) tax = least;
-    if (most > 0 && tax > most) tax = most;
-    return tax;
-}
-
 TaxRow row_of_authority(const store::Recordset& authority, std::string_view pay_item,
                         std::string_view tax_code, std::size_t sequence) {
     TaxRow row;
@@ -53,16 +44,25 @@ TaxRow row_of_authority(const store::Recordset& authority, std::string_view pay_
     return row;
 }
 
-std::string authorities_query(std::string_view tax_code) {
-    return fmt::format(
+}  // namespace
+
+store::Recordset authorities_of(ModuleG3& kernel, std::string_view tax_code) {
+    return kernel.read(fmt::format(
         "SELECT Tax_code_details_table.*, Tax_authority_table.Rate, Tax_authority_table.min_charged, "
-        "Tax_authority_table.max_charged FROM (Tax_code_details_table INNER JOIN Tax_authority_table ON "
+        "Tax_authority_table.max_charged, Tax_authority_table.acc_recoverable, "
+        "Tax_authority_table.acc_expense FROM (Tax_code_details_table INNER JOIN Tax_authority_table ON "
         "Tax_code_details_table.tax_authority = Tax_authority_table.tax_authority) WHERE tax_code = {} AND "
         "transaction_type = 'purchase' ORDER BY item_no",
-        quoted(tax_code));
+        quoted(tax_code)));
 }
 
-}  // namespace
+double within_limits(double tax, const store::Recordset& authority) {
+    const double least = authority.number("min_charged");
+    const double most = authority.number("max_charged");
+    if (least > 0 && tax < least) tax = least;
+    if (most > 0 && tax > most) tax = most;
+    return tax;
+}
 
 TaxSplit split_tax(double tax, double percent_refund, bool include_itemcost) {
     TaxSplit split;
@@ -133,8 +133,7 @@ TaxTotals TaxRows::rebuild(ModuleG3& kernel, std::string_view pay_item, std::str
                            double amount, TaxMode mode) {
     LineState line;
     std::size_t sequence = 1;
-    for (auto authority = kernel.read(authorities_query(tax_code)); !authority.at_eof();
-         authority.MoveNext()) {
+    for (auto authority = authorities_of(kernel, tax_code); !authority.at_eof(); authority.MoveNext()) {
         TaxRow row = row_of_authority(authority, pay_item, tax_code, sequence++);
         const double tax =
             within_limits(compute_tax(mode, amount, line.tax_on_tax_base, row.rate), authority);

@@ -57,6 +57,12 @@ struct TaxSplit {
 // tax_code it is 0.
 [[nodiscard]] double compute_tax(TaxMode mode, double amount, double base, double rate);
 
+// The authorities of a purchase tax code in the order of their items: how each divides its tax, with the
+// rate, limits and accounts of the authority.
+[[nodiscard]] store::Recordset authorities_of(ModuleG3& kernel, std::string_view tax_code);
+// The tax as the limits of the authority's row leave it. Null and 0 mean that there is no limit.
+[[nodiscard]] double within_limits(double tax, const store::Recordset& authority);
+
 // Divides a later tax of the row as its code and authority say today. A code that is gone changes nothing.
 void take_shares_of_code(ModuleG3& kernel, TaxRow& row);
 
