@@ -30,7 +30,7 @@ store::Table ap_header_table() {
         .index({"fkey"})
         .index({"docno"})
         .index({"doctype", "fully_paid", "void", "docno"})
-        .index({"recurno"})
+        .index({"recurno", "Year", "Month"})
         .index({"invoice_no"})
         .index({"vendor_no"});
 }
