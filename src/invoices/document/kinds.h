@@ -19,5 +19,6 @@ inline constexpr const char* kTemplateDoctype = "recur";
 // The `Source` of what is entered here; templates that were generated and other modules have theirs.
 inline constexpr const char* kSource = "AP-INVOICE";
 inline constexpr const char* kSourceRecurring = "AP-RECUR";
+inline constexpr const char* kGeneratedSource = "AP";
 
 }  // namespace brimley::invoices

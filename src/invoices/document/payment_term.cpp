@@ -12,7 +12,20 @@ namespace {
 constexpr std::int64_t kTermDaysMax = 36525;  // a century
 constexpr const char* kNoDueDate = "00";      // the payment_term of a term without a due date
 
+store::DateTime days_after(store::DateTime date, double days) {
+    return date.plus_days(static_cast<int>(kernel::whole_number(days, -kTermDaysMax, kTermDaysMax)));
+}
+
 }  // namespace
+
+TermDates term_dates(const store::Recordset& term, store::DateTime document_date) {
+    TermDates dates;
+    if (term.text("payment_term") != kNoDueDate)
+        dates.due = days_after(document_date, kernel::money_value(term.text("duedays")));
+    const double early_days = term.number("early_days");
+    if (early_days > 0) dates.discount = days_after(document_date, early_days);
+    return dates;
+}
 
 PaymentTerm::PaymentTerm(APform_invoice& form) : DocumentPart(form), form_(form) {
     form_.cmbterm.on_item_select = [this] { cmbterm_ItemSelect(); };
@@ -59,16 +72,10 @@ void PaymentTerm::cmbterm_ItemSelect() {
 void PaymentTerm::compute_dates(const store::Recordset& term) {
     form_.txtterm.set(term.text("duedays"));
     const auto invoice_date = date_in(form_.txtinvdate);
-    const auto after = [&](double days) {
-        if (!invoice_date) return std::string{};
-        const auto whole_days = kernel::whole_number(days, -kTermDaysMax, kTermDaysMax);
-        return date_text(invoice_date->plus_days(static_cast<int>(whole_days)));
-    };
-    const bool no_due_date = term.text("payment_term") == kNoDueDate;
-    form_.txtduedate.set(no_due_date ? "" : after(kernel::money_value(form_.txtterm.text())));
-    const double early_days = term.number("early_days");
-    form_.txtdiscdate.set(early_days > 0 ? after(early_days) : "");
-    form_.txtearlyterm.set(early_days > 0 ? term.text("early_days") : "0");
+    const TermDates dates = invoice_date ? term_dates(term, *invoice_date) : TermDates{};
+    form_.txtduedate.set(dates.due ? date_text(*dates.due) : "");
+    form_.txtdiscdate.set(dates.discount ? date_text(*dates.discount) : "");
+    form_.txtearlyterm.set(term.number("early_days") > 0 ? term.text("early_days") : "0");
 }
 
 }  // namespace brimley::invoices

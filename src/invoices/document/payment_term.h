@@ -10,6 +10,14 @@ namespace brimley::invoices {
 
 class APform_invoice;
 
+// The dates that follow from a term and the date of a document.
+struct TermDates {
+    std::optional<store::DateTime> due;       // empty for a term without a due date
+    std::optional<store::DateTime> discount;  // empty for a term without early days
+};
+// `term` stands on a row of Payment_term_table.
+[[nodiscard]] TermDates term_dates(const store::Recordset& term, store::DateTime document_date);
+
 class PaymentTerm : public frame::DocumentPart {
   public:
     explicit PaymentTerm(APform_invoice& form);

@@ -23,7 +23,7 @@ bool VoidAndHold::may_void() const {
     if (!has_its_number()) return false;
     if (refuses_void(form_.chkvoid.is_set(), form_.chkpaid.value())) return false;
     const std::string& source = form_.txtsource.text();
-    if (source != "AP" && source != kSource) return refuse("Cannot void invoice from " + source);
+    if (source != kGeneratedSource && source != kSource) return refuse("Cannot void invoice from " + source);
     return ask("Are you sure to void the invoice?", "Void invoice");
 }
 
