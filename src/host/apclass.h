@@ -20,7 +20,8 @@
 // Whoever acts on a form includes its header as well.
 namespace brimley::invoices {
 class APform_invoice;
-}
+class APreport_recur_inquiry;
+}  // namespace brimley::invoices
 namespace brimley::payments {
 class APform_creditcard_payment;
 class APform_misc_payment;
@@ -70,7 +71,6 @@ class APclass : public frame::HostContext {
 
     // --- show methods ---
 
-    // Forms that this version does not have yet show nothing.
     void showform_APform_invoice(const std::optional<std::string>& doctypex = {});
     void showform_APform_payment(const std::optional<std::string>& docnox = {});
     void showform_APform_prepayment(const std::optional<std::string>& docnox = {});
@@ -135,6 +135,7 @@ class APclass : public frame::HostContext {
 
     // --- form references ---
     std::shared_ptr<invoices::APform_invoice> frm_invoice;
+    std::shared_ptr<invoices::APreport_recur_inquiry> frm_recur_inquiry;
     std::shared_ptr<payments::APform_payment> frm_payment;
     std::shared_ptr<payments::APform_prepayment> frm_prepayment;
     std::shared_ptr<payments::APform_creditcard_payment> frm_creditcard;

@@ -1,7 +1,8 @@
-// The host's methods of the invoice form.
+// The host's methods of the invoice form and the recurring generation.
 #include "host/form_slot.h"
 #include "invoices/apform_invoice.h"
 #include "invoices/document/kinds.h"
+#include "invoices/recurring_run/apreport_recur_inquiry.h"
 
 namespace brimley::host {
 
@@ -40,6 +41,11 @@ void APclass::APform_invoice_goto_docno(const std::string& docnox) {
     FormSlot(*this, frm_invoice).go_to_docno(docnox);
 }
 
+void APclass::showform_APreport_recur_inquiry() {
+    FormSlot(*this, frm_recur_inquiry).show(&APclass::frm_recur_inquiry_NotifyClients);
+}
+
 void APclass::frm_invoice_Exit() { FormSlot(*this, frm_invoice).exit(); }
+void APclass::frm_recur_inquiry_Exit() { FormSlot(*this, frm_recur_inquiry).exit(); }
 
 }  // namespace brimley::host

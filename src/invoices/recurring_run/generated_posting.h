@@ -1,0 +1,43 @@
+// The GL document of a generated invoice.
+//
+// It is older than that of an entered one: numbered without a "-" in its key, in the base ledger whatever its
+// currency, without base amounts. The check at the end therefore finds inactive accounts only, and what
+// does not balance passes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "invoices/recurring_run/line_taxes.h"
+#include "kernel/gl_posting.h"
+
+namespace brimley::invoices {
+
+// Serves one run.
+class GeneratedPosting : public frame::FormPart {
+  public:
+    explicit GeneratedPosting(frame::Form& form) : FormPart(form), taxes_(form) {}
+
+    // False, after its message if there is one, when the invoice cannot be posted; the caller rolls back.
+    [[nodiscard]] bool insert_GL_record(const GeneratedInvoice& invoice,
+                                        const std::vector<GeneratedLine>& lines);
+
+  private:
+    [[nodiscard]] kernel::GlDocument gl_document(const GeneratedInvoice& invoice) const;
+    // The account of what is owed: the vendor's own, whichever the rows of the invoice name. Empty, after its
+    // message if there is one, when there is none.
+    [[nodiscard]] std::string account_of(const GeneratedInvoice& invoice) const;
+    [[nodiscard]] bool gather(kernel::GlPosting& posting, const GeneratedLine& line,
+                              const std::string& ap_accno);
+
+    LineTaxes taxes_;
+};
+
+// The number that stands in Docno_master_table, behind the kind of the document: "ip12". The counter moves
+// on. Empty when it could not be taken, or when the year has none.
+[[nodiscard]] std::optional<kernel::GlNumber> draw_older_number(kernel::ModuleG3& kernel,
+                                                                const std::string& company,
+                                                                const std::string& doctype,
+                                                                const std::string& fyear);
+
+}  // namespace brimley::invoices
