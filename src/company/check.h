@@ -95,6 +95,12 @@ void check_generated_invoices(const Books& books, Findings& findings);
 // say, as far as taxes are not mixed in; and a generated GL document has its invoice.
 void check_generated_postings(const Books& books, Findings& findings);
 
+// A revaluation has a number of its own, selection rows that say whose items, and items whose gain is what
+// they are worth less now; every row has its header.
+void check_revaluations(const Books& books, Findings& findings);
+// It has posted its summary, which balances, and another GL document takes that back in the next period.
+void check_revaluation_postings(const Books& books, Findings& findings);
+
 // What the void of a check in the list of checks has done to what is owed.
 void note_voided_checks(const Books& books, Findings& notes);
 // Void prepayments that are applied or open, and those that count as applied after the payment was voided.
@@ -104,6 +110,8 @@ void note_edited_prepayments(const Books& books, Findings& notes);
 // Generated invoices: GL documents that do not balance, lines with another payable account, voids that the
 // ledger does not know, keys that come again; and what balances and vendors leave out.
 void note_generated_invoices(const Books& books, Findings& notes);
+// Revaluations that have stored other items or selection rows than they have posted.
+void note_revaluations(const Books& books, Findings& notes);
 
 // No two documents share a key made from the counter that never restarts.
 void check_document_keys(const Books& books, Findings& findings);

@@ -128,7 +128,9 @@ TEST_F(CheckDocuments, KeysOfTemplatesAndRevaluationsCount) {
     add("AP_recur_header_table", {{"fkey", "1recur-7"}, {"company", "1"}, {"doctype", "recur"}});
     add("AP_Revalue_header_table",
         {{"fkey", "1apre-1"}, {"company", 1}, {"docno", "APR-26-00001"}, {"fyear", "2026"}});
-    EXPECT_THAT(findings(), ElementsAre("Next_number_fkey_table 1apre is at 1, but 1apre-1 is used",
+    EXPECT_THAT(findings(), ElementsAre("Revaluation 1apre-1 has no G/L summary",
+                                        "Revaluation 1apre-1 names no GL document",
+                                        "Next_number_fkey_table 1apre is at 1, but 1apre-1 is used",
                                         "Next_number_fkey_table 1recur is at 1, but 1recur-7 is used",
                                         "Docno_master_table 1 apre 2026 is at 1, but APR-26-00001 is used"));
 }
