@@ -32,7 +32,7 @@ bool CellEditor::look_at_list() {
 }
 
 void CellEditor::complete() {
-    if (complete_inline(*this, drop_down_->rows())) setModified(true);
+    if (complete_inline(*this, drop_down_->rows(), drop_down_->taken)) setModified(true);
 }
 
 void CellEditor::open_list() {
@@ -43,9 +43,9 @@ void CellEditor::open_list() {
         const int width = i < drop_down_->widths.size() ? pixels(*this, drop_down_->widths[i]) : 0;
         list.columns.push_back({shown(drop_down_->captions[i]), width, true, Qt::AlignLeft});
     }
-    const int chosen = row_for_text(list.rows, text());
+    const int chosen = row_for_text(list.rows, text(), drop_down_->taken);
     ListPopup::open(*this, std::move(list), chosen, [this](int row) {
-        setText(shown(drop_down_->rows()[static_cast<std::size_t>(row)][0]));
+        setText(shown(drop_down_->rows()[static_cast<std::size_t>(row)].at(drop_down_->taken)));
         setModified(true);
         view_.finish_edit(GridView::Then::stay);
     });

@@ -16,6 +16,7 @@
 #include "desktop/field_views.h"
 #include "desktop/grid_view.h"
 #include "desktop/range_view.h"
+#include "desktop/tabs_view.h"
 #include "frame/form.h"
 
 namespace brimley::desktop {
@@ -130,6 +131,8 @@ QWidget* FormWindow::make_widget(Control& control, const LookField& field) {
         return registered(control, new LabelView(*label));
     if (auto* const bar = dynamic_cast<controls::ProgressBar*>(&control))
         return registered(control, new ProgressView(*bar));
+    if (auto* const tabs = dynamic_cast<controls::TabControl*>(&control))
+        return registered(control, new TabsView(*tabs, gate_));
     return make_entry(control, field);  // a frame is a pane, and no widget of its own
 }
 

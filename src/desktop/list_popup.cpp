@@ -156,26 +156,26 @@ QIcon arrow_icon(const QPalette& palette) {
     return picture;
 }
 
-int row_for_text(const std::vector<std::vector<std::string>>& rows, const QString& text) {
+int row_for_text(const std::vector<std::vector<std::string>>& rows, const QString& text, std::size_t column) {
     if (text.isEmpty()) return -1;
     int beginning = -1;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].empty()) continue;
-        const QString first = shown(rows[i][0]);
-        if (first == text) return static_cast<int>(i);
-        if (beginning < 0 && first.startsWith(text, Qt::CaseInsensitive)) beginning = static_cast<int>(i);
+        if (rows[i].size() <= column) continue;
+        const QString whole = shown(rows[i][column]);
+        if (whole == text) return static_cast<int>(i);
+        if (beginning < 0 && whole.startsWith(text, Qt::CaseInsensitive)) beginning = static_cast<int>(i);
     }
     return beginning;
 }
 
-bool complete_inline(QLineEdit& line, const std::vector<std::vector<std::string>>& rows) {
+bool complete_inline(QLineEdit& line, const std::vector<std::vector<std::string>>& rows, std::size_t column) {
     const QString so_far = line.text();
     if (so_far.isEmpty() || line.cursorPosition() != so_far.size()) return false;
     QString rest;
     for (const auto& row : rows) {
-        if (row.empty() || !shown(row[0]).startsWith(so_far, Qt::CaseInsensitive)) continue;
-        if (row[0].size() == typed(so_far).size()) return false;
-        if (rest.isEmpty()) rest = shown(row[0]).mid(so_far.size());
+        if (row.size() <= column || !shown(row[column]).startsWith(so_far, Qt::CaseInsensitive)) continue;
+        if (row[column].size() == typed(so_far).size()) return false;
+        if (rest.isEmpty()) rest = shown(row[column]).mid(so_far.size());
     }
     if (rest.isEmpty()) return false;
     line.setText(so_far + rest);

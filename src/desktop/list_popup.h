@@ -57,10 +57,12 @@ class ListPopup : public QFrame {
 
 // The row that a list opens at for the text that stands in its field: the one with that text, else the first
 // that begins with it, else none (-1).
-[[nodiscard]] int row_for_text(const std::vector<std::vector<std::string>>& rows, const QString& text);
+[[nodiscard]] int row_for_text(const std::vector<std::vector<std::string>>& rows, const QString& text,
+                               std::size_t column = 0);
 
 // Type-ahead: the rest of the first row that begins with what was typed follows it, selected,
 // to be typed over. False when nothing was added; a text that is a row by itself stays.
-bool complete_inline(QLineEdit& line, const std::vector<std::vector<std::string>>& rows);
+bool complete_inline(QLineEdit& line, const std::vector<std::vector<std::string>>& rows,
+                     std::size_t column = 0);
 
 }  // namespace brimley::desktop

@@ -70,6 +70,8 @@ class Parser {
             look_.parts.push_back({LookPart::Kind::foot});
         } else if (take_if("pane")) {
             take_pane();
+        } else if (take_if("tabs")) {
+            look_.parts.push_back({LookPart::Kind::tabs, next("TABS")});
         } else if (take_if("grid")) {
             take_grid();
         } else {
@@ -88,11 +90,11 @@ class Parser {
 
     void take_grid() {
         const QString name = next("GRID");
-        if (!look_.parts.empty() && part().kind == LookPart::Kind::pane) {
+        if (!look_.parts.empty() && part().holds_grids()) {
             part().grids.append(name);
         } else {
-            LookPart grid{LookPart::Kind::grid};
-            grid.name = name;
+            LookPart grid{LookPart::Kind::grid, name};
+            if (take_if("rows")) grid.rows = next_number("ROWS");
             look_.parts.push_back(grid);
         }
     }

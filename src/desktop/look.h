@@ -10,7 +10,8 @@
 //     "Period" cmbperiod 4 + cmbfyear 8   several in one row, each of which may have a caption
 //     "" txtvendor_address 30 lines 5     a field of several lines
 //     "Total" txttotal 14 amount          right-aligned, and selected when the user comes in
-//   grid dbgrid1                          the lines of the form
+//   grid dbgrid1 [rows 6]                 the lines of the form; rows: as many in view, and no more
+//   tabs TabControl                       pages behind each other; the grids that follow stand on one each
 //   foot                                  as column, below the lines
 //   pane frame_tax bottom [rows 6]        a docked pane: bottom, top, left or right; fields or a grid follow
 //
@@ -40,13 +41,15 @@ struct LookRow {
 };
 
 struct LookPart {
-    enum class Kind { column, grid, foot, pane };
+    enum class Kind { column, grid, tabs, foot, pane };
     Kind kind = Kind::column;
-    QString name = {};   // of a pane's frame, or of a grid
+    QString name = {};   // of a pane's frame, of a grid, or of the control with the pages
     QString place = {};  // of a pane
-    int rows = 0;        // of a pane that holds a grid: how many are in view
+    int rows = 0;  // of a grid, or of a pane that holds one: how many are in view; 0: what there is room for
     std::vector<LookRow> fields = {};
-    QStringList grids = {};  // of a pane
+    QStringList grids = {};  // of a pane, or of pages
+
+    [[nodiscard]] bool holds_grids() const { return kind == Kind::pane || kind == Kind::tabs; }
 };
 
 struct Look {

@@ -12,12 +12,14 @@
 #include "controls/grid.h"
 #include "desktop/flow_layout.h"
 #include "desktop/model_view.h"
+#include "desktop/tabs_view.h"
 
 namespace brimley::desktop {
 
 namespace {
 
 constexpr int kGenericRows = 6;  // of a column of fields
+constexpr int kRowInView = 26;   // pixels that a row takes where the look counts rows
 constexpr int kColumnSpacing = 18;
 constexpr int kGroupSpacing = 16;
 
@@ -52,7 +54,10 @@ class Layouter {
                 head.add_layout(columns_of(part));
                 break;
             case LookPart::Kind::grid:
-                if (QWidget* const grid = widget_of({part.name})) whole.addWidget(grid, 1);
+                add_grid(part.name, part.rows, whole);
+                break;
+            case LookPart::Kind::tabs:
+                add_tabs(part, whole);
                 break;
             case LookPart::Kind::foot:
                 whole.addLayout(line_of(part, Qt::AlignRight));
@@ -143,6 +148,29 @@ class Layouter {
         return label;
     }
 
+    // Below its title, if it has one.
+    void add_grid(const QString& name, int rows, QVBoxLayout& whole) {
+        QWidget* const grid = widget_of({name});
+        if (grid == nullptr) return;
+        if (QLabel* const title = grid_title(name)) whole.addWidget(title);
+        if (rows > 0) grid->setFixedHeight((rows + 1) * kRowInView);
+        whole.addWidget(grid, rows > 0 ? 0 : 1);
+    }
+
+    void add_tabs(const LookPart& part, QVBoxLayout& whole) {
+        auto* const tabs = dynamic_cast<TabsView*>(widget_of({part.name}));
+        if (tabs == nullptr) return;
+        for (const QString& name : part.grids) {
+            auto* const page = new QWidget;
+            auto* const content = new QVBoxLayout(page);
+            content->setContentsMargins(0, 0, 0, 0);
+            content->setSpacing(0);
+            add_grid(name, 0, *content);
+            tabs->add_page(*page);
+        }
+        whole.addWidget(tabs, 1);
+    }
+
     void add_pane(const LookPart& part) {
         controls::Control* const control = controls_.find(typed(part.name));
         const auto* const frame = dynamic_cast<controls::Frame*>(control);
@@ -158,7 +186,7 @@ class Layouter {
             QWidget* const grid = widget_of({name});
             if (grid == nullptr) continue;
             if (QLabel* const title = grid_title(name)) whole->addWidget(title);
-            if (part.rows > 0) grid->setMinimumHeight((part.rows + 1) * 26);
+            if (part.rows > 0) grid->setMinimumHeight((part.rows + 1) * kRowInView);
             whole->addWidget(grid, 1);
         }
         if (part.grids.isEmpty() && !across) whole->addStretch(1);
@@ -198,7 +226,7 @@ LookRow row_of(const controls::Control& control) {
 LookPart& part_for(Look& look, const controls::Control& control) {
     if (const controls::Control* const frame = control.container()) {
         for (LookPart& part : look.parts)
-            if (part.kind == LookPart::Kind::pane && part.name == shown(frame->name())) return part;
+            if (part.holds_grids() && part.name == shown(frame->name())) return part;
     }
     LookPart* last = look.parts.empty() ? nullptr : &look.parts.back();
     const bool has_room =
@@ -219,6 +247,10 @@ void add_what_is_left_out(Look& look, const controls::ControlSet& controls) {
         if (frame == nullptr || frame->caption().empty() || look.names(shown(control->name()))) continue;
         look.parts.push_back({LookPart::Kind::pane, shown(control->name()), "right"});
     }
+    for (const controls::Control* control : controls.all())
+        if (dynamic_cast<const controls::TabControl*>(control) != nullptr &&
+            !look.names(shown(control->name())))
+            look.parts.push_back({LookPart::Kind::tabs, shown(control->name())});
     for (const controls::Control* control : controls.all()) {
         const bool is_frame = dynamic_cast<const controls::Frame*>(control) != nullptr;
         const bool is_grid = dynamic_cast<const controls::Grid*>(control) != nullptr;

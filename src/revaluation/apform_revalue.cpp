@@ -41,6 +41,8 @@ APform_revalue::APform_revalue(frame::HostContext context, std::shared_ptr<kerne
              &cmbcompany, &cmbcurrency, &cmbexrate, &txtratedate, &txtremark, &txtsource, &txtsource_docno,
              &chkprint, &chkvoid})
         absent->set_visible(false);
+    for (controls::Grid* const paged : {&dbgrid1, &dbgrid2})
+        paged->lies_in(TabControl);
     dbgridcmd.title = "NEW RATE";
     dbgrid1.title = "REVALUATION RESULT";
     dbgrid2.title = "G/L SUMMARY";

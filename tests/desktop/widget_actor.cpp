@@ -5,12 +5,14 @@
 #include <QDockWidget>
 #include <QHeaderView>
 #include <QMenu>
+#include <QTabBar>
 #include <QTest>
 
 #include "console/script_line.h"
 #include "desktop/field_views.h"
 #include "desktop/grid_view.h"
 #include "desktop/range_view.h"
+#include "desktop/tabs_view.h"
 #include "frame/form.h"
 
 namespace brimley::testing {
@@ -159,12 +161,28 @@ void WidgetActor::show_font_bar(frame::Form& form, bool visible) {
 }
 
 // --- grids ---
+namespace {
+
+// A grid on a page is brought to the front first, as a person does who wants to see it.
+void bring_to_front(QWidget& widget) {
+    for (QWidget* at = &widget; at != nullptr; at = at->parentWidget()) {
+        auto* const tabs = dynamic_cast<desktop::TabsView*>(at);
+        if (tabs == nullptr || !tabs->isVisible()) continue;
+        for (int page = 0; page < tabs->count(); ++page)
+            if (tabs->widget(page)->isAncestorOf(&widget))
+                QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, tabs->tabBar()->tabRect(page).center());
+    }
+}
+
+}  // namespace
+
 template <class Act>
 Refusal WidgetActor::on_grid(Grid& grid, const Act& act) {
     FormWindow* const window = window_showing(grid);
     if (window == nullptr) return Refusal::hidden;
     window->settle();
     auto& view = dynamic_cast<GridView&>(*window->view(grid));
+    bring_to_front(view);
     if (const Refusal found = view.found_by_user(); found != Refusal::none) return found;
     Refusal found = Refusal::none;
     const Refusal refused = in_window(*window, [&] { found = act(view); });
