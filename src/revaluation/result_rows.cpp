@@ -104,6 +104,7 @@ void show_summary(controls::Grid& grid, int row, std::string_view currency) {
     }
     const int heading = row + 1;
     grid.set_cell(heading, "date", "SUMMARY");
+    if (currency.empty()) return;
     grid.set_cell(heading + 1, "date", currency);
     for (std::size_t i = 0; i < sums.size(); ++i)
         grid.array.set(heading + 1, sum_columns[i], format_money(sums[i]));

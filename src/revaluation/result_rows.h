@@ -61,7 +61,7 @@ class ResultRows : public frame::FormPart {
 };
 
 // The summary below the items, which end before `row`: after an empty row its heading and a row with the sums
-// of what stands above in the currency.
+// of what stands above in the currency; without a currency the heading alone.
 void show_summary(controls::Grid& grid, int row, std::string_view currency);
 
 }  // namespace brimley::revaluation
