@@ -27,7 +27,7 @@ namespace {
 constexpr int kToldFor = 8000;        // milliseconds
 constexpr double kShareOfArea = 0.9;  // of a form among others
 
-// A form in the menu. What a version does not have yet shows nothing, and the status line says so.
+// A form in the menu.
 struct FormEntry {
     const char* class_name;
     const char* caption;
@@ -99,7 +99,6 @@ void MainWindow::open_company(const QString& company) {
     requests_ = std::make_unique<Requests>(*ap_);
     requests_->show_window = [this](QWidget* window) { place(*window); };
     requests_->tell = [this](const QString& text) { tell(text); };
-    requests_->forms_shown = [this] { return forms_shown_; };
     requests_->next_window = [this] { area_->activateNextSubWindow(); };
     ap_->NotifyClients = [this](const std::string& formx, const std::string& docnox,
                                 const std::string& arg2) { requests_->answer(formx, docnox, arg2); };
@@ -158,10 +157,8 @@ void MainWindow::try_open(const std::optional<QString>& company) {
 bool MainWindow::show_form(const QString& class_name) {
     for (const FormEntry& entry : kForms) {
         if (class_name != entry.class_name || !ap_) continue;
-        const int before = forms_shown_;
         entry.show(*ap_);
-        if (forms_shown_ != before) return true;
-        tell(QString(entry.caption).remove('&') + ": this version does not have that form yet.");
+        return true;
     }
     return false;
 }
@@ -196,7 +193,6 @@ void MainWindow::place(QWidget& window) {
 
 // The first form fills the area, and so does the next as long as the user has not arranged them.
 void MainWindow::place_form(FormWindow& window) {
-    ++forms_shown_;
     const QMdiSubWindow* const before = area_->currentSubWindow();
     const bool fills = before == nullptr || before->isMaximized();
     QMdiSubWindow* const at = area_->addSubWindow(&window);

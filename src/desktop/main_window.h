@@ -80,7 +80,6 @@ class MainWindow : public QMainWindow {
     QVBoxLayout* recent_buttons_ = nullptr;
     QMenu* recent_menu_ = nullptr;
     QMenu* forms_menu_ = nullptr;
-    int forms_shown_ = 0;
 };
 
 }  // namespace brimley::desktop

@@ -79,17 +79,10 @@ void Requests::pay_invoice(const std::string& docno_and_vendor) {
     ap_.pay_this_invoice(docno_and_vendor.substr(0, colon), docno_and_vendor.substr(colon + 1));
 }
 
-void Requests::open_new(const std::string& formx, const std::function<void()>& open) {
-    const int before = forms_shown();
-    open();
-    if (forms_shown() == before) tell(shown(formx) + ": this version does not have that form yet.");
-}
-
 bool Requests::open_form(const std::string& formx, const std::string& docnox) {
     const std::map<std::string, std::function<void()>> forms{
         {"Pay this invoice", [&] { pay_invoice(docnox); }},
-        {"Payment History",
-         [&] { open_new(formx, [&] { ap_.showform_APform_payhistory(if_given(docnox)); }); }},
+        {"Payment History", [&] { ap_.showform_APform_payhistory(if_given(docnox)); }},
         {"Bill Entry : Docno", [&] { show_invoice(docnox, [&] { ap_.APform_invoice_goto_docno(docnox); }); }},
         {"Bill Entry", [&] { show_invoice(docnox, [&] { ap_.APform_invoice_goto_fkey(docnox); }); }},
         {"A/P Prepayment", [&] { show_prepayment(docnox); }},

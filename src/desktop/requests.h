@@ -24,8 +24,6 @@ class Requests {
     std::function<void(QWidget*)> show_window;
     // A line of text that needs no answer.
     std::function<void(const QString&)> tell;
-    // How many forms have come to the screen so far.
-    std::function<int()> forms_shown;
     // The form whose Exit led here has gone; the next window comes up.
     std::function<void()> next_window;
 
@@ -34,7 +32,6 @@ class Requests {
     [[nodiscard]] bool open_window(const std::string& formx, const std::string& docnox,
                                    const std::string& arg2);
     // Opens a form that this version may not have, and says so when nothing came to the screen.
-    void open_new(const std::string& formx, const std::function<void()>& open);
     void pay_invoice(const std::string& docno_and_vendor);
     void show_invoice(const std::string& document, const std::function<void()>& go_to);
     void show_payment(const std::string& docno);
