@@ -40,21 +40,24 @@ void APreport_recur_inquiry::execute_own(int id) {
     if (id == kGenerate) gen_invoice();
 }
 
-// A template that has expired is marked so at every listing; the mark decides nothing.
 void APreport_recur_inquiry::listdue_recur() {
     const store::DateTime now = desk().now();
     const std::string today = store::quoted(now.yyyymmdd());
-    step("mark expired templates", [&] {
-        kernel().database().Execute(fmt::format(
-            "UPDATE AP_recur_header_table SET inactive = True WHERE end_date < {} AND inactive = False",
-            today));
-    });
+    step("mark_expired", [&] { mark_expired(today); });
     const DueRule rule(now);
     show_due_column(true);
     assign2_dbgrid1(
         fmt::format("SELECT * FROM AP_recur_header_table WHERE (begin_date <= {0} AND end_date >= {0})",
                     today),
         &rule);
+}
+
+// The mark decides nothing here. A listing writes only when there is something to mark: no other desk has to
+// wait for it then.
+void APreport_recur_inquiry::mark_expired(const std::string& today) {
+    const std::string expired = fmt::format("end_date < {} AND inactive = False", today);
+    if (kernel().read("SELECT fkey FROM AP_recur_header_table WHERE " + expired).at_eof()) return;
+    kernel().database().Execute("UPDATE AP_recur_header_table SET inactive = True WHERE " + expired);
 }
 
 void APreport_recur_inquiry::SEL_record() {

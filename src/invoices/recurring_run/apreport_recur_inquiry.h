@@ -42,6 +42,7 @@ class APreport_recur_inquiry : public frame::ListForm {
     void execute_own(int id) override;
 
   private:
+    void mark_expired(const std::string& today);
     void show_due_column(bool shown);
     // `rule` may be null: see TemplateListing.
     void assign2_dbgrid1(const std::string& query, const DueRule* rule);
