@@ -59,12 +59,13 @@ RandomSession::RandomSession(const std::string& company, std::uint64_t seed)
     run("call showform_APform_void_check");
     run("call showform_APform_prepayment");
     run("call showform_APform_creditcard_payment");
+    run("call showform_APform_revalue");
     run("call showform_APform_invoice");
 }
 
 const std::vector<RandomSession::Act>& RandomSession::acts() {
     static const std::vector<Act> kActs{
-        {"template", 4, &RandomSession::enter_template},
+        {"template", 6, &RandomSession::enter_template},
         {"new", 40, &RandomSession::enter_document},
         {"edit", 25, &RandomSession::edit_document},
         {"void", 8, &RandomSession::void_document},
@@ -86,6 +87,8 @@ const std::vector<RandomSession::Act>& RandomSession::acts() {
         {"void prepayment", 2, &RandomSession::void_prepayment},
         {"pay card", 5, &RandomSession::pay_card},
         {"void card payment", 1, &RandomSession::void_card_payment},
+        {"generate", 8, &RandomSession::generate_due},
+        {"revalue", 8, &RandomSession::revalue},
         {"aging", 3, &RandomSession::look_at_aging},
         {"invoices", 3, &RandomSession::look_at_invoices},
         {"payments", 2, &RandomSession::look_at_payments},
@@ -119,12 +122,16 @@ std::vector<std::string> RandomSession::findings() {
     std::erase_if(found, [&](const std::string& finding) { return named_.explains(finding); });
     found.insert(found.end(), list_findings_.begin(), list_findings_.end());
     expect_remarks(found);
-    expect_count("documents", "SELECT fkey FROM AP_header_table", tally_.saved, found);
+    expect_count("documents", "SELECT fkey FROM AP_header_table", tally_.saved + tally_.generated, found);
     expect_count("templates", "SELECT fkey FROM AP_recur_header_table", tally_.templates, found);
     expect_count("void documents", "SELECT fkey FROM AP_header_table WHERE void = TRUE", tally_.voided,
                  found);
     expect_count("documents on hold", "SELECT fkey FROM AP_header_table WHERE hold = TRUE",
                  static_cast<int>(on_hold_.size()), found);
+    expect_count("revaluations", "SELECT fkey FROM AP_Revalue_header_table", tally_.revaluations, found);
+    expect_count("GL documents of revaluations",
+                 "SELECT fkey FROM GL_header_table WHERE Source = 'AP-REVALUE'", 2 * tally_.revaluations,
+                 found);
     expect_count("payments", "SELECT fkey FROM Payment_header_table", tally_.payments, found);
     expect_count("void payments", "SELECT fkey FROM Payment_header_table WHERE void = TRUE",
                  tally_.payments_voided, found);
@@ -154,7 +161,7 @@ void RandomSession::count_messages() {
     auto& messages = console_->desk().happenings().messages;
     for (const std::string& message : messages) {
         const auto ends = [&](const char* text) { return message.ends_with(text); };
-        if (count_payment_message(message)) continue;
+        if (count_payment_message(message) || count_revaluation_message(message)) continue;
         if (message.starts_with("Add new ")) {
             ++(ends(" complete") ? tally_.saved : tally_.refused);
             if (ends(" complete")) {
@@ -262,11 +269,12 @@ void RandomSession::enter_template() {
     set("txtrecurname", "Rent " + std::to_string(chance_.below(100)));
     set("cmbvendor", chance_.one_of(vendors_));
     set("cmbterm", chance_.one_of(terms_));
+    if (chance_.percent(90)) set("cmbcurrency", "USD");
     press(1011);
     set("cmbfreq", chance_.percent(50) ? "monthly" : "quarterly");
     set("txtrecurdate", std::to_string(chance_.below(33)));
-    set("txteffectdate", date());
-    set("txtexpiredate", date());
+    set("txteffectdate", chance_.percent(70) ? "01/01/2026" : date());
+    set("txtexpiredate", chance_.percent(70) ? "31/12/2027" : date());
     const int lines = chance_.between(1, 3);
     for (int row = 0; row < lines; ++row)
         enter_line(row);

@@ -70,6 +70,8 @@ class RandomSession {
         int payments = 0, payments_refused = 0, payments_edited = 0;
         int payments_voided = 0, checks_voided = 0;  // the first count both
         int voids_in_a_later_period = 0, payment_voids_failed = 0;
+        int generated = 0, generations = 0, generations_refused = 0;  // invoices; runs
+        int revaluations = 0, revaluations_refused = 0;
         std::map<std::string, int> ways_of_paying;  // one payment may go several ways
     };
     [[nodiscard]] const Tally& tally() const { return tally_; }
@@ -98,6 +100,8 @@ class RandomSession {
     void pay_expenses();
     void void_expenses();
     void edit_expenses();
+    void generate_due();
+    void revalue();
     void look_at_aging();
     void look_at_invoices();
     void look_at_payments();
@@ -127,6 +131,13 @@ class RandomSession {
     void expect_listed(const char* list, int items, double total, const StoredItems& stored);
     [[nodiscard]] double stored_total(const std::string& fkey);
     void note_owed(double beyond_documents);
+    [[nodiscard]] bool generate(int marked);
+    void leave_half_out(std::vector<int>& marked);
+    void enter_revaluation();
+    // Fills a row of what is to be revalued.
+    void select_items(int row);
+    void browse_revaluations();
+    [[nodiscard]] bool count_revaluation_message(const std::string& message);
     void enter_expense(int row);
     void count_ways_of_paying_expenses(const std::string& fkey);
     // Of the payments that the form has saved, whose numbers these are.

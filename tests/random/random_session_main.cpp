@@ -50,6 +50,9 @@ void tell_tally(const RandomSession& session, int acts) {
         "checks), {} voids failed\n",
         tally.payments, tally.payments_refused, tally.payments_edited, tally.payments_voided,
         tally.voids_in_a_later_period, tally.checks_voided, tally.payment_voids_failed);
+    std::cout << fmt::format(
+        "generated: {} invoices in {} runs, {} runs refused; {} revaluations, {} refused\n", tally.generated,
+        tally.generations, tally.generations_refused, tally.revaluations, tally.revaluations_refused);
     std::cout << "paid";
     for (const auto& [way, count] : tally.ways_of_paying)
         std::cout << fmt::format(" | {} {}", way, count);

@@ -1,0 +1,137 @@
+// The acts of a random session that make documents by the dozen: due templates are generated, and what is
+// open in foreign currency is revalued.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "controls/grid.h"
+#include "frame/form.h"
+#include "random_session.h"
+
+namespace brimley::testing {
+
+namespace {
+
+using frame::command::kNew;
+using store::RecordsetKind;
+
+constexpr int kListDue = 1001;
+constexpr int kGenerate = 1002;
+constexpr int kFind = 104;
+constexpr int kSave = 101;
+
+}  // namespace
+
+// --- templates that are due ---
+
+// One that cannot be generated takes all others of its run with it: then the half is tried.
+void RandomSession::generate_due() {
+    run("call showform_APreport_recur_inquiry");
+    if (chance_.percent(10)) press(kFind);
+    press(kListDue);
+    std::vector<int> marked(static_cast<std::size_t>(lines_on_screen().array.used_rows()));
+    std::iota(marked.begin(), marked.end(), 0);
+    if (chance_.percent(60)) leave_half_out(marked);
+    for (int tries = chance_.between(1, 4); tries > 0 && !generate(static_cast<int>(marked.size())); --tries)
+        leave_half_out(marked);
+    press(100);
+    back_to_invoices();
+}
+
+void RandomSession::leave_half_out(std::vector<int>& marked) {
+    std::erase_if(marked, [&](int row) {
+        const bool left_out = chance_.percent(50);
+        if (left_out) run(fmt::format("cell dbgrid1 {} due False", row));
+        return left_out;
+    });
+}
+
+// Whether the form has said that it is done.
+bool RandomSession::generate(int marked) {
+    const auto& messages = console_->desk().happenings().messages;
+    const auto before = static_cast<std::ptrdiff_t>(messages.size());
+    press(kGenerate);
+    if (std::find(messages.begin() + before, messages.end(), "Generate invoices complete") ==
+        messages.end()) {
+        ++tally_.generations_refused;
+        return false;
+    }
+    if (marked > 0) ++tally_.generations;
+    tally_.generated += marked;
+    for (const std::string& docno : column("SELECT docno FROM AP_header_table WHERE Source = 'AP'")) {
+        if (std::ranges::find(docnos_, docno) == docnos_.end()) docnos_.push_back(docno);
+    }
+    for (const std::string& vendor : column("SELECT vendor_no FROM AP_header_table WHERE Source = 'AP'")) {
+        if (std::ranges::find(used_vendors_, vendor) == used_vendors_.end()) used_vendors_.push_back(vendor);
+    }
+    return true;
+}
+
+// --- revaluations ---
+
+void RandomSession::revalue() {
+    run("form APform_revalue");
+    // Every row that was ever used in a form counts in all its later runs.
+    if (chance_.percent(60)) {
+        press(100);
+        run("call showform_APform_revalue");
+    }
+    press(kNew);
+    if (pressed(kNew)) {
+        enter_revaluation();
+        if (chance_.percent(90)) press(kSave);
+        leave_without_saving(kNew);
+    }
+    if (chance_.percent(30)) browse_revaluations();
+    back_to_invoices();
+}
+
+void RandomSession::enter_revaluation() {
+    set("txtdesc", "Rates of the month");
+    // Invoices are of any day of the year.
+    if (chance_.percent(70)) set("txtlastdate", chance_.percent(60) ? "31/12/2027" : date());
+    if (chance_.percent(15)) set("cmbperiod", std::to_string(chance_.between(1, 12)));
+    const int rows = chance_.percent(75) ? 1 : 2;
+    for (int row = 0; row < rows; ++row)
+        select_items(row);
+    press(kFind);
+    // What is changed after the run is stored beside what the run came to.
+    if (chance_.percent(10)) select_items(chance_.below(rows));
+    if (chance_.percent(10)) press(kFind);
+}
+
+void RandomSession::select_items(int row) {
+    static const std::vector<std::string> kCurrencies{"EUR", "EUR", "THB", "THB", "USD"};
+    const auto choose = [&](const char* caption, const std::string& value) {
+        run(fmt::format("cell dbgridcmd {} \"{}\" \"{}\"", row, caption, value));
+    };
+    choose("currency", chance_.one_of(kCurrencies));
+    choose("rate",
+           chance_.percent(95) ? fmt::format("{}.{:04}", chance_.below(2), chance_.below(10000)) : "x");
+    const int whose = chance_.below(10);
+    choose("every vendor", whose < 6 ? "True" : "False");
+    if (whose == 6) choose("vendor group", "COFFEE");
+    if (whose > 6 && whose < 9) choose("vendor no", chance_.one_of(vendors_));
+}
+
+void RandomSession::browse_revaluations() {
+    static const std::vector<int> kWays{107, 107, 108, 109, 136, 115};
+    const int steps = chance_.between(1, 4);
+    for (int i = 0; i < steps; ++i)
+        press(chance_.one_of(kWays));
+}
+
+// True for a message about a revaluation, which has been counted then.
+bool RandomSession::count_revaluation_message(const std::string& message) {
+    if (message == "Add new revaluation complete") {
+        ++tally_.revaluations;
+    } else if (message == "Add new revaluation failed") {
+        ++tally_.revaluations_refused;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+}  // namespace brimley::testing
