@@ -14,6 +14,7 @@
 #include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 #include "payments/void_check/apform_void_check.h"
+#include "revaluation/apform_revalue.h"
 
 namespace brimley::testing {
 
@@ -52,6 +53,7 @@ Saver::Saver(const store::OpenCompany& company, const std::string& user, std::ui
     ap_.showform_APform_prepayment();
     ap_.showform_APform_creditcard_payment();
     ap_.showform_APform_void_check();
+    ap_.showform_APform_revalue();
 }
 
 const std::vector<Saver::Act>& Saver::acts() {
@@ -72,6 +74,8 @@ const std::vector<Saver::Act>& Saver::acts() {
          ".* was void.|Prepayment was applied to invoiced.|"
          "((.* was void.|Prepayment was applied to invoiced.) )?Void Prepayment failed"},
         {"card-payment", 2, &Saver::pay_card, "Add new payment failed"},
+        {"foreign-invoice", 2, &Saver::enter_foreign_invoice, "Add new Invoice failed"},
+        {"revaluation", 2, &Saver::revalue, "Add new revaluation failed"},
     };
     return kActs;
 }
@@ -122,6 +126,39 @@ void Saver::enter_invoice() {
     }
     press(form, kSave);
     tell_outcome("invoice", form.txtdocno.text(), "Add new Invoice complete");
+}
+
+// Of a vendor whom nobody pays, so that something is open in its currency.
+void Saver::enter_foreign_invoice() {
+    auto& form = *ap_.frm_invoice;
+    if (form.mode() == frame::Mode::read) {
+        EnteredInvoice invoice;
+        invoice.vendor = "V2001";
+        invoice.currency = "EUR";
+        invoice.rate = "1.25";
+        const std::string amount = fmt::format("{}.{:02}", 1 + below(900), below(100));
+        invoice.lines.push_back({"5000", "NOTAX", "taxable amount", amount.c_str()});
+        enter(form, invoice);
+    }
+    press(form, kSave);
+    tell_outcome("invoice", form.txtdocno.text(), "Add new Invoice complete");
+}
+
+// Nothing is posted while nothing is open.
+void Saver::revalue() {
+    auto& form = *ap_.frm_revalue;
+    if (form.mode() == frame::Mode::read) static_cast<void>(form.press(kNew));
+    const std::string rate = fmt::format("1.{:04}", below(10000));
+    for (const auto& [caption, text] :
+         {std::pair("currency", "EUR"), std::pair("rate", rate.c_str()), std::pair("every vendor", "True")})
+        static_cast<void>(form.dbgridcmd.edit_cell(0, form.dbgridcmd.get_column(caption), text));
+    static_cast<void>(form.press(kFind));
+    if (form.dbgrid2.array.used_rows() > 0) {
+        desk_.messages.clear();
+        press(form, kSave);
+        tell_outcome("revaluation", form.txtdocno.text(), "Add new revaluation complete");
+    }
+    desk_.messages.clear();  // where there was nothing
 }
 
 void Saver::choose_way_of_paying(payments::PaymentForm& form) {

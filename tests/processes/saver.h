@@ -55,6 +55,8 @@ class Saver {
     // What is on screen, if it is stored. `prefix` stands before the number in what the form says then.
     void void_shown(payments::PaymentForm& form, const char* what, const char* prefix);
     void pay_card();
+    void enter_foreign_invoice();
+    void revalue();
 
     [[nodiscard]] int below(int count) {
         return static_cast<int>(chance_() % static_cast<std::uint64_t>(count));

@@ -27,6 +27,7 @@ constexpr Told kTold[] = {
     {"void-check", "SELECT docno FROM Payment_header_table WHERE void = TRUE"},
     {"misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy'"},
     {"void-misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy' AND void = TRUE"},
+    {"revaluation", "SELECT docno FROM AP_Revalue_header_table"},
     {"edit-prepayment", "SELECT docno FROM Payment_header_table WHERE doctype = 'pp'", true},
 };
 
@@ -42,6 +43,7 @@ constexpr Counted kCounted[] = {
     {"mpy", "SELECT fkey FROM Payment_header_table WHERE doctype = 'mpy'"},
     {"pp", "SELECT fkey FROM Payment_header_table WHERE doctype = 'pp'"},
     {"pc", "SELECT fkey FROM Payment_header_table WHERE doctype = 'pc'"},
+    {"apre", "SELECT fkey FROM AP_Revalue_header_table"},
     {"gl", "SELECT fkey FROM GL_header_table"},
 };
 
@@ -52,9 +54,16 @@ std::vector<std::string> column(store::Database& database, const std::string& qu
     return values;
 }
 
+// Generated documents have keys without "-", which this counter has not given.
+std::vector<std::string> counted_keys(store::Database& database, const char* query) {
+    std::vector<std::string> keys = column(database, query);
+    std::erase_if(keys, [](const std::string& key) { return key.find('-') == std::string::npos; });
+    return keys;
+}
+
 void check_numbers(store::Database& database, std::vector<std::string>& found) {
     for (const Counted& kind : kCounted) {
-        const auto fkeys = column(database, kind.fkeys);
+        const auto fkeys = counted_keys(database, kind.fkeys);
         const std::set<std::string> distinct(fkeys.begin(), fkeys.end());
         if (distinct.size() != fkeys.size())
             found.push_back(fmt::format("a key of {} came twice", kind.doctype));
