@@ -124,6 +124,8 @@ void set(BareRunner& runner, Bare statement, const std::vector<double>& row) {
     runner.run(statement, values);
 }
 
+}  // namespace
+
 void post(BareRunner& runner, BareSums sums, const char* accno, double amount) {
     if (sums == BareSums::in_the_engine) {
         run(runner, balance, {amount, accno});
@@ -139,6 +141,8 @@ void post(BareRunner& runner, BareSums sums, const char* accno, double amount) {
     add_to_period(row, amount);
     set(runner, period_set, row);
 }
+
+namespace {
 
 void count(BareRunner& runner, BareSums sums, const char* doctype) {
     if (sums == BareSums::in_the_engine) {

@@ -67,6 +67,9 @@ class BareRunner {
     virtual std::vector<double> read(Bare statement, std::span<const BareValue> values) = 0;
 };
 
+// Moves both balances of an account, in March 2026.
+void post(BareRunner& runner, BareSums sums, const char* accno, double amount);
+
 // All writes of one save but its BEGIN and COMMIT. number: of the document.
 void run_bare_save(BareRunner& runner, std::int64_t number, BareSums sums,
                    BareDocument document = BareDocument::invoice);
