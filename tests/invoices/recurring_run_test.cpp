@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "kernel/tables/company_tables.h"
 #include "support/recurring_templates.h"
 
 namespace brimley::testing {
@@ -140,6 +143,25 @@ TEST_F(RecurringRun, InvoiceEnteredByHandDoesNotCount) {
     enter(*user.ap.frm_invoice, {.lines = {{"5000", "NOTAX", "taxable amount", "100.00"}}});
     EXPECT_EQ(user.ap.frm_invoice->press(101), controls::Refusal::none);
     EXPECT_EQ(list_due(user).dbgrid1.array.used_rows(), 1);
+}
+
+TEST_F(RecurringRun, TermThatIsNotKnownLeavesItsFieldsEmpty) {
+    add_template(company, {});
+    company.db().Execute("UPDATE AP_recur_header_table SET payment_term = 'X9'");
+    generate(list_due(user));
+    EXPECT_EQ(
+        company.list("SELECT payment_term, duedays, early_days, early_discount, due_date, discount_date "
+                     "FROM AP_transaction_table"),
+        "X9 - - - - -");
+}
+
+// The answer must not cost more with each year of invoices.
+TEST(RecurringRunIndexes, IssuedTemplatesAreLookedUpByTemplateYearAndMonth) {
+    const auto& indexes = kernel::company_tables().find("AP_header_table")->indexes;
+    EXPECT_TRUE(std::ranges::any_of(indexes, [](const store::Index& index) {
+        return index.fields == std::vector<std::string>{"recurno", "Year", "Month"} &&
+               index.only_where_false.empty();
+    }));
 }
 
 // The counter restarts with each year, and so do the keys.
