@@ -8,6 +8,7 @@
 #include "payments/kinds_of_payments.h"
 #include "payments/payment_entry.h"
 #include "payments/void_check/apform_void_check.h"
+#include "support/recurring_templates.h"
 #include "support/template_entry.h"
 
 namespace brimley::testing {
@@ -95,6 +96,16 @@ struct ListSession : PaymentSession {
 struct AgingSession : ListSession {
     AgingSession() { user.ap.showform_APform_aging(); }
     frame::Form& form() override { return *user.ap.frm_aging; }
+};
+
+// A list of templates, of which two are due.
+struct RecurringSession : HostileSession {
+    RecurringSession() {
+        for (const int number : {1, 2})
+            add_template(company, {.number = number, .lines = {{105, 100, 5, "GST5"}}});
+        list_due(user);
+    }
+    frame::Form& form() override { return *user.ap.frm_recur_inquiry; }
 };
 
 struct InquirySession : ListSession {
@@ -220,6 +231,10 @@ std::vector<HostileEntry> entries() {
          {kSaveFont, kSave},
          {"txtremark", "txtcheck"}},
         {"Aging", [] { return begun<AgingSession>([](auto&) {}); }, {kFind, kSaveFont, kExit}, {}},
+        {"RecurringTemplates",
+         [] { return begun<RecurringSession>([](auto&) {}); },
+         {kSaveFont, invoices::kGenerate, kFind, invoices::kListDue, kExit},
+         {}},
         {"InvoiceInquiry",
          [] { return begun<InquirySession>([](auto&) {}); },
          {kFind, kSaveFont, kExit},

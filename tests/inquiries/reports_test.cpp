@@ -9,7 +9,7 @@
 #include "inquiries/apreport_inquiry.h"
 #include "inquiries/apreport_payhistory.h"
 #include "printing/pdf_file.h"
-#include "support/sample_host.h"
+#include "support/recurring_templates.h"
 #include "support/temporary_folder.h"
 
 namespace brimley::testing {
@@ -59,6 +59,15 @@ TEST_F(InquiryReports, PaymentsAreAPaymentHistory) {
     user.ap.showform_APform_payhistory();
     EXPECT_THAT(words_of(*user.ap.frm_payhistory, "balance", "payment_history093000.pdf"),
                 ElementsAre("Pier", "PAYMENT", "HISTORY", "print", ":", "16/03/2026", "balance", "1/1"));
+}
+
+TEST_F(InquiryReports, TemplatesAreRecurringInvoices) {
+    add_template(company, {.number = 1});
+    add_template(company, {.number = 2});
+    list_due(user);
+    EXPECT_THAT(words_of(*user.ap.frm_recur_inquiry, "due date", "ap_recurring_invoice093000.pdf"),
+                ElementsAre("Pier", "A/P", "RECURRING", "INVOICES", "print", ":", "16/03/2026", "due", "date",
+                            "05/03/2026", "05/03/2026", "1/1"));
 }
 
 // The total of the last vendor is in the list and not in the report.

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "invoices/recurring_run/apreport_recur_inquiry.h"
 #include "kernel/money.h"
 #include "payments/card/apform_creditcard_payment.h"
 #include "payments/invoice_payment/apform_payment.h"
@@ -15,6 +16,7 @@
 #include "payments/prepayment/apform_prepayment.h"
 #include "payments/void_check/apform_void_check.h"
 #include "revaluation/apform_revalue.h"
+#include "support/template_entry.h"
 
 namespace brimley::testing {
 
@@ -48,6 +50,9 @@ Saver::Saver(const store::OpenCompany& company, const std::string& user, std::ui
     ap_.BRIMLEY_DATE_FORMAT = "dd/mm/yyyy";
     ap_.BRIMLEY_NO_PERIODS = "12";
     ap_.showform_APform_invoice();
+    templates_ = ap_.frm_invoice;
+    ap_.showform_APform_invoice();
+    ap_.showform_APreport_recur_inquiry();
     ap_.showform_APform_payment();
     ap_.showform_APform_misc();
     ap_.showform_APform_prepayment();
@@ -76,6 +81,8 @@ const std::vector<Saver::Act>& Saver::acts() {
         {"card-payment", 2, &Saver::pay_card, "Add new payment failed"},
         {"foreign-invoice", 2, &Saver::enter_foreign_invoice, "Add new Invoice failed"},
         {"revaluation", 2, &Saver::revalue, "Add new revaluation failed"},
+        // A template that is refused because of a held counter is not told of.
+        {"generation", 4, &Saver::issue_templates, "|Generate invoice from on due recurring-invoice failed"},
     };
     return kActs;
 }
@@ -159,6 +166,24 @@ void Saver::revalue() {
         tell_outcome("revaluation", form.txtdocno.text(), "Add new revaluation complete");
     }
     desk_.messages.clear();  // where there was nothing
+}
+
+void Saver::issue_templates() {
+    auto& form = *ap_.frm_recur_inquiry;
+    static_cast<void>(form.press(invoices::kListDue));
+    const std::string recurno = form.dbgrid1.cell(0, "recurring no");
+    if (recurno.empty()) return enter_new_template();
+    press(form, invoices::kGenerate);
+    tell_outcome("generation", recurno, "Generate invoices complete");
+}
+
+void Saver::enter_new_template() {
+    if (templates_->mode() == frame::Mode::read) {
+        enter_template(*templates_);
+        static_cast<void>(templates_->txteffectdate.type("01/01/2026"));
+    }
+    press(*templates_, kSave);
+    tell_outcome("template", templates_->txtdocno.text(), "Add Recurring invoice complete");
 }
 
 void Saver::choose_way_of_paying(payments::PaymentForm& form) {

@@ -57,6 +57,9 @@ class Saver {
     void pay_card();
     void enter_foreign_invoice();
     void revalue();
+    // Issues what is due; while nothing is, a template is entered for the next time.
+    void issue_templates();
+    void enter_new_template();
 
     [[nodiscard]] int below(int count) {
         return static_cast<int>(chance_() % static_cast<std::uint64_t>(count));
@@ -70,6 +73,7 @@ class Saver {
 
     WaitingDesk desk_;
     host::APclass ap_{desk_};
+    std::shared_ptr<invoices::APform_invoice> templates_;  // a form of its own: the box stays ticked
     std::mt19937_64 chance_;
     std::function<void(const std::string& line)> tell_;
 };

@@ -28,6 +28,9 @@ constexpr Told kTold[] = {
     {"misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy'"},
     {"void-misc-payment", "SELECT docno FROM Payment_header_table WHERE doctype = 'mpy' AND void = TRUE"},
     {"revaluation", "SELECT docno FROM AP_Revalue_header_table"},
+    {"template", "SELECT recurno FROM AP_recur_header_table"},
+    // Of each template of a run the first is told, and two desks may issue the same.
+    {"generation", "SELECT recurno FROM AP_header_table", true},
     {"edit-prepayment", "SELECT docno FROM Payment_header_table WHERE doctype = 'pp'", true},
 };
 
@@ -44,6 +47,7 @@ constexpr Counted kCounted[] = {
     {"pp", "SELECT fkey FROM Payment_header_table WHERE doctype = 'pp'"},
     {"pc", "SELECT fkey FROM Payment_header_table WHERE doctype = 'pc'"},
     {"apre", "SELECT fkey FROM AP_Revalue_header_table"},
+    {"recur", "SELECT fkey FROM AP_recur_header_table"},
     {"gl", "SELECT fkey FROM GL_header_table"},
 };
 
