@@ -25,15 +25,17 @@ constexpr int kSave = 101;
 
 // --- templates that are due ---
 
-// One that cannot be generated takes all others of its run with it: then the half is tried.
+// One that cannot be generated takes all others of its run with it, and is due again and again: mostly few
+// are marked, and after a refusal half of them.
 void RandomSession::generate_due() {
     run("call showform_APreport_recur_inquiry");
     if (chance_.percent(10)) press(kFind);
     press(kListDue);
     std::vector<int> marked(static_cast<std::size_t>(lines_on_screen().array.used_rows()));
     std::iota(marked.begin(), marked.end(), 0);
-    if (chance_.percent(60)) leave_half_out(marked);
-    for (int tries = chance_.between(1, 4); tries > 0 && !generate(static_cast<int>(marked.size())); --tries)
+    for (const auto few = static_cast<std::size_t>(chance_.percent(20) ? 100 : 3); marked.size() > few;)
+        leave_half_out(marked);
+    for (int tries = chance_.between(1, 3); tries > 0 && !generate(static_cast<int>(marked.size())); --tries)
         leave_half_out(marked);
     press(100);
     back_to_invoices();
