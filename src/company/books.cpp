@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "company/generated_invoices.h"
+
 namespace brimley::company {
 
 namespace {
@@ -150,6 +152,13 @@ Books::Books(store::Database& database)
                        ChartAccount{accounts.flag("debit"), accounts.text("acctype") == "Income Statement"});
         if (accounts.text("type") == "X" && !earnings_accno_) earnings_accno_ = accno;
     }
+}
+
+Books::~Books() = default;
+
+const GeneratedInvoices& Books::generated() const {
+    if (!generated_) generated_ = std::make_unique<const GeneratedInvoices>(*this);
+    return *generated_;
 }
 
 Recordset Books::read(const std::string& query) const {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,6 +18,8 @@
 namespace brimley::company {
 
 using Findings = std::vector<std::string>;
+
+class GeneratedInvoices;
 
 struct ChartAccount {
     bool debit = false;
@@ -135,6 +138,9 @@ class Books {
   public:
     // The database must outlive the books.
     explicit Books(store::Database& database);
+    ~Books();
+    Books(const Books&) = delete;
+    Books& operator=(const Books&) = delete;
 
     // Null for an account that is not in the chart.
     [[nodiscard]] const ChartAccount* account(const std::string& accno) const;
@@ -154,6 +160,9 @@ class Books {
     void each_payment(const std::function<void(const PaymentHeader&)>& visit) const;
     void each_payment_line(const std::function<void(const PaymentLine&)>& visit) const;
 
+    // Read when they are first asked for.
+    [[nodiscard]] const GeneratedInvoices& generated() const;
+
     // A snapshot of the rows that the query gives.
     [[nodiscard]] store::Recordset read(const std::string& query) const;
 
@@ -168,6 +177,7 @@ class Books {
     mutable store::Recordset ap_lines_;
     mutable store::Recordset payments_;
     mutable store::Recordset payment_lines_;
+    mutable std::unique_ptr<const GeneratedInvoices> generated_;
 };
 
 }  // namespace brimley::company

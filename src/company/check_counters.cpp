@@ -198,7 +198,7 @@ std::string number_counter(const std::string& company, const std::string& doctyp
 class GeneratedNumbers {
   public:
     GeneratedNumbers(const Books& books, Uses& uses, Findings& findings) : uses_(uses), findings_(findings) {
-        const GeneratedInvoices generated(books);
+        const GeneratedInvoices& generated = books.generated();
         for (const GeneratedPosting& posting : generated.postings())
             add(number_counter(fmt::format("{}", kOnlyCompany), "gl", posting.fyear), posting.docno, "gl");
         for (const GeneratedInvoice& invoice : generated.invoices()) {

@@ -74,7 +74,7 @@ void judge_line(const GeneratedInvoice& invoice, const GeneratedLine& line, Find
 }  // namespace
 
 void check_generated_invoices(const Books& books, Findings& findings) {
-    const GeneratedInvoices generated(books);
+    const GeneratedInvoices& generated = books.generated();
     const auto templates = template_numbers(books);
     for (const GeneratedInvoice& invoice : generated.invoices()) {
         judge_header(invoice, findings);
@@ -190,7 +190,7 @@ class PostingJudge {
 }  // namespace
 
 void check_generated_postings(const Books& books, Findings& findings) {
-    const GeneratedInvoices generated(books);
+    const GeneratedInvoices& generated = books.generated();
     const auto accounts = tax_accounts(books);
     std::unordered_set<const GeneratedPosting*> named;
     for (const GeneratedInvoice& invoice : generated.invoices()) {
@@ -247,7 +247,7 @@ struct LeftOut {
 }  // namespace
 
 void note_generated_invoices(const Books& books, Findings& notes) {
-    const GeneratedInvoices generated(books);
+    const GeneratedInvoices& generated = books.generated();
     std::map<std::string, LeftOut> by_vendor;
     std::set<std::string> shared_keys;
     for (const GeneratedInvoice& invoice : generated.invoices()) {

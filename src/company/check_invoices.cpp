@@ -61,7 +61,7 @@ void check_invoice_documents(const Books& books, Findings& findings) {
     const auto by_invoice = summaries(books);
     const auto gl_documents = keys_of(books, "GL_header_table");
     const auto posted = books.posted_documents();
-    const GeneratedInvoices generated(books);
+    const GeneratedInvoices& generated = books.generated();
     books.each_ap_header([&](const ApHeader& header) {
         if (generated.any_of_key(header.fkey)) return;
         const std::string name = "Invoice " + shown_text(header.fkey);
@@ -86,7 +86,7 @@ void check_invoice_documents(const Books& books, Findings& findings) {
 
 void check_paid_flags(const Books& books, Findings& findings) {
     const auto by_invoice = summaries(books);
-    const GeneratedInvoices generated(books);
+    const GeneratedInvoices& generated = books.generated();
     books.each_ap_header([&](const ApHeader& header) {
         const auto found = by_invoice.find(header.fkey);
         // A payment finds headers and lines by the key alone.

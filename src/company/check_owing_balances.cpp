@@ -282,7 +282,7 @@ void check_owing_balances(const Books& books, Findings& findings) {
     for (; !rows.at_eof(); rows.MoveNext())
         vendors[rows.text("vendor_no")] = {};
     const auto own_prepayments = count_prepayments(books, vendors);
-    const GeneratedInvoices generated(books);
+    const GeneratedInvoices& generated = books.generated();
     count_invoices(books, own_prepayments, generated, vendors);
     count_generated(generated, vendors);
     find_first_payments(books, vendors);

@@ -39,7 +39,7 @@ PaidItems::PaidItems(const Books& books) {
 }
 
 void PaidItems::read_items(const Books& books) {
-    const GeneratedInvoices generated(books);
+    const GeneratedInvoices& generated = books.generated();
     std::unordered_map<std::string, double> invoices;  // made here: the GL key of each
     books.each_ap_header([&](const ApHeader& header) {
         if (header.source != "AP-INVOICE") return;
