@@ -51,7 +51,8 @@ CommandActions::CommandActions(QMainWindow& window, controls::CommandBars& bars,
 void CommandActions::draw_icons() {
     for (const auto& [name, toolbar] : toolbars_)
         for (QAction* const action : toolbar->actions())
-            action->setIcon(command_icon(action->data().toInt(), action->iconText(), window_.palette()));
+            action->setIcon(command_icon(window_.objectName(), action->data().toInt(), action->iconText(),
+                                         window_.palette()));
 }
 
 QAction* CommandActions::make_action(const Command& command) {

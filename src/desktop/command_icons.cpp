@@ -14,14 +14,15 @@ constexpr int kField = 24;  // of the strokes
 const QColor kProgramColour(38, 103, 173);
 constexpr int kSide = 72;  // of the picture, so that it stays sharp on a dense screen
 
-std::map<int, QString> read_strokes() {
-    std::map<int, QString> strokes;
+// By the names of the lines.
+std::map<QString, QString> read_strokes() {
+    std::map<QString, QString> strokes;
     QFile file(":/looks/icons.txt");
     if (!file.open(QIODevice::ReadOnly)) return strokes;
     for (const QString& line : QString::fromUtf8(file.readAll()).split('\n')) {
         if (line.isEmpty() || line.startsWith('#')) continue;
         const qsizetype blank = line.indexOf(' ');
-        strokes[line.left(blank).toInt()] = line.mid(blank + 1);
+        strokes[line.left(blank)] = line.mid(blank + 1);
     }
     return strokes;
 }
@@ -87,11 +88,13 @@ QIcon program_icon() {
     return picture;
 }
 
-QIcon command_icon(int command, const QString& caption, const QPalette& palette) {
-    static const std::map<int, QString> kStrokes = read_strokes();
-    const auto found = kStrokes.find(command);
-    const QString strokes = found != kStrokes.end() ? found->second : "T 12 12 " + caption.left(1);
-    return stroked_icon(strokes, palette);
+QIcon command_icon(const QString& form, int command, const QString& caption, const QPalette& palette) {
+    static const std::map<QString, QString> kStrokes = read_strokes();
+    const QString id = QString::number(command);
+    for (const QString& name : {form + '.' + id, id})
+        if (const auto found = kStrokes.find(name); found != kStrokes.end())
+            return stroked_icon(found->second, palette);
+    return stroked_icon("T 12 12 " + caption.left(1), palette);
 }
 
 }  // namespace brimley::desktop

@@ -12,7 +12,9 @@ namespace brimley::desktop {
 [[nodiscard]] QIcon stroked_icon(const QString& strokes, const QPalette& palette);
 // The program's own, for its windows.
 [[nodiscard]] QIcon program_icon();
-// A command without a picture gets the first letter of its caption.
-[[nodiscard]] QIcon command_icon(int command, const QString& caption, const QPalette& palette);
+// The picture that a command has in forms of this class, or else in all of them. One without a picture gets
+// the first letter of its caption.
+[[nodiscard]] QIcon command_icon(const QString& form, int command, const QString& caption,
+                                 const QPalette& palette);
 
 }  // namespace brimley::desktop

@@ -3,8 +3,10 @@
 
 #include <QCheckBox>
 
+#include "desktop/command_icons.h"
 #include "desktop/live_desk.h"
 #include "desktop/look_layout.h"
+#include "invoices/recurring_run/apreport_recur_inquiry.h"
 #include "payments/card/apform_creditcard_payment.h"
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/misc/apform_misc_payment.h"
@@ -64,6 +66,18 @@ TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
     EXPECT_EQ(strangers(*ap.frm_creditcard), "");
     ap.showform_APform_void_check();
     EXPECT_EQ(strangers(*ap.frm_void_check), "");
+    ap.showform_APreport_recur_inquiry();
+    EXPECT_EQ(strangers(*ap.frm_recur_inquiry), "");
+}
+
+TEST_F(Looks, CommandOfAFormMayHaveAPictureOfItsOwn) {
+    const auto picture = [](const char* form, int command) {
+        return desktop::command_icon(form, command, "Due", QPalette()).pixmap(20).toImage();
+    };
+    EXPECT_NE(picture("APreport_recur_inquiry", 1001), picture("APreport_inquiry", 1001));
+    EXPECT_NE(picture("APreport_recur_inquiry", 1001), picture("APreport_recur_inquiry", 1002));
+    EXPECT_EQ(picture("APreport_recur_inquiry", 100), picture("APreport_inquiry", 100));
+    EXPECT_NE(picture("APreport_inquiry", 100), picture("APreport_inquiry", 1001));
 }
 
 TEST_F(Looks, EveryControlOfAFormHasAWidget) {

@@ -186,6 +186,36 @@ class Photographer {
         take("vendor-aging-report");
     }
 
+    // The rent of a warehouse and the bill for the electricity, both due this month.
+    void recurring() {
+        window_.show_form("APform_invoice");
+        for (const auto& [vendor, name, day, account, amount] :
+             {std::tuple("V1014", "Warehouse rent", "1", "6100", "1,050.00"),
+              std::tuple("V1008", "Electricity", "31", "6120", "88.25")}) {
+            press(105);
+            type("cmbvendor", vendor);
+            type("cmbterm", "Net 30 days");
+            auto& is_template = control<controls::CheckBox>("chkrecur");
+            if (!is_template.is_set()) must(is_template.click(true), "chkrecur");
+            if (!control<controls::Frame>("frame_recur").visible()) press(1011);
+            const auto text = [&](const char* field, const QString& typed) {
+                must(control<controls::TextField>(field).type(typed.toStdString()), field);
+            };
+            text("txtrecurname", name);
+            text("txtrecurdate", day);
+            type("cmbfreq", "monthly");
+            text("txteffectdate", QString::fromStdString(in_days(-31)));
+            text("txtexpiredate", QString::fromStdString(in_days(334)));
+            cell(0, "purchase account", account);
+            cell(0, "gross amount", amount);
+            press(101);
+        }
+        must(control<controls::Frame>("frame_recur").close(), "frame_recur");
+        window_.show_form("APreport_recur_inquiry");
+        press(1001);
+        take("recurring-due");
+    }
+
     void dark() {
         desktop::use_theme(desktop::Theme::dark);
         window_.show_form("APform_invoice");
@@ -248,6 +278,8 @@ class Photographer {
     }
     void enter_invoice(const char* number, const char* vendor, const char* term = "2% 10 days, net 30") {
         type("cmbdoctype", "Invoice");
+        auto& is_template = control<controls::CheckBox>("chkrecur");
+        if (is_template.is_set()) must(is_template.click(false), "chkrecur");
         type("cmbvendor", vendor);
         must(control<controls::TextField>("txtinvno").type(number), "txtinvno");
         type("cmbterm", term);
@@ -299,6 +331,7 @@ int main(int argc, char** argv) {
         photographer.misc_payment();
         photographer.void_check();
         photographer.inquiries();
+        photographer.recurring();
         photographer.aging();
         photographer.aging_report();
         photographer.dark();
