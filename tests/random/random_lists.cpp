@@ -25,7 +25,9 @@ int ages_shown(const controls::Grid& list, int row) {
 
 void RandomSession::look_at_aging() {
     run("call showform_APform_aging");
-    if (chance_.percent(50)) set("txtdate", date());
+    // A day that does not exist lists nothing.
+    if (chance_.percent(50))
+        set("txtdate", fmt::format("{:02}/{:02}/2026", chance_.between(1, 28), chance_.between(1, 12)));
     const bool overdue = chance_.percent(30);
     if (overdue) run("check chkoverdue");
     const std::string as_of = shown("txtdate");
