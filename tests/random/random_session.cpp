@@ -139,6 +139,15 @@ std::vector<std::string> RandomSession::findings() {
     return found;
 }
 
+std::map<std::string, int> RandomSession::notes() {
+    static const std::regex kNumbered("\\S*\\d\\S*");
+    const company::ReadingMoment moment(reader_);
+    std::map<std::string, int> counted;
+    for (const std::string& note : company::books_notes(*reader_.database))
+        ++counted[std::regex_replace(note, kNumbered, "N")];
+    return counted;
+}
+
 // An edit of a payment keeps what was written last.
 void RandomSession::expect_remarks(std::vector<std::string>& findings) {
     for (const auto& [fkey, remark] : remarks_) {

@@ -59,6 +59,9 @@ class RandomSession {
     // What does not hold now, apart from what the session's acts explain; empty when all is well.
     [[nodiscard]] std::vector<std::string> findings();
 
+    // What looks wrong in the books and is intended, without numbers and keys, and how often it is there.
+    [[nodiscard]] std::map<std::string, int> notes();
+
     // Every line so far.
     [[nodiscard]] const std::vector<std::string>& script() const { return script_; }
     // What the console printed in the last act.

@@ -38,7 +38,7 @@ void tell_failure(const RandomSession& session, const Options& options, int numb
     std::cout << fmt::format("{} lines written to {}\n", session.script().size(), options.script);
 }
 
-void tell_tally(const RandomSession& session, int acts) {
+void tell_tally(RandomSession& session, int acts) {
     const RandomSession::Tally& tally = session.tally();
     std::cout << fmt::format(
         "{} acts: {} saved, {} refused, {} templates, {} updated, {} updates failed, {} void, {} held, {} "
@@ -57,6 +57,8 @@ void tell_tally(const RandomSession& session, int acts) {
     for (const auto& [way, count] : tally.ways_of_paying)
         std::cout << fmt::format(" | {} {}", way, count);
     std::cout << fmt::format("\nnamed deviations: {} vendors\n", session.named_deviations().vendors());
+    for (const auto& [note, count] : session.notes())
+        std::cout << fmt::format("{} notes: {}\n", count, note);
 }
 
 int run_one(const Options& options) {
