@@ -239,16 +239,11 @@ void note_posting(const Books& books, const GeneratedInvoice& invoice, const Gen
                                     name_of(invoice), shown_text(posting.fkey)));
 }
 
-struct LeftOut {
-    int invoices = 0;
-    double gross = 0;
-};
-
 }  // namespace
 
 void note_generated_invoices(const Books& books, Findings& notes) {
     const GeneratedInvoices& generated = books.generated();
-    std::map<std::string, LeftOut> by_vendor;
+    std::map<std::string, double> by_vendor;
     std::set<std::string> shared_keys;
     for (const GeneratedInvoice& invoice : generated.invoices()) {
         if (invoice.shares_key && shared_keys.insert(invoice.fkey).second)
@@ -259,17 +254,15 @@ void note_generated_invoices(const Books& books, Findings& notes) {
         if (invoice.lines.empty()) continue;
         for (const GeneratedPosting* posting : invoice.postings)
             note_posting(books, invoice, *posting, notes);
-        LeftOut& left_out = by_vendor[invoice.vendor_no];
-        ++left_out.invoices;
-        left_out.gross += invoice.gross();
+        by_vendor[invoice.vendor_no] += invoice.gross();
     }
-    for (const auto& [vendor_no, left_out] : by_vendor)
+    for (const auto& [vendor_no, gross] : by_vendor)
         notes.push_back(
-            fmt::format("What vendor {} is owed was never raised by {} generated invoices of {:.2f}",
-                        shown_text(vendor_no), left_out.invoices, left_out.gross));
+            fmt::format("What vendor {} is owed was never raised by what was generated, {:.2f} in all",
+                        shown_text(vendor_no), gross));
     if (const auto posted = generated.postings().size(); posted > 0)
-        notes.push_back(
-            fmt::format("Base amounts of balances leave out {} GL documents of generated invoices", posted));
+        notes.push_back(fmt::format(
+            "Balances have no base amounts of what was generated: GL documents without them: {}", posted));
 }
 
 }  // namespace brimley::company
