@@ -26,26 +26,23 @@ std::optional<std::vector<TaxShare>> LineTaxes::shares_of(const GeneratedLine& l
 
 bool LineTaxes::split(double tax, const store::Recordset& authority, const GeneratedLine& line,
                       std::vector<TaxShare>& shares) const {
-    const auto add = [&](const std::string& accno, double amount) {
-        if (amount != 0) shares.push_back({accno, amount});
-    };
     double rest = tax;
     if (const store::Value recoverable = authority.field("acc_recoverable"); !recoverable.is_null()) {
         const double refund = authority.number("percent_refund");
         const double recovered = refund == 100 ? tax : Round(tax * refund / 100);
-        add(recoverable.text(), recovered);
+        shares.push_back({recoverable.text(), recovered});
         rest = Round(tax - recovered);
     }
     if (rest == 0) return true;
     if (authority.flag("include_itemcost")) {
-        add(line.po_accno, rest);
+        shares.push_back({line.po_accno, rest});
         return true;
     }
     const store::Value expense = authority.field("acc_expense");
     if (expense.is_null())
         return refuse("No Expense Tax Account specified when tax not fully refund for tax code " +
                       line.tax_code);
-    add(expense.text(), rest);
+    shares.push_back({expense.text(), rest});
     return true;
 }
 

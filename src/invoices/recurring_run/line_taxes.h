@@ -23,8 +23,8 @@ class LineTaxes : public frame::FormPart {
   public:
     explicit LineTaxes(frame::Form& form) : FormPart(form) {}
 
-    // The shares of all authorities, in the order of their items; none of them is 0. Empty, after its
-    // message, when a share has no account to go to.
+    // The shares of all authorities, in the order of their items; a share may be 0.
+    // Empty, after its message, when a share has no account to go to.
     [[nodiscard]] std::optional<std::vector<TaxShare>> shares_of(const GeneratedLine& line);
 
   private:
