@@ -122,6 +122,18 @@ TEST_F(RecurringFaults, LostConnectionIsToldAndNothingIsDoneTwice) {
 
 TEST_F(RecurringFaults, RunIsGivenUpToWhoWritesAlone) { give_up_to_who_is_alone(generation(), 10); }
 
+// What nobody has to write nobody has to wait for.
+TEST_F(RecurringFaults, ListingWritesOnlyWhenATemplateHasExpired) {
+    const auto session = begun(generation());
+    session->faults->only_statements_with = "UPDATE \"AP_recur_header_table\"";
+    const auto list_again = [&] {
+        EXPECT_EQ(session->form().press(invoices::kListDue), controls::Refusal::none);
+    };
+    EXPECT_FALSE(session->with_fault(1, store::ErrorKind::io, true, list_again));
+    session->user.desk.clock = *store::DateTime::from_iso("2027-01-01 09:30:00");
+    EXPECT_TRUE(session->with_fault(1, store::ErrorKind::io, true, list_again));
+}
+
 // Counters of keys are not used.
 TEST_F(RecurringFaults, RowHeldOnAServerIsWaitedForAndThenGivenUp) {
     for (const HeldTable& held : kHeldTables)

@@ -174,6 +174,26 @@ TEST_F(RecurringRun, KeysComeAgainInTheNextYear) {
     EXPECT_EQ(company.list("SELECT fkey, gldate FROM AP_header_table"), "1ip1 2026-03-05 | 1ip1 2027-01-05");
 }
 
+TEST_F(RecurringRun, OnlyTheMarkIsChangedWhateverTheLayoutUnlocks) {
+    add_template(company, {});
+    auto& form = list_due(user);
+    for (controls::GridColumn& column : form.dbgrid1.columns)
+        column.locked = false;
+    for (const char* caption : {"due date", "vendor no", "recurring no"}) {
+        EXPECT_EQ(form.dbgrid1.edit_cell(0, form.dbgrid1.get_column(caption), "X"), controls::Refusal::none);
+        EXPECT_NE(form.dbgrid1.cell(0, caption), "X");
+    }
+    EXPECT_EQ(form.dbgrid1.edit_cell(0, form.dbgrid1.get_column("due"), "False"), controls::Refusal::none);
+    EXPECT_EQ(form.dbgrid1.cell(0, "due"), "False");
+}
+
+// The list is as long as what is in it, not as what was looked at.
+TEST_F(RecurringRun, TemplatesThatAreNotDueLeaveNoRows) {
+    for (int number = 1; number <= 60; ++number)
+        add_template(company, {.number = number, .frequency = number <= 30 ? "monthly" : "yearly"});
+    EXPECT_EQ(list_due(user).dbgrid1.array.rows(), 35);
+}
+
 // --- turns of the host
 
 class TurnsOfTheHost : public RecurringRun {
