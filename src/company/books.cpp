@@ -205,4 +205,9 @@ void Books::each_payment_line(const std::function<void(const PaymentLine&)>& vis
     walk(payment_lines_, payment_line, visit);
 }
 
+std::string day_of(const Recordset& rows, const char* field) {
+    const auto date = rows.field(field).date();
+    return date ? date->date_only().iso() : std::string();
+}
+
 }  // namespace brimley::company

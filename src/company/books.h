@@ -180,4 +180,7 @@ class Books {
     mutable std::unique_ptr<const GeneratedInvoices> generated_;
 };
 
+// The day in a field of the current row; empty when there is none.
+[[nodiscard]] std::string day_of(const store::Recordset& rows, const char* field);
+
 }  // namespace brimley::company

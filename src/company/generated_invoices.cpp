@@ -15,11 +15,6 @@ using store::Recordset;
 
 bool is_generated_key(const std::string& fkey) { return fkey.find('-') == std::string::npos; }
 
-std::string day_of(const Recordset& rows, const char* field) {
-    const auto date = rows.field(field).date();
-    return date ? date->date_only().iso() : std::string();
-}
-
 // Places in a list by two texts, such as key and day.
 using Places = std::unordered_map<std::string, std::size_t>;
 

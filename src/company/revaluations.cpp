@@ -22,11 +22,6 @@ constexpr const char* kItems =
 constexpr const char* kSummary =
     "SELECT fkey,docno,accno,Currency,amount FROM AP_Revalue_GL_summary_table ORDER BY fkey,accno,Currency";
 
-std::string day_of(const Recordset& rows, const char* field) {
-    const auto date = rows.field(field).date();
-    return date ? date->date_only().iso() : std::string();
-}
-
 RevaluationSelection selection_row(const Recordset& row) {
     return {row.text("docno"),        row.text("Currency"),     kernel::money_value(row.text("Rate")),
             row.flag("every_vendor"), row.text("vendor_group"), row.text("vendor_no")};
