@@ -113,7 +113,8 @@ void RandomSession::select_items(int row) {
            chance_.percent(95) ? fmt::format("{}.{:04}", chance_.below(2), chance_.below(10000)) : "x");
     const int whose = chance_.below(10);
     choose("every vendor", whose < 6 ? "True" : "False");
-    if (whose == 6) choose("vendor group", "COFFEE");
+    // Of several the first counts: every vendor, a group, one vendor.
+    if (whose == 5 || whose == 6 || whose == 7) choose("vendor group", "COFFEE");
     if (whose > 6 && whose < 9) choose("vendor no", chance_.one_of(vendors_));
 }
 
