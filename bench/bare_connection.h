@@ -60,17 +60,22 @@ class BareConnection {
         statements_.push_back(statement);
         return statement;
     }
-    // Steps to the end and reads every column of every row. Returns the rows.
+    // Reads every column of the current row. What it returns keeps the reading from being left out.
+    static std::size_t read_row(sqlite3_stmt* statement) {
+        std::size_t read = 0;
+        for (int column = 0; column < sqlite3_column_count(statement); ++column)
+            read += sqlite3_column_type(statement, column) == SQLITE_TEXT
+                        ? std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement, column)))
+                              .size()
+                        : static_cast<std::size_t>(sqlite3_column_double(statement, column) != 0);
+        return read;
+    }
+    // Steps to the end and reads every row. Returns the rows.
     static int drain(sqlite3_stmt* statement) {
         int rows = 0;
         std::size_t read = 0;
         while (sqlite3_step(statement) == SQLITE_ROW) {
-            for (int column = 0; column < sqlite3_column_count(statement); ++column)
-                read +=
-                    sqlite3_column_type(statement, column) == SQLITE_TEXT
-                        ? std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement, column)))
-                              .size()
-                        : static_cast<std::size_t>(sqlite3_column_double(statement, column) != 0);
+            read += read_row(statement);
             ++rows;
         }
         sqlite3_reset(statement);

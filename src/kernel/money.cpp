@@ -38,30 +38,44 @@ constexpr int kExactDigits = 15;
 constexpr std::array kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
-// At least three, for a whole number.
-static std::string digits_of(double whole) {
-    if (!(whole < kAmountsEnd * 100)) return fmt::format("{:03.0f}", whole);
-    std::array<char, 20> digits{'0', '0'};
-    const bool short_of_three = whole < 100;
-    char* const begin = digits.data() + (short_of_three ? (whole < 10 ? 2 : 1) : 0);
-    const auto [end, error] =
-        std::to_chars(begin, digits.data() + digits.size(), static_cast<std::int64_t>(whole));
-    return {digits.data(), error == std::errc{} ? end : begin};
+// The text of so many cents, given by their digits, of which there are three at least. Returns its end.
+static char* write_money(std::string_view digits, bool negative, char* text) {
+    const std::size_t whole = digits.size() - 2;
+    if (negative) *text++ = '-';
+    for (std::size_t i = 0; i < whole; ++i) {
+        if (i > 0 && (whole - i) % 3 == 0) *text++ = ',';
+        *text++ = digits[i];
+    }
+    *text++ = '.';
+    *text++ = digits[whole];
+    *text++ = digits[whole + 1];
+    return text;
+}
+
+// An amount that cannot be held to the cent.
+static std::string format_endless(double cents) {
+    const std::string digits = fmt::format("{:03.0f}", std::fabs(cents));
+    std::string text(2 * digits.size(), ' ');
+    text.resize(static_cast<std::size_t>(write_money(digits, cents < 0, text.data()) - text.data()));
+    return text;
 }
 
 std::string format_money(double value) {
     const double cents = std::round(value * 100.0);
-    const std::string digits = digits_of(std::fabs(cents));
-    const std::size_t whole = digits.size() - 2;
-    std::string text;
-    text.reserve(1 + digits.size() + whole / 3 + 1);
-    if (cents < 0) text += '-';
-    // The first group has one to three digits.
-    std::size_t group = (whole + 2) % 3 + 1;
-    text.append(digits, 0, group);
-    for (; group < whole; group += 3)
-        text.append(1, ',').append(digits, group, 3);
-    return text.append(1, '.').append(digits, whole, 2);
+    const double whole = std::fabs(cents);
+    if (!(whole < kAmountsEnd * 100)) return format_endless(cents);
+    std::array<char, 20> digits{'0', '0'};
+    char* const begin = digits.data() + (whole < 10 ? 2 : whole < 100 ? 1 : 0);
+    const auto end =
+        std::to_chars(begin, digits.data() + digits.size(), static_cast<std::int64_t>(whole)).ptr;
+    std::array<char, 32> text;
+    return {text.data(), write_money({digits.data(), end}, cents < 0, text.data())};
+}
+
+double shown_amount(double value) {
+    const double cents = std::round(value * 100.0);
+    if (std::fabs(cents) < kPowersOfTen[kExactDigits]) return cents / 100.0;
+    return money_value(format_money(value));
 }
 
 double money_value(std::string_view text) {

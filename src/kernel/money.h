@@ -17,6 +17,9 @@ namespace brimley::kernel {
 // "#,##0.00", ties away from zero: 2.125 shows as 2.13. A negative zero shows as 0.00.
 [[nodiscard]] std::string format_money(double value);
 
+// The amount as format_money shows it: what money_value reads from its text.
+[[nodiscard]] double shown_amount(double value);
+
 // Commas removed, then the value of the leading digits: "1,234.50" is 1234.5, a word is 0, an empty text is
 // 0.
 [[nodiscard]] double money_value(std::string_view text);

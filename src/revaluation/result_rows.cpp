@@ -5,7 +5,6 @@
 namespace brimley::revaluation {
 
 using kernel::format_money;
-using kernel::money_value;
 
 namespace {
 
@@ -23,6 +22,12 @@ std::array<double, kSumCaptions.size()> in_order(const ItemAmounts& amounts) {
     return {amounts.invoice, amounts.original_base, amounts.gain, amounts.new_base};
 }
 
+ItemAmounts as_shown(const ItemAmounts& amounts) {
+    using kernel::shown_amount;
+    return {shown_amount(amounts.invoice), shown_amount(amounts.original_base), shown_amount(amounts.gain),
+            shown_amount(amounts.new_base)};
+}
+
 }  // namespace
 
 void ItemAmounts::add(const ItemAmounts& item) {
@@ -33,7 +38,8 @@ void ItemAmounts::add(const ItemAmounts& item) {
 }
 
 ResultRows::ResultRows(frame::Form& form, controls::Grid& grid, std::span<const frame::LineColumn> columns,
-                       const store::Recordset& items, int first_row)
+                       const store::Recordset& items, int first_row, std::string currency,
+                       ItemAmounts& totals)
     : FormPart(form),
       grid_(grid),
       columns_(form, grid, columns),
@@ -41,7 +47,9 @@ ResultRows::ResultRows(frame::Form& form, controls::Grid& grid, std::span<const 
       vendor_name_column_(grid.get_column("vendor name")),
       currency_column_(grid.get_column("currency")),
       sum_columns_(find_sum_columns(grid)),
-      row_(first_row) {
+      row_(first_row),
+      currency_(std::move(currency)),
+      totals_(totals) {
     columns_.begin(items);
 }
 
@@ -72,6 +80,7 @@ void ResultRows::add(const store::Recordset& item, const ItemAmounts& amounts) {
         first_of_vendor_ = false;
     }
     columns_.read(item);
+    if (columns_.text(kCurrencyColumn) == currency_) totals_.add(as_shown(amounts));
     columns_.put(row_++, std::span(more).first(cells));
     sums_.add(amounts);
 }
@@ -92,22 +101,15 @@ void ResultRows::end(const std::string& rate) {
     ++row_;
 }
 
-// The sums are those of the amounts as they are shown.
-void show_summary(controls::Grid& grid, int row, std::string_view currency) {
-    const int currency_column = grid.get_column("currency");
-    const auto sum_columns = find_sum_columns(grid);
-    std::array<double, kSumCaptions.size()> sums{};
-    for (int item = 0; item < row; ++item) {
-        if (grid.array.get(item, currency_column) != currency) continue;
-        for (std::size_t i = 0; i < sums.size(); ++i)
-            sums[i] += money_value(grid.array.get(item, sum_columns[i]));
-    }
+void show_summary(controls::Grid& grid, int row, std::string_view currency, const ItemAmounts& totals) {
     const int heading = row + 1;
     grid.set_cell(heading, "date", "SUMMARY");
     if (currency.empty()) return;
     grid.set_cell(heading + 1, "date", currency);
-    for (std::size_t i = 0; i < sums.size(); ++i)
-        grid.array.set(heading + 1, sum_columns[i], format_money(sums[i]));
+    const auto sum_columns = find_sum_columns(grid);
+    const auto values = in_order(totals);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        grid.array.set(heading + 1, sum_columns[i], format_money(values[i]));
 }
 
 }  // namespace brimley::revaluation

@@ -25,9 +25,12 @@ struct ItemAmounts {
 
 class ResultRows : public frame::FormPart {
   public:
-    // The columns of the items that are shown as they are stored; must outlive this.
+    // `columns`: those of the items that are shown as they are stored, the currency at kCurrencyColumn; must
+    // outlive this.
+    static constexpr std::size_t kCurrencyColumn = 3;
+    // The amounts of items in this currency are added to `totals` as they are shown.
     ResultRows(frame::Form& form, controls::Grid& grid, std::span<const frame::LineColumn> columns,
-               const store::Recordset& items, int first_row);
+               const store::Recordset& items, int first_row, std::string currency, ItemAmounts& totals);
 
     // The next free row.
     [[nodiscard]] int row() const { return row_; }
@@ -58,10 +61,12 @@ class ResultRows : public frame::FormPart {
     std::string vendor_no_;
     std::string vendor_name_;
     ItemAmounts sums_;  // of the vendor
+    const std::string currency_;
+    ItemAmounts& totals_;
 };
 
-// The summary below the items, which end before `row`: after an empty row its heading and a row with the sums
-// of what stands above in the currency; without a currency the heading alone.
-void show_summary(controls::Grid& grid, int row, std::string_view currency);
+// The summary below the items, which end before `row`: after an empty row its heading and a row with the
+// totals in the currency; without a currency the heading alone.
+void show_summary(controls::Grid& grid, int row, std::string_view currency, const ItemAmounts& totals);
 
 }  // namespace brimley::revaluation

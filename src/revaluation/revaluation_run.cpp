@@ -109,9 +109,14 @@ std::optional<Recordset> RevaluationRun::items_of(const SelectionRow& selected,
     return items;
 }
 
+void RevaluationRun::clear_result() {
+    form_.dbgrid1.array.dimension(frame::kRowsMin);
+    totals_ = {};
+}
+
 // The rows of the selection rows before are gone with the first step; the rows count on below them.
 void RevaluationRun::assign2_dbgrid1_new(std::optional<Recordset> rs, int& row, double rate) {
-    form_.dbgrid1.array.dimension(frame::kRowsMin);
+    clear_result();
     if (!rs || rs->at_eof()) {
         form_.dbgrid1.rebind();
         tell("No data");
@@ -126,7 +131,8 @@ void RevaluationRun::value_items(Recordset& items, int& row, double rate) {
     const int rate_field = items.column_of("exchange_rate");
     const std::string currency = items.text("currency");
     accounts_ = {};
-    ResultRows result(form_, form_.dbgrid1, kOpenItem, items, row);
+    known_accounts_.clear();
+    ResultRows result(form_, form_.dbgrid1, kOpenItem, items, row, currency, totals_);
     std::string vendor_no;
     for (; !items.at_eof(); items.MoveNext()) {
         items.read_text(vendor_field, vendor_no);
@@ -157,6 +163,10 @@ bool RevaluationRun::begin_vendor(ResultRows& result, const std::string& vendor_
 }
 
 bool RevaluationRun::find_accounts(const std::string& currency) {
+    if (const auto known = known_accounts_.find(accounts_.payable); known != known_accounts_.end()) {
+        accounts_ = known->second;
+        return true;
+    }
     accounts_.gain = default_accounts_.gain;
     accounts_.loss = default_accounts_.loss;
     const auto in_currency =
@@ -166,6 +176,7 @@ bool RevaluationRun::find_accounts(const std::string& currency) {
     const std::string loss = in_currency.text("unrealised_loss_accno");
     if (!gain.empty()) accounts_.gain = gain;
     if (!loss.empty()) accounts_.loss = loss;
+    known_accounts_.emplace(accounts_.payable, accounts_);
     return true;
 }
 
@@ -177,14 +188,14 @@ void RevaluationRun::add_to_summaries(const std::string& currency, double gain) 
 
 // Each selection row writes its currency and sums into the same row, so that those of the last one stand.
 void RevaluationRun::show_summary_block(int row, const std::string& currency) {
-    show_summary(form_.dbgrid1, row, currency);
+    show_summary(form_.dbgrid1, row, currency, totals_);
     form_.dbgrid1.go_to(0, 0);
     form_.dbgrid1.rebind();
 }
 
 void RevaluationRun::show_stored(Recordset& items, const std::string& currency) {
-    form_.dbgrid1.array.dimension(frame::kRowsMin);
-    ResultRows result(form_, form_.dbgrid1, kStoredItem, items, 0);
+    clear_result();
+    ResultRows result(form_, form_.dbgrid1, kStoredItem, items, 0, currency, totals_);
     bool any = false;
     store::Value new_rate;
     for (; !items.at_eof(); items.MoveNext(), any = true) {

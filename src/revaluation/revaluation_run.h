@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "frame/form_part.h"
 #include "revaluation/account_pairs.h"
@@ -61,6 +62,7 @@ class RevaluationRun : public frame::FormPart {
     [[nodiscard]] std::optional<store::Recordset> items_of(const SelectionRow& selected,
                                                            const std::string& cut_off) const;
     void assign2_dbgrid1_new(std::optional<store::Recordset> rs, int& row, double rate);
+    void clear_result();
     void value_items(store::Recordset& items, int& row, double rate);
     [[nodiscard]] bool begin_vendor(ResultRows& result, const std::string& vendor_no,
                                     const std::string& currency);
@@ -79,8 +81,10 @@ class RevaluationRun : public frame::FormPart {
 
     APform_revalue& form_;
     Accounts default_accounts_;
-    Accounts accounts_;  // of the vendor whose items are being valued
+    Accounts accounts_;                                         // of the vendor whose items are being valued
+    std::unordered_map<std::string, Accounts> known_accounts_;  // by payable account, in the currency at hand
     AccountPairs payables_, gains_, losses_;
+    ItemAmounts totals_;  // of what stands in the result, in the currency of the last selection row
 };
 
 }  // namespace brimley::revaluation

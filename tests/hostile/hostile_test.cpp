@@ -9,6 +9,7 @@
 #include "payments/payment_entry.h"
 #include "payments/void_check/apform_void_check.h"
 #include "support/recurring_templates.h"
+#include "revaluation/revaluation_entry.h"
 #include "support/template_entry.h"
 
 namespace brimley::testing {
@@ -91,6 +92,20 @@ struct ListSession : PaymentSession {
         enter_payment("Cash");
         EXPECT_EQ(PaymentSession::form().press(kSave), controls::Refusal::none);
     }
+};
+
+// A run that values what an invoice of its own has left open.
+struct RevaluationSession : HostileSession {
+    RevaluationSession() {
+        EnteredInvoice invoice;
+        invoice.vendor = "V2001";
+        invoice.currency = "EUR";
+        invoice.rate = "1.2";
+        invoice.lines = {{"5000", "NOTAX", "gross amount", "100.00"}};
+        save_invoice(user, invoice);
+        enter_revaluation(user);
+    }
+    frame::Form& form() override { return *user.ap.frm_revalue; }
 };
 
 struct AgingSession : ListSession {
@@ -230,6 +245,10 @@ std::vector<HostileEntry> entries() {
          [] { return begun<KindSession>([](auto& session) { session.enter_payment(enter_card_payment); }); },
          {kSaveFont, kSave},
          {"txtremark", "txtcheck"}},
+        {"Revaluation",
+         [] { return begun<RevaluationSession>([](auto&) {}); },
+         {kSaveFont, kFind, kSave},
+         {"txtdesc"}},
         {"Aging", [] { return begun<AgingSession>([](auto&) {}); }, {kFind, kSaveFont, kExit}, {}},
         {"RecurringTemplates",
          [] { return begun<RecurringSession>([](auto&) {}); },

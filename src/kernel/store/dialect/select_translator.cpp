@@ -203,26 +203,27 @@ SelectTranslation SelectTranslator::translate(const Select& select) {
     result.rows.parameters = parameters_.kinds();
     const std::string rest = fmt::format(" FROM {}{}{}", result.from, with_clause("WHERE", conditions),
                                          with_clause("ORDER BY", result.order));
+    result.rows.sql = fmt::format("SELECT {}{}", result.select_list, rest);
     const ScopeSource& first = scope.sources().front();
     if (scope.sources().size() == 1 && first.table && !written.aggregate) {
         result.table = first.table;
         write_keyed(result, first.row_keys.front(), rest);
-    } else {
-        result.rows.sql = fmt::format("SELECT {}{}", result.select_list, rest);
     }
     return result;
 }
 
 void SelectTranslator::write_keyed(SelectTranslation& result, std::string_view key,
                                    std::string_view rest) const {
-    result.rows.keyed = true;
-    result.rows.sql = fmt::format("SELECT {}, {}{}", key, result.select_list, rest);
-    result.keys = {fmt::format("SELECT {}{}", key, rest), result.rows.parameters, true, {}};
-    result.first_row = result.rows;
+    StatementText keyed = result.rows;
+    keyed.keyed = true;
+    keyed.sql = fmt::format("SELECT {}, {}{}", key, result.select_list, rest);
+    if (!result.ordered) result.rows = keyed;
+    result.keys = {fmt::format("SELECT {}{}", key, rest), keyed.parameters, true, {}};
+    result.first_row = keyed;
     result.first_row.sql += " LIMIT 1";
-    result.head = result.rows;
+    result.head = keyed;
     if (!flavour_.rows_come_singly()) result.head.sql += fmt::format(" LIMIT {}", kHeadRows);
-    result.by_key = result.rows;
+    result.by_key = keyed;
     result.by_key.parameters = result.outer_kinds;
     result.by_key.parameters.push_back(ParameterKind::row_key);
     result.by_key.sql =

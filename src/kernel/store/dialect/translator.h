@@ -46,8 +46,10 @@ struct SelectTranslation {
     std::vector<LiteralParameter> condition;  // of the WHERE and every ON
     std::vector<ConstantTest> constants;
 
-    StatementText rows;  // all rows; keyed when there is a table
-    // Only with a table:
+    // All rows, for those who only read them. Keyed only without an ORDER BY: a key beside the columns makes
+    // a sort dearer, and a statement that is the same for those who change rows is prepared once.
+    StatementText rows;
+    // Only with a table, and keyed:
     StatementText first_row;  // only without conditions: the first of all rows
     StatementText keys;       // all keys, nothing else
     StatementText head;       // the first kHeadRows of all rows
