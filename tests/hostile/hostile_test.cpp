@@ -8,8 +8,8 @@
 #include "payments/kinds_of_payments.h"
 #include "payments/payment_entry.h"
 #include "payments/void_check/apform_void_check.h"
-#include "support/recurring_templates.h"
 #include "revaluation/revaluation_entry.h"
+#include "support/recurring_templates.h"
 #include "support/template_entry.h"
 
 namespace brimley::testing {
@@ -94,15 +94,10 @@ struct ListSession : PaymentSession {
     }
 };
 
-// A run that values what an invoice of its own has left open.
+// A run with gains and losses, whatever its rate is.
 struct RevaluationSession : HostileSession {
     RevaluationSession() {
-        EnteredInvoice invoice;
-        invoice.vendor = "V2001";
-        invoice.currency = "EUR";
-        invoice.rate = "1.2";
-        invoice.lines = {{"5000", "NOTAX", "gross amount", "100.00"}};
-        save_invoice(user, invoice);
+        add_three_items(company);
         enter_revaluation(user);
     }
     frame::Form& form() override { return *user.ap.frm_revalue; }
