@@ -13,6 +13,18 @@
 
 namespace brimley::invoices {
 
+// An invoice that is being generated, for those who write it and post it.
+struct GeneratedInvoice {
+    std::string company;
+    std::string docno;
+    std::string fkey;
+    store::DateTime gldate;
+    kernel::PeriodOfDate period;
+    std::string vendor_no;
+    std::string Currency;
+    std::string payment_term;  // a term_no
+};
+
 // Serves one run.
 class GeneratedPosting : public frame::FormPart {
   public:

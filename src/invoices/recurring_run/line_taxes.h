@@ -8,23 +8,31 @@
 #include <vector>
 
 #include "frame/form_part.h"
-#include "invoices/recurring_run/generated_invoice.h"
 
 namespace brimley::invoices {
+
+// A line of a template, read once.
+struct GeneratedLine {
+    double gross_amount = 0;
+    double taxable_amount = 0;
+    double tax_amount = 0;
+    std::string tax_code;
+    bool include_tax = false;
+    std::string po_accno;
+};
 
 // What is charged to an account.
 struct TaxShare {
     std::string accno;
     double amount = 0;
-    bool operator==(const TaxShare&) const = default;
 };
 
 class LineTaxes : public frame::FormPart {
   public:
     explicit LineTaxes(frame::Form& form) : FormPart(form) {}
 
-    // The shares of all authorities, in the order of their items; a share may be 0.
-    // Empty, after its message, when a share has no account to go to.
+    // The shares of all authorities, in the order of their items; a share may be 0. Empty, after its message,
+    // when one has no account to go to.
     [[nodiscard]] std::optional<std::vector<TaxShare>> shares_of(const GeneratedLine& line);
 
   private:
