@@ -152,9 +152,12 @@ class Layouter {
     void add_grid(const QString& name, int rows, QVBoxLayout& whole) {
         QWidget* const grid = widget_of({name});
         if (grid == nullptr) return;
-        if (QLabel* const title = grid_title(name)) whole.addWidget(title);
+        auto* const below_title = new QVBoxLayout;
+        below_title->setSpacing(0);
+        if (QLabel* const title = grid_title(name)) below_title->addWidget(title);
         if (rows > 0) grid->setFixedHeight((rows + 1) * kRowInView);
-        whole.addWidget(grid, rows > 0 ? 0 : 1);
+        below_title->addWidget(grid);
+        whole.addLayout(below_title, rows > 0 ? 0 : 1);
     }
 
     void add_tabs(const LookPart& part, QVBoxLayout& whole) {

@@ -147,11 +147,12 @@ constexpr Column kNewRates[] = {
     {"vendor no", 1200, kText, kEntered | kCompleted},   {"vendor name", 2600, kText, kPlain},
 };
 
-// "document no" and "date" must stand right after "vendor name": total rows write into them by position.
+// "document no" and "date" must stand right after "vendor name": total rows write into them by position, a
+// text as long as "Revalue EUR at rate".
 constexpr Column kRevaluationResult[] = {
     {"vendor no", 1200, kText, kPlain},
     {"vendor name", 2600, kText, kPlain},
-    {"document no", 1600, kText, kPlain},
+    {"document no", 2000, kText, kPlain},
     {"date", 1200, kCentred, kPlain},
     {"pay item", 800, kCentred, kPlain},
     {"currency", 900, kCentred, kPlain},

@@ -216,6 +216,30 @@ class Photographer {
         take("recurring-due");
     }
 
+    // What is owed in Hamburg, at the rate of the month's end.
+    void revaluation() {
+        window_.show_form("APform_invoice");
+        for (const auto& [rate, amount] : {std::pair("1.1658", "2,400.00"), std::pair("1.1921", "815.50")}) {
+            press(105);
+            type("cmbvendor", "V2001");
+            type("cmbcurrency", "EUR");
+            type("cmbexrate", rate);
+            cell(0, "purchase account", "5000");
+            cell(0, "gross amount", amount);
+            press(101);
+        }
+        window_.show_form("APform_revalue");
+        press(105);
+        auto& selection = control<controls::Grid>("dbgridcmd");
+        for (const auto& [caption, typed] :
+             {std::pair("currency", "EUR"), std::pair("rate", "1.1790"), std::pair("every vendor", "True")})
+            must(selection.edit_cell(0, selection.get_column(caption), typed), caption);
+        press(104);
+        take("revaluation");
+        must(control<controls::TabControl>("TabControl").choose(1), "TabControl");
+        take("revaluation-ledger");
+    }
+
     void dark() {
         desktop::use_theme(desktop::Theme::dark);
         window_.show_form("APform_invoice");
@@ -332,6 +356,7 @@ int main(int argc, char** argv) {
         photographer.void_check();
         photographer.inquiries();
         photographer.recurring();
+        photographer.revaluation();
         photographer.aging();
         photographer.aging_report();
         photographer.dark();
