@@ -13,6 +13,7 @@ using kernel::format_money;
 using kernel::is_numeric;
 using kernel::money_value;
 using kernel::Round;
+using kernel::shown_amount;
 using kernel::whole_number;
 
 TEST(Money, RoundTakesATieToTheEvenDigit) {
@@ -44,6 +45,18 @@ TEST(Money, NegativeZeroShowsWithoutSign) {
     EXPECT_EQ(format_money(-0.0), "0.00");
     EXPECT_EQ(format_money(-0.004), "0.00");
     EXPECT_EQ(format_money(-0.006), "-0.01");
+}
+
+TEST(Money, ShownAmountIsWhatTheTextReadsAs) {
+    std::mt19937_64 chance(11);
+    for (int i = 0; i < 20'000; ++i) {
+        const double range = std::pow(10, static_cast<double>(chance() % 17));
+        const double any = range * (static_cast<double>(chance() % 2'000'001) / 1e6 - 1);
+        EXPECT_EQ(shown_amount(any), money_value(format_money(any))) << any;
+    }
+    EXPECT_EQ(shown_amount(2.125), 2.13);
+    EXPECT_EQ(shown_amount(-2.125), -2.13);
+    EXPECT_EQ(shown_amount(1e20), money_value(format_money(1e20)));
 }
 
 TEST(Money, ValueDropsCommasAndReadsTheLeadingDigits) {

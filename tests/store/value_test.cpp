@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <random>
+
 #include <cmath>
 #include <limits>
 
@@ -15,6 +20,26 @@ using store::parse_query_date;
 using store::shortest_number;
 using store::Value;
 using store::whole_number_text;
+
+// The standard library searches for the digits; those of few decimals are known without.
+TEST(Number, TextOfFewDecimalsIsTheOneThatASearchFinds) {
+    const auto searched = [](double number) {
+        std::array<char, 400> text{};
+        return std::string(
+            text.data(),
+            std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed).ptr);
+    };
+    std::mt19937_64 chance(7);
+    for (int i = 0; i < 50'000; ++i) {
+        const double cut = std::pow(10, static_cast<double>(chance() % 9));
+        const double range = std::pow(10, static_cast<double>(chance() % 12));
+        const double any = range * (static_cast<double>(chance() % 2'000'001) / 1e6 - 1);
+        for (const double number : {any, std::nearbyint(any * cut) / cut, any / 3e9})
+            if (number != std::trunc(number)) {
+                ASSERT_EQ(shortest_number(number), searched(number)) << i;
+            }
+    }
+}
 
 TEST(Number, TextIsTheShortestThatReadsBackTheSame) {
     EXPECT_EQ(shortest_number(3), "3");

@@ -26,13 +26,31 @@ std::string digits_of(How... how) {
     return {buffer.data(), end.ptr};
 }
 
+// Rates and amounts are numbers of few decimals, whose digits need not be searched for: as long as there are
+// at most fifteen digits, no shorter decimal number is the same double. Empty for any other number.
+std::string few_decimals(double number) {
+    constexpr std::array kPowers{1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
+    for (std::size_t decimals = 1; decimals <= kPowers.size(); ++decimals) {
+        const double scaled = std::nearbyint(number * kPowers[decimals - 1]);
+        if (!(std::abs(scaled) < 1e15)) break;
+        if (scaled / kPowers[decimals - 1] != number) continue;
+        std::string text = digits_of(static_cast<std::int64_t>(std::abs(scaled)));
+        if (text.size() <= decimals) text.insert(0, decimals + 1 - text.size(), '0');
+        text.insert(text.size() - decimals, 1, '.');
+        if (number < 0) text.insert(0, 1, '-');
+        return text;
+    }
+    return {};
+}
+
 }  // namespace
 
 std::string shortest_number(double number) {
     if (number == 0) return "0";
     if (!(std::abs(number) < kExponentFrom)) return digits_of(number);
     if (number == std::trunc(number)) return digits_of(static_cast<std::int64_t>(number));
-    return digits_of(number, std::chars_format::fixed);
+    std::string text = few_decimals(number);
+    return text.empty() ? digits_of(number, std::chars_format::fixed) : text;
 }
 
 std::optional<double> whole_number_text(std::string_view text) {
