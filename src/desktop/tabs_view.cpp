@@ -4,8 +4,9 @@ namespace brimley::desktop {
 
 TabsView::TabsView(controls::TabControl& model, ActGate& gate) : model_(model) {
     setDocumentMode(true);
-    connect(this, &QTabWidget::tabBarClicked, this, [this, &gate](int page) {
-        if (page >= 0) gate.run([&] { return model_.choose(page); });
+    // By mouse, by the keys of the bar, by Ctrl+Tab.
+    connect(this, &QTabWidget::currentChanged, this, [this, &gate](int page) {
+        if (page >= 0 && page != model_.page()) gate.run([&] { return model_.choose(page); });
     });
 }
 

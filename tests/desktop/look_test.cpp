@@ -12,6 +12,7 @@
 #include "payments/misc/apform_misc_payment.h"
 #include "payments/prepayment/apform_prepayment.h"
 #include "payments/void_check/apform_void_check.h"
+#include "revaluation/apform_revalue.h"
 
 namespace brimley::testing {
 
@@ -66,6 +67,8 @@ TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
     EXPECT_EQ(strangers(*ap.frm_creditcard), "");
     ap.showform_APform_void_check();
     EXPECT_EQ(strangers(*ap.frm_void_check), "");
+    ap.showform_APform_revalue();
+    EXPECT_EQ(strangers(*ap.frm_revalue), "");
     ap.showform_APreport_recur_inquiry();
     EXPECT_EQ(strangers(*ap.frm_recur_inquiry), "");
 }
