@@ -3,11 +3,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "controls/grid.h"
 #include "frame/form.h"
+#include "kernel/money.h"
+#include "kernel/user_dates.h"
 #include "random_session.h"
+#include "revaluation/apform_revalue.h"
 
 namespace brimley::testing {
 
@@ -31,6 +35,7 @@ void RandomSession::generate_due() {
     run("call showform_APreport_recur_inquiry");
     if (chance_.percent(10)) press(kFind);
     press(kListDue);
+    expect_due(lines_on_screen().array.used_rows());
     std::vector<int> marked(static_cast<std::size_t>(lines_on_screen().array.used_rows()));
     std::iota(marked.begin(), marked.end(), 0);
     for (const auto few = static_cast<std::size_t>(chance_.percent(20) ? 100 : 3); marked.size() > few;)
@@ -39,6 +44,39 @@ void RandomSession::generate_due() {
         leave_half_out(marked);
     press(100);
     back_to_invoices();
+}
+
+// Monthly ones that were not issued this month, and quarterly ones that were not in the three months of their
+// quarter, which begins with March.
+void RandomSession::expect_due(int listed) {
+    struct Issued {
+        std::string recurno;
+        int month = 0;
+    };
+    std::vector<Issued> issued;
+    auto invoices = reader_.database->OpenRecordset(
+        fmt::format("SELECT recurno, Month FROM AP_header_table WHERE [Year] = '{}'", today_.year()),
+        RecordsetKind::snapshot);
+    for (; !invoices.at_eof(); invoices.MoveNext())
+        issued.push_back({invoices.column(0).text(), std::stoi(invoices.column(1).text())});
+    int due = 0;
+    const std::string today = today_.yyyymmdd();
+    auto templates = reader_.database->OpenRecordset(
+        "SELECT recurno, Frequency, begin_date, end_date FROM AP_recur_header_table",
+        RecordsetKind::snapshot);
+    for (; !templates.at_eof(); templates.MoveNext()) {
+        if (templates.text("begin_date") > today || templates.text("end_date") < today) continue;
+        const bool monthly = templates.text("Frequency") == "monthly";
+        const int first = monthly ? today_.month() : today_.month() / 3 * 3 + 1;
+        const int last = monthly ? first : first + 2;
+        const std::string recurno = templates.text("recurno");
+        if (std::ranges::none_of(issued, [&](const Issued& invoice) {
+                return invoice.recurno == recurno && invoice.month >= first && invoice.month <= last;
+            }))
+            ++due;
+    }
+    if (due != listed)
+        list_findings_.push_back(fmt::format("{} templates are listed, {} are due", listed, due));
 }
 
 void RandomSession::leave_half_out(std::vector<int>& marked) {
@@ -97,10 +135,52 @@ void RandomSession::enter_revaluation() {
     const int rows = chance_.percent(75) ? 1 : 2;
     for (int row = 0; row < rows; ++row)
         select_items(row);
-    press(kFind);
+    find_items(rows);
     // What is changed after the run is stored beside what the run came to.
     if (chance_.percent(10)) select_items(chance_.below(rows));
     if (chance_.percent(10)) press(kFind);
+}
+
+// Of one row, when nothing was wrong with it, the items are those that are open.
+void RandomSession::find_items(int rows) {
+    const auto& messages = console_->desk().happenings().messages;
+    const std::size_t before = messages.size();
+    press(kFind);
+    const auto& form = dynamic_cast<revaluation::APform_revalue&>(*console_->desk().current_form());
+    const bool whole = rows == 1 && messages.size() == before && form.run.highest_selection_row == 0;
+    const auto last_date = kernel::try_user_date(form.txtlastdate.text(), "dd/mm/yyyy");
+    if (whole && last_date) expect_valued(form.run.selection_row(0), *last_date);
+}
+
+void RandomSession::expect_valued(const revaluation::SelectionRow& selected, store::DateTime last_date) {
+    int items = 0;
+    double gain = 0;
+    for (int row = 0; row < lines_on_screen().array.used_rows(); ++row) {
+        if (lines_on_screen().cell(row, "document no").empty()) continue;
+        if (lines_on_screen().cell(row, "pay item").empty()) continue;
+        ++items;
+        gain += money_in(row, "unrealized Gain/Loss");
+    }
+    int open = 0;
+    double expected = 0;
+    const double rate = kernel::money_value(selected.rate);
+    auto stored = reader_.database->OpenRecordset(
+        "SELECT vendor_no, currency, invoice_date, open_amount, exchange_rate FROM AP_transaction_table "
+        "WHERE "
+        "paid = FALSE",
+        RecordsetKind::snapshot);
+    for (; !stored.at_eof(); stored.MoveNext()) {
+        const auto date = stored.field("invoice_date").date();
+        if (!date || *date > last_date || stored.text("currency") != selected.currency) continue;
+        if (selected.names_vendor() && stored.text("vendor_no") != selected.vendor_no) continue;
+        ++open;
+        const double amount = stored.number("open_amount");
+        const store::Value was = stored.field("exchange_rate");
+        expected += kernel::Round(amount * (was.is_null() ? 1 : was.number())) - kernel::Round(amount * rate);
+    }
+    if (open != items) list_findings_.push_back(fmt::format("{} items are valued, {} are open", items, open));
+    if (std::abs(expected - gain) > 0.005)
+        list_findings_.push_back(fmt::format("items gain {:.2f}, expected {:.2f}", gain, expected));
 }
 
 void RandomSession::select_items(int row) {

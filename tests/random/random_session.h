@@ -18,6 +18,10 @@
 #include "kernel/store/database.h"
 #include "named_deviations.h"
 
+namespace brimley::revaluation {
+struct SelectionRow;
+}
+
 namespace brimley::testing {
 
 // Numbers that depend on nothing but the seed.
@@ -136,7 +140,11 @@ class RandomSession {
     void note_owed(double beyond_documents);
     [[nodiscard]] bool generate(int marked);
     void leave_half_out(std::vector<int>& marked);
+    // As many rows as templates are due by what is stored.
+    void expect_due(int listed);
     void enter_revaluation();
+    void find_items(int rows);
+    void expect_valued(const revaluation::SelectionRow& selected, store::DateTime last_date);
     // Fills a row of what is to be revalued.
     void select_items(int row);
     void browse_revaluations();
