@@ -130,7 +130,7 @@ void RandomSession::revalue() {
 void RandomSession::enter_revaluation() {
     set("txtdesc", "Rates of the month");
     // Invoices are of any day of the year.
-    if (chance_.percent(70)) set("txtlastdate", chance_.percent(60) ? "31/12/2027" : date());
+    if (chance_.percent(70)) set("txtlastdate", chance_.percent(60) ? "31/12/2027" : day_of_an_item());
     if (chance_.percent(15)) set("cmbperiod", std::to_string(chance_.between(1, 12)));
     const int rows = chance_.percent(75) ? 1 : 2;
     for (int row = 0; row < rows; ++row)
@@ -139,6 +139,12 @@ void RandomSession::enter_revaluation() {
     // What is changed after the run is stored beside what the run came to.
     if (chance_.percent(10)) select_items(chance_.below(rows));
     if (chance_.percent(10)) press(kFind);
+}
+
+std::string RandomSession::day_of_an_item() {
+    const auto days = column("SELECT invoice_date FROM AP_transaction_table WHERE exchange_rate <> 0");
+    if (days.empty() || chance_.percent(20)) return date();
+    return kernel::user_date_text(store::DateTime::from_iso(chance_.one_of(days)).value(), "dd/mm/yyyy");
 }
 
 // Of one row, when nothing was wrong with it, the items are those that are open.

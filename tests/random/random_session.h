@@ -143,6 +143,7 @@ class RandomSession {
     // As many rows as templates are due by what is stored.
     void expect_due(int listed);
     void enter_revaluation();
+    [[nodiscard]] std::string day_of_an_item();
     void find_items(int rows);
     void expect_valued(const revaluation::SelectionRow& selected, store::DateTime last_date);
     // Fills a row of what is to be revalued.
