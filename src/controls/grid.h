@@ -41,6 +41,7 @@ struct DropDown {
 
 struct GridColumn {
     std::string caption;
+    std::string stored_caption;  // of its row in Grid_property, whatever the form has made of the caption
     bool visible = true;
     bool locked = false;
     int width = 1000;  // twentieths of a point

@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace brimley::presentation {
 
 namespace {
@@ -59,6 +61,7 @@ GridColumn column_of(const Recordset& row, int order) {
     column.order = order;
     column.visible = row.flag("Visible");
     column.caption = caption_of(row);
+    column.stored_caption = column.caption;
     column.locked = row.flag("Locked");
     column.check_box = row.text("cell_type") == "dbgCheckBox";
     take_face(column, row);
@@ -75,8 +78,10 @@ GridColumn column_of(const Recordset& row, int order) {
 // was built; after that the caption decides.
 int column_of_row(const Grid& grid, const Recordset& row, std::size_t place) {
     const std::string caption = caption_of(row);
-    if (place < grid.columns.size() && grid.columns[place].caption == caption) return static_cast<int>(place);
-    return grid.get_column(caption);
+    const auto& columns = grid.columns;
+    if (place < columns.size() && columns[place].stored_caption == caption) return static_cast<int>(place);
+    const auto found = std::ranges::find(columns, caption, &GridColumn::stored_caption);
+    return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 
 // Walks the rows with their columns. A row that cannot be saved does not keep the others from it.

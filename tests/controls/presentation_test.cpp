@@ -269,6 +269,24 @@ TEST_F(GridLayouts, MovedColumnStandsThereAtTheNextLoad) {
               "first 1 555 | second 2 555 | third 0 555");
 }
 
+TEST_F(GridLayouts, ColumnThatItsFormGivesAnotherCaptionIsSavedWithItsRow) {
+    add_column(0, "debit");
+    add_column(1, "account");
+    build();
+    grid.columns[0].caption = "debit (USD)";
+    ASSERT_EQ(grid.move_column(0, 1), controls::Refusal::none);
+    ASSERT_EQ(grid.resize_column(0, 4321), controls::Refusal::none);
+    grid.columns[0].font.name = "Courier";
+    presentation::save_grid_layout(grid, kernel, "F", "dbgrid1");
+    // Since then the rows stand in another order than the columns.
+    presentation::save_grid_fonts(grid, kernel, "F", "dbgrid1");
+    EXPECT_EQ(company.list("SELECT Caption, col_order, col_width, font_name FROM Grid_property "
+                           "WHERE Caption = 'debit'"),
+              "debit 1 4321 Courier");
+    build();
+    EXPECT_THAT(captions(), ElementsAre("account", "debit"));
+}
+
 TEST_F(GridLayouts, FontsAreNotSavedWithTheLayout) {
     add_column(0, "first", {{"font_name", "Courier"}});
     build();
