@@ -14,10 +14,10 @@ using kernel::money_value;
 
 namespace {
 
-// By position.
-constexpr int kAccount = 0;
-constexpr int kAccountName = 1;
-constexpr int kCurrency = 2;
+constexpr const char* kAccount = "account no";
+constexpr const char* kAccountName = "account name";
+constexpr const char* kCurrency = "currency";
+// By position: their captions carry the base currency.
 constexpr int kDebit = 3;
 constexpr int kCredit = 4;
 
@@ -75,28 +75,27 @@ void LedgerSummary::show_pairs(int& row, const AccountPairs& pairs, Side (*side_
 }
 
 void LedgerSummary::show_row(int row, const AccountPair& pair, Side side) {
-    auto& array = form_.dbgrid2.array;
-    array.set(row, kAccount, pair.accno);
+    auto& grid = form_.dbgrid2;
+    grid.set_cell(row, kAccount, pair.accno);
     step("name of an account", [&] {
-        array.set(row, kAccountName,
-                  kernel().look_up_text("Account_master_table", {{"accno", pair.accno}}, "accname"));
+        grid.set_cell(row, kAccountName,
+                      kernel().look_up_text("Account_master_table", {{"accno", pair.accno}}, "accname"));
     });
-    array.set(row, kCurrency, pair.currency);
-    array.set(row, side == Side::debit ? kDebit : kCredit, format_money(std::abs(pair.amount)));
+    grid.set_cell(row, kCurrency, pair.currency);
+    grid.array.set(row, side == Side::debit ? kDebit : kCredit, format_money(std::abs(pair.amount)));
 }
 
 std::vector<SummaryRow> LedgerSummary::read() const {
-    const auto text = [this](int row, int column) {
-        return std::string(form_.dbgrid2.array.get(row, column));
-    };
+    const auto& grid = form_.dbgrid2;
     std::vector<SummaryRow> rows;
     for (int row = 0; row <= last_row_; ++row)
-        rows.push_back({text(row, kAccount), text(row, kCurrency), text(row, kDebit), text(row, kCredit)});
+        rows.push_back({grid.cell(row, kAccount), grid.cell(row, kCurrency),
+                        std::string(grid.array.get(row, kDebit)), std::string(grid.array.get(row, kCredit))});
     return rows;
 }
 
 bool LedgerSummary::stands_on_account() const {
-    return !form_.dbgrid2.array.get(form_.dbgrid2.row(), kAccount).empty();
+    return !form_.dbgrid2.cell(form_.dbgrid2.row(), kAccount).empty();
 }
 
 }  // namespace brimley::revaluation
