@@ -106,6 +106,8 @@ void APform_revalue::grid_newmode() {
     DocumentForm::grid_newmode();
     set_lines_editable(false);
     set_selection_editable(true);
+    for (controls::GridColumn& column : dbgridcmd.columns)
+        column.locked = column.caption == "vendor name";  // it follows the number
 }
 
 void APform_revalue::gencode_new() {

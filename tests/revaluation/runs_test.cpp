@@ -85,6 +85,19 @@ TEST_F(Revaluations, LabelOfTheTotalStandsInTheColumnsAfterTheName) {
     EXPECT_EQ(form.dbgrid1.array.get(3, 7), "1,100.00");
 }
 
+// Of the selection the name alone is locked, whatever the layout says.
+TEST_F(Revaluations, NameOfTheVendorIsTheOneLockedColumnOfTheSelection) {
+    company.db().Execute(
+        "UPDATE Grid_property SET Locked = FALSE WHERE form_name = 'APform_revalue' AND Caption = 'vendor "
+        "name'");
+    company.db().Execute(
+        "UPDATE Grid_property SET Locked = TRUE WHERE form_name = 'APform_revalue' AND Caption = 'rate'");
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(form.dbgridcmd.cell(0, "rate"), "1.25");
+    EXPECT_EQ(form.dbgridcmd.edit_cell(0, form.dbgridcmd.get_column("vendor name"), "Anybody"),
+              controls::Refusal::locked);
+}
+
 // A date that can be stored and not typed is reported for each item, and the item is stored without it.
 TEST_F(Revaluations, ItemOfAYearThatNobodyCanTypeIsStoredWithoutItsDate) {
     company.add("AP_transaction_table", {{"vendor_no", "V2001"},
