@@ -130,6 +130,7 @@ void RevaluationRun::value_items(Recordset& items, int& row, double rate) {
     const int open_field = items.column_of("open_amount");
     const int rate_field = items.column_of("exchange_rate");
     const std::string currency = items.text("currency");
+    form_.dbgrid1.array.dimension(frame::rows_for(row + static_cast<int>(items.RecordCount())));
     accounts_ = {};
     known_accounts_.clear();
     ResultRows result(form_, form_.dbgrid1, kOpenItem, items, row, currency, totals_);

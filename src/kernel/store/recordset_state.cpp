@@ -114,11 +114,18 @@ std::string Recordset::State::text(int column) {
 }
 
 void Recordset::State::read_text(int column, std::string& into) {
-    const bool in_row = buffer_.mode() != EditBuffer::Mode::adding && !buffer_.is_set(column);
-    if (const auto text = in_row ? row_at_hand().text(column) : std::nullopt)
-        into.assign(*text);
-    else
-        into = value(column).text();
+    if (buffer_.mode() != EditBuffer::Mode::adding && !buffer_.is_set(column)) {
+        const Row& row = row_at_hand();
+        if (const auto text = row.text(column)) {
+            into.assign(*text);
+            return;
+        }
+        if (const auto number = row.number(column)) {
+            into = shortest_number(*number);
+            return;
+        }
+    }
+    into = value(column).text();
 }
 
 void Recordset::State::numbers(std::span<const int> columns, std::span<std::optional<double>> into) {

@@ -147,6 +147,15 @@ bool Row::holds(int column, const Value& value) const {
     }
 }
 
+void Row::take(std::span<const char> cells) {
+    clear();
+    if (cells.size() > bytes_.size()) bytes_.resize(cells.size() * 2);
+    used_ = cells.size();
+    if (!cells.empty()) std::memcpy(bytes_.data(), cells.data(), cells.size());
+    for (std::size_t at = 0; at < used_; at += cell_size(bytes_.data() + at))
+        starts_.push_back(static_cast<std::uint32_t>(at));
+}
+
 void PackedRows::append(const Row& row) {
     starts_.push_back(bytes_.size());
     bytes_.insert(bytes_.end(), row.bytes_.data(), row.bytes_.data() + row.used_);
@@ -154,14 +163,9 @@ void PackedRows::append(const Row& row) {
 
 void PackedRows::load(std::int64_t row, Row& into) const {
     const auto at = static_cast<std::size_t>(row);
-    const char* cell = bytes_.data() + starts_[at];
-    const char* const end = bytes_.data() + (at + 1 < starts_.size() ? starts_[at + 1] : bytes_.size());
-    into.clear();
-    while (cell != end) {
-        const std::size_t size = Row::cell_size(cell);
-        std::memcpy(into.extend(size), cell, size);
-        cell += size;
-    }
+    const std::size_t begin = starts_[at];
+    const std::size_t end = at + 1 < starts_.size() ? starts_[at + 1] : bytes_.size();
+    into.take({bytes_.data() + begin, end - begin});
 }
 
 }  // namespace brimley::store

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -55,6 +56,8 @@ class Row {
     enum Kind : char { kNull, kFalse, kTrue, kNumber, kDate, kShortText, kLongText };
     static std::size_t cell_size(const char* cell);
     static std::string_view text_at(const char* cell);
+    // Becomes the row with these cells.
+    void take(std::span<const char> cells);
 
     template <class T>
     void add_as(Kind kind, T value) {
