@@ -46,6 +46,8 @@ RevaluationSum summary_row(const Recordset& row) {
 
 }  // namespace
 
+std::string name_of(const Revaluation& run) { return "Revaluation " + shown_text(run.fkey); }
+
 Revaluations::Revaluations(const Books& books) {
     read_headers(books);
     read_rows(books, kSelection, "selection rows", &Revaluation::selection, selection_row);

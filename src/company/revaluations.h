@@ -64,6 +64,9 @@ struct Revaluation {
     const RevaluationPosting* reversal = nullptr;
 };
 
+// "Revaluation 1apre-1", for findings.
+[[nodiscard]] std::string name_of(const Revaluation& run);
+
 class Revaluations {
   public:
     explicit Revaluations(const Books& books);
