@@ -31,7 +31,6 @@ class Requests {
     [[nodiscard]] bool open_form(const std::string& formx, const std::string& docnox);
     [[nodiscard]] bool open_window(const std::string& formx, const std::string& docnox,
                                    const std::string& arg2);
-    // Opens a form that this version may not have, and says so when nothing came to the screen.
     void pay_invoice(const std::string& docno_and_vendor);
     void show_invoice(const std::string& document, const std::function<void()>& go_to);
     void show_payment(const std::string& docno);
