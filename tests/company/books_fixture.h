@@ -32,6 +32,11 @@ class BooksTest : public CompanyTest {
         in_transaction([&](store::Database& database) { found = company::check_books(database); });
         return found;
     }
+    company::Findings notes() {
+        company::Findings found;
+        in_transaction([&](store::Database& database) { found = company::books_notes(database); });
+        return found;
+    }
 
     void add_document(const std::string& fkey, const std::string& docno, const std::string& gl_fkey,
                       store::Value period) {
@@ -65,6 +70,15 @@ class BooksTest : public CompanyTest {
                                      {"ledgertype", currency == "USD" ? "A" : "F"}});
     }
 
+    static std::string vendor(const std::string& vendor_no) {
+        return "SELECT * FROM Vendor_table WHERE vendor_no = '" + vendor_no + "'";
+    }
+    static std::string gl_header(const std::string& fkey) {
+        return "SELECT * FROM GL_header_table WHERE fkey = '" + fkey + "'";
+    }
+    static std::string gl_line(const std::string& fkey, const std::string& accno) {
+        return "SELECT * FROM GL_transaction_table WHERE fkey = '" + fkey + "' AND accno = '" + accno + "'";
+    }
     static std::string balance(const std::string& accno, const std::string& ledger = "A") {
         return "SELECT * FROM Balance_table WHERE ledgertype = '" + ledger + "' AND accno = '" + accno + "'";
     }

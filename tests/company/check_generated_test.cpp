@@ -48,21 +48,6 @@ class CheckGenerated : public testing::BooksTest {
     static std::string item(const std::string& fkey) {
         return "SELECT * FROM AP_transaction_table WHERE fkey = '" + fkey + "' ORDER BY pay_item";
     }
-    static std::string gl_header(const std::string& fkey) {
-        return "SELECT * FROM GL_header_table WHERE fkey = '" + fkey + "'";
-    }
-    static std::string gl_line(const std::string& fkey, const std::string& accno) {
-        return "SELECT * FROM GL_transaction_table WHERE fkey = '" + fkey + "' AND accno = '" + accno + "'";
-    }
-    static std::string vendor(const std::string& vendor_no) {
-        return "SELECT * FROM Vendor_table WHERE vendor_no = '" + vendor_no + "'";
-    }
-
-    company::Findings notes() {
-        company::Findings found;
-        in_transaction([&](store::Database& database) { found = company::books_notes(database); });
-        return found;
-    }
 
     void add_template() {
         add("AP_recur_header_table", {{"fkey", "1recur-1"},

@@ -46,18 +46,6 @@ class CheckRevaluations : public testing::BooksTest {
     static std::string sum(const std::string& accno) {
         return "SELECT * FROM AP_Revalue_GL_summary_table WHERE accno = '" + accno + "'";
     }
-    static std::string gl_header(const std::string& fkey) {
-        return "SELECT * FROM GL_header_table WHERE fkey = '" + fkey + "'";
-    }
-    static std::string gl_line(const std::string& fkey, const std::string& accno) {
-        return "SELECT * FROM GL_transaction_table WHERE fkey = '" + fkey + "' AND accno = '" + accno + "'";
-    }
-
-    company::Findings notes() {
-        company::Findings found;
-        in_transaction([&](store::Database& database) { found = company::books_notes(database); });
-        return found;
-    }
     // Without those of other checks, which see the same in the balances.
     company::Findings posting_findings() {
         company::Findings found;

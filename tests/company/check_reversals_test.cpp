@@ -11,15 +11,12 @@ class CheckReversals : public testing::BooksTest {
   protected:
     CheckReversals() { change(gl_header("1gl-1"), {{"Source", "AP-INVOICE"}}); }
 
-    static std::string gl_header(const std::string& fkey) {
-        return "SELECT * FROM GL_header_table WHERE fkey = '" + fkey + "'";
-    }
     void void_first_invoice() {
         db().Execute("UPDATE AP_header_table SET void = TRUE WHERE fkey = '1ip-1'");
         db().Execute("UPDATE AP_transaction_table SET void = TRUE WHERE fkey = '1ip-1'");
         change(gl_header("1gl-1"), {{"Reverse", true}});
     }
-    // The reverse of 1gl-1 in period 1, behind line `after` of a document.
+    // The reverse of 1gl-1 in period 1, after line `after` of a document.
     void reverse_lines(const std::string& fkey, int after) {
         add_gl_line(fkey, after + 1, "1300", -5, -5, "1");
         add_gl_line(fkey, after + 2, "2000", -112.35, -112.35, "1");

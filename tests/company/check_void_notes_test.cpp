@@ -10,11 +10,6 @@ using ::testing::IsEmpty;
 
 class CheckVoidNotes : public testing::PaidBooksTest {
   protected:
-    company::Findings notes() {
-        company::Findings found;
-        in_transaction([&](store::Database& database) { found = company::books_notes(database); });
-        return found;
-    }
     // 1py-2, 30.00 with 2.00 discount, was voided in the list of checks.
     void void_in_the_list(const std::string& gl_docno) {
         db().Execute(

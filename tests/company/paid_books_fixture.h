@@ -34,18 +34,12 @@ class PaidBooksTest : public BooksTest {
         });
     }
 
-    static std::string vendor(const std::string& vendor_no) {
-        return "SELECT * FROM Vendor_table WHERE vendor_no = '" + vendor_no + "'";
-    }
     static std::string item() { return "SELECT * FROM AP_transaction_table WHERE fkey = '1ip-1'"; }
     static std::string payment(const std::string& fkey) {
         return "SELECT * FROM Payment_header_table WHERE fkey = '" + fkey + "'";
     }
     static std::string payment_line(const std::string& fkey) {
         return "SELECT * FROM Payment_transaction_table WHERE fkey = '" + fkey + "'";
-    }
-    static std::string gl_header(const std::string& fkey) {
-        return "SELECT * FROM GL_header_table WHERE fkey = '" + fkey + "'";
     }
 
     void add_payment(const std::string& fkey, const std::string& gl_fkey, double amount, bool is_void) {
