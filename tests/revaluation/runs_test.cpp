@@ -10,6 +10,7 @@
 
 namespace brimley::testing {
 
+using ::testing::_;
 using ::testing::ElementsAre;
 
 class Revaluations : public ::testing::Test {
@@ -18,6 +19,13 @@ class Revaluations : public ::testing::Test {
                                                     const char* caption) const {
         return *form.dbgridcmd.columns.at(static_cast<std::size_t>(form.dbgridcmd.get_column(caption)))
                     .drop_down;
+    }
+    // "2010 -45.00 7600 -15.00": debits are positive.
+    [[nodiscard]] static std::string ledger_rows(const revaluation::APform_revalue& form) {
+        std::string rows;
+        for (const revaluation::SummaryRow& row : form.ledger_summary.read())
+            rows += fmt::format("{}{} {:.2f}", rows.empty() ? "" : " ", row.accno, row.amount());
+        return rows;
     }
     [[nodiscard]] int count(const std::string& table) {
         return static_cast<int>(company.snapshot("SELECT * FROM " + table).RecordCount());
@@ -40,6 +48,155 @@ TEST_F(Revaluations, SelectionListsCurrenciesWithTheirNamesAndVendorsByName) {
     EXPECT_THAT(vendors.captions, ElementsAre("vendor name", "vendor no"));
     EXPECT_THAT(vendors.rows().at(0), ElementsAre("Acciaio Brera S.p.A.", "V2007"));
     EXPECT_EQ(vendors.taken, 1U);
+}
+
+TEST_F(Revaluations, ItemsOfADocumentStandInTheOrderOfTheirPayments) {
+    for (const int pay_item : {2, 1}) {
+        add_open_item(company, "V2001", "A", pay_item * 100, 1.2);
+        company.db().Execute(fmt::format(
+            "UPDATE AP_transaction_table SET pay_item = '{0}' WHERE open_amount = {0}00", pay_item));
+    }
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(form.dbgrid1.cell(0, "pay item"), "1");
+    EXPECT_EQ(form.dbgrid1.cell(1, "pay item"), "2");
+}
+
+// 0.125 is 0.12, and 0.375 is 0.38: the difference of the two, not 0.25.
+TEST_F(Revaluations, DifferenceIsThatOfTheRoundedAmounts) {
+    add_open_item(company, "V2001", "A", 0.3, 0.4166666666666667);
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(form.dbgrid1.cell(0, "original base-currency amount"), "0.12");
+    EXPECT_EQ(form.dbgrid1.cell(0, "new base-currency amount"), "0.38");
+    EXPECT_EQ(form.dbgrid1.cell(0, "unrealized Gain/Loss"), "-0.26");
+}
+
+TEST_F(Revaluations, ItemThatIsWorthWhatItWasHasNoPartInGainsAndLosses) {
+    add_open_item(company, "V2001", "A", 100, 1.25);
+    EXPECT_EQ(ledger_rows(enter_revaluation(user)), "2010 0.00");
+}
+
+// A payable account may have accounts of its own for gains and losses; the next vendor's has the company's.
+TEST_F(Revaluations, GainsAndLossesGoToTheAccountsOfThePayableAccount) {
+    company.db().Execute(
+        "UPDATE Account_currency_table SET unrealised_gain_accno = '4000', unrealised_loss_accno = '5000' "
+        "WHERE accno = '2010' AND Currency = 'EUR'");
+    company.add("Account_currency_table", {{"accno", "2000"}, {"Currency", "EUR"}});
+    company.db().Execute("UPDATE Vendor_table SET ap_accno = '2000' WHERE vendor_no = 'V2002'");
+    for (const char* const vendor_no : {"V2001", "V2002"}) {
+        add_open_item(company, vendor_no, "A", 100, 1.35);
+        add_open_item(company, vendor_no, "B", 100, 1.05);
+    }
+    EXPECT_EQ(ledger_rows(enter_revaluation(user)),
+              "2010 -10.00 2000 -10.00 4000 -10.00 7600 -10.00 5000 20.00 7610 20.00");
+}
+
+// The summary adds up what is shown, the total what is owed.
+TEST_F(Revaluations, SummaryAddsUpAmountsAsTheyAreShown) {
+    add_open_item(company, "V2001", "A", 0.004, 1.2);
+    add_open_item(company, "V2001", "B", 0.004, 1.2);
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(form.dbgrid1.cell(2, "vendor name"), "Total");
+    EXPECT_EQ(form.dbgrid1.cell(2, "invoice amount"), "0.01");
+    EXPECT_EQ(form.dbgrid1.cell(5, "invoice amount"), "0.00");
+}
+
+// As another program may have stored it: the summary is that of the last selection row's currency alone.
+TEST_F(Revaluations, SummaryOfAStoredRunHasTheItemsOfItsLastCurrency) {
+    company.db().Execute("UPDATE Next_number_fkey_table SET fkeyno = 2 WHERE doctype = 'apre'");
+    company.add("AP_Revalue_header_table",
+                {{"fkey", "1apre-1"}, {"docno", "R1"}, {"company", 1}, {"Description", "by hand"}});
+    for (const char* const currency : {"EUR", "THB"}) {
+        company.add("AP_Revalue_transaction_table", {{"fkey", "1apre-1"}, {"Currency", currency}});
+        company.add("AP_Revalue_Result_table", {{"fkey", "1apre-1"},
+                                                {"vendor_no", "V2001"},
+                                                {"document_no", currency},
+                                                {"pay_item", 1},
+                                                {"Currency", currency},
+                                                {"invoice_amount", currency[0] == 'E' ? 100.0 : 7.0}});
+    }
+    user.ap.showform_APform_revalue();
+    const auto& form = *user.ap.frm_revalue;
+    EXPECT_EQ(form.txtdesc.text(), "by hand");
+    EXPECT_EQ(form.dbgrid1.cell(2, "invoice amount"), "107.00");
+    EXPECT_EQ(form.dbgrid1.cell(5, "date"), "THB");
+    EXPECT_EQ(form.dbgrid1.cell(5, "invoice amount"), "7.00");
+}
+
+// The selection has a second row without a currency, so that the second run ends early.
+TEST_F(Revaluations, RunThatEndsEarlyIsSavedDownToTheLastRowOfTheRunBefore) {
+    add_three_items(company);
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(form.run.last_result_row, 4);
+    for (const char* const docno : {"D", "E", "F", "G"})
+        add_open_item(company, "V2001", docno, 100, 1.2);
+    EXPECT_EQ(form.dbgridcmd.edit_cell(1, form.dbgridcmd.get_column("rate"), "1.3"), controls::Refusal::none);
+    EXPECT_EQ(form.press(104), controls::Refusal::none);
+    EXPECT_EQ(form.dbgrid1.cell(6, "document no"), "G");
+    EXPECT_EQ(form.press(101), controls::Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new revaluation complete"));
+    EXPECT_EQ(company.list("SELECT document_no FROM AP_Revalue_Result_table ORDER BY document_no"),
+              "A | B | C | D | E");
+}
+
+// A row that has lost its currency since the run is none, and those below it are stored.
+TEST_F(Revaluations, SelectionRowsBelowAnEmptyOneAreStored) {
+    add_three_items(company);
+    auto& form = enter_revaluation(user);
+    select_items(form, 1, "EUR", "1.26");
+    select_items(form, 2, "EUR", "1.27");
+    EXPECT_EQ(form.press(104), controls::Refusal::none);
+    EXPECT_EQ(form.dbgridcmd.edit_cell(1, form.dbgridcmd.get_column("currency"), ""),
+              controls::Refusal::none);
+    EXPECT_EQ(form.press(101), controls::Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new revaluation complete"));
+    EXPECT_EQ(company.list("SELECT Rate FROM AP_Revalue_transaction_table"), "1.25 | 1.27");
+}
+
+TEST_F(Revaluations, EmptyDescriptionIsNotWritten) {
+    add_three_items(company);
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(form.txtdesc.type(""), controls::Refusal::none);
+    EXPECT_EQ(form.press(101), controls::Refusal::none);
+    EXPECT_EQ(company.list("SELECT Description FROM GL_header_table"), "- | -");
+}
+
+// Lines stand by account number, whatever the order of the summary.
+TEST_F(Revaluations, LedgerLinesStandInTheOrderOfTheirAccounts) {
+    company.add("Account_currency_table", {{"accno", "2000"}, {"Currency", "EUR"}});
+    company.db().Execute("UPDATE Vendor_table SET ap_accno = '2000' WHERE vendor_no = 'V2002'");
+    for (const char* const vendor_no : {"V2001", "V2002"})
+        add_open_item(company, vendor_no, "A", 100, 1.2);
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(ledger_rows(form), "2010 -5.00 2000 -5.00 7610 10.00");
+    EXPECT_EQ(form.press(101), controls::Refusal::none);
+    EXPECT_EQ(company.list("SELECT lineno, accno, amount FROM GL_transaction_table WHERE fkey = '1gl-1' "
+                           "ORDER BY lineno"),
+              "1 2000 5 | 2 2010 5 | 3 7610 10");
+}
+
+// A ledger document has room for fifty accounts. Those of this one have no balances, which is found only when
+// all of them have found room.
+TEST_F(Revaluations, FiftyFirstAccountOfALedgerDocumentIsRefused) {
+    constexpr int kVendors = 25;  // with a payable account and one for gains each; losses have one together
+    for (int i = 0; i < kVendors; ++i) {
+        const std::string number = fmt::format("{:02}", i);
+        for (const char* const kind : {"A", "B"})
+            company.add("Account_master_table",
+                        {{"accno", kind + number}, {"debit", kind[0] == 'B'}, {"inactive", false}});
+        company.add("Account_currency_table",
+                    {{"accno", "A" + number}, {"Currency", "EUR"}, {"unrealised_gain_accno", "B" + number}});
+        company.add("Vendor_table", {{"vendor_no", "W" + number}, {"ap_accno", "A" + number}});
+        add_open_item(company, ("W" + number).c_str(), "A", 100, 1.35);
+    }
+    auto& fifty = enter_revaluation(user);
+    EXPECT_EQ(fifty.ledger_summary.read().size(), 50U);
+    EXPECT_EQ(fifty.press(101), controls::Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre(_, "Add new revaluation failed"));
+    add_open_item(company, "W00", "B", 100, 1.2);
+    EXPECT_EQ(fifty.press(104), controls::Refusal::none);
+    EXPECT_EQ(fifty.ledger_summary.read().size(), 51U);
+    EXPECT_EQ(fifty.press(101), controls::Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre("Add new revaluation failed"));
 }
 
 // Rows count on from one selection row to the next, so that 110 of them reach beyond sixteen bits.
@@ -81,6 +238,7 @@ TEST_F(Revaluations, LabelOfTheTotalStandsInTheColumnsAfterTheName) {
     EXPECT_EQ(form.dbgrid1.cell(3, "vendor name"), "Total");
     EXPECT_EQ(form.dbgrid1.array.get(3, 6), "Revalue EUR at rate");
     // The rate has given way to a sum.
+    EXPECT_EQ(form.dbgrid1.cell(3, "date"), "");
     EXPECT_EQ(form.dbgrid1.columns.at(7).caption, "invoice amount");
     EXPECT_EQ(form.dbgrid1.array.get(3, 7), "1,100.00");
 }
