@@ -1,9 +1,11 @@
 // Two ways of doing the same, measured by turns.
 #pragma once
 
+#include <fmt/format.h>
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include "bare_connection.h"
@@ -37,6 +39,14 @@ inline double peak_megabytes() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+// Long lists are measured in fewer rounds.
+inline int rounds_for(int rows) { return rows > 100'000 ? 3 : kRounds; }
+
+inline void print_medians(const std::string& what, const Medians& ms) {
+    fmt::print("{}: bare {:.1f} ms, form {:.1f} ms, ratio {:.2f}, peak {:.0f} MB\n", what, ms.bare, ms.form,
+               ms.form / ms.bare, peak_megabytes());
 }
 
 }  // namespace brimley::bench

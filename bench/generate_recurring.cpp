@@ -7,12 +7,10 @@
 // STORED: as many generated invoices of the years before are in the company.
 #include <fmt/format.h>
 
-#include <filesystem>
-
 #include "bare_statements.h"
+#include "bench_company.h"
 #include "bench_host.h"
 #include "by_turns.h"
-#include "company/create.h"
 #include "invoices/recurring_run/apreport_recur_inquiry.h"
 
 namespace {
@@ -306,22 +304,10 @@ void measure(const std::string& company, int templates, int stored) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int templates = argc > 1 ? std::atoi(argv[1]) : 1'000;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    std::vector<int> sizes;
-    for (int i = 3; i < argc; ++i)
-        sizes.push_back(std::atoi(argv[i]));
-    if (sizes.empty()) sizes = {0, 10'000, 100'000};
-    const std::string company = (folder / "bench-generate-recurring.brimley").string();
-    const auto remove = [&] {
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(company + suffix);
-    };
-    for (const int stored : sizes) {
-        remove();
-        brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
-        measure(company, templates, stored);
+    const brimley::bench::Arguments arguments{argc, argv};
+    for (const int stored : arguments.sizes(3, {0, 10'000, 100'000})) {
+        const brimley::bench::BenchCompany company(arguments.folder(2), "bench-generate-recurring");
+        measure(company.path(), arguments.number(1, 1'000), stored);
     }
-    remove();
     return 0;
 }

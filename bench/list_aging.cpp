@@ -6,23 +6,20 @@
 // PAID: how many more items are stored, which are paid and not listed.
 #include <fmt/format.h>
 
-#include <filesystem>
-#include <vector>
-
 #include "aging_items.h"
+#include "bench_company.h"
 #include "bench_host.h"
 #include "by_turns.h"
-#include "company/create.h"
 #include "inquiries/apreport_aging.h"
 
 namespace {
 
 using brimley::bench::BenchHost;
 using brimley::bench::kVendors;
-using brimley::bench::Medians;
 using brimley::bench::medians_of;
 using brimley::bench::must;
-using brimley::bench::peak_megabytes;
+using brimley::bench::print_medians;
+using brimley::bench::rounds_for;
 
 class Bare : public brimley::bench::AgingItems {
   public:
@@ -53,32 +50,19 @@ void measure(const std::string& company, int items, int paid) {
     if (form.dbgrid1.array.used_rows() != rows + kVendors)
         throw std::runtime_error(
             fmt::format("{} rows in the list, {} of the query", form.dbgrid1.array.used_rows(), rows));
-    const int rounds = items > 100'000 ? 3 : brimley::bench::kRounds;
-    const Medians ms = medians_of(
-        rounds, [&] { static_cast<void>(bare.list()); }, [&] { must(form.press(104)); });
-    fmt::print("{} items, {} paid ones: bare {:.1f} ms, form {:.1f} ms, ratio {:.2f}, peak {:.0f} MB\n", rows,
-               paid, ms.bare, ms.form, ms.form / ms.bare, peak_megabytes());
+    print_medians(
+        fmt::format("{} items, {} paid ones", rows, paid),
+        medians_of(
+            rounds_for(items), [&] { static_cast<void>(bare.list()); }, [&] { must(form.press(104)); }));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int items = argc > 1 ? std::atoi(argv[1]) : 1'000'000;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    std::vector<int> sizes;
-    for (int i = 3; i < argc; ++i)
-        sizes.push_back(std::atoi(argv[i]));
-    if (sizes.empty()) sizes = {0};
-    const std::string company = (folder / "bench-list-aging.brimley").string();
-    const auto remove = [&] {
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(company + suffix);
-    };
-    for (const int paid : sizes) {
-        remove();
-        brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
-        measure(company, items, paid);
+    const brimley::bench::Arguments arguments{argc, argv};
+    for (const int paid : arguments.sizes(3, {0})) {
+        const brimley::bench::BenchCompany company(arguments.folder(2), "bench-list-aging");
+        measure(company.path(), arguments.number(1, 1'000'000), paid);
     }
-    remove();
     return 0;
 }

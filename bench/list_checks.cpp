@@ -5,11 +5,9 @@
 //   bench-list-checks [CHECKS] [FOLDER] [OLDER...]
 #include <fmt/format.h>
 
-#include <filesystem>
-
 #include "bare_connection.h"
+#include "bench_company.h"
 #include "bench_host.h"
-#include "company/create.h"
 #include "payments/void_check/apform_void_check.h"
 
 namespace {
@@ -93,22 +91,10 @@ void measure(const std::string& company, int older, int checks) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int checks = argc > 1 ? std::atoi(argv[1]) : 5'000;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    std::vector<int> sizes;
-    for (int i = 3; i < argc; ++i)
-        sizes.push_back(std::atoi(argv[i]));
-    if (sizes.empty()) sizes = {0, 10'000, 100'000};
-    const std::string company = (folder / "bench-list-checks.brimley").string();
-    const auto remove = [&] {
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(company + suffix);
-    };
-    for (const int older : sizes) {
-        remove();
-        brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
-        measure(company, older, checks);
+    const brimley::bench::Arguments arguments{argc, argv};
+    for (const int older : arguments.sizes(3, {0, 10'000, 100'000})) {
+        const brimley::bench::BenchCompany company(arguments.folder(2), "bench-list-checks");
+        measure(company.path(), older, arguments.number(1, 5'000));
     }
-    remove();
     return 0;
 }

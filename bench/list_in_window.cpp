@@ -9,11 +9,9 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
 
 #include "aging_items.h"
-#include "company/create.h"
+#include "bench_company.h"
 #include "desktop/desktop_desk.h"
 #include "desktop/form_window.h"
 #include "desktop/grid_view.h"
@@ -85,24 +83,15 @@ void measure(host::APclass& ap, desktop::DesktopDesk& desk, int items) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    const int items = argc > 1 ? std::atoi(argv[1]) : 1'000;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    const std::string company = (folder / "bench-list-in-window.brimley").string();
-    const auto remove = [&] {
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(company + suffix);
-    };
-    remove();
-    company::create_company_file(company, company::SampleCompany{"anna"});
-    bench::AgingItems(company).fill(items, 0);
-    {
-        opening::HostOptions options;
-        options.user = "anna";
-        desktop::DesktopDesk desk;
-        host::APclass ap(desk);
-        static_cast<frame::HostContext&>(ap) = opening::open_context(company, options);
-        measure(ap, desk, items);
-    }
-    remove();
+    const bench::Arguments arguments{argc, argv};
+    const int items = arguments.number(1, 1'000);
+    const bench::BenchCompany company(arguments.folder(2), "bench-list-in-window");
+    bench::AgingItems(company.path()).fill(items, 0);
+    opening::HostOptions options;
+    options.user = "anna";
+    desktop::DesktopDesk desk;
+    host::APclass ap(desk);
+    static_cast<frame::HostContext&>(ap) = opening::open_context(company.path(), options);
+    measure(ap, desk, items);
     return 0;
 }

@@ -5,12 +5,10 @@
 //   bench-list-inquiries [INVOICES] [FOLDER]
 #include <fmt/format.h>
 
-#include <filesystem>
-
 #include "aging_items.h"
+#include "bench_company.h"
 #include "bench_host.h"
 #include "by_turns.h"
-#include "company/create.h"
 #include "inquiries/apreport_inquiry.h"
 #include "inquiries/apreport_payhistory.h"
 
@@ -62,10 +60,10 @@ void measure(const char* name, Bare& bare, brimley::frame::ListForm& form, const
     if (form.dbgrid1.array.used_rows() != rows)
         throw std::runtime_error(
             fmt::format("{}: {} rows, {} of the query", name, form.dbgrid1.array.used_rows(), rows));
-    const bench::Medians ms = bench::medians_of(
-        3, [&] { static_cast<void>(Bare::drain(statement)); }, [&] { must(form.press(104)); });
-    fmt::print("{}: {} rows, bare {:.1f} ms, form {:.1f} ms, ratio {:.2f}, peak {:.0f} MB\n", name, rows,
-               ms.bare, ms.form, ms.form / ms.bare, bench::peak_megabytes());
+    bench::print_medians(
+        fmt::format("{}: {} rows", name, rows),
+        bench::medians_of(
+            3, [&] { static_cast<void>(Bare::drain(statement)); }, [&] { must(form.press(104)); }));
 }
 
 void measure(const std::string& company, int invoices) {
@@ -97,16 +95,8 @@ void measure(const std::string& company, int invoices) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int invoices = argc > 1 ? std::atoi(argv[1]) : 1'000'000;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    const std::string company = (folder / "bench-list-inquiries.brimley").string();
-    const auto remove = [&] {
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(company + suffix);
-    };
-    remove();
-    brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
-    measure(company, invoices);
-    remove();
+    const brimley::bench::Arguments arguments{argc, argv};
+    const brimley::bench::BenchCompany company(arguments.folder(2), "bench-list-inquiries");
+    measure(company.path(), arguments.number(1, 1'000'000));
     return 0;
 }

@@ -4,13 +4,11 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <ctime>
-#include <filesystem>
 #include <iostream>
 #include <vector>
 
-#include "company/create.h"
+#include "bench_company.h"
 
 namespace brimley::bench {
 
@@ -86,27 +84,17 @@ void measure(const std::string& company, BareDocument document, std::int64_t sto
 }  // namespace
 
 int measure_saves(int argc, char** argv, BareDocument document) {
-    const int saves = argc > 1 ? std::atoi(argv[1]) : 500;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
+    const Arguments arguments{argc, argv};
+    const int saves = arguments.number(1, 500);
     fmt::print(
         "milliseconds of CPU a save, {} saves each; bare = prepared statements, reading = the same, each "
-        "counter and "
-        "balance read first, form = Save command\n",
+        "counter and balance read first, form = Save command\n",
         saves);
     fmt::print("{:>8} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9}\n", "stored", "bare", "reading", "form",
                "to bare", "to read.", "form wall", "entry");
-    std::vector<std::int64_t> sizes{100, 10'000, 100'000};
-    if (argc > 3) sizes.clear();
-    for (int i = 3; i < argc; ++i)
-        sizes.push_back(std::atoll(argv[i]));
-    for (const std::int64_t stored : sizes) {
-        const auto file = folder / fmt::format("bench-{}.brimley", stored);
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(file.string() + suffix);
-        company::create_company_file(file.string(), company::SampleCompany{"anna"});
-        measure(file.string(), document, stored, saves);
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(file.string() + suffix);
+    for (const int stored : arguments.sizes(3, {100, 10'000, 100'000})) {
+        const BenchCompany company(arguments.folder(2), fmt::format("bench-{}", stored));
+        measure(company.path(), document, stored, saves);
     }
     return 0;
 }

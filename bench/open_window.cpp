@@ -7,10 +7,8 @@
 #include <QApplication>
 #include <QTest>
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
 
-#include "company/create.h"
+#include "bench_company.h"
 #include "desktop/desktop_desk.h"
 #include "desktop/form_window.h"
 #include "desktop/grid_view.h"
@@ -30,8 +28,7 @@ double ms_of(const Act& act) {
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - before).count();
 }
 
-void fill(const std::string& company, std::int64_t stored) {
-    company::create_company_file(company, company::SampleCompany{"anna"});
+void fill(const std::string& company, int stored) {
     bench::FormSave form(company);
     form.enter();
     form.save();
@@ -68,27 +65,22 @@ void measure_typing(desktop::FormWindow& window, host::APclass& ap) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    const std::int64_t stored = argc > 1 ? std::atoll(argv[1]) : 100'000;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    const std::string company = (folder / fmt::format("bench-window-{}.brimley", stored)).string();
-    std::filesystem::remove(company);
-    fill(company, stored);
-    {
-        opening::HostOptions options;
-        options.user = "anna";
-        desktop::DesktopDesk desk;
-        host::APclass ap(desk);
-        static_cast<frame::HostContext&>(ap) = opening::open_context(company, options);
-        for (const char* which : {"first", "second"}) {
-            const double shown = ms_of([&] {
-                ap.showform_APform_invoice();
-                desk.windows().back()->grab();
-            });
-            fmt::print("{} window on {} documents: {:.1f} ms\n", which, stored, shown);
-        }
-        measure_typing(*desk.windows().back(), ap);
+    const bench::Arguments arguments{argc, argv};
+    const int stored = arguments.number(1, 100'000);
+    const bench::BenchCompany company(arguments.folder(2), fmt::format("bench-window-{}", stored));
+    fill(company.path(), stored);
+    opening::HostOptions options;
+    options.user = "anna";
+    desktop::DesktopDesk desk;
+    host::APclass ap(desk);
+    static_cast<frame::HostContext&>(ap) = opening::open_context(company.path(), options);
+    for (const char* which : {"first", "second"}) {
+        const double shown = ms_of([&] {
+            ap.showform_APform_invoice();
+            desk.windows().back()->grab();
+        });
+        fmt::print("{} window on {} documents: {:.1f} ms\n", which, stored, shown);
     }
-    for (const char* suffix : {"", "-wal", "-shm"})
-        std::filesystem::remove(company + suffix);
+    measure_typing(*desk.windows().back(), ap);
     return 0;
 }

@@ -6,12 +6,11 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <vector>
 
 #include "bare_connection.h"
+#include "bench_company.h"
 #include "bench_host.h"
-#include "company/create.h"
 #include "payments/invoice_payment/apform_payment.h"
 
 namespace {
@@ -154,26 +153,15 @@ void measure_payment(BenchHost& host, Bare& bare, int open, int items) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int stored = argc > 1 ? std::atoi(argv[1]) : 1'000'000;
-    const int open = argc > 2 ? std::atoi(argv[2]) : 5'000;
-    const int items = argc > 3 ? std::atoi(argv[3]) : 200;
-    const std::filesystem::path folder = argc > 4 ? argv[4] : std::filesystem::temp_directory_path();
-    const std::string company = (folder / "bench-pay-items.brimley").string();
-    const auto remove = [&] {
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(company + suffix);
-    };
-    remove();
-    brimley::company::create_company_file(company, brimley::company::SampleCompany{"anna"});
-    {
-        Bare bare(company);
-        bare.fill(stored, open);
-        BenchHost host(company);
-        host.ap.showform_APform_payment();
-        must(host.ap.frm_payment->press(105));
-        measure_listing(host, bare);
-        measure_payment(host, bare, open, items);
-    }
-    remove();
+    const brimley::bench::Arguments arguments{argc, argv};
+    const brimley::bench::BenchCompany company(arguments.folder(4), "bench-pay-items");
+    const int open = arguments.number(2, 5'000);
+    Bare bare(company.path());
+    bare.fill(arguments.number(1, 1'000'000), open);
+    BenchHost host(company.path());
+    host.ap.showform_APform_payment();
+    must(host.ap.frm_payment->press(105));
+    measure_listing(host, bare);
+    measure_payment(host, bare, open, arguments.number(3, 200));
     return 0;
 }

@@ -4,14 +4,11 @@
 //   bench-walk-documents [STEPS] [FOLDER] [STORED...]
 #include <fmt/format.h>
 
-#include <cstdlib>
 #include <ctime>
-#include <filesystem>
 #include <stdexcept>
-#include <vector>
 
+#include "bench_company.h"
 #include "bench_host.h"
-#include "company/create.h"
 #include "workload.h"
 
 namespace {
@@ -40,7 +37,7 @@ double per_step(BenchHost& host, int command, int steps) {
     return (cpu_us() - before) / steps;
 }
 
-void measure(const std::string& company, std::int64_t stored, int steps) {
+void measure(const std::string& company, int stored, int steps) {
     BenchHost host(company);
     for (const bool open_only : {false, true}) {
         // By key the walk begins at the newest document, in the list at the oldest, to which "next" leads.
@@ -59,32 +56,21 @@ void measure(const std::string& company, std::int64_t stored, int steps) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int steps = argc > 1 ? std::atoi(argv[1]) : 60;
-    const std::filesystem::path folder = argc > 2 ? argv[2] : std::filesystem::temp_directory_path();
-    std::vector<std::int64_t> sizes;
-    for (int i = 3; i < argc; ++i)
-        sizes.push_back(std::atoll(argv[i]));
-    if (sizes.empty()) sizes = {100, 10'000, 100'000};
+    const brimley::bench::Arguments arguments{argc, argv};
+    const int steps = arguments.number(1, 60);
     fmt::print("microseconds of CPU a step, {} steps each\n", steps);
     fmt::print("{:>8} {:>10} {:>10} {:>10} {:>10}\n", "stored", "view", "previous", "next", "last");
-    for (const std::int64_t stored : sizes) {
-        const auto company = folder / fmt::format("bench-walk-{}.brimley", stored);
-        const auto remove = [&] {
-            for (const char* suffix : {"", "-wal", "-shm"})
-                std::filesystem::remove(company.string() + suffix);
-        };
-        remove();
-        brimley::company::create_company_file(company.string(), brimley::company::SampleCompany{"anna"});
+    for (const int stored : arguments.sizes(3, {100, 10'000, 100'000})) {
+        const brimley::bench::BenchCompany company(arguments.folder(2), fmt::format("bench-walk-{}", stored));
         {
-            FormSave form(company.string());
+            FormSave form(company.path());
             form.enter();
             form.save();
-            BareSave bare(company.string());
+            BareSave bare(company.path());
             bare.fill_up_to(stored);
             bare.count_copies();
         }
-        measure(company.string(), stored, steps);
-        remove();
+        measure(company.path(), stored, steps);
     }
     return 0;
 }
