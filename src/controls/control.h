@@ -57,7 +57,7 @@ class Control {
     [[nodiscard]] const std::string& font_name() const { return font_name_; }
     void set_font_name(std::string font_name) { change(font_name_, std::move(font_name)); }
 
-    // The frame that this control lies in, or null. A control in a hidden frame cannot be reached.
+    // The frame or the pages that this control lies in, or null. While they are hidden it cannot be reached.
     [[nodiscard]] Control* container() const { return container_; }
     void lies_in(Control& frame) { container_ = &frame; }
     // Nor can one whose form has been taken down.

@@ -134,7 +134,8 @@ class Frame : public Control {
     std::string caption_;
 };
 
-// Pages that lie behind each other, each with what its title names.
+// Pages that share one place, one of them in front. Which page is there decides nothing for the controls on
+// them: they stay within the user's reach.
 class TabControl : public Control {
   public:
     TabControl(ControlSet& controls, std::string name, std::vector<std::string> titles)

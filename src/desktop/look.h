@@ -11,7 +11,7 @@
 //     "" txtvendor_address 30 lines 5     a field of several lines
 //     "Total" txttotal 14 amount          right-aligned, and selected when the user comes in
 //   grid dbgrid1 [rows 6]                 the lines of the form; rows: as many in view, and no more
-//   tabs TabControl                       pages behind each other; the grids that follow stand on one each
+//   tabs TabControl                       pages that share one place; the grids that follow have one each
 //   foot                                  as column, below the lines
 //   pane frame_tax bottom [rows 6]        a docked pane: bottom, top, left or right; fields or a grid follow
 //

@@ -1,4 +1,4 @@
-// Pages behind each other on the screen; the look says what stands on them.
+// Pages that share one place of the window; the look says what stands on them.
 #pragma once
 
 #include <QTabWidget>

@@ -90,8 +90,8 @@ class DocumentForm : public GridForm {
     // Where next_record and previous_record go while nothing stored is on screen.
     virtual void step_from_new_entry() { last_record(); }
     [[nodiscard]] virtual bool nothing_stored_on_screen() const;
-    // Without a stored document, but with numbers given out, the form opens as for a new entry; or else
-    // empty.
+    // When numbers were given out and no document is stored any more: true opens a new entry, false an empty
+    // form.
     [[nodiscard]] virtual bool opens_as_new() const { return true; }
     virtual void preview() {}
     virtual void insert_line() {}

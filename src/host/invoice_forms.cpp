@@ -1,4 +1,4 @@
-// The host's methods of the invoice form and the recurring generation.
+// The host's methods of the invoice form and of the list of recurring templates.
 #include "host/form_slot.h"
 #include "invoices/apform_invoice.h"
 #include "invoices/document/kinds.h"

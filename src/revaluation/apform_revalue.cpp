@@ -17,7 +17,7 @@ namespace {
 
 constexpr frame::FormIdentity kIdentity{"APform_revalue", "A/P Revaluation", "\\Help\\AP Revalue Help.pdf"};
 
-// A missing number is in the way upwards only, and nothing is looked for above it.
+// A missing number ends the way up, and is skipped on the way down.
 constexpr frame::WalkTables kTables{.header = "AP_Revalue_header_table",
                                     .lines = "AP_Revalue_Result_table",
                                     .number_field = "docno",
@@ -36,7 +36,7 @@ constexpr double kReportHead = 5.5;
 APform_revalue::APform_revalue(frame::HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
                                frame::Desk& desk)
     : DocumentForm(kIdentity, std::move(context), std::move(kernel), desk, kTables) {
-    // What other documents have and a run has not.
+    // Controls that other documents have and a run does not need.
     for (controls::Control* absent : std::initializer_list<controls::Control*>{
              &cmbcompany, &cmbcurrency, &cmbexrate, &txtratedate, &txtremark, &txtsource, &txtsource_docno,
              &chkprint, &chkvoid})
@@ -220,7 +220,7 @@ void APform_revalue::CommandBars1_Execute(int id) {
         case command::kPreview:
             if (rights().Print) create_acrobat();
             break;
-        case command::kLast:  // does nothing
+        case command::kLast:  // a button without an effect
             break;
         case command::kRefresh:
             Recordx();

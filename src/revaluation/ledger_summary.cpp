@@ -27,11 +27,6 @@ double SummaryRow::amount() const { return debit.empty() ? 0 - money_value(credi
 
 LedgerSummary::LedgerSummary(APform_revalue& form) : FormPart(form), form_(form) {}
 
-void LedgerSummary::clear() {
-    form_.dbgrid2.array.dimension(frame::kRowsMin);
-    form_.dbgrid2.rebind();
-}
-
 void LedgerSummary::begin() {
     auto& columns = form_.dbgrid2.columns;
     if (columns.size() > kCredit) {

@@ -2,7 +2,6 @@
 // in the base currency on the debit or the credit side.
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -29,7 +28,6 @@ class LedgerSummary : public frame::FormPart {
   public:
     explicit LedgerSummary(APform_revalue& form);
 
-    void clear();
     // Payable accounts first, on the side of their balance, then gains as credits and losses as debits.
     void show(const AccountPairs& payables, const AccountPairs& gains, const AccountPairs& losses);
     // Of a stored run.

@@ -25,10 +25,9 @@ struct ItemAmounts {
 
 class ResultRows : public frame::FormPart {
   public:
-    // `columns`: those of the items that are shown as they are stored, the currency at kCurrencyColumn; must
-    // outlive this.
     static constexpr std::size_t kCurrencyColumn = 3;
-    // The amounts of items in this currency are added to `totals` as they are shown.
+    // `columns`: those of the items that are shown as they are stored, the currency at kCurrencyColumn; must
+    // outlive this. The amounts of items in `currency` are added to `totals` as they are shown.
     ResultRows(frame::Form& form, controls::Grid& grid, std::span<const frame::LineColumn> columns,
                const store::Recordset& items, int first_row, std::string currency, ItemAmounts& totals);
 

@@ -8,7 +8,7 @@ namespace brimley::revaluation {
 RevaluationPosting::RevaluationPosting(APform_revalue& form) : DocumentPart(form), form_(form) {}
 
 bool RevaluationPosting::insert_GL_record(store::DateTime gldate) {
-    if (!form_.ledger_summary.stands_on_account()) return false;  // there is nothing to post
+    if (!form_.ledger_summary.stands_on_account()) return false;  // nothing to post
     kernel::GlPosting posting(kernel(), kernel::gl_rules(kernel::GlForm::revaluation), document(gldate));
     if (!posting.open() || !add_summary(posting) || !posting.write_lines() || !posting.finish()) return false;
     if (!insert_GL_reverse_revalue(posting.fkey())) return false;

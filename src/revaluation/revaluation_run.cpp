@@ -1,7 +1,5 @@
 #include "revaluation/revaluation_run.h"
 
-#include <fmt/format.h>
-
 #include <array>
 
 #include "kernel/money.h"
@@ -73,7 +71,7 @@ SelectionRow RevaluationRun::selection_row(int row) const {
             cell("vendor group"), cell("vendor no")};
 }
 
-// A rate that is no number is 0, and so is what the items are worth then.
+// A rate that is not a number counts as 0, at which the items are worth nothing.
 void RevaluationRun::SEL_Result() {
     if (form_.txtlastdate.empty()) return tell("please specify Last transaction date");
     const auto last_date = kernel::try_user_date(form_.txtlastdate.text(), context().BRIMLEY_DATE_FORMAT);
@@ -95,7 +93,7 @@ bool RevaluationRun::value_row(const SelectionRow& selected, const std::string& 
     return true;
 }
 
-// Nothing when the items cannot be read, as with a last date that is none.
+// Empty when the items cannot be read, as when the last date is not a date.
 std::optional<Recordset> RevaluationRun::items_of(const SelectionRow& selected,
                                                   const std::string& cut_off) const {
     std::string query =
@@ -198,7 +196,6 @@ void RevaluationRun::show_stored(Recordset& items, const std::string& currency) 
     clear_result();
     ResultRows result(form_, form_.dbgrid1, kStoredItem, items, 0, currency, totals_);
     bool any = false;
-    store::Value new_rate;
     for (; !items.at_eof(); items.MoveNext(), any = true) {
         const std::string vendor_no = items.text("vendor_no");
         if (vendor_no != result.vendor_no()) {

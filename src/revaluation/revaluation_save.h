@@ -1,8 +1,6 @@
 // The save of a run: header, selection, items and ledger summary, then both ledger documents.
 #pragma once
 
-#include <optional>
-
 #include "frame/document_save.h"
 
 namespace brimley::revaluation {
@@ -30,6 +28,7 @@ class RevaluationSave : public frame::DocumentSave {
     [[nodiscard]] std::string failure_message() const override { return "Add new revaluation failed"; }
 
   private:
+    // Throws when the text is not a date.
     [[nodiscard]] store::DateTime date_of(const controls::TextField& field) const;
     [[nodiscard]] store::Recordset new_rows(const char* table) const;
     void add_row(store::Recordset& rows) const;

@@ -1,7 +1,7 @@
 // The GL document of a generated invoice.
 //
-// It is older than that of an entered one: numbered without a "-" in its key, in the base ledger whatever its
-// currency, without base amounts. The check at the end therefore finds inactive accounts only, and what
+// It has an older layout than that of an entered invoice: no "-" in its key, the base ledger whatever its
+// currency, no base amounts. The check at the end therefore finds inactive accounts only, and a document that
 // does not balance passes.
 #pragma once
 
@@ -36,8 +36,8 @@ class GeneratedPosting : public frame::FormPart {
 
   private:
     [[nodiscard]] kernel::GlDocument gl_document(const GeneratedInvoice& invoice) const;
-    // The account of what is owed: the vendor's own, whichever the rows of the invoice name. Empty, after its
-    // message if there is one, when there is none.
+    // The payable account: the vendor's own, whichever the rows of the invoice name. Empty, after its message
+    // if there is one, when the vendor has none or the term asks for another account.
     [[nodiscard]] std::string account_of(const GeneratedInvoice& invoice) const;
     [[nodiscard]] bool gather(kernel::GlPosting& posting, const GeneratedLine& line,
                               const std::string& ap_accno);
@@ -45,8 +45,8 @@ class GeneratedPosting : public frame::FormPart {
     LineTaxes taxes_;
 };
 
-// The number that stands in Docno_master_table, behind the kind of the document: "ip12". The counter moves
-// on. Empty when it could not be taken, or when the year has none.
+// The next number of Docno_master_table, after the kind of the document: "ip12". The counter moves on. Empty
+// when it could not be taken, or when the year has no such counter.
 [[nodiscard]] std::optional<kernel::GlNumber> draw_older_number(kernel::ModuleG3& kernel,
                                                                 const std::string& company,
                                                                 const std::string& doctype,
