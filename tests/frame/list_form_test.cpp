@@ -7,10 +7,10 @@
 
 #include "frame/line_columns.h"
 #include "frame/list_form.h"
-#include "frame/page_setup.h"
 #include "frame/platform_path.h"
 #include "plain_form.h"
 #include "printing/pdf_file.h"
+#include "support/page_setups.h"
 
 namespace brimley::testing {
 
@@ -101,11 +101,7 @@ class Lists : public ::testing::Test {
     }
     // The words of the report that a print gives, once a page has been set up.
     std::vector<std::string> printed_words() {
-        page_setup().cmborient.set("Portrait");
-        for (controls::TextField* margin :
-             {&page_setup().txttop, &page_setup().txtbottom, &page_setup().txtleft, &page_setup().txtright})
-            margin->set("20");
-        page_setup().cmdsave_Click();
+        save_page_setup(page_setup());
         press(103);
         std::vector<std::string> words;
         for (const PdfWord& word : PdfFile(file("vendors093000.pdf")).words())

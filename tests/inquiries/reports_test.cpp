@@ -4,11 +4,11 @@
 
 #include <filesystem>
 
-#include "frame/page_setup.h"
 #include "inquiries/apreport_aging.h"
 #include "inquiries/apreport_inquiry.h"
 #include "inquiries/apreport_payhistory.h"
 #include "printing/pdf_file.h"
+#include "support/page_setups.h"
 #include "support/recurring_templates.h"
 #include "support/temporary_folder.h"
 
@@ -31,12 +31,7 @@ class InquiryReports : public ::testing::Test {
         for (int row = 0; !boxes.cell(row, "column").empty(); ++row)
             boxes.set_cell(row, "print", boxes.cell(row, "column") == column ? "True" : "False");
         EXPECT_EQ(list.press(102), controls::Refusal::none);
-        auto& page_setup = dynamic_cast<frame::Form_report_format&>(*list.child());
-        page_setup.cmborient.set("Portrait");
-        for (controls::TextField* margin :
-             {&page_setup.txttop, &page_setup.txtbottom, &page_setup.txtleft, &page_setup.txtright})
-            margin->set("20");
-        page_setup.cmdsave_Click();
+        save_page_setup(dynamic_cast<frame::Form_report_format&>(*list.child()));
         EXPECT_EQ(list.press(103), controls::Refusal::none);
         std::vector<std::string> words;
         for (const PdfWord& word : PdfFile(folder() + file).words())

@@ -4,9 +4,9 @@
 
 #include <filesystem>
 
-#include "frame/page_setup.h"
 #include "printing/pdf_file.h"
 #include "revaluation_entry.h"
+#include "support/page_setups.h"
 #include "support/temporary_folder.h"
 
 namespace brimley::testing {
@@ -24,16 +24,12 @@ class RevaluationReport : public ::testing::Test {
     }
     [[nodiscard]] std::string folder() const { return reports.file("User report/anna/"); }
     [[nodiscard]] PdfFile report() const { return PdfFile(folder() + "ap_revaluation093000.pdf"); }
-    void save_page_setup(revaluation::APform_revalue& form, const char* orientation = "Portrait") {
+    void set_up_page(revaluation::APform_revalue& form, const char* orientation = "Portrait") {
         EXPECT_EQ(form.press(102), controls::Refusal::none);
         auto& page_setup = dynamic_cast<frame::Form_report_format&>(*form.child());
-        page_setup.cmborient.set(orientation);
         page_setup.cmbfont_size_print.set("6");
         page_setup.cmbrow_hi.set("20");
-        for (controls::TextField* margin :
-             {&page_setup.txttop, &page_setup.txtbottom, &page_setup.txtleft, &page_setup.txtright})
-            margin->set("20");
-        page_setup.cmdsave_Click();
+        save_page_setup(page_setup, orientation);
         EXPECT_EQ(form.close_child(), controls::Refusal::none);
     }
     // Wide enough for all that stands in the column.
@@ -53,7 +49,7 @@ TEST_F(RevaluationReport, IsPrintedUnderTheNameOfASiblingsForm) {
     auto& form = enter_revaluation(user);
     print(form);
     EXPECT_TRUE(user.notifications.empty());
-    save_page_setup(form);
+    set_up_page(form);
     EXPECT_EQ(company.list("SELECT user, form_name FROM Report_format_table"), "anna ARform_revalue");
     print(form);
     ASSERT_EQ(user.notifications.size(), 1U);
@@ -64,7 +60,7 @@ TEST_F(RevaluationReport, HasThreeLinesAboveTheItemsAndTheLedgerBelowThem) {
     add_three_items(company);
     auto& form = enter_revaluation(user);
     widen_dates(form);
-    save_page_setup(form);
+    set_up_page(form);
     EXPECT_EQ(form.press(101), controls::Refusal::none);
     print(form);
     EXPECT_THAT(user.notifications.back(), HasSubstr("Preview APR-26-00001"));
@@ -97,7 +93,7 @@ TEST_F(RevaluationReport, LedgerThatDoesNotFitBeginsOnAPageThatCounts) {
         add_open_item(company, "V2001", "D" + std::to_string(i), 10, 1.2);
     auto& form = enter_revaluation(user);
     widen_dates(form);
-    save_page_setup(form);
+    set_up_page(form);
     print(form);
     const PdfFile file = report();
     ASSERT_EQ(file.pages(), 2);
@@ -116,7 +112,7 @@ TEST_F(RevaluationReport, ColumnsThatTheUserHidesAreNotPrinted) {
         column.visible = column.caption == "document no" || column.caption == "date";
     for (controls::GridColumn& column : form.dbgrid2.columns)
         column.visible = column.caption == "currency";
-    save_page_setup(form);
+    set_up_page(form);
     print(form);
     EXPECT_THAT(report().text(), Not(HasSubstr("1,250.00")));
     EXPECT_THAT(report().text(), Not(HasSubstr("7600")));
@@ -126,7 +122,7 @@ TEST_F(RevaluationReport, ColumnsThatTheUserHidesAreNotPrinted) {
 TEST_F(RevaluationReport, LandscapeIsTwoFiles) {
     add_three_items(company);
     auto& form = enter_revaluation(user);
-    save_page_setup(form, "Landscape");
+    set_up_page(form, "Landscape");
     print(form);
     EXPECT_THAT(user.notifications.back(), HasSubstr("pdf viewer landscape|"));
     EXPECT_EQ(report().rotation(), 90);
@@ -137,7 +133,7 @@ TEST_F(RevaluationReport, WithoutTheRightToPrintNothingIsPrinted) {
     add_three_items(company);
     company.db().Execute("UPDATE User_right_table SET [Print] = FALSE WHERE form = 'APform_revalue'");
     auto& form = enter_revaluation(user);
-    save_page_setup(form);
+    set_up_page(form);
     print(form);
     EXPECT_TRUE(user.notifications.empty());
 }

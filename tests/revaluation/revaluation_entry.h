@@ -10,11 +10,12 @@ inline const store::DateTime kDayOfItems = store::DateTime::from_ymd(2026, 3, 2)
 
 // An item as another program has stored it.
 inline void add_open_item(CompanyCopy& company, const char* vendor_no, const std::string& docno,
-                          double open_amount, double exchange_rate, const char* currency = "EUR") {
+                          double open_amount, double exchange_rate, const char* currency = "EUR",
+                          store::DateTime invoice_date = kDayOfItems) {
     company.add("AP_transaction_table", {{"vendor_no", vendor_no},
                                          {"docno", docno},
                                          {"pay_item", 1},
-                                         {"invoice_date", kDayOfItems},
+                                         {"invoice_date", invoice_date},
                                          {"Currency", currency},
                                          {"open_amount", open_amount},
                                          {"exchange_rate", exchange_rate},

@@ -258,15 +258,7 @@ TEST_F(Revaluations, NameOfTheVendorIsTheOneLockedColumnOfTheSelection) {
 
 // A date that can be stored and not typed is reported for each item, and the item is stored without it.
 TEST_F(Revaluations, ItemOfAYearThatNobodyCanTypeIsStoredWithoutItsDate) {
-    company.add("AP_transaction_table", {{"vendor_no", "V2001"},
-                                         {"docno", "OLD"},
-                                         {"pay_item", 1},
-                                         {"invoice_date", store::DateTime::from_ymd(1985, 6, 1).value()},
-                                         {"Currency", "EUR"},
-                                         {"open_amount", 100.0},
-                                         {"exchange_rate", 1.2},
-                                         {"paid", false},
-                                         {"void", false}});
+    add_open_item(company, "V2001", "OLD", 100, 1.2, "EUR", store::DateTime::from_ymd(1985, 6, 1).value());
     auto& form = enter_revaluation(user);
     EXPECT_EQ(form.press(101), controls::Refusal::none);
     EXPECT_THAT(user.messages(), ElementsAre("year is invalid (1985)", "Add new revaluation complete"));
