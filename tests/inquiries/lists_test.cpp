@@ -1,34 +1,18 @@
 // The three lists as a host has them: what there is to press, and what a Find shows.
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "inquiries/apreport_aging.h"
 #include "inquiries/apreport_inquiry.h"
 #include "inquiries/apreport_payhistory.h"
+#include "support/command_lines.h"
 #include "support/sample_host.h"
 
 namespace brimley::testing {
 
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-
-namespace {
-
-// Each command but those of the font bar: number, caption, key, and the bars on which it is.
-std::vector<std::string> commands_of(frame::ListForm& list) {
-    std::vector<std::string> lines;
-    for (const controls::Command& command : list.CommandBars1().commands())
-        if (command.bars != std::vector<std::string>{"Font"})
-            lines.push_back(
-                fmt::format("{} {}{} [{}]", command.id, command.caption,
-                            command.ctrl_key == 0 ? "" : fmt::format(" Ctrl+{}", command.ctrl_key),
-                            fmt::join(command.bars, " ")));
-    return lines;
-}
-
-}  // namespace
 
 class InquiryLists : public ::testing::Test {
   protected:
@@ -52,7 +36,7 @@ class InquiryLists : public ::testing::Test {
 
 TEST_F(InquiryLists, CommandsOfTheAgingHaveTheirCaptionsAndKeys) {
     EXPECT_STREQ(aging().identity().caption, "Vendor Aging");
-    EXPECT_THAT(commands_of(aging()),
+    EXPECT_THAT(command_lines(aging().CommandBars1()),
                 ElementsAre("100 &Exit Ctrl+X [File Standard]", "102 Page Set&up Ctrl+U [File Standard]",
                             "103 &Preview Ctrl+P [File Standard]", "104 &Find [Run Standard]",
                             "124 Print &Column [Option Standard]", "209 &Show Text below Icon [Option]"));
@@ -61,7 +45,7 @@ TEST_F(InquiryLists, CommandsOfTheAgingHaveTheirCaptionsAndKeys) {
 TEST_F(InquiryLists, CommandsOfTheInvoiceInquiryHaveTheirCaptionsAndKeys) {
     user.ap.showform_APform_inquiry();
     EXPECT_STREQ(user.ap.frm_inquiry->identity().caption, "Invoice Inquiry");
-    EXPECT_THAT(commands_of(*user.ap.frm_inquiry),
+    EXPECT_THAT(command_lines(user.ap.frm_inquiry->CommandBars1()),
                 ElementsAre("100 &Exit Ctrl+X [File Standard]", "102 Page Set&up Ctrl+U [File Standard]",
                             "103 &Preview Ctrl+P [File Standard]", "104 &Find [Run Standard]",
                             "115 &Clear [Run Standard]", "124 Print &Column [Option Standard]",
@@ -71,7 +55,7 @@ TEST_F(InquiryLists, CommandsOfTheInvoiceInquiryHaveTheirCaptionsAndKeys) {
 TEST_F(InquiryLists, CommandsOfThePaymentHistoryHaveTheirCaptionsAndKeys) {
     user.ap.showform_APform_payhistory();
     EXPECT_STREQ(user.ap.frm_payhistory->identity().caption, "Payment History");
-    EXPECT_THAT(commands_of(*user.ap.frm_payhistory),
+    EXPECT_THAT(command_lines(user.ap.frm_payhistory->CommandBars1()),
                 ElementsAre("100 &Exit Ctrl+X [File Standard]", "102 Page Set&up Ctrl+U [File Standard]",
                             "103 &Preview Ctrl+P [File Standard]", "104 &Find [Run Standard]",
                             "114 Origin Document [Link Standard]", "115 &Clear [Run Standard]",

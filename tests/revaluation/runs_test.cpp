@@ -7,11 +7,13 @@
 #include "kernel/store/catalog.h"
 #include "kernel/tables/company_tables.h"
 #include "revaluation_entry.h"
+#include "support/command_lines.h"
 
 namespace brimley::testing {
 
 using ::testing::_;
 using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
 
 class Revaluations : public ::testing::Test {
   protected:
@@ -34,6 +36,26 @@ class Revaluations : public ::testing::Test {
     CompanyCopy company{sample_original()};
     DeskOfUser user{company.open()};
 };
+
+TEST_F(Revaluations, CommandsAndGridsHaveTheirCaptions) {
+    user.ap.showform_APform_revalue();
+    auto& form = *user.ap.frm_revalue;
+    EXPECT_THAT(command_lines(form.CommandBars1()),
+                UnorderedElementsAre(
+                    "100 &Exit Ctrl+X [File Standard]", "101 &Save Ctrl+S [File Standard Popup]",
+                    "102 Page Set&up Ctrl+U [File Standard]", "103 &Preview Ctrl+P [File Standard Popup]",
+                    "104 Find result [Run Standard]", "105 &New [Edit Standard Popup]",
+                    "107 &Previous record [Record Standard]", "108 &Next record [Record Standard]",
+                    "109 Last record [Record Standard]", "110 &Insert Line [Edit Popup]",
+                    "111 &Delete Line [Edit Popup]", "113 &G/L Record [Link Standard]", "115  []",
+                    "136 &Refresh record [Record Standard]", "206 A/P Revalue Help [Help Standard]",
+                    "207 Account Payable System Help [Help]", "208 About Brimley Works [Help]",
+                    "209 &Show Text below Icon [Option]"));
+    EXPECT_EQ(form.CommandBars1().find(104)->tool_text, "Find");
+    EXPECT_EQ(form.dbgridcmd.title, "NEW RATE");
+    EXPECT_EQ(form.dbgrid1.title, "REVALUATION RESULT");
+    EXPECT_EQ(form.dbgrid2.title, "G/L SUMMARY");
+}
 
 TEST_F(Revaluations, SelectionListsCurrenciesWithTheirNamesAndVendorsByName) {
     user.ap.showform_APform_revalue();
@@ -150,6 +172,13 @@ TEST_F(Revaluations, SelectionRowsBelowAnEmptyOneAreStored) {
     EXPECT_EQ(form.press(101), controls::Refusal::none);
     EXPECT_THAT(user.messages(), ElementsAre("Add new revaluation complete"));
     EXPECT_EQ(company.list("SELECT Rate FROM AP_Revalue_transaction_table"), "1.25 | 1.27");
+}
+
+TEST_F(Revaluations, NewEntryHasNoDescription) {
+    auto& form = enter_revaluation(user);
+    EXPECT_EQ(form.press(105), controls::Refusal::none);
+    EXPECT_EQ(form.press(105), controls::Refusal::none);
+    EXPECT_EQ(form.txtdesc.text(), "");
 }
 
 TEST_F(Revaluations, EmptyDescriptionIsNotWritten) {
