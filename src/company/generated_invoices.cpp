@@ -29,6 +29,13 @@ double GeneratedInvoice::gross() const {
     return sum;
 }
 
+std::string name_of(const GeneratedInvoice& invoice) { return "Invoice " + shown_text(invoice.fkey); }
+
+std::string payable_account(const GeneratedInvoice& invoice, const GeneratedPosting& posting) {
+    if (posting.lines.empty() || !differ(invoice.gross(), 0)) return {};
+    return posting.lines.front().accno;
+}
+
 std::optional<double> generated_number(const std::string& docno, const std::string& doctype) {
     if (!docno.starts_with(doctype)) return std::nullopt;
     double number = 0;

@@ -58,6 +58,12 @@ struct GeneratedInvoice {
     [[nodiscard]] double gross() const;
 };
 
+// "Invoice 1ip5", for findings.
+[[nodiscard]] std::string name_of(const GeneratedInvoice& invoice);
+// The payable account of the vendor, which the first line posts to; empty when the invoice comes to nothing,
+// which posts no line.
+[[nodiscard]] std::string payable_account(const GeneratedInvoice& invoice, const GeneratedPosting& posting);
+
 class GeneratedInvoices {
   public:
     explicit GeneratedInvoices(const Books& books);
