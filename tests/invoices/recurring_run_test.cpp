@@ -64,6 +64,34 @@ TEST_F(RecurringRun, LimitedTaxIsTaxedByTheAuthorityAfterIt) {
     EXPECT_EQ(tax_lines({128.4, 100, 28.4, "STACK", "6400"}), "6400 108.4 | 1300 20");
 }
 
+TEST_F(RecurringRun, TaxIncludedIsTakenOutOfTheTaxableAmountAlsoBelowTheGross) {
+    // 100 / 1.05 * 5 %, which is 4.761...
+    EXPECT_EQ(tax_lines({105, 100, 5, "GST5", "6100", true}), "6100 100 | 1300 4.76");
+}
+
+TEST_F(RecurringRun, OnlyATaxableTaxIsTaxedByTheAuthorityAfterIt) {
+    set_shares("STACK", "taxable = FALSE");
+    EXPECT_EQ(tax_lines({112, 100, 12, "STACK", "6400"}), "6400 107 | 1300 5");
+}
+
+// A line that takes something off, in a template of several.
+TEST_F(RecurringRun, TaxBelow0IsNotTaxedByTheAuthorityAfterIt) {
+    EXPECT_EQ(tax_lines({-112, -100, -12, "STACK", "6400"}), "6400 -107 | 1300 -5");
+}
+
+TEST_F(RecurringRun, EachLineOfACodeIsTaxedByAllItsAuthoritiesFromTheStart) {
+    add_template(company,
+                 {.lines = {{112.35, 100, 12.35, "STACK", "6400"}, {112.35, 100, 12.35, "STACK", "6400"}}});
+    generate(list_due(user));
+    EXPECT_EQ(company.list("SELECT accno, amount FROM GL_transaction_table ORDER BY lineno"),
+              "2000 224.7 | 6400 214.7 | 1300 10");
+}
+
+TEST_F(RecurringRun, RefundAbove100PercentTakesTheRestOffTheOtherAccount) {
+    set_shares("GST5", "percent_refund = 120");
+    EXPECT_EQ(tax_lines({105, 100, 5, "GST5"}), "6100 100 | 1300 6 | 5330 -1");
+}
+
 TEST_F(RecurringRun, RestOfAPartialRefundIsChargedOrGoesIntoTheCost) {
     set_shares("HALF10", "percent_refund = 30, include_itemcost = FALSE");
     EXPECT_EQ(tax_lines({11, 10, 1, "HALF10"}), "6100 10 | 1300 0.3 | 5330 0.7");
