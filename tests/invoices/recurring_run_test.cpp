@@ -149,6 +149,94 @@ TEST_F(RecurringRun, TemplateThatIsGoneLeavesNothingOfTheRun) {
     EXPECT_EQ(company.list("SELECT docno FROM AP_header_table"), "");
 }
 
+// The vendor's account is asked for once the template is there, and it is the vendor of the list that is
+// asked.
+TEST_F(RecurringRun, TemplateThatIsGoneIsNoticedBeforeAMissingAccount) {
+    add_template(company, {});
+    auto& form = list_due(user);
+    company.db().Execute("UPDATE Vendor_table SET ap_accno = NULL");
+    company.db().Execute("DELETE FROM AP_recur_header_table");
+    generate(form);
+    EXPECT_THAT(user.messages(), ElementsAre("Generate invoice from on due recurring-invoice failed"));
+}
+
+TEST_F(RecurringRun, MissingAccountIsToldBeforeAMissingDate) {
+    add_template(company, {.recur_date = {}});
+    company.db().Execute("UPDATE Vendor_table SET ap_accno = NULL");
+    auto& form = list_due(user);
+    generate(form);
+    EXPECT_THAT(user.messages(), ElementsAre("Error : Payable account for V1001 is empty",
+                                             "Generate invoice from on due recurring-invoice failed"));
+    EXPECT_FALSE(form.Progress1.visible());
+}
+
+TEST_F(RecurringRun, TemplateWithoutANumberIsListedAndNotIssued) {
+    add_template(company, {});
+    company.db().Execute("UPDATE AP_recur_header_table SET recurno = NULL");
+    auto& form = list_due(user);
+    EXPECT_EQ(form.dbgrid1.cell(0, "due"), "True");
+    generate(form);
+    EXPECT_THAT(user.messages(), ElementsAre("Generate invoices complete"));
+    EXPECT_EQ(company.list("SELECT docno FROM AP_header_table"), "");
+}
+
+TEST_F(RecurringRun, RowsHaveTheAccountOfTheVendorThatWasListed) {
+    add_template(company, {.vendor = "V2001"});
+    auto& form = list_due(user);
+    company.db().Execute("UPDATE AP_recur_header_table SET vendor_no = 'V1001'");
+    generate(form);
+    EXPECT_EQ(company.list("SELECT vendor_no, ap_accno FROM AP_transaction_table"), "V1001 2010");
+    EXPECT_EQ(company.list("SELECT accno FROM GL_transaction_table ORDER BY lineno"), "2000 | 6100");
+}
+
+TEST_F(RecurringRun, InvoiceIsOneOfTheFirstCompanyWhateverTheTemplateSays) {
+    add_template(company, {});
+    company.db().Execute("UPDATE AP_recur_header_table SET company = 2");
+    generate(list_due(user));
+    EXPECT_EQ(company.list("SELECT company, fkey FROM AP_header_table"), "1 1ip1");
+}
+
+// Month and year are those of the calendar; numbers and postings go by the fiscal year.
+TEST_F(RecurringRun, FiscalYearMayDifferFromThatOfTheCalendar) {
+    add_template(company, {});
+    company.db().Execute(
+        "UPDATE Period_table SET fyear = '2027', period = '9' WHERE StartDate <= '20260305' AND "
+        "EndDate >= '20260305'");
+    company.db().Execute("UPDATE Docno_master_table SET nextdocno = 70 WHERE fiscalyear = '2027'");
+    generate(list_due(user));
+    EXPECT_THAT(user.messages(), ElementsAre("Generate invoices complete"));
+    EXPECT_EQ(company.list("SELECT docno, Month, Year FROM AP_header_table"), "ip70 03 2026");
+    EXPECT_EQ(company.list("SELECT Month, Year FROM AP_transaction_table"), "03 2026");
+    EXPECT_EQ(company.list("SELECT docno, fyear, period FROM GL_header_table"), "gl70 2027 9");
+    EXPECT_EQ(
+        company.list("SELECT fiscalyear, period, Month, Year FROM GL_transaction_table WHERE lineno = 1"),
+        "2027 9 03 2026");
+    EXPECT_EQ(company.list("SELECT fyear, period9 FROM Balance_period_table WHERE accno = '2000' AND "
+                           "period9 <> 0"),
+              "2027 100");
+    EXPECT_EQ(list_due(user).dbgrid1.array.used_rows(), 0);
+}
+
+TEST_F(RecurringRun, DatesAreShownAndReadInTheFormatOfTheUser) {
+    user.ap.BRIMLEY_DATE_FORMAT = "mm/dd/yyyy";
+    add_template(company, {});
+    auto& form = list_due(user);
+    EXPECT_EQ(form.dbgrid1.cell(0, "due date"), "03/05/2026");
+    EXPECT_EQ(form.dbgrid1.cell(0, "expiration date"), "12/31/2026");
+    generate(form);
+    EXPECT_EQ(company.list("SELECT gldate, Month FROM AP_header_table"), "2026-03-05 03");
+}
+
+// As when a clock was set back.
+TEST_F(RecurringRun, InvoiceOfAnotherYearDoesNotCount) {
+    add_template(company, {});
+    generate(list_due(user));
+    for (const char* year : {"2025", "2027"}) {
+        company.db().Execute(fmt::format("UPDATE AP_header_table SET [Year] = '{}'", year));
+        EXPECT_EQ(list_due(user).dbgrid1.array.used_rows(), 1) << year;
+    }
+}
+
 TEST_F(RecurringRun, TemplateWithoutLinesBecomesAnEmptyInvoiceWithAnEmptyLedgerDocument) {
     add_template(company, {.lines = {}});
     generate(list_due(user));
