@@ -25,8 +25,8 @@ namespace bench = brimley::bench;
 
 constexpr double kJulianOf1970 = 2440587.5;
 constexpr const char* kFormTemplates = "recur";
-constexpr const char* kBareTemplates =
-    "bare";  // begin and end years later, so that the form does not list them
+// They begin and end years later, so that the form does not list them.
+constexpr const char* kBareTemplates = "bare";
 
 class Bare : public bench::BareConnection, private bench::BareRunner {
   public:
@@ -47,8 +47,7 @@ class Bare : public bench::BareConnection, private bench::BareRunner {
         exec("BEGIN");
         exec(
             "INSERT INTO AP_header_table (fkey, docno, company, doctype, vendor_no, Currency, Source, "
-            "recurno, "
-            "Month, Year, paid, fully_paid, void, hold, printed) " +
+            "recurno, Month, Year, paid, fully_paid, void, hold, printed) " +
             numbers("SELECT '1ip' || i, 'ip' || i, '1', 'ip', 'V1001', 'USD', 'AP', 'recur' || (i % 1000), "
                     "printf('%02d', 1 + i / 1000 % 12), 1990 + i / 12000, 0, 0, 0, 0, 0"));
         exec(
@@ -180,8 +179,7 @@ class Bare : public bench::BareConnection, private bench::BareRunner {
         "AP_recur_header_table WHERE begin_date <= ?1 AND end_date >= ?1");
     sqlite3_stmt* issued_ = prepare(
         "SELECT recurno FROM AP_header_table WHERE recurno = ?1 AND Year = '2026' AND Month >= '03' AND "
-        "Month "
-        "<= '03'");
+        "Month <= '03'");
     sqlite3_stmt* vendor_name_ = prepare("SELECT VENDOR_NAME FROM Vendor_table WHERE vendor_no = ?1");
     sqlite3_stmt* vendor_account_ = prepare("SELECT ap_accno FROM Vendor_table WHERE vendor_no = ?1");
     sqlite3_stmt* template_ = prepare("SELECT * FROM AP_recur_header_table WHERE fkey = ?1");
@@ -195,16 +193,14 @@ class Bare : public bench::BareConnection, private bench::BareRunner {
         "INSERT INTO AP_header_table (docno, gldate, vendor_no, doctype, company, fkey, Currency, "
         "payment_term, recurno, Source, date_created, time_created, Month, Year, fully_paid, paid, printed, "
         "void, hold) VALUES (?1, ?2, ?3, 'ip', '1', ?4, 'USD', '10', ?5, 'AP', ?6, ?7, '03', '2026', 0, 0, "
-        "0, "
-        "0, 0)");
+        "0, 0, 0)");
     sqlite3_stmt* line_ = prepare(
         "INSERT INTO AP_transaction_table (docno, gldate, vendor_no, company, fkey, Currency, payment_term, "
         "date_created, time_created, Month, Year, pay_item, gross_amount, open_amount, taxable_amount, "
         "tax_amount, tax_code, include_tax, po_accno, duedays, early_days, early_discount, due_date, "
         "discount_date, ap_accno, userid, form_name, paid, void, hold, taxable1, taxable2, taxable3, "
-        "taxable4, "
-        "taxable5) VALUES (?1, ?2, ?3, '1', ?4, 'USD', '10', ?5, ?6, '03', '2026', '1', ?7, ?7, ?8, ?9, "
-        "?10, 0, ?11, 30, 10, 2, ?12, ?13, ?14, 'anna', 'APform_invoice', 0, 0, 0, 0, 0, 0, 0, 0)");
+        "taxable4, taxable5) VALUES (?1, ?2, ?3, '1', ?4, 'USD', '10', ?5, ?6, '03', '2026', '1', ?7, ?7, "
+        "?8, ?9, ?10, 0, ?11, 30, 10, 2, ?12, ?13, ?14, 'anna', 'APform_invoice', 0, 0, 0, 0, 0, 0, 0, 0)");
     sqlite3_stmt* gl_header_ = prepare(
         "INSERT INTO GL_header_table (company, doctype, docno, gldate, fkey, remark, Source, source_docno, "
         "Currency, period, fyear, ledgertype, Reverse) VALUES (1, 'gl', ?1, ?2, ?3, ?4, 'AP', ?5, 'USD', "

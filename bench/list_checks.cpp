@@ -49,9 +49,8 @@ class Bare : public BareConnection {
             "doctype <> 'mpy' ORDER BY h.rowid, j");
         exec(
             "INSERT INTO Payment_misc_transaction_table (fkey, docno, company, pay_item, pay_amount, "
-            "account, "
-            "void) SELECT fkey, docno, company, j, 100, '6300', 0 FROM Payment_header_table h JOIN (SELECT 1 "
-            "AS j UNION ALL SELECT 2) WHERE doctype = 'mpy' ORDER BY h.rowid, j");
+            "account, void) SELECT fkey, docno, company, j, 100, '6300', 0 FROM Payment_header_table h JOIN "
+            "(SELECT 1 AS j UNION ALL SELECT 2) WHERE doctype = 'mpy' ORDER BY h.rowid, j");
         exec("COMMIT");
         exec("PRAGMA wal_checkpoint(TRUNCATE)");
     }

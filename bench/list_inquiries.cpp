@@ -32,9 +32,8 @@ class Bare : public bench::AgingItems {
         exec("BEGIN");
         exec(
             "INSERT INTO AP_header_table (fkey, docno, company, doctype, invoice_no, invoice_date, "
-            "vendor_no, "
-            "Currency, paid, void, hold, fully_paid, printed) SELECT fkey, docno, company, doctype, "
-            "invoice_no, invoice_date, vendor_no, Currency, paid, void, hold, paid, 0 FROM "
+            "vendor_no, Currency, paid, void, hold, fully_paid, printed) SELECT fkey, docno, company, "
+            "doctype, invoice_no, invoice_date, vendor_no, Currency, paid, void, hold, paid, 0 FROM "
             "AP_transaction_table");
         exec(
             "INSERT INTO Payment_header_table (fkey, docno, company, doctype, vendor_no, payment_date, "

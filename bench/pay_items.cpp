@@ -53,8 +53,7 @@ class Bare : public BareConnection {
                 "SELECT docno, invoice_no, pay_item, gross_amount, open_amount, invoice_date, due_date, "
                 "early_discount, discount_date, discount_taken, doctype, Currency, exchange_rate, fkey FROM "
                 "AP_transaction_table WHERE vendor_no = 'V1001' AND paid = 0 AND void = 0 AND hold = 0 ORDER "
-                "BY "
-                "docno, pay_item");
+                "BY docno, pay_item");
         return drain(list_);
     }
 
@@ -89,15 +88,13 @@ class Bare : public BareConnection {
         line_ = prepare(
             "INSERT INTO Payment_transaction_table (fkey, docno, company, vendor_no, payment_date, item_no, "
             "ap_docno, pay_item, ap_doctype, invoice_no, invoice_date, gross_amount, open_amount, "
-            "pay_amount, "
-            "discount_available, discount_taken, writeoff, balance, Currency, pay_base_amount, date_created, "
-            "time_created, user_created, computer_id, void) VALUES ('1py-900', 'PY-26-00900', 1, 'V1001', "
-            "2461115.5, ?3, ?1, 1, 'ip', ?2, 2461115.5, 100, 100, 100, 0, 0, 0, 0, 'USD', 100, 2461115.5, "
-            "'00:00:00', 'anna', 'BENCH', 0)");
+            "pay_amount, discount_available, discount_taken, writeoff, balance, Currency, pay_base_amount, "
+            "date_created, time_created, user_created, computer_id, void) VALUES ('1py-900', 'PY-26-00900', "
+            "1, 'V1001', 2461115.5, ?3, ?1, 1, 'ip', ?2, 2461115.5, 100, 100, 100, 0, 0, 0, 0, 'USD', 100, "
+            "2461115.5, '00:00:00', 'anna', 'BENCH', 0)");
         item_ = prepare(
             "UPDATE AP_transaction_table SET open_amount = 0, paid_amount = 100, paid = 1 WHERE docno = ?1 "
-            "AND "
-            "company = '1' AND pay_item = '1'");
+            "AND company = '1' AND pay_item = '1'");
         left_ = prepare("SELECT fkey FROM AP_transaction_table WHERE fkey = ?1 AND paid = 0");
         flags_ = prepare("UPDATE AP_header_table SET paid = 1, fully_paid = 1 WHERE fkey = ?1");
     }

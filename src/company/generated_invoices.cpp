@@ -110,8 +110,7 @@ void GeneratedInvoices::read_lines(const Books& books) {
 void GeneratedInvoices::read_postings(const Books& books) {
     Recordset rows = books.read(
         "SELECT fkey,docno,source_docno,gldate,fyear,period FROM GL_header_table WHERE Source = 'AP' ORDER "
-        "BY "
-        "fkey");
+        "BY fkey");
     for (; !rows.at_eof(); rows.MoveNext()) {
         if (!is_generated_key(rows.text("fkey"))) continue;
         postings_.push_back({rows.text("fkey"),

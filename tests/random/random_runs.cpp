@@ -172,8 +172,7 @@ void RandomSession::expect_valued(const revaluation::SelectionRow& selected, sto
     const double rate = kernel::money_value(selected.rate);
     auto stored = reader_.database->OpenRecordset(
         "SELECT vendor_no, currency, invoice_date, open_amount, exchange_rate FROM AP_transaction_table "
-        "WHERE "
-        "paid = FALSE",
+        "WHERE paid = FALSE",
         RecordsetKind::snapshot);
     for (; !stored.at_eof(); stored.MoveNext()) {
         const auto date = stored.field("invoice_date").date();
