@@ -108,7 +108,7 @@ void note_void_prepayments(const Books& books, Findings& notes);
 // Prepayments whose line and vendor know of another amount since an edit.
 void note_edited_prepayments(const Books& books, Findings& notes);
 // Generated invoices: GL documents that do not balance, lines with another payable account, voids that the
-// ledger does not know, keys that come again; and what balances and vendors leave out.
+// ledger does not know, keys that repeat; and what balances and vendors leave out.
 void note_generated_invoices(const Books& books, Findings& notes);
 // Revaluations that have stored other items or selection rows than they have posted.
 void note_revaluations(const Books& books, Findings& notes);

@@ -103,7 +103,7 @@ void Revaluations::read_postings(const Books& books) {
     });
 }
 
-// Numbers may come again in another year. A run draws both keys while nobody else can: the reversal has the
+// Numbers may repeat in another year. A run draws both keys while nobody else can: the reversal has the
 // next key of those that fit.
 void Revaluations::connect_postings() {
     std::map<std::pair<std::string, std::string>, std::map<double, const RevaluationPosting*>> reversals;

@@ -1,5 +1,5 @@
-// The plain controls: text and date fields, check boxes, option and push buttons, labels, frames, progress
-// bars.
+// The plain controls: text and date fields, check boxes, option and push buttons, labels, frames, pages
+// behind tabs, progress bars.
 #pragma once
 
 #include <string>
