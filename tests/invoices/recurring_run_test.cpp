@@ -59,6 +59,21 @@ TEST_F(RecurringRun, LimitsHoldForTheTaxOfEachLine) {
     EXPECT_EQ(tax_lines({10050, 10000, 50, "LEVY"}), "6100 10050");
 }
 
+TEST_F(RecurringRun, LimitBelow0IsNone) {
+    set_authority("GST", "min_charged = -1, max_charged = -1");
+    EXPECT_EQ(tax_lines({105, 100, 5, "GST5"}), "6100 100 | 1300 5");
+    EXPECT_EQ(tax_lines({-105, -100, -5, "GST5"}), "6100 -100 | 1300 -5");
+}
+
+TEST_F(RecurringRun, HalfACentGoesToTheEvenCent) {
+    // Half of 0.05, and half of 0.15.
+    EXPECT_EQ(tax_lines({0.55, 0.5, 0.05, "HALF10"}), "6100 0.53 | 1300 0.02");
+    EXPECT_EQ(tax_lines({1.65, 1.5, 0.15, "HALF10"}), "6100 1.57 | 1300 0.08");
+    // 5 % of 0.50 and of 1.50.
+    EXPECT_EQ(tax_lines({0.52, 0.5, 0.02, "GST5"}), "6100 0.5 | 1300 0.02");
+    EXPECT_EQ(tax_lines({1.58, 1.5, 0.08, "GST5"}), "6100 1.5 | 1300 0.08");
+}
+
 TEST_F(RecurringRun, LimitedTaxIsTaxedByTheAuthorityAfterIt) {
     set_authority("TAXA", "min_charged = 20");
     EXPECT_EQ(tax_lines({128.4, 100, 28.4, "STACK", "6400"}), "6400 108.4 | 1300 20");
