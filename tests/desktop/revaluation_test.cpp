@@ -1,5 +1,6 @@
 // The window of the revaluation: its pages, and the lists below the cells of its selection.
 #include <QTabBar>
+#include <QTreeView>
 
 #include "desktop/live_desk.h"
 #include "desktop/tabs_view.h"
