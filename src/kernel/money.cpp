@@ -52,30 +52,37 @@ static char* write_money(std::string_view digits, bool negative, char* text) {
     return text;
 }
 
-// An amount that cannot be held to the cent.
+// Half a cent counts as one, away from zero. For amounts that are held to the cent.
+static std::int64_t whole_cents(double cents) {
+    const auto whole = static_cast<std::int64_t>(cents);
+    const double rest = cents - static_cast<double>(whole);
+    return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
+}
+
+static bool is_held_to_the_cent(double cents) { return std::fabs(cents) < kAmountsEnd * 100; }
+
 static std::string format_endless(double cents) {
-    const std::string digits = fmt::format("{:03.0f}", std::fabs(cents));
+    const double whole = std::round(cents);
+    const std::string digits = fmt::format("{:03.0f}", std::fabs(whole));
     std::string text(2 * digits.size(), ' ');
-    text.resize(static_cast<std::size_t>(write_money(digits, cents < 0, text.data()) - text.data()));
+    text.resize(static_cast<std::size_t>(write_money(digits, whole < 0, text.data()) - text.data()));
     return text;
 }
 
 std::string format_money(double value) {
-    const double cents = std::round(value * 100.0);
-    const double whole = std::fabs(cents);
-    if (!(whole < kAmountsEnd * 100)) return format_endless(cents);
+    if (!is_held_to_the_cent(value * 100.0)) return format_endless(value * 100.0);
+    const std::int64_t cents = whole_cents(value * 100.0);
+    const std::int64_t whole = std::abs(cents);
     std::array<char, 20> digits{'0', '0'};
     char* const begin = digits.data() + (whole < 10 ? 2 : whole < 100 ? 1 : 0);
-    const auto end =
-        std::to_chars(begin, digits.data() + digits.size(), static_cast<std::int64_t>(whole)).ptr;
+    const auto end = std::to_chars(begin, digits.data() + digits.size(), whole).ptr;
     std::array<char, 32> text;
     return {text.data(), write_money({digits.data(), end}, cents < 0, text.data())};
 }
 
 double shown_amount(double value) {
-    const double cents = std::round(value * 100.0);
-    if (std::fabs(cents) < kPowersOfTen[kExactDigits]) return cents / 100.0;
-    return money_value(format_money(value));
+    if (!is_held_to_the_cent(value * 100.0)) return money_value(format_money(value));
+    return static_cast<double>(whole_cents(value * 100.0)) / 100.0;
 }
 
 double money_value(std::string_view text) {

@@ -41,6 +41,17 @@ TEST(Money, FormatGroupsThousands) {
     EXPECT_EQ(format_money(1234567890.12), "1,234,567,890.12");
 }
 
+TEST(Money, FormatRoundsTheCentsLikeTheLibrary) {
+    std::mt19937_64 chance(5);
+    for (int i = 0; i < 20'000; ++i) {
+        const double range = std::pow(10, static_cast<double>(chance() % 12));
+        const double any = range * (static_cast<double>(chance() % 2'000'001) / 1e6 - 1);
+        const double tie = (std::trunc(any) + 0.5) / 100;
+        for (const double value : {any, tie, std::nextafter(tie, 0), std::nextafter(tie, 1e15)})
+            EXPECT_EQ(money_value(format_money(value)), std::round(value * 100) / 100) << value;
+    }
+}
+
 TEST(Money, NegativeZeroShowsWithoutSign) {
     EXPECT_EQ(format_money(-0.0), "0.00");
     EXPECT_EQ(format_money(-0.004), "0.00");
