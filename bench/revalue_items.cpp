@@ -38,7 +38,7 @@ class Bare : public brimley::bench::AgingItems {
             items_ = prepare(
                 "SELECT vendor_no, docno, pay_item, invoice_date, Currency, open_amount, exchange_rate FROM "
                 "AP_transaction_table WHERE paid = 0 AND Currency = 'EUR' AND invoice_date <= 2461131.5 "
-                "ORDER BY vendor_no, docno, pay_item, row_id");
+                "ORDER BY vendor_no, docno, pay_item");
             vendor_ = prepare("SELECT * FROM Vendor_table WHERE vendor_no = ?");
             account_ =
                 prepare("SELECT * FROM Account_currency_table WHERE accno = '2010' AND Currency = 'EUR'");

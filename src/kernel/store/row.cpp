@@ -1,5 +1,7 @@
 #include "kernel/store/row.h"
 
+#include <algorithm>
+
 #include <cstring>
 
 namespace brimley::store {
@@ -156,16 +158,31 @@ void Row::take(std::span<const char> cells) {
         starts_.push_back(static_cast<std::uint32_t>(at));
 }
 
+char* PackedRows::room_for(std::size_t size) {
+    constexpr std::size_t kFirstBlock = 1024;
+    constexpr std::size_t kBlockMax = 65536;
+    if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < size) {
+        const std::size_t next = blocks_.empty() ? kFirstBlock : 2 * blocks_.back().capacity();
+        blocks_.emplace_back().reserve(std::max(std::min(next, kBlockMax), size));
+    }
+    std::vector<char>& block = blocks_.back();
+    block.resize(block.size() + size);  // within what is reserved
+    return block.data() + block.size() - size;
+}
+
 void PackedRows::append(const Row& row) {
-    starts_.push_back(bytes_.size());
-    bytes_.insert(bytes_.end(), row.bytes_.data(), row.bytes_.data() + row.used_);
+    const auto size = static_cast<RowSize>(row.used_);
+    char* const at = room_for(sizeof size + size);
+    std::memcpy(at, &size, sizeof size);
+    if (size > 0) std::memcpy(at + sizeof size, row.bytes_.data(), size);
+    rows_.push_back(at);
 }
 
 void PackedRows::load(std::int64_t row, Row& into) const {
-    const auto at = static_cast<std::size_t>(row);
-    const std::size_t begin = starts_[at];
-    const std::size_t end = at + 1 < starts_.size() ? starts_[at + 1] : bytes_.size();
-    into.take({bytes_.data() + begin, end - begin});
+    const char* const at = rows_[static_cast<std::size_t>(row)];
+    RowSize size = 0;
+    std::memcpy(&size, at, sizeof size);
+    into.take({at + sizeof size, size});
 }
 
 }  // namespace brimley::store

@@ -84,15 +84,19 @@ class Row {
     std::vector<std::uint32_t> starts_;
 };
 
+// The rows lie in blocks that stay where they are: a long list is never copied to make room.
 class PackedRows {
   public:
     void append(const Row& row);
-    [[nodiscard]] std::int64_t size() const { return static_cast<std::int64_t>(starts_.size()); }
+    [[nodiscard]] std::int64_t size() const { return static_cast<std::int64_t>(rows_.size()); }
     void load(std::int64_t row, Row& into) const;
 
   private:
-    std::vector<char> bytes_;
-    std::vector<std::size_t> starts_;
+    using RowSize = std::uint32_t;  // stands before the cells of a row, in bytes
+    [[nodiscard]] char* room_for(std::size_t size);
+
+    std::vector<std::vector<char>> blocks_;
+    std::vector<const char*> rows_;
 };
 
 }  // namespace brimley::store
