@@ -29,18 +29,19 @@ std::string digits_of(How... how) {
 // Rates and amounts are numbers of few decimals, whose digits need not be searched for: as long as there are
 // at most fifteen digits, no shorter decimal number is the same double. Empty for any other number.
 std::string few_decimals(double number) {
-    constexpr std::array kPowers{1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
-    for (std::size_t decimals = 1; decimals <= kPowers.size(); ++decimals) {
-        const double scaled = std::nearbyint(number * kPowers[decimals - 1]);
-        if (!(std::abs(scaled) < 1e15)) break;
-        if (scaled / kPowers[decimals - 1] != number) continue;
-        std::string text = digits_of(static_cast<std::int64_t>(std::abs(scaled)));
-        if (text.size() <= decimals) text.insert(0, decimals + 1 - text.size(), '0');
-        text.insert(text.size() - decimals, 1, '.');
-        if (number < 0) text.insert(0, 1, '-');
-        return text;
-    }
-    return {};
+    constexpr double kPower = 1e6;
+    const double scaled = std::abs(number) * kPower;
+    if (!(scaled < 1e15)) return {};
+    auto digits = static_cast<std::int64_t>(scaled + 0.5);
+    if (static_cast<double>(digits) / kPower != std::abs(number)) return {};
+    std::size_t decimals = 6;
+    for (; digits % 10 == 0; --decimals)
+        digits /= 10;
+    std::string text = digits_of(digits);
+    if (text.size() <= decimals) text.insert(0, decimals + 1 - text.size(), '0');
+    text.insert(text.size() - decimals, 1, '.');
+    if (number < 0) text.insert(0, 1, '-');
+    return text;
 }
 
 }  // namespace
