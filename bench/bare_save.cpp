@@ -5,13 +5,12 @@
 #include <vector>
 
 #include "bare_statements.h"
+#include "bind_values.h"
 #include "workload.h"
 
 namespace brimley::bench {
 
 namespace {
-
-constexpr double kJulianOf1970 = 2440587.5;
 
 // Where the documents of a kind are stored, and how they are called.
 struct Stored {
@@ -75,20 +74,7 @@ struct BareSave::Parts : BareRunner {
         return row;
     }
     sqlite3_stmt* bound(Bare statement, std::span<const BareValue> values) {
-        sqlite3_stmt* const write = writes[statement];
-        int at = 0;
-        for (const BareValue& value : values) {
-            ++at;
-            if (const auto* const text = std::get_if<std::string_view>(&value))
-                sqlite3_bind_text(write, at, text->data(), static_cast<int>(text->size()), SQLITE_STATIC);
-            else if (const auto* const number = std::get_if<double>(&value))
-                sqlite3_bind_double(write, at, *number);
-            else if (const auto* const flag = std::get_if<bool>(&value))
-                sqlite3_bind_int(write, at, *flag ? 1 : 0);
-            else
-                sqlite3_bind_double(write, at, kJulianOf1970 + std::get<store::DateTime>(value).day);
-        }
-        return write;
+        return bind_values(writes[statement], values);
     }
 };
 

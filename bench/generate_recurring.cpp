@@ -10,6 +10,7 @@
 #include "bare_statements.h"
 #include "bench_company.h"
 #include "bench_host.h"
+#include "bind_values.h"
 #include "by_turns.h"
 #include "invoices/recurring_run/apreport_recur_inquiry.h"
 
@@ -18,12 +19,12 @@ namespace {
 using brimley::bench::BareSums;
 using brimley::bench::BareValue;
 using brimley::bench::BenchHost;
+using brimley::bench::bind_values;
 using brimley::bench::cpu_ms;
 using brimley::bench::kRounds;
 using brimley::bench::must;
 namespace bench = brimley::bench;
 
-constexpr double kJulianOf1970 = 2440587.5;
 constexpr const char* kFormTemplates = "recur";
 // They begin and end years later, so that the form does not list them.
 constexpr const char* kBareTemplates = "bare";
@@ -122,22 +123,6 @@ class Bare : public bench::BareConnection, private bench::BareRunner {
         int at = 0;
         for (const std::string_view text : texts)
             sqlite3_bind_text(statement, ++at, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
-        return statement;
-    }
-    sqlite3_stmt* bind_values(sqlite3_stmt* statement, std::span<const BareValue> values) {
-        int at = 0;
-        for (const BareValue& value : values) {
-            ++at;
-            if (const auto* const text = std::get_if<std::string_view>(&value))
-                sqlite3_bind_text(statement, at, text->data(), static_cast<int>(text->size()), SQLITE_STATIC);
-            else if (const auto* const number = std::get_if<double>(&value))
-                sqlite3_bind_double(statement, at, *number);
-            else if (const auto* const flag = std::get_if<bool>(&value))
-                sqlite3_bind_int(statement, at, *flag ? 1 : 0);
-            else
-                sqlite3_bind_double(statement, at,
-                                    kJulianOf1970 + std::get<brimley::store::DateTime>(value).day);
-        }
         return statement;
     }
     void run(bench::Bare statement, std::span<const BareValue> values) override {
