@@ -16,14 +16,15 @@
 
 #include "company/add_year.h"
 #include "company/check.h"
+#include "company/command_line_words.h"
 #include "company/create.h"
 #include "company/export.h"
 #include "company/import.h"
 #include "company/login_name.h"
 #include "company/refusal.h"
-#include "company/shown_text.h"
 #include "company/transaction.h"
 #include "kernel/tables/company_tables.h"
+#include "kernel/visible_text.h"
 
 namespace {
 
@@ -46,7 +47,7 @@ struct Arguments {
 };
 
 int fail(int status, const std::string& reason) {
-    fmt::print(stderr, "brimley-company: {}\n", company::shown_text(reason, reason.size()));
+    fmt::print(stderr, "brimley-company: {}\n", kernel::visible_text(reason));
     return status;
 }
 
@@ -102,10 +103,10 @@ int check(const Arguments& arguments) {
         notes = company::books_notes(database);
     });
     for (const std::string& note : notes) {
-        fmt::print("note: {}\n", note);
+        fmt::print("note: {}\n", kernel::visible_text(note));
     }
     for (const std::string& finding : findings) {
-        fmt::print("{}\n", finding);
+        fmt::print("{}\n", kernel::visible_text(finding));
     }
     if (findings.empty()) fmt::print("books agree\n");
     return findings.empty() ? kDone : kFindings;
@@ -134,7 +135,7 @@ int run(const Arguments& arguments, const std::function<int(const Arguments&)>& 
             throw std::system_error(errno, std::generic_category(), "standard output");
         return status;
     } catch (const company::CsvError& error) {
-        fmt::print(stderr, "{}\n", error.what());
+        fmt::print(stderr, "{}\n", kernel::visible_text(error.what()));
         return kFindings;
     } catch (const company::Refusal& error) {
         return fail(kFindings, error.what());
@@ -209,15 +210,17 @@ std::function<int(const Arguments&)> quietly(void (*command)(const Arguments&)) 
 }
 
 int main_program(int argc, char** argv) {
+    const company::CommandLineWords words(argc, argv);
     Arguments arguments;
     std::function<int(const Arguments&)> chosen;
     CLI::App program("A Brimley company database as a whole: create, import, export, check, add-year",
                      "brimley-company");
     program.set_version_flag("--version", "brimley-company " BRIMLEY_VERSION);
     program.require_subcommand(1);
-    program.failure_message([](const CLI::App* app, const CLI::Error& error) {
+    program.failure_message([&](const CLI::App* app, const CLI::Error& error) {
         const bool no_command = app->get_subcommands().empty();
-        return fmt::format("brimley-company: {}\n", no_command ? fault_without_command(*app) : error.what());
+        const std::string fault = no_command ? fault_without_command(*app) : error.what();
+        return fmt::format("brimley-company: {}\n", kernel::visible_text(words.without_passwords(fault)));
     });
 
     add_create(program, arguments)->callback([&] { chosen = quietly(create); });
@@ -231,7 +234,7 @@ int main_program(int argc, char** argv) {
     year->callback([&] { chosen = quietly(add_year); });
 
     try {
-        program.parse(argc, argv);
+        program.parse(words.count(), words.words());
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? kDone : kWrongUsage;
     }

@@ -6,12 +6,15 @@
 
 #include "console/script_line.h"
 #include "frame/form.h"
+#include "kernel/visible_text.h"
 #include "opening/this_machine.h"
 
 namespace brimley::console {
 
+using kernel::visible_text;
+
 void ConsoleDesk::message(const std::string& text) {
-    out_ << "message: " << one_line(text) << '\n';
+    out_ << "message: " << visible_text(text) << '\n';
     happenings_.messages.push_back(text);
     if (screen_ != nullptr) screen_->message(text);
 }
@@ -23,11 +26,12 @@ bool ConsoleDesk::answer_to(const std::string& shown, const std::string& text) {
         return answer;
     }
     if (ask_person) return ask_person(shown);
-    throw ScriptFault("a question without an answer: " + one_line(text));
+    throw ScriptFault("a question without an answer: " + visible_text(text));
 }
 
 bool ConsoleDesk::question(const std::string& text, const std::string& title) {
-    const std::string shown = (title.empty() ? "question: " : "question [" + title + "]: ") + one_line(text);
+    const std::string shown =
+        visible_text((title.empty() ? "question: " : "question [" + title + "]: ") + text);
     bool answer = answer_to(shown, text);
     if (screen_ != nullptr) {
         answer_at_hand_ = answer;
@@ -97,7 +101,7 @@ bool ConsoleDesk::make_current(const std::string& class_name) {
 
 void ConsoleDesk::notified(const std::string& formx, const std::string& docnox, const std::string& arg2) {
     const Happenings::Notification notification{formx, docnox, arg2};
-    out_ << "notify: " << one_line(notification.line()) << '\n';
+    out_ << "notify: " << visible_text(notification.line()) << '\n';
     happenings_.notifications.push_back(notification);
 }
 

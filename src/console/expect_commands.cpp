@@ -7,12 +7,15 @@
 #include "console/arguments.h"
 #include "console/state_words.h"
 #include "frame/form.h"
+#include "kernel/visible_text.h"
 
 namespace brimley::console {
 
+using kernel::visible_text;
+
 namespace {
 
-std::string shown_text(const std::string& text) { return "\"" + one_line(text) + "\""; }
+std::string shown_text(const std::string& text) { return "\"" + visible_text(text) + "\""; }
 
 // The oldest entry of a queue, when it is what was expected, is taken out.
 template <class Queue, class Same>
@@ -31,7 +34,7 @@ std::string oldest(const Queue& queue, Text text) {
 
 void Console::check(bool holds, const std::string& expected, const std::string& got) {
     ++(holds ? passed_ : failed_);
-    if (!holds) out_ << place_ << ": expected " << expected << ", got " << got << '\n';
+    if (!holds) out_ << visible_text(place_) << ": expected " << expected << ", got " << got << '\n';
 }
 
 void Console::do_expect(Arguments& arguments) {

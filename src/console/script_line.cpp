@@ -46,18 +46,6 @@ std::vector<std::string> split_line(std::string_view line) {
     }
 }
 
-std::string one_line(std::string_view text) {
-    std::string result;
-    for (const char c : text) {
-        if (c == '\n') {
-            result += "\\n";
-        } else {
-            result += c;
-        }
-    }
-    return result;
-}
-
 bool matches_pattern(std::string_view pattern, std::string_view text) {
     std::size_t p = 0;
     std::size_t t = 0;

@@ -19,9 +19,6 @@ class ScriptFault : public std::logic_error {
 // ScriptFault for a quote that is not closed.
 [[nodiscard]] std::vector<std::string> split_line(std::string_view line);
 
-// The text on one line: line breaks as \n.
-[[nodiscard]] std::string one_line(std::string_view text);
-
 // True when the text matches the pattern, in which * stands for any text.
 [[nodiscard]] bool matches_pattern(std::string_view pattern, std::string_view text);
 

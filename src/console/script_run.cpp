@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "console/script_line.h"
+#include "kernel/visible_text.h"
 
 namespace brimley::console {
 
@@ -33,11 +34,11 @@ Status run_to_status(Console& console, std::ostream& out, const char* program,
         work();
     } catch (const ScriptFault& fault) {
         out.flush();
-        std::cerr << fault.what() << '\n';
+        std::cerr << kernel::visible_text(fault.what()) << '\n';
         status = kScriptWrong;
     } catch (const store::Error& failure) {
         out.flush();
-        std::cerr << program << ": " << failure.what() << '\n';
+        std::cerr << program << ": " << kernel::visible_text(failure.what()) << '\n';
         status = kNotOpened;
     }
     if (console.checks_passed() + console.checks_failed() > 0)

@@ -9,12 +9,14 @@
 #include "console/arguments.h"
 #include "console/state_words.h"
 #include "frame/form.h"
+#include "kernel/visible_text.h"
 
 namespace brimley::console {
 
 using controls::ComboBox;
 using controls::Grid;
 using controls::GridColumn;
+using kernel::visible_text;
 
 std::string item_text(const ComboBox::Row& item) { return fmt::format("{}", fmt::join(item, ";")); }
 
@@ -39,7 +41,7 @@ bool is_state_word(const std::string& word) {
 
 void Console::do_show(Arguments& arguments) {
     const controls::Control& shown = control(arguments.take("CONTROL"));
-    out_ << shown.name() << " = " << one_line(shown.shown()) << '\n';
+    out_ << shown.name() << " = " << visible_text(shown.shown()) << '\n';
 }
 
 void Console::do_state(Arguments& arguments) {
@@ -51,7 +53,7 @@ void Console::do_list(Arguments& arguments) {
     const auto* combo = dynamic_cast<ComboBox*>(&control(arguments.take("CONTROL")));
     if (combo == nullptr) throw ScriptFault("only a combo has a list");
     for (const ComboBox::Row& item : combo->items())
-        out_ << one_line(item_text(item)) << '\n';
+        out_ << visible_text(item_text(item)) << '\n';
 }
 
 void Console::do_table(Arguments& arguments) {
@@ -61,7 +63,7 @@ void Console::do_table(Arguments& arguments) {
     const auto print_row = [&](auto&& text_of) {
         const char* separator = "";
         for (const int column : seen) {
-            out_ << separator << one_line(text_of(column));
+            out_ << separator << visible_text(text_of(column));
             separator = "\t";
         }
         out_ << '\n';
@@ -78,11 +80,11 @@ void Console::do_columns(Arguments& arguments) {
     const auto yes_no = [](bool flag) { return flag ? "TRUE" : "FALSE"; };
     for (const int index : shown.column_order()) {
         const GridColumn& column = shown.columns[static_cast<std::size_t>(index)];
-        fmt::print(out_, "{}\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t{:06x}\t{}\n", column.caption,
-                   yes_no(column.visible), yes_no(column.locked), column.width, column.font.name,
-                   store::shortest_number(column.font.size), yes_no(column.font.bold),
-                   yes_no(column.font.italic), yes_no(column.font.underline), column.font_colour,
-                   kAlignments[static_cast<std::size_t>(column.alignment)]);
+        fmt::print(out_, "{}\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t{}\t{:06x}\t{}\n", visible_text(column.caption),
+                   yes_no(column.visible), yes_no(column.locked), column.width,
+                   visible_text(column.font.name), store::shortest_number(column.font.size),
+                   yes_no(column.font.bold), yes_no(column.font.italic), yes_no(column.font.underline),
+                   column.font_colour, kAlignments[static_cast<std::size_t>(column.alignment)]);
     }
 }
 
@@ -106,7 +108,7 @@ void Console::do_sql(Arguments& arguments) {
     auto rows = query(arguments.take_text("QUERY"));
     const auto print_row = [&](auto&& text_of) {
         for (int column = 0; column < rows.column_count(); ++column) {
-            out_ << (column == 0 ? "" : "\t") << one_line(text_of(column));
+            out_ << (column == 0 ? "" : "\t") << visible_text(text_of(column));
         }
         out_ << '\n';
     };

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "console/script_line.h"
+#include "kernel/visible_text.h"
 
 namespace brimley::console {
 
@@ -55,9 +56,9 @@ void run_terminal(Console& console) {
         try {
             console.run(line.get(), "line " + std::to_string(number));
         } catch (const ScriptFault& fault) {
-            std::cerr << fault.what() << '\n';
+            std::cerr << kernel::visible_text(fault.what()) << '\n';
         } catch (const store::Error& failure) {
-            std::cerr << failure.what() << '\n';
+            std::cerr << kernel::visible_text(failure.what()) << '\n';
         }
         std::cout.flush();
     }

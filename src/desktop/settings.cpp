@@ -1,8 +1,6 @@
 #include "desktop/settings.h"
 
 #include <QFileInfo>
-#include <QUrl>
-#include <QUrlQuery>
 
 #include "kernel/store/database.h"
 
@@ -17,12 +15,9 @@ constexpr const char* kGeometry = "geometry";
 }  // namespace
 
 QString company_shown(const QString& company) {
-    if (!store::is_on_server(company.toStdString())) return QFileInfo(company).absoluteFilePath();
-    QUrl address(company);
-    QUrlQuery options(address);
-    options.removeAllQueryItems("password");
-    address.setQuery(options.isEmpty() ? QString() : options.query());
-    return address.toString(QUrl::RemovePassword);
+    const std::string named = company.toStdString();
+    if (!store::is_on_server(named)) return QFileInfo(company).absoluteFilePath();
+    return QString::fromStdString(store::without_password(named));
 }
 
 QStringList Settings::recent_companies() const { return store_.value(kRecent).toStringList(); }

@@ -4,18 +4,22 @@
 #include <csignal>
 #include <iostream>
 
+#include "company/command_line_words.h"
+#include "kernel/visible_text.h"
+
 namespace brimley::opening {
 
 std::optional<int> read_command_line(CLI::App& app, int argc, char** argv, const char* program) {
     std::signal(SIGXFSZ, SIG_IGN);
+    const company::CommandLineWords words(argc, argv);
     try {
-        app.parse(argc, argv);
+        app.parse(words.count(), words.words());
     } catch (const CLI::CallForHelp& help) {
         return app.exit(help);
     } catch (const CLI::CallForVersion& version) {
         return app.exit(version);
     } catch (const CLI::ParseError& fault) {
-        std::cerr << program << ": " << fault.what() << '\n';
+        std::cerr << program << ": " << kernel::visible_text(words.without_passwords(fault.what())) << '\n';
         return kWrongUsage;
     }
     return std::nullopt;
@@ -26,7 +30,7 @@ std::optional<frame::HostContext> open_or_tell(const std::string& company, const
     try {
         return open_context(company, options);
     } catch (const std::exception& failure) {
-        std::cerr << program << ": " << failure.what() << '\n';
+        std::cerr << program << ": " << kernel::visible_text(failure.what()) << '\n';
         return std::nullopt;
     }
 }

@@ -224,6 +224,8 @@ using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<En
 // Whether a company is named by the URI of a server ("postgresql://..." or "postgres://..."), and not by the
 // path of a file. On a server every company is a database of its own.
 [[nodiscard]] bool is_on_server(std::string_view company);
+// The company as it may be shown and remembered: its URI without the passwords in it, a path as it is.
+[[nodiscard]] std::string without_password(std::string_view company);
 
 // Opens an existing company by its path or URI. The catalog must outlive it. Throws: not_a_company (absent,
 // foreign, of another layout), locked, io (a server that cannot be reached, or does not keep what is saved).

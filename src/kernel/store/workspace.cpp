@@ -58,10 +58,6 @@ void Workspace::Rollback() { connection_->rollback(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
 ConnectionState Workspace::connection_state() const { return connection_->state(); }
 
-bool is_on_server(std::string_view company) {
-    return company.starts_with("postgresql://") || company.starts_with("postgres://");
-}
-
 OpenCompany open_company(const std::string& company, const Catalog& catalog,
                          const EngineDecorator& decorate) {
     std::unique_ptr<Engine> engine = is_on_server(company) ? open_postgresql_company(company, catalog)

@@ -6,6 +6,7 @@
 #include <map>
 #include <string_view>
 
+#include "kernel/store/database.h"
 #include "kernel/store/error.h"
 #include "kernel/store/postgresql/postgresql_error.h"
 #include "kernel/store/postgresql/postgresql_flavour.h"
@@ -29,16 +30,35 @@ struct FreeOptions {
     throw Error(ErrorKind::not_a_company, fmt::format("{} {}", shown_company(uri), why));
 }
 
-// What the URI itself says, by libpq's keywords. Throws not_a_company for a URI that is none.
-std::map<std::string, std::string> options_of(const std::string& uri) {
+using Options = std::map<std::string, std::string>;
+
+// What libpq reads in the URI, by its keywords. Throws not_a_company for a URI that is none.
+Options parsed(const std::string& uri) {
     char* reason = nullptr;
     const std::unique_ptr<PQconninfoOption, FreeOptions> options(PQconninfoParse(uri.c_str(), &reason));
     const std::unique_ptr<char, decltype(&PQfreemem)> owned(reason, &PQfreemem);
-    std::map<std::string, std::string> given;
+    Options given;
     if (!options || uri.find('\0') != std::string::npos)
         throw Error(ErrorKind::not_a_company, "the URI of the company cannot be read");
     for (const PQconninfoOption* option = options.get(); option->keyword; ++option)
         if (option->val) given[option->keyword] = option->val;
+    return given;
+}
+
+Options without_passwords(Options given) {
+    given.erase("password");
+    given.erase("sslpassword");
+    return given;
+}
+
+// What the URI itself says. A password whose @ or / was not written in percent form would be read as part of
+// the host or of the database, and named in messages.
+Options options_of(const std::string& uri) {
+    Options given = parsed(uri);
+    if (without_passwords(given) != without_passwords(parsed(without_password(uri))))
+        throw Error(ErrorKind::not_a_company,
+                    "the URI of the company cannot be read: an @ or / of its password must be written as %40 "
+                    "or %2F");
     return given;
 }
 
