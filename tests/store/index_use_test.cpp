@@ -31,7 +31,8 @@ class IndexUse : public ::testing::Test {
     }
 
     SmallCompany company_;
-    store::SqliteHandle connection_ = store::open_sqlite_file(company_.path(), testing::small_catalog());
+    store::SqliteHandle connection_ =
+        store::open_sqlite_file(company_.path(), testing::small_catalog()).connection;
     store::SqliteFlavour flavour_;
     store::dialect::Translator translator_{testing::small_catalog(), flavour_};
 };
@@ -100,7 +101,7 @@ TEST_F(IndexUse, IndexOfSomeRowsServesTheQueryOfJustTheseRowsInItsOrder) {
     const testing::TemporaryFolder folder;
     const std::string path = folder.file("items.brimley");
     (void)store::create_company(path, catalog);
-    const store::SqliteHandle connection = store::open_sqlite_file(path, catalog);
+    const store::SqliteHandle connection = store::open_sqlite_file(path, catalog).connection;
     const store::SqliteFlavour flavour;
     const store::dialect::Translator translator{catalog, flavour};
     const auto plan = [&](const std::string& query) {

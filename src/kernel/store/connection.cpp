@@ -236,6 +236,10 @@ void Connection::rollback() {
     engine_transaction_ended();
 }
 
+void Connection::tidy() {
+    if (!in_trans_ && !begun_ && state_ == ConnectionState::good) engine_->tidy();
+}
+
 void Connection::engine_transaction_ended() {
     begun_ = false;
     reading_only_ = false;

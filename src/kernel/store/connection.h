@@ -88,6 +88,12 @@ class Connection {
     [[nodiscard]] std::uint64_t transaction_number() const { return transaction_number_; }
     [[nodiscard]] std::uint64_t stamp() const { return stamp_; }
 
+    // As the calls of Engine with these names.
+    void tidy();
+    [[nodiscard]] std::string reading_only_because() const { return engine_->reading_only_because(); }
+    [[nodiscard]] std::vector<std::string> faults_of_storage() { return engine_->faults_of_storage(); }
+    [[nodiscard]] bool copy_file(const std::string& to) { return engine_->copy_file(to); }
+
   private:
     template <class Plan, class Make>
     [[nodiscard]] std::shared_ptr<Plan> plan_of(LruCache<Plan>& plans, std::string_view text,

@@ -32,6 +32,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "kernel/store/catalog.h"
 #include "kernel/store/error.h"
@@ -187,6 +188,17 @@ class Database {
     // The path or URI it was opened with.
     [[nodiscard]] const std::string& name() const;
 
+    // Why nothing can be written into the company, as a sentence without its full stop: it is damaged, or its
+    // log is missing. Empty when it can. Whatever writes all the same throws ErrorKind::io with this text.
+    [[nodiscard]] std::string reading_only_because() const;
+    // What is wrong with the company's file, whatever its rows say: one sentence a fault. Reads all of it. A
+    // server keeps watch over its own disks, and there is nothing to say about a company on it.
+    [[nodiscard]] std::vector<std::string> faults_of_storage() const;
+    // Copies the company file as it stands at one moment to a new file, while others go on writing. False,
+    // and nothing is made, for a company on a server. Throws ErrorKind::state when something is at that path,
+    // io; a failure leaves nothing behind.
+    [[nodiscard]] bool copy_file(const std::string& to) const;
+
   private:
     std::shared_ptr<Connection> connection_;
 };
@@ -204,6 +216,9 @@ class Workspace {
     void begin_snapshot();
     void CommitTrans();
     void Rollback();
+    // The user has nothing to do for a while: brings what was saved into the company file itself, so that a
+    // copy of the file alone is whole. Nothing happens within a transaction or while another program writes.
+    void tidy();
     // A snapshot counts.
     [[nodiscard]] bool in_transaction() const;
     [[nodiscard]] ConnectionState connection_state() const;

@@ -104,6 +104,19 @@ class Engine {
     // Whether what is read within the open transaction stays true until this workspace writes: it keeps every
     // other workspace from writing, or does not see what they write.
     [[nodiscard]] virtual bool reads_stay_true() const = 0;
+
+    // Nothing is to be done for a while: leaves the company as one that nobody works with. Outside of
+    // transactions; what cannot be done now is left for the next time.
+    virtual void tidy() noexcept {}
+    // Why nothing can be written into this company, as a sentence without its full stop; empty when it can.
+    // Who writes all the same gets an Error with this text.
+    [[nodiscard]] virtual std::string reading_only_because() const { return {}; }
+    // What is wrong with the storage itself, whatever the rows say: one sentence a fault. Reads the whole
+    // company. An engine that keeps its own watch over its disks has nothing to say.
+    [[nodiscard]] virtual std::vector<std::string> faults_of_storage() { return {}; }
+    // Copies the company as it stands at one moment to a new file, while others go on writing. False, and
+    // nothing is made, when the company is not in a file.
+    [[nodiscard]] virtual bool copy_file(const std::string& /*to*/) { return false; }
 };
 
 }  // namespace brimley::store

@@ -55,6 +55,7 @@ void Workspace::begin_alone() { connection_->begin_alone(); }
 void Workspace::begin_snapshot() { connection_->begin_snapshot(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
 void Workspace::Rollback() { connection_->rollback(); }
+void Workspace::tidy() { connection_->tidy(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
 ConnectionState Workspace::connection_state() const { return connection_->state(); }
 

@@ -1,9 +1,14 @@
 #include "kernel/store/sqlite/sqlite_engine.h"
 
+#include <fmt/format.h>
+
+#include <string_view>
+
 #include "kernel/store/error.h"
 #include "kernel/store/sqlite/sqlite_error.h"
 #include "kernel/store/sqlite/sqlite_file.h"
 #include "kernel/store/sqlite/sqlite_flavour.h"
+#include "kernel/store/sqlite/sqlite_log.h"
 #include "kernel/store/sqlite/sqlite_statement.h"
 
 namespace brimley::store {
@@ -13,16 +18,27 @@ namespace {
 // How long a read waits for another program that holds the whole file, as it does while it recovers it.
 constexpr int kReadWaitMs = 2000;
 constexpr int kReadWaitStepMs = 10;
+// Another workspace may tidy the log away between the mark and what it was made for.
+constexpr int kMarksMax = 3;
+// More faults of a damaged file than these tell nobody anything.
+constexpr int kFaultsMax = 20;
 
 class SqliteEngine final : public Engine {
   public:
-    explicit SqliteEngine(SqliteHandle connection) : connection_(std::move(connection)) {
+    SqliteEngine(SqliteFile file, const std::string& path)
+        : connection_(std::move(file.connection)), log_(connection_.get()) {
+        if (!file.damage.empty()) {
+            reading_only_because_ = fmt::format("{} is damaged, and can only be read: {}", path, file.damage);
+            run_sql(connection_.get(), "PRAGMA query_only = ON");
+        }
         sqlite3_busy_handler(connection_.get(), &SqliteEngine::wait, this);
         begin_ = prepare_sql(connection_.get(), "BEGIN IMMEDIATE");
         begin_read_ = prepare_sql(connection_.get(), "BEGIN");
         commit_ = prepare_sql(connection_.get(), "COMMIT");
         rollback_ = prepare_sql(connection_.get(), "ROLLBACK");
     }
+
+    ~SqliteEngine() override { tidy(); }
 
     const dialect::Flavour& flavour() const override { return flavour_; }
 
@@ -41,6 +57,7 @@ class SqliteEngine final : public Engine {
     WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) override {
         auto& prepared = static_cast<SqliteStatement&>(statement);
         const Impatience impatience(*this);
+        if (!in_transaction()) mark_log();
         const SqliteRun run(prepared, parameters);
         (void)prepared.step();
         return {sqlite3_changes64(connection_.get()), sqlite3_last_insert_rowid(connection_.get())};
@@ -48,9 +65,12 @@ class SqliteEngine final : public Engine {
 
     bool begin_write() override {
         const Impatience impatience(*this);
-        const int code = run(begin_.get());
-        if ((code & 0xff) == SQLITE_BUSY) return false;
-        if (code != SQLITE_OK) throw_sqlite_error(connection_.get(), code, "the company file");
+        require_writable();
+        if (!begin()) return false;
+        for (int times = 0; !log_.is_needed() && times < kMarksMax; ++times) {
+            rollback();
+            if (!log_.mark_as_needed() || !begin()) return false;
+        }
         return true;
     }
 
@@ -92,6 +112,30 @@ class SqliteEngine final : public Engine {
     }
     bool reads_stay_true() const override { return in_transaction(); }
 
+    void tidy() noexcept override {
+        if (in_transaction() || !reading_only_because_.empty()) return;
+        const Impatience impatience(*this);
+        log_.tidy();
+    }
+    std::string reading_only_because() const override { return reading_only_because_; }
+    std::vector<std::string> faults_of_storage() override {
+        std::vector<std::string> faults;
+        if (!reading_only_because_.empty()) faults.push_back(reading_only_because_);
+        const SqliteStatementHandle check =
+            prepare_sql(connection_.get(), fmt::format("PRAGMA integrity_check({})", kFaultsMax));
+        while (sqlite3_step(check.get()) == SQLITE_ROW) {
+            const auto* const fault = reinterpret_cast<const char*>(sqlite3_column_text(check.get(), 0));
+            if (fault && std::string_view(fault) != "ok") faults.emplace_back(fault);
+        }
+        const int code = sqlite3_reset(check.get());
+        if (code != SQLITE_OK) faults.emplace_back(sqlite3_errstr(code));
+        return faults;
+    }
+    bool copy_file(const std::string& to) override {
+        copy_sqlite_file(connection_.get(), to);
+        return true;
+    }
+
   private:
     // While this exists a lock of somebody else is refused at once.
     class Impatience {
@@ -104,6 +148,24 @@ class SqliteEngine final : public Engine {
       private:
         SqliteEngine& engine_;
     };
+
+    void require_writable() const {
+        if (!reading_only_because_.empty()) throw Error(ErrorKind::io, reading_only_because_);
+    }
+
+    // False when another workspace writes.
+    bool begin() {
+        const int code = run(begin_.get());
+        if ((code & 0xff) == SQLITE_BUSY) return false;
+        if (code != SQLITE_OK) throw_sqlite_error(connection_.get(), code, "the company file");
+        return true;
+    }
+
+    // Before a write that is a transaction of its own; one that is refused now will be refused itself.
+    void mark_log() {
+        require_writable();
+        if (!log_.is_needed()) (void)log_.mark_as_needed();
+    }
 
     static int wait(void* engine, int times) {
         if (!static_cast<SqliteEngine*>(engine)->may_wait_ || times * kReadWaitStepMs >= kReadWaitMs)
@@ -119,18 +181,20 @@ class SqliteEngine final : public Engine {
 
     // Statements go before their connection.
     SqliteHandle connection_;
+    SqliteLog log_;
     SqliteStatementHandle begin_;
     SqliteStatementHandle begin_read_;
     SqliteStatementHandle commit_;
     SqliteStatementHandle rollback_;
     SqliteFlavour flavour_;
     bool may_wait_ = true;
+    std::string reading_only_because_;
 };
 
 }  // namespace
 
 std::unique_ptr<Engine> open_sqlite_company(const std::string& path, const Catalog& catalog) {
-    return std::make_unique<SqliteEngine>(open_sqlite_file(path, catalog));
+    return std::make_unique<SqliteEngine>(open_sqlite_file(path, catalog), path);
 }
 
 void create_sqlite_company(const std::string& path, const Catalog& catalog) {

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -14,7 +13,9 @@
 #include "kernel/store/error.h"
 #include "kernel/store/sqlite/sqlite_error.h"
 #include "kernel/store/sqlite/sqlite_functions.h"
+#include "kernel/store/sqlite/sqlite_head.h"
 #include "kernel/store/sqlite/sqlite_layout.h"
+#include "kernel/store/sqlite/sqlite_place.h"
 
 namespace brimley::store {
 
@@ -22,26 +23,11 @@ namespace {
 
 constexpr int kOpenWaitMs = 2000;
 constexpr std::string_view kJournalMode = "wal";
-constexpr std::string_view kSqliteMagic("SQLite format 3\0", 16);
-constexpr std::size_t kHeadSize = 100;
-constexpr std::size_t kApplicationIdOffset = 68;
-constexpr std::size_t kUserVersionOffset = 60;
+constexpr int kLooksForDamage = 3;
+constexpr int kPauseBetweenLooksMs = 20;
 
 [[noreturn]] void refuse(const std::string& path, std::string_view why) {
     throw Error(ErrorKind::not_a_company, fmt::format("{} {}", path, why));
-}
-
-void require_regular_file(const std::string& path) {
-    struct stat status {};
-    if (path.find('\0') != std::string::npos || path.empty()) refuse('"' + path + '"', "is no file name");
-    if (::stat(path.c_str(), &status) != 0) {
-        if (errno == ENOENT) refuse(path, "does not exist");
-        refuse(path, fmt::format("cannot be opened: {}", std::strerror(errno)));
-    }
-    if (S_ISDIR(status.st_mode)) refuse(path, "is a folder, not a company file");
-    if (!S_ISREG(status.st_mode)) refuse(path, "is not a company file");
-    if (::access(path.c_str(), R_OK) != 0)
-        refuse(path, fmt::format("cannot be read: {}", std::strerror(errno)));
 }
 
 // SQLite keeps count of its memory under a lock of the whole process, which nobody here asks for.
@@ -63,33 +49,44 @@ SqliteHandle connect(const std::string& path) {
     return connection;
 }
 
-// The file's first bytes, read through SQLite's own file handle: opening and closing the file in any other
-// way would drop the locks that other connections of this process hold on it. No lock is needed, these bytes
-// are written once.
-bool has_company_head(sqlite3* connection, std::uint32_t& version) {
-    sqlite3_file* file = nullptr;
-    std::array<unsigned char, kHeadSize> head{};
-    if (sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK) return false;
-    if (file->pMethods->xRead(file, head.data(), kHeadSize, 0) != SQLITE_OK) return false;
-    const auto number_at = [&](std::size_t at) {
-        std::uint32_t number = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            number = number << 8 | head[at + i];
-        return number;
-    };
-    version = number_at(kUserVersionOffset);
-    return std::memcmp(head.data(), kSqliteMagic.data(), kSqliteMagic.size()) == 0 &&
-           number_at(kApplicationIdOffset) == kSqliteApplicationId;
+// What the file holds is data: nothing in it is run, whoever has written it.
+void distrust(sqlite3* connection) {
+    run_sql(connection, "PRAGMA trusted_schema = OFF; PRAGMA cell_size_check = ON");
+    for (const int refused : {SQLITE_DBCONFIG_WRITABLE_SCHEMA, SQLITE_DBCONFIG_ENABLE_TRIGGER,
+                              SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_DQS_DDL, SQLITE_DBCONFIG_DQS_DML})
+        sqlite3_db_config(connection, refused, 0, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+}
+
+// SQLite reads the pages that are left only for somebody who might mend its schema. Nobody writes to such a
+// file here.
+void read_what_is_left(sqlite3* connection) {
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_WRITABLE_SCHEMA, 1, nullptr);
 }
 
 void require_company(sqlite3* connection, const std::string& path, const Catalog& catalog) {
-    std::uint32_t version = 0;
-    if (!has_company_head(connection, version)) refuse(path, "is not a company file");
-    if (version != kSqliteLayoutVersion) refuse(path, "was made by another version of this program");
+    const SqliteHead head = head_of_sqlite(connection, path);
+    if (!head.of_company()) refuse(path, "is not a company file");
+    if (head.layout_version != kSqliteLayoutVersion)
+        refuse(path, "was made by another version of this program");
+    if (!head.utf8) refuse(path, "is not laid out as a company: its texts are not UTF-8");
     if (sqlite3_db_readonly(connection, "main") == 1) throw Error(ErrorKind::io, path + " cannot be written");
-    const std::string missing = missing_in_sqlite(connection, catalog);
-    if (!missing.empty())
-        refuse(path, fmt::format("was made by another version of this program: {} is missing", missing));
+    if (head.is_cut_off()) read_what_is_left(connection);
+    const std::string difference = difference_from_layout(connection, catalog);
+    if (!difference.empty())
+        refuse(path, fmt::format("is not laid out as a company of this version: {}", difference));
+}
+
+// Looks again when something seems wrong: another program may have been writing in that instant.
+std::string damage_of(sqlite3* connection, const std::string& path) {
+    std::string damage;
+    for (int looks = 0; looks < kLooksForDamage; ++looks) {
+        damage = damage_of_sqlite(connection, head_of_sqlite(connection, path));
+        if (damage.empty()) break;
+        sqlite3_sleep(kPauseBetweenLooksMs);
+    }
+    return damage;
 }
 
 // What reading beside a writer rests on. The file keeps it, unless another program has changed it.
@@ -105,8 +102,6 @@ void set_up(sqlite3* connection) {
     run_sql(connection, "PRAGMA cache_size = -16000");
     run_sql(connection, "PRAGMA synchronous = FULL");
     run_sql(connection, "PRAGMA wal_autocheckpoint = 10000");
-    run_sql(connection, "PRAGMA trusted_schema = OFF");
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     register_sqlite_functions(connection);
 }
 
@@ -143,14 +138,19 @@ void tell_disk_failure(const Error& error, const std::string& path) {
 
 }  // namespace
 
-SqliteHandle open_sqlite_file(const std::string& path, const Catalog& catalog) {
-    require_regular_file(path);
+SqliteFile open_sqlite_file(const std::string& path, const Catalog& catalog) {
+    require_place_of_company(path);
     try {
-        SqliteHandle connection = connect(path);
-        require_company(connection.get(), path, catalog);
-        require_write_ahead_log(connection.get(), path);
-        set_up(connection.get());
-        return connection;
+        SqliteFile file{connect(path), {}};
+        distrust(file.connection.get());
+        require_company(file.connection.get(), path, catalog);
+        file.damage = damage_of(file.connection.get(), path);
+        if (file.damage.empty()) {
+            distrust(file.connection.get());
+            require_write_ahead_log(file.connection.get(), path);
+        }
+        set_up(file.connection.get());
+        return file;
     } catch (const Error& error) {
         if (error.kind() == ErrorKind::locked)
             throw Error(ErrorKind::locked, path + " is in use by another program", error.native_code());
@@ -178,6 +178,27 @@ void create_sqlite_file(const std::string& path, const Catalog& catalog) {
 void remove_sqlite_file(const std::string& path) {
     for (const char* const suffix : {"", "-wal", "-shm", "-journal"})
         ::unlink((path + suffix).c_str());
+}
+
+void copy_sqlite_file(sqlite3* connection, const std::string& to) {
+    create_private_file(to);
+    try {
+        const SqliteHandle copy = connect(to);
+        sqlite3_backup* const pages = sqlite3_backup_init(copy.get(), "main", connection, "main");
+        if (!pages) throw_sqlite_error(copy.get(), sqlite3_errcode(copy.get()), "the copy");
+        sqlite3_backup_step(pages, -1);
+        const int code = sqlite3_backup_finish(pages);
+        if (code != SQLITE_OK) throw_sqlite_error(copy.get(), code, "the copy");
+        // The copy has everything and needs no log.
+        run_sql(copy.get(), fmt::format("PRAGMA user_version = {}", kSqliteLayoutVersion));
+    } catch (const Error& error) {
+        remove_sqlite_file(to);
+        tell_disk_failure(error, to);
+        throw;
+    } catch (...) {
+        remove_sqlite_file(to);
+        throw;
+    }
 }
 
 }  // namespace brimley::store

@@ -8,14 +8,19 @@
 
 namespace brimley::store {
 
-// "BrAP": what says in a SQLite file's head that it is a company of this program.
-inline constexpr std::uint32_t kSqliteApplicationId = 0x42724150;
-// Goes up when company files change in a way that older programs must not touch.
-inline constexpr int kSqliteLayoutVersion = 1;
+struct SqliteFile {
+    SqliteHandle connection;
+    // Why it may only be read, as the end of a sentence; empty when it is sound.
+    std::string damage;
+};
 
-// A connection set up for a company: durable, with the dialect's functions. Throws not_a_company, locked, io.
-[[nodiscard]] SqliteHandle open_sqlite_file(const std::string& path, const Catalog& catalog);
+// A connection set up for a company: durable, with the dialect's functions, and nothing in the file can run
+// by itself. Throws not_a_company, locked, io.
+[[nodiscard]] SqliteFile open_sqlite_file(const std::string& path, const Catalog& catalog);
 void create_sqlite_file(const std::string& path, const Catalog& catalog);
 void remove_sqlite_file(const std::string& path);
+// Copies what the connection sees at this moment, while others go on writing, to a new file of mode 0600.
+// Throws ErrorKind::state when the path exists, io. A failure leaves nothing behind.
+void copy_sqlite_file(sqlite3* connection, const std::string& to);
 
 }  // namespace brimley::store
