@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "company/generated_invoices.h"
+#include "company/table_rows.h"
 
 namespace brimley::company {
 
@@ -159,6 +160,11 @@ Books::~Books() = default;
 const GeneratedInvoices& Books::generated() const {
     if (!generated_) generated_ = std::make_unique<const GeneratedInvoices>(*this);
     return *generated_;
+}
+
+Tables& Books::tables() const {
+    if (!tables_) tables_ = std::make_unique<Tables>(*this);
+    return *tables_;
 }
 
 Recordset Books::read(const std::string& query) const {

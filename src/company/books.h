@@ -20,6 +20,7 @@ namespace brimley::company {
 using Findings = std::vector<std::string>;
 
 class GeneratedInvoices;
+class Tables;
 
 struct ChartAccount {
     bool debit = false;
@@ -163,6 +164,9 @@ class Books {
     // Read when they are first asked for.
     [[nodiscard]] const GeneratedInvoices& generated() const;
 
+    // Whole tables, each read when it is first asked for.
+    [[nodiscard]] Tables& tables() const;
+
     // A snapshot of the rows that the query gives.
     [[nodiscard]] store::Recordset read(const std::string& query) const;
 
@@ -178,6 +182,7 @@ class Books {
     mutable store::Recordset payments_;
     mutable store::Recordset payment_lines_;
     mutable std::unique_ptr<const GeneratedInvoices> generated_;
+    mutable std::unique_ptr<Tables> tables_;
 };
 
 // The day in a field of the current row; empty when there is none.

@@ -1,39 +1,63 @@
 #include "company/check.h"
 
+#include <initializer_list>
+
 namespace brimley::company {
+
+namespace {
+
+using Check = void (*)(const Books& books, Findings& findings);
+
+void run(std::initializer_list<Check> checks, const Books& books, Findings& findings) {
+    for (const Check check : checks)
+        check(books, findings);
+}
+
+void add_sums(const Books& books, Findings& findings) {
+    run({check_documents_balance,  check_line_numbers,
+         check_ledger_headers,     check_balances,
+         check_period_balances,    check_running_balances,
+         check_account_currencies, check_invoice_documents,
+         check_open_amounts,       check_paid_flags,
+         check_reversals,          check_ledger_owners,
+         check_void_invoices,      check_tax_slots,
+         check_payment_documents,  check_payment_postings,
+         check_payment_amounts,    check_misc_payments,
+         check_misc_postings,      check_named_items,
+         check_paid_items,         check_payable_postings,
+         check_owing_balances,     check_one_line_payments,
+         check_generated_invoices, check_generated_postings,
+         check_revaluations,       check_revaluation_postings,
+         check_document_keys,      check_key_counters,
+         check_number_counters},
+        books, findings);
+}
+
+void add_rows(const Books& books, Findings& findings) { run({check_fields}, books, findings); }
+
+}  // namespace
+
+Findings check_sums(store::Database& database) {
+    const Books books(database);
+    Findings findings;
+    add_sums(books, findings);
+    return findings;
+}
 
 Findings check_books(store::Database& database) {
     const Books books(database);
     Findings findings;
-    for (const auto check : {check_documents_balance,  check_line_numbers,
-                             check_ledger_headers,     check_balances,
-                             check_period_balances,    check_running_balances,
-                             check_account_currencies, check_invoice_documents,
-                             check_open_amounts,       check_paid_flags,
-                             check_reversals,          check_ledger_owners,
-                             check_void_invoices,      check_tax_slots,
-                             check_payment_documents,  check_payment_postings,
-                             check_payment_amounts,    check_misc_payments,
-                             check_misc_postings,      check_named_items,
-                             check_paid_items,         check_payable_postings,
-                             check_owing_balances,     check_one_line_payments,
-                             check_generated_invoices, check_generated_postings,
-                             check_revaluations,       check_revaluation_postings,
-                             check_document_keys,      check_key_counters,
-                             check_number_counters}) {
-        check(books, findings);
-    }
+    add_sums(books, findings);
+    add_rows(books, findings);
     return findings;
 }
 
 Findings books_notes(store::Database& database) {
     const Books books(database);
     Findings notes;
-    note_voided_checks(books, notes);
-    note_void_prepayments(books, notes);
-    note_edited_prepayments(books, notes);
-    note_generated_invoices(books, notes);
-    note_revaluations(books, notes);
+    run({note_voided_checks, note_void_prepayments, note_edited_prepayments, note_generated_invoices,
+         note_revaluations},
+        books, notes);
     return notes;
 }
 

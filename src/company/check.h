@@ -22,9 +22,15 @@ namespace brimley::company {
 // All checks. Empty when the books agree. Reads inside the caller's ReadingMoment or transaction; throws
 // store::Error.
 [[nodiscard]] Findings check_books(store::Database& database);
+// The first part of it: what adds up, belongs together and follows from amounts. The second looks at each row
+// for what must stand in it, and asks for documents as whole as the forms store them.
+[[nodiscard]] Findings check_sums(store::Database& database);
 // What looks wrong in the books and is intended: the forms do it. It does not count.
 [[nodiscard]] Findings books_notes(store::Database& database);
 
+// What stands in the fields of documents: repeated from their headers and GL documents, never written, always
+// written (field_rules.h).
+void check_fields(const Books& books, Findings& findings);
 // GL documents: base amounts on the debit side equal those on the credit side, and every account is in the
 // chart.
 void check_documents_balance(const Books& books, Findings& findings);

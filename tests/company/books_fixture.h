@@ -29,7 +29,7 @@ class BooksTest : public CompanyTest {
 
     company::Findings findings() {
         company::Findings found;
-        in_transaction([&](store::Database& database) { found = company::check_books(database); });
+        in_transaction([&](store::Database& database) { found = company::check_sums(database); });
         return found;
     }
     company::Findings notes() {

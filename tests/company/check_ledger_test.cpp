@@ -24,9 +24,9 @@ TEST_F(CheckLedger, SaveSucceedsWhileACheckIsReadingAndTheCheckSeesTheBooksBefor
     {
         const company::ReadingMoment moment(reader);
         in_transaction([&](store::Database&) { raise(balance("2000"), "amount", 1); });
-        EXPECT_THAT(company::check_books(*reader.database), IsEmpty());
+        EXPECT_THAT(company::check_sums(*reader.database), IsEmpty());
     }
-    EXPECT_THAT(company::check_books(*reader.database),
+    EXPECT_THAT(company::check_sums(*reader.database),
                 ElementsAre("Balance_table A 2000 USD: amount is 153.35, expected 152.35"));
 }
 

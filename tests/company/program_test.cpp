@@ -86,7 +86,7 @@ TEST_F(Program, NotesArePrintedFirstAndDoNotCount) {
 TEST_F(Program, FindingsArePrintedWithStatusOne) {
     expect_done("create --sample a.company");
     write_file(folder_.file("csv/Balance_table.csv"),
-               "company,ledgertype,accno,Currency,amount,base_amount\n1,A,1300,USD,5,0\n");
+               "company,ledgertype,accno,Currency,acccode,amount,base_amount\n1,A,1300,USD,1300,5,0\n");
     expect_done("import a.company csv --replace");
     const Outcome outcome = run("check a.company");
     EXPECT_EQ(outcome.status, 1);

@@ -182,7 +182,7 @@ constexpr ClassOfFields kClasses[]{
     {"AP_recur_transaction_table", money, every_change, "gross_amount open_amount"},
     {"AP_recur_transaction_table", money, every_change, "taxable_amount tax_amount"},
     {"AP_recur_transaction_table", date, every_change, "date_created"},
-    {"AP_recur_transaction_table", flag, every_change, "include_tax"},
+    {"AP_recur_transaction_table", absent, nothing, "include_tax"},
     {"AP_recur_transaction_table", text, every_change, "payment_term time_created user_created"},
     {"AP_recur_transaction_table", key, names_nothing, "tax_code"},
     {"AP_recur_transaction_table", words, nothing, "Description"},
@@ -300,9 +300,9 @@ constexpr SampledTable kSampled[]{
     {"AP_Revalue_transaction_table", "every_vendor", "", ""},
 };
 
-constexpr std::string_view kNames[]{"money",  "key",     "vendor", "currency", "account",
-                                    "docno",  "date",    "flag",   "counter",  "number",
-                                    "text",   "setting", "words",  "layout",   "absent"};
+constexpr std::string_view kNames[]{"money", "key",     "vendor", "currency", "account",
+                                    "docno", "date",    "flag",   "counter",  "number",
+                                    "text",  "setting", "words",  "layout",   "absent"};
 
 }  // namespace
 

@@ -1,11 +1,13 @@
 // mutations: changes single values of a company that the forms have filled, and counts what the check finds.
 //
-//   mutations [--acts N] [--seed N] [--rows N] [--every N] [--tables NAME,...] [--missed] [--at-least PERCENT]
+//   mutations [--acts N] [--seed N] [--rows N] [--every N] [--tables NAME,...] [--missed] [--at-least
+//   PERCENT]
 //
 // With BRIMLEY_TEST_SERVER the company is on that server (tests/support/server-cluster), else a file.
 //
-// Ends 1 when the company itself has findings, when a change of money, a key, a vendor, a currency, an account,
-// a number, a date, a flag or a counter was not found, or fewer than the percentage of all that can be proven.
+// Ends 1 when the company itself has findings, when a change of money, a key, a vendor, a currency, an
+// account, a number, a date, a flag or a counter was not found, or fewer than the percentage of all that can
+// be proven.
 #include <fmt/format.h>
 
 #include <chrono>
@@ -72,7 +74,8 @@ class Harness {
     };
 
     [[nodiscard]] bool wanted(const std::string& table) const {
-        return options_.tables.empty() || ("," + options_.tables + ",").find("," + table + ",") != std::string::npos;
+        return options_.tables.empty() ||
+               ("," + options_.tables + ",").find("," + table + ",") != std::string::npos;
     }
     static std::string query_of(const store::Table& table) { return "SELECT * FROM " + table.name; }
     std::vector<Row> all_rows(const store::Table& table);
@@ -211,7 +214,8 @@ bool Harness::is_found(const store::Table& table, const std::string& field, cons
 
 void Harness::report() const {
     for (const auto& [table, count] : by_table_)
-        std::cout << fmt::format("{:32} {:6} of {:6}  {:6.2f} %\n", table, count.found, count.of, count.percent());
+        std::cout << fmt::format("{:32} {:6} of {:6}  {:6.2f} %\n", table, count.found, count.of,
+                                 count.percent());
     for (const auto& [field, count] : by_field_)
         if (count.found < count.of)
             std::cout << fmt::format("  {:44} {:5} of {:5}\n", field, count.found, count.of);

@@ -19,7 +19,7 @@ class CheckKinds : public ::testing::Test {
     }
     void sql(const std::string& statement) { company.db().Execute(statement); }
     std::vector<std::string> notes() { return company::books_notes(company.db()); }
-    std::vector<std::string> findings() { return company::check_books(company.db()); }
+    std::vector<std::string> findings() { return company::check_sums(company.db()); }
     // The findings after a value of the only prepayment or card payment was changed.
     std::vector<std::string> after(const std::string& statement) {
         sql(statement);

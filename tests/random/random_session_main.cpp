@@ -1,6 +1,7 @@
 // random-session: random acts on a fresh sample company, the books checked after each of them.
 //
-//   random-session [--acts N] [--seed N] [--without-payments] [--script FILE]
+//   random-session [--acts N] [--seed N] [--sessions N] [--check-every N] [--quiet] [--without-payments]
+//                  [--script FILE]
 //
 // With BRIMLEY_TEST_SERVER the company is on that server (tests/support/server-cluster), else a file.
 //
@@ -9,6 +10,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <chrono>
 #include <fstream>
 #include <iostream>
 
@@ -20,11 +22,15 @@ namespace {
 
 using brimley::testing::RandomSession;
 
+constexpr int kSessionsBetweenLines = 100;
+
 struct Options {
     int acts = 1000;
     std::uint64_t seed = 20260105;
     int sessions = 1;
     bool without_payments = false;
+    int check_every = 1;
+    bool quiet = false;
     std::string script = "random-session.session";
 };
 
@@ -61,26 +67,47 @@ void tell_tally(RandomSession& session, int acts) {
         std::cout << fmt::format("{} notes: {}\n", count, note);
 }
 
-int run_one(const Options& options) {
-    std::cout << "seed " << options.seed << std::endl;
+enum class Outcome { held, failed };
+
+// Checks after every so many acts, and after the last one.
+Outcome play(const Options& options, int check_every) {
     const brimley::testing::ClosedCopy company(brimley::testing::sample_original());
     RandomSession session(company.path(), options.seed);
     if (options.without_payments) session.leave_payments_out();
     for (int number = 1; number <= options.acts; ++number) {
         const char* const act = session.act();
+        if (number % check_every != 0 && number != options.acts) continue;
         const auto findings = session.findings();
         if (findings.empty()) continue;
         tell_failure(session, options, number, act, findings);
-        return 1;
+        return Outcome::failed;
     }
-    tell_tally(session, options.acts);
-    return 0;
+    if (!options.quiet) tell_tally(session, options.acts);
+    return Outcome::held;
+}
+
+// What was found between two checks is looked for once more, after every act.
+Outcome run_one(const Options& options) {
+    if (!options.quiet) std::cout << "seed " << options.seed << std::endl;
+    if (play(options, options.check_every) == Outcome::held) return Outcome::held;
+    std::cout << "seed " << options.seed << std::endl;
+    if (options.check_every > 1) static_cast<void>(play(options, 1));
+    return Outcome::failed;
 }
 
 // The first that goes wrong ends the run.
 int run(Options options) {
-    for (int session = 0; session < options.sessions; ++session, ++options.seed)
-        if (const int status = run_one(options); status != 0) return status;
+    const auto start = std::chrono::steady_clock::now();
+    const auto first = options.seed;
+    for (int session = 1; session <= options.sessions; ++session, ++options.seed) {
+        if (run_one(options) == Outcome::failed) return 1;
+        if (!options.quiet || (session % kSessionsBetweenLines != 0 && session != options.sessions)) continue;
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+        const double acts = static_cast<double>(session) * options.acts;
+        std::cout << fmt::format("seeds {} to {}: {} acts without a finding, {:.0f} a second\n", first,
+                                 options.seed, acts, acts / taken.count())
+                  << std::flush;
+    }
     return 0;
 }
 
@@ -94,6 +121,8 @@ int main(int argc, char** argv) {
     program.option("--seed", options.seed, "which session");
     program.option("--sessions", options.sessions, "how many, each with the next seed");
     program.flag("--without-payments", options.without_payments, "invoices and templates alone");
+    program.option("--check-every", options.check_every, "how many acts there are between two checks");
+    program.flag("--quiet", options.quiet, "a line for every hundred sessions");
     program.option("--script", options.script, "where a failing session is written");
     return program.run(argc, argv, [&] { return run(options); });
 }
