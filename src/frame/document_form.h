@@ -112,6 +112,7 @@ class DocumentForm : public GridForm {
 
     // Whether the number and key of a stored document are on screen.
     [[nodiscard]] bool on_saved_document() const;
+    [[nodiscard]] std::string document_at_hand() override { return txtdocno.text(); }
     // New or Edit.
     [[nodiscard]] bool entering() const { return mode() != Mode::read; }
     // The document's currency is not the base currency.

@@ -64,9 +64,33 @@ Refusal Form::press(int id) {
     const auto alive = shared_from_this();  // Exit releases the form while this runs
     const controls::Command* pressed = bars_.find(id);
     if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
+    if (!connected_for(id)) return Refusal::none;
     CommandBars1_Execute(id);
     tell_of_connection();
     return Refusal::none;
+}
+
+bool Form::connected_for(int id) {
+    if (!context_.dbe || !context_.dbe->reconnect() || !in_doubt_) return true;
+    tell_of_doubt();
+    return id == command::kExit;
+}
+
+// Once for each doubt: the first to know of it knows its document.
+void Form::note_doubt(const std::string& document) {
+    if (connection_state() != store::ConnectionState::in_doubt) return;
+    const int number = context_.dbe->doubts();
+    if (!in_doubt_ || in_doubt_->number != number) in_doubt_ = {number, document};
+}
+
+void Form::tell_of_doubt() {
+    const store::Doubt doubt = context_.dbe->doubt(in_doubt_->number);
+    if (doubt == store::Doubt::undecided) return tell(kUndecidedMessage);
+    const std::string document = in_doubt_->document;
+    in_doubt_.reset();
+    if (doubt == store::Doubt::stored)
+        return tell(kWasStoredMessage + (document.empty() ? "." : " as " + document + "."));
+    tell(doubt == store::Doubt::not_stored ? kWasNotStoredMessage : kUnknownMessage);
 }
 
 store::ConnectionState Form::connection_state() const {
@@ -78,9 +102,10 @@ void Form::tell_of_connection() {
         case store::ConnectionState::good:
             return;
         case store::ConnectionState::lost:
-            return tell(kLostMessage);
+            return tell(context_.dbe->can_reconnect() ? kLostForNowMessage : kLostMessage);
         case store::ConnectionState::in_doubt:
-            return tell(kInDoubtMessage);
+            note_doubt({});
+            return tell(context_.dbe->can_reconnect() ? kInDoubtForNowMessage : kInDoubtMessage);
     }
 }
 

@@ -14,6 +14,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -37,12 +38,32 @@ struct FormIdentity {
     const char* help_file;   // "\Help\AP Invoice Entry Help.pdf"
 };
 
-// Shown at the end of every command while the connection of the company is gone. What was being saved is not
-// tried again.
+// Shown at the end of every command while the connection of the company is gone and cannot be made again.
+// What was being saved is not tried again.
 inline constexpr const char* kLostMessage = "The connection to the company is lost. Open the company again.";
 inline constexpr const char* kInDoubtMessage =
     "The connection to the company was lost during a save, and it is not known whether that was stored. "
     "Open the company again and look before you enter it once more.";
+// The same for a company on a server, which the next command connects to again.
+inline constexpr const char* kLostForNowMessage =
+    "The connection to the company is lost. What was typed stands here still; the next command connects "
+    "again.";
+inline constexpr const char* kInDoubtForNowMessage =
+    "The connection to the company was lost during a save, and it is not known whether that was stored. The "
+    "next "
+    "command connects again and looks; nothing is saved twice.";
+// What was found out about it, in place of that command.
+inline constexpr const char* kWasStoredMessage = "The connection is back. The last save was stored";
+inline constexpr const char* kWasNotStoredMessage =
+    "The connection is back. The last save was not stored; what was typed stands here still.";
+inline constexpr const char* kUndecidedMessage =
+    "The connection is back, but the server has not finished the last save. It is not known yet whether it "
+    "will be "
+    "stored: try again in a while, and do not enter it once more.";
+inline constexpr const char* kUnknownMessage =
+    "The connection is back. It cannot be found out whether the last save was stored: look before you enter "
+    "it "
+    "once more.";
 
 class Form : public std::enable_shared_from_this<Form> {
   public:
@@ -154,6 +175,7 @@ class Form : public std::enable_shared_from_this<Form> {
             done = std::forward<Action>(action)();
             if (done) transaction.commit();
         });
+        if (!whole) note_doubt(document_at_hand());
         if (!whole && failure != nullptr) *failure = last_failure();
         return whole && done;
     }
@@ -170,6 +192,8 @@ class Form : public std::enable_shared_from_this<Form> {
     // What commands 201 and 204 send; empty where the form has no such cell or field.
     [[nodiscard]] virtual std::string account_of_current_line() { return {}; }
     [[nodiscard]] virtual std::string current_vendor() { return {}; }
+    // The number of the document that is being saved; empty where there is none.
+    [[nodiscard]] virtual std::string document_at_hand() { return {}; }
 
     controls::ControlSet controls_;
     controls::CommandBars bars_;
@@ -179,6 +203,11 @@ class Form : public std::enable_shared_from_this<Form> {
     friend class FormPart;  // the pieces that forms are made of have the services above
 
     [[nodiscard]] store::ConnectionState connection_state() const;
+    // Connects again when the connection was lost. False when the command is over, because it was told
+    // instead what became of the last one.
+    [[nodiscard]] bool connected_for(int id);
+    void note_doubt(const std::string& document);
+    void tell_of_doubt();
     void tell_of_connection();
     void about();
 
@@ -190,6 +219,12 @@ class Form : public std::enable_shared_from_this<Form> {
     std::shared_ptr<Form> child_;
     bool loaded_ = false;
     bool shown_ = false;
+    // While a save of this form is in doubt: the number of the doubt, and its document, which may have none.
+    struct InDoubt {
+        int number;
+        std::string document;
+    };
+    std::optional<InDoubt> in_doubt_;
 };
 
 // Command ids that code refers to by name; the rest stand in the forms' command tables only.

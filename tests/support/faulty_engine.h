@@ -95,6 +95,12 @@ class FaultyEngine final : public store::Engine {
         return !refused(known.sql, true) && engine_->lock_row(*known.prepared, parameters, sink);
     }
     bool reads_stay_true() const override { return engine_->reads_stay_true(); }
+    void watch(store::ConnectionWatch* watch) override { engine_->watch(watch); }
+    std::string reading_only_because() const override { return engine_->reading_only_because(); }
+    bool is_broken() override { return engine_->is_broken(); }
+    bool can_reconnect() const override { return engine_->can_reconnect(); }
+    bool reconnect() override { return engine_->reconnect(); }
+    bool lost_one_is_at_work() override { return engine_->lost_one_is_at_work(); }
     bool can_prefetch() const override { return faults_->listens_ahead || engine_->can_prefetch(); }
     // The call that it is for may fail.
     void prefetch(store::EngineStatement& statement, std::span<const store::Parameter> parameters) override {

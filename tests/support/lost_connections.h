@@ -1,6 +1,9 @@
 // Each engine call of an act loses the connection, one after the other: the user is told so, what was not
-// committed is gone, and what has been is whole. A commit without an answer is told to be in doubt. Whoever
-// presses again is told again, and nothing is done twice.
+// committed is gone, and what has been is whole. A commit without an answer is told to be in doubt.
+//
+// A file cannot be reached again: whoever presses again is told again, and nothing is done twice. A server is
+// connected to by the next press: an act that was lost is done then, once, as if nothing had been; of one in
+// doubt only what became of it is told.
 //
 // On the server the connection really breaks, too: the server ends it before the call is made.
 #pragma once
@@ -56,6 +59,32 @@ inline void take_message(std::vector<std::string>& messages, const std::string& 
     if (found != messages.end()) messages.erase(found);
 }
 
+inline std::string lost_message(bool in_doubt) {
+    if (tests_run_on_server()) return in_doubt ? frame::kInDoubtForNowMessage : frame::kLostForNowMessage;
+    return in_doubt ? frame::kInDoubtMessage : frame::kLostMessage;
+}
+
+// The user presses again, on a server.
+template <class Session>
+void check_reconnected(Session& session, const FaultedAct<Session>& act, const WholeAct& whole, bool in_doubt,
+                       bool stored) {
+    auto& messages = session.user.desk.messages;
+    messages.clear();
+    act.carry_out(session);
+    if (!in_doubt) {
+        EXPECT_TRUE(act.done(session)) << ::testing::PrintToString(messages);
+        EXPECT_EQ(difference(whole.tables, all_tables(session.company.db())), "");
+        return;
+    }
+    const std::string told = stored ? frame::kWasStoredMessage : frame::kWasNotStoredMessage;
+    EXPECT_THAT(messages, ::testing::Contains(::testing::StartsWith(told)));
+    if (stored) {
+        EXPECT_EQ(difference(whole.tables, all_tables(session.company.db())), "");
+    } else {
+        EXPECT_EQ(session.changed_tables(), "");
+    }
+}
+
 // After the connection was lost in the n-th call: what is told, what is shown, what is stored.
 template <class Session>
 void check_lost(Session& session, const FaultedAct<Session>& act, const WholeAct& whole, int nth,
@@ -71,7 +100,7 @@ void check_lost(Session& session, const FaultedAct<Session>& act, const WholeAct
     } else {
         EXPECT_EQ(session.changed_tables(), "");
     }
-    expect_told_once(messages, in_doubt ? frame::kInDoubtMessage : frame::kLostMessage);
+    expect_told_once(messages, lost_message(in_doubt));
     if (nth > whole.commit) return;
     if (act.message != nullptr) {
         EXPECT_THAT(messages, ::testing::Not(::testing::Contains(act.message)));
@@ -80,13 +109,14 @@ void check_lost(Session& session, const FaultedAct<Session>& act, const WholeAct
         EXPECT_THAT(messages, ::testing::Not(::testing::Contains(::testing::HasSubstr("failed"))));
         messages.clear();
     } else {
-        take_message(messages, frame::kLostMessage);
+        take_message(messages, lost_message(false));
         act.check_failed(session);
     }
+    if (tests_run_on_server()) return check_reconnected(session, act, whole, in_doubt, stored);
     const std::string state = session.state.now();
     act.carry_out(session);
     EXPECT_EQ(session.state.now(), state);
-    expect_told_once(messages, in_doubt ? frame::kInDoubtMessage : frame::kLostMessage);
+    expect_told_once(messages, lost_message(in_doubt));
 }
 
 // The calls that are lost: each stride-th, those around the commit, and the last.

@@ -1,5 +1,6 @@
 #include "kernel/store/connection.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "kernel/store/database.h"
@@ -46,10 +47,17 @@ Connection::Connection(std::unique_ptr<Engine> engine, const Catalog& catalog, s
       translator_(catalog, engine_->flavour()),
       selects_(kPlansMax),
       constant_selects_(kPlansMax),
-      changes_(kPlansMax) {}
+      changes_(kPlansMax),
+      can_reconnect_(engine_->can_reconnect()) {}
 
 Connection::~Connection() {
+    engine_->watch(nullptr);
     if (begun_) engine_->rollback();
+}
+
+void Connection::watch(std::shared_ptr<ConnectionWatch> watch) {
+    engine_->watch(watch.get());
+    watch_ = std::move(watch);
 }
 
 // The plan for the shape of a text, made when the shape is new. The text's literals are in literals_ then.
@@ -157,8 +165,7 @@ auto Connection::guarded(const Action& action) {
 }
 
 void Connection::note_failure(const Error& error) {
-    if (error.spoils_connection() && state_ == ConnectionState::good)
-        state_ = error.kind() == ErrorKind::lost ? ConnectionState::lost : ConnectionState::in_doubt;
+    if (error.spoils_connection() && state_ == ConnectionState::good) note_lost(error);
     if (!error.spoils_transaction() && (!begun_ || engine_->in_transaction())) return;
     if (in_trans_) {
         spoiled_ = true;
@@ -166,6 +173,87 @@ void Connection::note_failure(const Error& error) {
         engine_->rollback();
         engine_transaction_ended();
     }
+}
+
+void Connection::note_witness(Witness witness) {
+    if (!witness_ || witness_->key != witness.key || witness_->table != witness.table) {
+        witness_ = std::move(witness);
+        return;
+    }
+    for (Witness::Written& again : witness.fields) {
+        const auto known = std::ranges::find(witness_->fields, again.field, &Witness::Written::field);
+        if (known == witness_->fields.end())
+            witness_->fields.push_back(std::move(again));
+        else
+            known->after = std::move(again.after);
+    }
+}
+
+void Connection::note_lost(const Error& error) {
+    const bool in_doubt = error.kind() == ErrorKind::commit_in_doubt;
+    state_ = in_doubt ? ConnectionState::in_doubt : ConnectionState::lost;
+    if (in_doubt) {
+        ++doubts_;
+        doubt_ = Doubt::undecided;
+        doubtful_ = std::exchange(witness_, std::nullopt);
+    }
+    if (watch_) watch_->connection_lost();
+}
+
+// With the act that lost it still open nothing is done: its rest must not become an act of its own.
+bool Connection::reconnect() {
+    if (in_trans_) return state_ == ConnectionState::good;
+    if (state_ == ConnectionState::good && engine_->is_broken())
+        note_failure(Error(ErrorKind::lost, "the connection to the company is gone"));
+    if (begun_) return state_ == ConnectionState::good;
+    if (state_ != ConnectionState::good) {
+        try {
+            if (!engine_->reconnect()) return false;
+        } catch (const Error&) {
+            return false;  // another company: it stays lost
+        }
+        state_ = ConnectionState::good;
+        ++times_reconnected_;
+        engine_transaction_ended();
+        if (watch_) watch_->connection_back(engine_->reading_only_because());
+    }
+    if (doubt_ == Doubt::undecided) look_up_doubt();
+    return state_ == ConnectionState::good;
+}
+
+void Connection::look_up_doubt() {
+    try {
+        // First of all, since it may be carried out between two looks.
+        const bool at_work = engine_->lost_one_is_at_work();
+        const Doubt found = doubtful_ ? found_out(*doubtful_) : Doubt::unknown;
+        if (at_work && found != Doubt::stored) return;
+        doubt_ = found;
+        doubtful_.reset();
+    } catch (const Error& error) {
+        note_failure(error);
+    }
+}
+
+Doubt Connection::found_out(const Witness& witness) {
+    const auto plan = select_plan("SELECT * FROM [" + witness.table->name + "]");
+    dialect::BoundParameters parameters;
+    parameters.add_row_key(witness.key);
+    // A row that is gone was never added, or has been deleted since it was to be changed.
+    Doubt found = witness.added ? Doubt::not_stored : Doubt::unknown;
+    query(plan->by_key, parameters.span(), [&](const EngineRow& each) {
+        Row row;
+        each.read(row);
+        const auto holds = [&](Value Witness::Written::*value) {
+            return std::ranges::all_of(
+                witness.fields, [&](const auto& field) { return row.holds(field.field, field.*value); });
+        };
+        if (holds(&Witness::Written::after))
+            found = Doubt::stored;
+        else
+            found = !witness.added && holds(&Witness::Written::before) ? Doubt::not_stored : Doubt::unknown;
+        return false;
+    });
+    return found;
 }
 
 void Connection::query(PlannedStatement& statement, std::span<const Parameter> parameters,
@@ -245,6 +333,7 @@ void Connection::engine_transaction_ended() {
     reading_only_ = false;
     spoiled_ = false;
     holds_ = 0;
+    witness_.reset();
     ++transaction_number_;
     ++stamp_;
 }

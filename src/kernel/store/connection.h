@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,6 +24,19 @@
 #include "kernel/store/plans.h"
 
 namespace brimley::store {
+
+// A row as a transaction writes it, by the fields that it writes.
+struct Witness {
+    struct Written {
+        int field;
+        Value before;  // of a row that is changed
+        Value after;
+    };
+    const Table* table = nullptr;
+    RowKey key = 0;
+    bool added = false;  // else changed
+    std::vector<Written> fields{};
+};
 
 class Connection {
   public:
@@ -68,6 +82,24 @@ class Connection {
     [[nodiscard]] bool is_writing() const { return begun_ && !reading_only_; }
     [[nodiscard]] ConnectionState state() const { return state_; }
 
+    void watch(std::shared_ptr<ConnectionWatch> watch);
+    [[nodiscard]] bool can_reconnect() const { return engine_->can_reconnect(); }
+    // As Workspace::reconnect().
+    bool reconnect();
+    [[nodiscard]] int doubts() const { return doubts_; }
+    [[nodiscard]] Doubt doubt(int number) const { return number == doubts_ ? doubt_ : Doubt::unknown; }
+    // How often it has been made again: what was held before is lost.
+    [[nodiscard]] int times_reconnected() const { return times_reconnected_; }
+    // A row that the transaction has added or is about to change, by which it can be recognised when its
+    // commit is in doubt. One is enough, the first that was added or else the first that was changed; and
+    // what is written into that one again.
+    [[nodiscard]] bool wants_witness(const Table& table, RowKey key, bool added) const {
+        if (!can_reconnect_) return false;
+        return !witness_ || (added && !witness_->added) ||
+               (witness_->key == key && witness_->table == &table);
+    }
+    void note_witness(Witness witness);
+
     // Begins the engine's transaction if it is not open. False when another workspace writes. Throws
     // ErrorKind::state within a snapshot.
     [[nodiscard]] bool begin_write();
@@ -101,6 +133,9 @@ class Connection {
     [[nodiscard]] EngineStatement& prepared(PlannedStatement& statement);
     void require_usable() const;
     void note_failure(const Error& error);
+    void note_lost(const Error& error);
+    void look_up_doubt();
+    [[nodiscard]] Doubt found_out(const Witness& witness);
     // The engine's transaction is over, in whatever way.
     void engine_transaction_ended();
     template <class Action>
@@ -126,6 +161,13 @@ class Connection {
     bool begun_ = false;         // the engine's transaction is open
     bool spoiled_ = false;       // only Rollback helps
     ConnectionState state_ = ConnectionState::good;
+    std::shared_ptr<ConnectionWatch> watch_;
+    const bool can_reconnect_;
+    int times_reconnected_ = 0;
+    std::optional<Witness> witness_;   // of the open transaction
+    std::optional<Witness> doubtful_;  // of the one in doubt
+    Doubt doubt_ = Doubt::none;
+    int doubts_ = 0;
     int holds_ = 0;  // locks outside BeginTrans
     std::uint64_t transaction_number_ = 1;
     std::uint64_t stamp_ = 1;

@@ -35,6 +35,7 @@
 #include <vector>
 
 #include "kernel/store/catalog.h"
+#include "kernel/store/connection_watch.h"
 #include "kernel/store/error.h"
 #include "kernel/store/value.h"
 
@@ -222,6 +223,21 @@ class Workspace {
     // A snapshot counts.
     [[nodiscard]] bool in_transaction() const;
     [[nodiscard]] ConnectionState connection_state() const;
+
+    // --- a company on a server, whose connection can be lost ---
+    // Told from now on what happens to the connection; null: nobody is.
+    void watch(std::shared_ptr<ConnectionWatch> watch);
+    [[nodiscard]] bool can_reconnect() const;
+    // To be called before an act of the user begins, never within one: a connection that was lost is made
+    // again, to the same company, and a change that was in doubt is looked up, never repeated. Recordsets
+    // that are open go on; a row being edited was lost. Nothing happens while the connection is good. True
+    // when it is good afterwards.
+    bool reconnect();
+    // How many changes have been in doubt so far: each number stands for one.
+    [[nodiscard]] int doubts() const;
+    // What became of that change, as of the last reconnect(). Only the last one is remembered; of others
+    // nothing is known.
+    [[nodiscard]] Doubt doubt(int number) const;
 
   private:
     std::shared_ptr<Connection> connection_;

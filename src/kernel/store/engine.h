@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "kernel/store/catalog.h"
+#include "kernel/store/connection_watch.h"
 #include "kernel/store/dialect/statement_text.h"
 #include "kernel/store/row.h"
 #include "kernel/store/value.h"
@@ -109,7 +110,7 @@ class Engine {
     // transactions; what cannot be done now is left for the next time.
     virtual void tidy() noexcept {}
     // Why nothing can be written into this company, as a sentence without its full stop; empty when it can.
-    // Who writes all the same gets an Error with this text.
+    // Who writes all the same gets an Error that says so.
     [[nodiscard]] virtual std::string reading_only_because() const { return {}; }
     // What is wrong with the storage itself, whatever the rows say: one sentence a fault. Reads the whole
     // company. An engine that keeps its own watch over its disks has nothing to say.
@@ -117,6 +118,20 @@ class Engine {
     // Copies the company as it stands at one moment to a new file, while others go on writing. False, and
     // nothing is made, when the company is not in a file.
     [[nodiscard]] virtual bool copy_file(const std::string& /*to*/) { return false; }
+
+    // --- a connection that can be lost: a company on a server ---
+    // Null: nobody. It must outlive the engine, or the next call of this.
+    virtual void watch(ConnectionWatch* /*watch*/) {}
+    // Whether the connection has broken while nothing was asked of it, as far as this side can see.
+    [[nodiscard]] virtual bool is_broken() { return false; }
+    // Whether a lost connection can be made again.
+    [[nodiscard]] virtual bool can_reconnect() const { return false; }
+    // After it was lost: connects again to the same company, with nothing open. Statements stay usable. False
+    // when it cannot be reached now; throws not_a_company when another one stands in its place.
+    [[nodiscard]] virtual bool reconnect() { return false; }
+    // After reconnect(): whether the server still works for the connection that was lost, so that a commit in
+    // doubt may still be carried out.
+    [[nodiscard]] virtual bool lost_one_is_at_work() { return false; }
 };
 
 }  // namespace brimley::store

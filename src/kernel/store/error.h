@@ -22,11 +22,21 @@ enum class ErrorKind {
     commit_in_doubt,  // the outcome of a commit is unknown: never repeat it, reload and look
 };
 
-// What has become of a connection. Only opening the company again mends it.
+// What has become of a connection. Workspace::reconnect() mends that to a server; otherwise only opening the
+// company again does.
 enum class ConnectionState {
     good,
     lost,      // and what was not committed with it
     in_doubt,  // lost while something was being committed, and it is not known whether that is stored
+};
+
+// What became of the last change that was in doubt, as far as was found out after connecting again.
+enum class Doubt {
+    none,
+    stored,
+    not_stored,
+    undecided,  // the server still works on it; reconnect() looks again
+    unknown,    // nothing of it can be recognised: look for it by hand
 };
 
 class Error : public std::runtime_error {

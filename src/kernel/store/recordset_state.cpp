@@ -174,6 +174,7 @@ bool Recordset::State::edit() {
     const Keyset::Taken taken = keyset_->take(hold_);
     if (taken == Keyset::Taken::row_is_gone) throw Error(ErrorKind::state, "the row to edit is gone");
     if (taken == Keyset::Taken::somebody_has_it) return false;
+    connection_of_edit_ = connection_->times_reconnected();
     buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
     return true;
 }
@@ -191,6 +192,7 @@ bool Recordset::State::edit_first(FieldValues fields) {
     }
     no_match = taken == Keyset::Taken::row_is_gone;
     if (taken != Keyset::Taken::yes) return false;
+    connection_of_edit_ = connection_->times_reconnected();
     buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
     return true;
 }
@@ -269,8 +271,22 @@ void Recordset::State::insert_row() {
     add_field_values();
     const WriteResult added =
         connection_->write(connection_->insert_plan(*plan_, memory_->written_fields), memory_->parameters);
+    note_witness(added.key, true);
     keyset_->append(added.key);
     last_modified_ = added.key;
+}
+
+void Recordset::State::note_witness(RowKey key, bool added) {
+    const Table& table = require_table();
+    if (!connection_->wants_witness(table, key, added)) return;
+    Witness witness{&table, key, added};
+    const Row* const row = added ? nullptr : keyset_->current();
+    buffer_.each_set_column([&](int column) {
+        const bool has_old = row != nullptr && column < row->size();
+        witness.fields.push_back({static_cast<int>(place_of_field(column)),
+                                  has_old ? row->value(column) : Value(), buffer_.value(column)});
+    });
+    connection_->note_witness(std::move(witness));
 }
 
 void Recordset::State::begin_fields() {
@@ -308,6 +324,8 @@ bool Recordset::State::collect_changes() {
 }
 
 void Recordset::State::update_row() {
+    if (connection_of_edit_ != connection_->times_reconnected())
+        throw Error(ErrorKind::lost, "the row being edited was lost with the connection to the company");
     last_modified_ = keyset_->current_key();
     if (!collect_changes()) return;
     keyset_->fix_order();
@@ -315,6 +333,7 @@ void Recordset::State::update_row() {
     add_field_values();
     memory_->parameters.emplace_back(keyset_->current_key());
     PlannedStatement& statement = connection_->update_plan(*plan_, memory_->written_fields);
+    note_witness(keyset_->current_key(), false);
     if (connection_->write(statement, memory_->parameters).rows == 0)
         throw Error(ErrorKind::state, "the row to update is gone");
     show_changes();

@@ -73,6 +73,7 @@ class Recordset::State {
     [[nodiscard]] std::size_t place_of_field(int column) const;
     [[nodiscard]] const Field& field_of(int column) const;
     void insert_row();
+    void note_witness(RowKey key, bool added);
     void update_row();
     // Which fields are to be written, and from which column: none at first, then one after the other.
     void begin_fields();
@@ -92,7 +93,8 @@ class Recordset::State {
     Keyset* keyset_ = nullptr;  // the source, when its rows can be changed
 
     EditBuffer& buffer_;
-    std::uint64_t hold_ = 0;  // of the row being edited, when it is held outside a transaction
+    int connection_of_edit_ = 0;  // on which the row being edited was taken: a later one does not hold it
+    std::uint64_t hold_ = 0;      // of the row being edited, when it is held outside a transaction
     std::int64_t last_modified_ = -1;
 };
 

@@ -58,6 +58,11 @@ void Workspace::Rollback() { connection_->rollback(); }
 void Workspace::tidy() { connection_->tidy(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
 ConnectionState Workspace::connection_state() const { return connection_->state(); }
+void Workspace::watch(std::shared_ptr<ConnectionWatch> watch) { connection_->watch(std::move(watch)); }
+bool Workspace::can_reconnect() const { return connection_->can_reconnect(); }
+bool Workspace::reconnect() { return connection_->reconnect(); }
+int Workspace::doubts() const { return connection_->doubts(); }
+Doubt Workspace::doubt(int number) const { return connection_->doubt(number); }
 
 OpenCompany open_company(const std::string& company, const Catalog& catalog,
                          const EngineDecorator& decorate) {

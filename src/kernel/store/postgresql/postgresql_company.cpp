@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <map>
 #include <string_view>
+#include <vector>
 
 #include "kernel/store/database.h"
 #include "kernel/store/error.h"
@@ -19,8 +19,15 @@ namespace {
 constexpr int kServerVersionMin = 150000;
 // Where to ask for a database that does not exist yet.
 constexpr const char* kMaintenanceDatabase = "postgres";
-// Unless the URI says how long.
-constexpr const char* kConnectWaitSeconds = "10";
+// Unless the URI says something else. A host that has vanished is noticed within a minute when nothing is
+// asked of it, and within half of one when something is.
+constexpr std::pair<const char*, const char*> kConnectionDefaults[] = {
+    {"connect_timeout", "10"}, {"fallback_application_name", "brimley"},
+    {"keepalives_idle", "30"}, {"keepalives_interval", "10"},
+    {"keepalives_count", "3"}, {"tcp_user_timeout", "30000"},  // milliseconds
+};
+// For a statement, unless the server, the role or the URI has a limit of its own.
+constexpr const char* kStatementMax = "5min";
 
 struct FreeOptions {
     void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
@@ -65,15 +72,18 @@ Options options_of(const std::string& uri) {
 // A connection that may have failed. database: instead of the one that the URI names, when not null.
 PostgresqlHandle try_connect(const std::string& uri, const char* database) {
     (void)options_of(uri);
-    const std::array<const char*, 7> keywords{"connect_timeout",
-                                              "fallback_application_name",
-                                              "dbname",
-                                              "client_encoding",
-                                              database ? "dbname" : nullptr,
-                                              nullptr,
-                                              nullptr};
-    const std::array<const char*, 7> values{
-        kConnectWaitSeconds, "brimley", uri.c_str(), "UTF8", database, nullptr, nullptr};
+    std::vector<const char*> keywords;
+    std::vector<const char*> values;
+    const auto add = [&](const char* keyword, const char* value) {
+        keywords.push_back(keyword);
+        values.push_back(value);
+    };
+    for (const auto& [keyword, value] : kConnectionDefaults)
+        add(keyword, value);
+    add("dbname", uri.c_str());
+    add("client_encoding", "UTF8");
+    if (database) add("dbname", database);
+    add(nullptr, nullptr);
     PostgresqlHandle connection(PQconnectdbParams(keywords.data(), values.data(), 1));
     PQsetNoticeReceiver(
         connection.get(), [](void*, const PGresult*) {}, nullptr);
@@ -116,6 +126,22 @@ void set_up(PGconn* connection, const std::string& uri) {
     run_sql(connection, fmt::format("SET search_path = {}, pg_catalog; SET lock_timeout = '200ms'; "
                                     "SET standard_conforming_strings = on; SET jit = off",
                                     kCompanySchema));
+    if (text_of_sql(connection, "SHOW statement_timeout") == "0")
+        run_sql(connection, fmt::format("SET statement_timeout = '{}'", kStatementMax));
+}
+
+std::string cell(const PostgresqlResult& result, int column) { return PQgetvalue(result.get(), 0, column); }
+
+ServerPlace place_of(PGconn* connection) {
+    const PostgresqlResult found = run_sql(
+        connection,
+        fmt::format("SELECT c.system_identifier || '/' || d.oid || '/' || '{}'::regnamespace::oid, "
+                    "pg_postmaster_start_time(), pg_backend_pid(), a.backend_start, "
+                    "current_setting('transaction_read_only') "
+                    "FROM pg_control_system() c, pg_database d, pg_stat_get_activity(pg_backend_pid()) a "
+                    "WHERE d.datname = current_database()",
+                    kCompanySchema));
+    return {cell(found, 0), cell(found, 1), cell(found, 2), cell(found, 3)};
 }
 
 std::string mark_of_schema(PGconn* connection) {
@@ -153,7 +179,7 @@ std::string shown_company(const std::string& uri) {
     return fmt::format("postgresql://{}/{}", given["host"], given["dbname"]);
 }
 
-PostgresqlHandle connect_to_company(const std::string& uri, const Catalog& catalog) {
+ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog) {
     PostgresqlHandle connection = try_connect(uri, nullptr);
     if (!is_connected(connection)) tell_unreachable(uri, connection.get());
     set_up(connection.get(), uri);
@@ -164,7 +190,15 @@ PostgresqlHandle connect_to_company(const std::string& uri, const Catalog& catal
     const std::string missing = missing_in_schema(connection.get(), catalog);
     if (!missing.empty())
         refuse(uri, fmt::format("was made by another version of this program: {} is missing", missing));
-    return connection;
+    ServerPlace place = place_of(connection.get());
+    return {std::move(connection), std::move(place)};
+}
+
+std::string still_at_work_sql(const ServerPlace& place) {
+    return fmt::format(
+        "SELECT 1 FROM pg_stat_get_activity({}) WHERE pg_postmaster_start_time() = '{}' AND "
+        "coalesce(backend_start = '{}', TRUE)",
+        place.process, place.server, place.process_began);
 }
 
 CompanyInTheMaking::CompanyInTheMaking(const std::string& uri, const Catalog& catalog) : uri_(uri) {

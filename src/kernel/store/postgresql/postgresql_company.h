@@ -13,8 +13,26 @@
 
 namespace brimley::store {
 
+// Which company a connection has reached, and by which process of the server.
+struct ServerPlace {
+    // Equal on a server and the standbys that follow it; different when the company was made anew.
+    std::string company;
+    std::string server;  // since when it runs
+    std::string process;
+    std::string process_began;
+};
+
+struct ReachedCompany {
+    PostgresqlHandle connection;
+    ServerPlace place;
+};
+
 // A connection set up for a company that exists. Throws not_a_company, lost, io.
-[[nodiscard]] PostgresqlHandle connect_to_company(const std::string& uri, const Catalog& catalog);
+[[nodiscard]] ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog);
+
+// A query that has a row while that process is still there, so that what was sent to it may still be carried
+// out.
+[[nodiscard]] std::string still_at_work_sql(const ServerPlace& place);
 
 // A company in the making: its database, made where there was none, and a transaction in which its schema has
 // been made. What was made is removed again unless keep() is called.

@@ -19,6 +19,9 @@ namespace {
 // At most this many statements are sent before their answers are asked for.
 constexpr std::size_t kUnansweredMax = 512;
 
+// A process whose connection is gone may need a moment to end: a second in all.
+constexpr int kLooksMax = 50;
+
 std::string lock_of_all(const Catalog& catalog) {
     std::string tables;
     for (const Table& table : catalog.tables())
@@ -50,11 +53,17 @@ enum class Span { none, snapshot, writing };
 
 class PostgresqlEngine final : public Engine {
   public:
-    // making: the connection is within the transaction that makes the company.
-    PostgresqlEngine(PostgresqlHandle connection, const Catalog& catalog, bool making)
-        : session_(std::move(connection)),
-          lock_all_(session_.command(lock_of_all(catalog))),
-          making_(making) {}
+    PostgresqlEngine(ReachedCompany reached, const std::string& uri, const Catalog& catalog)
+        : PostgresqlEngine(std::move(reached.connection), catalog) {
+        uri_ = uri;
+        place_ = std::move(reached.place);
+        making_ = false;
+    }
+    // The connection is within the transaction that makes the company.
+    PostgresqlEngine(PostgresqlHandle connection, const Catalog& catalog)
+        : catalog_(catalog),
+          session_(std::move(connection)),
+          lock_all_(session_.command(lock_of_all(catalog))) {}
 
     const dialect::Flavour& flavour() const override { return flavour_; }
 
@@ -124,7 +133,7 @@ class PostgresqlEngine final : public Engine {
         PostgresqlResult result;
         try {
             session_.send(*commit_);
-            result = session_.finish();
+            result = session_.finish_commit();
         } catch (const Error& error) {
             throw_doubt(error);
             rollback();
@@ -181,6 +190,41 @@ class PostgresqlEngine final : public Engine {
 
     // A row that was read stays as it is only while it is held.
     bool reads_stay_true() const override { return span_ == Span::snapshot; }
+
+    void watch(ConnectionWatch* watch) override { session_.watch(watch); }
+    bool is_broken() override { return session_.is_broken(); }
+    bool can_reconnect() const override { return !uri_.empty(); }
+
+    bool reconnect() override {
+        if (!can_reconnect()) return false;
+        try {
+            ReachedCompany reached = connect_to_company(uri_, catalog_);
+            if (reached.place.company != place_.company)
+                throw Error(ErrorKind::not_a_company, "another company stands in its place");
+            session_.renew(std::move(reached.connection));
+            lost_ = std::exchange(place_, std::move(reached.place));
+        } catch (const Error& error) {
+            if (error.kind() == ErrorKind::not_a_company) throw;
+            return false;
+        }
+        end();
+        return true;
+    }
+
+    bool lost_one_is_at_work() override {
+        const auto question = session_.command(still_at_work_sql(lost_));
+        const auto moment = session_.command("SELECT pg_sleep(0.02)");
+        for (int looks = 0; looks < kLooksMax; ++looks) {
+            if (PQntuples(ask(*question, {}).get()) == 0) return false;
+            (void)ask(*moment, {});
+        }
+        return true;
+    }
+
+    std::string reading_only_because() const override {
+        if (!session_.takes_no_changes()) return {};
+        return shown_company(uri_) + " is on a server that takes no changes, and can only be read";
+    }
 
   private:
     WriteResult insert(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
@@ -245,7 +289,7 @@ class PostgresqlEngine final : public Engine {
     std::int64_t run_alone(PostgresqlStatement& statement, std::span<const Parameter> parameters) {
         try {
             session_.send(statement, parameters);
-            return rows_of(session_.finish());
+            return rows_of(session_.finish_commit());
         } catch (const Error& error) {
             throw_doubt(error);
             throw;
@@ -316,6 +360,10 @@ class PostgresqlEngine final : public Engine {
         keys_.end_transaction();
     }
 
+    const Catalog& catalog_;
+    std::string uri_;  // empty while the company is being made
+    ServerPlace place_;
+    ServerPlace lost_;  // before the last reconnect()
     // Statements go before their session.
     PostgresqlSession session_;
     PostgresqlFlavour flavour_;
@@ -328,7 +376,7 @@ class PostgresqlEngine final : public Engine {
     std::unique_ptr<PostgresqlStatement> lock_all_;
 
     Span span_ = Span::none;
-    bool making_;
+    bool making_ = true;
     bool holds_a_table_ = false;
     PostgresqlSavepoint step_{session_, "brimley_step"};  // around what may be refused
     PostgresqlKeyPool keys_{session_};
@@ -340,11 +388,11 @@ class PostgresqlEngine final : public Engine {
 }  // namespace
 
 std::unique_ptr<Engine> open_postgresql_company(const std::string& uri, const Catalog& catalog) {
-    return std::make_unique<PostgresqlEngine>(connect_to_company(uri, catalog), catalog, false);
+    return std::make_unique<PostgresqlEngine>(connect_to_company(uri, catalog), uri, catalog);
 }
 
 std::unique_ptr<Engine> engine_of(CompanyInTheMaking& company, const Catalog& catalog) {
-    return std::make_unique<PostgresqlEngine>(company.take_connection(), catalog, true);
+    return std::make_unique<PostgresqlEngine>(company.take_connection(), catalog);
 }
 
 }  // namespace brimley::store

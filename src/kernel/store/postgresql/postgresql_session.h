@@ -17,11 +17,16 @@
 #include "kernel/store/error.h"
 #include "kernel/store/postgresql/postgresql_handle.h"
 #include "kernel/store/postgresql/postgresql_values.h"
+#include "kernel/store/postgresql/postgresql_wait.h"
 
 namespace brimley::store {
 
-// Names of prepared statements that nobody uses any more, for the session to forget.
-using ForgottenNames = std::vector<std::string>;
+// Names of prepared statements that nobody uses any more, for the session to forget; and how many
+// connections it has had before, whose names are forgotten with them.
+struct ForgottenNames {
+    std::vector<std::string> names;
+    int connection = 0;
+};
 
 class PostgresqlStatement final : public EngineStatement {
   public:
@@ -38,6 +43,7 @@ class PostgresqlStatement final : public EngineStatement {
     friend class PostgresqlSession;
     StatementText text_;
     std::vector<Oid> types_;
+    int prepared_on_ = 0;  // which of the session's connections
     // Shared with the session while that waits.
     std::shared_ptr<std::string> name_ = std::make_shared<std::string>();
     std::shared_ptr<ForgottenNames> forgotten_;
@@ -50,6 +56,10 @@ class PostgresqlSession {
   public:
     // Takes over a connection that is set up, and may be within a transaction.
     explicit PostgresqlSession(PostgresqlHandle connection);
+    // Takes over another one in place of the one that was lost. Statements are prepared there when they are
+    // sent next.
+    void renew(PostgresqlHandle connection);
+    void watch(ConnectionWatch* watch) { wait_.watch(watch); }
 
     [[nodiscard]] std::unique_ptr<PostgresqlStatement> prepare(StatementText text) const;
 
@@ -66,6 +76,8 @@ class PostgresqlSession {
     // The answer wanted; without a place the last one.
     PostgresqlResult finish();
     PostgresqlResult finish(Place wanted);
+    // The same, when what was sent last is a commit.
+    PostgresqlResult finish_commit();
     // How many answers are due.
     [[nodiscard]] std::size_t unanswered() const { return sent_.size(); }
 
@@ -73,6 +85,10 @@ class PostgresqlSession {
     [[nodiscard]] bool is_idle() const { return status_ == PQTRANS_IDLE; }
     [[nodiscard]] bool has_failed_transaction() const { return status_ == PQTRANS_INERROR; }
     [[nodiscard]] bool is_lost() const { return PQstatus(connection_.get()) == CONNECTION_BAD; }
+    // The server is a standby, or set so, as far as it has told.
+    [[nodiscard]] bool takes_no_changes() const;
+    // Looks, without waiting, whether the server has closed the connection.
+    [[nodiscard]] bool is_broken();
 
   private:
     struct Sent {
@@ -85,6 +101,12 @@ class PostgresqlSession {
     void send_preparation(PostgresqlStatement& statement);
     void forget_names();
     void require_sent(int sent);
+    [[nodiscard]] bool is_prepared(const PostgresqlStatement& statement) const {
+        return !statement.name_->empty() && statement.prepared_on_ == forgotten_->connection;
+    }
+    PostgresqlResult all_answers(Place wanted);
+    [[nodiscard]] PostgresqlResult next_result();
+    [[nodiscard]] Error loss() const;
     // The answer to one statement. failure: the first one so far, put in here.
     PostgresqlResult answer(const Sent& sent, std::unique_ptr<Error>& failure);
 
@@ -93,6 +115,7 @@ class PostgresqlSession {
     std::shared_ptr<ForgottenNames> forgotten_ = std::make_shared<ForgottenNames>();
     std::int64_t names_given_ = 0;
     PGTransactionStatusType status_;
+    PostgresqlWait wait_;
 };
 
 }  // namespace brimley::store

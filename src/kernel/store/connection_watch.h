@@ -1,0 +1,34 @@
+// What a host hears of the connection to a server, and what it decides while an answer is awaited.
+//
+// A company in a file has no connection that could be lost, and never calls it.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace brimley::store {
+
+class ConnectionWatch {
+  public:
+    virtual ~ConnectionWatch() = default;
+
+    virtual void connection_lost() {}
+    // Connected again. reading_only_because: as Database::reading_only_because().
+    virtual void connection_back(const std::string& /*reading_only_because*/) {}
+
+    // Called some ten times a second while an answer is awaited. Nothing of the workspace may be used
+    // meanwhile. False gives the wait up: a statement is cancelled and fails; a commit is left in doubt,
+    // since cancelling it would decide nothing.
+    [[nodiscard]] virtual bool go_on_waiting(std::chrono::milliseconds /*so_far*/) { return true; }
+
+    // After so long the wait is given up by itself. The server has limits of its own for statements
+    // (statement_timeout); a commit can wait for ever there, for a standby that is gone.
+    [[nodiscard]] virtual std::chrono::milliseconds statement_wait_max() const {
+        return std::chrono::minutes(6);
+    }
+    [[nodiscard]] virtual std::chrono::milliseconds commit_wait_max() const {
+        return std::chrono::minutes(1);
+    }
+};
+
+}  // namespace brimley::store
