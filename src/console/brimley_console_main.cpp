@@ -6,6 +6,7 @@
 
 #include "console/console.h"
 #include "console/script_run.h"
+#include "console/server_watch.h"
 #include "console/terminal.h"
 #include "opening/command_line.h"
 
@@ -44,6 +45,7 @@ void run_scripts(Console& console, const Options& options) {
 int run(const Options& options) {
     const auto context = brimley::opening::open_or_tell(options.company, options.host, kProgram);
     if (!context) return brimley::console::kNotOpened;
+    context->dbe->watch(std::make_shared<brimley::console::ServerWatch>(kProgram));
     Console console(*context, std::cout);
     return brimley::console::run_to_status(console, std::cout, kProgram,
                                            [&] { run_scripts(console, options); });

@@ -46,6 +46,7 @@ void Console::run(const std::string& line, const std::string& place) {
     if (entry == table.end()) throw ScriptFault("unknown command: " + name);
     words.erase(words.begin());
     Arguments arguments(std::move(words));
+    if (ap_.dbe) ap_.dbe->reconnect();
     (this->*entry->handler)(arguments);
     arguments.expect_end();
 }

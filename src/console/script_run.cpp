@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "console/interrupt.h"
 #include "console/script_line.h"
 #include "kernel/visible_text.h"
 
@@ -14,6 +15,7 @@ void run_lines(Console& console, std::istream& in, const std::string& name) {
     for (int number = 1; std::getline(in, line); ++number) {
         const std::string place = name + ":" + std::to_string(number);
         try {
+            const Interrupt interrupt;
             console.run(line, place);
         } catch (const ScriptFault& fault) {
             throw ScriptFault(place + ": " + fault.what());

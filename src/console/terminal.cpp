@@ -7,6 +7,7 @@
 #include <iostream>
 #include <memory>
 
+#include "console/interrupt.h"
 #include "console/script_line.h"
 #include "kernel/visible_text.h"
 
@@ -54,6 +55,7 @@ void run_terminal(Console& console) {
         if (!line) break;
         if (*line.get() != '\0') add_history(line.get());
         try {
+            const Interrupt interrupt;
             console.run(line.get(), "line " + std::to_string(number));
         } catch (const ScriptFault& fault) {
             std::cerr << kernel::visible_text(fault.what()) << '\n';

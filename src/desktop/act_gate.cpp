@@ -8,6 +8,7 @@ bool ActGate::run(const Act& act) {
     if (closed_) return false;
     Refusal refusal = Refusal::none;
     std::exception_ptr failure;
+    if (depth_ == 0 && on_begin) on_begin();
     ++depth_;
     try {
         refusal = act();

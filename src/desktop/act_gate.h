@@ -27,6 +27,8 @@ class ActGate {
     [[nodiscard]] controls::Refusal refusal() const { return refusal_; }
     [[nodiscard]] std::exception_ptr failure() const { return failure_; }
 
+    // Called before an outermost act.
+    std::function<void()> on_begin;
     // Called after each act, refused or not.
     std::function<void()> on_acted;
     // Called when the outermost act has ended.

@@ -65,6 +65,9 @@ FormWindow::FormWindow(std::shared_ptr<frame::Form> form, frame::Desk& desk)
     setObjectName(class_name);
     title_ = look.title.isEmpty() ? caption : look.title;
     title_control_ = form_->controls().find(typed(look.title_control));
+    gate_.on_begin = [this] {
+        if (form_->context().dbe) form_->context().dbe->reconnect();
+    };
     gate_.on_acted = [this] { refresh_commands(); };
     gate_.on_idle = [this] {
         if (!form_->is_open()) deleteLater();

@@ -18,6 +18,7 @@
 #include "desktop/command_icons.h"
 #include "desktop/company_dialogs.h"
 #include "desktop/form_window.h"
+#include "desktop/server_watch.h"
 #include "frame/form.h"
 
 namespace brimley::desktop {
@@ -53,9 +54,16 @@ constexpr FormEntry kForms[] = {
 }  // namespace
 
 MainWindow::MainWindow(const opening::HostOptions& options, Memory memory)
-    : options_(options), memory_(memory), pages_(new QStackedWidget), area_(new QMdiArea) {
+    : options_(options),
+      memory_(memory),
+      pages_(new QStackedWidget),
+      area_(new QMdiArea),
+      server_state_(new QLabel) {
     setWindowTitle("Brimley AP");
-    statusBar();  // from the beginning, so that no line of it moves the forms later
+    // From the beginning, so that no line of it moves the forms later.
+    statusBar()->addPermanentWidget(server_state_);
+    server_state_->setObjectName("server_state");
+    server_state_->hide();
     QApplication::setWindowIcon(program_icon());
     setCentralWidget(pages_);
     make_welcome_page();
@@ -96,6 +104,7 @@ void MainWindow::open_company(const QString& company) {
     close_company();
     ap_ = std::make_unique<host::APclass>(desk_);
     static_cast<frame::HostContext&>(*ap_) = context;
+    watch_server();
     requests_ = std::make_unique<Requests>(*ap_);
     requests_->show_window = [this](QWidget* window) { place(*window); };
     requests_->tell = [this](const QString& text) { tell(text); };
@@ -105,6 +114,19 @@ void MainWindow::open_company(const QString& company) {
     if (memory_ == Memory::kept) settings_.company_opened(company_shown(company));
     setWindowTitle(QFileInfo(company_shown(company)).completeBaseName() + " - Brimley AP");
     refresh_state();
+}
+
+void MainWindow::watch_server() {
+    const auto watch = std::make_shared<ServerWatch>(*this);
+    watch->on_state = [this](const QString& text) { show_state(text); };
+    watch->on_news = [this](const QString& text) { tell(text); };
+    ap_->dbe->watch(watch);
+    show_state(shown(ap_->abcdb->reading_only_because()));
+}
+
+void MainWindow::show_state(const QString& text) {
+    server_state_->setText(text);
+    server_state_->setVisible(!text.isEmpty());
 }
 
 bool MainWindow::open_or_tell(const QString& company) {
@@ -125,6 +147,7 @@ bool MainWindow::open_or_tell(const QString& company) {
 void MainWindow::close_company() {
     if (!ap_) return;
     ap_->NotifyClients = nullptr;
+    show_state({});
     const std::vector<FormWindow*> open = desk_.windows();
     for (FormWindow* const window : open) {
         const auto& still_open = desk_.windows();  // a child leaves with its form
@@ -132,7 +155,9 @@ void MainWindow::close_company() {
             window->press(frame::command::kExit);
     }
     area_->closeAllSubWindows();
+    const auto workspace = ap_->dbe;
     ap_->class_terminate();
+    if (workspace) workspace->watch(nullptr);
     requests_.reset();
     ap_.reset();
     setWindowTitle("Brimley AP");
@@ -157,6 +182,7 @@ void MainWindow::try_open(const std::optional<QString>& company) {
 bool MainWindow::show_form(const QString& class_name) {
     for (const FormEntry& entry : kForms) {
         if (class_name != entry.class_name || !ap_) continue;
+        if (ap_->dbe) ap_->dbe->reconnect();
         entry.show(*ap_);
         return true;
     }

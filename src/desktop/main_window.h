@@ -65,6 +65,8 @@ class MainWindow : public QMainWindow {
     void refresh_state();
     void refresh_page();
     void tell(const QString& text);
+    void watch_server();
+    void show_state(const QString& text);
 
     opening::HostOptions options_;
     Memory memory_;
@@ -74,6 +76,7 @@ class MainWindow : public QMainWindow {
     std::unique_ptr<Requests> requests_;
     QStackedWidget* pages_;
     QMdiArea* area_;
+    QLabel* server_state_;  // what is wrong with the connection, or that nothing can be changed
     QWidget* welcome_page_ = nullptr;
     QWidget* forms_page_ = nullptr;
     QAction* close_action_ = nullptr;

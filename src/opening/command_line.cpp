@@ -28,7 +28,10 @@ std::optional<int> read_command_line(CLI::App& app, int argc, char** argv, const
 std::optional<frame::HostContext> open_or_tell(const std::string& company, const HostOptions& options,
                                                const char* program) {
     try {
-        return open_context(company, options);
+        auto context = open_context(company, options);
+        const std::string reading_only = context.abcdb->reading_only_because();
+        if (!reading_only.empty()) std::cerr << program << ": " << kernel::visible_text(reading_only) << '\n';
+        return context;
     } catch (const std::exception& failure) {
         std::cerr << program << ": " << kernel::visible_text(failure.what()) << '\n';
         return std::nullopt;

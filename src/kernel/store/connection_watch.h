@@ -21,6 +21,9 @@ class ConnectionWatch {
     // since cancelling it would decide nothing.
     [[nodiscard]] virtual bool go_on_waiting(std::chrono::milliseconds /*so_far*/) { return true; }
 
+    // The answer has come, or the wait was given up, after it was called.
+    virtual void wait_is_over() {}
+
     // After so long the wait is given up by itself. The server has limits of its own for statements
     // (statement_timeout); a commit can wait for ever there, for a standby that is gone.
     [[nodiscard]] virtual std::chrono::milliseconds statement_wait_max() const {

@@ -36,6 +36,11 @@ void PostgresqlWait::begin(bool committing) {
 }
 
 void PostgresqlWait::until_answered(PGconn* connection) {
+    wait_on(connection);
+    if (std::exchange(has_asked_, false) && watch_ != nullptr) watch_->wait_is_over();
+}
+
+void PostgresqlWait::wait_on(PGconn* connection) {
     while (PQstatus(connection) == CONNECTION_OK && PQisBusy(connection) != 0) {
         if (!comes_within(connection, kLookMilliseconds))
             look(connection);
@@ -51,6 +56,7 @@ bool PostgresqlWait::is_to_go_on(milliseconds so_far) {
     }
     if (so_far >= (committing_ ? watch_->commit_wait_max() : watch_->statement_wait_max())) return false;
     asking_ = true;
+    has_asked_ = true;
     const bool go_on = watch_->go_on_waiting(so_far);
     asking_ = false;
     return go_on;

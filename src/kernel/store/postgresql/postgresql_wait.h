@@ -29,6 +29,7 @@ class PostgresqlWait {
   private:
     using Clock = std::chrono::steady_clock;
 
+    void wait_on(PGconn* connection);
     [[nodiscard]] bool is_to_go_on(std::chrono::milliseconds so_far);
     void look(PGconn* connection);
     void cancel(PGconn* connection);
@@ -37,6 +38,7 @@ class PostgresqlWait {
     ConnectionWatch* watch_ = nullptr;
     bool committing_ = false;
     bool asking_ = false;
+    bool has_asked_ = false;
     Clock::time_point begun_{};
     bool cancelled_ = false;
     Clock::time_point cancelled_at_{};
