@@ -33,7 +33,7 @@ void add_sums(const Books& books, Findings& findings) {
         books, findings);
 }
 
-void add_rows(const Books& books, Findings& findings) { run({check_fields}, books, findings); }
+void add_rows(const Books& books, Findings& findings) { run({check_fields, check_references, check_masters, check_calendar}, books, findings); }
 
 }  // namespace
 

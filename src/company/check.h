@@ -28,6 +28,12 @@ namespace brimley::company {
 // What looks wrong in the books and is intended: the forms do it. It does not count.
 [[nodiscard]] Findings books_notes(store::Database& database);
 
+// Accounts, currencies, terms, taxes, banks and years that other rows name are there; and a master names none
+// of them twice.
+void check_references(const Books& books, Findings& findings);
+void check_masters(const Books& books, Findings& findings);
+// Fiscal years and periods follow one another day by day, and a year is as long as its periods.
+void check_calendar(const Books& books, Findings& findings);
 // What stands in the fields of documents: repeated from their headers and GL documents, never written, always
 // written (field_rules.h).
 void check_fields(const Books& books, Findings& findings);
