@@ -33,7 +33,11 @@ void add_sums(const Books& books, Findings& findings) {
         books, findings);
 }
 
-void add_rows(const Books& books, Findings& findings) { run({check_fields, check_references, check_masters, check_calendar}, books, findings); }
+void add_rows(const Books& books, Findings& findings) {
+    run({check_fields, check_references, check_masters, check_calendar, check_tax_elements, check_item_copies,
+         check_numbered_items, check_balance_rows},
+        books, findings);
+}
 
 }  // namespace
 

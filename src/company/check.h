@@ -34,6 +34,15 @@ void check_references(const Books& books, Findings& findings);
 void check_masters(const Books& books, Findings& findings);
 // Fiscal years and periods follow one another day by day, and a year is as long as its periods.
 void check_calendar(const Books& books, Findings& findings);
+// The elements of a line's tax are those of its code, tax an amount of the line, and add up to its tax.
+void check_tax_elements(const Books& books, Findings& findings);
+// A line of a payment repeats what the item that it pays says. Its lines are numbered, and name the accounts
+// that they need and no others.
+void check_item_copies(const Books& books, Findings& findings);
+void check_numbered_items(const Books& books, Findings& findings);
+// The rows of Balance_period_table: of this company and one of the ledgers, each once, and a foreign one with
+// its empty twin.
+void check_balance_rows(const Books& books, Findings& findings);
 // What stands in the fields of documents: repeated from their headers and GL documents, never written, always
 // written (field_rules.h).
 void check_fields(const Books& books, Findings& findings);

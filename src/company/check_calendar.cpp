@@ -57,7 +57,8 @@ void check_spans(std::vector<Span> spans, bool across_years, Findings& findings)
     }
 }
 
-void check_within_years(const std::vector<Span>& periods, const std::vector<Span>& years, Findings& findings) {
+void check_within_years(const std::vector<Span>& periods, const std::vector<Span>& years,
+                        Findings& findings) {
     for (const Span& year : years) {
         std::optional<store::DateTime> first, last;
         for (const Span& period : periods) {

@@ -157,7 +157,7 @@ constexpr ClassOfFields kClasses[]{
      "paid_amount"},
     {"AP_transaction_table", money, every_change, kSlotAmounts},
     {"AP_transaction_table", flag, every_change, "include_tax paid void hold"},
-    {"AP_transaction_table", flag, every_change, kSlotFlags},
+    {"AP_transaction_table", setting, nothing, kSlotFlags},  // ticks in the panel of taxes
     {"AP_transaction_table", number, every_change, "exchange_rate duedays early_days early_discount period"},
     {"AP_transaction_table", number, every_change, kSlotRates},
     {"AP_transaction_table", text, every_change, kSlots},

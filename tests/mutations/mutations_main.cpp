@@ -100,9 +100,10 @@ class Harness {
 
 std::vector<Harness::Row> Harness::all_rows(const store::Table& table) {
     std::vector<Row> rows;
-    Recordset stored = database_.OpenRecordset(query_of(table), RecordsetKind::snapshot);
-    for (std::int64_t position = 0; !stored.at_eof(); stored.MoveNext(), ++position) {
-        Row& row = rows.emplace_back(Row{position, {}});
+    // In the order in which the row to be changed is found later, which is not that of a snapshot.
+    Recordset stored = database_.OpenRecordset(query_of(table), RecordsetKind::dynaset);
+    for (; !stored.at_eof(); stored.MoveNext()) {
+        Row& row = rows.emplace_back(Row{stored.Bookmark().position, {}});
         for (const store::Field& field : table.fields)
             row.values.push_back(stored.field(field.name));
     }
@@ -199,6 +200,8 @@ bool Harness::is_found(const store::Table& table, const std::string& field, cons
         Recordset rows = database_.OpenRecordset(query_of(table), RecordsetKind::dynaset);
         rows.MoveLast();
         rows.Bookmark(store::Bookmark{row.position});
+        if (rows.field(field) != row.values[static_cast<std::size_t>(table.field_index(field))])
+            throw std::logic_error("another row stands there");
         rows.Edit();
         rows.set(field, change.value);
         rows.Update();
