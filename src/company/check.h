@@ -40,6 +40,12 @@ void check_tax_elements(const Books& books, Findings& findings);
 // that they need and no others.
 void check_item_copies(const Books& books, Findings& findings);
 void check_numbered_items(const Books& books, Findings& findings);
+// A GL document of a form says where it comes from and what has become of it; its lines were made with it, or
+// with its reverse; rates and vendors of lines follow from the document.
+void check_ledger_documents(const Books& books, Findings& findings);
+// A document was made with its first GL document, its lines with the one that it names; lines are on hold with
+// their invoice, unless an edit has written them anew.
+void check_stamps(const Books& books, Findings& findings);
 // The rows of Balance_period_table: of this company and one of the ledgers, each once, and a foreign one with
 // its empty twin.
 void check_balance_rows(const Books& books, Findings& findings);
@@ -139,5 +145,7 @@ void check_document_keys(const Books& books, Findings& findings);
 // Both counters stand ahead of every number used, and have given no generated document the number of another.
 void check_key_counters(const Books& books, Findings& findings);
 void check_number_counters(const Books& books, Findings& findings);
+// No number is left out between the first and the last one used, and a counter stands right after the last.
+void check_gaps(const Books& books, Findings& findings);
 
 }  // namespace brimley::company

@@ -82,15 +82,38 @@ std::optional<double> running_number(std::string_view digits) {
 struct HighestUse {
     double number = 0;
     std::string document;
+    std::set<double> numbers{};
+    bool all_are_read = true;  // none is written in another format
 };
 using Uses = std::map<std::string, HighestUse>;
 
 void note_use(Uses& uses, const std::string& counter, double number, const std::string& document) {
     HighestUse& use = uses[counter];
-    if (use.document.empty() || number > use.number) use = {number, document};
+    use.numbers.insert(number);
+    if (!use.document.empty() && number <= use.number) return;
+    use.number = number;
+    use.document = document;
 }
 
-void compare(const Uses& uses, const std::map<std::string, double>& counters, Findings& findings) {
+// Numbers are drawn one after the other, and given back when a save fails.
+void report_gaps(const std::string& counter, double next, const HighestUse& use, Findings& findings) {
+    double expected = *use.numbers.begin();
+    for (const double number : use.numbers) {
+        if (number != expected) {
+            findings.push_back(fmt::format("{}: {} numbers from {} on are not used", shown_text(counter),
+                                           number - expected, expected));
+            return;
+        }
+        ++expected;
+    }
+    if (next > expected)
+        findings.push_back(fmt::format("{} is at {}, and the last number that is used is {}",
+                                       shown_text(counter), next, use.number));
+}
+
+enum class Gaps { are_found, are_ignored };
+
+void compare(const Uses& uses, const std::map<std::string, double>& counters, Gaps gaps, Findings& findings) {
     for (const auto& [name, use] : uses) {
         const auto counter = counters.find(name);
         if (counter == counters.end()) {
@@ -99,6 +122,8 @@ void compare(const Uses& uses, const std::map<std::string, double>& counters, Fi
         } else if (counter->second <= use.number) {
             findings.push_back(fmt::format("{} is at {}, but {} is used", shown_text(name), counter->second,
                                            shown_text(use.document)));
+        } else if (gaps == Gaps::are_found && use.all_are_read) {
+            report_gaps(name, counter->second, use, findings);
         }
     }
 }
@@ -115,7 +140,9 @@ void check_document_keys(const Books& books, Findings& findings) {
     });
 }
 
-void check_key_counters(const Books& books, Findings& findings) {
+namespace {
+
+void compare_keys(const Books& books, Gaps gaps, Findings& findings) {
     Uses uses;
     each_document(books, [&](const Document& document) {
         const std::size_t dash = document.fkey.find('-');
@@ -128,7 +155,13 @@ void check_key_counters(const Books& books, Findings& findings) {
     for (; !rows.at_eof(); rows.MoveNext()) {
         counters[key_counter(rows.text("company") + rows.text("doctype"))] = rows.number("fkeyno");
     }
-    compare(uses, counters, findings);
+    compare(uses, counters, gaps, findings);
+}
+
+}  // namespace
+
+void check_key_counters(const Books& books, Findings& findings) {
+    compare_keys(books, Gaps::are_ignored, findings);
 }
 
 namespace {
@@ -235,7 +268,9 @@ class GeneratedNumbers {
 
 }  // namespace
 
-void check_number_counters(const Books& books, Findings& findings) {
+namespace {
+
+void compare_numbers(const Books& books, Gaps gaps, Findings& findings) {
     const NumberFormat format(books);
     Uses uses;
     GeneratedNumbers generated(books, uses, findings);
@@ -246,6 +281,8 @@ void check_number_counters(const Books& books, Findings& findings) {
             const std::string counter = number_counter(document.company, document.doctype, document.fyear);
             note_use(uses, counter, *number, document.docno);
             generated.compare(counter, *number, document.docno);
+        } else {
+            uses[number_counter(document.company, document.doctype, document.fyear)].all_are_read = false;
         }
     });
     std::map<std::string, double> counters;
@@ -254,7 +291,26 @@ void check_number_counters(const Books& books, Findings& findings) {
         counters[number_counter(rows.text("company"), rows.text("doctype"), rows.text("fiscalyear"))] =
             rows.number("nextdocno");
     }
-    compare(uses, counters, findings);
+    std::erase_if(uses, [](const auto& use) { return use.second.document.empty(); });
+    compare(uses, counters, gaps, findings);
+}
+
+}  // namespace
+
+void check_number_counters(const Books& books, Findings& findings) {
+    compare_numbers(books, Gaps::are_ignored, findings);
+}
+
+void check_gaps(const Books& books, Findings& findings) {
+    Findings all;
+    compare_keys(books, Gaps::are_found, all);
+    compare_numbers(books, Gaps::are_found, all);
+    Findings known;
+    compare_keys(books, Gaps::are_ignored, known);
+    compare_numbers(books, Gaps::are_ignored, known);
+    std::erase_if(
+        all, [&](const std::string& finding) { return std::ranges::find(known, finding) != known.end(); });
+    findings.insert(findings.end(), all.begin(), all.end());
 }
 
 }  // namespace brimley::company

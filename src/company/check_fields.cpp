@@ -6,15 +6,13 @@
 #include "company/check.h"
 #include "company/field_rules.h"
 #include "company/shown_text.h"
+#include "company/stamps.h"
 
 namespace brimley::company {
 
 namespace {
 
 using store::Value;
-
-constexpr double kSecondsOfASave = 3600;
-constexpr int kSecondsOfADay = 86400;
 
 // One field by one rule, with the places of the columns.
 struct PlacedRule {
@@ -31,20 +29,6 @@ bool same(const Value& one, const Value& other) {
     if (is_nothing(one) && is_nothing(other)) return true;
     if (one.is_number() && other.is_number()) return std::fabs(one.number_ref() - other.number_ref()) < 1e-9;
     return one.text() == other.text();
-}
-
-// Seconds since the first day; empty without a date or with a time that is none.
-std::optional<double> moment(const Value& date, const Value& time) {
-    const auto day = date.date();
-    const auto words = words_of(time.text(), ':');
-    if (!day || words.size() != 3) return std::nullopt;
-    double seconds = 0;
-    for (const std::string& word : words) {
-        const auto number = store::whole_number_text(word);
-        if (!number) return std::nullopt;
-        seconds = seconds * 60 + *number;
-    }
-    return static_cast<double>(day->day) * kSecondsOfADay + seconds;
 }
 
 class RulesOfRows {
@@ -127,10 +111,10 @@ class RulesOfRows {
     }
 
     void check_made_with(std::int64_t row, std::int64_t owner, const PlacedRule& placed, const Value& value) {
-        const auto here = moment(value, rows_.value(row, placed.time_column));
-        const auto there = moment(owners_->value(owner, placed.owner_column),
-                                  owners_->value(owner, placed.owner_time_column));
-        if (here && there && std::fabs(*here - *there) <= kSecondsOfASave) return;
+        const auto here = seconds_of(value, rows_.value(row, placed.time_column));
+        const auto there = seconds_of(owners_->value(owner, placed.owner_column),
+                                      owners_->value(owner, placed.owner_time_column));
+        if (within_one_save(here, there)) return;
         report(row, placed, value, fmt::format("which is not when {} was made", rules_.owner));
     }
 

@@ -13,7 +13,16 @@ bool of_form(const RowInRules& row) {
     return row.is("Source", "AP-INVOICE") && row.is("source_form", "APform_invoice");
 }
 bool header_of_form(const RowInRules& row, const RowInRules* /*owner*/) { return of_form(row); }
-bool line_of_form(const RowInRules& /*row*/, const RowInRules* header) { return of_form(*header); }
+// One of the two would do: what another hand has changed is a difference from the other.
+bool names_form(const RowInRules& row) {
+    return row.is("Source", "AP-INVOICE") || row.is("source_form", "APform_invoice");
+}
+bool line_of_form(const RowInRules& row, const RowInRules* header) {
+    return names_form(row) || names_form(*header);
+}
+bool header_by_posting(const RowInRules& /*row*/, const RowInRules* posting) {
+    return posting->is("Source", "AP-INVOICE") && posting->is("source_form", "APform_invoice");
+}
 bool void_header(const RowInRules& row, const RowInRules* /*owner*/) {
     return of_form(row) && row.flag("void");
 }
@@ -124,8 +133,8 @@ std::span<const RowRules> rules() {
         {kHeaders, "Invoice", nullptr, header_of_form, nullptr, nullptr, nullptr, nullptr, kHeader},
         {kHeaders, "Invoice", nullptr, header_in_use, nullptr, nullptr, nullptr, nullptr, kHeaderNeverVoid},
         {kHeaders, "Invoice", nullptr, void_header, nullptr, nullptr, nullptr, nullptr, kHeaderOnceVoid},
-        {kHeaders, "Invoice", nullptr, header_of_form, "GLFKEY", "GL_header_table", "fkey", "its GL document",
-         kHeaderAndPosting},
+        {kHeaders, "Invoice", nullptr, header_by_posting, "GLFKEY", "GL_header_table", "fkey",
+         "its GL document", kHeaderAndPosting},
         {kLines, "Invoice", "pay_item", line_of_form, "fkey", kHeaders, "fkey", "its header", kLine},
         {kHeaders, "Generated invoice", nullptr, generated, nullptr, nullptr, nullptr, nullptr,
          kGeneratedHeader},
