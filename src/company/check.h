@@ -43,8 +43,8 @@ void check_numbered_items(const Books& books, Findings& findings);
 // A GL document of a form says where it comes from and what has become of it; its lines were made with it, or
 // with its reverse; rates and vendors of lines follow from the document.
 void check_ledger_documents(const Books& books, Findings& findings);
-// A document was made with its first GL document, its lines with the one that it names; lines are on hold with
-// their invoice, unless an edit has written them anew.
+// A document was made with its first GL document, its lines with the one that it names; lines are on hold
+// with their invoice, unless an edit has written them anew.
 void check_stamps(const Books& books, Findings& findings);
 // The rows of Balance_period_table: of this company and one of the ledgers, each once, and a foreign one with
 // its empty twin.

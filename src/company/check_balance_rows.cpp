@@ -46,6 +46,12 @@ void check_balance_rows(const Books& books, Findings& findings) {
         const std::string ledger = rows.text(row, "ledgertype");
         const std::string key = rows.key(row, {"fyear", "company", "accno", "Currency"});
         if (ledger == "F") foreign.insert(key);
+        for (const std::string total : {"ytd_balance", "e_ytd_balance"})
+            if (ledger == "F" && rows.value(row, rows.column(total)).is_null() &&
+                !is_nothing(rows.value(
+                    row, rows.column(total.starts_with("e_") ? "e_opening_balance" : "opening_balance"))))
+                findings.push_back(balance_row_name(rows, row, kYears, true) +
+                                   " opens with a balance that its total does not have");
         if (ledger != "E") continue;
         if (!twins.insert(key).second)
             findings.push_back(balance_row_name(rows, row, kYears, true) + " stands there twice");

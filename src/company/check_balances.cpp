@@ -68,9 +68,6 @@ void compare_running(const Recordset& row, const BalanceColumns& columns, Findin
                                row.text("accno"), row.text("Currency")));
     const bool moved =
         std::any_of(family.movements.begin(), family.movements.end(), [](double m) { return m != 0; });
-    // What a row opens with is in its running balances as soon as there are any.
-    if (!moved && row.field(columns.year_total).is_null())
-        compare(name, columns.opening, family.opening, 0, findings);
     const auto compare_computed = [&](const std::string& field, double expected) {
         // Null until the first posting computes it.
         if (!moved && row.field(field).is_null()) return;

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_map>
 
 #include "company/check.h"
@@ -27,10 +28,13 @@ constexpr Copy kCopies[]{
     {"Currency", "Currency"},         {"invoice_exchange_rate", "exchange_rate"},
 };
 
+// A line shows an item of parts of a cent as it is rounded.
+constexpr double kHalfOfACent = 0.0051;
+
 bool equal(const store::Value& one, const store::Value& other) {
     if (is_nothing(one) && is_nothing(other)) return true;
     if (one.is_number() && other.is_number())
-        return !differ(one.number_ref() * 100, other.number_ref() * 100);
+        return std::fabs(one.number_ref() - other.number_ref()) < kHalfOfACent;
     return one.text() == other.text();
 }
 

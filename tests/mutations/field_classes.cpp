@@ -192,7 +192,7 @@ constexpr ClassOfFields kClasses[]{
     {"Payment_header_table", vendor, every_change, "vendor_no"},
     {"Payment_header_table", currency, every_change, "Currency total_currency"},
     {"Payment_header_table", account, every_change, "cash_accno bank_accno prepayment_accno expense_accno"},
-    {"Payment_header_table", date, every_change, "payment_date rate_date check_date date_created void_date"},
+    {"Payment_header_table", date, every_change, "payment_date rate_date date_created void_date"},
     {"Payment_header_table", money, every_change,
      "payment_amount payment_base_amount total_amount total_base_amount card_balance fee_amount"},
     {"Payment_header_table", flag, every_change, "invoiced void"},
@@ -200,7 +200,7 @@ constexpr ClassOfFields kClasses[]{
     {"Payment_header_table", text, every_change,
      "doctype payby bank_code po_no Source period fyear source_form user_created time_created"},
     {"Payment_header_table", absent, nothing, "printed"},
-    {"Payment_header_table", words, nothing, "remit_to remark check_no"},
+    {"Payment_header_table", words, nothing, "remit_to remark check_no check_date"},
     {"Payment_transaction_table", key, every_change, "fkey company item_no pay_item"},
     {"Payment_transaction_table", docno, every_change, "docno ap_docno"},
     {"Payment_transaction_table", vendor, every_change, "vendor_no"},
@@ -273,6 +273,7 @@ constexpr ClassOfFields kClasses[]{
      "split_page PaperSize Width Height unit"},
 };
 
+// A counter that has given no number may stand anywhere.
 constexpr SampledTable kSampled[]{
     {"Vendor_table", "Currency", "vendor_no", "AP_transaction_table.vendor_no"},
     {"Account_master_table", "acctype type", "accno", "GL_transaction_table.accno"},
@@ -284,8 +285,8 @@ constexpr SampledTable kSampled[]{
     {"Tax_code_details_table", "", "tax_code", "AP_transaction_table.tax_code"},
     {"Tax_authority_table", "", "tax_authority", "Tax_code_details_table.tax_authority"},
     {"Working_currency_table", "", "Currency", "AP_header_table.Currency"},
-    {"Docno_master_table", "doctype", "", ""},
-    {"Next_number_fkey_table", "doctype", "", ""},
+    {"Docno_master_table", "doctype", "nextdocno", kUsedCounters},
+    {"Next_number_fkey_table", "doctype", "fkeyno", kUsedCounters},
     {"GL_header_table", "Source Reverse ledgertype Currency Description", "", ""},
     {"GL_transaction_table", "Source source_form ledgertype vendor_no", "", ""},
     {"Balance_table", "ledgertype Currency", "accno", "GL_transaction_table.accno"},

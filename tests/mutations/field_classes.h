@@ -48,6 +48,9 @@ struct SampledTable {
     std::string_view used_in;
 };
 
+// In place of a field in `used_in`: any number above 1.
+inline constexpr std::string_view kUsedCounters = "counters";
+
 struct ClassOfField {
     FieldClass held;
     Provable provable;

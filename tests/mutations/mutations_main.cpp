@@ -126,13 +126,16 @@ std::set<std::string> Harness::values_in(std::string_view table_and_field) {
 std::vector<const Harness::Row*> Harness::sample(const store::Table& table, const std::vector<Row>& rows) {
     const SampledTable sampling = sampling_of(table.name);
     std::set<std::string> used;
-    if (!sampling.key.empty()) used = values_in(sampling.used_in);
+    const bool counters = sampling.used_in == kUsedCounters;
+    if (!sampling.key.empty() && !counters) used = values_in(sampling.used_in);
     const auto text = [&](const Row& row, std::string_view field) {
         return row.values[static_cast<std::size_t>(table.field_index(field))].text();
     };
     std::vector<const Row*> usable;
     for (const Row& row : rows)
-        if (sampling.key.empty() || used.contains(text(row, sampling.key))) usable.push_back(&row);
+        if (sampling.key.empty() ||
+            (counters ? text(row, sampling.key) != "1" : used.contains(text(row, sampling.key))))
+            usable.push_back(&row);
     if (usable.empty()) return {};
     std::map<std::string, const Row*> kinds;
     for (const Row* row : usable) {
