@@ -92,9 +92,72 @@ TEST_F(ServerCompany, AbsentOrForeignOrOtherDatabaseIsRefused) {
     sql("DROP SCHEMA brimley");
     create();
     sql("ALTER TABLE brimley.line_table DROP COLUMN currency");
-    expect_no_company("was made by another version of this program: Line_table.Currency is missing");
+    expect_no_company("is not laid out as a company of this version: Line_table.Currency is missing");
     sql("COMMENT ON SCHEMA brimley IS 'Brimley company, layout 2'");
     expect_no_company("was made by another version of this program");
+}
+
+// What was made and taken back again leaves a sound company behind.
+TEST_F(ServerCompany, WhatDoesNotBelongToACompanyIsRefusedByItsName) {
+    create();
+    struct Change {
+        const char* made;
+        const char* taken_back;
+        const char* difference;
+    };
+    for (const Change& change : std::initializer_list<Change>{
+             {"CREATE FUNCTION public.pay() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN NEW.amount = "
+              "1000000; "
+              "RETURN NEW; END $$; CREATE TRIGGER pays_mallory BEFORE INSERT ON brimley.header_table FOR "
+              "EACH "
+              "ROW EXECUTE FUNCTION public.pay()",
+              "DROP FUNCTION public.pay CASCADE", "trigger pays_mallory does not belong to it"},
+             {"CREATE RULE nothing AS ON UPDATE TO brimley.header_table DO INSTEAD NOTHING",
+              "DROP RULE nothing ON brimley.header_table", "rule nothing does not belong to it"},
+             {"CREATE VIEW brimley.docs AS SELECT 1", "DROP VIEW brimley.docs",
+              "view docs does not belong to it"},
+             {"CREATE TABLE brimley.notes (a text)", "DROP TABLE brimley.notes",
+              "table notes does not belong to it"},
+             {"CREATE INDEX mine ON brimley.header_table (amount)", "DROP INDEX brimley.mine",
+              "index mine does not belong to it"},
+             {"ALTER TABLE brimley.header_table ADD COLUMN extra text",
+              "ALTER TABLE brimley.header_table DROP COLUMN extra",
+              "Header_table.extra does not belong to it"},
+             {"ALTER TABLE brimley.header_table ALTER COLUMN amount SET DEFAULT 5",
+              "ALTER TABLE brimley.header_table ALTER COLUMN amount DROP DEFAULT",
+              "Header_table.amount is not as it should be"},
+             {"ALTER TABLE brimley.header_table ALTER COLUMN docno TYPE text COLLATE \"und-x-icu\"",
+              "ALTER TABLE brimley.header_table ALTER COLUMN docno TYPE text COLLATE \"C\"",
+              "Header_table.docno is not as it should be"},
+             {"ALTER TABLE brimley.header_table ALTER COLUMN paid DROP NOT NULL",
+              "ALTER TABLE brimley.header_table ALTER COLUMN paid SET NOT NULL",
+              "Header_table.paid is not as it should be"},
+             {"ALTER TABLE brimley.header_table ADD CONSTRAINT small CHECK (amount < 10)",
+              "ALTER TABLE brimley.header_table DROP CONSTRAINT small",
+              "constraint small does not belong to it"},
+             {"ALTER TABLE brimley.header_table ENABLE ROW LEVEL SECURITY",
+              "ALTER TABLE brimley.header_table DISABLE ROW LEVEL SECURITY",
+              "table Header_table is not as it should be"},
+             {"CREATE POLICY hides ON brimley.header_table USING (FALSE)",
+              "DROP POLICY hides ON brimley.header_table", "policy hides does not belong to it"},
+             {"CREATE TABLE public.more () INHERITS (brimley.header_table)", "DROP TABLE public.more",
+              "inheritance public.more does not belong to it"},
+             {"CREATE FUNCTION brimley.lower(a text) RETURNS text LANGUAGE sql AS $$ SELECT 'x' $$",
+              "DROP FUNCTION brimley.lower", "function lower does not belong to it"},
+             {"CREATE TYPE brimley.colour AS ENUM ('red')", "DROP TYPE brimley.colour",
+              "type brimley.colour does not belong to it"},
+             {"ALTER SEQUENCE brimley.row_keys CYCLE", "ALTER SEQUENCE brimley.row_keys NO CYCLE",
+              "sequence row_keys is not as it should be"},
+             {"ALTER TABLE brimley.header_table SET UNLOGGED", "ALTER TABLE brimley.header_table SET LOGGED",
+              "table Header_table is not as it should be"}}) {
+        SCOPED_TRACE(change.made);
+        sql(change.made);
+        expect_no_company(std::string("is not laid out as a company of this version: ") + change.difference);
+        sql(change.taken_back);
+        (void)store::open_company(database_.uri(), small_catalog());
+    }
+    sql("DROP INDEX brimley.header_table_index_2");
+    expect_no_company("is not laid out as a company of this version: index header_table_index_2 is missing");
 }
 
 TEST_F(ServerCompany, ServerThatDoesNotKeepWhatIsSavedIsRefused) {

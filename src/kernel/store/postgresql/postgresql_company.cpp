@@ -123,7 +123,8 @@ void set_up(PGconn* connection, const std::string& uri) {
     require_durable(connection, uri);
     // A lock of another user is an error at once, and not waited for; only one of an instant, such as that
     // for a new page, is.
-    run_sql(connection, fmt::format("SET search_path = {}, pg_catalog; SET lock_timeout = '200ms'; "
+    // What the server itself has comes first, so that nothing in the company can take its place.
+    run_sql(connection, fmt::format("SET search_path = pg_catalog, {}, pg_temp; SET lock_timeout = '200ms'; "
                                     "SET standard_conforming_strings = on; SET jit = off",
                                     kCompanySchema));
     if (text_of_sql(connection, "SHOW statement_timeout") == "0")
@@ -187,9 +188,9 @@ ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog
     if (mark.empty()) refuse(uri, "holds no company");
     if (!mark.starts_with("Brimley company")) refuse(uri, "holds no company, but something of that name");
     if (mark != kCompanyMark) refuse(uri, "was made by another version of this program");
-    const std::string missing = missing_in_schema(connection.get(), catalog);
-    if (!missing.empty())
-        refuse(uri, fmt::format("was made by another version of this program: {} is missing", missing));
+    const std::string difference = difference_from_layout(connection.get(), catalog);
+    if (!difference.empty())
+        refuse(uri, fmt::format("is not laid out as a company of this version: {}", difference));
     ServerPlace place = place_of(connection.get());
     return {std::move(connection), std::move(place)};
 }

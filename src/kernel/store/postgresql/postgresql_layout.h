@@ -1,5 +1,5 @@
-// The tables of a catalog in the schema of a company: making them, and finding out whether a schema has
-// them.
+// The tables of a catalog in the schema of a company: making them, and finding out whether a schema has them
+// and nothing else.
 #pragma once
 
 #include <libpq-fe.h>
@@ -22,8 +22,9 @@ inline constexpr const char* kCompanyMark = "Brimley company, layout 1";
 // The schema and everything in it, in the order of making.
 [[nodiscard]] std::vector<std::string> postgresql_layout(const Catalog& catalog);
 
-// The first table or field of the catalog that the schema lacks or holds as another type, as "table" or
-// "table.field"; empty when all are there.
-[[nodiscard]] std::string missing_in_schema(PGconn* connection, const Catalog& catalog);
+// What the schema has besides the tables and indexes of the catalog, lacks of them, or has in another form: a
+// trigger that runs at each save, a rule, a field of a later version. The first of it by its name, as the end
+// of a sentence; empty when the schema is laid out as the catalog says. Throws store::Error.
+[[nodiscard]] std::string difference_from_layout(PGconn* connection, const Catalog& catalog);
 
 }  // namespace brimley::store
