@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "company/add_year.h"
+#include "company/backup.h"
 #include "company/check.h"
 #include "company/command_line_words.h"
 #include "company/create.h"
@@ -38,6 +39,7 @@ constexpr int kCannot = 3;
 struct Arguments {
     std::string company;
     std::string folder;
+    std::string backup;  // the file of a backup
     std::string year;
     std::string base_currency;
     std::vector<std::string> tables;
@@ -95,21 +97,43 @@ void export_files(const Arguments& arguments) {
     });
 }
 
+void print_lines(const char* before, const company::Findings& lines) {
+    for (const std::string& line : lines) {
+        fmt::print("{}{}\n", before, kernel::visible_text(line));
+    }
+}
+
+// What is damaged is not read any further.
 int check(const Arguments& arguments) {
+    std::vector<std::string> faults;
     company::Findings findings;
     company::Findings notes;
     with_books(arguments, [&](store::Database& database) {
+        faults = database.faults_of_storage();
+        if (!faults.empty()) return;
         findings = company::check_books(database);
         notes = company::books_notes(database);
     });
-    for (const std::string& note : notes) {
-        fmt::print("note: {}\n", kernel::visible_text(note));
-    }
-    for (const std::string& finding : findings) {
-        fmt::print("{}\n", kernel::visible_text(finding));
-    }
-    if (findings.empty()) fmt::print("books agree\n");
+    print_lines("", faults);
+    print_lines("note: ", notes);
+    print_lines("", findings);
+    if (!faults.empty() || !findings.empty()) return kFindings;
+    fmt::print("books agree\n");
+    return kDone;
+}
+
+// Of a copy that was made.
+int report(const company::Findings& findings) {
+    print_lines("", findings);
     return findings.empty() ? kDone : kFindings;
+}
+
+int back_up(const Arguments& arguments) {
+    return report(company::back_up(arguments.company, arguments.backup));
+}
+
+int restore(const Arguments& arguments) {
+    return report(company::restore(arguments.backup, arguments.company));
 }
 
 void add_year(const Arguments& arguments) {
@@ -151,11 +175,20 @@ int run(const Arguments& arguments, const std::function<int(const Arguments&)>& 
 }
 
 // One subcommand; what it returns runs after the whole command line has been read.
-CLI::App* add_command(CLI::App& program, Arguments& arguments, const char* name, const char* description) {
+CLI::App* add_subcommand(CLI::App& program, const char* name, const char* description) {
     CLI::App* command = program.add_subcommand(name, description);
     command->fallthrough();
-    command->add_option("COMPANY", arguments.company, "path of the company file, or postgresql:// URI")
+    return command;
+}
+
+void add_company(CLI::App& command, Arguments& arguments) {
+    command.add_option("COMPANY", arguments.company, "path of the company file, or postgresql:// URI")
         ->required();
+}
+
+CLI::App* add_command(CLI::App& program, Arguments& arguments, const char* name, const char* description) {
+    CLI::App* command = add_subcommand(program, name, description);
+    add_company(*command, arguments);
     return command;
 }
 
@@ -189,9 +222,25 @@ CLI::App* add_export(CLI::App& program, Arguments& arguments) {
     return exporting;
 }
 
+CLI::App* add_backup(CLI::App& program, Arguments& arguments) {
+    CLI::App* backup = add_command(program, arguments, "backup",
+                                   "Copy a company, which may be in use, to a new file and check the copy");
+    backup->add_option("TO", arguments.backup, "path of the new file")->required();
+    return backup;
+}
+
+CLI::App* add_restore(CLI::App& program, Arguments& arguments) {
+    CLI::App* restoring =
+        add_subcommand(program, "restore", "Make a company that does not exist yet from a backup");
+    restoring->add_option("FROM", arguments.backup, "path of the backup")->required();
+    add_company(*restoring, arguments);
+    return restoring;
+}
+
 // What is wrong with a command line that names no command: the word that stands where one belongs.
 std::string fault_without_command(const CLI::App& program) {
-    constexpr const char* kCommands = "; there are create, import, export, check and add-year";
+    constexpr const char* kCommands =
+        "; there are create, import, export, check, backup, restore and add-year";
     const std::vector<std::string> words = program.remaining();
     const auto is_option = [](const std::string& word) { return word.starts_with('-'); };
     const auto command = std::find_if_not(words.begin(), words.end(), is_option);
@@ -213,8 +262,9 @@ int main_program(int argc, char** argv) {
     const company::CommandLineWords words(argc, argv);
     Arguments arguments;
     std::function<int(const Arguments&)> chosen;
-    CLI::App program("A Brimley company database as a whole: create, import, export, check, add-year",
-                     "brimley-company");
+    CLI::App program(
+        "A Brimley company database as a whole: create, import, export, check, back up, add a year",
+        "brimley-company");
     program.set_version_flag("--version", "brimley-company " BRIMLEY_VERSION);
     program.require_subcommand(1);
     program.failure_message([&](const CLI::App* app, const CLI::Error& error) {
@@ -229,6 +279,8 @@ int main_program(int argc, char** argv) {
     add_command(program, arguments, "check", "Recompute the books and compare")->callback([&] {
         chosen = check;
     });
+    add_backup(program, arguments)->callback([&] { chosen = back_up; });
+    add_restore(program, arguments)->callback([&] { chosen = restore; });
     CLI::App* year = add_command(program, arguments, "add-year", "Open a fiscal year");
     year->add_option("YEAR", arguments.year, "such as 2028")->required();
     year->callback([&] { chosen = quietly(add_year); });

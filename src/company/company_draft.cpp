@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "company/durable_folder.h"
 #include "kernel/store/error.h"
 
 namespace brimley::company {
@@ -44,16 +45,6 @@ bool move_to_free_place(const std::string& from, const std::string& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
     if (errno != EINVAL && errno != ENOSYS) return false;
     return ::link(from.c_str(), to.c_str()) == 0;
-}
-
-// A new name is safe from a power failure once its folder is on the disk. Some file systems refuse this, and
-// the company is whole all the same.
-void sync_folder_of(const std::string& file) {
-    const auto parent = std::filesystem::absolute(file).parent_path();
-    const int folder = ::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0) return;
-    ::fsync(folder);
-    ::close(folder);
 }
 
 }  // namespace
@@ -106,6 +97,17 @@ CompanyDraft::CompanyDraft(const std::string& company) : company_(free_place(com
     remove_logs(free_place(company));
 }
 
+void CompanyDraft::make(const std::function<void(const std::string& file)>& make_file) {
+    try {
+        make_file(file());
+    } catch (const Error& error) {
+        std::string text = error.what();
+        if (const auto at = text.find(file()); at != std::string::npos)
+            text.replace(at, file().size(), company_);
+        throw Error(error.kind(), text, error.native_code(), error.statement());
+    }
+}
+
 void CompanyDraft::publish() {
     // A log that the last connection could not bring into the file holds what would be lost by the move.
     if (::access((file() + "-wal").c_str(), F_OK) == 0) {
@@ -115,7 +117,7 @@ void CompanyDraft::publish() {
         if (errno == EEXIST) refuse_existing(company_);
         fail(company_, errno);
     }
-    sync_folder_of(company_);
+    sync_folder(std::filesystem::path(company_).parent_path());
 }
 
 }  // namespace brimley::company

@@ -5,6 +5,7 @@
 // next one that makes this company takes the folder over and clears it.
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace brimley::company {
@@ -38,7 +39,10 @@ class CompanyDraft {
     // is removed, because it would be read into the new one.
     explicit CompanyDraft(const std::string& company);
 
-    // Where to make the company.
+    // Runs what makes the company at the path that it is given. The user knows the company by its own path,
+    // so that is what an error says.
+    void make(const std::function<void(const std::string& file)>& make_file);
+    // Where the company is made.
     [[nodiscard]] const std::string& file() const { return folder_.file(); }
     // Puts the company into its place; nobody may have it open any more. Throws store::Error: state when
     // something has come there meanwhile, which is left as it is; io when the disk refuses.

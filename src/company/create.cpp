@@ -58,13 +58,6 @@ bool is_path_of_a_file(const std::string& company) {
            std::filesystem::path(company).has_filename();
 }
 
-// The user knows the company by its own path.
-store::Error told_of(const std::string& company, const std::string& draft, const store::Error& error) {
-    std::string text = error.what();
-    if (const auto at = text.find(draft); at != std::string::npos) text.replace(at, draft.size(), company);
-    return {error.kind(), text, error.native_code(), error.statement()};
-}
-
 }  // namespace
 
 void add_grid_properties(store::Database& database) {
@@ -93,11 +86,7 @@ void add_grid_properties(store::Database& database) {
 void create_company_file(const std::string& company, const CompanyContent& content) {
     if (!is_path_of_a_file(company)) return make_and_fill(company, content);
     CompanyDraft draft(company);
-    try {
-        make_and_fill(draft.file(), content);
-    } catch (const store::Error& error) {
-        throw told_of(company, draft.file(), error);
-    }
+    draft.make([&](const std::string& file) { make_and_fill(file, content); });
     draft.publish();
 }
 

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "company/csv_values.h"
+#include "company/durable_folder.h"
 #include "company/output_file.h"
 #include "company/table_writer.h"
 
@@ -75,6 +76,8 @@ void export_tables(store::Database& database, const std::filesystem::path& folde
     for (OutputFile& file : files) {
         file.publish();
     }
+    sync_folder(folder);
+    sync_folder(std::filesystem::absolute(folder).parent_path());
 }
 
 }  // namespace brimley::company

@@ -118,11 +118,14 @@ void CompanyTest::in_transaction(const std::function<void(store::Database&)>& wo
     transaction.commit();
 }
 
-std::string CompanyTest::dump() {
+std::string dump_of(const store::OpenCompany& open) {
     const TemporaryFolder folder;
-    in_transaction([&](store::Database& database) { company::export_tables(database, folder.path()); });
+    {
+        const company::ReadingMoment moment(open);
+        company::export_tables(*open.database, folder.path());
+    }
     std::string all;
-    for (const store::Table& table : db().catalog().tables()) {
+    for (const store::Table& table : open.database->catalog().tables()) {
         all += table.name + "\n" + text_of_file(folder.file(table.name + ".csv"));
     }
     return all;

@@ -26,6 +26,9 @@ namespace brimley::testing {
 [[nodiscard]] std::string text_of_file(const std::string& path);
 void write_file(const std::string& path, std::string_view text);
 
+// Everything that a company holds, as exported files joined.
+[[nodiscard]] std::string dump_of(const store::OpenCompany& open);
+
 class CompanyTest : public ::testing::Test {
   protected:
     // Opens a company of this content: a copy of one that the process has made before.
@@ -51,8 +54,7 @@ class CompanyTest : public ::testing::Test {
 
     // In one transaction, kept when the work does not throw.
     void in_transaction(const std::function<void(store::Database&)>& work);
-    // Everything that the company holds, as exported files joined.
-    [[nodiscard]] std::string dump();
+    [[nodiscard]] std::string dump() const { return dump_of(open_); }
 
     TemporaryFolder folder_;
 

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <sstream>
 #include <unordered_map>
 
@@ -279,7 +278,6 @@ std::vector<Described> objects_in_schema(PGconn* connection) {
 
 // "field line_table.created" is told as the catalog writes it: "Line_table.created".
 std::string shown(const Catalog& catalog, const std::string& kind, const std::string& name) {
-    constexpr std::size_t kNameMax = 60;
     const std::size_t dot = name.find('.');
     const Table* const table = catalog.find(name.substr(0, dot));
     std::string told = table ? table->name : name.substr(0, dot);
@@ -287,9 +285,6 @@ std::string shown(const Catalog& catalog, const std::string& kind, const std::st
         const int field = table ? table->field_index(name.substr(dot + 1)) : -1;
         told += '.' + (field < 0 ? name.substr(dot + 1) : table->fields[field].name);
     }
-    told.resize(std::min(told.size(), kNameMax));
-    for (char& letter : told)
-        if (static_cast<unsigned char>(letter) < ' ' || letter == '\x7f') letter = '?';
     return kind == "field" ? told : kind + ' ' + told;
 }
 

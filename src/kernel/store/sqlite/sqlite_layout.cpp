@@ -67,16 +67,6 @@ struct StoredObject {
     std::string statement;  // that made it
 };
 
-constexpr std::size_t kShownNameMax = 60;
-
-// A name out of a file that anybody may have written.
-std::string shown_name(std::string_view name) {
-    std::string shown;
-    for (const char letter : name.substr(0, kShownNameMax))
-        shown += static_cast<unsigned char>(letter) < ' ' || letter == '\x7f' ? '?' : letter;
-    return shown;
-}
-
 std::string text_column(sqlite3_stmt* statement, int column) {
     const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
     return text ? text : "";
@@ -113,7 +103,7 @@ std::string difference_of_table(sqlite3* connection, const Table& table) {
             return fmt::format("{}.{} is missing", table.name, field.name);
     for (const std::string& field : fields)
         if (field != dialect::kRowKeyColumn && table.field_index(field) < 0)
-            return fmt::format("{}.{} does not belong to it", table.name, shown_name(field));
+            return fmt::format("{}.{} does not belong to it", table.name, field);
     return fmt::format("table {} is not as it should be", table.name);
 }
 
@@ -145,7 +135,7 @@ std::string difference_from_layout(sqlite3* connection, const Catalog& catalog) 
     for (const StoredObject& object : stored_objects(connection)) {
         const auto found = missing.find(object.name);
         if (found == missing.end())
-            return fmt::format("{} {} does not belong to it", object.kind, shown_name(object.name));
+            return fmt::format("{} {} does not belong to it", object.kind, object.name);
         if (object.statement != found->second) {
             const Table* const table = object.kind == "table" ? catalog.find(object.name) : nullptr;
             return table ? difference_of_table(connection, *table)

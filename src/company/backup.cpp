@@ -1,0 +1,93 @@
+#include "company/backup.h"
+
+#include <fmt/format.h>
+
+#include "company/check.h"
+#include "company/company_draft.h"
+#include "company/refusal.h"
+#include "company/table_writer.h"
+#include "company/transaction.h"
+#include "kernel/tables/company_tables.h"
+
+namespace brimley::company {
+
+namespace {
+
+using store::Database;
+using store::OpenCompany;
+
+void require_file(const std::string& backup) {
+    if (store::is_on_server(backup)) throw UnusableValue("a backup is a file, not a company on a server");
+}
+
+OpenCompany open_sound(const std::string& company) {
+    OpenCompany opened = store::open_company(company, kernel::company_tables());
+    if (const std::string damage = opened.database->reading_only_because(); !damage.empty())
+        throw Refusal(damage);
+    return opened;
+}
+
+void copy_table(Database& from, const store::Table& table, Database& to) {
+    store::Recordset rows =
+        from.OpenRecordset(fmt::format("SELECT * FROM [{}]", table.name), store::RecordsetKind::snapshot);
+    TableWriter writer(to, table.name);
+    std::vector<store::Value> row(table.fields.size());
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        for (std::size_t field = 0; field < row.size(); ++field) {
+            row[field] = rows.column(static_cast<int>(field));
+        }
+        writer.add_row(row);
+    }
+}
+
+// Row by row, from one engine to another, all of one moment.
+store::CompanyFiller rows_of(const OpenCompany& from) {
+    return [&from](Database& to) {
+        const ReadingMoment moment(from);
+        for (const store::Table& table : kernel::company_tables().tables()) {
+            copy_table(*from.database, table, to);
+        }
+    };
+}
+
+void copy_into_file(const OpenCompany& from, const std::string& file) {
+    if (from.database->copy_file(file)) return;
+    (void)store::create_company(file, kernel::company_tables(), rows_of(from));
+}
+
+Findings look_through(const std::string& copy, const std::string& original) {
+    const OpenCompany opened = open_sound(copy);
+    const ReadingMoment moment(opened);
+    if (const auto faults = opened.database->faults_of_storage(); !faults.empty())
+        throw Refusal(fmt::format("the copy of {} is damaged: {}", original, faults.front()));
+    return check_books(*opened.database);
+}
+
+Findings copy_to_new_file(const OpenCompany& from, const std::string& to) {
+    CompanyDraft draft(to);
+    Findings findings;
+    draft.make([&](const std::string& file) {
+        copy_into_file(from, file);
+        findings = look_through(file, from.database->name());
+    });
+    draft.publish();
+    return findings;
+}
+
+}  // namespace
+
+Findings back_up(const std::string& company, const std::string& to) {
+    require_file(to);
+    return copy_to_new_file(open_sound(company), to);
+}
+
+Findings restore(const std::string& from, const std::string& company) {
+    require_file(from);
+    const OpenCompany backup = open_sound(from);
+    if (!store::is_on_server(company)) return copy_to_new_file(backup, company);
+    Findings findings = look_through(from, from);
+    (void)store::create_company(company, kernel::company_tables(), rows_of(backup));
+    return findings;
+}
+
+}  // namespace brimley::company
