@@ -82,6 +82,10 @@ std::string Console::cell_shown(const controls::Grid& grid, int row, int column)
     return store::Value(text).flag() ? "TRUE" : "FALSE";
 }
 
+void Console::tidy() {
+    if (ap_.dbe) ap_.dbe->tidy();
+}
+
 std::vector<std::string> Console::words() const {
     std::vector<std::string> known;
     for (const CommandEntry& entry : command_table())

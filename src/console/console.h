@@ -28,6 +28,9 @@ class Console {
     // line is wrong.
     void run(const std::string& line, const std::string& place);
 
+    // The user is about to think: what was saved is brought into the company file itself.
+    void tidy();
+
     [[nodiscard]] int checks_passed() const { return passed_; }
     [[nodiscard]] int checks_failed() const { return failed_; }
     [[nodiscard]] ConsoleDesk& desk() { return desk_; }

@@ -63,6 +63,7 @@ void run_terminal(Console& console) {
             std::cerr << kernel::visible_text(failure.what()) << '\n';
         }
         std::cout.flush();
+        console.tidy();
     }
     std::cout << '\n';
 }

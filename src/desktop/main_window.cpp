@@ -53,9 +53,11 @@ constexpr FormEntry kForms[] = {
 
 }  // namespace
 
-MainWindow::MainWindow(const opening::HostOptions& options, Memory memory)
+MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
+                       std::chrono::milliseconds idle_after)
     : options_(options),
       memory_(memory),
+      idle_(idle_after, [this] { tidy_company(); }),
       pages_(new QStackedWidget),
       area_(new QMdiArea),
       server_state_(new QLabel) {
@@ -132,6 +134,8 @@ void MainWindow::show_state(const QString& text) {
 bool MainWindow::open_or_tell(const QString& company) {
     try {
         open_company(company);
+        if (const std::string reason = ap_->abcdb->reading_only_because(); !reason.empty())
+            QMessageBox::warning(this, "Open company", shown(reason));
         return true;
     } catch (const std::exception& failure) {
         QMessageBox::warning(this, "Open company",
@@ -142,6 +146,10 @@ bool MainWindow::open_or_tell(const QString& company) {
     if (is_file && !QFileInfo::exists(company)) settings_.company_gone(company_shown(company));
     refresh_state();
     return false;
+}
+
+void MainWindow::tidy_company() {
+    if (ap_ && ap_->dbe) ap_->dbe->tidy();
 }
 
 void MainWindow::close_company() {

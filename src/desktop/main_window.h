@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "desktop/desktop_desk.h"
+#include "desktop/idle_watch.h"
 #include "desktop/requests.h"
 #include "desktop/settings.h"
 #include "host/apclass.h"
@@ -27,7 +28,9 @@ class MainWindow : public QMainWindow {
   public:
     // Whether companies and places are remembered for the next time, and recalled from the last.
     enum class Memory { kept, none };
-    explicit MainWindow(const opening::HostOptions& options, Memory memory = Memory::kept);
+    // idle_after: the pause of the user after which the company file is tidied.
+    explicit MainWindow(const opening::HostOptions& options, Memory memory = Memory::kept,
+                        std::chrono::milliseconds idle_after = std::chrono::seconds(10));
     ~MainWindow() override;
 
     // Opens the company in place of the one that is open. Throws std::exception when it cannot be opened;
@@ -67,6 +70,8 @@ class MainWindow : public QMainWindow {
     void tell(const QString& text);
     void watch_server();
     void show_state(const QString& text);
+    // Brings what was saved into the company file itself, for those who copy it at night.
+    void tidy_company();
 
     opening::HostOptions options_;
     Memory memory_;
@@ -74,6 +79,7 @@ class MainWindow : public QMainWindow {
     DesktopDesk desk_;
     std::unique_ptr<host::APclass> ap_;
     std::unique_ptr<Requests> requests_;
+    IdleWatch idle_;
     QStackedWidget* pages_;
     QMdiArea* area_;
     QLabel* server_state_;  // what is wrong with the connection, or that nothing can be changed

@@ -1,6 +1,8 @@
 // brimley-console as it is called: what it refuses before it opens anything, and acts that no hand could do.
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "company/program_run.h"
 
 namespace brimley {
@@ -63,6 +65,26 @@ TEST_F(ConsoleProgram, DateFormatThatCouldNotReadItsOwnDatesIsRefused) {
 }
 
 TEST_F(ConsoleProgram, EmptyCompanyIsToldInASentence) { expect_refusal("''", 3, "\"\" is no file name"); }
+
+TEST_F(ConsoleProgram, DamagedCompanyIsToldAndNeverWrittenTo) {
+    const std::string path = folder_.file("a.company");
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) + 1);
+    const std::string before = testing::text_of_file(path);
+    const Outcome outcome = console_with(
+        "today 2026-03-16\n"
+        "press 105\n"
+        "set cmbdoctype Invoice\n"
+        "set cmbvendor V1001\n"
+        "cell dbgrid1 0 \"purchase account\" 5000\n"
+        "cell dbgrid1 0 \"gross amount\" 30.00\n"
+        "press 101\n"
+        "expect message \"Add new Invoice failed\"\n"
+        "expect txtdocno = \"** New **\"\n");
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    EXPECT_EQ(outcome.errors,
+              "brimley-console: a.company is damaged, and can only be read: its last page is not whole\n");
+    EXPECT_TRUE(testing::text_of_file(path) == before);
+}
 
 TEST_F(ConsoleProgram, RowsHaveAHeightAboveNothing) {
     for (const char* height : {"-5", "0"}) {

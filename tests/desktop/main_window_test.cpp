@@ -14,9 +14,11 @@
 #include <QSettings>
 #include <QStatusBar>
 #include <QTableView>
+#include <QTest>
 #include <QTextDocument>
 #include <QTimer>
 #include <deque>
+#include <filesystem>
 #include <set>
 
 #include "desktop/ledger_window.h"
@@ -39,7 +41,11 @@ class Host : public ::testing::Test {
         QSettings("Brimley", "Brimley AP").clear();
         sample_original().copy_to(path);
         options.user = "anna";
-        window = std::make_unique<desktop::MainWindow>(options);
+        open_window();
+    }
+    void open_window(std::chrono::milliseconds idle_after = std::chrono::hours(1)) {
+        window =
+            std::make_unique<desktop::MainWindow>(options, desktop::MainWindow::Memory::kept, idle_after);
         window->desk().on_box = [this](QMessageBox& box) {
             boxes.push_back(box.text().toStdString());
             box.button(box.standardButtons().testFlag(QMessageBox::Ok) ? QMessageBox::Ok : QMessageBox::Yes)
@@ -116,6 +122,44 @@ TEST_F(Host, SampleCompanyIsMadeWhenItIsNotThere) {
     EXPECT_TRUE(QFileInfo::exists(QString::fromStdString(window->ap()->OPEN_DATABASE)));
     EXPECT_NE(window->ap()->OPEN_DATABASE, path);
     EXPECT_EQ(window->desk().windows().size(), 1U);
+}
+
+// Whoever copies the file at night has the work of the day.
+TEST_F(Host, WhatWasSavedIsInTheFileOnceTheUserRests) {
+    window.reset();
+    open_window(std::chrono::milliseconds(1));
+    save_invoice();
+    const std::string copy = folder.file("copy.brimley");
+    const auto copy_is_whole = [&] {
+        QApplication::processEvents();
+        std::filesystem::copy_file(path, copy, std::filesystem::copy_options::overwrite_existing);
+        const auto copied = store::open_company(copy, kernel::company_tables());
+        const auto invoices =
+            copied.database->OpenRecordset("SELECT * FROM AP_header_table", store::RecordsetKind::snapshot);
+        return copied.database->reading_only_because().empty() && invoices.RecordCount() == 1;
+    };
+    QTest::keyClick(window.get(), Qt::Key_Shift);
+    for (const QDeadlineTimer limit(10000); !limit.hasExpired() && !copy_is_whole();)
+        QTest::qWait(5);
+    EXPECT_TRUE(copy_is_whole());
+}
+
+TEST_F(Host, DamagedCompanyIsToldWhenItIsOpened) {
+    window->close_company();
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) + 1);
+    QString told;
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, [&] {
+        if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            told = box->text();
+            box->button(QMessageBox::Ok)->click();
+        }
+    });
+    person.start(10);
+    click(QString::fromStdString(path));
+    QApplication::processEvents();
+    EXPECT_EQ(told.toStdString(), path + " is damaged, and can only be read: its last page is not whole");
+    EXPECT_NE(window->ap(), nullptr);
 }
 
 TEST_F(Host, NewCompanyNeverComesOverOneThatIsThere) {
