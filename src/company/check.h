@@ -46,6 +46,14 @@ void check_ledger_documents(const Books& books, Findings& findings);
 // A document was made with its first GL document, its lines with the one that it names; lines are on hold
 // with their invoice, unless an edit has written them anew.
 void check_stamps(const Books& books, Findings& findings);
+// An item that no payment names is open in full; an invoice is marked as paid when a payment has named it.
+void check_marks_of_payments(const Books& books, Findings& findings);
+// Templates have lines, which say who made them; what was issued has the lines of its template.
+void check_templates(const Books& books, Findings& findings);
+// The items of a document have numbers of their own.
+void check_numbers_of_items(const Books& books, Findings& findings);
+// A payment has what its way of paying and its currency need, and nothing else.
+void check_payment_fields(const Books& books, Findings& findings);
 // The rows of Balance_period_table: of this company and one of the ledgers, each once, and a foreign one with
 // its empty twin.
 void check_balance_rows(const Books& books, Findings& findings);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <unordered_set>
 
 #include "company/check.h"
 #include "company/generated_invoices.h"
@@ -186,6 +187,8 @@ class NumberFormat {
         }
     }
 
+    // Otherwise numbers come again each year.
+    [[nodiscard]] bool has_year() const { return structure_ != "3"; }
     // The running number in a document's number; nothing when it is written in another way.
     [[nodiscard]] std::optional<double> number_in(const Document& document) const {
         const auto found = kinds_.find(document.doctype);
@@ -272,11 +275,15 @@ namespace {
 
 void compare_numbers(const Books& books, Gaps gaps, Findings& findings) {
     const NumberFormat format(books);
+    std::unordered_set<std::string> docnos;
     Uses uses;
     GeneratedNumbers generated(books, uses, findings);
     each_document(books, [&](const Document& document) {
         const bool never_restarts = document.fkey.find('-') != std::string::npos;
         if (document.fyear.empty() || !never_restarts) return;
+        if (gaps == Gaps::are_found && format.has_year() && !document.docno.empty() &&
+            !docnos.insert(document.doctype + ' ' + document.docno).second)
+            findings.push_back(fmt::format("Two documents have the number {}", shown_text(document.docno)));
         if (const auto number = format.number_in(document)) {
             const std::string counter = number_counter(document.company, document.doctype, document.fyear);
             note_use(uses, counter, *number, document.docno);

@@ -1,6 +1,7 @@
 // Rows of masters that other rows name: each must be there, and stand there once.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <unordered_set>
 
 #include "company/check.h"
@@ -58,6 +59,10 @@ constexpr Reference kReferences[]{
     {"AP_recur_header_table", "Currency", kCurrencies, "Currency"},
     {"AP_recur_transaction_table", "po_accno", kAccounts, "accno"},
     {"AP_recur_transaction_table", "tax_code", kTaxCodes, "tax_code"},
+    {"AP_Revalue_transaction_table", "Currency", kCurrencies, "Currency"},
+    {"AP_Revalue_Result_table", "Currency", kCurrencies, "Currency"},
+    {"AP_Revalue_GL_summary_table", "Currency", kCurrencies, "Currency"},
+    {"AP_Revalue_GL_summary_table", "accno", kAccounts, "accno"},
     {"Payment_header_table", "Currency total_currency", kCurrencies, "Currency"},
     {"Payment_header_table", "cash_accno bank_accno prepayment_accno expense_accno", kAccounts, "accno"},
     {"Payment_header_table", "bank_code", "Bank_master_table", "bank_code"},
@@ -122,11 +127,65 @@ void check_unique(const Books& books, const Unique& unique, Findings& findings) 
     std::unordered_set<std::string> seen;
     for (std::int64_t row = 0; row < rows.count(); ++row) {
         const std::string key = rows.key(row, fields);
-        if (rows.text(row, fields.front()).empty())
-            findings.push_back(fmt::format("{}: a row has no {}", unique.table, fields.front()));
+        const auto missing = std::ranges::find_if(
+            fields, [&](const std::string& field) { return rows.text(row, field).empty(); });
+        if (missing != fields.end())
+            findings.push_back(fmt::format("{}: a row has no {}", unique.table, *missing));
         else if (!seen.insert(key).second)
             findings.push_back(fmt::format("{}: {} \"{}\" stands there twice", unique.table, fields.front(),
                                            shown_text(rows.text(row, fields.front()))));
+    }
+}
+
+// A vendor may be typed into an invoice before the master has a row for it. But nobody is paid, and nothing
+// is issued or posted to an account of a vendor's own, without one.
+void check_vendors(const Books& books, Findings& findings) {
+    const RowsByKey& vendors = books.tables().by_key("Vendor_table", "vendor_no");
+    std::unordered_set<std::string> reported;
+    const auto require = [&](const char* table, const std::string& vendor) {
+        if (vendor.empty() || vendors.contains(vendor + '\n') || !reported.insert(vendor).second) return;
+        findings.push_back(
+            fmt::format("{}: vendor_no \"{}\" is not in Vendor_table", table, shown_text(vendor)));
+    };
+    const TableRows& payments = books.tables().rows("Payment_header_table");
+    for (std::int64_t row = 0; row < payments.count(); ++row) {
+        const std::string form = payments.text(row, "source_form");
+        if (form == "APform_payment" || form == "APform_prepayment")
+            require("Payment_header_table", payments.text(row, "vendor_no"));
+    }
+    std::unordered_set<std::string> defaults;
+    auto parameters = books.read(
+        "SELECT accno FROM Account_Parameters_table WHERE parameter_name = 'Default account payable "
+        "account'");
+    for (; !parameters.at_eof(); parameters.MoveNext())
+        defaults.insert(parameters.column(0).text());
+    const TableRows& items = books.tables().rows("AP_transaction_table");
+    for (std::int64_t row = 0; row < items.count(); ++row) {
+        const bool by_form = items.text(row, "source_form") == "APform_invoice";
+        if (by_form && !defaults.contains(items.text(row, "ap_accno")))
+            require("AP_transaction_table", items.text(row, "vendor_no"));
+    }
+    const TableRows& generated = books.tables().rows("AP_header_table");
+    for (std::int64_t row = 0; row < generated.count(); ++row)
+        if (!generated.text(row, "Year").empty())
+            require("AP_header_table", generated.text(row, "vendor_no"));
+}
+
+// Accounts that something was posted to; one of them holds Current Earnings.
+void check_account_types(const Books& books, Findings& findings) {
+    std::unordered_set<std::string> posted;
+    books.each_gl_line([&](const GlLine& line) { posted.insert(line.accno); });
+    const TableRows& accounts = books.tables().rows(kAccounts);
+    int earnings = 0;
+    for (std::int64_t row = 0; row < accounts.count(); ++row) {
+        const std::string type = accounts.text(row, "type");
+        const std::string accno = accounts.text(row, "accno");
+        if (type == "X" && ++earnings > 1)
+            findings.push_back(
+                fmt::format("Account {} is a second one of Current Earnings", shown_text(accno)));
+        if (posted.contains(accno) && type != "A" && type != "X")
+            findings.push_back(fmt::format("Account {} is of type \"{}\" and was posted to",
+                                           shown_text(accno), shown_text(type)));
     }
 }
 
@@ -135,6 +194,8 @@ void check_unique(const Books& books, const Unique& unique, Findings& findings) 
 void check_references(const Books& books, Findings& findings) {
     for (const Reference& reference : kReferences)
         check_reference(books, reference, findings);
+    check_vendors(books, findings);
+    check_account_types(books, findings);
 }
 
 void check_masters(const Books& books, Findings& findings) {

@@ -43,6 +43,7 @@ constexpr FieldRule kHeaderOnceVoid[]{{"date_lastmodified time_lastmodified", fi
 
 constexpr FieldRule kHeaderAndPosting[]{
     {"docno", as_there, "source_docno"},
+    {"invoice_date", as_there, "gldate"},
     {"Source source_form company Currency exchange_rate", as_there},
 };
 
@@ -52,7 +53,7 @@ constexpr FieldRule kLine[]{
      "date_lastmodified time_lastmodified",
      as_there},
     {"include_tax gldate Month Year userid form_name user_updated discount_available", empty},
-    {"po_accno pay_item", filled},
+    {"po_accno pay_item ap_accno", filled},
 };
 
 // --- generated from templates ---
@@ -85,6 +86,13 @@ constexpr FieldRule kGeneratedLine[]{
     {"duedays early_days", amount_above_or_0},
     {"early_discount", percent},
 };
+
+bool generated_in_use(const RowInRules& row, const RowInRules* /*owner*/) {
+    return generated(row, nullptr) && !row.flag("void");
+}
+bool generated_line_in_use(const RowInRules& row, const RowInRules* header) {
+    return generated_line(row, header) && !row.flag("void");
+}
 
 constexpr FieldRule kGeneratedAndTemplate[]{{"vendor_no Currency payment_term company remark", as_there}};
 
@@ -138,6 +146,10 @@ std::span<const RowRules> rules() {
         {kLines, "Invoice", "pay_item", line_of_form, "fkey", kHeaders, "fkey", "its header", kLine},
         {kHeaders, "Generated invoice", nullptr, generated, nullptr, nullptr, nullptr, nullptr,
          kGeneratedHeader},
+        {kHeaders, "Generated invoice", nullptr, generated_in_use, nullptr, nullptr, nullptr, nullptr,
+         kHeaderNeverVoid},
+        {kLines, "Generated invoice", "pay_item", generated_line_in_use, "fkey Year", kHeaders, "fkey Year",
+         "its header", kHeaderNeverVoid},
         {kHeaders, "Generated invoice", nullptr, generated, "recurno", "AP_recur_header_table", "recurno",
          "its template", kGeneratedAndTemplate},
         {kLines, "Generated invoice", "pay_item", generated_line, "fkey Year", kHeaders, "fkey Year",

@@ -28,6 +28,11 @@ bool of_any_form(const RowInRules& row, const RowInRules* /*owner*/) {
     return of_card(row, nullptr) || row.is("source_form", kInvoicePayment) ||
            row.is("source_form", kPrepayment) || row.is("source_form", kMiscPayment);
 }
+// Its GL document says of which kind it is.
+template <const char* const* kSource>
+bool posted_as(const RowInRules& /*row*/, const RowInRules* posting) {
+    return posting->is("Source", *kSource) && !posting->is("source_form", "");
+}
 bool by_check(const RowInRules& row, const RowInRules* /*owner*/) {
     return of_any_form(row, nullptr) && row.is("payby", "Check");
 }
@@ -51,9 +56,20 @@ constexpr FieldRule kAnyHeader[]{
 
 constexpr FieldRule kHeaderAndPosting[]{
     {"docno", as_there, "source_docno"},
-    {"company Currency period fyear", as_there},
+    {"company Currency period fyear exchange_rate", as_there},
     {"payment_date", as_there, "gldate"},
 };
+
+constexpr const char* kPaymentSource = "AP-PAYMENT";
+constexpr const char* kMiscSource = "AP-MISCPAY";
+constexpr const char* kPrepaymentSource = "AP";
+constexpr const char* kCardSource = "AP-CARD";
+constexpr FieldRule kPostedAsPayment[]{{"doctype", one_of, "py"}, {"source_form", one_of, "APform_payment"}};
+constexpr FieldRule kPostedAsMisc[]{{"doctype", one_of, "mpy"},
+                                    {"source_form", one_of, "APform_misc_payment"}};
+constexpr FieldRule kPostedAsPrepayment[]{{"doctype", one_of, "pp"},
+                                          {"source_form", one_of, "APform_prepayment"}};
+constexpr FieldRule kPostedAsCard[]{{"doctype", one_of, "pc"}, {"source_form", empty}};
 
 constexpr FieldRule kByCheck[]{{"check_no", filled}};
 constexpr FieldRule kNotByCheck[]{{"check_no check_date", empty}};
@@ -133,6 +149,11 @@ std::span<const RowRules> rules() {
                            std::span<const FieldRule> rules) {
         return RowRules{kHeaders, "Payment", nullptr, apply, nullptr, nullptr, nullptr, nullptr, rules};
     };
+    const auto posted = [](bool (*apply)(const RowInRules&, const RowInRules*),
+                           std::span<const FieldRule> rules) {
+        return RowRules{kHeaders,          "Payment", nullptr,           apply, "GLFKEY",
+                        "GL_header_table", "fkey",    "its GL document", rules};
+    };
     const auto line = [](const char* table, bool (*apply)(const RowInRules&, const RowInRules*),
                          std::span<const FieldRule> rules) {
         return RowRules{table, "Payment", "pay_item", apply, "fkey", kHeaders, "fkey", "its header", rules};
@@ -147,8 +168,11 @@ std::span<const RowRules> rules() {
         header(of<&kPrepayment>, kPrepaymentHeader),
         header(of_card, kCardHeader),
         header(of<&kMiscPayment>, kMiscHeader),
-        {kHeaders, "Payment", nullptr, of_any_form, "GLFKEY", "GL_header_table", "fkey", "its GL document",
-         kHeaderAndPosting},
+        posted(of_any_form, kHeaderAndPosting),
+        posted(posted_as<&kPaymentSource>, kPostedAsPayment),
+        posted(posted_as<&kMiscSource>, kPostedAsMisc),
+        posted(posted_as<&kPrepaymentSource>, kPostedAsPrepayment),
+        posted(posted_as<&kCardSource>, kPostedAsCard),
         line(kLines, line_of_any, kAnyLine),
         line(kLines, line_of<&kInvoicePayment>, kInvoicePaymentLine),
         line(kLines, only_line, kOnlyLine),
