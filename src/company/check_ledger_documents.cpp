@@ -41,8 +41,8 @@ constexpr DocumentOrigin kOrigins[]{
      "{}void payment ", true},
 };
 
-constexpr std::string_view kReverse = "Reverse GL ";
-constexpr std::string_view kReversedBy = "Reversed by ";
+constexpr std::string_view kReverseOfDocument = "Reverse GL ";
+constexpr std::string_view kReversedByDocument = "Reversed by ";
 
 bool has_dash(const std::string& fkey) { return fkey.find('-') != std::string::npos; }
 
@@ -80,8 +80,8 @@ class LedgerDocuments {
         if (origin == nullptr) return;
         const std::string number = text("source_docno");
         const std::string remark = text("remark");
-        if (remark.starts_with(kReverse))
-            check_reverse(*origin, number, remark.substr(kReverse.size()));
+        if (remark.starts_with(kReverseOfDocument))
+            check_reverse(*origin, number, remark.substr(kReverseOfDocument.size()));
         else
             check_posted(*origin, number, remark);
         check_rates(*origin);
@@ -107,11 +107,11 @@ class LedgerDocuments {
     }
 
     void check_posted(const DocumentOrigin& origin, const std::string& number, const std::string& remark) {
-        const bool elsewhere = remark.starts_with(kReversedBy);
+        const bool elsewhere = remark.starts_with(kReversedByDocument);
         if (elsewhere) {
-            const auto other = remarks_.equal_range(remark.substr(kReversedBy.size()));
+            const auto other = remarks_.equal_range(remark.substr(kReversedByDocument.size()));
             const bool agrees = std::any_of(other.first, other.second, [&](const auto& each) {
-                return each.second == std::string(kReverse) + text("docno");
+                return each.second == std::string(kReverseOfDocument) + text("docno");
             });
             if (!agrees) report("it is reversed by a document that does not say so");
         } else if (remark != fmt::format(fmt::runtime(origin.remark), number)) {
@@ -131,7 +131,7 @@ class LedgerDocuments {
     void check_reverse(const DocumentOrigin& origin, const std::string& number, const std::string& reversed) {
         const auto other = remarks_.equal_range(reversed);
         const bool agrees = std::any_of(other.first, other.second, [&](const auto& each) {
-            return each.second == std::string(kReversedBy) + text("docno");
+            return each.second == std::string(kReversedByDocument) + text("docno");
         });
         if (!agrees) report("it reverses a document that does not say so");
         const std::string said = text("Description");
@@ -224,7 +224,7 @@ class DocumentStamps {
         : books_(books), headers_(books.tables().rows("GL_header_table")), findings_(findings) {
         for (std::int64_t header = 0; header < headers_.count(); ++header) {
             const auto number = running_number_of(headers_.text(header, "fkey"));
-            if (!number || headers_.text(header, "remark").starts_with(kReverse)) continue;
+            if (!number || headers_.text(header, "remark").starts_with(kReverseOfDocument)) continue;
             Posted& posted = posted_[headers_.key(header, {"Source", "source_docno"})];
             ++posted.postings;
             if (posted.first < 0 || *number < posted.first_number)

@@ -14,7 +14,7 @@ namespace brimley::company {
 
 namespace {
 
-constexpr int kElements = 5;
+constexpr int kTaxElements = 5;
 constexpr double kHalfACent = 0.0051;
 constexpr double kCent = 0.0101;
 
@@ -76,7 +76,7 @@ class TaxElements {
           codes_(codes),
           authorities_(authorities),
           findings_(findings) {
-        for (int element = 1; element <= kElements; ++element) {
+        for (int element = 1; element <= kTaxElements; ++element) {
             const auto column = [&](const char* field) {
                 return rows_.column(field + std::to_string(element));
             };
@@ -105,9 +105,9 @@ class TaxElements {
         // A line of another module, or one below nothing, has none.
         if (stored == 0) return check_nothing_from(0);
         taxed_further_ = 0;
-        for (int element = 0; element < kElements; ++element)
+        for (int element = 0; element < kTaxElements; ++element)
             if (!check_element(element, elements)) return;
-        if (stored != std::min<int>(kElements, static_cast<int>(elements.size())) && known != codes_.end())
+        if (stored != std::min<int>(kTaxElements, static_cast<int>(elements.size())) && known != codes_.end())
             report(0, fmt::format("tax code {} has {} elements, and {} are stored", shown_text(code),
                                   elements.size(), stored));
         check_sum(stored, elements.size());
@@ -119,7 +119,7 @@ class TaxElements {
         for (const int column :
              {at.taxable_amount, at.rate, at.amount, at.taxable, at.allocated, at.recoverable, at.expensed})
             if (!is_nothing(rows_.value(row_, column))) report(element, "has amounts and no authority");
-        if (element + 1 < kElements) check_nothing_from(element + 1);
+        if (element + 1 < kTaxElements) check_nothing_from(element + 1);
     }
 
     bool check_element(int element, const std::vector<CodeElement>& elements) {
@@ -176,7 +176,7 @@ class TaxElements {
         for (const ElementColumns& at : columns_)
             sum += number(at.amount);
         const double tax = rows_.value(row_, rows_.column("tax_amount")).number();
-        if (stored == kElements && elements > kElements) return;  // a sixth has no place here
+        if (stored == kTaxElements && elements > kTaxElements) return;  // a sixth has no place here
         if (std::fabs(sum - tax) > kHalfACent)
             report(0, fmt::format("taxes make {:.2f}, and the line says {:.2f}", sum, tax));
     }
@@ -194,7 +194,7 @@ class TaxElements {
     const Codes& codes_;
     const Authorities& authorities_;
     Findings& findings_;
-    std::array<ElementColumns, kElements> columns_{};
+    std::array<ElementColumns, kTaxElements> columns_{};
     std::int64_t row_ = 0;
     double taxed_further_ = 0;
 };
