@@ -17,6 +17,7 @@ namespace brimley::company {
 namespace {
 
 constexpr double kHalfOfTheCent = 0.0051;
+constexpr double kCentOfTaxes = 0.0101;
 
 double number_in(const TableRows& rows, std::int64_t row, const char* field) {
     return rows.value(row, rows.column(field)).number();
@@ -205,6 +206,88 @@ class TemplateLines {
     std::unordered_map<std::string, std::vector<std::int64_t>> lines_of_;
 };
 
+// --- revaluations ---
+
+// An item may have been edited since; one of its number is still there then, of the same vendor.
+void check_revalued_items(const Books& books, Findings& findings) {
+    const TableRows& valued = books.tables().rows("AP_Revalue_Result_table");
+    const RowsByKey& items = books.tables().by_key("AP_transaction_table", "docno pay_item vendor_no");
+    const RowsByKey& documents =
+        books.tables().by_key("AP_transaction_table", "docno vendor_no Currency invoice_date");
+    for (std::int64_t row = 0; row < valued.count(); ++row) {
+        const auto report = [&](const char* what) {
+            findings.push_back(fmt::format(
+                "Revaluation {}, document {}, pay item {}: {}", shown_text(valued.text(row, "fkey")),
+                shown_text(valued.text(row, "document_no")), shown_text(valued.text(row, "pay_item")), what));
+        };
+        if (!documents.contains(valued.key(row, {"document_no", "vendor_no", "Currency", "document_date"})))
+            report("vendor, currency or date is not that of the document");
+        else if (!items.contains(valued.key(row, {"document_no", "pay_item", "vendor_no"})))
+            report("the document has no such item");
+    }
+}
+
+// --- purchase accounts ---
+
+// A line posts to its own accounts, unless the account's amounts come to nothing.
+void check_accounts_of_lines(const Books& books, Findings& findings) {
+    const TableRows& items = books.tables().rows("AP_transaction_table");
+    const TableRows& invoices = books.tables().rows("AP_header_table");
+    const RowsByKey& invoice_of = books.tables().by_key("AP_header_table", "fkey");
+    std::unordered_map<std::string, std::unordered_map<std::string, double>> expected, posted;
+    std::unordered_set<std::string> taxed;
+    std::unordered_set<std::string> tax_accounts;
+    const TableRows& authorities = books.tables().rows("Tax_authority_table");
+    for (std::int64_t row = 0; row < authorities.count(); ++row)
+        for (const char* field : {"acc_recoverable", "acc_expense"})
+            tax_accounts.insert(authorities.text(row, field));
+    books.each_gl_line([&](const GlLine& line) { posted[line.fkey][line.accno] += line.amount; });
+    const TableRows& shares = books.tables().rows("Allocation_Account_table");
+    std::unordered_set<std::string> spread;
+    for (std::int64_t row = 0; row < shares.count(); ++row)
+        for (const char* field : {"allocate_accno", "accno"})
+            spread.insert(shares.text(row, field));
+    for (const char* parameter : {"GL realized gain account", "GL realized loss account"}) {
+        auto rows = books.read(
+            fmt::format("SELECT accno FROM Account_Parameters_table WHERE parameter_name = '{}'", parameter));
+        for (; !rows.at_eof(); rows.MoveNext())
+            spread.insert(rows.column(0).text());
+    }
+    for (std::int64_t item = 0; item < items.count(); ++item) {
+        const auto invoice = invoice_of.find(items.key(item, {"fkey"}));
+        if (!invoice || items.text(item, "source_form") != "APform_invoice" ||
+            invoices.text(*invoice, "source_form") != "APform_invoice" || flag_in(invoices, *invoice, "void"))
+            continue;
+        const std::string fkey = invoices.text(*invoice, "GLFKEY");
+        auto& accounts = expected[fkey];
+        accounts[items.text(item, "ap_accno")] += number_in(items, item, "gross_amount");
+        double cost = number_in(items, item, "taxable_amount");
+        double stored = 0;
+        for (const char* element : {"1", "2", "3", "4", "5"}) {
+            const bool taken_off = items.text(item, "doctype") == "vcn";
+            const double allocated = number_in(items, item, (std::string("tax_allocated") + element).c_str());
+            cost += taken_off ? 0 : allocated;  // its tax never exceeds what is refunded of it
+            stored += number_in(items, item, (std::string("tax_amount") + element).c_str());
+        }
+        accounts[items.text(item, "po_accno")] += cost;
+        // A sixth tax is posted and not stored, and neither are the taxes of a line below nothing.
+        if (std::fabs(stored - number_in(items, item, "tax_amount")) > kHalfOfTheCent) taxed.insert(fkey);
+    }
+    for (const auto& [fkey, accounts] : expected) {
+        const auto found = posted.find(fkey);
+        if (found == posted.end() || taxed.contains(fkey)) continue;
+        for (const auto& [accno, amount] : accounts) {
+            if (tax_accounts.contains(accno) || spread.contains(accno)) continue;
+            const auto line = found->second.find(accno);
+            const double is = line == found->second.end() ? 0 : line->second;
+            if (std::fabs(is - amount) > kCentOfTaxes * 3)
+                findings.push_back(
+                    fmt::format("GL document {}: {:.2f} was posted to account {}, by its invoice {:.2f}",
+                                shown_text(fkey), is, shown_text(accno), amount));
+        }
+    }
+}
+
 // --- numbers of lines ---
 
 void check_item_numbers(const Books& books, const char* table, const char* noun, const char* and_year,
@@ -226,12 +309,45 @@ void check_item_numbers(const Books& books, const char* table, const char* noun,
 
 // --- ways of paying ---
 
+// On which day each reversed GL document was taken back: by its last line, or in the document that says so.
+std::unordered_map<std::string, std::string> days_of_reversal(const Books& books) {
+    const TableRows& headers = books.tables().rows("GL_header_table");
+    const TableRows& lines = books.tables().rows("GL_transaction_table");
+    std::unordered_map<std::string, std::pair<double, std::string>> last;
+    for (std::int64_t line = 0; line < lines.count(); ++line) {
+        auto& [number, day] = last[lines.text(line, "fkey")];
+        if (number_in(lines, line, "lineno") < number) continue;
+        number = number_in(lines, line, "lineno");
+        day = lines.text(line, "date_created");
+    }
+    constexpr std::string_view kElsewhere = "Reversed by ";
+    std::unordered_map<std::string, std::string> by_number;
+    for (std::int64_t header = 0; header < headers.count(); ++header)
+        if (headers.text(header, "remark").starts_with("Reverse GL "))
+            by_number.emplace(headers.text(header, "docno"), headers.text(header, "fkey"));
+    std::unordered_map<std::string, std::string> days;
+    for (std::int64_t header = 0; header < headers.count(); ++header) {
+        const std::string fkey = headers.text(header, "fkey");
+        if (!flag_in(headers, header, "Reverse")) continue;
+        const std::string remark = headers.text(header, "remark");
+        std::string taken_back = fkey;
+        if (remark.starts_with(kElsewhere)) {
+            const auto other = by_number.find(remark.substr(kElsewhere.size()));
+            if (other == by_number.end()) continue;
+            taken_back = other->second;
+        }
+        if (const auto found = last.find(taken_back); found != last.end()) days[fkey] = found->second.second;
+    }
+    return days;
+}
+
 void check_ways_of_paying(const Books& books, Findings& findings) {
     const TableRows& payments = books.tables().rows("Payment_header_table");
     const TableRows& lines = books.tables().rows("GL_transaction_table");
     std::unordered_map<std::string, std::set<std::string>> accounts;
     for (std::int64_t line = 0; line < lines.count(); ++line)
         accounts[lines.text(line, "fkey")].insert(lines.text(line, "accno"));
+    const auto days = days_of_reversal(books);
     std::unordered_map<std::string, double> paid;
     const TableRows& items = books.tables().rows("Payment_transaction_table");
     for (std::int64_t item = 0; item < items.count(); ++item)
@@ -269,6 +385,11 @@ void check_ways_of_paying(const Books& books, Findings& findings) {
         if (text("Currency") == books.base_currency() &&
             (!text("exchange_rate").empty() || !text("rate_date").empty()))
             report("it is in base currency and has a rate");
+        if (text("exchange_rate").empty() && !text("rate_date").empty())
+            report("it has the date of a rate and no rate");
+        if (const auto day = days.find(text("GLFKEY"));
+            day != days.end() && !text("void_date").empty() && day->second != text("void_date"))
+            report("it was not voided on the day on which its GL document was reversed");
         if (card_payment && !cards.contains(text("vendor_no"))) report("it pays a card that is not there");
     }
 }
@@ -306,6 +427,8 @@ void check_numbers_of_items(const Books& books, Findings& findings) {
 
 void check_payment_fields(const Books& books, Findings& findings) {
     check_ways_of_paying(books, findings);
+    check_revalued_items(books, findings);
+    check_accounts_of_lines(books, findings);
     check_payment_rates(books, findings);
 }
 

@@ -57,8 +57,10 @@ class LedgerDocuments {
             lines_of_[lines_.text(line, "fkey")].push_back(line);
         for (auto& [fkey, lines] : lines_of_)
             std::ranges::sort(lines, {}, [&](std::int64_t line) { return line_number(line, "lineno"); });
-        for (std::int64_t header = 0; header < headers_.count(); ++header)
+        for (std::int64_t header = 0; header < headers_.count(); ++header) {
             remarks_.emplace(headers_.text(header, "docno"), headers_.text(header, "remark"));
+            currencies_.emplace(headers_.text(header, "docno"), headers_.text(header, "Currency"));
+        }
         for (const char* table : {"AP_header_table", "Payment_header_table"}) {
             const TableRows& owners = books.tables().rows(table);
             for (std::int64_t owner = 0; owner < owners.count(); ++owner)
@@ -134,6 +136,10 @@ class LedgerDocuments {
             return each.second == std::string(kReversedByDocument) + text("docno");
         });
         if (!agrees) report("it reverses a document that does not say so");
+        const auto currencies = currencies_.equal_range(reversed);
+        if (agrees && std::none_of(currencies.first, currencies.second,
+                                   [&](const auto& each) { return each.second == text("Currency"); }))
+            report("it is in another currency than the document that it reverses");
         const std::string said = text("Description");
         if (said != fmt::format(fmt::runtime(origin.in_new), number) && !(said.empty() && voided_as_check()))
             report(fmt::format("it says \"{}\"", shown_text(said)));
@@ -206,6 +212,7 @@ class LedgerDocuments {
     Findings& findings_;
     std::unordered_map<std::string, std::vector<std::int64_t>> lines_of_;
     std::unordered_multimap<std::string, std::string> remarks_;
+    std::unordered_multimap<std::string, std::string> currencies_;
     std::unordered_map<std::string, std::string> vendors_;
     std::vector<std::int64_t> lines_here_;
     std::int64_t header_ = 0;

@@ -104,6 +104,7 @@ class TaxElements {
             stored += text(at.authority).empty() ? 0 : 1;
         // A line of another module, or one below nothing, has none.
         if (stored == 0) return check_nothing_from(0);
+        if (text(columns_.front().authority).empty()) report(0, "is missing, and a further one is not");
         taxed_further_ = 0;
         for (int element = 0; element < kTaxElements; ++element)
             if (!check_element(element, elements)) return;

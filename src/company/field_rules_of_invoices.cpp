@@ -111,6 +111,7 @@ constexpr FieldRule kPrepaidItem[]{
     {"pay_item", one_of, "1"},
     {"date_created", made_with_it},
     {"user_created", as_there},
+    {"tax_authority1 tax_authority2 tax_authority3 tax_authority4 tax_authority5", empty},
     {"invoice_no exchange_rate payment_term duedays early_days early_discount due_date discount_date "
      "source_docno taxable_amount tax_amount tax_code po_accno ap_accno include_tax void hold gldate Month "
      "Year userid form_name discount_available",
