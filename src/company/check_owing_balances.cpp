@@ -268,6 +268,16 @@ void find_first_payments(const Books& books, Vendors& vendors) {
     }
 }
 
+// Of the sums that the documents may have made, the one to be named beside what is stored: what was counted
+// in any case, unless it was the first payment that gave the vendor a balance.
+double nearest_sum(const Vendor& vendor, double owing_balance) {
+    const double voided = voided_generated(vendor);
+    const double sum = vendor.by_forms + vendor.elsewhere - vendor.voided_elsewhere - voided;
+    if (!vendor.any_generated || vendor.any_elsewhere) return sum;
+    const double with_first = vendor.by_forms + 2 * vendor.first_paid - voided;
+    return std::abs(owing_balance - with_first) < std::abs(owing_balance - sum) ? with_first : sum;
+}
+
 bool agrees(const Vendor& vendor, double owing_balance) {
     const std::vector<double> sums = without_generated(vendor);
     return std::any_of(sums.begin(), sums.end(),
@@ -291,11 +301,10 @@ void check_owing_balances(const Books& books, Findings& findings) {
         const Vendor& vendor = vendors.at(rows.text("vendor_no"));
         const double owing_balance = rows.number("owing_balance");
         if (!vendor.has_documents || !vendor.judged || agrees(vendor, owing_balance)) continue;
-        findings.push_back(fmt::format(
-            "Vendor {}: owing_balance is {:.2f}, by its documents {:.2f}{}",
-            shown_text(rows.text("vendor_no")), owing_balance,
-            vendor.by_forms + vendor.elsewhere - vendor.voided_elsewhere - voided_generated(vendor),
-            vendor.edited ? " (an edit takes lines below nothing off as lines above it)" : ""));
+        findings.push_back(
+            fmt::format("Vendor {}: owing_balance is {:.2f}, by its documents {:.2f}{}",
+                        shown_text(rows.text("vendor_no")), owing_balance, nearest_sum(vendor, owing_balance),
+                        vendor.edited ? " (an edit takes lines below nothing off as lines above it)" : ""));
     }
 }
 
