@@ -309,6 +309,52 @@ constexpr std::string_view kNames[]{"money", "key",     "vendor", "currency", "a
 
 std::string_view name_of(FieldClass held) { return kNames[static_cast<std::size_t>(held)]; }
 
+namespace {
+
+// In each, what goes unseen.
+constexpr std::string_view kKnownGaps[]{
+    "AP_recur_transaction_table.taxable_amount",  // until an invoice has been issued
+    "AP_recur_transaction_table.tax_amount",      // likewise
+    "AP_recur_transaction_table.pay_item",        // another number that no other line has
+    "AP_recur_header_table.recurno",              // of a template that was never issued
+    "AP_transaction_table.taxable_amount",        // of void invoices, and by cents where taxes are mixed in
+    "AP_transaction_table.tax_amount",            // with a sixth tax
+    "AP_transaction_table.taxable_amount1",       // by a cent
+    "AP_transaction_table.taxable_amount2",       // likewise
+    "AP_transaction_table.taxable_amount3",       // likewise
+    "AP_transaction_table.taxable_amount4",       // likewise
+    "AP_transaction_table.taxable_amount5",       // likewise
+    "AP_transaction_table.po_accno",          // of void invoices, and accounts that are spread over others
+    "AP_transaction_table.ap_accno",          // of void invoices
+    "AP_transaction_table.pay_item",          // another number that no other line has
+    "AP_transaction_table.discount_taken",    // of prepayments
+    "AP_transaction_table.writeoff",          // likewise
+    "AP_transaction_table.paid_amount",       // likewise
+    "AP_header_table.paid",                   // where a void payment names the invoice
+    "GL_transaction_table.vendor_no",         // emptied on a rounding line
+    "Payment_header_table.bank_accno",        // emptied: only an edit writes it
+    "Payment_header_table.prepayment_accno",  // of void prepayments
+    "Payment_header_table.rate_date",         // another day
+    "Payment_header_table.total_currency",    // emptied
+    "Payment_header_table.void_date",         // of a payment that posted nothing
+    "Payment_misc_transaction_table.include_tax",      // without a tax
+    "Payment_misc_transaction_table.pay_item",         // another number that no other line has
+    "Payment_misc_transaction_table.taxable_amount1",  // by a cent
+    "Period_table.period",                             // a name that no other period has
+    "Tax_code_table.transaction_type",                 // a word that is no kind of transaction
+    "Vendor_table.vendor_no",                          // of a vendor with invoices alone
+    "Working_currency_table.Currency",                 // the base currency, which needs no row
+    "AP_Revalue_GL_summary_table.Currency",            // emptied
+    "AP_Revalue_Result_table.pay_item",                // where the document has such an item
+    "AP_Revalue_transaction_table.Currency",
+};
+
+}  // namespace
+
+bool is_known_gap(const std::string& table_and_field) {
+    return std::ranges::find(kKnownGaps, table_and_field) != std::end(kKnownGaps);
+}
+
 bool must_be_found_always(FieldClass held) { return held <= counter; }
 
 std::vector<std::string> words_of(std::string_view text) {
