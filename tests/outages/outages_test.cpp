@@ -97,6 +97,9 @@ class Outage : public ::testing::Test {
     const std::string uri = server.uri("books");
 };
 
+// What only the night has time for.
+class OutageInTheNight : public Outage {};
+
 TEST_F(Outage, RestartBetweenTwoActsIsNoticedAndTheNextActGoesThrough) {
     Desk desk(uri);
     server.halt();
@@ -127,7 +130,7 @@ TEST_F(Outage, WhatWasTypedStandsThereUntilTheServerIsBackAndIsSavedThen) {
     EXPECT_EQ(stored_invoices(uri), 2);
 }
 
-TEST_F(Outage, KillInTheMiddleOfASaveLeavesNothingAndTheSaveIsDoneOnceLater) {
+TEST_F(OutageInTheNight, KillInTheMiddleOfASaveLeavesNothingAndTheSaveIsDoneOnceLater) {
     Desk desk(uri);
     desk.faults->engine_fails_itself = true;
     desk.faults->on_fault = [&] { server.kill(); };
@@ -141,7 +144,7 @@ TEST_F(Outage, KillInTheMiddleOfASaveLeavesNothingAndTheSaveIsDoneOnceLater) {
     EXPECT_EQ(stored_invoices(uri), 1);
 }
 
-TEST_F(Outage, AnotherCompanyInTheSamePlaceIsNotConnectedTo) {
+TEST_F(OutageInTheNight, AnotherCompanyInTheSamePlaceIsNotConnectedTo) {
     Desk desk(uri);
     on_server(server.uri("postgres"), "DROP DATABASE books WITH (FORCE)");
     make_company(server);
@@ -199,7 +202,7 @@ TEST_F(Outage, StatementThatTakesTooLongIsCancelledByTheUserAndTheEntryStays) {
     EXPECT_EQ(stored_invoices(uri), 1);
 }
 
-TEST_F(Outage, StatementHasTheLimitOfTheUriAndOtherwiseFiveMinutes) {
+TEST_F(OutageInTheNight, StatementHasTheLimitOfTheUriAndOtherwiseFiveMinutes) {
     const auto limit_seen = [&](const std::string& from) {
         const auto company = store::open_company(from, kernel::company_tables());
         on_server(uri,
@@ -216,7 +219,7 @@ TEST_F(Outage, StatementHasTheLimitOfTheUriAndOtherwiseFiveMinutes) {
     EXPECT_EQ(limit_seen(uri + "&options=-c%20statement_timeout%3D7s"), "7s");
 }
 
-TEST_F(Outage, NothingCanBeAskedOfTheCompanyWhileItsAnswerIsAwaited) {
+TEST_F(OutageInTheNight, NothingCanBeAskedOfTheCompanyWhileItsAnswerIsAwaited) {
     Desk desk(uri);
     on_server(uri,
               "CREATE FUNCTION slow() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN PERFORM pg_sleep(0.5); "
@@ -257,6 +260,8 @@ class Failover : public Outage {
     std::optional<PrivateCluster> standby;
 };
 
+class FailoverInTheNight : public Failover {};
+
 TEST_F(Failover, PromotedStandbyTakesOverAndTheEntryIsSavedThere) {
     Desk desk(either());
     EXPECT_THAT(desk.save(), ElementsAre(kSavedMessage));
@@ -270,7 +275,7 @@ TEST_F(Failover, PromotedStandbyTakesOverAndTheEntryIsSavedThere) {
     EXPECT_EQ(stored_invoices(standby->uri("books")), 2);
 }
 
-TEST_F(Failover, SaveThatTheStandbyHasIsToldAsStoredAfterTheFailover) {
+TEST_F(FailoverInTheNight, SaveThatTheStandbyHasIsToldAsStoredAfterTheFailover) {
     Desk desk(either());
     desk.faults->commit_done = true;
     desk.faults->kind = store::ErrorKind::lost;
@@ -306,7 +311,7 @@ TEST_F(Failover, SaveThatTheStandbyDoesNotHaveIsToldAsNotStoredAndCanBeSavedTher
 }
 
 // Committed here, and nobody knows whether anywhere else: it is not repeated, and not told as lost or stored.
-TEST_F(Failover, CommitThatWaitsForALostStandbyStaysInDoubtUntilTheStandbyIsBack) {
+TEST_F(FailoverInTheNight, CommitThatWaitsForALostStandbyStaysInDoubtUntilTheStandbyIsBack) {
     Desk desk(uri);
     standby->halt();
     desk.watch->commit_max = 300ms;
@@ -323,7 +328,7 @@ TEST_F(Failover, CommitThatWaitsForALostStandbyStaysInDoubtUntilTheStandbyIsBack
     EXPECT_EQ(stored_invoices(uri), 1);
 }
 
-TEST_F(Failover, CommitThatTheUserNoLongerWaitsForIsInDoubt) {
+TEST_F(FailoverInTheNight, CommitThatTheUserNoLongerWaitsForIsInDoubt) {
     Desk desk(uri);
     standby->halt();
     desk.watch->patience = 300ms;
@@ -332,7 +337,7 @@ TEST_F(Failover, CommitThatTheUserNoLongerWaitsForIsInDoubt) {
     standby->resume();
 }
 
-TEST_F(Failover, StandbyIsOpenedForReadingAndSaysSo) {
+TEST_F(FailoverInTheNight, StandbyIsOpenedForReadingAndSaysSo) {
     // What was committed is there a moment later.
     const auto company = store::open_company(standby->uri("books"), kernel::company_tables());
     EXPECT_EQ(company.database->reading_only_because(), reading_only(standby->folder()));
@@ -343,7 +348,7 @@ TEST_F(Failover, StandbyIsOpenedForReadingAndSaysSo) {
               reading_only(server.folder()));
 }
 
-TEST_F(Failover, ReconnectionToAStandbySaysThatItOnlyReads) {
+TEST_F(FailoverInTheNight, ReconnectionToAStandbySaysThatItOnlyReads) {
     Desk desk("postgresql:///books?user=brimley&host=" + server.folder() + "," + standby->folder());
     server.kill();
     // The first act may be under way when the loss shows.

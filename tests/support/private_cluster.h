@@ -29,6 +29,8 @@ class PrivateCluster {
     void resume() const { run("resume", quoted(file())); }
     void promote() const { run("promote", quoted(file())); }
 
+    // As BRIMLEY_TEST_SERVER names it (support/test_server.h).
+    [[nodiscard]] std::string file() const { return folder_.file("server"); }
     [[nodiscard]] std::string folder() const {
         std::string options;
         std::getline(std::ifstream(file()), options);
@@ -39,7 +41,6 @@ class PrivateCluster {
     }
 
   private:
-    [[nodiscard]] std::string file() const { return folder_.file("server"); }
     static std::string quoted(const std::string& path) { return "'" + path + "'"; }
     static std::string command(const std::string& what, const std::string& arguments) {
         return BRIMLEY_SOURCE_DIR "/tests/support/server-cluster " + what + " " + arguments;
