@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "kernel/user_dates.h"
 
@@ -20,7 +21,12 @@ Form::~Form() = default;
 void Form::ensure_loaded() {
     if (loaded_) return;
     loaded_ = true;
+    const std::int64_t lost = context_.dbe ? context_.dbe->lost_calls() : 0;
     Form_Load();
+    if (!context_.dbe) return;
+    lost_calls_seen_ = lost;
+    half_loaded_ = context_.dbe->lost_calls() != lost;
+    context_.dbe->forgive_lost_calls(context_.dbe->lost_calls() - lost);
 }
 
 void Form::show() {
@@ -65,9 +71,43 @@ Refusal Form::press(int id) {
     const controls::Command* pressed = bars_.find(id);
     if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
     if (!connected_for(id)) return Refusal::none;
-    CommandBars1_Execute(id);
+    execute(id);
     tell_of_connection();
     return Refusal::none;
+}
+
+namespace {
+
+bool reads_anew(int id) {
+    static constexpr std::array kReading{command::kNew,     command::kFind,     command::kClear,
+                                         command::kRefresh, command::kPrevious, command::kNext,
+                                         command::kLast,    command::kOrigin};
+    return std::ranges::find(kReading, id) != kReading.end();
+}
+
+bool reads_more(int id) {
+    return id == command::kEditMode || id == command::kInsertLine || id == command::kDeleteLine;
+}
+
+}  // namespace
+
+void Form::execute(int id) {
+    if (!context_.dbe) return CommandBars1_Execute(id);
+    const std::shared_ptr<store::Workspace> workspace = context_.dbe;  // Exit takes it from the form
+    note_lost_calls();
+    const Mode before = mode();
+    const std::int64_t lost_before = workspace->lost_calls();
+    CommandBars1_Execute(id);
+    const std::int64_t lost = workspace->lost_calls() - lost_before;
+    // An entry may still be the same one, as when New was refused.
+    if (lost == 0 && reads_anew(id) && (mode() == Mode::read || mode() != before)) half_read_ = false;
+    if (lost > 0 && (reads_anew(id) || reads_more(id))) half_read_ = true;
+    workspace->forgive_lost_calls(lost);
+}
+
+void Form::note_lost_calls() {
+    const std::int64_t lost = context_.dbe->lost_calls();
+    if (std::exchange(lost_calls_seen_, lost) != lost) half_read_ = true;
 }
 
 bool Form::connected_for(int id) {

@@ -60,6 +60,11 @@ inline constexpr const char* kUndecidedMessage =
     "The connection is back, but the server has not finished the last save. It is not known yet whether it "
     "will be "
     "stored: try again in a while, and do not enter it once more.";
+// In place of a save, while something that stands on the form could not be read.
+inline constexpr const char* kHalfReadMessage =
+    "While the connection was lost, something that belongs to this entry could not be read. It cannot be "
+    "saved as "
+    "it stands: begin it anew.";
 inline constexpr const char* kUnknownMessage =
     "The connection is back. It cannot be found out whether the last save was stored: look before you enter "
     "it "
@@ -169,6 +174,7 @@ class Form : public std::enable_shared_from_this<Form> {
     // otherwise nothing of it is left, and what it threw is noted under the name and is the `failure`.
     template <class Action>
     bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) {
+        if (half_read_ || half_loaded_) return refuse(kHalfReadMessage);
         bool done = false;
         const bool whole = step(name, [&] {
             Transaction transaction(context_.dbe);
@@ -206,6 +212,11 @@ class Form : public std::enable_shared_from_this<Form> {
     // Connects again when the connection was lost. False when the command is over, because it was told
     // instead what became of the last one.
     [[nodiscard]] bool connected_for(int id);
+    // Notes whether something that stands on the form is missing, because calls outside of commands were
+    // lost.
+    void note_lost_calls();
+    // Runs the command and notes what it could not read, if it is one that reads for the screen.
+    void execute(int id);
     void note_doubt(const std::string& document);
     void tell_of_doubt();
     void tell_of_connection();
@@ -219,6 +230,10 @@ class Form : public std::enable_shared_from_this<Form> {
     std::shared_ptr<Form> child_;
     bool loaded_ = false;
     bool shown_ = false;
+    // Calls that were lost outside of commands, as far as this form has looked at them.
+    std::int64_t lost_calls_seen_ = 0;
+    bool half_read_ = false;
+    bool half_loaded_ = false;  // nothing mends that
     // While a save of this form is in doubt: the number of the doubt, and its document, which may have none.
     struct InDoubt {
         int number;

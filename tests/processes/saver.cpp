@@ -27,6 +27,7 @@ using frame::command::kSave;
 
 namespace {
 
+constexpr std::chrono::milliseconds kWhileTheServerIsAway{20};
 constexpr int kFind = 104;
 constexpr int kVoidPayment = 133;
 constexpr int kVoidInvoice = 1008;
@@ -93,6 +94,8 @@ bool Saver::may_be_told(const std::string& refusal) {
 }
 
 void Saver::act(const std::string& name) {
+    // As a host does before an act; a form that opened meanwhile would have no columns.
+    if (!ap_.dbe->reconnect()) return desk_.wait(kWhileTheServerIsAway);
     const auto& table = acts();
     if (!name.empty()) {
         const auto named =

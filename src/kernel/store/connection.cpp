@@ -150,8 +150,9 @@ EngineStatement& Connection::prepared(PlannedStatement& statement) {
 }
 
 void Connection::require_usable() const {
-    if (state_ != ConnectionState::good)
-        throw Error(ErrorKind::lost, "the connection to the company is gone");
+    if (state_ == ConnectionState::good) return;
+    ++lost_calls_;
+    throw Error(ErrorKind::lost, "the connection to the company is gone");
 }
 
 template <class Action>
@@ -165,7 +166,10 @@ auto Connection::guarded(const Action& action) {
 }
 
 void Connection::note_failure(const Error& error) {
-    if (error.spoils_connection() && state_ == ConnectionState::good) note_lost(error);
+    if (error.spoils_connection() && state_ == ConnectionState::good) {
+        ++lost_calls_;
+        note_lost(error);
+    }
     if (!error.spoils_transaction() && (!begun_ || engine_->in_transaction())) return;
     if (in_trans_) {
         spoiled_ = true;
@@ -203,8 +207,10 @@ void Connection::note_lost(const Error& error) {
 // With the act that lost it still open nothing is done: its rest must not become an act of its own.
 bool Connection::reconnect() {
     if (in_trans_) return state_ == ConnectionState::good;
-    if (state_ == ConnectionState::good && engine_->is_broken())
+    if (state_ == ConnectionState::good && engine_->is_broken()) {
         note_failure(Error(ErrorKind::lost, "the connection to the company is gone"));
+        --lost_calls_;  // nobody has called
+    }
     if (begun_) return state_ == ConnectionState::good;
     if (state_ != ConnectionState::good) {
         try {

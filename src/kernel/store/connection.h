@@ -88,6 +88,9 @@ class Connection {
     bool reconnect();
     [[nodiscard]] int doubts() const { return doubts_; }
     [[nodiscard]] Doubt doubt(int number) const { return number == doubts_ ? doubt_ : Doubt::unknown; }
+    // As Workspace::lost_calls() and forgive_lost_calls().
+    [[nodiscard]] std::int64_t lost_calls() const { return lost_calls_; }
+    void forgive_lost_calls(std::int64_t calls) { lost_calls_ -= calls; }
     // How often it has been made again: what was held before is lost.
     [[nodiscard]] int times_reconnected() const { return times_reconnected_; }
     // A row that the transaction has added or is about to change, by which it can be recognised when its
@@ -164,6 +167,7 @@ class Connection {
     std::shared_ptr<ConnectionWatch> watch_;
     const bool can_reconnect_;
     int times_reconnected_ = 0;
+    mutable std::int64_t lost_calls_ = 0;
     std::optional<Witness> witness_;   // of the open transaction
     std::optional<Witness> doubtful_;  // of the one in doubt
     Doubt doubt_ = Doubt::none;

@@ -233,6 +233,11 @@ class Workspace {
     // that are open go on; a row being edited was lost. Nothing happens while the connection is good. True
     // when it is good afterwards.
     bool reconnect();
+    // How many calls have failed because the connection was lost. Whoever reads with failures ignored finds
+    // out by it that something is missing.
+    [[nodiscard]] std::int64_t lost_calls() const;
+    // Those that nobody else needs to know of are not counted any more.
+    void forgive_lost_calls(std::int64_t calls);
     // How many changes have been in doubt so far: each number stands for one.
     [[nodiscard]] int doubts() const;
     // What became of that change, as of the last reconnect(). Only the last one is remembered; of others

@@ -61,6 +61,8 @@ ConnectionState Workspace::connection_state() const { return connection_->state(
 void Workspace::watch(std::shared_ptr<ConnectionWatch> watch) { connection_->watch(std::move(watch)); }
 bool Workspace::can_reconnect() const { return connection_->can_reconnect(); }
 bool Workspace::reconnect() { return connection_->reconnect(); }
+std::int64_t Workspace::lost_calls() const { return connection_->lost_calls(); }
+void Workspace::forgive_lost_calls(std::int64_t calls) { connection_->forgive_lost_calls(calls); }
 int Workspace::doubts() const { return connection_->doubts(); }
 Doubt Workspace::doubt(int number) const { return connection_->doubt(number); }
 
