@@ -49,30 +49,24 @@ bool PaidItems::pay(const PaidItem& paid) {
     return true;
 }
 
-bool PaidItems::has_item(const std::string& fkey, bool paid) {
-    return !kernel()
-                .read(fmt::format(
-                    "SELECT fkey FROM (SELECT * FROM AP_transaction_table WHERE fkey = {}) WHERE paid = {}",
-                    quoted(fkey), paid ? "TRUE" : "FALSE"))
-                .at_eof();
-}
-
-void PaidItems::set_flags(const PaidDocument& document, const std::string& company, const char* flags) {
-    kernel().database().Execute(
-        fmt::format("UPDATE AP_header_table SET {} WHERE fkey = {}", flags, quoted(document.fkey)));
-    if (document.source_docno.empty()) return;
-    kernel().database().Execute(
-        fmt::format("UPDATE PO_invoice_header_table SET {} WHERE company = {} AND docno = {}", flags, company,
-                    quoted(document.source_docno)));
+void PaidItems::set_flags(const PaidDocument& document, const std::string& company, Flags flags) {
+    const auto write = [&](std::string_view set) {
+        kernel().database().Execute(
+            fmt::format("UPDATE AP_header_table SET {} WHERE fkey = {}", set, quoted(document.fkey)));
+        if (document.source_docno.empty()) return;
+        kernel().database().Execute(
+            fmt::format("UPDATE PO_invoice_header_table SET {} WHERE company = {} AND docno = {}", set,
+                        company, quoted(document.source_docno)));
+    };
+    write_flags(
+        kernel(), [&] { return flags(kernel(), document.fkey); }, write);
 }
 
 // A document of purchasing follows only when it is one of its bills; a void asks for no source.
 void PaidItems::mark_paid_document(const Recordset& item) {
     const PaidDocument document{item.text("fkey"),
                                 item.text("Source") == "PO-BILL" ? item.text("source_docno") : std::string{}};
-    set_flags(document, quoted(item.text("company")),
-              has_item(document.fkey, false) ? "paid = TRUE, fully_paid = FALSE"
-                                             : "paid = TRUE, fully_paid = TRUE");
+    set_flags(document, quoted(item.text("company")), flags_when_paid);
 }
 
 // Each document is closed when the lines go on to another one.
@@ -118,9 +112,7 @@ void PaidItems::give_back_line(const Recordset& line, PaidDocument& document) {
 
 void PaidItems::reopen_document(const PaidDocument& document) {
     if (document.fkey.empty()) return;
-    set_flags(document, "1",
-              has_item(document.fkey, true) ? "fully_paid = FALSE ,paid = TRUE"
-                                            : "fully_paid = FALSE ,paid = FALSE");
+    set_flags(document, "1", flags_when_given_back);
 }
 
 // What waited for a purchase order waits no longer. A void does not bring the order back.

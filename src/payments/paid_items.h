@@ -6,8 +6,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "frame/form_part.h"
+#include "payments/paid_flags.h"
 
 namespace brimley::payments {
 
@@ -48,9 +50,8 @@ class PaidItems : public frame::FormPart {
     void mark_paid_document(const store::Recordset& item);
     void give_back_line(const store::Recordset& line, PaidDocument& document);
     void reopen_document(const PaidDocument& document);
-    // Whether the document has an item whose `paid` is this.
-    [[nodiscard]] bool has_item(const std::string& fkey, bool paid);
-    void set_flags(const PaidDocument& document, const std::string& company, const char* flags);
+    using Flags = std::string_view (*)(kernel::ModuleG3& kernel, const std::string& fkey);
+    void set_flags(const PaidDocument& document, const std::string& company, Flags flags);
 };
 
 }  // namespace brimley::payments

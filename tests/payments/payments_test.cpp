@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "payment_entry.h"
+#include "support/faulty_engine.h"
 
 namespace brimley::testing {
 
@@ -57,6 +58,46 @@ TEST_F(Payments, CreditsOfTheVendorStandOutInTheList) {
     company.db().Execute("UPDATE AP_transaction_table SET doctype = 'vcn' WHERE docno = 'IP-26-00002'");
     form().list_vendor_invoice("V1001");
     EXPECT_EQ(form().dbgrid1.on_fetch_row_style(1), form().Deposit_style);
+}
+
+// Two desks at two items of one document, the other one faster by a moment: here it takes a payment of the
+// first item back while this one pays the second. Each sees its own change alone when it looks.
+TEST_F(Payments, DocumentThatAnotherDeskReopensMeanwhileIsNotFullyPaid) {
+    const std::string items =
+        "UPDATE AP_transaction_table SET fkey = '1ip-1', docno = 'IP-26-00001', pay_item = ";
+    company.db().Execute(items + "2 WHERE docno = 'IP-26-00002'");
+    company.db().Execute("DELETE * FROM AP_header_table WHERE docno = 'IP-26-00002'");
+    company.db().Execute("UPDATE AP_transaction_table SET paid = TRUE, open_amount = 0 WHERE pay_item = '1'");
+    const auto other = company.second_user();
+    const auto give_back = [&] {
+        other.workspace->BeginTrans();
+        other.database->Execute("UPDATE AP_transaction_table SET paid = FALSE WHERE pay_item = '1'");
+        other.database->Execute("UPDATE AP_header_table SET fully_paid = FALSE");
+        other.workspace->CommitTrans();
+    };
+    const auto moment = std::make_shared<Faults>();
+    moment->only_statements_with = "UPDATE \"AP_header_table\"";
+    moment->engine_fails_itself = true;
+    bool refused = false;
+    moment->on_fault = [&] {
+        moment->disarm();
+        try {
+            give_back();
+        } catch (const store::Error& error) {
+            refused = error.kind() == store::ErrorKind::locked;
+            other.workspace->Rollback();
+        }
+    };
+    DeskOfUser slow{company.second_user(faulty(moment))};
+    slow.ap.showform_APform_payment();
+    begin_payment(*slow.ap.frm_payment, "V1001");
+    edit_item_cell(*slow.ap.frm_payment, 0, "pay amount", "60.00");
+    pay_total(*slow.ap.frm_payment);
+    moment->arm(1, false);
+    EXPECT_EQ(slow.ap.frm_payment->press(101), controls::Refusal::none);
+    EXPECT_THAT(slow.messages(), ElementsAre("Add new Payment PY-26-00001 complete"));
+    EXPECT_EQ(refused, place_of_tests() == CompanyPlace::file);  // where one desk writes at a time
+    EXPECT_EQ(company.list("SELECT fully_paid FROM AP_header_table"), refused ? "TRUE" : "FALSE");
 }
 
 TEST_F(Payments, VoidPassesOverALineWhoseItemIsGone) {

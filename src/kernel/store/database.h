@@ -192,6 +192,9 @@ class Database {
     // Why nothing can be written into the company, as a sentence without its full stop: it is damaged, or its
     // log is missing. Empty when it can. Whatever writes all the same throws ErrorKind::io with this text.
     [[nodiscard]] std::string reading_only_because() const;
+    // Whether another workspace may commit something between two reads of the open transaction, so that the
+    // second one sees it: on a server, not in a file.
+    [[nodiscard]] bool others_write_meanwhile() const;
     // What is wrong with the company's file, whatever its rows say: one sentence a fault. Reads all of it. A
     // server keeps watch over its own disks, and there is nothing to say about a company on it.
     [[nodiscard]] std::vector<std::string> faults_of_storage() const;

@@ -151,25 +151,18 @@ class Matching : public frame::DocumentPart {
             throw std::runtime_error("Subscript out of range: 31 entries at most");
     }
 
-    [[nodiscard]] const char* flags_of(const std::string& fkey) {
-        const bool unpaid =
-            !kernel()
-                 .read(fmt::format("SELECT fkey FROM (SELECT * FROM AP_transaction_table WHERE fkey = {}) "
-                                   "WHERE paid = FALSE",
-                                   quoted(fkey)))
-                 .at_eof();
-        return unpaid ? "fully_paid = FALSE, paid = TRUE" : "fully_paid = TRUE, paid = TRUE";
+    void mark(const std::string& table, const std::string& criteria, const std::string& fkey) {
+        const auto flags = [&] { return flags_when_paid(kernel(), fkey); };
+        write_flags(kernel(), flags, [&](std::string_view set) {
+            kernel().database().Execute(fmt::format("UPDATE {} SET {} WHERE {}", table, set, criteria));
+        });
     }
 
     void mark_documents() {
-        store::Database& database = kernel().database();
         for (const std::string& fkey : documents_)
-            database.Execute(
-                fmt::format("UPDATE AP_header_table SET {} WHERE fkey = {}", flags_of(fkey), quoted(fkey)));
+            mark("AP_header_table", "fkey = " + quoted(fkey), fkey);
         for (const auto& [docno, fkey] : sources_)
-            database.Execute(
-                fmt::format("UPDATE PO_invoice_header_table SET {} WHERE company = 1 AND docno = {}",
-                            flags_of(fkey), quoted(docno)));
+            mark("PO_invoice_header_table", "company = 1 AND docno = " + quoted(docno), fkey);
     }
 
     APform_payment& form_;

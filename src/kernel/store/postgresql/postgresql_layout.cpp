@@ -158,7 +158,7 @@ SELECT o.type, o.identity, '', '' FROM pg_depend, pg_identify_object(classid, ob
 // The server's own numbers, which are the same in every database.
 constexpr int kCollationC = 950;
 constexpr int kBtree = 403;
-constexpr int kInt8 = 20;
+constexpr int kRowKeyType = 20;
 // Nulls first, and not descending.
 constexpr const char* kNullsFirst = "2";
 
@@ -169,7 +169,7 @@ int type_number(FieldType type) {
         case FieldType::number:
             return 701;
         case FieldType::integer:
-            return kInt8;
+            return kRowKeyType;
         case FieldType::date:
             return 1082;
         case FieldType::datetime:
@@ -218,8 +218,8 @@ void describe_table(const Table& table, std::vector<Described>& all) {
     const std::string name = lower_case(table.name);
     const std::string key(dialect::kRowKeyColumn);
     all.push_back({"table", name, "p|f|f|f"});
-    all.push_back(
-        {"field", name + '.' + key, fmt::format("{}|0|t|||nextval('{}'::regclass)", kInt8, kRowKeySequence)});
+    all.push_back({"field", name + '.' + key,
+                   fmt::format("{}|0|t|||nextval('{}'::regclass)", kRowKeyType, kRowKeySequence)});
     for (const Field& field : table.fields)
         all.push_back({"field", name + '.' + lower_case(field.name), form_of_field(field)});
     all.push_back({"index", name + "_pkey", fmt::format("t|t|f|{}|0|0|t|t| {} {}", kBtree, name, key)});

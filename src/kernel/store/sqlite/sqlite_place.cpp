@@ -37,16 +37,17 @@ constexpr std::array<std::string_view, 9> kNetworkPrograms{"fuse.sshfs", "fuse.g
                                                            "fuse.s3fs",  "fuse.davfs",      "fuse.curlftpfs",
                                                            "fuse.ceph",  "fuse.gvfsd-fuse", "fuse.mfs"};
 
-[[noreturn]] void refuse(const std::string& path, std::string_view why) {
+[[noreturn]] void refuse_place(const std::string& path, std::string_view why) {
     throw Error(ErrorKind::not_a_company, fmt::format("{} {}", path, why));
 }
 
 struct stat status_of(const std::string& path) {
     struct stat status {};
-    if (path.find('\0') != std::string::npos || path.empty()) refuse('"' + path + '"', "is no file name");
+    if (path.find('\0') != std::string::npos || path.empty())
+        refuse_place('"' + path + '"', "is no file name");
     if (::stat(path.c_str(), &status) != 0) {
-        if (errno == ENOENT) refuse(path, "does not exist");
-        refuse(path, fmt::format("cannot be opened: {}", std::strerror(errno)));
+        if (errno == ENOENT) refuse_place(path, "does not exist");
+        refuse_place(path, fmt::format("cannot be opened: {}", std::strerror(errno)));
     }
     return status;
 }
@@ -77,12 +78,13 @@ std::string_view network_file_system(long kind, std::string_view mounted_as) {
 
 void require_place_of_company(const std::string& path) {
     const struct stat status = status_of(path);
-    if (S_ISDIR(status.st_mode)) refuse(path, "is a folder, not a company file");
-    if (!S_ISREG(status.st_mode)) refuse(path, "is not a company file");
+    if (S_ISDIR(status.st_mode)) refuse_place(path, "is a folder, not a company file");
+    if (!S_ISREG(status.st_mode)) refuse_place(path, "is not a company file");
     if (::access(path.c_str(), R_OK) != 0)
-        refuse(path, fmt::format("cannot be read: {}", std::strerror(errno)));
+        refuse_place(path, fmt::format("cannot be read: {}", std::strerror(errno)));
     if (status.st_nlink > 1)
-        refuse(path, fmt::format("has {} names (hard links), and its log would lie beside one of them alone; "
+        refuse_place(path,
+                     fmt::format("has {} names (hard links), and its log would lie beside one of them alone; "
                                  "remove the others",
                                  status.st_nlink));
     struct statfs place {};
@@ -90,7 +92,8 @@ void require_place_of_company(const std::string& path) {
     const std::string served_as = place.f_type == kFuse ? mounted_as(status.st_dev) : std::string();
     const std::string_view network = network_file_system(place.f_type, served_as);
     if (!network.empty())
-        refuse(path, fmt::format("is on a network ({}), where the locks of other machines are not seen; keep "
+        refuse_place(path,
+                     fmt::format("is on a network ({}), where the locks of other machines are not seen; keep "
                                  "it on a disk of this machine, or the company on a server",
                                  network));
 }
