@@ -118,19 +118,25 @@ TEST_F(ConsoleOutage, ScriptGoesOnAfterARestartAndSaysSoOnStandardError) {
 
 TEST_F(ConsoleOutage, InterruptEndsTheStatementAndNotTheProgram) {
     wait_until_idle();
-    on_server(uri,
-              "CREATE FUNCTION slow() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN PERFORM pg_sleep(60); "
-              "RETURN new; END'");
+    on_server(
+        uri,
+        "CREATE FUNCTION public.slow() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN PERFORM pg_sleep(60); "
+        "RETURN new; END'");
     on_server(uri,
               "CREATE TRIGGER slow BEFORE INSERT OR UPDATE ON brimley.form_property_table FOR EACH ROW "
-              "EXECUTE FUNCTION slow()");
-    give(
-        "call showform_APform_invoice\npress 100\nsql \"SELECT vendor_no FROM Vendor_table WHERE vendor_no = "
-        "'V1003'\"");
-    EXPECT_TRUE(comes_true([&] {
+              "EXECUTE FUNCTION public.slow()");
+    const auto sleeps = [&] {
         return on_server(uri, "SELECT count(*) FROM pg_stat_activity WHERE wait_event = 'PgSleep'") == "1";
-    }));
+    };
+    give("call showform_APform_invoice\npress 100");
+    EXPECT_TRUE(comes_true(sleeps));
     ::kill(process_, SIGINT);
+    EXPECT_TRUE(
+        comes_true([&] { return text("out").find("form closed: APform_invoice") != std::string::npos; }));
+    // A company with something that does not belong to it would not be opened again.
+    on_server(uri, "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE wait_event = 'PgSleep'");
+    on_server(uri, "DROP FUNCTION public.slow CASCADE");
+    give("sql \"SELECT vendor_no FROM Vendor_table WHERE vendor_no = 'V1003'\"");
     EXPECT_EQ(end(), 0);
     EXPECT_THAT(text("out"), HasSubstr("form closed: APform_invoice\n"));
     EXPECT_THAT(text("out"), HasSubstr("\nV1003\n"));

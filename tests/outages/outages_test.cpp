@@ -218,12 +218,13 @@ TEST_F(Outage, OpenRecordsetsGoOnAndARowThatWasBeingEditedIsLost) {
 
 TEST_F(Outage, StatementThatTakesTooLongIsCancelledByTheUserAndTheEntryStays) {
     Desk desk(uri);
-    on_server(uri,
-              "CREATE FUNCTION slow() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN PERFORM pg_sleep(60); "
-              "RETURN new; END'");
+    on_server(
+        uri,
+        "CREATE FUNCTION public.slow() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN PERFORM pg_sleep(60); "
+        "RETURN new; END'");
     on_server(uri,
               "CREATE TRIGGER slow BEFORE INSERT ON brimley.ap_header_table FOR EACH ROW EXECUTE FUNCTION "
-              "slow()");
+              "public.slow()");
     desk.watch->patience = 300ms;
     const auto begun = std::chrono::steady_clock::now();
     EXPECT_THAT(desk.save(), ::testing::Not(Contains(kSavedMessage)));
@@ -231,7 +232,7 @@ TEST_F(Outage, StatementThatTakesTooLongIsCancelledByTheUserAndTheEntryStays) {
     EXPECT_GT(desk.watch->asked, 0);
     EXPECT_TRUE(desk.still_typed());
     EXPECT_THAT(desk.watch->happened, IsEmpty());
-    on_server(uri, "DROP TRIGGER slow ON brimley.ap_header_table");
+    on_server(uri, "DROP FUNCTION public.slow CASCADE");
     EXPECT_THAT(desk.save(), ElementsAre(kSavedMessage));
     EXPECT_EQ(stored_invoices(uri), 1);
 }
@@ -255,12 +256,13 @@ TEST_F(OutageInTheNight, StatementHasTheLimitOfTheUriAndOtherwiseFiveMinutes) {
 
 TEST_F(OutageInTheNight, NothingCanBeAskedOfTheCompanyWhileItsAnswerIsAwaited) {
     Desk desk(uri);
-    on_server(uri,
-              "CREATE FUNCTION slow() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN PERFORM pg_sleep(0.5); "
-              "RETURN new; END'");
+    on_server(
+        uri,
+        "CREATE FUNCTION public.slow() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN PERFORM pg_sleep(0.5); "
+        "RETURN new; END'");
     on_server(uri,
               "CREATE TRIGGER slow BEFORE INSERT ON brimley.ap_header_table FOR EACH ROW EXECUTE FUNCTION "
-              "slow()");
+              "public.slow()");
     desk.watch->while_waiting = [&] {
         expect_error(store::ErrorKind::state, [&] {
             (void)desk.company.database->OpenRecordset("SELECT * FROM Vendor_table WHERE vendor_no = 'V1003'",
