@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "child.h"
+#include "server_clients.h"
 #include "stored_documents.h"
 #include "support/program_options.h"
 #include "support/sample_company.h"
@@ -30,8 +31,6 @@ constexpr int kCallsMost = 2500;  // about a dozen saves
 // From a saver's start on; on a server it connects first, and each save takes longer.
 constexpr int kMillisecondsMost = 60;
 constexpr int kMillisecondsMostOnServer = 600;
-
-constexpr int kLooksMost = 1000;  // of 10 ms each
 
 constexpr int kKillsOfACompany = 50;  // then a fresh one, for the check reads all there is
 
@@ -61,25 +60,12 @@ class KilledCompany {
     [[nodiscard]] const std::string& last_kill() const { return last_kill_; }
     [[nodiscard]] int told() const { return stored_.told(); }
     [[nodiscard]] std::vector<std::string> findings() const {
-        if (tests_run_on_server() && !server_has_let_go())
+        if (tests_run_on_server() && !server_has_let_go(company_.path()))
             return {"the server still has the connection of the one that was killed"};
         return stored_.findings(company_.open());
     }
 
   private:
-    // The server carries out what it has been sent and notices then that nobody is there any more.
-    [[nodiscard]] bool server_has_let_go() const {
-        for (int looks = 0; looks < kLooksMost; ++looks) {
-            const std::string others =
-                on_server(company_.path(),
-                          "SELECT count(*) FROM pg_stat_activity WHERE datname = current_database() "
-                          "AND backend_type = 'client backend' AND pid <> pg_backend_pid()");
-            if (others == "0") return true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return false;
-    }
-
     std::string saver_;
     ClosedCopy company_{sample_original()};
     StoredDocuments stored_;

@@ -17,6 +17,7 @@
 
 #include "child.h"
 #include "saver.h"
+#include "server_clients.h"
 #include "stored_documents.h"
 #include "support/private_cluster.h"
 #include "support/program_options.h"
@@ -34,7 +35,6 @@ struct Options {
 
 constexpr int kMillisecondsMost = 700;
 constexpr int kKillsOfACompany = 50;  // then a fresh one, for the check reads all there is
-constexpr int kLooksMost = 1000;      // of 10 ms each
 constexpr std::string_view kRefused = "refused ";
 
 void sleep_ms(std::uint64_t milliseconds) {
@@ -77,7 +77,7 @@ class KilledServer {
         last_kill_ = fmt::format("{}, savers {}", at_once ? "kill" : "immediate", go_on ? "go on" : "end");
     }
     [[nodiscard]] std::vector<std::string> findings() const {
-        if (!server_has_let_go()) return {"the server still has the connection of a saver"};
+        if (!server_has_let_go(company_.path())) return {"the server still has the connection of a saver"};
         return stored_.findings(company_.open());
     }
     [[nodiscard]] const std::string& last_kill() const { return last_kill_; }
@@ -85,18 +85,6 @@ class KilledServer {
     [[nodiscard]] const std::map<std::string, int>& others() const { return others_; }
 
   private:
-    [[nodiscard]] bool server_has_let_go() const {
-        for (int looks = 0; looks < kLooksMost; ++looks) {
-            const std::string others =
-                on_server(company_.path(),
-                          "SELECT count(*) FROM pg_stat_activity WHERE datname = current_database() "
-                          "AND backend_type = 'client backend' AND pid <> pg_backend_pid()");
-            if (others == "0") return true;
-            sleep_ms(10);
-        }
-        return false;
-    }
-
     const PrivateCluster& server_;
     const Options& options_;
     ClosedCopy company_{sample_original()};
