@@ -106,7 +106,8 @@ struct Described {
 
 // Everything in the schema, and what hangs on its tables from elsewhere, tables first. Storage parameters,
 // statistics, owners and rights are the administrator's and left out. What costs a look at each table is
-// avoided: an index is described by the numbers of its fields.
+// avoided: an index is described by the numbers of its fields. So is what costs a look at every function of
+// the server: what stands in a schema depends on it, and dependencies are found by an index.
 constexpr const char* kDescription = R"(
 WITH company AS (SELECT * FROM pg_class WHERE relnamespace = 'brimley'::regnamespace),
      tables AS (SELECT oid, relname FROM company WHERE relkind = 'r')
@@ -127,7 +128,7 @@ SELECT 'field', concat(relname, '.', attname),
 UNION ALL
 SELECT 'index', company.relname,
        concat_ws('|', indisvalid, indisunique, indnullsnotdistinct, relam::int8, indcollation, indoption,
-                 (SELECT bool_and(opcdefault) FROM pg_opclass WHERE oid = ANY (indclass)),
+                 NOT indclass::oid[] && ARRAY(SELECT oid FROM pg_opclass WHERE NOT opcdefault),
                  indexprs IS NULL,
                  CASE WHEN indpred IS NULL THEN '' ELSE replace(pg_get_expr(indpred, indrelid), '"', '') END),
        concat(indrelid, ' ', indkey)
@@ -148,7 +149,9 @@ UNION ALL
 SELECT 'function', proname,
        concat_ws('|', pg_get_function_identity_arguments(p.oid), prorettype::regtype, lanname, provolatile,
                  prosecdef, coalesce(array_to_string(proconfig, ','), ''), prosrc), ''
-  FROM pg_proc p JOIN pg_language l ON l.oid = prolang WHERE pronamespace = 'brimley'::regnamespace
+  FROM pg_depend JOIN pg_proc p ON p.oid = objid JOIN pg_language l ON l.oid = prolang
+ WHERE refclassid = 'pg_namespace'::regclass AND refobjid = 'brimley'::regnamespace
+   AND classid = 'pg_proc'::regclass
 UNION ALL
 SELECT o.type, o.identity, '', '' FROM pg_depend, pg_identify_object(classid, objid, 0) o
  WHERE refclassid = 'pg_namespace'::regclass AND refobjid = 'brimley'::regnamespace
