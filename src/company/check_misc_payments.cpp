@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -117,9 +118,10 @@ struct Expected {
     double base_amount = 0;
     bool judged = true;
 
-    void add(double more, double rate_doc_to_base) {
+    // Without a rate the amounts are those of the base currency, and half a cent stays one.
+    void add(double more, std::optional<double> rate_doc_to_base) {
         amount = Round(amount + more);
-        base_amount = Round(base_amount + Round(more * rate_doc_to_base));
+        base_amount = Round(base_amount + (rate_doc_to_base ? Round(more * *rate_doc_to_base) : more));
     }
     [[nodiscard]] double posted() const { return amount == 0 ? 0 : base_amount; }
 };
@@ -127,7 +129,8 @@ struct Expected {
 std::map<std::string, Expected> expected_postings(const PaymentHeader& payment,
                                                   const std::vector<MiscLine>& lines,
                                                   const std::string& base_currency) {
-    const double rate = payment.currency == base_currency ? 1 : payment.rate;
+    std::optional<double> rate;
+    if (payment.currency != base_currency) rate = payment.rate;
     std::map<std::string, Expected> expected;
     if (!payment.cash_accno.empty()) expected[payment.cash_accno].add(0 - payment.payment_amount, rate);
     for (const MiscLine& line : lines) {

@@ -187,6 +187,20 @@ TEST_F(CheckMiscPayments, LinesHavePostedToTheirAccounts) {
                                         "Payment 1mpy-1: 55.50 was posted to account 6400, expected 52.50"));
 }
 
+// Half a cent on top of 52.51 is rounded to the even cent once it has been added.
+TEST_F(CheckMiscPayments, HalfACentOfALineJoinsWhatItsAccountHas) {
+    change(misc_line("1mpy-1", 2), {{"pay_amount", 50.015}});
+    EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-1: payment_amount is 155.00, its lines come to 155.01",
+                                        "Payment 1mpy-1: 52.50 was posted to account 6400, expected 52.52"));
+    change(misc_line("1mpy-1", 2), {{"account", "6300"}, {"pay_amount", 50.005}});
+    move("1gl-6", "6400", "6300", 52.5);
+    EXPECT_THAT(findings(), IsEmpty());
+    change(misc_line("1mpy-1", 1), {{"pay_amount", 100.01}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Payment 1mpy-1: payment_amount is 155.00, its lines come to 155.02",
+                            "Payment 1mpy-1: 142.50 was posted to account 6300, expected 142.52"));
+}
+
 TEST_F(CheckMiscPayments, CashAccountHasLostTheTotal) {
     move("1gl-6", "1000", "1300", -2);
     EXPECT_THAT(findings(),
