@@ -119,10 +119,9 @@ class LedgerDocuments {
         } else if (remark != fmt::format(fmt::runtime(origin.remark), number)) {
             report(fmt::format("its remark is \"{}\"", shown_text(remark)));
         }
-        const bool reversed = headers_.value(header_, headers_.column("Reverse")).flag();
-        if (elsewhere && !reversed) report("it is reversed by another document and not marked so");
+        if (elsewhere && !is_reversed()) report("it is reversed by another document and not marked so");
         const std::string said = text("Description");
-        const bool in_itself = reversed && !elsewhere;
+        const bool in_itself = is_reversed_in_itself();
         const bool may_say = in_itself && (said == fmt::format(fmt::runtime(origin.voided), number) ||
                                            said == fmt::format(fmt::runtime(origin.edited), number));
         const bool silent = !in_itself || voided_as_check();
@@ -155,9 +154,20 @@ class LedgerDocuments {
         return !lines_here_.empty() && lines_.text(lines_here_.back(), "source_form") == "APform_void_check";
     }
 
+    [[nodiscard]] bool is_reversed() const {
+        return headers_.value(header_, headers_.column("Reverse")).flag();
+    }
+    [[nodiscard]] bool is_reversed_in_itself() const {
+        return is_reversed() && !text("remark").starts_with(kReversedByDocument);
+    }
+
     // The lines of a reverse are the second half of a document that was reversed in itself.
+    [[nodiscard]] std::size_t posted_lines(bool reversed_in_itself) const {
+        return reversed_in_itself ? lines_here_.size() / 2 : lines_here_.size();
+    }
+
     void check_made_together(bool reversed_in_itself) {
-        const std::size_t posted = reversed_in_itself ? lines_here_.size() / 2 : lines_here_.size();
+        const std::size_t posted = posted_lines(reversed_in_itself);
         check_cluster(0, posted, stamp_of(headers_, header_));
         if (posted < lines_here_.size())
             check_cluster(posted, lines_here_.size(), stamp_of(lines_, lines_here_[posted]));
@@ -173,9 +183,11 @@ class LedgerDocuments {
         const bool foreign = text("Currency") != books_.base_currency();
         const double rate = headers_.value(header_, headers_.column("exchange_rate")).number();
         if (!foreign && rate != 0) report("it is in base currency and has a rate");
-        for (const std::int64_t line : lines_here_) {
+        const std::size_t posted = posted_lines(is_reversed_in_itself());
+        for (std::size_t i = 0; i < lines_here_.size(); ++i) {
+            const std::int64_t line = lines_here_[i];
             const std::string name = fmt::format("its line {}", lines_.text(line, "lineno"));
-            const bool last = line == lines_here_.back();
+            const bool last = i + 1 == posted;
             const bool may_round = foreign && last && lines_.text(line, "ledgertype") == "A";
             const std::string vendor = lines_.text(line, "vendor_no");
             if (!vendor.empty() && !(may_round && vendor == vendor_of(text("fkey"))))
