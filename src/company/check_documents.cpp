@@ -7,6 +7,7 @@
 
 #include "company/check.h"
 #include "company/shown_text.h"
+#include "kernel/money.h"
 
 namespace brimley::company {
 
@@ -45,10 +46,14 @@ void check_line_numbers(const Books& books, Findings& findings) {
 
 namespace {
 
-// The gross totals of invoices by the GL document that they name.
+// The gross totals of invoices by the GL document that they name, each as posting adds it up: rounding after
+// each line, so that two lines of half a cent come to nothing.
 std::unordered_map<std::string, double> gross_by_gl_document(const Books& books) {
     std::unordered_map<std::string, double> gross_by_invoice;
-    books.each_ap_line([&](const ApLine& line) { gross_by_invoice[line.fkey] += line.gross; });
+    books.each_ap_line([&](const ApLine& line) {
+        double& sum = gross_by_invoice[line.fkey];
+        sum = kernel::Round(sum + line.gross);
+    });
     std::unordered_map<std::string, double> gross;
     books.each_ap_header([&](const ApHeader& header) {
         const auto invoice = gross_by_invoice.find(header.fkey);

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "company/shown_text.h"
+#include "kernel/money.h"
 
 namespace brimley::company {
 
@@ -25,7 +26,7 @@ std::string pair_of(const std::string& first, const std::string& second) { retur
 double GeneratedInvoice::gross() const {
     double sum = 0;
     for (const GeneratedLine& line : lines)
-        sum += line.gross;
+        sum = kernel::Round(sum + line.gross);
     return sum;
 }
 

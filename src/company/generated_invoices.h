@@ -55,6 +55,7 @@ struct GeneratedInvoice {
     std::vector<GeneratedLine> lines;
     std::vector<const GeneratedPosting*> postings;  // one, unless something is wrong
 
+    // As posting adds it up, rounding after each line.
     [[nodiscard]] double gross() const;
 };
 

@@ -248,6 +248,15 @@ TEST_F(CheckGenerated, GlDocumentWithoutLinesIsFound) {
     EXPECT_THAT(findings(), ElementsAre("GL document 1gl5 has no lines, but its invoice comes to 112.35"));
 }
 
+TEST_F(CheckGenerated, LinesOfHalfACentPostNothing) {
+    change(item("1ip6"), {{"gross_amount", 0.005}, {"taxable_amount", 0.0}, {"open_amount", 0.005}});
+    in_transaction([&](store::Database&) { add_item("6", "2", 0.005, 0, "1200"); });
+    db().Execute("DELETE * FROM GL_transaction_table WHERE fkey = '1gl6'");
+    move("2000", -50);
+    move("1200", -50);
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
 TEST_F(CheckGenerated, EachAccountIsPostedByTheLines) {
     change(gl_line("1gl4", "5000"), {{"amount", 61.0}});
     change(gl_line("1gl4", "1200"), {{"amount", 19.0}});

@@ -95,6 +95,23 @@ TEST_F(CheckLedger, HeaderWithoutLinesIsFoundWhenItsInvoiceComesToSomething) {
     EXPECT_THAT(findings(), Not(Contains(HasSubstr("has no lines"))));
 }
 
+// Two lines of half a cent are posted one after the other, and each is rounded to nothing.
+TEST_F(CheckLedger, LinesOfHalfACentPostNothing) {
+    db().Execute("DELETE * FROM GL_transaction_table WHERE fkey = '1gl-3'");
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1vcn-1'",
+           {{"gross_amount", 0.005}, {"paid_amount", 0.005}});
+    const auto second_line = [&](double gross) {
+        in_transaction([&](store::Database&) {
+            add("AP_transaction_table",
+                {{"fkey", "1vcn-1"}, {"doctype", "vcn"}, {"pay_item", "2"}, {"gross_amount", gross}});
+        });
+    };
+    second_line(0.005);
+    EXPECT_THAT(findings(), Not(Contains(HasSubstr("has no lines"))));
+    second_line(0.006);
+    EXPECT_THAT(findings(), Contains("GL document 1gl-3 has no lines, but its invoice comes to 0.01"));
+}
+
 TEST_F(CheckLedger, BaseAmountOfABalanceIsCompared) {
     raise(balance("1200", "F"), "base_amount", 1);
     EXPECT_THAT(findings(), ElementsAre("Balance_table F 1200 EUR: base_amount is 126.00, expected 125.00"));
