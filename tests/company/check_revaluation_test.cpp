@@ -227,12 +227,29 @@ TEST_F(CheckRevaluations, ItemWithoutARateCountsWithOne) {
 }
 
 TEST_F(CheckRevaluations, ItemOfPartsOfACentWasValuedBeforeItWasShown) {
+    const std::string line = "SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'";
+    const auto base_findings = Contains(::testing::HasSubstr("original_base_amount"));
+    change(line, {{"docno", "IP-26-00002"}, {"date_created", *store::DateTime::from_ymd(2027, 1, 3)}});
     change(item("IP-26-00002"), {{"original_base_amount", 124.99}, {"unrealized_gain_loss", -5.01}});
-    EXPECT_THAT(findings(), ElementsAre("Revaluation 1apre-1, document IP-26-00002, pay item 1: "
-                                        "original_base_amount is 124.99, expected 125.00"));
-    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'",
-           {{"docno", "IP-26-00002"}, {"gross_amount", 99.995}, {"open_amount", 99.995}});
-    EXPECT_THAT(findings(), ::testing::Not(Contains(::testing::HasSubstr("original_base_amount"))));
+    EXPECT_THAT(findings(), Contains("Revaluation 1apre-1, document IP-26-00002, pay item 1: "
+                                     "original_base_amount is 124.99, expected 125.00"));
+    change(line, {{"gross_amount", 99.995}, {"open_amount", 99.995}});
+    EXPECT_THAT(findings(), ::testing::Not(base_findings));
+    change(item("IP-26-00002"), {{"original_base_amount", 124.98}, {"unrealized_gain_loss", -5.02}});
+    EXPECT_THAT(findings(), base_findings);
+}
+
+// What an edit has written anew says nothing of what was valued.
+TEST_F(CheckRevaluations, ItemThatWasEditedSinceMayHaveHadPartsOfACent) {
+    const std::string line = "SELECT * FROM AP_transaction_table WHERE fkey = '1ip-2'";
+    const auto base_findings = Contains(::testing::HasSubstr("original_base_amount"));
+    change(item("IP-26-00002"), {{"original_base_amount", 124.99}, {"unrealized_gain_loss", -5.01}});
+    change(line, {{"docno", "IP-26-00002"}, {"date_created", *store::DateTime::from_ymd(2027, 1, 4)}});
+    EXPECT_THAT(findings(), ::testing::Not(base_findings));
+    change(line, {{"date_created", *store::DateTime::from_ymd(2027, 1, 3)}});
+    EXPECT_THAT(findings(), base_findings);
+    db().Execute("UPDATE AP_transaction_table SET pay_item = 2 WHERE fkey = '1ip-2'");
+    EXPECT_THAT(findings(), ::testing::Not(base_findings));
 }
 
 TEST_F(CheckRevaluations, GainIsWhatTheItemIsWorthLess) {
