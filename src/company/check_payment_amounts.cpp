@@ -33,9 +33,11 @@ bool lies_in(double amount, const Range& range) {
     return amount >= range.least - slack && amount <= range.most + slack;
 }
 
-// Whether its payment may have been cut, or emptied by a refusal, after its base value was computed.
+// Whether its payment may have been cut, or emptied by a refusal, after its base value was computed. A
+// discount or write-off may have been changed again since it cut the payment; and where the sign of what is
+// open differs from that of the item, even one of 0 sets the payment.
 bool may_be_older(const PaymentLine& line) {
-    return line.pay == 0 || (line.balance == 0 && (line.discount != 0 || line.writeoff != 0));
+    return line.pay == 0 || line.discount != 0 || line.writeoff != 0 || line.gross * line.open < 0;
 }
 
 // Of the base value that the row had on the screen, in the row's currency.

@@ -62,10 +62,12 @@ TEST_F(CheckPaymentAmounts, PaymentsOfOtherFormsAreNotJudged) {
     EXPECT_THAT(findings(), IsEmpty());
 }
 
-// The void payment has a second line, on the first invoice's item too: 50.00 EUR at 1.20.
+// The void payment has no discount, and a second line, on the first invoice's item too: 50.00 EUR at 1.20.
 class CheckForeignPaymentAmounts : public CheckPaymentAmounts {
   protected:
     CheckForeignPaymentAmounts() {
+        change(line(), {{"discount_taken", 0.0}, {"discount_accno", Value()}, {"balance", 36.35}});
+        raise(item(), "paid_amount", -2);
         add_line("1py-2", 66.35, 50, 0, 0, true);
         change(euro_line(), {{"item_no", 2},
                              {"Currency", "EUR"},
@@ -99,13 +101,36 @@ TEST_F(CheckForeignPaymentAmounts, BaseAmountFollowsTheRateOfThePayment) {
 TEST_F(CheckForeignPaymentAmounts, ValueKeptByACutPaymentLiesBetweenThePayAndAllThatWasOpen) {
     // The rest was written off after 50.00 had been typed.
     change(euro_line(), {{"writeoff", 16.35}, {"balance", 0.0}, {"pay_base_amount", 79.62}});
-    change(item(), {{"paid_amount", 64.35}});
+    raise(item(), "paid_amount", 16.35);
     change(header(), {{"total_base_amount", 109.62}});
     EXPECT_THAT(findings(), IsEmpty());
     change(euro_line(), {{"pay_base_amount", 79.64}});
     EXPECT_THAT(findings(),
                 ElementsAre("Payment 1py-2: line 2, pay_base_amount is 79.64, expected 0.00 to 79.62",
                             "Payment 1py-2: total_base_amount is 109.62, expected 109.64"));
+}
+
+TEST_F(CheckForeignPaymentAmounts, CutPaymentKeepsItsBaseValueWhenTheDiscountIsTakenBack) {
+    // All was paid; a discount of 16.35 cut that to 50.00, and is 6.35 now.
+    change(euro_line(), {{"discount_taken", 6.35}, {"balance", 10.0}, {"pay_base_amount", 79.62}});
+    raise(item(), "paid_amount", 6.35);
+    change(header(), {{"total_base_amount", 109.62}});
+    EXPECT_THAT(findings(), IsEmpty());
+    change(euro_line(), {{"pay_base_amount", 79.64}});
+    EXPECT_THAT(findings(),
+                ElementsAre("Payment 1py-2: line 2, pay_base_amount is 79.64, expected 0.00 to 79.62",
+                            "Payment 1py-2: total_base_amount is 109.62, expected 109.64"));
+}
+
+// A credit of which more than everything was paid is open with the other sign: what is typed is refused, and
+// a discount sets the payment, which then has no base value.
+TEST_F(CheckPaymentAmounts, DiscountOfAnOverpaidCreditSetsAPaymentWithoutABaseValue) {
+    change(line(), {{"gross_amount", -100.0}, {"open_amount", 32.0}, {"balance", -2.15}, {"writeoff", 2.15}});
+    raise(item(), "paid_amount", 2.15);
+    change(header(), {{"total_base_amount", 0.0}, {"total_currency", Value()}});
+    EXPECT_THAT(findings(), IsEmpty());
+    change(header(), {{"total_base_amount", -0.02}});
+    EXPECT_THAT(findings(), ElementsAre("Payment 1py-2: total_base_amount is -0.02, expected 0.00 to 32.00"));
 }
 
 }  // namespace
