@@ -1,25 +1,26 @@
 #include "named_deviations.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <cstdlib>
 
 #include "company/books.h"
+#include "kernel/money.h"
 
 namespace brimley::testing {
 
 using company::differ;
 
-bool NamedDeviations::explains(const std::string& finding) const {
-    static const std::string kStart = "Vendor ";
-    static const std::string kIs = ": owing_balance is ";
-    static const std::string kBy = ", by its documents ";
-    const std::size_t is = finding.find(kIs);
-    const std::size_t by = finding.find(kBy);
-    if (!finding.starts_with(kStart) || is == std::string::npos || by == std::string::npos) return false;
-    const auto vendor = owing_.find(finding.substr(kStart.size(), is - kStart.size()));
-    const double owing = std::atof(finding.c_str() + is + kIs.size());
-    const double by_documents = std::atof(finding.c_str() + by + kBy.size());
-    return vendor != owing_.end() && !differ(owing - by_documents, vendor->second);
+void NamedDeviations::take_back(store::Database& database) const {
+    for (const auto& [vendor_no, amount] : owing_) {
+        if (!differ(amount, 0)) continue;
+        const std::string where = " WHERE vendor_no = " + store::quoted(vendor_no);
+        const auto vendor = database.OpenRecordset("SELECT owing_balance FROM Vendor_table" + where,
+                                                   store::RecordsetKind::snapshot);
+        if (vendor.at_eof()) continue;
+        database.Execute(fmt::format("UPDATE Vendor_table SET owing_balance = {}{}",
+                                     kernel::Round(vendor.number("owing_balance") - amount), where));
+    }
 }
 
 int NamedDeviations::vendors() const {

@@ -1,5 +1,5 @@
-// What acts are known to leave behind that the check of the books tells rightly, worked out from what stood
-// on the screen before the act: such a finding ends no session.
+// What acts are known to leave behind that the check of the books reports rightly, worked out from what stood
+// on the screen before the act: with exactly this taken back, the books must agree.
 //
 // - An edit takes off what the screen showed of the former lines, where lines below nothing stand as lines
 //   above it; and what is owed counts cents of rows that are too small to be stored.
@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+#include "kernel/store/database.h"
+
 namespace brimley::testing {
 
 class NamedDeviations {
@@ -15,7 +17,8 @@ class NamedDeviations {
     // More was added to what a vendor is owed than its stored documents come to.
     void owed_beyond_documents(const std::string& vendor_no, double amount) { owing_[vendor_no] += amount; }
 
-    [[nodiscard]] bool explains(const std::string& finding) const;
+    // Takes all of it back, in the caller's transaction.
+    void take_back(store::Database& database) const;
     // How many vendors there are for which something is to be explained.
     [[nodiscard]] int vendors() const;
 
