@@ -145,6 +145,10 @@ void note_edited_prepayments(const Books& books, Findings& notes);
 // Generated invoices: GL documents that do not balance, lines with another payable account, voids that the
 // ledger does not know, keys that repeat; and what balances and vendors leave out.
 void note_generated_invoices(const Books& books, Findings& notes);
+// What is owed to a vendor where an edit, or rows too small to be stored, may have left a difference.
+void note_owing_balances(const Books& books, Findings& notes);
+// Invoices of which a row that came to 0.00 was posted to a payable account, and is not stored.
+void note_unstored_rows(const Books& books, Findings& notes);
 // Revaluations that have stored other items or selection rows than they have posted.
 void note_revaluations(const Books& books, Findings& notes);
 

@@ -7,6 +7,11 @@
 // gives back its new amount. Documents of other modules may have been counted by these or not, and a vendor
 // that had no balance yet when it was first paid got the sum of that payment as an amount owed.
 //
+// Two things leave a difference that the documents do not show any more, which a note names. An edit takes
+// off what the screen showed of the former lines, those below nothing like those above it: an invoice is owed
+// with less then, a credit note with more. And the total of the screen has the cents of rows that are too
+// small to be stored, of which a gap in the pay items tells.
+//
 // Generated invoices are never added, but a void takes them off; unless the vendor had no balance yet, which
 // is possible up to the day of its first other document.
 #include <fmt/format.h>
@@ -50,6 +55,8 @@ struct Invoice {
     bool credit_note = false;
     bool made_here = false;
     bool is_void = false;
+    int lines = 0;
+    double last_item = 0;
     std::string written;          // the day
     double taxable = 0, tax = 0;  // as they were saved
     double shown = 0;             // as they were loaded since
@@ -59,6 +66,10 @@ struct Invoice {
     [[nodiscard]] double owed() const {
         const double total = shown_money(taxable + tax) - (is_void ? shown_money(shown) : 0);
         return credit_note ? 0 - total : total;
+    }
+    // Each of them was less than a cent, and two of them make one.
+    [[nodiscard]] double cents_of_unstored_rows() const {
+        return 0.01 * std::ceil(std::max(0.0, last_item - lines) / 2);
     }
 };
 
@@ -83,7 +94,9 @@ struct Vendor {
     bool any_elsewhere = false;
     double elsewhere = 0;
     double voided_elsewhere = 0;
-    bool edited = false;  // any of its invoices
+    bool edited_invoice = false;  // or debit note
+    bool edited_credit_note = false;
+    double cents = 0;  // of rows that were not stored, at the most
     bool has_documents = false;
     double first_payment = std::numeric_limits<double>::max();  // its key, and what it came to
     double first_paid = 0;
@@ -95,7 +108,7 @@ std::unordered_map<std::string, Invoice> invoices(const Books& books) {
     std::unordered_map<std::string, Invoice> by_fkey;
     Recordset rows = books.read(
         "SELECT fkey,vendor_no,docno,doctype,Source,void,taxable_amount,tax_amount,gross_amount,"
-        "date_created FROM AP_transaction_table ORDER BY fkey,pay_item");
+        "date_created,pay_item FROM AP_transaction_table ORDER BY fkey,pay_item");
     for (; !rows.at_eof(); rows.MoveNext()) {
         Invoice& invoice = by_fkey[rows.column(0).text()];
         invoice.vendor_no = rows.column(1).text();
@@ -108,19 +121,25 @@ std::unordered_map<std::string, Invoice> invoices(const Books& books) {
             invoice.shown += shown_money(std::abs(rows.column(column).number()));
         }
         invoice.gross += rows.column(8).number();
+        ++invoice.lines;
+        invoice.last_item = std::max(invoice.last_item, rows.column(10).number());
         invoice.written = day_in(rows, 9);
     }
     return by_fkey;
 }
 
-// Numbers of invoices that have reversed a GL document.
+// Numbers of invoices that were posted more than once.
 std::unordered_set<std::string> edited_documents(const Books& books) {
-    std::unordered_set<std::string> numbers;
+    std::unordered_set<std::string> posted;
+    std::unordered_set<std::string> again;
     Recordset rows =
-        books.read("SELECT source_docno FROM GL_header_table WHERE Source = 'AP-INVOICE' AND Reverse = TRUE");
-    for (; !rows.at_eof(); rows.MoveNext())
-        numbers.insert(rows.text("source_docno"));
-    return numbers;
+        books.read("SELECT source_docno,remark FROM GL_header_table WHERE Source = 'AP-INVOICE'");
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        const std::string number = rows.column(0).text();
+        if (rows.column(1).text().starts_with("Reverse GL ")) continue;
+        if (!posted.insert(number).second) again.insert(number);
+    }
+    return again;
 }
 
 void count_invoices(const Books& books, const std::unordered_set<std::string>& own_prepayments,
@@ -131,8 +150,10 @@ void count_invoices(const Books& books, const std::unordered_set<std::string>& o
         if (found == vendors.end() || own_prepayments.contains(fkey) || generated.any_of_key(fkey)) continue;
         Vendor& vendor = found->second;
         vendor.has_documents = true;
-        vendor.edited |= edited.contains(invoice.docno);
         if (invoice.made_here) {
+            vendor.cents += invoice.cents_of_unstored_rows();
+            if (edited.contains(invoice.docno))
+                (invoice.credit_note ? vendor.edited_credit_note : vendor.edited_invoice) = true;
             vendor.by_forms += invoice.owed();
             vendor.first_document = std::min(vendor.first_document, invoice.written);
             continue;
@@ -284,9 +305,39 @@ bool agrees(const Vendor& vendor, double owing_balance) {
                        [&](double sum) { return agrees_with_voids(vendor, owing_balance - sum); });
 }
 
-}  // namespace
+// Whether some sum of the documents, less the voids that may count, fits.
+template <class Fits>
+bool any_sum(const Vendor& vendor, const Fits& fits) {
+    const std::vector<double> sums = without_generated(vendor);
+    double voided = voided_generated(vendor);
+    for (std::size_t left_out = 0;; ++left_out) {
+        if (std::any_of(sums.begin(), sums.end(), [&](double sum) { return fits(sum - voided); }))
+            return true;
+        if (left_out == vendor.generated_voids.size()) return false;
+        const GeneratedVoid& first = vendor.generated_voids[left_out];
+        if (!first.may_not_count(vendor.first_document)) return false;
+        voided -= first.amount;
+    }
+}
 
-void check_owing_balances(const Books& books, Findings& findings) {
+enum class Verdict { agrees, may_be_cents, may_be_edit, differs };
+
+Verdict judge(const Vendor& vendor, double owing_balance) {
+    if (!vendor.has_documents || !vendor.judged || agrees(vendor, owing_balance)) return Verdict::agrees;
+    const auto cents = [&](double sum) {
+        return !differ(std::max(std::abs(owing_balance - sum), vendor.cents), vendor.cents);
+    };
+    if (any_sum(vendor, cents)) return Verdict::may_be_cents;
+    const auto edit = [&](double sum) {
+        return (vendor.edited_invoice && owing_balance < sum) ||
+               (vendor.edited_credit_note && owing_balance > sum);
+    };
+    return any_sum(vendor, edit) ? Verdict::may_be_edit : Verdict::differs;
+}
+
+// Visits each vendor of which what is owed is not what its documents say, with a sentence.
+template <class Visit>
+void each_difference(const Books& books, const Visit& visit) {
     Vendors vendors;
     Recordset rows = books.read("SELECT vendor_no,owing_balance FROM Vendor_table ORDER BY vendor_no");
     for (; !rows.at_eof(); rows.MoveNext())
@@ -300,12 +351,29 @@ void check_owing_balances(const Books& books, Findings& findings) {
     for (rows.MoveFirst(); !rows.at_eof(); rows.MoveNext()) {
         const Vendor& vendor = vendors.at(rows.text("vendor_no"));
         const double owing_balance = rows.number("owing_balance");
-        if (!vendor.has_documents || !vendor.judged || agrees(vendor, owing_balance)) continue;
-        findings.push_back(
-            fmt::format("Vendor {}: owing_balance is {:.2f}, by its documents {:.2f}{}",
-                        shown_text(rows.text("vendor_no")), owing_balance, nearest_sum(vendor, owing_balance),
-                        vendor.edited ? " (an edit takes lines below nothing off as lines above it)" : ""));
+        const Verdict verdict = judge(vendor, owing_balance);
+        if (verdict == Verdict::agrees) continue;
+        visit(verdict, fmt::format("Vendor {}: owing_balance is {:.2f}, by its documents {:.2f}",
+                                   shown_text(rows.text("vendor_no")), owing_balance,
+                                   nearest_sum(vendor, owing_balance)));
     }
+}
+
+}  // namespace
+
+void check_owing_balances(const Books& books, Findings& findings) {
+    each_difference(books, [&](Verdict verdict, const std::string& difference) {
+        if (verdict == Verdict::differs) findings.push_back(difference);
+    });
+}
+
+void note_owing_balances(const Books& books, Findings& notes) {
+    each_difference(books, [&](Verdict verdict, const std::string& difference) {
+        if (verdict == Verdict::may_be_cents)
+            notes.push_back(difference + " without rows of less than a cent");
+        if (verdict == Verdict::may_be_edit)
+            notes.push_back(difference + " (an edit takes lines below nothing off as lines above it)");
+    });
 }
 
 }  // namespace brimley::company

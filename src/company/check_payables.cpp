@@ -10,11 +10,13 @@
 #include <fmt/format.h>
 
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "company/check.h"
 #include "company/shown_text.h"
+#include "company/unstored_rows.h"
 #include "kernel/money.h"
 
 namespace brimley::company {
@@ -91,15 +93,25 @@ PostedSums posted_to_payables(const Books& books, const PayableAccounts& payable
     return posted;
 }
 
-void compare(const char* what, const std::string& fkey, const std::string& gl_fkey, const Postings& expected,
-             const PostedSums& posted, Findings& findings) {
+// What a document has posted, where that is not what it must have.
+struct Difference {
+    double posted = 0;
+    double by_lines = 0;
+
+    [[nodiscard]] double extra() const { return posted - by_lines; }
+    [[nodiscard]] std::string of(const char* what, const std::string& fkey) const {
+        return fmt::format("{} {}: {:.2f} was posted to payable accounts, by its lines {:.2f}", what,
+                           shown_text(fkey), posted, by_lines);
+    }
+};
+
+std::optional<Difference> difference(const std::string& fkey, const std::string& gl_fkey,
+                                     const Postings& expected, const PostedSums& posted) {
     const auto document = expected.find(fkey);
     const auto found = posted.find(gl_fkey);
-    if (document == expected.end() || found == posted.end() || !document->second.judged) return;
-    const double by_lines = document->second.base_amount();
-    if (!differ(found->second, by_lines)) return;
-    findings.push_back(fmt::format("{} {}: {:.2f} was posted to payable accounts, by its lines {:.2f}", what,
-                                   shown_text(fkey), found->second, by_lines));
+    if (document == expected.end() || found == posted.end() || !document->second.judged) return std::nullopt;
+    const Difference both{found->second, document->second.base_amount()};
+    return differ(both.posted, both.by_lines) ? std::optional(both) : std::nullopt;
 }
 
 Postings invoice_postings(const Books& books, const PayableAccounts& payables) {
@@ -143,15 +155,26 @@ std::unordered_map<std::string, std::string> vendor_accounts(const Books& books)
     return accounts;
 }
 
+// Those that have posted something else.
+template <class Visit>
+void each_invoice(const Books& books, const PayableAccounts& payables, const PostedSums& posted,
+                  const Visit& visit) {
+    const Postings invoices = invoice_postings(books, payables);
+    books.each_ap_header([&](const ApHeader& header) {
+        if (header.source != "AP-INVOICE" || header.is_void || header.gl_fkey.empty()) return;
+        if (const auto found = difference(header.fkey, header.gl_fkey, invoices, posted))
+            visit(header, *found);
+    });
+}
+
 }  // namespace
 
 void check_payable_postings(const Books& books, Findings& findings) {
     const PayableAccounts payables(books);
     const PostedSums posted = posted_to_payables(books, payables);
-    const Postings invoices = invoice_postings(books, payables);
-    books.each_ap_header([&](const ApHeader& header) {
-        if (header.source != "AP-INVOICE" || header.is_void || header.gl_fkey.empty()) return;
-        compare("Invoice", header.fkey, header.gl_fkey, invoices, posted, findings);
+    each_invoice(books, payables, posted, [&](const ApHeader& header, const Difference& found) {
+        if (!unstored_rows_make(found.extra(), header, books))
+            findings.push_back(found.of("Invoice", header.fkey));
     });
     const Postings payments = payment_postings(books, payables);
     const auto accounts = vendor_accounts(books);
@@ -160,7 +183,18 @@ void check_payable_postings(const Books& books, Findings& findings) {
         const auto accno = accounts.find(payment.vendor_no);
         if (accno == accounts.end() || !payables.judged(accno->second) || payables.any(payment.cash_accno))
             return;
-        compare("Payment", payment.fkey, payment.gl_fkey, payments, posted, findings);
+        if (const auto found = difference(payment.fkey, payment.gl_fkey, payments, posted))
+            findings.push_back(found->of("Payment", payment.fkey));
+    });
+}
+
+void note_unstored_rows(const Books& books, Findings& notes) {
+    const PayableAccounts payables(books);
+    const PostedSums posted = posted_to_payables(books, payables);
+    each_invoice(books, payables, posted, [&](const ApHeader& header, const Difference& found) {
+        if (unstored_rows_make(found.extra(), header, books))
+            notes.push_back(found.of("Invoice", header.fkey) +
+                            "; a row that came to 0.00 was posted and is not stored");
     });
 }
 

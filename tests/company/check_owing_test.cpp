@@ -7,6 +7,7 @@ namespace brimley {
 namespace {
 
 using store::Value;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -145,14 +146,62 @@ TEST_F(CheckOwing, FirstPaymentOfAnInvoiceMadeHereIsTakenOff) {
     EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 46.00, by its documents 66.35"));
 }
 
-TEST_F(CheckOwing, EditedInvoiceIsNamedWithTheVendor) {
+// Posted once more, by another document.
+class CheckOwingOfEdited : public CheckOwing {
+  protected:
+    void post_again() {
+        add_gl_header("1gl-6", "AP-INVOICE", true);
+        db().Execute("UPDATE Next_number_fkey_table SET fkeyno = 7 WHERE doctype = 'gl'");
+        db().Execute("UPDATE Docno_master_table SET nextdocno = 7 WHERE doctype = 'gl'");
+        for (const char* fkey : {"1gl-1", "1gl-6"})
+            change(gl_header(fkey), {{"Source", "AP-INVOICE"}, {"source_docno", "IP-26-00001"}});
+    }
+};
+
+TEST_F(CheckOwingOfEdited, InvoiceMayBeOwedWithLess) {
     change(vendor("V1001"), {{"owing_balance", 60.35}});
-    add_gl_header("1gl-6", "AP-INVOICE", true);
-    db().Execute("UPDATE Next_number_fkey_table SET fkeyno = 7 WHERE doctype = 'gl'");
-    db().Execute("UPDATE Docno_master_table SET nextdocno = 7 WHERE doctype = 'gl'");
-    change(gl_header("1gl-6"), {{"source_docno", "IP-26-00001"}});
-    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 60.35, by its documents 66.35 (an "
-                                        "edit takes lines below nothing off as lines above it)"));
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 60.35, by its documents 66.35"));
+    post_again();
+    EXPECT_THAT(findings(), IsEmpty());
+    EXPECT_THAT(notes(), ElementsAre("Vendor V1001: owing_balance is 60.35, by its documents 66.35 (an "
+                                     "edit takes lines below nothing off as lines above it)"));
+    change(vendor("V1001"), {{"owing_balance", 66.36}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 66.36, by its documents 66.35"));
+    EXPECT_THAT(notes(), IsEmpty());
+}
+
+TEST_F(CheckOwingOfEdited, CreditNoteMayBeOwedWithMore) {
+    post_again();
+    change(item(), {{"doctype", "vcn"}});
+    change(vendor("V1001"), {{"owing_balance", -158.34}});
+    EXPECT_THAT(findings(), IsEmpty());
+    EXPECT_THAT(notes(), ElementsAre("Vendor V1001: owing_balance is -158.34, by its documents -158.35 (an "
+                                     "edit takes lines below nothing off as lines above it)"));
+    change(vendor("V1001"), {{"owing_balance", -158.36}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is -158.36, by its documents -158.35"));
+}
+
+TEST_F(CheckOwingOfEdited, ReverseIsNoEdit) {
+    post_again();
+    change(gl_header("1gl-6"), {{"remark", "Reverse GL GL-26-00001"}});
+    change(vendor("V1001"), {{"owing_balance", 60.35}});
+    EXPECT_THAT(findings(), Contains("Vendor V1001: owing_balance is 60.35, by its documents 66.35"));
+}
+
+// The first two of three rows were too small to be stored.
+TEST_F(CheckOwing, RowsThatAreNotStoredAreOwedWithTheirCents) {
+    db().Execute("UPDATE AP_transaction_table SET pay_item = 3 WHERE fkey = '1ip-1'");
+    db().Execute("UPDATE Payment_transaction_table SET pay_item = 3 WHERE ap_docno = 'IP-26-00001'");
+    for (const double owing : {66.34, 66.36}) {
+        change(vendor("V1001"), {{"owing_balance", owing}});
+        EXPECT_THAT(findings(), IsEmpty());
+        EXPECT_THAT(notes(),
+                    ElementsAre(fmt::format("Vendor V1001: owing_balance is {:.2f}, by its documents "
+                                            "66.35 without rows of less than a cent",
+                                            owing)));
+    }
+    change(vendor("V1001"), {{"owing_balance", 66.37}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 66.37, by its documents 66.35"));
 }
 
 TEST_F(CheckOwing, VendorWithoutDocumentsIsNotJudged) {

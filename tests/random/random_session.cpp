@@ -119,6 +119,8 @@ std::vector<std::string> RandomSession::findings() {
         const company::Transaction rolled_back(reader_);
         named_.take_back(*reader_.database);
         found = company::check_books(*reader_.database);
+        // With these taken back, nothing is left that only a note could explain.
+        company::note_owing_balances(company::Books(*reader_.database), found);
     }
     found.insert(found.end(), list_findings_.begin(), list_findings_.end());
     expect_remarks(found);
@@ -253,15 +255,20 @@ void RandomSession::enter_document() {
     leave_without_saving(kNew);
 }
 
-// What the lines of a document come to as they are stored.
+// What the lines of a document come to as they are stored, added up as on the screen: half a cent is shown up
+// or down by the last digit of a double.
 double RandomSession::stored_total(const std::string& fkey) {
-    double total = 0;
+    double taxable = 0;
+    double tax = 0;
     auto lines = reader_.database->OpenRecordset(
-        "SELECT taxable_amount,tax_amount FROM AP_transaction_table WHERE fkey = '" + fkey + "'",
+        "SELECT taxable_amount,tax_amount FROM AP_transaction_table WHERE fkey = '" + fkey +
+            "' ORDER BY pay_item",
         RecordsetKind::snapshot);
-    for (; !lines.at_eof(); lines.MoveNext())
-        total += lines.column(0).number() + lines.column(1).number();
-    return kernel::money_value(kernel::format_money(total));
+    for (; !lines.at_eof(); lines.MoveNext()) {
+        taxable += lines.column(0).number();
+        tax += lines.column(1).number();
+    }
+    return kernel::money_value(kernel::format_money(taxable + tax));
 }
 
 // Of the document on screen, which was just saved. Nothing is owed for a template.
