@@ -70,8 +70,10 @@ void note_revaluations(const Books& books, Findings& notes) {
                 fmt::format("{} posted what {} currencies came to together", name, currencies.size()));
         if (run.selection.size() <= 1 && !may_come_from(run.items, run.summary))
             notes.push_back(name + ": its G/L summary is not what its items come to");
-        const auto other = std::ranges::count_if(
-            run.items, [&](const RevaluedItem& item) { return !is_valued_by(item, run.selection); });
+        const auto other =
+            std::ranges::count_if(run.items, [&selection = run.selection](const RevaluedItem& item) {
+                return !is_valued_by(item, selection);
+            });
         if (other > 0)
             notes.push_back(
                 fmt::format("{}: {} of its items are not valued at a rate of its selection", name, other));

@@ -24,8 +24,8 @@ std::span<const controls::TextArray::CellText> VendorCells::cells() const {
 const std::string& VendorCells::name_of(const std::string& vendor_no) {
     const auto [name, is_new] = names_.try_emplace(vendor_no);
     if (is_new)
-        step("find the vendor's name", [&] {
-            name->second = kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "VENDOR_NAME");
+        step("find the vendor's name", [&, found = name] {
+            found->second = kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "VENDOR_NAME");
         });
     return name->second;
 }

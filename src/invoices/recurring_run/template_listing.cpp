@@ -92,8 +92,8 @@ const std::string& TemplateListing::vendor_name(const std::string& vendor_no) {
     if (is_new && vendor_no == kAnyVendor)
         name->second = "*";
     else if (is_new)
-        step("find the vendor's name", [&] {
-            name->second = kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "VENDOR_NAME");
+        step("find the vendor's name", [&, found = name] {
+            found->second = kernel().look_up_text("Vendor_table", {{"vendor_no", vendor_no}}, "VENDOR_NAME");
         });
     return name->second;
 }
