@@ -5,12 +5,12 @@
 // that a few bytes are enough to reach every page of it: records of a place (4 bytes), a count (1 byte), and
 // so many bytes to be put there.
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 #include "company/check.h"
-#include "company/create.h"
-#include "company/transaction.h"
 #include "fuzz.h"
 #include "support/company_copy.h"
 #include "support/sample_company.h"
