@@ -41,7 +41,9 @@ struct PaidNumbers {
     explicit PaidNumbers(const Books& books) {
         const TableRows& lines = books.tables().rows("Payment_transaction_table");
         for (std::int64_t line = 0; line < lines.count(); ++line) {
-            items.insert(lines.key(line, {"ap_docno", "pay_item", "vendor_no"}));
+            // The line of a prepayment names its own item, and pays nothing.
+            if (lines.text(line, "docno") != lines.text(line, "ap_docno"))
+                items.insert(lines.key(line, {"ap_docno", "pay_item", "vendor_no"}));
             const std::string docno = lines.text(line, "ap_docno");
             documents.insert(docno);
             (flag_in(lines, line, "void") ? by_void : by_valid).insert(docno);
@@ -53,7 +55,7 @@ void check_unpaid_items(const Books& books, const PaidNumbers& paid, Findings& f
     const TableRows& items = books.tables().rows("AP_transaction_table");
     for (std::int64_t item = 0; item < items.count(); ++item) {
         if (!is_of_this_module(items, item)) continue;
-        // The line of a prepayment names its own item, and pays nothing.
+        // That of a prepayment may be open with less since an edit.
         const bool prepaid = items.text(item, "doctype") == "pp";
         const double gross = number_in(items, item, "gross_amount");
         const double settled = number_in(items, item, "paid_amount");
@@ -61,7 +63,8 @@ void check_unpaid_items(const Books& books, const PaidNumbers& paid, Findings& f
         const bool touched = settled != 0 || number_in(items, item, "discount_taken") != 0 ||
                              number_in(items, item, "writeoff") != 0;
         const bool open_as_gross = std::fabs(number_in(items, item, "open_amount") - gross) < kHalfOfTheCent;
-        if (prepaid || named || (!touched && open_as_gross && !flag_in(items, item, "paid"))) continue;
+        const bool untouched = !touched && (prepaid || (open_as_gross && !flag_in(items, item, "paid")));
+        if (named || untouched) continue;
         findings.push_back(fmt::format("Invoice {}, item {}: no payment names it, and it is not open in full",
                                        shown_text(items.text(item, "fkey")),
                                        shown_text(items.text(item, "pay_item"))));

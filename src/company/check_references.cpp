@@ -171,6 +171,19 @@ void check_vendors(const Books& books, Findings& findings) {
             require("AP_header_table", generated.text(row, "vendor_no"));
 }
 
+// The elements of a purchase code are read by code and kind of transaction.
+void check_elements_of_codes(const Books& books, Findings& findings) {
+    const RowsByKey& codes = books.tables().by_key(kTaxCodes, "tax_code transaction_type");
+    const TableRows& elements = books.tables().rows("Tax_code_details_table");
+    for (std::int64_t row = 0; row < elements.count(); ++row)
+        if (elements.text(row, "transaction_type") == "purchase" &&
+            !codes.contains(elements.key(row, {"tax_code", "transaction_type"})))
+            findings.push_back(
+                fmt::format("Tax_code_details_table: there is no tax code \"{}\" of kind \"{}\"",
+                            shown_text(elements.text(row, "tax_code")),
+                            shown_text(elements.text(row, "transaction_type"))));
+}
+
 // Accounts that something was posted to; one of them holds Current Earnings.
 void check_account_types(const Books& books, Findings& findings) {
     std::unordered_set<std::string> posted;
@@ -195,6 +208,7 @@ void check_references(const Books& books, Findings& findings) {
     for (const Reference& reference : kReferences)
         check_reference(books, reference, findings);
     check_vendors(books, findings);
+    check_elements_of_codes(books, findings);
     check_account_types(books, findings);
 }
 

@@ -20,6 +20,7 @@ constexpr FieldRule kHeaderAndPosting[]{
     {"company period fyear", as_there},
 };
 constexpr FieldRule kRow[]{{"docno", as_there}};
+constexpr FieldRule kSum[]{{"docno", as_there}, {"Currency accno", filled}};
 constexpr FieldRule kItem[]{{"docno", as_there}, {"new_rate", empty}, {"Currency vendor_no", filled}};
 
 }  // namespace
@@ -35,7 +36,7 @@ std::span<const RowRules> rules() {
          kHeaderAndPosting},
         row("AP_Revalue_transaction_table", kRow),
         row("AP_Revalue_Result_table", kItem),
-        row("AP_Revalue_GL_summary_table", kRow),
+        row("AP_Revalue_GL_summary_table", kSum),
     };
     return kRules;
 }

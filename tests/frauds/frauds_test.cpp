@@ -172,6 +172,27 @@ TEST_F(Frauds, EmptiedPayableAccountShows) {
     EXPECT_THAT(findings(), Contains(AllOf(HasSubstr(fkey), HasSubstr("ap_accno"))));
 }
 
+TEST_F(Frauds, PrepaymentThatCountsAsPaidOffThoughNobodyAppliedItShows) {
+    const std::string fkey = one(
+        "SELECT fkey FROM AP_transaction_table WHERE doctype = 'pp' AND paid = FALSE AND void = FALSE AND "
+        "paid_amount IS NULL");
+    for (const char* field : {"paid_amount", "discount_taken", "writeoff"}) {
+        sql(fmt::format("UPDATE AP_transaction_table SET {} = 1 WHERE fkey = '{}'", field, fkey));
+        EXPECT_THAT(findings(), Contains(AllOf(HasSubstr(fkey), HasSubstr("no payment names it")))) << field;
+        sql(fmt::format("UPDATE AP_transaction_table SET {} = NULL WHERE fkey = '{}'", field, fkey));
+    }
+}
+
+TEST_F(Frauds, TaxCodeOfAnotherKindOfTransactionShows) {
+    sql("UPDATE Tax_code_table SET transaction_type = 'gift' WHERE tax_code = 'EXP7'");
+    EXPECT_THAT(findings(), Contains(HasSubstr("there is no tax code \"EXP7\" of kind \"purchase\"")));
+}
+
+TEST_F(Frauds, SumOfARevaluationWithoutACurrencyShows) {
+    sql("UPDATE AP_Revalue_GL_summary_table SET Currency = NULL");
+    EXPECT_THAT(findings(), Contains(AllOf(HasSubstr("Revaluation 1apre-"), HasSubstr("Currency"))));
+}
+
 }  // namespace
 
 }  // namespace brimley::testing

@@ -327,9 +327,6 @@ constexpr std::string_view kKnownGaps[]{
     "AP_transaction_table.po_accno",          // of void invoices, and accounts that are spread over others
     "AP_transaction_table.ap_accno",          // of void invoices
     "AP_transaction_table.pay_item",          // another number that no other line has
-    "AP_transaction_table.discount_taken",    // of prepayments
-    "AP_transaction_table.writeoff",          // likewise
-    "AP_transaction_table.paid_amount",       // likewise
     "AP_header_table.paid",                   // where a void payment names the invoice
     "GL_transaction_table.vendor_no",         // emptied on a rounding line
     "Payment_header_table.bank_accno",        // emptied: only an edit writes it
@@ -341,10 +338,10 @@ constexpr std::string_view kKnownGaps[]{
     "Payment_misc_transaction_table.pay_item",         // another number that no other line has
     "Payment_misc_transaction_table.taxable_amount1",  // by a cent
     "Period_table.period",                             // a name that no other period has
-    "Tax_code_table.transaction_type",                 // a word that is no kind of transaction
     "Vendor_table.vendor_no",                          // of a vendor with invoices alone
     "Working_currency_table.Currency",                 // the base currency, which needs no row
-    "AP_Revalue_GL_summary_table.Currency",            // emptied
+    "AP_Revalue_GL_summary_table.Currency",            // another one
+                                                       // run's
     "AP_Revalue_Result_table.pay_item",                // where the document has such an item
     "AP_Revalue_transaction_table.Currency",
 };
