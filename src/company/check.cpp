@@ -14,22 +14,17 @@ void run(std::initializer_list<Check> checks, const Books& books, Findings& find
 }
 
 void add_sums(const Books& books, Findings& findings) {
-    run({check_documents_balance,  check_line_numbers,
-         check_ledger_headers,     check_balances,
-         check_period_balances,    check_running_balances,
-         check_account_currencies, check_invoice_documents,
-         check_open_amounts,       check_paid_flags,
-         check_reversals,          check_ledger_owners,
-         check_void_invoices,      check_tax_slots,
-         check_payment_documents,  check_payment_postings,
-         check_payment_amounts,    check_misc_payments,
-         check_misc_postings,      check_named_items,
-         check_paid_items,         check_payable_postings,
-         check_owing_balances,     check_one_line_payments,
-         check_generated_invoices, check_generated_postings,
-         check_revaluations,       check_revaluation_postings,
-         check_document_keys,      check_key_counters,
-         check_number_counters},
+    run({check_documents_balance,  check_line_numbers,         check_ledger_headers,
+         check_balances,           check_period_balances,      check_running_balances,
+         check_account_currencies, check_invoice_documents,    check_open_amounts,
+         check_paid_flags,         check_invoice_amounts,      check_reversals,
+         check_ledger_owners,      check_void_invoices,        check_tax_slots,
+         check_payment_documents,  check_payment_postings,     check_payment_amounts,
+         check_misc_payments,      check_misc_postings,        check_named_items,
+         check_paid_items,         check_payable_postings,     check_owing_balances,
+         check_one_line_payments,  check_generated_invoices,   check_generated_postings,
+         check_revaluations,       check_revaluation_postings, check_document_keys,
+         check_key_counters,       check_number_counters},
         books, findings);
 }
 

@@ -84,6 +84,9 @@ void check_account_currencies(const Books& books, Findings& findings);
 void check_invoice_documents(const Books& books, Findings& findings);
 // An untouched line is open in full, a paid one not at all. Any other one that no payment names lies between.
 void check_open_amounts(const Books& books, Findings& findings);
+// The lines of an invoice in base currency come to what is taxed and the taxes, or it would not have
+// balanced.
+void check_invoice_amounts(const Books& books, Findings& findings);
 // An invoice is fully paid exactly when all its lines are, and paid when any is.
 void check_paid_flags(const Books& books, Findings& findings);
 // What a tax slot allocates, recovers and expenses adds up to its tax.

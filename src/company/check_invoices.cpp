@@ -1,6 +1,8 @@
 // Invoices, debit and credit notes: headers, lines, flags and taxes.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cmath>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -81,6 +83,63 @@ void check_invoice_documents(const Books& books, Findings& findings) {
             findings.push_back(
                 fmt::format("{} is {}void, but not all its lines are", name, header.is_void ? "" : "not "));
         }
+    });
+}
+
+namespace {
+
+// What the lines of an invoice come to. Those of a credit note may have a tax that posts nothing.
+struct LineAmounts {
+    double gross = 0;
+    double taxable_and_tax = 0;
+    int uneven = 0;  // with parts of a cent
+    int lines = 0;
+    double last_item = 0;
+
+    // Each part of a cent may have been rounded once, and so may those of rows that are not stored.
+    [[nodiscard]] double slack() const {
+        constexpr double kHalfCent = 0.005;
+        return uneven == 0 ? 0 : kHalfCent * (uneven + 1 + std::max(0.0, last_item - lines));
+    }
+};
+
+bool has_parts_of_a_cent(double amount) {
+    return std::abs(amount * 100 - std::nearbyint(amount * 100)) > 1e-4;
+}
+
+std::unordered_map<std::string, LineAmounts> line_amounts(const Books& books) {
+    std::unordered_map<std::string, LineAmounts> by_invoice;
+    Recordset rows = books.read(
+        "SELECT fkey,gross_amount,taxable_amount,tax_amount,pay_item FROM AP_transaction_table WHERE Source "
+        "= 'AP-INVOICE' AND doctype <> 'vcn'");
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        LineAmounts& sums = by_invoice[rows.column(0).text()];
+        const double gross = rows.column(1).number();
+        const double taxable = rows.column(2).number();
+        sums.gross += gross;
+        sums.taxable_and_tax += taxable + rows.column(3).number();
+        sums.uneven += has_parts_of_a_cent(gross) || has_parts_of_a_cent(taxable) ? 1 : 0;
+        ++sums.lines;
+        sums.last_item = std::max(sums.last_item, rows.column(4).number());
+    }
+    return by_invoice;
+}
+
+}  // namespace
+
+void check_invoice_amounts(const Books& books, Findings& findings) {
+    const auto by_invoice = line_amounts(books);
+    books.each_ap_header([&](const ApHeader& header) {
+        const auto found = by_invoice.find(header.fkey);
+        if (header.source != "AP-INVOICE" || header.currency != books.base_currency() ||
+            found == by_invoice.end())
+            return;
+        const LineAmounts& sums = found->second;
+        const double difference = std::abs(sums.gross - sums.taxable_and_tax);
+        if (!differ(std::max(difference, sums.slack()), sums.slack())) return;
+        findings.push_back(
+            fmt::format("Invoice {}: its lines come to {:.2f}, what is taxed and the taxes to {:.2f}",
+                        shown_text(header.fkey), sums.gross, sums.taxable_and_tax));
     });
 }
 

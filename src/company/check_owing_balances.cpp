@@ -320,6 +320,10 @@ bool any_sum(const Vendor& vendor, const Fits& fits) {
     }
 }
 
+// A cent below nothing is taken off as one above it; half a cent is left for what doubles do not hold
+// exactly.
+constexpr double kLeastOfAnEdit = 0.015;
+
 enum class Verdict { agrees, may_be_cents, may_be_edit, differs };
 
 Verdict judge(const Vendor& vendor, double owing_balance) {
@@ -329,8 +333,8 @@ Verdict judge(const Vendor& vendor, double owing_balance) {
     };
     if (any_sum(vendor, cents)) return Verdict::may_be_cents;
     const auto edit = [&](double sum) {
-        return (vendor.edited_invoice && owing_balance < sum) ||
-               (vendor.edited_credit_note && owing_balance > sum);
+        return (vendor.edited_invoice && sum - owing_balance > kLeastOfAnEdit) ||
+               (vendor.edited_credit_note && owing_balance - sum > kLeastOfAnEdit);
     };
     return any_sum(vendor, edit) ? Verdict::may_be_edit : Verdict::differs;
 }

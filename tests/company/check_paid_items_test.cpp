@@ -124,7 +124,8 @@ TEST_F(CheckPaidItems, CreditWithADiscountIsOpenWithMoreThanItsGross) {
     change(item(), {{"gross_amount", -5.25}, {"open_amount", -51.25}});
     change(payment_line("1py-1"), {{"gross_amount", -5.25}, {"open_amount", -5.25}, {"balance", -51.25}});
     EXPECT_THAT(findings(),
-                ElementsAre("Invoice 1ip-1: 112.35 was posted to payable accounts, by its lines -5.25"));
+                ElementsAre("Invoice 1ip-1: its lines come to -5.25, what is taxed and the taxes to 112.35",
+                            "Invoice 1ip-1: 112.35 was posted to payable accounts, by its lines -5.25"));
 }
 
 TEST_F(CheckPaidItems, ItemWhoseNumberCameAgainIsNotJudged) {
