@@ -13,10 +13,11 @@ namespace brimley::bench {
 // Its file is there as long as this is; one that was left over is replaced.
 class BenchCompany {
   public:
-    BenchCompany(const std::filesystem::path& folder, const std::string& name)
+    BenchCompany(const std::filesystem::path& folder, const std::string& name,
+                 const store::Catalog& tables = kernel::company_tables())
         : path_((folder / (name + ".brimley")).string()) {
         remove();
-        company::create_company_file(path_, company::SampleCompany{"anna"});
+        company::create_company_file(path_, company::SampleCompany{"anna"}, tables);
     }
     ~BenchCompany() { remove(); }
     BenchCompany(const BenchCompany&) = delete;

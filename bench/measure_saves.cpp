@@ -50,35 +50,52 @@ struct Samples {
     }
 };
 
-void measure(const std::string& company, BareDocument document, std::int64_t stored, int saves) {
+// without_trail: a company of the layout before trails.
+void measure(const std::string& company, const std::string& without_trail, BareDocument document,
+             std::int64_t stored, int saves) {
     BareSave bare(company, document);
     FormSave form(company, document);
+    BareSave other_bare(without_trail, document);
+    FormSave other_form(without_trail, document);
     for (int i = 0; i < 20; ++i) {  // statements prepared, caches warm
-        bare.save();
-        form.enter();
-        form.save();
+        for (BareSave* each : {&bare, &other_bare})
+            each->save();
+        for (FormSave* each : {&form, &other_form}) {
+            each->enter();
+            each->save();
+        }
     }
     bare.fill_up_to(stored);
+    other_bare.fill_up_to(stored);
     Samples bare_saves;
     Samples reading_saves;
     Samples entries;
     Samples form_saves;
+    Samples saves_without_trail;
     // In turns, so that all see the same machine, and a file that somebody else has written to since.
     const auto save_form = [&] {
         entries.take([&] { form.enter(); });
         form_saves.take([&] { form.save(); });
     };
+    const auto save_other_form = [&] {
+        other_bare.save();
+        other_form.enter();
+        saves_without_trail.take([&] { other_form.save(); });
+    };
     for (int i = 0; i < saves; ++i) {
         bare_saves.take([&] { bare.save(); });
         save_form();
+        save_other_form();
         reading_saves.take([&] { bare.save(BareSums::read_first); });
         save_form();
+        save_other_form();
     }
-    fmt::print("{:>8} {:>9.3f} {:>9.3f} {:>9.3f} {:>9.2f} {:>9.2f} {:>9.3f} {:>9.3f}\n", stored,
-               bare_saves.mean_cpu(), reading_saves.mean_cpu(), form_saves.mean_cpu(),
+    fmt::print("{:>8} {:>9.3f} {:>9.3f} {:>9.3f} {:>9.2f} {:>9.2f} {:>9.3f} {:>9.3f} {:>9.3f} {:>9.1f}\n",
+               stored, bare_saves.mean_cpu(), reading_saves.mean_cpu(), form_saves.mean_cpu(),
                form_saves.mean_cpu() / bare_saves.mean_cpu(),
                form_saves.mean_cpu() / reading_saves.mean_cpu(), Samples::median(form_saves.wall),
-               entries.mean_cpu());
+               entries.mean_cpu(), saves_without_trail.mean_cpu(),
+               100 * (Samples::median(form_saves.cpu) / Samples::median(saves_without_trail.cpu) - 1));
 }
 
 }  // namespace
@@ -90,11 +107,13 @@ int measure_saves(int argc, char** argv, BareDocument document) {
         "milliseconds of CPU a save, {} saves each; bare = prepared statements, reading = the same, each "
         "counter and balance read first, form = Save command\n",
         saves);
-    fmt::print("{:>8} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9}\n", "stored", "bare", "reading", "form",
-               "to bare", "to read.", "form wall", "entry");
+    fmt::print("{:>8} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9} {:>9}\n", "stored", "bare", "reading",
+               "form", "to bare", "to read.", "form wall", "entry", "no trail", "trail, %");
     for (const int stored : arguments.sizes(3, {100, 10'000, 100'000})) {
         const BenchCompany company(arguments.folder(2), fmt::format("bench-{}", stored));
-        measure(company.path(), document, stored, saves);
+        const BenchCompany older(arguments.folder(2), fmt::format("bench-{}-older", stored),
+                                 kernel::company_tables().of_layout(1));
+        measure(company.path(), older.path(), document, stored, saves);
     }
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "company/check.h"
 #include "company/company_draft.h"
 #include "company/refusal.h"
+#include "company/signature.h"
 #include "company/table_writer.h"
 #include "company/transaction.h"
 #include "kernel/tables/company_tables.h"
@@ -46,7 +47,7 @@ void copy_table(Database& from, const store::Table& table, Database& to) {
 store::CompanyFiller rows_of(const OpenCompany& from) {
     return [&from](Database& to) {
         const ReadingMoment moment(from);
-        for (const store::Table& table : kernel::company_tables().tables()) {
+        for (const store::Table& table : from.database->catalog().tables()) {
             copy_table(*from.database, table, to);
         }
     };
@@ -54,7 +55,7 @@ store::CompanyFiller rows_of(const OpenCompany& from) {
 
 void copy_into_file(const OpenCompany& from, const std::string& file) {
     if (from.database->copy_file(file)) return;
-    (void)store::create_company(file, kernel::company_tables(), rows_of(from));
+    (void)store::create_company(file, from.database->catalog(), rows_of(from));
 }
 
 Findings look_through(const std::string& copy, const std::string& original) {
@@ -62,7 +63,7 @@ Findings look_through(const std::string& copy, const std::string& original) {
     const ReadingMoment moment(opened);
     if (const auto faults = opened.database->faults_of_storage(); !faults.empty())
         throw Refusal(fmt::format("the copy of {} is damaged: {}", original, faults.front()));
-    return check_books(*opened.database);
+    return check_company(*opened.database);
 }
 
 Findings copy_to_new_file(const OpenCompany& from, const std::string& to) {
@@ -88,8 +89,33 @@ Findings restore(const std::string& from, const std::string& company) {
     const OpenCompany backup = open_sound(from);
     if (!store::is_on_server(company)) return copy_to_new_file(backup, company);
     Findings findings = look_through(from, from);
-    (void)store::create_company(company, kernel::company_tables(), rows_of(backup));
+    (void)store::create_company(company, backup.database->catalog(), rows_of(backup));
     return findings;
+}
+
+namespace {
+
+// "books.brimley.before-layout-2", or "books.before-layout-2" for a database of that name.
+std::string place_of_backup(const std::string& company) {
+    const std::string suffix = fmt::format(".before-layout-{}", kernel::company_tables().layout());
+    if (!store::is_on_server(company)) return company + suffix;
+    const std::string without_options = company.substr(0, company.find('?'));
+    return without_options.substr(without_options.rfind('/') + 1) + suffix;
+}
+
+bool is_of_this_version(const std::string& company) {
+    return open_sound(company).database->catalog().layout() == kernel::company_tables().layout();
+}
+
+}  // namespace
+
+Upgrade upgrade(const std::string& company) {
+    if (is_of_this_version(company)) return {};
+    Upgrade done;
+    done.backup = place_of_backup(company);
+    done.findings = back_up(company, done.backup);
+    (void)store::upgrade_company(company, kernel::company_tables(), signature_of_login());
+    return done;
 }
 
 }  // namespace brimley::company

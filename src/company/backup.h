@@ -19,4 +19,14 @@ namespace brimley::company {
 // Makes the company, which must not exist yet, in a file or on a server, from a backup. As back_up otherwise.
 [[nodiscard]] Findings restore(const std::string& from, const std::string& company);
 
+struct Upgrade {
+    std::string backup;  // the path of it; empty when the company is of this version already
+    Findings findings;   // in the backup
+};
+
+// Brings a company of an older version to this one, in one transaction, after a backup: beside a company
+// file, or in the current folder for one on a server. Nobody else may have it open. Throws as back_up, and
+// ErrorKind::locked.
+[[nodiscard]] Upgrade upgrade(const std::string& company);
+
 }  // namespace brimley::company

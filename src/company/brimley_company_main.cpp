@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -23,6 +24,7 @@
 #include "company/import.h"
 #include "company/login_name.h"
 #include "company/refusal.h"
+#include "company/signature.h"
 #include "company/transaction.h"
 #include "kernel/tables/company_tables.h"
 #include "kernel/visible_text.h"
@@ -43,6 +45,7 @@ struct Arguments {
     std::string year;
     std::string base_currency;
     std::vector<std::string> tables;
+    std::string sealed;  // what seal printed
     bool sample = false;
     bool starter = false;
     bool replace = false;
@@ -56,6 +59,7 @@ int fail(int status, const std::string& reason) {
 // Runs the work in one transaction of the company.
 void with_company(const Arguments& arguments, const std::function<void(store::Database&)>& work) {
     const store::OpenCompany company = store::open_company(arguments.company, kernel::company_tables());
+    company.workspace->sign(company::signature_of_login());
     company::Transaction transaction(company);
     work(*company.database);
     transaction.commit();
@@ -103,15 +107,30 @@ void print_lines(const char* before, const company::Findings& lines) {
     }
 }
 
+// As seal prints it: number and hash.
+store::TrailEntry sealed_entry(const std::string& seal) {
+    if (seal.empty()) return {};
+    constexpr std::size_t kHashLength = 64;
+    const std::size_t colon = seal.find(':');
+    store::TrailEntry entry;
+    const auto read = std::from_chars(seal.data(), seal.data() + std::min(colon, seal.size()), entry.number);
+    entry.hash = colon == std::string::npos ? std::string{} : seal.substr(colon + 1);
+    if (read.ec != std::errc() || read.ptr != seal.data() + colon || entry.number < 0 ||
+        entry.hash.size() != (entry.number == 0 ? 0 : kHashLength))
+        throw company::UnusableValue(seal + " is no seal: seal prints one as NUMBER:HASH");
+    return entry;
+}
+
 // What is damaged is not read any further.
 int check(const Arguments& arguments) {
+    const store::TrailEntry sealed = sealed_entry(arguments.sealed);
     std::vector<std::string> faults;
     company::Findings findings;
     company::Findings notes;
     with_books(arguments, [&](store::Database& database) {
         faults = database.faults_of_storage();
         if (!faults.empty()) return;
-        findings = company::check_books(database);
+        findings = company::check_company(database, sealed);
         notes = company::books_notes(database);
     });
     print_lines("", faults);
@@ -122,10 +141,28 @@ int check(const Arguments& arguments) {
     return kDone;
 }
 
+// What the trail's end is now, so that it can be kept where nobody who changes the company reaches it.
+void seal(const Arguments& arguments) {
+    with_books(arguments, [&](store::Database& database) {
+        const auto end = database.end_of_trail();
+        if (!end) throw company::Refusal(arguments.company + " has no trail: upgrade begins one");
+        fmt::print("{}:{}\n", end->number, end->hash);
+    });
+}
+
 // Of a copy that was made.
 int report(const company::Findings& findings) {
     print_lines("", findings);
     return findings.empty() ? kDone : kFindings;
+}
+
+int upgrade(const Arguments& arguments) {
+    const company::Upgrade done = company::upgrade(arguments.company);
+    if (done.backup.empty())
+        fmt::print("the company is of this version already\n");
+    else
+        fmt::print("the company as it was: {}\n", kernel::visible_text(done.backup));
+    return report(done.findings);
 }
 
 int back_up(const Arguments& arguments) {
@@ -222,6 +259,14 @@ CLI::App* add_export(CLI::App& program, Arguments& arguments) {
     return exporting;
 }
 
+CLI::App* add_check(CLI::App& program, Arguments& arguments) {
+    CLI::App* checking = add_command(program, arguments, "check",
+                                     "Recompute the books and compare; look whether the trail holds");
+    checking->add_option("--seal", arguments.sealed,
+                         "the trail must go on from what seal printed, NUMBER:HASH");
+    return checking;
+}
+
 CLI::App* add_backup(CLI::App& program, Arguments& arguments) {
     CLI::App* backup = add_command(program, arguments, "backup",
                                    "Copy a company, which may be in use, to a new file and check the copy");
@@ -240,7 +285,7 @@ CLI::App* add_restore(CLI::App& program, Arguments& arguments) {
 // What is wrong with a command line that names no command: the word that stands where one belongs.
 std::string fault_without_command(const CLI::App& program) {
     constexpr const char* kCommands =
-        "; there are create, import, export, check, backup, restore and add-year";
+        "; there are create, import, export, check, seal, backup, restore, upgrade and add-year";
     const std::vector<std::string> words = program.remaining();
     const auto is_option = [](const std::string& word) { return word.starts_with('-'); };
     const auto command = std::find_if_not(words.begin(), words.end(), is_option);
@@ -263,7 +308,7 @@ int main_program(int argc, char** argv) {
     Arguments arguments;
     std::function<int(const Arguments&)> chosen;
     CLI::App program(
-        "A Brimley company database as a whole: create, import, export, check, back up, add a year",
+        "A Brimley company database as a whole: create, import, export, check, back up, upgrade, add a year",
         "brimley-company");
     program.set_version_flag("--version", "brimley-company " BRIMLEY_VERSION);
     program.require_subcommand(1);
@@ -276,9 +321,12 @@ int main_program(int argc, char** argv) {
     add_create(program, arguments)->callback([&] { chosen = quietly(create); });
     add_import(program, arguments)->callback([&] { chosen = quietly(import_files); });
     add_export(program, arguments)->callback([&] { chosen = quietly(export_files); });
-    add_command(program, arguments, "check", "Recompute the books and compare")->callback([&] {
-        chosen = check;
-    });
+    add_check(program, arguments)->callback([&] { chosen = check; });
+    add_command(program, arguments, "seal", "Print the end of the trail, to be kept elsewhere")
+        ->callback([&] { chosen = quietly(seal); });
+    add_command(program, arguments, "upgrade",
+                "Bring a company of an older version to this one, after a backup beside it")
+        ->callback([&] { chosen = upgrade; });
     add_backup(program, arguments)->callback([&] { chosen = back_up; });
     add_restore(program, arguments)->callback([&] { chosen = restore; });
     CLI::App* year = add_command(program, arguments, "add-year", "Open a fiscal year");

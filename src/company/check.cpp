@@ -1,6 +1,8 @@
 #include "company/check.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <iterator>
 
 namespace brimley::company {
 
@@ -49,6 +51,12 @@ Findings check_books(store::Database& database) {
     Findings findings;
     add_sums(books, findings);
     add_rows(books, findings);
+    return findings;
+}
+
+Findings check_company(store::Database& database, const store::TrailEntry& sealed) {
+    Findings findings = database.faults_of_trail(sealed);
+    std::ranges::move(check_books(database), std::back_inserter(findings));
     return findings;
 }
 

@@ -22,8 +22,11 @@ namespace brimley::company {
 // All checks. Empty when the books agree. Reads inside the caller's ReadingMoment or transaction; throws
 // store::Error.
 [[nodiscard]] Findings check_books(store::Database& database);
-// The first part of it: what adds up, belongs together and follows from amounts. The second looks at each row
-// for what must stand in it, and asks for documents as whole as the forms store them.
+// The same, and before it what the company's trail says, which goes on from what was sealed (number 0:
+// nothing was).
+[[nodiscard]] Findings check_company(store::Database& database, const store::TrailEntry& sealed = {});
+// The first part of check_books: what adds up, belongs together and follows from amounts. The second looks at
+// each row for what must stand in it, and asks for documents as whole as the forms store them.
 [[nodiscard]] Findings check_sums(store::Database& database);
 // What looks wrong in the books and is intended: the forms do it. It does not count.
 [[nodiscard]] Findings books_notes(store::Database& database);

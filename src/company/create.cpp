@@ -44,12 +44,12 @@ struct Filler {
     void operator()(const StarterCompany& starter) const { add_starter(database, starter); }
 };
 
-void make_and_fill(const std::string& place, const CompanyContent& content) {
+void make_and_fill(const std::string& place, const CompanyContent& content, const store::Catalog& tables) {
     const auto fill = [&](store::Database& database) {
         add_grid_properties(database);
         std::visit(Filler{database}, content);
     };
-    (void)store::create_company(place, kernel::company_tables(), fill);
+    (void)store::create_company(place, tables, fill);
 }
 
 // The store refuses anything else in its own words.
@@ -83,10 +83,11 @@ void add_grid_properties(store::Database& database) {
     }
 }
 
-void create_company_file(const std::string& company, const CompanyContent& content) {
-    if (!is_path_of_a_file(company)) return make_and_fill(company, content);
+void create_company_file(const std::string& company, const CompanyContent& content,
+                         const store::Catalog& tables) {
+    if (!is_path_of_a_file(company)) return make_and_fill(company, content, tables);
     CompanyDraft draft(company);
-    draft.make([&](const std::string& file) { make_and_fill(file, content); });
+    draft.make([&](const std::string& file) { make_and_fill(file, content, tables); });
     draft.publish();
 }
 

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "kernel/store/database.h"
+#include "kernel/tables/company_tables.h"
 
 namespace brimley::company {
 
@@ -32,7 +33,9 @@ using CompanyContent = std::variant<EmptyCompany, SampleCompany, StarterCompany>
 // company, which are in nobody's way. Throws store::Error (state: the path exists already, or another program
 // is making it), CsvError and std::exception for a broken sample, UnusableValue for a year or a currency that
 // is none.
-void create_company_file(const std::string& company, const CompanyContent& content);
+// tables: those of an older layout make a company as older versions did.
+void create_company_file(const std::string& company, const CompanyContent& content,
+                         const store::Catalog& tables = kernel::company_tables());
 
 // The parts, inside the caller's transaction.
 void add_grid_properties(store::Database& database);

@@ -4,6 +4,7 @@
 #include <ostream>
 #include <thread>
 
+#include "company/signature.h"
 #include "console/script_line.h"
 #include "frame/form.h"
 #include "kernel/visible_text.h"
@@ -44,7 +45,7 @@ bool ConsoleDesk::question(const std::string& text, const std::string& title) {
 
 store::DateTime ConsoleDesk::now() {
     if (stopped_clock) return *stopped_clock;
-    return opening::local_now();
+    return company::local_now();
 }
 
 void ConsoleDesk::wait(std::chrono::milliseconds duration) {
@@ -56,7 +57,7 @@ void ConsoleDesk::pump() {
     if (screen_ != nullptr) screen_->pump();
 }
 
-std::string ConsoleDesk::computer_name() { return computer ? *computer : opening::machine_name(); }
+std::string ConsoleDesk::computer_name() { return computer ? *computer : company::machine_name(); }
 
 // The same everywhere, so that a script can name one on any machine.
 std::vector<std::string> ConsoleDesk::font_families() { return {"Arial", "Courier New", "Times New Roman"}; }

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "company/signature.h"
 #include "desktop/form_window.h"
 #include "frame/form.h"
 #include "opening/this_machine.h"
@@ -53,7 +54,7 @@ bool DesktopDesk::question(const std::string& text, const std::string& title) {
     return show_box(box) == QMessageBox::Yes;
 }
 
-store::DateTime DesktopDesk::now() { return opening::local_now(); }
+store::DateTime DesktopDesk::now() { return company::local_now(); }
 
 // The windows go on being painted, and the pointer shows that the program waits.
 void DesktopDesk::wait(std::chrono::milliseconds duration) {
@@ -69,7 +70,7 @@ void DesktopDesk::wait(std::chrono::milliseconds duration) {
 // Not the user's keys and clicks: a form in the middle of a command must not get another one.
 void DesktopDesk::pump() { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
 
-std::string DesktopDesk::computer_name() { return opening::machine_name(); }
+std::string DesktopDesk::computer_name() { return company::machine_name(); }
 
 std::vector<std::string> DesktopDesk::font_families() {
     std::vector<std::string> families;

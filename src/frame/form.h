@@ -178,6 +178,7 @@ class Form : public std::enable_shared_from_this<Form> {
         bool done = false;
         const bool whole = step(name, [&] {
             Transaction transaction(context_.dbe);
+            context_.dbe->sign({context_.BRIMLEY_USER, desk_.computer_name(), desk_.now()});
             done = std::forward<Action>(action)();
             if (done) transaction.commit();
         });

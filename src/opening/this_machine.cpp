@@ -1,29 +1,11 @@
 #include "opening/this_machine.h"
 
-#include <unistd.h>
-
-#include <algorithm>
-#include <array>
-#include <ctime>
+#include <filesystem>
+#include <system_error>
 
 #include "frame/platform_path.h"
 
 namespace brimley::opening {
-
-store::DateTime local_now() {
-    const std::time_t seconds = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    auto moment = store::DateTime::from_ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday).value();
-    // A leap second counts as the one before it.
-    moment.second_of_day = local.tm_hour * 3600 + local.tm_min * 60 + std::min(local.tm_sec, 59);
-    return moment;
-}
-
-std::string machine_name() {
-    std::array<char, 513> name{};
-    return gethostname(name.data(), name.size() - 1) == 0 ? std::string(name.data()) : std::string{};
-}
 
 bool folder_exists(const std::string& path) {
     std::error_code unknown;

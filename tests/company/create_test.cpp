@@ -27,7 +27,7 @@ class Create : public testing::CompanyTest {
   protected:
     std::vector<std::string> findings() {
         std::vector<std::string> found;
-        in_transaction([&](store::Database& database) { found = company::check_books(database); });
+        in_transaction([&](store::Database& database) { found = company::check_company(database); });
         return found;
     }
 };

@@ -69,7 +69,7 @@ void fuzz_one(std::string_view input) {
         } catch (const console::ScriptFault&) {  // a wrong line
         }
     }
-    for (const std::string& finding : company::check_books(*company.open().database))
+    for (const std::string& finding : company::check_company(*company.open().database))
         if (!may_follow_from_acts(finding)) throw Finding("the books: " + finding);
 }
 

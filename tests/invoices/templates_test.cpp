@@ -61,7 +61,8 @@ TEST_F(Templates, SaveTouchesNothingButTheTemplatesAndTheirCounters) {
     const AllTables before = all_tables(company.db());
     save_template();
     EXPECT_EQ(difference(before, all_tables(company.db())),
-              "AP_recur_header_table AP_recur_transaction_table Docno_master_table Next_number_fkey_table ");
+              "AP_recur_header_table AP_recur_transaction_table Docno_master_table Next_number_fkey_table "
+              "Trail_table ");
     EXPECT_EQ(company.list("SELECT doctype FROM Docno_master_table WHERE nextdocno > 1 ORDER BY doctype"),
               "gl | ip | recur");
     EXPECT_EQ(company.list("SELECT fkeyno FROM Next_number_fkey_table WHERE doctype = 'recur'"), "2");

@@ -72,7 +72,7 @@ TableFields fields_of_list() {
 
 TEST(CompanyTables, CatalogHasEveryListedFieldWithItsTypeInOrder) {
     const TableFields listed = fields_of_list();
-    ASSERT_EQ(listed.size(), 46u);
+    ASSERT_EQ(listed.size(), 47u);
     const TableFields catalog = fields_of_catalog();
     for (const auto& [table, fields] : listed) {
         const auto found = catalog.find(table);
@@ -246,6 +246,7 @@ TEST_F(NewCompanyFile, HasEveryIndexWithItsFieldsAndUniqueness) {
     for (const store::Table& table : kernel::company_tables().tables()) {
         std::multiset<std::string> expected;
         for (const store::Index& index : table.indexes) {
+            if (index.in_order_of_adding) continue;
             std::string text = index.unique ? "unique" : "plain";
             if (!index.only_where_false.empty()) text += " of some rows";
             for (const std::string& field : index.fields) {

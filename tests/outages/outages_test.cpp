@@ -81,7 +81,7 @@ struct Desk {
 // The invoices that are stored, as somebody else sees them; the books agree.
 int stored_invoices(const std::string& uri) {
     const auto other = store::open_company(uri, kernel::company_tables());
-    EXPECT_THAT(company::check_books(*other.database), IsEmpty());
+    EXPECT_THAT(company::check_company(*other.database), IsEmpty());
     return static_cast<int>(
         other.database->OpenRecordset("SELECT fkey FROM AP_header_table", store::RecordsetKind::snapshot)
             .RecordCount());
@@ -377,7 +377,7 @@ TEST_F(FailoverInTheNight, StandbyIsOpenedForReadingAndSaysSo) {
     // What was committed is there a moment later.
     const auto company = store::open_company(standby->uri("books"), kernel::company_tables());
     EXPECT_EQ(company.database->reading_only_because(), reading_only(standby->folder()));
-    EXPECT_THAT(company::check_books(*company.database), IsEmpty());
+    EXPECT_THAT(company::check_company(*company.database), IsEmpty());
     EXPECT_EQ(store::open_company(uri, kernel::company_tables()).database->reading_only_because(), "");
     on_server(uri, "ALTER DATABASE books SET default_transaction_read_only = on");
     EXPECT_EQ(store::open_company(uri, kernel::company_tables()).database->reading_only_because(),

@@ -113,7 +113,7 @@ class Trial {
     }
     static company::Findings findings_of(const store::OpenCompany& company) {
         const company::ReadingMoment moment(company);
-        return company::check_books(*company.database);
+        return company::check_company(*company.database);
     }
     void note_changes(const std::string& table, const std::string& rows) {
         std::istringstream now(rows);

@@ -97,7 +97,7 @@ bool StoredDocuments::take(const std::string& line) {
 
 std::vector<std::string> StoredDocuments::findings(const store::OpenCompany& company) const {
     const company::ReadingMoment moment(company);
-    std::vector<std::string> found = company::check_books(*company.database);
+    std::vector<std::string> found = company::check_company(*company.database);
     for (const Told& told : kTold) {
         const auto documents = documents_.find(told.what);
         if (documents == documents_.end()) continue;

@@ -117,8 +117,9 @@ std::vector<std::string> RandomSession::findings() {
     std::vector<std::string> found;
     {
         const company::Transaction rolled_back(reader_);
+        found = reader_.database->faults_of_trail();
         named_.take_back(*reader_.database);
-        found = company::check_books(*reader_.database);
+        std::ranges::move(company::check_books(*reader_.database), std::back_inserter(found));
         // With these taken back, nothing is left that only a note could explain.
         company::note_owing_balances(company::Books(*reader_.database), found);
     }

@@ -94,6 +94,8 @@ TEST_F(ServerCompany, AbsentOrForeignOrOtherDatabaseIsRefused) {
     sql("ALTER TABLE brimley.line_table DROP COLUMN currency");
     expect_no_company("is not laid out as a company of this version: Line_table.Currency is missing");
     sql("COMMENT ON SCHEMA brimley IS 'Brimley company, layout 2'");
+    expect_no_company("was made by a newer version of this program");
+    sql("COMMENT ON SCHEMA brimley IS 'Brimley company, layout one'");
     expect_no_company("was made by another version of this program");
 }
 

@@ -82,7 +82,7 @@ void import_tables(const std::string& company, const fs::path& folder) {
 std::vector<std::string> findings_in(const std::string& company) {
     const store::OpenCompany open = store::open_company(company, kernel::company_tables());
     const company::ReadingMoment moment(open);
-    return company::check_books(*open.database);
+    return company::check_company(*open.database);
 }
 
 // Each file of an export with its bytes.

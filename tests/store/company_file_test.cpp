@@ -155,6 +155,8 @@ TEST_F(CompanyFile, AnotherVersionIsRefused) {
     OtherProgram(path).run("DROP TABLE Line_table");
     expect_no_company(path, "is not laid out as a company of this version: table Line_table is missing");
     OtherProgram(path).run("PRAGMA user_version = 2");
+    expect_no_company(path, "was made by a newer version of this program");
+    OtherProgram(path).run("PRAGMA user_version = 0");
     expect_no_company(path, "was made by another version of this program");
 }
 

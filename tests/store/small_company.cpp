@@ -134,8 +134,8 @@ std::int64_t SmallCompany::count(const std::string& from) {
 }
 
 std::unique_ptr<store::Engine> engine_of(const std::string& company) {
-    if (store::is_on_server(company)) return store::open_postgresql_company(company, small_catalog());
-    return store::open_sqlite_company(company, small_catalog());
+    if (store::is_on_server(company)) return store::open_postgresql_company(company, small_catalog()).engine;
+    return store::open_sqlite_company(company, small_catalog()).engine;
 }
 
 std::string first_column(store::Recordset& rows) {

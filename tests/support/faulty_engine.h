@@ -100,6 +100,14 @@ class FaultyEngine final : public store::Engine {
     bool is_broken() override { return engine_->is_broken(); }
     bool can_reconnect() const override { return engine_->can_reconnect(); }
     bool reconnect() override { return engine_->reconnect(); }
+    void upgrade(const store::Catalog& catalog) override {
+        may_fail();
+        engine_->upgrade(catalog);
+    }
+    void take_end_of_trail() override {
+        may_fail();
+        engine_->take_end_of_trail();
+    }
     bool lost_one_is_at_work() override { return engine_->lost_one_is_at_work(); }
     bool can_prefetch() const override { return faults_->listens_ahead || engine_->can_prefetch(); }
     // The call that it is for may fail.

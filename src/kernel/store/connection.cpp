@@ -1,6 +1,9 @@
 #include "kernel/store/connection.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "kernel/store/database.h"
@@ -48,7 +51,14 @@ Connection::Connection(std::unique_ptr<Engine> engine, const Catalog& catalog, s
       selects_(kPlansMax),
       constant_selects_(kPlansMax),
       changes_(kPlansMax),
-      can_reconnect_(engine_->can_reconnect()) {}
+      can_reconnect_(engine_->can_reconnect()),
+      trail_(catalog) {
+    if (!catalog_.trail()) return;
+    last_entry_.text = translator_.last_entry();
+    std::vector<int> every_field(catalog_.trail()->fields.size());
+    std::iota(every_field.begin(), every_field.end(), 0);
+    append_entry_.text = translator_.insert(*catalog_.trail(), every_field);
+}
 
 Connection::~Connection() {
     engine_->watch(nullptr);
@@ -79,7 +89,10 @@ std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
     }
     auto plan = plan_of(selects_, query, [&] {
         auto made = std::make_shared<SelectPlan>(translator_.select(query));
-        if (made->translation.table) made->table_plan = &tables_[made->translation.table];
+        if (const Table* const table = made->translation.table) {
+            made->table_plan = &tables_[table];
+            made->table_plan->watched = trail_.watched(*table);
+        }
         return made;
     });
     if (may_be_constant && literals_.empty()) constant_selects_.add(query, plan);
@@ -119,8 +132,13 @@ std::shared_ptr<FilterPlan> Connection::filter_plan(SelectPlan& select, std::str
 }
 
 std::shared_ptr<ChangePlan> Connection::change_plan(std::string_view statement) {
-    return plan_of(changes_, statement,
-                   [&] { return std::make_shared<ChangePlan>(translator_.change(statement)); });
+    return plan_of(changes_, statement, [&] {
+        auto made = std::make_shared<ChangePlan>(translator_.change(statement));
+        const WatchedTable* const watched = trail_.watched(*made->table);
+        if (watched && (made->assigned.empty() || watched->watches_any(made->assigned)))
+            made->watched = watched;
+        return made;
+    });
 }
 
 PlannedStatement& Connection::insert_plan(const SelectPlan& select, std::span<const std::uint64_t> fields) {
@@ -241,22 +259,26 @@ void Connection::look_up_doubt() {
 }
 
 Doubt Connection::found_out(const Witness& witness) {
-    const auto plan = select_plan("SELECT * FROM [" + witness.table->name + "]");
-    dialect::BoundParameters parameters;
-    parameters.add_row_key(witness.key);
+    Row row;
     // A row that is gone was never added, or has been deleted since it was to be changed.
-    Doubt found = witness.added ? Doubt::not_stored : Doubt::unknown;
-    query(plan->by_key, parameters.span(), [&](const EngineRow& each) {
-        Row row;
-        each.read(row);
-        const auto holds = [&](Value Witness::Written::*value) {
-            return std::ranges::all_of(
-                witness.fields, [&](const auto& field) { return row.holds(field.field, field.*value); });
-        };
-        if (holds(&Witness::Written::after))
-            found = Doubt::stored;
-        else
-            found = !witness.added && holds(&Witness::Written::before) ? Doubt::not_stored : Doubt::unknown;
+    if (!read_row(*witness.table, witness.key, row))
+        return witness.added ? Doubt::not_stored : Doubt::unknown;
+    const auto holds = [&](Value Witness::Written::*value) {
+        return std::ranges::all_of(witness.fields,
+                                   [&](const auto& field) { return row.holds(field.field, field.*value); });
+    };
+    if (holds(&Witness::Written::after)) return Doubt::stored;
+    return !witness.added && holds(&Witness::Written::before) ? Doubt::not_stored : Doubt::unknown;
+}
+
+bool Connection::read_row(const Table& table, RowKey key, Row& into) {
+    const auto plan = select_plan("SELECT * FROM [" + table.name + "]");
+    dialect::BoundParameters parameters;
+    parameters.add_row_key(key);
+    bool found = false;
+    query(plan->by_key, parameters.span(), [&](const EngineRow& row) {
+        row.read(into);
+        found = true;
         return false;
     });
     return found;
@@ -282,6 +304,99 @@ WriteResult Connection::write(PlannedStatement& statement, std::span<const Param
     if (in_trans_ && !begin_write()) throw Error(ErrorKind::locked, "another user is writing to the company");
     ++stamp_;
     return guarded([&] { return engine_->write(prepared(statement), parameters); });
+}
+
+std::int64_t Connection::change(std::string_view statement) {
+    const std::shared_ptr<ChangePlan> plan = change_plan(statement);
+    dialect::BoundParameters parameters;
+    parameters.add(plan->literals, literals_);
+    const WatchedTable* const watched = plan->watched;
+    if (!watched) return write(plan->statement, parameters.span()).rows;
+
+    std::uint64_t hold = 0;
+    if (!begin_hold(hold)) throw Error(ErrorKind::locked, "another user is writing to the company");
+    try {
+        const std::int64_t rows = change_watched(*plan, parameters);
+        release(hold);
+        return rows;
+    } catch (...) {
+        if (hold != 0) drop(hold);
+        throw;
+    }
+}
+
+// Which rows it changes has to be found out before they are changed.
+std::int64_t Connection::change_watched(ChangePlan& plan, const dialect::BoundParameters& parameters) {
+    dialect::BoundParameters of_rows;
+    of_rows.add(plan.literals_of_rows, literals_);
+    const TrailWriter::Noted noted = trail_.noted();
+    std::vector<RowKey> keys;
+    Row row;
+    query(plan.rows, of_rows.span(), [&](const EngineRow& each) {
+        each.read(row);
+        trail_.note(*plan.watched, row, false);
+        keys.push_back(each.key());
+        return true;
+    });
+    std::int64_t changed = 0;
+    try {
+        changed = write(plan.statement, parameters.span()).rows;
+    } catch (...) {
+        trail_.forget_after(noted);
+        throw;
+    }
+    for (const RowKey key : keys)
+        if (read_row(*plan.watched->table, key, row)) trail_.note(*plan.watched, row, true);
+    return changed;
+}
+
+void Connection::upgrade() {
+    ++stamp_;
+    guarded([&] { engine_->upgrade(catalog_); });
+    Row row;
+    for (const Table& table : catalog_.tables()) {
+        const WatchedTable* const watched = trail_.watched(table);
+        if (!watched) continue;
+        query(select_plan(fmt::format("SELECT * FROM [{}]", table.name))->rows, {},
+              [&](const EngineRow& each) {
+                  each.read(row);
+                  trail_.note(*watched, row, true);
+                  return true;
+              });
+    }
+    trail_.name_document("what stood here before the trail");
+}
+
+TrailEntry Connection::end_of_trail() {
+    TrailEntry end;
+    query(last_entry_, {}, [&](const EngineRow& each) {
+        Row row;
+        each.read(row);
+        end.number = static_cast<std::int64_t>(row.number(0).value_or(0));
+        end.hash = row.text(1).value_or("");
+        return false;
+    });
+    return end;
+}
+
+// As the last thing before the commit: from here on nobody else can append until this transaction has ended.
+void Connection::append_to_trail() {
+    if (trail_.is_empty()) return;
+    ++stamp_;
+    guarded([&] { engine_->take_end_of_trail(); });
+    const TrailEntry end = end_of_trail();
+    for (const std::vector<Value>& entry : trail_.entries(end, signature_)) {
+        std::vector<Parameter> parameters;
+        for (const Value& value : entry)
+            parameters.push_back(dialect::parameter_of(value));
+        (void)write(append_entry_, parameters);
+    }
+    trail_.clear();
+}
+
+void Connection::commit_engine() {
+    append_to_trail();
+    guarded([&] { engine_->commit(); });
 }
 
 void Connection::begin_trans() {
@@ -318,7 +433,7 @@ void Connection::commit_trans() {
     if (!in_trans_) throw Error(ErrorKind::state, "no transaction is open");
     if (spoiled_) throw Error(ErrorKind::state, "the transaction has failed and can only be rolled back");
     require_usable();
-    if (begun_) guarded([&] { engine_->commit(); });
+    if (begun_) commit_engine();
     in_trans_ = false;
     engine_transaction_ended();
 }
@@ -340,6 +455,7 @@ void Connection::engine_transaction_ended() {
     spoiled_ = false;
     holds_ = 0;
     witness_.reset();
+    trail_.clear();
     ++transaction_number_;
     ++stamp_;
 }
@@ -377,12 +493,18 @@ void Connection::release(std::uint64_t& hold) {
     hold = 0;
     if (over || in_trans_ || --holds_ > 0) return;
     try {
-        guarded([&] { engine_->commit(); });
+        commit_engine();
     } catch (...) {
         engine_->rollback();
         engine_transaction_ended();
         throw;
     }
+    engine_transaction_ended();
+}
+
+void Connection::drop(std::uint64_t hold) {
+    if (hold != transaction_number_ || in_trans_) return;
+    engine_->rollback();
     engine_transaction_ended();
 }
 

@@ -22,6 +22,8 @@
 #include "kernel/store/error.h"
 #include "kernel/store/lru_cache.h"
 #include "kernel/store/plans.h"
+#include "kernel/store/trail.h"
+#include "kernel/store/trail_writer.h"
 
 namespace brimley::store {
 
@@ -58,7 +60,6 @@ class Connection {
     // The values become the literals.
     [[nodiscard]] std::shared_ptr<FindPlan> find_plan(SelectPlan& select, FieldValues fields);
     [[nodiscard]] std::shared_ptr<FilterPlan> filter_plan(SelectPlan& select, std::string_view criteria);
-    [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
     [[nodiscard]] std::span<const dialect::Literal> literals() const { return literals_; }
     // For the table of a query that has one. fields: the bits of the fields to be written. Each is to be used
     // before the next one is asked for.
@@ -70,6 +71,20 @@ class Connection {
     void query(PlannedStatement& statement, std::span<const Parameter> parameters, const RowSink& sink);
     // Throws ErrorKind::locked when another workspace writes.
     WriteResult write(PlannedStatement& statement, std::span<const Parameter> parameters);
+    // As Database::Execute().
+    std::int64_t change(std::string_view statement);
+    // The row of the key with every field of the table. False when there is none.
+    [[nodiscard]] bool read_row(const Table& table, RowKey key, Row& into);
+
+    // --- the trail ---
+    void sign(Signature signature) { signature_ = std::move(signature); }
+    // What the open transaction writes into watched tables is noted here, after it was written.
+    [[nodiscard]] TrailWriter& trail() { return trail_; }
+    // The last entry.
+    [[nodiscard]] TrailEntry end_of_trail();
+    // Of a company of an older layout, by the catalog to which it is brought, within begin_alone(): makes
+    // what that has besides, and a first entry of the trail for all rows that are there.
+    void upgrade();
 
     void begin_trans();
     // Throws ErrorKind::locked when another workspace writes.
@@ -117,6 +132,8 @@ class Connection {
     [[nodiscard]] bool can_prefetch() const { return begun_ && !spoiled_ && engine_->can_prefetch(); }
     // Ends what begin_hold() began. Nothing happens when the transaction it was part of is over.
     void release(std::uint64_t& hold);
+    // Ends it without keeping what was written.
+    void drop(std::uint64_t hold);
 
     // A row read at this stamp is still what the table holds. held_in: the transaction that has locked it.
     [[nodiscard]] bool still_true(std::uint64_t stamp, std::uint64_t held_in) const;
@@ -131,6 +148,10 @@ class Connection {
     [[nodiscard]] bool copy_file(const std::string& to) { return engine_->copy_file(to); }
 
   private:
+    [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
+    std::int64_t change_watched(ChangePlan& plan, const dialect::BoundParameters& parameters);
+    void append_to_trail();
+    void commit_engine();
     template <class Plan, class Make>
     [[nodiscard]] std::shared_ptr<Plan> plan_of(LruCache<Plan>& plans, std::string_view text,
                                                 const Make& make);
@@ -173,6 +194,10 @@ class Connection {
     std::optional<Witness> doubtful_;  // of the one in doubt
     Doubt doubt_ = Doubt::none;
     int doubts_ = 0;
+    TrailWriter trail_;
+    PlannedStatement last_entry_;
+    PlannedStatement append_entry_;
+    Signature signature_;
     int holds_ = 0;  // locks outside BeginTrans
     std::uint64_t transaction_number_ = 1;
     std::uint64_t stamp_ = 1;

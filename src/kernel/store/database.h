@@ -37,6 +37,7 @@
 #include "kernel/store/catalog.h"
 #include "kernel/store/connection_watch.h"
 #include "kernel/store/error.h"
+#include "kernel/store/trail.h"
 #include "kernel/store/value.h"
 
 namespace brimley::store {
@@ -198,6 +199,14 @@ class Database {
     // What is wrong with the company's file, whatever its rows say: one sentence a fault. Reads all of it. A
     // server keeps watch over its own disks, and there is nothing to say about a company on it.
     [[nodiscard]] std::vector<std::string> faults_of_storage() const;
+    // --- the trail (trail.h) ---
+    // The number and hash of its last entry; empty for a company that has no trail.
+    [[nodiscard]] std::optional<TrailEntry> end_of_trail() const;
+    // What the company has that its trail does not say, or the other way round, and entries that were
+    // changed: one sentence a fault, the oldest first. Reads all watched rows. sealed: an entry that was
+    // noted elsewhere; number 0 for none. There is nothing to say about a company without a trail.
+    [[nodiscard]] std::vector<std::string> faults_of_trail(const TrailEntry& sealed = {}) const;
+
     // Copies the company file as it stands at one moment to a new file, while others go on writing. False,
     // and nothing is made, for a company on a server. Throws ErrorKind::state when something is at that path,
     // io; a failure leaves nothing behind.
@@ -223,6 +232,8 @@ class Workspace {
     // The user has nothing to do for a while: brings what was saved into the company file itself, so that a
     // copy of the file alone is whole. Nothing happens within a transaction or while another program writes.
     void tidy();
+    // Signs the entries of the company's trail from now on.
+    void sign(Signature signature);
     // A snapshot counts.
     [[nodiscard]] bool in_transaction() const;
     [[nodiscard]] ConnectionState connection_state() const;
@@ -279,6 +290,12 @@ using CompanyFiller = std::function<void(Database&)>;
 // a company that exists (state). A failure leaves nothing behind.
 [[nodiscard]] OpenCompany create_company(const std::string& company, const Catalog& catalog,
                                          const CompanyFiller& fill = {});
+
+// Brings a company of an older layout to that of the catalog, in one transaction: makes the tables that came
+// since, and where it had no trail begins one with all that stands in it. False, and nothing has changed,
+// when it has that layout already. Throws ErrorKind::locked when others work in it.
+[[nodiscard]] bool upgrade_company(const std::string& company, const Catalog& catalog,
+                                   const Signature& signature);
 
 // A value as it stands in a query text, between single quotes. A value that holds a single quote gives a text
 // that the dialect never accepts, so that the query fails as a broken text does and can never mean anything

@@ -115,6 +115,14 @@ class Engine {
     // What is wrong with the storage itself, whatever the rows say: one sentence a fault. Reads the whole
     // company. An engine that keeps its own watch over its disks has nothing to say.
     [[nodiscard]] virtual std::vector<std::string> faults_of_storage() { return {}; }
+    // Within begin_write_alone(): makes the tables that came after the company's layout, as the catalog has
+    // them, and says so in it. At the commit it is a company of the catalog's layout, and whoever works with
+    // it by the older one can write no more. Throws ErrorKind::locked when that cannot be kept from them.
+    virtual void upgrade(const Catalog& catalog) = 0;
+    // Within a transaction that writes: waits until nobody else appends to the trail, and keeps others from
+    // it until the end of the transaction. The last lock of a transaction. Throws ErrorKind::locked when it
+    // takes too long.
+    virtual void take_end_of_trail() = 0;
     // Copies the company as it stands at one moment to a new file, while others go on writing. False, and
     // nothing is made, when the company is not in a file.
     [[nodiscard]] virtual bool copy_file(const std::string& /*to*/) { return false; }
@@ -132,6 +140,12 @@ class Engine {
     // After reconnect(): whether the server still works for the connection that was lost, so that a commit in
     // doubt may still be carried out.
     [[nodiscard]] virtual bool lost_one_is_at_work() { return false; }
+};
+
+// A company that has been opened, with the catalog as companies of its layout have it.
+struct OpenedEngine {
+    std::unique_ptr<Engine> engine;
+    const Catalog* catalog;
 };
 
 }  // namespace brimley::store

@@ -13,6 +13,13 @@ std::vector<std::string> names_of(const dialect::SelectTranslation& translation)
     return names;
 }
 
+bool has_every_field(const dialect::SelectTranslation& translation) {
+    if (!translation.table || translation.columns.size() != translation.table->fields.size()) return false;
+    for (std::size_t column = 0; column < translation.columns.size(); ++column)
+        if (translation.columns[column].field != static_cast<int>(column)) return false;
+    return true;
+}
+
 std::vector<int> field_places_of(const dialect::SelectTranslation& translation) {
     std::vector<int> places;
     if (!translation.table) return places;
@@ -29,6 +36,7 @@ SelectPlan::SelectPlan(dialect::SelectTranslation made)
     : translation(std::move(made)),
       names(names_of(translation)),
       field_places(field_places_of(translation)),
+      is_whole_row(has_every_field(translation)),
       rows{translation.rows},
       first_row{translation.first_row},
       keys{translation.keys},
@@ -48,6 +56,11 @@ FindPlan::FindPlan(dialect::FindTranslation made)
       at_key{translation.at_key} {}
 
 ChangePlan::ChangePlan(dialect::ChangeTranslation made)
-    : literals(std::move(made.literals)), statement{std::move(made.text)} {}
+    : literals(std::move(made.literals)),
+      statement{std::move(made.text)},
+      table(made.table),
+      assigned(std::move(made.assigned)),
+      literals_of_rows(std::move(made.literals_of_rows)),
+      rows{std::move(made.rows)} {}
 
 }  // namespace brimley::store

@@ -14,6 +14,7 @@
 #include "kernel/store/engine.h"
 #include "kernel/store/lru_cache.h"
 #include "kernel/store/recordset_memory.h"
+#include "kernel/store/trail_writer.h"
 
 namespace brimley::store {
 
@@ -63,6 +64,7 @@ class WritePlans {
 struct TablePlan {
     WritePlans inserts;
     WritePlans updates;
+    const WatchedTable* watched = nullptr;  // by the trail; the connection's
 };
 
 struct FindPlan {
@@ -89,6 +91,7 @@ struct SelectPlan {
     // By column, and after the columns by the fields of the table: the field's place in the table, -1 for a
     // computed column. Empty without a table.
     std::vector<int> field_places;
+    bool is_whole_row = false;        // its columns are the fields of the table
     TablePlan* table_plan = nullptr;  // the connection's; null without a table
     PlannedStatement rows;
     PlannedStatement first_row;
@@ -107,6 +110,12 @@ struct ChangePlan {
 
     std::vector<dialect::LiteralParameter> literals;
     PlannedStatement statement;
+    const Table* table;
+    std::vector<std::uint64_t> assigned;  // a bit for each field; empty for a DELETE
+    // When the trail is to know of it: the rows that are changed.
+    const WatchedTable* watched = nullptr;
+    std::vector<dialect::LiteralParameter> literals_of_rows;
+    PlannedStatement rows;
 };
 
 }  // namespace brimley::store

@@ -1,5 +1,6 @@
 #include "kernel/store/error.h"
 #include "kernel/store/recordset_state.h"
+#include "kernel/store/trail_reader.h"
 
 namespace brimley::store {
 
@@ -151,12 +152,7 @@ Recordset Database::OpenRecordset(std::string_view query, RecordsetKind kind, co
 }
 
 std::int64_t Database::Execute(std::string_view statement) {
-    return with_text(statement, [&] {
-        const std::shared_ptr<ChangePlan> plan = connection_->change_plan(statement);
-        dialect::BoundParameters parameters;
-        parameters.add(plan->literals, connection_->literals());
-        return connection_->write(plan->statement, parameters.span()).rows;
-    });
+    return with_text(statement, [&] { return connection_->change(statement); });
 }
 
 const Catalog& Database::catalog() const { return connection_->catalog(); }
@@ -164,6 +160,14 @@ const std::string& Database::name() const { return connection_->name(); }
 std::string Database::reading_only_because() const { return connection_->reading_only_because(); }
 bool Database::others_write_meanwhile() const { return connection_->others_write_meanwhile(); }
 std::vector<std::string> Database::faults_of_storage() const { return connection_->faults_of_storage(); }
+std::optional<TrailEntry> Database::end_of_trail() const {
+    if (!catalog().trail()) return {};
+    return connection_->end_of_trail();
+}
+std::vector<std::string> Database::faults_of_trail(const TrailEntry& sealed) const {
+    if (!catalog().trail()) return {};
+    return TrailReader(*connection_).faults(sealed);
+}
 bool Database::copy_file(const std::string& to) const { return connection_->copy_file(to); }
 
 }  // namespace brimley::store

@@ -269,11 +269,44 @@ void Recordset::State::insert_row() {
     });
     memory_->parameters.clear();
     add_field_values();
+    const WatchedTable* const watched = plan_->table_plan->watched;
+    if (watched && hold_ == 0 && !connection_->begin_hold(hold_))
+        throw Error(ErrorKind::locked, "another user is writing to the company");
     const WriteResult added =
         connection_->write(connection_->insert_plan(*plan_, memory_->written_fields), memory_->parameters);
+    if (watched) note_added(*watched);
+    if (plan_->translation.table->is_trail) connection_->trail().note_entries_brought();
     note_witness(added.key, true);
     keyset_->append(added.key);
     last_modified_ = added.key;
+}
+
+// What begin_fields() and write_field() have marked.
+template <class Act>
+void Recordset::State::each_written_field(const Act& act) const {
+    for (std::size_t word = 0; word < memory_->written_fields.size(); ++word)
+        for (std::uint64_t bits = memory_->written_fields[word]; bits != 0; bits &= bits - 1)
+            act(word * kFieldsInWord + static_cast<std::size_t>(std::countr_zero(bits)));
+}
+
+void Recordset::State::note_added(const WatchedTable& watched) {
+    RowBytes& bytes = connection_->trail().row_bytes();
+    (void)bytes.begin(*watched.table);
+    std::string_view number;
+    each_written_field([&](std::size_t field) {
+        const Value& value = buffer_.value(memory_->column_of_field[field]);
+        if (!watched.left_out[field]) bytes.add(field, value);
+        if (static_cast<int>(field) == watched.number_field) number = value.text_ref();
+    });
+    connection_->trail().note(watched, true, number);
+}
+
+// The row as it stands, with every field.
+const Row& Recordset::State::whole_row() {
+    if (plan_->is_whole_row) return *keyset_->current();
+    if (!connection_->read_row(require_table(), keyset_->current_key(), memory_->changed_row))
+        throw Error(ErrorKind::state, "the row to update is gone");
+    return memory_->changed_row;
 }
 
 void Recordset::State::note_witness(RowKey key, bool added) {
@@ -302,13 +335,9 @@ void Recordset::State::write_field(int column) {
 }
 
 void Recordset::State::add_field_values() {
-    for (std::size_t word = 0; word < memory_->written_fields.size(); ++word) {
-        for (std::uint64_t bits = memory_->written_fields[word]; bits != 0; bits &= bits - 1) {
-            const std::size_t field = word * kFieldsInWord + static_cast<std::size_t>(std::countr_zero(bits));
-            memory_->parameters.push_back(
-                dialect::parameter_of(buffer_.value(memory_->column_of_field[field])));
-        }
-    }
+    each_written_field([&](std::size_t field) {
+        memory_->parameters.push_back(dialect::parameter_of(buffer_.value(memory_->column_of_field[field])));
+    });
 }
 
 bool Recordset::State::collect_changes() {
@@ -334,9 +363,20 @@ void Recordset::State::update_row() {
     memory_->parameters.emplace_back(keyset_->current_key());
     PlannedStatement& statement = connection_->update_plan(*plan_, memory_->written_fields);
     note_witness(keyset_->current_key(), false);
-    if (connection_->write(statement, memory_->parameters).rows == 0)
-        throw Error(ErrorKind::state, "the row to update is gone");
+    const WatchedTable* watched = plan_->table_plan->watched;
+    if (watched && !watched->watches_any(memory_->written_fields)) watched = nullptr;
+    TrailWriter& trail = connection_->trail();
+    const TrailWriter::Noted noted = trail.noted();
+    if (watched) trail.note(*watched, whole_row(), false);
+    try {
+        if (connection_->write(statement, memory_->parameters).rows == 0)
+            throw Error(ErrorKind::state, "the row to update is gone");
+    } catch (...) {
+        trail.forget_after(noted);
+        throw;
+    }
     show_changes();
+    if (watched) trail.note(*watched, whole_row(), true);
 }
 
 void Recordset::State::show_changes() {

@@ -73,6 +73,10 @@ class Recordset::State {
     [[nodiscard]] std::size_t place_of_field(int column) const;
     [[nodiscard]] const Field& field_of(int column) const;
     void insert_row();
+    template <class Act>
+    void each_written_field(const Act& act) const;
+    void note_added(const WatchedTable& watched);
+    [[nodiscard]] const Row& whole_row();
     void note_witness(RowKey key, bool added);
     void update_row();
     // Which fields are to be written, and from which column: none at first, then one after the other.

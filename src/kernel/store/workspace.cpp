@@ -8,36 +8,43 @@ namespace brimley::store {
 
 namespace {
 
-OpenCompany opened(std::unique_ptr<Engine> engine, const Catalog& catalog, const std::string& company) {
-    auto connection = std::make_shared<Connection>(std::move(engine), catalog, company);
+OpenedEngine open_engine(const std::string& company, const Catalog& catalog) {
+    return is_on_server(company) ? open_postgresql_company(company, catalog)
+                                 : open_sqlite_company(company, catalog);
+}
+
+OpenCompany opened(const std::shared_ptr<Connection>& connection) {
     return {std::make_shared<Workspace>(connection), std::make_shared<Database>(connection)};
 }
 
-void fill_in_one_transaction(const OpenCompany& company, const CompanyFiller& fill) {
-    company.workspace->begin_alone();
-    if (fill) fill(*company.database);
-    company.workspace->CommitTrans();
+// What it is filled with has its trail with it, if any: filling it leaves none.
+OpenCompany filled(std::unique_ptr<Engine> engine, const Catalog& catalog, const std::string& company,
+                   const CompanyFiller& fill) {
+    const auto connection = std::make_shared<Connection>(std::move(engine), catalog, company);
+    OpenCompany made = opened(connection);
+    made.workspace->begin_alone();
+    connection->trail().note_entries_brought();
+    if (fill) fill(*made.database);
+    made.workspace->CommitTrans();
+    return made;
 }
 
 OpenCompany create_on_server(const std::string& company, const Catalog& catalog, const CompanyFiller& fill) {
     CompanyInTheMaking making(company, catalog);
-    OpenCompany made = opened(engine_of(making, catalog), catalog, company);
     try {
-        fill_in_one_transaction(made, fill);
+        OpenCompany made = filled(engine_of(making, catalog), catalog, company, fill);
+        making.keep();
+        return made;
     } catch (const Error& error) {
         if (error.kind() == ErrorKind::commit_in_doubt) making.keep();
         throw;
     }
-    making.keep();
-    return made;
 }
 
 OpenCompany create_file(const std::string& company, const Catalog& catalog, const CompanyFiller& fill) {
     create_sqlite_company(company, catalog);
     try {
-        OpenCompany made = open_company(company, catalog);
-        fill_in_one_transaction(made, fill);
-        return made;
+        return filled(open_sqlite_company(company, catalog).engine, catalog, company, fill);
     } catch (...) {
         remove_sqlite_company(company);
         throw;
@@ -55,6 +62,7 @@ void Workspace::begin_alone() { connection_->begin_alone(); }
 void Workspace::begin_snapshot() { connection_->begin_snapshot(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
 void Workspace::Rollback() { connection_->rollback(); }
+void Workspace::sign(Signature signature) { connection_->sign(std::move(signature)); }
 void Workspace::tidy() { connection_->tidy(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
 ConnectionState Workspace::connection_state() const { return connection_->state(); }
@@ -68,10 +76,20 @@ Doubt Workspace::doubt(int number) const { return connection_->doubt(number); }
 
 OpenCompany open_company(const std::string& company, const Catalog& catalog,
                          const EngineDecorator& decorate) {
-    std::unique_ptr<Engine> engine = is_on_server(company) ? open_postgresql_company(company, catalog)
-                                                           : open_sqlite_company(company, catalog);
-    if (decorate) engine = decorate(std::move(engine));
-    return opened(std::move(engine), catalog, company);
+    OpenedEngine reached = open_engine(company, catalog);
+    if (decorate) reached.engine = decorate(std::move(reached.engine));
+    return opened(std::make_shared<Connection>(std::move(reached.engine), *reached.catalog, company));
+}
+
+bool upgrade_company(const std::string& company, const Catalog& catalog, const Signature& signature) {
+    OpenedEngine reached = open_engine(company, catalog);
+    if (reached.catalog == &catalog) return false;
+    Connection connection(std::move(reached.engine), catalog, company);
+    connection.sign(signature);
+    connection.begin_alone();
+    connection.upgrade();
+    connection.commit_trans();
+    return true;
 }
 
 OpenCompany create_company(const std::string& company, const Catalog& catalog, const CompanyFiller& fill) {

@@ -8,9 +8,9 @@ namespace {
 
 std::vector<store::Table> all_tables() {
     std::vector<store::Table> all;
-    for (auto subject :
-         {user_tables, master_tables, calendar_tables, tax_tables, counter_tables, ledger_tables,
-          sister_module_tables, invoice_tables, payment_tables, revaluation_tables, presentation_tables}) {
+    for (auto subject : {user_tables, master_tables, calendar_tables, tax_tables, counter_tables,
+                         ledger_tables, sister_module_tables, invoice_tables, payment_tables,
+                         revaluation_tables, presentation_tables, trust_tables}) {
         for (store::Table& table : subject()) {
             all.push_back(std::move(table));
         }

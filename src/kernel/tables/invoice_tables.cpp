@@ -26,6 +26,8 @@ store::Table ap_header_table() {
         // Only generated invoices have these three.
         .date({"gldate"})
         .text({"Month", "Year"})
+        .document("invoice", "docno")
+        .unwatched({"GLFKEY", "fully_paid", "paid"})
         .ordered_by({"fkey"})
         .index({"fkey"})
         .index({"docno"})
@@ -60,7 +62,9 @@ store::Table ap_transaction_table() {
     add_tax_slots(table);
     // Only generated invoices have these; userid and form_name stand for user_created and source_form there.
     table.date({"gldate"}).text({"Month", "Year", "userid", "form_name"});
-    return table.ordered_by({"fkey", "pay_item"})
+    return table.document("invoice", "docno")
+        .unwatched({"open_amount", "discount_taken", "writeoff", "paid_amount", "paid"})
+        .ordered_by({"fkey", "pay_item"})
         .index({"fkey"})
         .index({"docno"})
         .index({"vendor_no", "paid", "void", "hold"})
@@ -79,6 +83,7 @@ store::Table ap_recur_header_table() {
         .number({"no_invoice", "no_issue"})
         .yes_no({"inactive"})
         .date({"date_created"})
+        .document("recurring invoice", "recurno")
         .ordered_by({"fkey"})
         .index({"fkey"})
         .index({"recurno", "company"})
@@ -94,6 +99,7 @@ store::Table ap_recur_transaction_table() {
         .date({"date_created"})
         .text({"time_created", "user_created", "Description"})
         .yes_no({"include_tax"})
+        .along("recurring invoice", "fkey")
         .ordered_by({"fkey", "pay_item"})
         .index({"fkey"});
 }

@@ -50,6 +50,7 @@ std::vector<store::Table> ledger_tables() {
             .text({"Description", "user_created"})
             .date({"date_created"})
             .text({"time_created", "ledgertype"})
+            .along("GL document", "docno")
             .ordered_by({"fkey"})
             .index({"fkey"}),
 
@@ -67,6 +68,7 @@ std::vector<store::Table> ledger_tables() {
             .text({"vendor_no", "Source", "source_form", "source_docno"})
             .date({"date_created"})
             .text({"time_created", "user_created", "userid", "fiscalyear", "Month", "Year"})
+            .along("GL document", "docno")
             .ordered_by({"fkey", "lineno"})
             .index({"fkey", "lineno"}),
 

@@ -26,6 +26,8 @@ store::Table payment_header_table() {
         .text({"time_created", "user_created", "GLFKEY"})
         .yes_no({"printed", "void"})
         .date({"void_date"})
+        .document("payment", "docno")
+        .unwatched({"GLFKEY"})
         .ordered_by({"fkey"})
         .index({"fkey"})
         .index({"company", "docno"})
@@ -52,6 +54,7 @@ store::Table payment_transaction_table() {
         .date({"date_created"})
         .text({"time_created", "user_created", "computer_id"})
         .yes_no({"void"})
+        .document("payment", "docno")
         .ordered_by({"fkey", "item_no"})
         .index({"fkey"})
         .index({"invoice_no", "company"})
@@ -73,7 +76,10 @@ store::Table payment_misc_transaction_table() {
         .date({"date_created"})
         .text({"time_created", "computer_id"});
     add_tax_slots(table);
-    return table.yes_no({"void"}).ordered_by({"fkey", "pay_item"}).index({"fkey"});
+    return table.yes_no({"void"})
+        .document("payment", "docno")
+        .ordered_by({"fkey", "pay_item"})
+        .index({"fkey"});
 }
 
 store::Table ap_matching_table() {
@@ -90,6 +96,7 @@ store::Table ap_matching_table() {
         .number({"deposit_payitem", "deposit_gross", "deposit_open", "deposit_pay", "deposit_balance"})
         .text({"receipt_no"})
         .number({"receipt_open", "receipt_pay", "receipt_balance"})
+        .along("matching", "matching_no")
         .ordered_by({"matching_no", "lineno"});
 }
 
@@ -104,6 +111,7 @@ std::vector<store::Table> payment_tables() {
         TableBuilder("Prepayment_waiting_PO_table")
             .text({"po_no", "prepayment_no", "prepayment_fkey"})
             .number({"amount"})
+            .along("prepayment", "prepayment_no")
             .ordered_by({"prepayment_no"})
             .index({"prepayment_no"})
             .index({"prepayment_fkey"}),

@@ -11,6 +11,8 @@ std::vector<store::Table> revaluation_tables() {
             .text({"fkey"})
             .date({"last_transaction_date", "Date"})
             .text({"period", "fyear", "GLFKEY", "Description"})
+            .document("revaluation", "docno")
+            .unwatched({"GLFKEY"})
             .ordered_by({"fkey"})
             .index({"fkey"})
             .index({"docno"}),
@@ -20,6 +22,7 @@ std::vector<store::Table> revaluation_tables() {
             .text({"docno", "fkey", "Currency", "Rate"})
             .yes_no({"every_vendor"})
             .text({"vendor_group", "vendor_no"})
+            .document("revaluation", "docno")
             .ordered_by({"fkey"})
             .index({"fkey"}),
 
@@ -30,6 +33,7 @@ std::vector<store::Table> revaluation_tables() {
             .number({"pay_item", "invoice_amount", "original_rate", "original_base_amount",
                      "unrealized_gain_loss"})
             .number({"new_base_amount", "new_rate"})
+            .document("revaluation", "docno")
             .ordered_by({"fkey", "document_no", "pay_item"})
             .index({"fkey"}),
 
@@ -37,6 +41,7 @@ std::vector<store::Table> revaluation_tables() {
         TableBuilder("AP_Revalue_GL_summary_table")
             .text({"docno", "fkey", "accno", "Currency"})
             .number({"amount"})
+            .document("revaluation", "docno")
             .ordered_by({"fkey", "accno", "Currency"})
             .index({"fkey"}),
     };

@@ -54,6 +54,22 @@ TableBuilder& TableBuilder::index_where_false(Names flags, Names names) {
     return *this;
 }
 
+TableBuilder& TableBuilder::document(const char* name, const char* number_field) {
+    table_.watched = {name, number_field};
+    return *this;
+}
+
+TableBuilder& TableBuilder::along(const char* name, const char* number_field) {
+    document(name, number_field);
+    table_.watched->goes_along = true;
+    return *this;
+}
+
+TableBuilder& TableBuilder::unwatched(Names names) {
+    table_.watched->left_out = list_of(names);
+    return *this;
+}
+
 void add_tax_slots(TableBuilder& table) {
     using store::FieldType;
     constexpr int kSlots = 5;

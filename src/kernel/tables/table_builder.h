@@ -51,6 +51,13 @@ class TableBuilder {
     // An index of the rows in which the flags are FALSE.
     TableBuilder& index_where_false(Names flags, Names names);
 
+    // Its rows are watched by the company's trail, as part of such a document, whose number is in that field.
+    TableBuilder& document(const char* name, const char* number_field);
+    // The same, and they go along with another document.
+    TableBuilder& along(const char* name, const char* number_field);
+    // But not these fields of them, which later acts on other documents change.
+    TableBuilder& unwatched(Names names);
+
     operator store::Table() const { return table_; }
 
   private:
@@ -74,5 +81,6 @@ std::vector<store::Table> invoice_tables();
 std::vector<store::Table> payment_tables();
 std::vector<store::Table> revaluation_tables();
 std::vector<store::Table> presentation_tables();
+std::vector<store::Table> trust_tables();
 
 }  // namespace brimley::kernel

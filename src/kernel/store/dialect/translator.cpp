@@ -15,7 +15,8 @@ namespace {
 class ChangeTranslator {
   public:
     ChangeTranslator(std::string_view statement, const Catalog& catalog, const Flavour& flavour)
-        : flavour_(flavour),
+        : catalog_(catalog),
+          flavour_(flavour),
           scope_(statement, catalog, flavour),
           parameters_(flavour),
           writer_(scope_, parameters_, flavour) {}
@@ -30,6 +31,7 @@ class ChangeTranslator {
             field.name = assignment.field;
             const int place = scope_.resolve(field).field;
             const Field& assigned = table.fields[static_cast<std::size_t>(place)];
+            note_assigned(static_cast<std::size_t>(place));
             list += fmt::format("{}{} = {}", list.empty() ? "" : ", ", flavour_.name(assigned.name),
                                 writer_.assigned(*assignment.value, assigned));
         }
@@ -46,18 +48,48 @@ class ChangeTranslator {
         return fmt::format("{} AS {}", flavour_.name(scope_.sources().front().table->name), alias);
     }
 
+    void note_assigned(std::size_t place) {
+        constexpr std::size_t kBits = 64;
+        assigned_.resize(std::max(assigned_.size(), place / kBits + 1));
+        assigned_[place / kBits] |= std::uint64_t{1} << (place % kBits);
+    }
+
+    // Its condition once more, with parameters of its own.
+    void add_rows(const Expression* where, ChangeTranslation& change) {
+        const SelectTranslation all =
+            SelectTranslator("", catalog_, flavour_)
+                .translate(parse_select(fmt::format("SELECT * FROM [{}]", change.table->name)));
+        ParameterList parameters(flavour_);
+        change.rows.sql = fmt::format("SELECT {}, {} FROM {}", scope_.sources().front().row_keys.front(),
+                                      all.select_list, all.from);
+        if (where)
+            change.rows.sql += " WHERE " + ExpressionWriter(scope_, parameters, flavour_).condition(*where);
+        change.rows.parameters = parameters.kinds();
+        change.rows.keyed = true;
+        change.rows.columns = all.rows.columns;
+        change.literals_of_rows = parameters.literals();
+    }
+
     ChangeTranslation finish(std::string sql, const Expression* where) {
         if (where) sql += " WHERE " + writer_.condition(*where);
         StatementText text{std::move(sql), parameters_.kinds()};
         text.effect = StatementEffect::changes_rows;
         text.may_be_refused = true;
-        return {std::move(text), parameters_.literals()};
+        ChangeTranslation change;
+        change.text = std::move(text);
+        change.literals = parameters_.literals();
+        change.table = scope_.sources().front().table;
+        change.assigned = assigned_;
+        if (change.table->watched) add_rows(where, change);
+        return change;
     }
 
+    const Catalog& catalog_;
     const Flavour& flavour_;
     Scope scope_;
     ParameterList parameters_;
     ExpressionWriter writer_;
+    std::vector<std::uint64_t> assigned_;
 };
 
 // Whether a field at one of these places belongs to a unique index.
@@ -132,6 +164,18 @@ ExpressionPtr Translator::filter(const SelectTranslation& select, std::string_vi
     // Written only to find out whether it makes sense: the rows are not the engine's any more.
     (void)ExpressionWriter(scope, parameters, flavour_).condition(*condition);
     return condition;
+}
+
+StatementText Translator::last_entry() const {
+    const std::string query =
+        fmt::format("SELECT entry_no, hash FROM [{}] ORDER BY entry_no DESC", catalog_.trail()->name);
+    const SelectTranslation entries = select(query);
+    if (flavour_.draws_keys()) return entries.first_row;
+    StatementText last = entries.first_row;
+    const std::string key = last.sql.substr(0, last.sql.find(','));  // "SELECT key"
+    last.sql = fmt::format("{}, {} FROM {} ORDER BY {} DESC LIMIT 1", key, entries.select_list, entries.from,
+                           key.substr(key.find(' ') + 1));
+    return last;
 }
 
 StatementText Translator::insert(const Table& table, const std::vector<int>& fields) const {

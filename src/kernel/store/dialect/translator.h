@@ -6,6 +6,7 @@
 // one.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -77,6 +78,11 @@ struct FindTranslation {
 struct ChangeTranslation {
     StatementText text;
     std::vector<LiteralParameter> literals;
+    const Table* table = nullptr;
+    std::vector<std::uint64_t> assigned;  // a bit for each field of the table; empty for a DELETE
+    // Of a watched table: the rows that it changes, keyed and with every field.
+    StatementText rows;
+    std::vector<LiteralParameter> literals_of_rows;
 };
 
 class Translator {
@@ -98,6 +104,9 @@ class Translator {
     [[nodiscard]] StatementText insert(const Table& table, const std::vector<int>& fields) const;
     // Of the row of the key, which is the last parameter.
     [[nodiscard]] StatementText update(const Table& table, const std::vector<int>& fields) const;
+
+    // Number and hash of the last entry of the catalog's trail, keyed.
+    [[nodiscard]] StatementText last_entry() const;
 
   private:
     const Catalog& catalog_;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
 #include <map>
 #include <string_view>
 #include <vector>
@@ -152,6 +153,31 @@ std::string mark_of_schema(PGconn* connection) {
                                    kCompanySchema));
 }
 
+// Until the connection ends: the layout that is read now stays what the company has.
+void hold_layout(PGconn* connection, const std::string& uri) {
+    try {
+        run_sql(connection, fmt::format("SELECT pg_advisory_lock_shared({}, {})", kAdvisoryLocks,
+                                        static_cast<int>(AdvisoryLock::layout)));
+    } catch (const Error& error) {
+        if (error.kind() != ErrorKind::locked) throw;
+        throw Error(ErrorKind::locked, shown_company(uri) + " is being upgraded", error.native_code());
+    }
+}
+
+// The catalog as companies of the schema's layout have it. Throws not_a_company.
+const Catalog& catalog_of_schema(PGconn* connection, const std::string& uri, const Catalog& catalog) {
+    const std::string mark = mark_of_schema(connection);
+    if (mark.empty()) refuse(uri, "holds no company");
+    if (!mark.starts_with(kCompanyMark)) refuse(uri, "holds no company, but something of that name");
+    const std::string_view digits = std::string_view(mark).substr(kCompanyMark.size());
+    int layout = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), layout);
+    if (read.ec != std::errc() || read.ptr != digits.data() + digits.size() || layout < 1)
+        refuse(uri, "was made by another version of this program");
+    if (layout > catalog.layout()) refuse(uri, "was made by a newer version of this program");
+    return catalog.of_layout(layout);
+}
+
 [[noreturn]] void refuse_existing(const std::string& uri) {
     throw Error(ErrorKind::state, shown_company(uri) + " already exists");
 }
@@ -184,15 +210,13 @@ ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog
     PostgresqlHandle connection = try_connect(uri, nullptr);
     if (!is_connected(connection)) tell_unreachable(uri, connection.get());
     set_up(connection.get(), uri);
-    const std::string mark = mark_of_schema(connection.get());
-    if (mark.empty()) refuse(uri, "holds no company");
-    if (!mark.starts_with("Brimley company")) refuse(uri, "holds no company, but something of that name");
-    if (mark != kCompanyMark) refuse(uri, "was made by another version of this program");
-    const std::string difference = difference_from_layout(connection.get(), catalog);
+    hold_layout(connection.get(), uri);
+    const Catalog& its_own = catalog_of_schema(connection.get(), uri, catalog);
+    const std::string difference = difference_from_layout(connection.get(), its_own);
     if (!difference.empty())
         refuse(uri, fmt::format("is not laid out as a company of this version: {}", difference));
     ServerPlace place = place_of(connection.get());
-    return {std::move(connection), std::move(place)};
+    return {std::move(connection), &its_own, std::move(place)};
 }
 
 std::string still_at_work_sql(const ServerPlace& place) {

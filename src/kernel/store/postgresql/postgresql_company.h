@@ -24,10 +24,19 @@ struct ServerPlace {
 
 struct ReachedCompany {
     PostgresqlHandle connection;
+    const Catalog* catalog;  // of its layout
     ServerPlace place;
 };
 
-// A connection set up for a company that exists. Throws not_a_company, lost, io.
+// Advisory locks of the company's database: this number, and what is held.
+inline constexpr int kAdvisoryLocks = 0x42724150;
+enum class AdvisoryLock {
+    end_of_trail = 1,  // by who appends to it, until the end of the transaction
+    layout = 2,        // shared by each connection, alone by an upgrade
+};
+
+// A connection set up for a company that exists. Throws not_a_company, locked (it is being upgraded), lost,
+// io.
 [[nodiscard]] ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog);
 
 // A query that has a row while that process is still there, so that what was sent to it may still be carried

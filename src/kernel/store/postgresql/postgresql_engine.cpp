@@ -1,5 +1,7 @@
 #include "kernel/store/postgresql/postgresql_engine.h"
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <string_view>
 
@@ -29,6 +31,10 @@ std::string lock_of_all(const Catalog& catalog) {
     return "LOCK TABLE " + tables + " IN EXCLUSIVE MODE NOWAIT";
 }
 
+std::string advisory_lock(std::string_view function, AdvisoryLock lock) {
+    return fmt::format("SELECT {}({}, {})", function, kAdvisoryLocks, static_cast<int>(lock));
+}
+
 class ResultRow final : public EngineRow {
   public:
     ResultRow(const PGresult* result, const StatementText& text) : result_(result), text_(text) {}
@@ -53,8 +59,8 @@ enum class Span { none, snapshot, writing };
 
 class PostgresqlEngine final : public Engine {
   public:
-    PostgresqlEngine(ReachedCompany reached, const std::string& uri, const Catalog& catalog)
-        : PostgresqlEngine(std::move(reached.connection), catalog) {
+    PostgresqlEngine(ReachedCompany reached, const std::string& uri)
+        : PostgresqlEngine(std::move(reached.connection), *reached.catalog) {
         uri_ = uri;
         place_ = std::move(reached.place);
         making_ = false;
@@ -221,6 +227,18 @@ class PostgresqlEngine final : public Engine {
         return true;
     }
 
+    void upgrade(const Catalog& catalog) override {
+        hold_layout_alone();
+        for (const std::string& statement : postgresql_upgrade(catalog, catalog_.layout()))
+            (void)ask(*session_.command(statement), {});
+    }
+
+    void take_end_of_trail() override {
+        locks_ahead_.end(prefetch_);
+        session_.send(*wait_for_trail_);
+        session_.send(*end_of_trail_);
+    }
+
     std::string reading_only_because() const override {
         if (!session_.takes_no_changes()) return {};
         return shown_company(uri_) + " is on a server that takes no changes, and can only be read";
@@ -283,6 +301,17 @@ class PostgresqlEngine final : public Engine {
         session_.send(statement, parameters);
         if (session_.unanswered() >= kUnansweredMax) (void)session_.finish();
         return 1;
+    }
+
+    // The process of a connection that was just closed may need a moment to end.
+    void hold_layout_alone() {
+        try {
+            (void)ask(*session_.command("SET LOCAL lock_timeout = '2s'"), {});
+            (void)ask(*session_.command(advisory_lock("pg_advisory_xact_lock", AdvisoryLock::layout)), {});
+        } catch (const Error& error) {
+            if (error.kind() != ErrorKind::locked) throw;
+            throw Error(ErrorKind::locked, "others have the company open", error.native_code());
+        }
     }
 
     // A transaction of its own: when its answer is lost, it is not known whether it was carried out.
@@ -373,6 +402,10 @@ class PostgresqlEngine final : public Engine {
     std::unique_ptr<PostgresqlStatement> look_ = session_.command("SELECT 1");
     std::unique_ptr<PostgresqlStatement> commit_ = session_.command("COMMIT");
     std::unique_ptr<PostgresqlStatement> rollback_ = session_.command("ROLLBACK");
+    // Whoever appends is at its commit, which may have to wait for a standby.
+    std::unique_ptr<PostgresqlStatement> wait_for_trail_ = session_.command("SET LOCAL lock_timeout = '10s'");
+    std::unique_ptr<PostgresqlStatement> end_of_trail_ =
+        session_.command(advisory_lock("pg_advisory_xact_lock", AdvisoryLock::end_of_trail));
     std::unique_ptr<PostgresqlStatement> lock_all_;
 
     Span span_ = Span::none;
@@ -387,8 +420,10 @@ class PostgresqlEngine final : public Engine {
 
 }  // namespace
 
-std::unique_ptr<Engine> open_postgresql_company(const std::string& uri, const Catalog& catalog) {
-    return std::make_unique<PostgresqlEngine>(connect_to_company(uri, catalog), uri, catalog);
+OpenedEngine open_postgresql_company(const std::string& uri, const Catalog& catalog) {
+    ReachedCompany reached = connect_to_company(uri, catalog);
+    const Catalog* const its_own = reached.catalog;
+    return {std::make_unique<PostgresqlEngine>(std::move(reached), uri), its_own};
 }
 
 std::unique_ptr<Engine> engine_of(CompanyInTheMaking& company, const Catalog& catalog) {

@@ -11,7 +11,7 @@
 namespace brimley::store {
 
 // The catalog must outlive it. Throws not_a_company, lost, io.
-[[nodiscard]] std::unique_ptr<Engine> open_postgresql_company(const std::string& uri, const Catalog& catalog);
+[[nodiscard]] OpenedEngine open_postgresql_company(const std::string& uri, const Catalog& catalog);
 
 // The engine of a company in the making. Its first transaction is the one that makes the company.
 [[nodiscard]] std::unique_ptr<Engine> engine_of(CompanyInTheMaking& company, const Catalog& catalog);

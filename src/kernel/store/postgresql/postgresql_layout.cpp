@@ -291,21 +291,39 @@ std::string shown(const Catalog& catalog, const std::string& kind, const std::st
     return kind == "field" ? told : kind + ' ' + told;
 }
 
-}  // namespace
+std::string mark_of(const Catalog& catalog) {
+    return fmt::format("COMMENT ON SCHEMA {} IS '{}{}'", kCompanySchema, kCompanyMark, catalog.layout());
+}
 
-std::vector<std::string> postgresql_layout(const Catalog& catalog) {
-    std::vector<std::string> statements{
-        fmt::format("CREATE SCHEMA {}", kCompanySchema),
-        fmt::format("COMMENT ON SCHEMA {} IS '{}'", kCompanySchema, kCompanyMark),
-        fmt::format("SET LOCAL search_path = {}, pg_catalog, pg_temp", kCompanySchema),
-        fmt::format("CREATE SEQUENCE {}", kRowKeySequence),
-        function_definition(number_function()),
-        function_definition(leading_number_function())};
+std::string names_of_company_first() {
+    return fmt::format("SET LOCAL search_path = {}, pg_catalog, pg_temp", kCompanySchema);
+}
+
+void add_tables(const Catalog& catalog, int after, std::vector<std::string>& statements) {
     for (const Table& table : catalog.tables()) {
+        if (table.since <= after) continue;
         statements.push_back(table_definition(table));
         for (std::size_t i = 0; i < table.indexes.size(); ++i)
             statements.push_back(index_definition(table, table.indexes[i], i + 1));
     }
+}
+
+}  // namespace
+
+std::vector<std::string> postgresql_layout(const Catalog& catalog) {
+    std::vector<std::string> statements{fmt::format("CREATE SCHEMA {}", kCompanySchema),
+                                        mark_of(catalog),
+                                        names_of_company_first(),
+                                        fmt::format("CREATE SEQUENCE {}", kRowKeySequence),
+                                        function_definition(number_function()),
+                                        function_definition(leading_number_function())};
+    add_tables(catalog, 0, statements);
+    return statements;
+}
+
+std::vector<std::string> postgresql_upgrade(const Catalog& catalog, int after) {
+    std::vector<std::string> statements{mark_of(catalog), names_of_company_first()};
+    add_tables(catalog, after, statements);
     return statements;
 }
 

@@ -5,6 +5,7 @@
 #include <libpq-fe.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kernel/store/catalog.h"
@@ -15,12 +16,13 @@ namespace brimley::store {
 inline constexpr const char* kCompanySchema = "brimley";
 // One sequence gives the row keys of all tables.
 inline constexpr const char* kRowKeySequence = "row_keys";
-// What the schema of a company says of itself. The number goes up when companies change in a way that older
-// programs must not touch.
-inline constexpr const char* kCompanyMark = "Brimley company, layout 1";
+// What the schema of a company says of itself, before the number of its layout.
+inline constexpr std::string_view kCompanyMark = "Brimley company, layout ";
 
 // The schema and everything in it, in the order of making.
 [[nodiscard]] std::vector<std::string> postgresql_layout(const Catalog& catalog);
+// What the catalog has that came after that layout, within a company of it.
+[[nodiscard]] std::vector<std::string> postgresql_upgrade(const Catalog& catalog, int after);
 
 // What the schema has besides the tables and indexes of the catalog, lacks of them, or has in another form: a
 // trigger that runs at each save, a rule, a field of a later version. The first of it by its name, as the end

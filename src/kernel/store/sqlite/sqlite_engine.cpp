@@ -8,6 +8,8 @@
 #include "kernel/store/sqlite/sqlite_error.h"
 #include "kernel/store/sqlite/sqlite_file.h"
 #include "kernel/store/sqlite/sqlite_flavour.h"
+#include "kernel/store/sqlite/sqlite_head.h"
+#include "kernel/store/sqlite/sqlite_layout.h"
 #include "kernel/store/sqlite/sqlite_log.h"
 #include "kernel/store/sqlite/sqlite_statement.h"
 
@@ -26,7 +28,9 @@ constexpr int kFaultsMax = 20;
 class SqliteEngine final : public Engine {
   public:
     SqliteEngine(SqliteFile file, const std::string& path)
-        : connection_(std::move(file.connection)), log_(connection_.get()) {
+        : connection_(std::move(file.connection)),
+          catalog_(*file.catalog),
+          log_(connection_.get(), catalog_.layout()) {
         if (!file.damage.empty()) {
             reading_only_because_ = fmt::format("{} is damaged, and can only be read: {}", path, file.damage);
             run_sql(connection_.get(), "PRAGMA query_only = ON");
@@ -66,12 +70,12 @@ class SqliteEngine final : public Engine {
     bool begin_write() override {
         const Impatience impatience(*this);
         require_writable();
-        if (!begin()) return false;
-        for (int times = 0; !log_.is_needed() && times < kMarksMax; ++times) {
+        try {
+            return begin_with_log();
+        } catch (...) {
             rollback();
-            if (!log_.mark_as_needed() || !begin()) return false;
+            throw;
         }
-        return true;
     }
 
     bool begin_write_alone() override { return begin_write(); }
@@ -131,8 +135,16 @@ class SqliteEngine final : public Engine {
         if (code != SQLITE_OK) faults.emplace_back(sqlite3_errstr(code));
         return faults;
     }
+    void upgrade(const Catalog& catalog) override {
+        for (const std::string& statement : sqlite_layout(catalog, catalog_.layout()))
+            run_sql(connection_.get(), statement);
+        run_sql(connection_.get(),
+                fmt::format("PRAGMA user_version = {}", catalog.layout() | kSqliteLogNeeded));
+    }
+    // Whoever writes into a file is alone there.
+    void take_end_of_trail() override {}
     bool copy_file(const std::string& to) override {
-        copy_sqlite_file(connection_.get(), to);
+        copy_sqlite_file(connection_.get(), catalog_, to);
         return true;
     }
 
@@ -161,6 +173,15 @@ class SqliteEngine final : public Engine {
         return true;
     }
 
+    bool begin_with_log() {
+        if (!begin()) return false;
+        for (int times = 0; !log_.is_needed() && times < kMarksMax; ++times) {
+            rollback();
+            if (!log_.mark_as_needed() || !begin()) return false;
+        }
+        return true;
+    }
+
     // Before a write that is a transaction of its own; one that is refused now will be refused itself.
     void mark_log() {
         require_writable();
@@ -181,6 +202,7 @@ class SqliteEngine final : public Engine {
 
     // Statements go before their connection.
     SqliteHandle connection_;
+    const Catalog& catalog_;
     SqliteLog log_;
     SqliteStatementHandle begin_;
     SqliteStatementHandle begin_read_;
@@ -193,8 +215,10 @@ class SqliteEngine final : public Engine {
 
 }  // namespace
 
-std::unique_ptr<Engine> open_sqlite_company(const std::string& path, const Catalog& catalog) {
-    return std::make_unique<SqliteEngine>(open_sqlite_file(path, catalog), path);
+OpenedEngine open_sqlite_company(const std::string& path, const Catalog& catalog) {
+    SqliteFile file = open_sqlite_file(path, catalog);
+    const Catalog* const its_own = file.catalog;
+    return {std::make_unique<SqliteEngine>(std::move(file), path), its_own};
 }
 
 void create_sqlite_company(const std::string& path, const Catalog& catalog) {

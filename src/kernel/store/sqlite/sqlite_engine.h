@@ -11,7 +11,7 @@
 namespace brimley::store {
 
 // Opens a company file that exists. Throws not_a_company, locked, io.
-[[nodiscard]] std::unique_ptr<Engine> open_sqlite_company(const std::string& path, const Catalog& catalog);
+[[nodiscard]] OpenedEngine open_sqlite_company(const std::string& path, const Catalog& catalog);
 
 // Makes a company file of mode 0600 with every table of the catalog. Throws ErrorKind::state when the path
 // exists. A failure leaves nothing behind.

@@ -65,17 +65,21 @@ void read_what_is_left(sqlite3* connection) {
     sqlite3_db_config(connection, SQLITE_DBCONFIG_WRITABLE_SCHEMA, 1, nullptr);
 }
 
-void require_company(sqlite3* connection, const std::string& path, const Catalog& catalog) {
+// Returns the catalog as companies of its layout have it.
+const Catalog& require_company(sqlite3* connection, const std::string& path, const Catalog& catalog) {
     const SqliteHead head = head_of_sqlite(connection, path);
     if (!head.of_company()) refuse(path, "is not a company file");
-    if (head.layout_version != kSqliteLayoutVersion)
-        refuse(path, "was made by another version of this program");
+    if (head.layout == 0) refuse(path, "was made by another version of this program");
+    if (head.layout > static_cast<std::uint32_t>(catalog.layout()))
+        refuse(path, "was made by a newer version of this program");
     if (!head.utf8) refuse(path, "is not laid out as a company: its texts are not UTF-8");
     if (sqlite3_db_readonly(connection, "main") == 1) throw Error(ErrorKind::io, path + " cannot be written");
     if (head.is_cut_off()) read_what_is_left(connection);
-    const std::string difference = difference_from_layout(connection, catalog);
+    const Catalog& its_own = catalog.of_layout(static_cast<int>(head.layout));
+    const std::string difference = difference_from_layout(connection, its_own);
     if (!difference.empty())
         refuse(path, fmt::format("is not laid out as a company of this version: {}", difference));
+    return its_own;
 }
 
 // Looks again when something seems wrong: another program may have been writing in that instant.
@@ -123,7 +127,7 @@ void lay_out(const std::string& path, const Catalog& catalog) {
     const SqliteHandle connection = connect(path);
     run_sql(connection.get(), "BEGIN IMMEDIATE");
     run_sql(connection.get(), fmt::format("PRAGMA application_id = {}", kSqliteApplicationId));
-    run_sql(connection.get(), fmt::format("PRAGMA user_version = {}", kSqliteLayoutVersion));
+    run_sql(connection.get(), fmt::format("PRAGMA user_version = {}", catalog.layout()));
     for (const std::string& statement : sqlite_layout(catalog))
         run_sql(connection.get(), statement);
     run_sql(connection.get(), "COMMIT");
@@ -141,9 +145,9 @@ void tell_disk_failure(const Error& error, const std::string& path) {
 SqliteFile open_sqlite_file(const std::string& path, const Catalog& catalog) {
     require_place_of_company(path);
     try {
-        SqliteFile file{connect(path), {}};
+        SqliteFile file{connect(path), &catalog, {}};
         distrust(file.connection.get());
-        require_company(file.connection.get(), path, catalog);
+        file.catalog = &require_company(file.connection.get(), path, catalog);
         file.damage = damage_of(file.connection.get(), path);
         if (file.damage.empty()) {
             distrust(file.connection.get());
@@ -180,7 +184,7 @@ void remove_sqlite_file(const std::string& path) {
         ::unlink((path + suffix).c_str());
 }
 
-void copy_sqlite_file(sqlite3* connection, const std::string& to) {
+void copy_sqlite_file(sqlite3* connection, const Catalog& catalog, const std::string& to) {
     create_private_file(to);
     try {
         const SqliteHandle copy = connect(to);
@@ -190,7 +194,7 @@ void copy_sqlite_file(sqlite3* connection, const std::string& to) {
         const int code = sqlite3_backup_finish(pages);
         if (code != SQLITE_OK) throw_sqlite_error(copy.get(), code, "the copy");
         // The copy has everything and needs no log.
-        run_sql(copy.get(), fmt::format("PRAGMA user_version = {}", kSqliteLayoutVersion));
+        run_sql(copy.get(), fmt::format("PRAGMA user_version = {}", catalog.layout()));
     } catch (const Error& error) {
         remove_sqlite_file(to);
         tell_disk_failure(error, to);

@@ -10,6 +10,7 @@ namespace brimley::store {
 
 struct SqliteFile {
     SqliteHandle connection;
+    const Catalog* catalog;  // of its layout
     // Why it may only be read, as the end of a sentence; empty when it is sound.
     std::string damage;
 };
@@ -19,8 +20,9 @@ struct SqliteFile {
 [[nodiscard]] SqliteFile open_sqlite_file(const std::string& path, const Catalog& catalog);
 void create_sqlite_file(const std::string& path, const Catalog& catalog);
 void remove_sqlite_file(const std::string& path);
-// Copies what the connection sees at this moment, while others go on writing, to a new file of mode 0600.
-// Throws ErrorKind::state when the path exists, io. A failure leaves nothing behind.
-void copy_sqlite_file(sqlite3* connection, const std::string& to);
+// Copies what the connection, to a company of this catalog, sees at this moment, while others go on writing,
+// to a new file of mode 0600. Throws ErrorKind::state when the path exists, io. A failure leaves nothing
+// behind.
+void copy_sqlite_file(sqlite3* connection, const Catalog& catalog, const std::string& to);
 
 }  // namespace brimley::store

@@ -92,7 +92,7 @@ SqliteHead head_of_sqlite(sqlite3* connection, const std::string& path) {
     if (std::memcmp(bytes.data(), kSqliteMagic.data(), kSqliteMagic.size()) != 0) return head;
     const std::uint32_t version = number_at(bytes, kUserVersionAt);
     head.application_id = number_at(bytes, kApplicationIdAt);
-    head.layout_version = version & ~kSqliteLogNeeded;
+    head.layout = version & ~kSqliteLogNeeded;
     head.log_needed = (version & kSqliteLogNeeded) != 0;
     head.utf8 = number_at(bytes, kEncodingAt) == kUtf8;
     head.page_size = page_size_in(bytes);

@@ -11,14 +11,12 @@ namespace brimley::store {
 
 // "BrAP": what says in a SQLite file's head that it is a company of this program.
 inline constexpr std::uint32_t kSqliteApplicationId = 0x42724150;
-// Goes up when company files change in a way that older programs must not touch.
-inline constexpr std::uint32_t kSqliteLayoutVersion = 1;
-// Added to the version while the log holds what the file itself does not (sqlite_log.h).
+// Added to the layout while the log holds what the file itself does not (sqlite_log.h).
 inline constexpr std::uint32_t kSqliteLogNeeded = 0x10000;
 
 struct SqliteHead {
     std::uint32_t application_id = 0;
-    std::uint32_t layout_version = 0;
+    std::uint32_t layout = 0;  // Catalog::layout()
     bool log_needed = false;
     bool utf8 = false;
     std::uint32_t page_size = 0;

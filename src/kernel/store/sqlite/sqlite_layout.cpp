@@ -107,23 +107,27 @@ std::string difference_of_table(sqlite3* connection, const Table& table) {
     return fmt::format("table {} is not as it should be", table.name);
 }
 
-std::vector<std::pair<std::string, std::string>> statements_by_name(const Catalog& catalog) {
+// after: the layout whose tables are there already.
+std::vector<std::pair<std::string, std::string>> statements_by_name(const Catalog& catalog, int after = 0) {
     std::vector<std::pair<std::string, std::string>> statements;
     for (const Table& table : catalog.tables()) {
+        if (table.since <= after) continue;
         statements.emplace_back(table.name, table_definition(table));
         // The index of a table's key, its first one, is made last: of several that seem as good SQLite takes
         // the youngest.
         for (std::size_t i = table.indexes.size(); i > 0; --i)
-            statements.emplace_back(index_name(table, i), index_definition(table, table.indexes[i - 1], i));
+            if (!table.indexes[i - 1].in_order_of_adding)
+                statements.emplace_back(index_name(table, i),
+                                        index_definition(table, table.indexes[i - 1], i));
     }
     return statements;
 }
 
 }  // namespace
 
-std::vector<std::string> sqlite_layout(const Catalog& catalog) {
+std::vector<std::string> sqlite_layout(const Catalog& catalog, int after) {
     std::vector<std::string> statements;
-    for (auto& [name, statement] : statements_by_name(catalog))
+    for (auto& [name, statement] : statements_by_name(catalog, after))
         statements.push_back(std::move(statement));
     return statements;
 }

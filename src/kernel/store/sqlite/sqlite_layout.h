@@ -11,8 +11,8 @@
 
 namespace brimley::store {
 
-// CREATE TABLE and CREATE INDEX for everything in the catalog.
-[[nodiscard]] std::vector<std::string> sqlite_layout(const Catalog& catalog);
+// CREATE TABLE and CREATE INDEX for everything in the catalog that came after that layout.
+[[nodiscard]] std::vector<std::string> sqlite_layout(const Catalog& catalog, int after = 0);
 
 // What the file has besides the tables and indexes of the catalog, lacks of them, or has in another form: a
 // trigger that runs at each save, a field of a later version. The first of it, as the end of a sentence;

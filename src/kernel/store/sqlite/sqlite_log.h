@@ -9,16 +9,19 @@
 
 #include <sqlite3.h>
 
+#include <cstdint>
+
 #include "kernel/store/sqlite/sqlite_handle.h"
 
 namespace brimley::store {
 
 class SqliteLog {
   public:
-    // For a connection to a company file in WAL mode, which must outlive it.
-    explicit SqliteLog(sqlite3* connection);
+    // For a connection to a company file of that layout in WAL mode, which must outlive it.
+    SqliteLog(sqlite3* connection, int layout);
 
-    // Whether the file says that it needs its log, as the open transaction or a new one sees it.
+    // Whether the file says that it needs its log, as the open transaction or a new one sees it. Throws
+    // ErrorKind::state when the company has got another layout meanwhile.
     [[nodiscard]] bool is_needed();
     // Says so, in a transaction of its own. False when another workspace writes. Throws store::Error.
     [[nodiscard]] bool mark_as_needed();
@@ -27,13 +30,15 @@ class SqliteLog {
     void tidy() noexcept;
 
   private:
+    // The layout, and whether the log is needed.
+    [[nodiscard]] std::uint32_t version();
     // Returns SQLite's code; nothing is open any more then.
-    int store_version(sqlite3_stmt* version) noexcept;
+    int store_need(bool needed);
+    int write_version(bool needed);
 
     sqlite3* connection_;
+    std::uint32_t layout_;
     SqliteStatementHandle version_;
-    SqliteStatementHandle with_log_;
-    SqliteStatementHandle without_log_;
     SqliteStatementHandle begin_;
     SqliteStatementHandle commit_;
 };

@@ -1,0 +1,64 @@
+// What the trail knows of a row: a hash of its table's name and of the fields in it, by their places, that
+// hold something. The same row has the same digest in every engine, after an export and its import, and in
+// later layouts, whose fields are added at a table's end. Null and FALSE are left out: a flag that may hold
+// null is in no watched table.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/row.h"
+#include "kernel/store/sha256.h"
+#include "kernel/store/value.h"
+
+namespace brimley::store {
+
+// The first half of a SHA-256: nobody finds another row for a given one.
+using RowDigest = std::array<unsigned char, 16>;
+
+// What is hashed: rows in a form that is the same everywhere, one after the other in the same memory.
+class RowBytes {
+  public:
+    // Forgets all of them.
+    void clear() { used_ = 0; }
+    // Where the next one begins, which is of this table.
+    [[nodiscard]] std::size_t begin(const Table& table);
+    // The field at that place of the table, in their order.
+    void add(std::size_t field, const Value& value);
+    void add_bytes(std::string_view bytes);
+    // The last one, which began there.
+    [[nodiscard]] std::string_view from(std::size_t begin) const {
+        return {bytes_.data() + begin, used_ - begin};
+    }
+    [[nodiscard]] std::string_view range(std::size_t begin, std::size_t end) const {
+        return {bytes_.data() + begin, end - begin};
+    }
+    [[nodiscard]] std::size_t size() const { return used_; }
+
+    // A row that holds every field of the table, without those that are marked.
+    void add_row(const Table& table, const std::vector<bool>& left_out, const Row& row);
+
+  private:
+    [[nodiscard]] char* room(std::size_t size);
+    template <class Number>
+    void add_placed(std::uint16_t place, char kind, const Number& number);
+
+    // Only ever grows; used_ is how much of it counts.
+    std::vector<char> bytes_;
+    std::size_t used_ = 0;
+};
+
+[[nodiscard]] RowDigest digest_of(Sha256& sha256, std::string_view row_bytes);
+
+// The hash of an entry of the trail, whose last field it is: over the other fields and the hash of the entry
+// before it.
+[[nodiscard]] std::string chained_hash(Sha256& sha256, std::string_view hash_before, const Table& trail,
+                                       std::span<const Value> entry);
+
+}  // namespace brimley::store

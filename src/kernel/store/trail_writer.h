@@ -1,0 +1,93 @@
+// What a transaction has written into watched tables, and the entries of the trail that it becomes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "kernel/store/catalog.h"
+#include "kernel/store/row.h"
+#include "kernel/store/row_digest.h"
+#include "kernel/store/trail.h"
+
+namespace brimley::store {
+
+// A watched table as its rows are digested.
+struct WatchedTable {
+    explicit WatchedTable(const Table& watched);
+
+    const Table* table;
+    std::vector<bool> left_out;                 // by field
+    std::vector<std::uint64_t> watched_fields;  // a bit for each
+    int number_field;
+
+    [[nodiscard]] bool watches_any(const std::vector<std::uint64_t>& fields) const;
+};
+
+class TrailWriter {
+  public:
+    // The catalog must outlive it. Nothing is watched when it has no trail.
+    explicit TrailWriter(const Catalog& catalog);
+
+    // Null when the table is not watched.
+    [[nodiscard]] const WatchedTable* watched(const Table& table) const;
+    // Where the caller puts the fields of a row that it notes.
+    [[nodiscard]] RowBytes& row_bytes() { return bytes_; }
+
+    // The row that was put into row_bytes() last: it now stands, or no longer does. number: of the document
+    // that it is part of.
+    void note(const WatchedTable& watched, bool stands, std::string_view number);
+    // Of a row that holds every field.
+    void note(const WatchedTable& watched, const Row& row, bool stands);
+    // How much has been noted, to forget what is noted after it: a write that fails has written nothing.
+    struct Noted;
+    [[nodiscard]] Noted noted() const;
+    void forget_after(Noted noted);
+    // Names the entries after this, whatever was written.
+    void name_document(std::string name) { name_ = std::move(name); }
+    // The transaction brings entries of its own.
+    void note_entries_brought() { brings_entries_ = true; }
+    void clear();
+
+    // The rows to be appended to the trail after its end, each with every field; none when nothing was
+    // written that still stands, or no longer does, at the end of the transaction.
+    [[nodiscard]] std::vector<std::vector<Value>> entries(TrailEntry end, const Signature& signature);
+    [[nodiscard]] bool is_empty() const { return written_.empty() || brings_entries_; }
+
+  private:
+    struct Written {
+        std::size_t table;  // its place in the catalog
+        std::size_t end;    // of its bytes, which begin where those of the one before it end
+        int times;          // 1: stands; -1: no longer does
+        RowDigest digest;   // computed when all have been written
+    };
+    // What an entry is named after.
+    struct Name {
+        const Watched* document = nullptr;
+        std::string number;
+        bool and_others = false;
+    };
+    void name_document(const WatchedTable& watched, std::string_view number);
+    void hash_rows();
+    void settle();
+    [[nodiscard]] std::string list_of(std::size_t from, std::size_t to) const;
+
+    const Catalog& catalog_;
+    std::unordered_map<const Table*, WatchedTable> watched_;
+    Sha256 sha256_;
+    RowBytes bytes_;
+    std::vector<Written> written_;
+    std::size_t hashed_ = 0;  // how many of them have their digest
+    bool brings_entries_ = false;
+    Name named_after_;
+    std::string name_;  // instead
+};
+
+struct TrailWriter::Noted {
+    std::size_t rows;
+    Name named_after;
+};
+
+}  // namespace brimley::store

@@ -1,0 +1,93 @@
+// The trail and the layouts of companies as brimley-company shows them.
+#include <fmt/format.h>
+
+#include "company/backup.h"
+#include "company/check.h"
+#include "company/company_fixture.h"
+#include "company/program_run.h"
+#include "kernel/tables/company_tables.h"
+
+namespace brimley {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+using testing::Outcome;
+
+class TrailOfCompany : public testing::CompanyTest {
+  protected:
+    void add_payment(const std::string& docno) {
+        add("Prepayment_waiting_PO_table", {{"prepayment_no", docno}});
+    }
+    Outcome run(const std::string& arguments) {
+        return testing::run_program(folder_, {.arguments = arguments, .redirection = "> out"});
+    }
+    // On a server the company is reached by its URI.
+    std::string named() const { return "'" + path() + "'"; }
+};
+
+TEST_F(TrailOfCompany, SealIsWhatCheckCanHoldItTo) {
+    make(company::SampleCompany{"zoe"});
+    EXPECT_EQ(run("seal " + named()).output, "0:\n");
+    add_payment("PP-1");
+    const std::string seal = run("seal " + named()).output;
+    EXPECT_THAT(seal, MatchesRegex("1:[0-9a-f]{64}\n"));
+    const std::string line = seal.substr(0, seal.size() - 1);
+    add_payment("PP-2");
+    const auto trail_findings = [&](const std::string& option) {
+        const Outcome outcome = run("check " + named() + option);
+        return outcome.output.find("trail") == std::string::npos ? "" : outcome.output;
+    };
+    EXPECT_EQ(trail_findings(" --seal " + line), "");
+    EXPECT_EQ(trail_findings(" --seal 0:"), "");
+    EXPECT_THAT(trail_findings(" --seal 3:" + line.substr(2)),
+                ::testing::StartsWith("the trail ends at entry 2, before the sealed entry 3\n"));
+    EXPECT_THAT(trail_findings(" --seal 2:" + line.substr(2)),
+                ::testing::StartsWith("entry 2 of the trail is not the one that was sealed\n"));
+    for (const char* const wrong : {"1", "x:", "1:abc", ":"})
+        EXPECT_EQ(run("check " + named() + " --seal " + wrong).errors,
+                  fmt::format("brimley-company: {} is no seal: seal prints one as NUMBER:HASH\n", wrong));
+}
+
+TEST_F(TrailOfCompany, OlderCompanyIsUpgradedAfterABackup) {
+    company::create_company_file(path(), company::SampleCompany{"zoe"},
+                                 kernel::company_tables().of_layout(1));
+    EXPECT_THAT(run("seal " + named()).errors, ::testing::EndsWith(" has no trail: upgrade begins one\n"));
+    EXPECT_EQ(run("check " + named()).output, "books agree\n");
+    const Outcome upgraded = run("upgrade " + named());
+    EXPECT_EQ(upgraded.status, 0) << upgraded.errors;
+    EXPECT_THAT(upgraded.output, MatchesRegex("the company as it was: .*\\.before-layout-2\n"));
+    EXPECT_EQ(run("upgrade " + named()).output, "the company is of this version already\n");
+    EXPECT_EQ(run("check " + named()).output, "books agree\n");
+    EXPECT_EQ(run("seal " + named()).output, "0:\n");
+}
+
+TEST_F(TrailOfCompany, BackupAndRestoreKeepItAsItIs) {
+    make(company::SampleCompany{"zoe"});
+    add_payment("PP-1");
+    const std::string seal = run("seal " + named()).output;
+    const std::string copy = folder_.file("copy.brimley");
+    (void)company::back_up(path(), copy);
+    EXPECT_EQ(run("seal " + copy).output, seal);
+    const store::OpenCompany opened = store::open_company(copy, kernel::company_tables());
+    EXPECT_THAT(opened.database->faults_of_trail(), IsEmpty());
+}
+
+TEST_F(TrailOfCompany, ImportOfDocumentsIsEnteredUnlessTheirEntriesComeAlong) {
+    make(company::SampleCompany{"zoe"});
+    add_payment("PP-1");
+    EXPECT_EQ(run("export " + named() + " all").status, 0);
+    testing::write_file(folder_.file("some/Prepayment_waiting_PO_table.csv"), "prepayment_no\nPP-7\n");
+    EXPECT_EQ(run("import " + named() + " some").status, 0);
+    EXPECT_THAT(run("seal " + named()).output, ::testing::StartsWith("2:"));
+    EXPECT_EQ(run("create other.brimley").status, 0);
+    EXPECT_EQ(run("import --replace other.brimley all").status, 0);
+    EXPECT_THAT(run("seal other.brimley").output, ::testing::StartsWith("1:"));
+    const store::OpenCompany other =
+        store::open_company(folder_.file("other.brimley"), kernel::company_tables());
+    EXPECT_THAT(other.database->faults_of_trail(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace brimley
