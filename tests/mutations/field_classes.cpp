@@ -23,6 +23,9 @@ constexpr std::string_view kSlotFlags = "taxable1 taxable2 taxable3 taxable4 tax
 constexpr std::string_view kSegments = "acccode subacc subacc2 subacc3 subacc4 subacc5";
 
 constexpr ClassOfFields kClasses[]{
+    {"Trail_table", entry, nothing,
+     "entry_no entry_date user_created computer_id document rows_written hash"},
+
     {"User_right_table", layout, nothing, "form userid Update Print form_design"},
     {"Form_property_table", layout, nothing, "userid form toolbar_text Fontbar"},
     {"Recent_value_table", layout, nothing, "form_name control_name Value"},
@@ -301,9 +304,9 @@ constexpr SampledTable kSampled[]{
     {"AP_Revalue_transaction_table", "every_vendor", "", ""},
 };
 
-constexpr std::string_view kNames[]{"money", "key",     "vendor", "currency", "account",
-                                    "docno", "date",    "flag",   "counter",  "number",
-                                    "text",  "setting", "words",  "layout",   "absent"};
+constexpr std::string_view kNames[]{"money", "key",    "vendor",  "currency", "account", "docno",
+                                    "date",  "flag",   "counter", "number",   "text",    "setting",
+                                    "words", "layout", "entry",   "absent"};
 
 }  // namespace
 

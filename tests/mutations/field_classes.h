@@ -24,6 +24,7 @@ enum class FieldClass {
     setting,  // masters: decisions of people, which may be others today than yesterday
     words,    // remarks, names, addresses
     layout,   // grids, page setups, remembered values, rights
+    entry,    // of the trail, which only the trail itself proves
     absent,   // what this module never writes: tables of its sisters, marks of a host that prints
 };
 
