@@ -19,6 +19,9 @@ namespace brimley::company {
 
 using Findings = std::vector<std::string>;
 
+// What rounding to two places may leave out or add.
+inline constexpr double kHalfCent = 0.005;
+
 class GeneratedInvoices;
 class Tables;
 

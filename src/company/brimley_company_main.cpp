@@ -132,6 +132,7 @@ int check(const Arguments& arguments) {
         if (!faults.empty()) return;
         findings = company::check_company(database, sealed);
         notes = company::books_notes(database);
+        if (!database.end_of_trail()) notes.emplace_back("the company has no trail: upgrade begins one");
     });
     print_lines("", faults);
     print_lines("note: ", notes);

@@ -98,7 +98,6 @@ struct LineAmounts {
 
     // Each part of a cent may have been rounded once, and so may those of rows that are not stored.
     [[nodiscard]] double slack() const {
-        constexpr double kHalfCent = 0.005;
         return uneven == 0 ? 0 : kHalfCent * (uneven + 1 + std::max(0.0, last_item - lines));
     }
 };

@@ -25,8 +25,6 @@ struct Range {
     double most = 0;
 };
 
-constexpr double kHalfCent = 0.005;
-
 // Whether it may have been rounded from the range, a tie in either direction.
 bool lies_in(double amount, const Range& range) {
     const double slack = kHalfCent + std::fabs(amount) * 1e-12 + 1e-9;

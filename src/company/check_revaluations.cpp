@@ -17,7 +17,6 @@ namespace {
 
 using kernel::Round;
 
-constexpr double kHalfCent = 0.005;
 constexpr double kSlack = 1e-9;  // of what doubles do not hold exactly
 
 // Those of invoices and of prepayments, whose items are valued too.

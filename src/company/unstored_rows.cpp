@@ -7,8 +7,6 @@ namespace brimley::company {
 
 namespace {
 
-constexpr double kHalfCent = 0.005;
-
 // Each row has a pay item, stored or not. That of the last row leaves no gap.
 double unstored_rows(const Books& books, const std::string& fkey) {
     double stored = 0;

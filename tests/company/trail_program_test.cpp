@@ -54,7 +54,8 @@ TEST_F(TrailOfCompany, OlderCompanyIsUpgradedAfterABackup) {
     company::create_company_file(path(), company::SampleCompany{"zoe"},
                                  kernel::company_tables().of_layout(1));
     EXPECT_THAT(run("seal " + named()).errors, ::testing::EndsWith(" has no trail: upgrade begins one\n"));
-    EXPECT_EQ(run("check " + named()).output, "books agree\n");
+    EXPECT_EQ(run("check " + named()).output,
+              "note: the company has no trail: upgrade begins one\nbooks agree\n");
     const Outcome upgraded = run("upgrade " + named());
     EXPECT_EQ(upgraded.status, 0) << upgraded.errors;
     EXPECT_THAT(upgraded.output, MatchesRegex("the company as it was: .*\\.before-layout-2\n"));

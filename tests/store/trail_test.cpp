@@ -318,6 +318,35 @@ TEST_F(Trail, FailedWriteIsNotInIt) {
     EXPECT_THAT(faults(), IsEmpty());
 }
 
+TEST_F(Trail, WhatItCannotKnowIsNotCommitted) {
+    add_invoice("IP-1");
+    auto faults_of_engine = std::make_shared<testing::Faults>();
+    faults_of_engine->kind = ErrorKind::constraint;
+    open_ = {};
+    open_ = store::open_company(path_, trailed_catalog(), testing::faulty(faults_of_engine));
+    open_.workspace->BeginTrans();
+    // The rows before the change are prepared and read, those after it prepared.
+    faults_of_engine->only_statements_with = "row_id";
+    faults_of_engine->arm(3, false);
+    expect_error(ErrorKind::constraint, [&] { db().Execute("UPDATE Invoice_table SET amount = 3"); });
+    faults_of_engine->disarm();
+    expect_error(ErrorKind::state, [&] { open_.workspace->CommitTrans(); });
+    open_.workspace->Rollback();
+    // The second of three entries.
+    open_.workspace->BeginTrans();
+    for (int number = 1; number <= 2500; ++number)
+        add_invoice(fmt::format("IP-{}", number));
+    faults_of_engine->only_statements_with = "user_created";
+    faults_of_engine->arm(3, false);
+    expect_error(ErrorKind::constraint, [&] { open_.workspace->CommitTrans(); });
+    faults_of_engine->disarm();
+    expect_error(ErrorKind::state, [&] { open_.workspace->CommitTrans(); });
+    open_.workspace->Rollback();
+    EXPECT_THAT(column("SELECT amount FROM Invoice_table"), ElementsAre("10"));
+    EXPECT_THAT(documents(), ElementsAre("invoice IP-1"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
 TEST_F(Trail, ManyRowsOfOneTransactionAreSeveralEntries) {
     in_transaction([&] {
         for (int number = 1; number <= 2500; ++number)
@@ -380,6 +409,8 @@ TEST_F(OlderCompany, IsOpenedAndWrittenWithoutATrail) {
     company.database->Execute("UPDATE Invoice_table SET amount = 3");
     EXPECT_EQ(company.database->end_of_trail(), std::nullopt);
     EXPECT_THAT(company.database->faults_of_trail(), IsEmpty());
+    EXPECT_THAT(company.database->faults_of_trail({3, "abc"}),
+                ElementsAre("the company has no trail, but the end of one was sealed"));
 }
 
 TEST_F(OlderCompany, UpgradeBeginsATrailWithWhatStandsThere) {

@@ -332,22 +332,35 @@ std::int64_t Connection::change_watched(ChangePlan& plan, const dialect::BoundPa
     const TrailWriter::Noted noted = trail_.noted();
     std::vector<RowKey> keys;
     Row row;
-    query(plan.rows, of_rows.span(), [&](const EngineRow& each) {
-        each.read(row);
-        trail_.note(*plan.watched, row, false);
-        keys.push_back(each.key());
-        return true;
-    });
     std::int64_t changed = 0;
     try {
+        query(plan.rows, of_rows.span(), [&](const EngineRow& each) {
+            each.read(row);
+            trail_.note(*plan.watched, row, false);
+            keys.push_back(each.key());
+            return true;
+        });
         changed = write(plan.statement, parameters.span()).rows;
     } catch (...) {
         trail_.forget_after(noted);
         throw;
     }
-    for (const RowKey key : keys)
-        if (read_row(*plan.watched->table, key, row)) trail_.note(*plan.watched, row, true);
+    or_nothing_stands([&] {
+        for (const RowKey key : keys)
+            if (read_row(*plan.watched->table, key, row)) trail_.note(*plan.watched, row, true);
+    });
     return changed;
+}
+
+// What the trail cannot know of must not be committed.
+template <class Action>
+void Connection::or_nothing_stands(const Action& action) {
+    try {
+        action();
+    } catch (...) {
+        if (in_trans_) spoiled_ = true;
+        throw;
+    }
 }
 
 void Connection::upgrade() {
@@ -385,12 +398,14 @@ void Connection::append_to_trail() {
     ++stamp_;
     guarded([&] { engine_->take_end_of_trail(); });
     const TrailEntry end = end_of_trail();
-    for (const std::vector<Value>& entry : trail_.entries(end, signature_)) {
-        std::vector<Parameter> parameters;
-        for (const Value& value : entry)
-            parameters.push_back(dialect::parameter_of(value));
-        (void)write(append_entry_, parameters);
-    }
+    or_nothing_stands([&] {
+        for (const std::vector<Value>& entry : trail_.entries(end, signature_)) {
+            std::vector<Parameter> parameters;
+            for (const Value& value : entry)
+                parameters.push_back(dialect::parameter_of(value));
+            (void)write(append_entry_, parameters);
+        }
+    });
     trail_.clear();
 }
 

@@ -150,6 +150,8 @@ class Connection {
   private:
     [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
     std::int64_t change_watched(ChangePlan& plan, const dialect::BoundParameters& parameters);
+    template <class Action>
+    void or_nothing_stands(const Action& action);
     void append_to_trail();
     void commit_engine();
     template <class Plan, class Make>

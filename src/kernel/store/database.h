@@ -204,7 +204,8 @@ class Database {
     [[nodiscard]] std::optional<TrailEntry> end_of_trail() const;
     // What the company has that its trail does not say, or the other way round, and entries that were
     // changed: one sentence a fault, the oldest first. Reads all watched rows. sealed: an entry that was
-    // noted elsewhere; number 0 for none. There is nothing to say about a company without a trail.
+    // noted elsewhere; number 0 for none. A company without a trail is at fault only
+    // when one was sealed.
     [[nodiscard]] std::vector<std::string> faults_of_trail(const TrailEntry& sealed = {}) const;
 
     // Copies the company file as it stands at one moment to a new file, while others go on writing. False,

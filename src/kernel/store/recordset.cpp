@@ -165,8 +165,9 @@ std::optional<TrailEntry> Database::end_of_trail() const {
     return connection_->end_of_trail();
 }
 std::vector<std::string> Database::faults_of_trail(const TrailEntry& sealed) const {
-    if (!catalog().trail()) return {};
-    return TrailReader(*connection_).faults(sealed);
+    if (catalog().trail()) return TrailReader(*connection_).faults(sealed);
+    if (sealed.number == 0) return {};
+    return {"the company has no trail, but the end of one was sealed"};
 }
 bool Database::copy_file(const std::string& to) const { return connection_->copy_file(to); }
 

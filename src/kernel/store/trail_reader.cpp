@@ -40,7 +40,7 @@ std::vector<std::string> TrailReader::faults(const TrailEntry& sealed) {
     read_entries(sealed);
     read_tables();
     compare();
-    tell_documents();
+    if (!differing_.empty() || !unknown_.empty()) tell_documents();
     return std::move(faults_);
 }
 
