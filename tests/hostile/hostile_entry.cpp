@@ -15,9 +15,11 @@ namespace {
 using Row = std::vector<store::Value>;
 using Tables = std::map<std::string, std::vector<Row>>;
 
+// All but the trail, whose digests follow from everything else.
 Tables read_tables(store::Database& database) {
     Tables tables;
     for (const store::Table& table : database.catalog().tables()) {
+        if (table.is_trail) continue;
         std::vector<Row>& rows = tables[table.name];
         auto read = database.OpenRecordset("SELECT * FROM " + table.name, store::RecordsetKind::snapshot);
         for (; !read.at_eof(); read.MoveNext()) {
@@ -137,6 +139,7 @@ void type_everywhere(const HostileEntry& entry, const HostileText& hostile) {
         ++typed;
         const Comparison comparison(before, harmless, outcome, hostile.text);
         comparison.check();
+        EXPECT_THAT(session->company.db().faults_of_trail(), ::testing::IsEmpty());
         if (outcome.still_entering && !entry.commands.empty()) {
             EXPECT_THAT(outcome.messages, ::testing::Not(::testing::IsEmpty()));
         }
