@@ -9,7 +9,7 @@
 // A row's digest leaves out what later acts on other documents change and what follows from these
 // (Watched::left_out): an invoice's open amount. The check of the books computes that again.
 //
-// Rows of the trail itself are written by import alone. A transaction that brings some appends no entry: the
+// A transaction that writes rows of the trail itself, as an import or a restore does, appends no entry: the
 // rows that come with it are in the entries that come with it.
 #pragma once
 
