@@ -291,7 +291,7 @@ void Recordset::State::each_written_field(const Act& act) const {
 
 void Recordset::State::note_added(const WatchedTable& watched) {
     RowBytes& bytes = connection_->trail().row_bytes();
-    (void)bytes.begin(*watched.table);
+    bytes.begin(*watched.table);
     std::string_view number;
     each_written_field([&](std::size_t field) {
         const Value& value = buffer_.value(memory_->column_of_field[field]);

@@ -16,11 +16,9 @@ void RowBytes::add_bytes(std::string_view bytes) {
     std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
 }
 
-std::size_t RowBytes::begin(const Table& table) {
-    const std::size_t at = used_;
+void RowBytes::begin(const Table& table) {
     add_bytes(table.name);
     *room(1) = '\0';
-    return at;
 }
 
 // Which field, what kind of value follows, and the value, whose length its kind or its first bytes say.
@@ -50,7 +48,7 @@ void RowBytes::add(std::size_t field, const Value& value) {
 }
 
 void RowBytes::add_row(const Table& table, const std::vector<bool>& left_out, const Row& row) {
-    (void)begin(table);
+    begin(table);
     for (std::size_t field = 0; field < table.fields.size(); ++field)
         if (!left_out[field]) add(field, row.value(static_cast<int>(field)));
 }
@@ -65,11 +63,11 @@ RowDigest digest_of(Sha256& sha256, std::string_view row_bytes) {
 std::string chained_hash(Sha256& sha256, std::string_view hash_before, const Table& trail,
                          std::span<const Value> entry) {
     RowBytes bytes;
-    (void)bytes.begin(trail);
+    bytes.begin(trail);
     bytes.add_bytes(hash_before);
     for (std::size_t field = 0; field + 1 < trail.fields.size(); ++field)
         bytes.add(field, entry[field]);
-    return hexadecimal(sha256.of(bytes.from(0)));
+    return hexadecimal(sha256.of(bytes.all()));
 }
 
 }  // namespace brimley::store

@@ -27,15 +27,12 @@ class RowBytes {
   public:
     // Forgets all of them.
     void clear() { used_ = 0; }
-    // Where the next one begins, which is of this table.
-    [[nodiscard]] std::size_t begin(const Table& table);
+    // The next one, which is of this table.
+    void begin(const Table& table);
     // The field at that place of the table, in their order.
     void add(std::size_t field, const Value& value);
     void add_bytes(std::string_view bytes);
-    // The last one, which began there.
-    [[nodiscard]] std::string_view from(std::size_t begin) const {
-        return {bytes_.data() + begin, used_ - begin};
-    }
+    [[nodiscard]] std::string_view all() const { return {bytes_.data(), used_}; }
     [[nodiscard]] std::string_view range(std::size_t begin, std::size_t end) const {
         return {bytes_.data() + begin, end - begin};
     }

@@ -108,8 +108,8 @@ void TrailReader::read_tables() {
             each.read(row);
             bytes.clear();
             bytes.add_row(table, watched->left_out, row);
-            mentions_.push_back({digest_of(sha256_, bytes.from(0)), each.key(),
-                                 static_cast<std::uint16_t>(place), -1, false});
+            mentions_.push_back(
+                {digest_of(sha256_, bytes.all()), each.key(), static_cast<std::uint16_t>(place), -1, false});
             return true;
         });
     }
