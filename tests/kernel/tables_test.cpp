@@ -113,7 +113,7 @@ TEST(CompanyTables, NothingIsUniqueOnANumberOrKeyOfDocuments) {
     }
 }
 
-TEST(CompanyTables, OnlyCountersAndParametersAreUnique) {
+TEST(CompanyTables, OnlyCountersParametersAndEntriesOfTheTrailAreUnique) {
     std::set<std::string> unique;
     for (const store::Table& table : kernel::company_tables().tables()) {
         for (const store::Index& index : table.indexes) {
@@ -123,7 +123,8 @@ TEST(CompanyTables, OnlyCountersAndParametersAreUnique) {
         }
     }
     EXPECT_EQ(unique, (std::set<std::string>{"Account_Parameters_table", "Docno_master_table",
-                                             "Next_number_fkey_table", "Next_number_format_table"}));
+                                             "Next_number_fkey_table", "Next_number_format_table",
+                                             "Trail_table"}));
 }
 
 TEST(CompanyTables, EveryKeyHasAnIndexOverItsFields) {

@@ -95,8 +95,10 @@ TEST_F(ServerCompany, AbsentOrForeignOrOtherDatabaseIsRefused) {
     expect_no_company("is not laid out as a company of this version: Line_table.Currency is missing");
     sql("COMMENT ON SCHEMA brimley IS 'Brimley company, layout 2'");
     expect_no_company("was made by a newer version of this program");
-    sql("COMMENT ON SCHEMA brimley IS 'Brimley company, layout one'");
-    expect_no_company("was made by another version of this program");
+    for (const char* const layout : {"one", "0", "-1", "1a", ""}) {
+        sql(std::string("COMMENT ON SCHEMA brimley IS 'Brimley company, layout ") + layout + "'");
+        expect_no_company("was made by another version of this program");
+    }
 }
 
 // What was made and taken back again leaves a sound company behind.

@@ -2,7 +2,6 @@
 
 #include "kernel/store/postgresql/postgresql_engine.h"
 #include "kernel/store/sqlite/sqlite_engine.h"
-#include "support/company_original.h"
 
 namespace brimley::testing {
 
@@ -92,44 +91,48 @@ const store::Catalog& small_catalog() {
     return catalog;
 }
 
-SmallCompany::SmallCompany()
-    : database_(tests_run_on_server() ? small_original().database() : nullptr),
+SmallCompany::SmallCompany() : StoreCompany(small_catalog(), small_original()) {}
+
+StoreCompany::StoreCompany(const store::Catalog& catalog, CompanyOriginal& original)
+    : catalog_(catalog),
+      database_(tests_run_on_server() ? original.database() : nullptr),
       path_(database_ ? database_->uri() : folder_.file("small.brimley")) {
-    if (!database_) small_original().copy_to(path_);
+    if (!database_) original.copy_to(path_);
     reopen({});
 }
 
-store::OpenCompany SmallCompany::second_user(const store::EngineDecorator& decorate) const {
-    return store::open_company(path_, small_catalog(), decorate);
+store::OpenCompany StoreCompany::second_user(const store::EngineDecorator& decorate) const {
+    return store::open_company(path_, catalog_, decorate);
 }
 
-void SmallCompany::reopen(const store::EngineDecorator& decorate) {
+void StoreCompany::reopen(const store::EngineDecorator& decorate) {
     open_ = {};
-    open_ = store::open_company(path_, small_catalog(), decorate);
+    open_ = store::open_company(path_, catalog_, decorate);
 }
 
-void SmallCompany::add(const std::string& table, FieldValues values) {
-    store::Recordset rows = dynaset("SELECT * FROM " + table + " WHERE 1 = 2");
+void add_row(store::Database& db, const std::string& table, FieldValues values) {
+    store::Recordset rows =
+        db.OpenRecordset("SELECT * FROM " + table + " WHERE 1 = 2", RecordsetKind::dynaset);
     rows.AddNew();
     for (const auto& [name, value] : values)
         rows.set(name, value);
     rows.Update();
 }
 
-store::Recordset SmallCompany::snapshot(const std::string& query) {
+store::Recordset StoreCompany::snapshot(const std::string& query) {
     return db().OpenRecordset(query, RecordsetKind::snapshot);
 }
 
-store::Recordset SmallCompany::dynaset(const std::string& query) {
+store::Recordset StoreCompany::dynaset(const std::string& query) {
     return db().OpenRecordset(query, RecordsetKind::dynaset);
 }
 
-std::string SmallCompany::list(const std::string& query) {
+std::string StoreCompany::list(const std::string& query) {
     store::Recordset rows = snapshot(query);
     return first_column(rows);
 }
 
-std::int64_t SmallCompany::count(const std::string& from) {
+std::int64_t StoreCompany::count(const std::string& from) {
     return snapshot("SELECT * FROM " + from).RecordCount();
 }
 

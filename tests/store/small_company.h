@@ -8,6 +8,7 @@
 
 #include "kernel/store/database.h"
 #include "kernel/store/engine.h"
+#include "support/company_original.h"
 #include "support/temporary_folder.h"
 #include "support/test_server.h"
 
@@ -19,9 +20,12 @@ namespace brimley::testing {
 
 using FieldValues = std::initializer_list<std::pair<const char*, store::Value>>;
 
-class SmallCompany {
+void add_row(store::Database& db, const std::string& table, FieldValues values);
+
+class StoreCompany {
   public:
-    SmallCompany();
+    // The company outlives neither.
+    StoreCompany(const store::Catalog& catalog, CompanyOriginal& original);
 
     [[nodiscard]] store::Database& db() { return *open_.database; }
     [[nodiscard]] store::Workspace& workspace() { return *open_.workspace; }
@@ -30,7 +34,7 @@ class SmallCompany {
     [[nodiscard]] store::OpenCompany second_user(const store::EngineDecorator& decorate = {}) const;
     void reopen(const store::EngineDecorator& decorate);
 
-    void add(const std::string& table, FieldValues values);
+    void add(const std::string& table, FieldValues values) { add_row(db(), table, values); }
     [[nodiscard]] store::Recordset snapshot(const std::string& query);
     [[nodiscard]] store::Recordset dynaset(const std::string& query);
     // The first column of all rows, as texts with blanks between; "-" for null.
@@ -39,10 +43,17 @@ class SmallCompany {
     [[nodiscard]] std::int64_t count(const std::string& from);
 
   private:
+    const store::Catalog& catalog_;
     TemporaryFolder folder_;
     std::unique_ptr<ServerDatabase> database_;
     std::string path_;
     store::OpenCompany open_;
+};
+
+// Of small_catalog().
+class SmallCompany : public StoreCompany {
+  public:
+    SmallCompany();
 };
 
 // The engine of a company of small_catalog(), without the store around it.

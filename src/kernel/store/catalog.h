@@ -16,6 +16,10 @@ namespace brimley::store {
 
 enum class FieldType { text, number, integer, date, datetime, yes_no };
 
+[[nodiscard]] constexpr bool is_date(FieldType type) {
+    return type == FieldType::date || type == FieldType::datetime;
+}
+
 struct Field {
     std::string name;  // written as it is shown; look-ups ignore case
     FieldType type = FieldType::text;
@@ -31,8 +35,8 @@ struct Index {
     // Only rows in which all of these yes/no fields are FALSE are in it. It serves queries that ask for just
     // that, at a cost that does not grow with the other rows.
     std::vector<std::string> only_where_false = {};
-    // By the order in which rows were added: in an engine whose row keys grow with each row added to a table
-    // these serve as well, and it has no such index.
+    // Rows are added in its order. An engine whose row keys grow with each row added to a table has no such
+    // index, since they serve as well.
     bool in_order_of_adding = false;
 };
 

@@ -29,6 +29,12 @@ constexpr std::size_t kPlansMax = 512;
 // When this many statements are known by their SQL, those that are gone are swept out.
 constexpr std::size_t kSweepFrom = 4096;
 
+dialect::BoundParameters parameters_of(RowKey key) {
+    dialect::BoundParameters parameters;
+    parameters.add_row_key(key);
+    return parameters;
+}
+
 // Literals of different kinds may be bound in the same SQL.
 std::string identity_of(const StatementText& text) {
     std::string identity = text.sql;
@@ -89,13 +95,16 @@ std::shared_ptr<SelectPlan> Connection::select_plan(std::string_view query) {
     }
     auto plan = plan_of(selects_, query, [&] {
         auto made = std::make_shared<SelectPlan>(translator_.select(query));
-        if (const Table* const table = made->translation.table) {
-            made->table_plan = &tables_[table];
-            made->table_plan->watched = trail_.watched(*table);
-        }
+        if (const Table* const table = made->translation.table) made->table_plan = &table_plan(*table);
         return made;
     });
     if (may_be_constant && literals_.empty()) constant_selects_.add(query, plan);
+    return plan;
+}
+
+TablePlan& Connection::table_plan(const Table& table) {
+    TablePlan& plan = tables_[&table];
+    plan.watched = trail_.watched(table);
     return plan;
 }
 
@@ -134,20 +143,21 @@ std::shared_ptr<FilterPlan> Connection::filter_plan(SelectPlan& select, std::str
 std::shared_ptr<ChangePlan> Connection::change_plan(std::string_view statement) {
     return plan_of(changes_, statement, [&] {
         auto made = std::make_shared<ChangePlan>(translator_.change(statement));
-        const WatchedTable* const watched = trail_.watched(*made->table);
-        if (watched && (made->assigned.empty() || watched->watches_any(made->assigned)))
+        made->table_plan = &table_plan(*made->table);
+        const WatchedTable* const watched = made->table_plan->watched;
+        if (watched && (made->assigned.is_empty() || watched->fields.meets(made->assigned)))
             made->watched = watched;
         return made;
     });
 }
 
-PlannedStatement& Connection::insert_plan(const SelectPlan& select, std::span<const std::uint64_t> fields) {
+PlannedStatement& Connection::insert_plan(const SelectPlan& select, const PlaceSet& fields) {
     return select.table_plan->inserts.of(fields, [&](const std::vector<int>& places) {
         return translator_.insert(*select.translation.table, places);
     });
 }
 
-PlannedStatement& Connection::update_plan(const SelectPlan& select, std::span<const std::uint64_t> fields) {
+PlannedStatement& Connection::update_plan(const SelectPlan& select, const PlaceSet& fields) {
     return select.table_plan->updates.of(fields, [&](const std::vector<int>& places) {
         return translator_.update(*select.translation.table, places);
     });
@@ -189,12 +199,10 @@ void Connection::note_failure(const Error& error) {
         note_lost(error);
     }
     if (!error.spoils_transaction() && (!begun_ || engine_->in_transaction())) return;
-    if (in_trans_) {
+    if (in_trans_)
         spoiled_ = true;
-    } else if (begun_) {
-        engine_->rollback();
-        engine_transaction_ended();
-    }
+    else if (begun_)
+        roll_back_engine();
 }
 
 void Connection::note_witness(Witness witness) {
@@ -271,12 +279,13 @@ Doubt Connection::found_out(const Witness& witness) {
     return !witness.added && holds(&Witness::Written::before) ? Doubt::not_stored : Doubt::unknown;
 }
 
+std::shared_ptr<SelectPlan> Connection::row_plan(const Table& table) {
+    return select_plan("SELECT * FROM [" + table.name + "]");
+}
+
 bool Connection::read_row(const Table& table, RowKey key, Row& into) {
-    const auto plan = select_plan("SELECT * FROM [" + table.name + "]");
-    dialect::BoundParameters parameters;
-    parameters.add_row_key(key);
     bool found = false;
-    query(plan->by_key, parameters.span(), [&](const EngineRow& row) {
+    query(row_plan(table)->by_key, parameters_of(key).span(), [&](const EngineRow& row) {
         row.read(into);
         found = true;
         return false;
@@ -301,7 +310,7 @@ void Connection::query(PlannedStatement& statement, std::span<const Parameter> p
 
 WriteResult Connection::write(PlannedStatement& statement, std::span<const Parameter> parameters) {
     require_usable();
-    if (in_trans_ && !begin_write()) throw Error(ErrorKind::locked, "another user is writing to the company");
+    if (in_trans_ && !begin_write()) throw Error(ErrorKind::locked, kAnotherUserWrites);
     ++stamp_;
     return guarded([&] { return engine_->write(prepared(statement), parameters); });
 }
@@ -310,46 +319,59 @@ std::int64_t Connection::change(std::string_view statement) {
     const std::shared_ptr<ChangePlan> plan = change_plan(statement);
     dialect::BoundParameters parameters;
     parameters.add(plan->literals, literals_);
-    const WatchedTable* const watched = plan->watched;
-    if (!watched) return write(plan->statement, parameters.span()).rows;
+    if (!plan->watched) return run_change(*plan, parameters);
 
     std::uint64_t hold = 0;
-    if (!begin_hold(hold)) throw Error(ErrorKind::locked, "another user is writing to the company");
+    if (!begin_hold(hold)) throw Error(ErrorKind::locked, kAnotherUserWrites);
+    std::int64_t rows = 0;
     try {
-        const std::int64_t rows = change_watched(*plan, parameters);
-        release(hold);
-        return rows;
+        rows = change_watched(*plan, parameters);
     } catch (...) {
-        if (hold != 0) drop(hold);
+        drop(hold);
         throw;
     }
+    release(hold);
+    return rows;
 }
 
-// Which rows it changes has to be found out before they are changed.
+std::int64_t Connection::run_change(ChangePlan& plan, const dialect::BoundParameters& parameters) {
+    const std::int64_t rows = write(plan.statement, parameters.span()).rows;
+    plan.table_plan->written_at = stamp_;
+    return rows;
+}
+
+// Which rows it changes has to be found out before they are changed; from then on they are held.
 std::int64_t Connection::change_watched(ChangePlan& plan, const dialect::BoundParameters& parameters) {
     dialect::BoundParameters of_rows;
     of_rows.add(plan.literals_of_rows, literals_);
-    const TrailWriter::Noted noted = trail_.noted();
+    TrailWriter::Mark mark(trail_);
     std::vector<RowKey> keys;
     Row row;
-    std::int64_t changed = 0;
-    try {
-        query(plan.rows, of_rows.span(), [&](const EngineRow& each) {
-            each.read(row);
-            trail_.note(*plan.watched, row, false);
-            keys.push_back(each.key());
-            return true;
-        });
-        changed = write(plan.statement, parameters.span()).rows;
-    } catch (...) {
-        trail_.forget_after(noted);
-        throw;
-    }
+    (void)lock_row(plan.rows, of_rows.span(), [&](const EngineRow& each) {
+        each.read(row);
+        trail_.note(*plan.watched, row, false);
+        keys.push_back(each.key());
+        return true;
+    });
+    const std::int64_t changed = run_change(plan, parameters);
+    mark.keep();
     or_nothing_stands([&] {
-        for (const RowKey key : keys)
-            if (read_row(*plan.watched->table, key, row)) trail_.note(*plan.watched, row, true);
+        // A row that somebody else has let go of or added in between is not among them.
+        if (changed != static_cast<std::int64_t>(keys.size()))
+            throw Error(ErrorKind::locked, kAnotherUserChanges);
+        if (!plan.assigned.is_empty()) note_changed(*plan.watched, keys);
     });
     return changed;
+}
+
+void Connection::note_changed(const WatchedTable& watched, std::span<const RowKey> keys) {
+    PlannedStatement& by_key = row_plan(*watched.table)->by_key;
+    if (can_prefetch())
+        for (const RowKey key : keys)
+            prefetch(by_key, parameters_of(key).span());
+    Row row;
+    for (const RowKey key : keys)
+        if (read_row(*watched.table, key, row)) trail_.note(watched, row, true);
 }
 
 // What the trail cannot know of must not be committed.
@@ -358,7 +380,10 @@ void Connection::or_nothing_stands(const Action& action) {
     try {
         action();
     } catch (...) {
-        if (in_trans_) spoiled_ = true;
+        if (in_trans_)
+            spoiled_ = true;
+        else
+            roll_back_engine();
         throw;
     }
 }
@@ -370,14 +395,13 @@ void Connection::upgrade() {
     for (const Table& table : catalog_.tables()) {
         const WatchedTable* const watched = trail_.watched(table);
         if (!watched) continue;
-        query(select_plan(fmt::format("SELECT * FROM [{}]", table.name))->rows, {},
-              [&](const EngineRow& each) {
-                  each.read(row);
-                  trail_.note(*watched, row, true);
-                  return true;
-              });
+        query(row_plan(table)->rows, {}, [&](const EngineRow& each) {
+            each.read(row);
+            trail_.note(*watched, row, true);
+            return true;
+        });
     }
-    trail_.name_document("what stood here before the trail");
+    trail_.name_entries("what stood here before the trail");
 }
 
 TrailEntry Connection::end_of_trail() {
@@ -428,10 +452,10 @@ void Connection::begin_alone() {
         rollback();
         throw;
     }
-    ++stamp_;
+    began_at_ = ++stamp_;
     if (begun_) return;
     rollback();
-    throw Error(ErrorKind::locked, "another user is writing to the company");
+    throw Error(ErrorKind::locked, kAnotherUserWrites);
 }
 
 void Connection::begin_snapshot() {
@@ -460,6 +484,11 @@ void Connection::rollback() {
     engine_transaction_ended();
 }
 
+void Connection::roll_back_engine() {
+    engine_->rollback();
+    engine_transaction_ended();
+}
+
 void Connection::tidy() {
     if (!in_trans_ && !begun_ && state_ == ConnectionState::good) engine_->tidy();
 }
@@ -482,11 +511,12 @@ bool Connection::begin_write() {
     if (begun_) return true;
     if (!guarded([&] { return engine_->begin_write(); })) return false;
     begun_ = true;
-    ++stamp_;
+    began_at_ = ++stamp_;
     return true;
 }
 
 bool Connection::begin_hold(std::uint64_t& hold) {
+    if (hold == transaction_number_) return true;
     if (!begin_write()) return false;
     if (in_trans_) return true;
     ++holds_;
@@ -510,17 +540,17 @@ void Connection::release(std::uint64_t& hold) {
     try {
         commit_engine();
     } catch (...) {
-        engine_->rollback();
-        engine_transaction_ended();
+        roll_back_engine();
         throw;
     }
     engine_transaction_ended();
 }
 
-void Connection::drop(std::uint64_t hold) {
-    if (hold != transaction_number_ || in_trans_) return;
-    engine_->rollback();
-    engine_transaction_ended();
+void Connection::drop(std::uint64_t& hold) {
+    const bool over = hold != transaction_number_;
+    hold = 0;
+    if (over || in_trans_ || --holds_ > 0) return;
+    roll_back_engine();
 }
 
 bool Connection::still_true(std::uint64_t stamp, std::uint64_t held_in) const {

@@ -61,12 +61,10 @@ class Connection {
     [[nodiscard]] std::shared_ptr<FindPlan> find_plan(SelectPlan& select, FieldValues fields);
     [[nodiscard]] std::shared_ptr<FilterPlan> filter_plan(SelectPlan& select, std::string_view criteria);
     [[nodiscard]] std::span<const dialect::Literal> literals() const { return literals_; }
-    // For the table of a query that has one. fields: the bits of the fields to be written. Each is to be used
-    // before the next one is asked for.
-    [[nodiscard]] PlannedStatement& insert_plan(const SelectPlan& select,
-                                                std::span<const std::uint64_t> fields);
-    [[nodiscard]] PlannedStatement& update_plan(const SelectPlan& select,
-                                                std::span<const std::uint64_t> fields);
+    // For the table of a query that has one. fields: those to be written. Each is to be used before the next
+    // one is asked for.
+    [[nodiscard]] PlannedStatement& insert_plan(const SelectPlan& select, const PlaceSet& fields);
+    [[nodiscard]] PlannedStatement& update_plan(const SelectPlan& select, const PlaceSet& fields);
 
     void query(PlannedStatement& statement, std::span<const Parameter> parameters, const RowSink& sink);
     // Throws ErrorKind::locked when another workspace writes.
@@ -121,8 +119,8 @@ class Connection {
     // Begins the engine's transaction if it is not open. False when another workspace writes. Throws
     // ErrorKind::state within a snapshot.
     [[nodiscard]] bool begin_write();
-    // Begins to hold what is locked next, until the transaction ends, or outside one until release(). False
-    // when another workspace writes.
+    // Begins to hold what is locked next, until the transaction ends, or outside one until release(). Nothing
+    // happens when it is held already. False when another workspace writes.
     [[nodiscard]] bool begin_hold(std::uint64_t& hold);
     // Takes the row and hands it over. False when another workspace holds it, or when it is gone.
     [[nodiscard]] bool lock_row(PlannedStatement& held_row, std::span<const Parameter> parameters,
@@ -132,11 +130,15 @@ class Connection {
     [[nodiscard]] bool can_prefetch() const { return begun_ && !spoiled_ && engine_->can_prefetch(); }
     // Ends what begin_hold() began. Nothing happens when the transaction it was part of is over.
     void release(std::uint64_t& hold);
-    // Ends it without keeping what was written.
-    void drop(std::uint64_t hold);
+    // As release(), when nothing has been written since begin_hold().
+    void drop(std::uint64_t& hold);
 
     // A row read at this stamp is still what the table holds. held_in: the transaction that has locked it.
     [[nodiscard]] bool still_true(std::uint64_t stamp, std::uint64_t held_in) const;
+    // The same of a row that this transaction holds, which other rows of its table do not matter to.
+    [[nodiscard]] bool held_row_is_true(std::uint64_t stamp, const TablePlan& table) const {
+        return begun_ && stamp >= began_at_ && stamp >= table.written_at;
+    }
     [[nodiscard]] std::uint64_t transaction_number() const { return transaction_number_; }
     [[nodiscard]] std::uint64_t stamp() const { return stamp_; }
 
@@ -149,7 +151,12 @@ class Connection {
 
   private:
     [[nodiscard]] std::shared_ptr<ChangePlan> change_plan(std::string_view statement);
+    [[nodiscard]] TablePlan& table_plan(const Table& table);
+    std::int64_t run_change(ChangePlan& plan, const dialect::BoundParameters& parameters);
     std::int64_t change_watched(ChangePlan& plan, const dialect::BoundParameters& parameters);
+    void note_changed(const WatchedTable& watched, std::span<const RowKey> keys);
+    // Of all rows of the table, with every field.
+    [[nodiscard]] std::shared_ptr<SelectPlan> row_plan(const Table& table);
     template <class Action>
     void or_nothing_stands(const Action& action);
     void append_to_trail();
@@ -163,6 +170,7 @@ class Connection {
     void note_lost(const Error& error);
     void look_up_doubt();
     [[nodiscard]] Doubt found_out(const Witness& witness);
+    void roll_back_engine();
     // The engine's transaction is over, in whatever way.
     void engine_transaction_ended();
     template <class Action>
@@ -203,6 +211,7 @@ class Connection {
     int holds_ = 0;  // locks outside BeginTrans
     std::uint64_t transaction_number_ = 1;
     std::uint64_t stamp_ = 1;
+    std::uint64_t began_at_ = 0;  // the stamp at which the open transaction began to write
 };
 
 }  // namespace brimley::store

@@ -294,9 +294,10 @@ using CompanyFiller = std::function<void(Database&)>;
 
 // Brings a company of an older layout to that of the catalog, in one transaction: makes the tables that came
 // since, and where it had no trail begins one with all that stands in it. False, and nothing has changed,
-// when it has that layout already. Throws ErrorKind::locked when others work in it.
+// when it has that layout already. first: called before anything is changed, while nobody writes any more;
+// what it throws leaves the company as it is. Throws ErrorKind::locked when others work in it.
 [[nodiscard]] bool upgrade_company(const std::string& company, const Catalog& catalog,
-                                   const Signature& signature);
+                                   const Signature& signature, const std::function<void()>& first = {});
 
 // A value as it stands in a query text, between single quotes. A value that holds a single quote gives a text
 // that the dialect never accepts, so that the query fails as a broken text does and can never mean anything

@@ -1,19 +1,15 @@
 #include "kernel/store/edit_buffer.h"
 
-#include <algorithm>
-
 namespace brimley::store {
 
 void EditBuffer::begin(Mode mode, std::size_t columns) {
     end();
     mode_ = mode;
-    if (values_.size() >= columns) return;
-    values_.resize(columns);
-    marks_.resize((columns + kBits - 1) / kBits, 0);
+    if (values_.size() < columns) values_.resize(columns);
 }
 
 void EditBuffer::end() {
-    if (mode_ != Mode::none) std::ranges::fill(marks_, 0);
+    if (mode_ != Mode::none) set_.clear(values_.size());
     mode_ = Mode::none;
 }
 

@@ -51,6 +51,8 @@ class EngineRow {
     [[nodiscard]] virtual RowKey key() const = 0;
     // Replaces what the row holds by the typed columns.
     virtual void read(Row& into) const = 0;
+    // Whether its dates are what read() makes of them, to the second: others were not written here.
+    [[nodiscard]] virtual bool has_whole_seconds() const = 0;
 };
 
 // Returns whether to go on with the next row.

@@ -65,4 +65,8 @@ class Error : public std::runtime_error {
     std::string statement_;
 };
 
+// Messages of ErrorKind::locked.
+inline constexpr const char* kAnotherUserWrites = "another user is writing to the company";
+inline constexpr const char* kAnotherUserChanges = "another user is changing the company";
+
 }  // namespace brimley::store

@@ -204,12 +204,14 @@ void Keyset::prefetch(FieldValues fields, Purpose purpose) {
     connection_.prefetch(statement, search.parameters.span());
 }
 
-void Keyset::fix_order() {
+void Keyset::prepare_to_write() {
+    // The change might move the row elsewhere in the order.
     if (plan_.translation.ordered) (void)fetched_keys();
+    knows_row_ = connection_.held_row_is_true(current_.stamp, *plan_.table_plan);
 }
 
 Row& Keyset::written() {
-    current_.stamp = connection_.stamp();
+    if (knows_row_) current_.stamp = connection_.stamp();
     return row_;
 }
 

@@ -61,8 +61,11 @@ class Keyset final : public RecordSource {
     // find_equal(), or take_equal(), will follow with these fields.
     enum class Purpose { reading, taking };
     void prefetch(FieldValues fields, Purpose purpose);
-    // The current row is about to be written.
-    void fix_order();
+    // The current row, which is held, is about to be written.
+    void prepare_to_write();
+    // From then on: whether the current row is what the table holds. It is not when another recordset of the
+    // same transaction has written it since it was taken.
+    [[nodiscard]] bool knows_row() const { return knows_row_; }
     // The current row has just been written: for the caller to put in what it holds now.
     [[nodiscard]] Row& written();
 
@@ -112,6 +115,7 @@ class Keyset final : public RecordSource {
         std::uint64_t stamp = 0;  // Connection::stamp() when it was read
     } current_;
     Row& row_;  // the current one, while it is on_row
+    bool knows_row_ = false;
 
     // The row held last, and the transaction that holds it.
     struct Held {

@@ -1,10 +1,8 @@
 // Translations that a connection keeps, together with their prepared statements.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +11,7 @@
 #include "kernel/store/dialect/translator.h"
 #include "kernel/store/engine.h"
 #include "kernel/store/lru_cache.h"
+#include "kernel/store/place_set.h"
 #include "kernel/store/recordset_memory.h"
 #include "kernel/store/trail_writer.h"
 
@@ -24,39 +23,36 @@ struct PlannedStatement {
     std::shared_ptr<EngineStatement> prepared{};
 };
 
-// The statements that write a table, by the set of fields written: a bit for each field of the table. A
-// statement lasts until the next one is asked for.
+// The statements that write a table, by the fields that they write. A statement lasts until the next one is
+// asked for.
 class WritePlans {
   public:
     // translate: makes its text from the places of the fields, when it is first wanted.
     template <class Translate>
-    [[nodiscard]] PlannedStatement& of(std::span<const std::uint64_t> fields, const Translate& translate) {
-        if (last_ && std::ranges::equal(fields, last_fields_)) return *last_;
+    [[nodiscard]] PlannedStatement& of(const PlaceSet& fields, const Translate& translate) {
+        if (last_ && fields == last_fields_) return *last_;
         last_ = nullptr;  // until the other one is made, which may fail
-        last_fields_.assign(fields.begin(), fields.end());
+        last_fields_ = fields;
         last_ = &known(fields, translate);
         return *last_;
     }
 
   private:
     static constexpr std::size_t kPlansMax = 512;
-    static constexpr std::size_t kBits = 64;
 
     template <class Translate>
-    [[nodiscard]] PlannedStatement& known(std::span<const std::uint64_t> fields, const Translate& translate) {
-        const std::string_view key(reinterpret_cast<const char*>(fields.data()), fields.size_bytes());
-        if (const auto found = plans_.find(key); found != plans_.end()) return found->second;
+    [[nodiscard]] PlannedStatement& known(const PlaceSet& fields, const Translate& translate) {
+        if (const auto found = plans_.find(fields.as_key()); found != plans_.end()) return found->second;
         std::vector<int> places;
-        for (std::size_t place = 0; place < fields.size() * kBits; ++place)
-            if (fields[place / kBits] >> (place % kBits) & 1) places.push_back(static_cast<int>(place));
+        fields.each([&](std::size_t place) { places.push_back(static_cast<int>(place)); });
         PlannedStatement made{translate(places)};
         if (plans_.size() == kPlansMax) plans_.clear();
-        return plans_.emplace(key, std::move(made)).first->second;
+        return plans_.emplace(fields.as_key(), std::move(made)).first->second;
     }
 
     TextMap<PlannedStatement> plans_;
     // Row after row mostly has the same fields written.
-    std::vector<std::uint64_t> last_fields_;
+    PlaceSet last_fields_;
     PlannedStatement* last_ = nullptr;
 };
 
@@ -65,6 +61,8 @@ struct TablePlan {
     WritePlans inserts;
     WritePlans updates;
     const WatchedTable* watched = nullptr;  // by the trail; the connection's
+    // Connection::stamp() when this connection last wrote into it.
+    std::uint64_t written_at = 0;
 };
 
 struct FindPlan {
@@ -111,7 +109,8 @@ struct ChangePlan {
     std::vector<dialect::LiteralParameter> literals;
     PlannedStatement statement;
     const Table* table;
-    std::vector<std::uint64_t> assigned;  // a bit for each field; empty for a DELETE
+    TablePlan* table_plan = nullptr;  // the connection's
+    PlaceSet assigned;                // the fields; empty for a DELETE
     // When the trail is to know of it: the rows that are changed.
     const WatchedTable* watched = nullptr;
     std::vector<dialect::LiteralParameter> literals_of_rows;

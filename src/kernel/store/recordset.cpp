@@ -6,8 +6,6 @@ namespace brimley::store {
 
 namespace {
 
-constexpr const char* kHeldByAnother = "another user is changing the company";
-
 // Errors of the dialect know their text; those of the engine get it here.
 template <class Action>
 auto with_text(std::string_view text, const Action& action) {
@@ -93,13 +91,13 @@ int Recordset::column_to_set(std::string_view name) const { return state().colum
 void Recordset::AddNew() { state().add_new(); }
 
 void Recordset::Edit() {
-    if (!state().edit()) throw Error(ErrorKind::locked, kHeldByAnother);
+    if (!state().edit()) throw Error(ErrorKind::locked, kAnotherUserChanges);
 }
 
 bool Recordset::try_edit() { return state().edit(); }
 
 void Recordset::edit_first(FieldValues fields) {
-    if (!state().edit_first(fields) && !state().no_match) throw Error(ErrorKind::locked, kHeldByAnother);
+    if (!state().edit_first(fields) && !state().no_match) throw Error(ErrorKind::locked, kAnotherUserChanges);
 }
 
 bool Recordset::try_edit_first(FieldValues fields) { return state().edit_first(fields); }

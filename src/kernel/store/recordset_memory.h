@@ -2,13 +2,13 @@
 // recordset on the same query finds it there, already as large as its rows need.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <utility>
 #include <vector>
 
 #include "kernel/store/edit_buffer.h"
 #include "kernel/store/engine.h"
+#include "kernel/store/place_set.h"
 #include "kernel/store/row.h"
 
 namespace brimley::store {
@@ -17,9 +17,9 @@ struct RecordsetMemory {
     Row row;  // the current one
     EditBuffer buffer;
     Row changed_row;
-    // For writing: the values, a bit for each field that is written, and the column that each comes from.
+    // For writing: the values, the fields that are written, and the column that each comes from.
     std::vector<Parameter> parameters;
-    std::vector<std::uint64_t> written_fields;
+    PlaceSet written_fields;
     std::vector<int> column_of_field;
 };
 

@@ -1,7 +1,6 @@
 #include "kernel/store/recordset_state.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 #include "kernel/store/convert.h"
@@ -12,7 +11,7 @@ namespace brimley::store {
 
 namespace {
 
-constexpr std::size_t kFieldsInWord = 64;
+constexpr const char* kRowIsGone = "the row to update is gone";
 
 Value literal_value(const dialect::Literal& literal) {
     return literal.is_text ? Value(literal.text) : Value(dialect::number_of(literal));
@@ -174,9 +173,14 @@ bool Recordset::State::edit() {
     const Keyset::Taken taken = keyset_->take(hold_);
     if (taken == Keyset::Taken::row_is_gone) throw Error(ErrorKind::state, "the row to edit is gone");
     if (taken == Keyset::Taken::somebody_has_it) return false;
-    connection_of_edit_ = connection_->times_reconnected();
-    buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
+    begin_editing();
     return true;
+}
+
+void Recordset::State::begin_editing() {
+    connection_of_edit_ = connection_->times_reconnected();
+    transaction_of_edit_ = connection_->transaction_number();
+    buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
 }
 
 bool Recordset::State::edit_first(FieldValues fields) {
@@ -192,8 +196,7 @@ bool Recordset::State::edit_first(FieldValues fields) {
     }
     no_match = taken == Keyset::Taken::row_is_gone;
     if (taken != Keyset::Taken::yes) return false;
-    connection_of_edit_ = connection_->times_reconnected();
-    buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
+    begin_editing();
     return true;
 }
 
@@ -253,7 +256,6 @@ void Recordset::State::update() {
     else
         update_row();
     buffer_.end();
-    connection_->release(hold_);
 }
 
 void Recordset::State::cancel() {
@@ -270,42 +272,41 @@ void Recordset::State::insert_row() {
     memory_->parameters.clear();
     add_field_values();
     const WatchedTable* const watched = plan_->table_plan->watched;
-    if (watched && hold_ == 0 && !connection_->begin_hold(hold_))
-        throw Error(ErrorKind::locked, "another user is writing to the company");
+    const bool is_entry = plan_->translation.table->is_trail;
+    if (watched || is_entry) begin_hold();
     const WriteResult added =
         connection_->write(connection_->insert_plan(*plan_, memory_->written_fields), memory_->parameters);
+    plan_->table_plan->written_at = connection_->stamp();
     if (watched) note_added(*watched);
-    if (plan_->translation.table->is_trail) connection_->trail().note_entries_brought();
+    if (is_entry) connection_->trail().note_entries_brought();
     note_witness(added.key, true);
+    connection_->release(hold_);
     keyset_->append(added.key);
     last_modified_ = added.key;
 }
 
-// What begin_fields() and write_field() have marked.
-template <class Act>
-void Recordset::State::each_written_field(const Act& act) const {
-    for (std::size_t word = 0; word < memory_->written_fields.size(); ++word)
-        for (std::uint64_t bits = memory_->written_fields[word]; bits != 0; bits &= bits - 1)
-            act(word * kFieldsInWord + static_cast<std::size_t>(std::countr_zero(bits)));
+// Of what the trail has to know: its entry is part of the same transaction.
+void Recordset::State::begin_hold() {
+    if (!connection_->begin_hold(hold_)) throw Error(ErrorKind::locked, kAnotherUserWrites);
 }
 
 void Recordset::State::note_added(const WatchedTable& watched) {
     RowBytes& bytes = connection_->trail().row_bytes();
     bytes.begin(*watched.table);
     std::string_view number;
-    each_written_field([&](std::size_t field) {
+    memory_->written_fields.each([&](std::size_t field) {
         const Value& value = buffer_.value(memory_->column_of_field[field]);
-        if (!watched.left_out[field]) bytes.add(field, value);
+        if (watched.fields.contains(field)) bytes.add(field, value);
         if (static_cast<int>(field) == watched.number_field) number = value.text_ref();
     });
     connection_->trail().note(watched, true, number);
 }
 
-// The row as it stands, with every field.
+// The row that is being written, or was, as the table holds it, with every field.
 const Row& Recordset::State::whole_row() {
-    if (plan_->is_whole_row) return *keyset_->current();
+    if (plan_->is_whole_row && keyset_->knows_row()) return *keyset_->current();
     if (!connection_->read_row(require_table(), keyset_->current_key(), memory_->changed_row))
-        throw Error(ErrorKind::state, "the row to update is gone");
+        throw Error(ErrorKind::state, kRowIsGone);
     return memory_->changed_row;
 }
 
@@ -324,18 +325,18 @@ void Recordset::State::note_witness(RowKey key, bool added) {
 
 void Recordset::State::begin_fields() {
     const std::size_t fields = require_table().fields.size();
-    memory_->written_fields.assign((fields + kFieldsInWord - 1) / kFieldsInWord, 0);
+    memory_->written_fields.clear(fields);
     memory_->column_of_field.resize(fields);
 }
 
 void Recordset::State::write_field(int column) {
     const std::size_t field = place_of_field(column);
-    memory_->written_fields[field / kFieldsInWord] |= std::uint64_t{1} << (field % kFieldsInWord);
+    memory_->written_fields.add(field);
     memory_->column_of_field[field] = column;
 }
 
 void Recordset::State::add_field_values() {
-    each_written_field([&](std::size_t field) {
+    memory_->written_fields.each([&](std::size_t field) {
         memory_->parameters.push_back(dialect::parameter_of(buffer_.value(memory_->column_of_field[field])));
     });
 }
@@ -352,31 +353,48 @@ bool Recordset::State::collect_changes() {
     return changed;
 }
 
-void Recordset::State::update_row() {
+// When the transaction in which the row was taken is over, it has to be taken again.
+void Recordset::State::require_held() {
     if (connection_of_edit_ != connection_->times_reconnected())
         throw Error(ErrorKind::lost, "the row being edited was lost with the connection to the company");
+    if (transaction_of_edit_ == connection_->transaction_number()) return;
+    const Keyset::Taken taken = keyset_->take(hold_);
+    if (taken == Keyset::Taken::row_is_gone) throw Error(ErrorKind::state, kRowIsGone);
+    if (taken == Keyset::Taken::somebody_has_it) throw Error(ErrorKind::locked, kAnotherUserChanges);
+    transaction_of_edit_ = connection_->transaction_number();
+}
+
+void Recordset::State::update_row() {
+    require_held();
     last_modified_ = keyset_->current_key();
-    if (!collect_changes()) return;
-    keyset_->fix_order();
+    if (collect_changes()) write_changes();
+    connection_->release(hold_);
+}
+
+void Recordset::State::write_changes() {
+    keyset_->prepare_to_write();
     memory_->parameters.clear();
     add_field_values();
     memory_->parameters.emplace_back(keyset_->current_key());
-    PlannedStatement& statement = connection_->update_plan(*plan_, memory_->written_fields);
     note_witness(keyset_->current_key(), false);
-    const WatchedTable* watched = plan_->table_plan->watched;
-    if (watched && !watched->watches_any(memory_->written_fields)) watched = nullptr;
-    TrailWriter& trail = connection_->trail();
-    const TrailWriter::Noted noted = trail.noted();
-    if (watched) trail.note(*watched, whole_row(), false);
-    try {
-        if (connection_->write(statement, memory_->parameters).rows == 0)
-            throw Error(ErrorKind::state, "the row to update is gone");
-    } catch (...) {
-        trail.forget_after(noted);
-        throw;
+    const WatchedTable* const watched = plan_->table_plan->watched;
+    if (!watched || !watched->fields.meets(memory_->written_fields)) {
+        write_row();
+        return show_changes();
     }
+    begin_hold();
+    const Row& before = whole_row();
+    write_row();
+    connection_->trail().note(*watched, before, false);
     show_changes();
-    if (watched) trail.note(*watched, whole_row(), true);
+    connection_->trail().note(*watched, whole_row(), true);
+}
+
+void Recordset::State::write_row() {
+    PlannedStatement& statement = connection_->update_plan(*plan_, memory_->written_fields);
+    if (connection_->write(statement, memory_->parameters).rows == 0)
+        throw Error(ErrorKind::state, kRowIsGone);
+    plan_->table_plan->written_at = connection_->stamp();
 }
 
 void Recordset::State::show_changes() {

@@ -73,12 +73,15 @@ class Recordset::State {
     [[nodiscard]] std::size_t place_of_field(int column) const;
     [[nodiscard]] const Field& field_of(int column) const;
     void insert_row();
-    template <class Act>
-    void each_written_field(const Act& act) const;
+    void begin_hold();
+    void begin_editing();
+    void require_held();
     void note_added(const WatchedTable& watched);
     [[nodiscard]] const Row& whole_row();
     void note_witness(RowKey key, bool added);
     void update_row();
+    void write_changes();
+    void write_row();
     // Which fields are to be written, and from which column: none at first, then one after the other.
     void begin_fields();
     void write_field(int column);
@@ -97,8 +100,10 @@ class Recordset::State {
     Keyset* keyset_ = nullptr;  // the source, when its rows can be changed
 
     EditBuffer& buffer_;
-    int connection_of_edit_ = 0;  // on which the row being edited was taken: a later one does not hold it
-    std::uint64_t hold_ = 0;      // of the row being edited, when it is held outside a transaction
+    // On which connection and in which transaction the row being edited was taken: later ones do not hold it.
+    int connection_of_edit_ = 0;
+    std::uint64_t transaction_of_edit_ = 0;
+    std::uint64_t hold_ = 0;  // of the row being edited, when it is held outside a transaction
     std::int64_t last_modified_ = -1;
 };
 

@@ -1,10 +1,13 @@
 #include "kernel/store/row_digest.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
 namespace brimley::store {
+
+static_assert(std::endian::native == std::endian::little);
 
 char* RowBytes::room(std::size_t size) {
     if (used_ + size > bytes_.size()) bytes_.resize((used_ + size) * 2);
@@ -47,10 +50,9 @@ void RowBytes::add(std::size_t field, const Value& value) {
     }
 }
 
-void RowBytes::add_row(const Table& table, const std::vector<bool>& left_out, const Row& row) {
+void RowBytes::add_row(const Table& table, const PlaceSet& fields, const Row& row) {
     begin(table);
-    for (std::size_t field = 0; field < table.fields.size(); ++field)
-        if (!left_out[field]) add(field, row.value(static_cast<int>(field)));
+    fields.each([&](std::size_t field) { add(field, row.value(static_cast<int>(field))); });
 }
 
 RowDigest digest_of(Sha256& sha256, std::string_view row_bytes) {

@@ -1,7 +1,8 @@
 // What the trail knows of a row: a hash of its table's name and of the fields in it, by their places, that
 // hold something. The same row has the same digest in every engine, after an export and its import, and in
 // later layouts, whose fields are added at a table's end. Null and FALSE are left out: a flag that may hold
-// null is in no watched table.
+// null is in no watched table. Numbers are hashed as they lie in memory, on a machine that puts the lowest
+// byte first.
 #pragma once
 
 #include <array>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "kernel/store/catalog.h"
+#include "kernel/store/place_set.h"
 #include "kernel/store/row.h"
 #include "kernel/store/sha256.h"
 #include "kernel/store/value.h"
@@ -22,11 +24,13 @@ namespace brimley::store {
 // The first half of a SHA-256: nobody finds another row for a given one.
 using RowDigest = std::array<unsigned char, 16>;
 
-// What is hashed: rows in a form that is the same everywhere, one after the other in the same memory.
+// What is hashed: rows, one after the other in the same memory.
 class RowBytes {
   public:
     // Forgets all of them.
     void clear() { used_ = 0; }
+    // Forgets what comes after that many bytes.
+    void cut(std::size_t size) { used_ = size; }
     // The next one, which is of this table.
     void begin(const Table& table);
     // The field at that place of the table, in their order.
@@ -38,8 +42,8 @@ class RowBytes {
     }
     [[nodiscard]] std::size_t size() const { return used_; }
 
-    // A row that holds every field of the table, without those that are marked.
-    void add_row(const Table& table, const std::vector<bool>& left_out, const Row& row);
+    // These fields of a row that holds every field of the table.
+    void add_row(const Table& table, const PlaceSet& fields, const Row& row);
 
   private:
     [[nodiscard]] char* room(std::size_t size);

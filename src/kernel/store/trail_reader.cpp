@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "kernel/store/trail_writer.h"
 
@@ -13,6 +14,10 @@ namespace {
 
 // The fields of trail_table().
 enum TrailField { kNumber, kMoment, kUser, kComputer, kDocument, kRowsWritten, kHash };
+
+std::int64_t number_of(const Row& entry) {
+    return static_cast<std::int64_t>(entry.number(kNumber).value_or(0));
+}
 
 std::string text_in(const Row& row, int field) { return std::string(row.text(field).value_or("")); }
 
@@ -40,16 +45,14 @@ std::vector<std::string> TrailReader::faults(const TrailEntry& sealed) {
     read_entries(sealed);
     read_tables();
     compare();
-    if (!differing_.empty() || !unknown_.empty()) tell_documents();
+    if (!differing_.empty() || !unknown_.empty()) report_documents();
     return std::move(faults_);
 }
 
 void TrailReader::read_entries(const TrailEntry& sealed) {
     const auto plan =
         connection_.select_plan(fmt::format("SELECT * FROM [{}] ORDER BY entry_no", catalog_.trail()->name));
-    Row entry;
-    connection_.query(plan->rows, {}, [&](const EngineRow& each) {
-        each.read(entry);
+    connection_.query(plan->rows, {}, [&](const EngineRow& entry) {
         read_entry(entry, sealed);
         return true;
     });
@@ -58,31 +61,53 @@ void TrailReader::read_entries(const TrailEntry& sealed) {
                                       sealed.number));
 }
 
-void TrailReader::read_entry(const Row& entry, const TrailEntry& sealed) {
-    const auto number = static_cast<std::int64_t>(entry.number(kNumber).value_or(0));
+void TrailReader::read_entry(const EngineRow& stored, const TrailEntry& sealed) {
+    Row entry;
+    stored.read(entry);
+    const std::int64_t number = number_of(entry);
     const std::string hash = text_in(entry, kHash);
+    read_rows_written(entry.text(kRowsWritten).value_or(""), number);
+    if (number == sealed.number && hash != sealed.hash)
+        faults_.push_back(fmt::format("entry {} of the trail is not the one that was sealed", number));
+    if (number <= end_.number) {
+        faults_.push_back(fmt::format("there are two entries {} of the trail", number));
+        return;
+    }
+    const bool follows = is_in_its_place(number);
+    if ((follows && !holds_hash_before(entry, hash)) || !stored.has_whole_seconds())
+        faults_.push_back(fmt::format("entry {} of the trail is not as it was written", number));
+    if (!follows) computed_ = hash;
+    end_ = {number, hash};
+}
+
+bool TrailReader::is_in_its_place(std::int64_t number) {
+    const std::int64_t next = end_.number + 1;
+    if (number == next) return true;
+    faults_.push_back(number == next + 1
+                          ? fmt::format("entry {} of the trail is missing", next)
+                          : fmt::format("entries {} to {} of the trail are missing", next, number - 1));
+    return false;
+}
+
+// When the entry before it was changed, it may be the hash in that one that is wrong, or what it was computed
+// from: this entry is at fault only when it follows from neither.
+bool TrailReader::holds_hash_before(const Row& entry, const std::string& hash) {
     std::vector<Value> values;
     for (int field = 0; field < entry.size(); ++field)
         values.push_back(entry.value(field));
-    const std::string computed = chained_hash(sha256_, end_.hash, *catalog_.trail(), values);
-    if (chain_holds_ && number != end_.number + 1) {
-        faults_.push_back(fmt::format("entry {} of the trail is missing", end_.number + 1));
-        chain_holds_ = false;
-    } else if (chain_holds_ && hash != computed) {
-        faults_.push_back(fmt::format("entry {} of the trail is not as it was written", number));
-        chain_holds_ = false;
-    }
-    if (number == sealed.number && hash != sealed.hash)
-        faults_.push_back(fmt::format("entry {} of the trail is not the one that was sealed", number));
-    end_ = {number, hash};
-    read_rows_written(entry.text(kRowsWritten).value_or(""), number);
+    const auto hash_after = [&](const std::string& before) {
+        return chained_hash(sha256_, before, *catalog_.trail(), values);
+    };
+    const std::string before = std::exchange(computed_, hash_after(end_.hash));
+    if (hash == computed_) return true;
+    return before != end_.hash && hash == hash_after(before);
 }
 
 void TrailReader::read_rows_written(std::string_view list, std::int64_t entry) {
     while (!list.empty()) {
         std::string_view line = take_front(list, '\n');
         const Table* const table = catalog_.find(take_front(line, ' '));
-        if (!table) continue;  // the hash has told it
+        if (!table) continue;  // the entry was changed, which its hash has shown
         const auto place = static_cast<std::uint16_t>(table - catalog_.tables().data());
         while (!line.empty())
             add_digest(take_front(line, ' '), place, entry);
@@ -107,7 +132,8 @@ void TrailReader::read_tables() {
         connection_.query(plan->rows, {}, [&](const EngineRow& each) {
             each.read(row);
             bytes.clear();
-            bytes.add_row(table, watched->left_out, row);
+            bytes.add_row(table, watched->fields, row);
+            if (!each.has_whole_seconds()) bytes.add_bytes("not as written");
             mentions_.push_back(
                 {digest_of(sha256_, bytes.all()), each.key(), static_cast<std::uint16_t>(place), -1, false});
             return true;
@@ -150,13 +176,13 @@ std::string TrailReader::document_of(const Mention& mention) {
     return table.watched->document + ' ' + text_in(row, table.field_index(table.watched->number_field));
 }
 
-void TrailReader::tell_documents() {
+void TrailReader::report_documents() {
     const auto plan =
         connection_.select_plan(fmt::format("SELECT * FROM [{}] ORDER BY entry_no", catalog_.trail()->name));
     Row entry;
     connection_.query(plan->rows, {}, [&](const EngineRow& each) {
         each.read(entry);
-        const auto number = static_cast<std::int64_t>(entry.number(kNumber).value_or(0));
+        const std::int64_t number = number_of(entry);
         const std::string document = text_in(entry, kDocument);
         if (!differing_.contains(number)) return true;
         faults_.push_back(fmt::format("{} is not as {} wrote it on {} (entry {} of the trail)", document,

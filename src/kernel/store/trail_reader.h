@@ -36,20 +36,22 @@ class TrailReader {
     };
 
     void read_entries(const TrailEntry& sealed);
-    void read_entry(const Row& entry, const TrailEntry& sealed);
+    void read_entry(const EngineRow& stored, const TrailEntry& sealed);
+    [[nodiscard]] bool is_in_its_place(std::int64_t number);
+    [[nodiscard]] bool holds_hash_before(const Row& entry, const std::string& hash);
     void read_rows_written(std::string_view list, std::int64_t entry);
     void add_digest(std::string_view word, std::uint16_t table, std::int64_t entry);
     void read_tables();
     void compare();
     void judge(std::span<const Mention> mentions);
-    void tell_documents();
+    void report_documents();
     [[nodiscard]] std::string document_of(const Mention& row);
 
     Connection& connection_;
     const Catalog& catalog_;
     Sha256 sha256_;
-    TrailEntry end_;
-    bool chain_holds_ = true;
+    TrailEntry end_;        // the entry that was read last
+    std::string computed_;  // what the hash in it should be
     std::vector<Mention> mentions_;
     std::unordered_set<std::int64_t> differing_;   // entries whose rows are not there any more
     std::map<std::string, std::int64_t> unknown_;  // documents of rows that no entry knows: how many

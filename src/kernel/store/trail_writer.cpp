@@ -10,7 +10,6 @@ namespace {
 constexpr std::size_t kRowsInEntry = 1000;
 // Rows are hashed together when the transaction ends, unless there are very many.
 constexpr std::size_t kBytesMax = 1 << 20;
-constexpr std::size_t kBits = 64;
 
 }  // namespace
 
@@ -21,8 +20,10 @@ Table trail_table(std::string name) {
                     {"user_created", FieldType::text}, {"computer_id", FieldType::text},
                     {"document", FieldType::text},     {"rows_written", FieldType::text},
                     {"hash", FieldType::text}};
+    table.natural_key = {"entry_no"};
     table.export_order = {"entry_no"};
     Index by_number{{"entry_no"}};
+    by_number.unique = true;
     by_number.in_order_of_adding = true;
     table.indexes = {by_number};
     table.is_trail = true;
@@ -30,20 +31,11 @@ Table trail_table(std::string name) {
 }
 
 WatchedTable::WatchedTable(const Table& watched)
-    : table(&watched),
-      left_out(watched.fields.size()),
-      watched_fields((watched.fields.size() + kBits - 1) / kBits),
-      number_field(watched.field_index(watched.watched->number_field)) {
-    for (const std::string& field : watched.watched->left_out)
-        left_out.at(static_cast<std::size_t>(watched.field_index(field))) = true;
-    for (std::size_t field = 0; field < left_out.size(); ++field)
-        if (!left_out[field]) watched_fields[field / kBits] |= std::uint64_t{1} << (field % kBits);
-}
-
-bool WatchedTable::watches_any(const std::vector<std::uint64_t>& fields) const {
-    for (std::size_t word = 0; word < fields.size(); ++word)
-        if ((fields[word] & watched_fields[word]) != 0) return true;
-    return false;
+    : table(&watched), number_field(watched.field_index(watched.watched->number_field)) {
+    for (std::size_t field = 0; field < watched.fields.size(); ++field)
+        if (std::ranges::find(watched.watched->left_out, watched.fields[field].name) ==
+            watched.watched->left_out.end())
+            fields.add(field);
 }
 
 TrailWriter::TrailWriter(const Catalog& catalog) : catalog_(catalog) {
@@ -60,32 +52,30 @@ const WatchedTable* TrailWriter::watched(const Table& table) const {
 void TrailWriter::note(const WatchedTable& watched, bool stands, std::string_view number) {
     const auto place = static_cast<std::size_t>(watched.table - catalog_.tables().data());
     written_.push_back({place, bytes_.size(), stands ? 1 : -1, {}});
-    name_document(watched, number);
+    note_document(watched, number);
     if (bytes_.size() > kBytesMax) hash_rows();
 }
 
 void TrailWriter::note(const WatchedTable& watched, const Row& row, bool stands) {
-    bytes_.add_row(*watched.table, watched.left_out, row);
+    bytes_.add_row(*watched.table, watched.fields, row);
     note(watched, stands, row.text(watched.number_field).value_or(""));
 }
 
-void TrailWriter::name_document(const WatchedTable& watched, std::string_view number) {
-    const Watched& document = *watched.table->watched;
-    Name& name = named_after_;
-    if (name.document && document.goes_along) return;
-    if (!name.document || name.document->goes_along)
-        name = {&document, std::string(number), false};
-    else if (number != name.number)
-        name.and_others = true;
+void TrailWriter::note_document(const WatchedTable& watched, std::string_view number) {
+    const Watched& written = *watched.table->watched;
+    if (document_.watched && written.goes_along) return;
+    if (!document_.watched || document_.watched->goes_along)
+        document_ = {&written, std::string(number), false};
+    else if (number != document_.number)
+        document_.and_others = true;
 }
 
-TrailWriter::Noted TrailWriter::noted() const { return {written_.size(), named_after_}; }
-
-void TrailWriter::forget_after(Noted noted) {
-    hash_rows();
-    written_.resize(noted.rows);
-    hashed_ = noted.rows;
-    named_after_ = std::move(noted.named_after);
+TrailWriter::Mark::~Mark() {
+    if (!trail_) return;
+    trail_->written_.resize(rows_);
+    trail_->hashed_ = std::min(trail_->hashed_, rows_);
+    trail_->bytes_.cut(rows_ > trail_->hashed_ ? trail_->written_.back().end : 0);
+    trail_->document_ = std::move(document_);
 }
 
 void TrailWriter::clear() {
@@ -93,8 +83,8 @@ void TrailWriter::clear() {
     hashed_ = 0;
     bytes_.clear();
     brings_entries_ = false;
-    named_after_ = {};
-    name_.clear();
+    document_ = {};
+    entries_named_.clear();
 }
 
 void TrailWriter::hash_rows() {
@@ -145,14 +135,14 @@ std::vector<std::vector<Value>> TrailWriter::entries(TrailEntry end, const Signa
     settle();
     std::vector<std::vector<Value>> entries;
     if (is_empty()) return entries;
-    if (name_.empty())
-        name_ = named_after_.document->document + ' ' + named_after_.number +
-                (named_after_.and_others ? " and others" : "");
+    if (entries_named_.empty())
+        entries_named_ = document_.watched->document + ' ' + document_.number +
+                         (document_.and_others ? " and others" : "");
     for (std::size_t from = 0; from < written_.size(); from += kRowsInEntry) {
         std::vector<Value> entry{
             ++end.number,   signature.moment,
             signature.user, signature.computer,
-            name_,          list_of(from, std::min(from + kRowsInEntry, written_.size()))};
+            entries_named_, list_of(from, std::min(from + kRowsInEntry, written_.size()))};
         end.hash = chained_hash(sha256_, end.hash, *catalog_.trail(), entry);
         entry.emplace_back(end.hash);
         entries.push_back(std::move(entry));

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kernel/store/catalog.h"
+#include "kernel/store/place_set.h"
 #include "kernel/store/row.h"
 #include "kernel/store/row_digest.h"
 #include "kernel/store/trail.h"
@@ -19,11 +20,8 @@ struct WatchedTable {
     explicit WatchedTable(const Table& watched);
 
     const Table* table;
-    std::vector<bool> left_out;                 // by field
-    std::vector<std::uint64_t> watched_fields;  // a bit for each
+    PlaceSet fields;  // those that are watched
     int number_field;
-
-    [[nodiscard]] bool watches_any(const std::vector<std::uint64_t>& fields) const;
 };
 
 class TrailWriter {
@@ -41,12 +39,9 @@ class TrailWriter {
     void note(const WatchedTable& watched, bool stands, std::string_view number);
     // Of a row that holds every field.
     void note(const WatchedTable& watched, const Row& row, bool stands);
-    // How much has been noted, to forget what is noted after it: a write that fails has written nothing.
-    struct Noted;
-    [[nodiscard]] Noted noted() const;
-    void forget_after(Noted noted);
-    // Names the entries after this, whatever was written.
-    void name_document(std::string name) { name_ = std::move(name); }
+    class Mark;
+    // The document that the entries name, whatever was written.
+    void name_entries(std::string document) { entries_named_ = std::move(document); }
     // The transaction brings entries of its own.
     void note_entries_brought() { brings_entries_ = true; }
     void clear();
@@ -63,13 +58,13 @@ class TrailWriter {
         int times;          // 1: stands; -1: no longer does
         RowDigest digest;   // computed when all have been written
     };
-    // What an entry is named after.
-    struct Name {
-        const Watched* document = nullptr;
+    // The first document that was written, or what went along while there is none.
+    struct Document {
+        const Watched* watched = nullptr;
         std::string number;
         bool and_others = false;
     };
-    void name_document(const WatchedTable& watched, std::string_view number);
+    void note_document(const WatchedTable& watched, std::string_view number);
     void hash_rows();
     void settle();
     [[nodiscard]] std::string list_of(std::size_t from, std::size_t to) const;
@@ -81,13 +76,25 @@ class TrailWriter {
     std::vector<Written> written_;
     std::size_t hashed_ = 0;  // how many of them have their digest
     bool brings_entries_ = false;
-    Name named_after_;
-    std::string name_;  // instead
+    Document document_;
+    std::string entries_named_;  // empty: by the document
 };
 
-struct TrailWriter::Noted {
-    std::size_t rows;
-    Name named_after;
+// Forgets what is noted after it, unless it is kept: a write that fails has written nothing.
+class TrailWriter::Mark {
+  public:
+    explicit Mark(TrailWriter& trail)
+        : trail_(&trail), rows_(trail.written_.size()), document_(trail.document_) {}
+    ~Mark();
+    Mark(const Mark&) = delete;
+    Mark& operator=(const Mark&) = delete;
+
+    void keep() { trail_ = nullptr; }
+
+  private:
+    TrailWriter* trail_;
+    std::size_t rows_;
+    Document document_;
 };
 
 }  // namespace brimley::store

@@ -17,13 +17,11 @@ OpenCompany opened(const std::shared_ptr<Connection>& connection) {
     return {std::make_shared<Workspace>(connection), std::make_shared<Database>(connection)};
 }
 
-// What it is filled with has its trail with it, if any: filling it leaves none.
 OpenCompany filled(std::unique_ptr<Engine> engine, const Catalog& catalog, const std::string& company,
                    const CompanyFiller& fill) {
     const auto connection = std::make_shared<Connection>(std::move(engine), catalog, company);
     OpenCompany made = opened(connection);
     made.workspace->begin_alone();
-    connection->trail().note_entries_brought();
     if (fill) fill(*made.database);
     made.workspace->CommitTrans();
     return made;
@@ -81,12 +79,14 @@ OpenCompany open_company(const std::string& company, const Catalog& catalog,
     return opened(std::make_shared<Connection>(std::move(reached.engine), *reached.catalog, company));
 }
 
-bool upgrade_company(const std::string& company, const Catalog& catalog, const Signature& signature) {
+bool upgrade_company(const std::string& company, const Catalog& catalog, const Signature& signature,
+                     const std::function<void()>& first) {
     OpenedEngine reached = open_engine(company, catalog);
     if (reached.catalog == &catalog) return false;
     Connection connection(std::move(reached.engine), catalog, company);
     connection.sign(signature);
     connection.begin_alone();
+    if (first) first();
     connection.upgrade();
     connection.commit_trans();
     return true;

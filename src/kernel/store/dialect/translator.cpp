@@ -31,7 +31,7 @@ class ChangeTranslator {
             field.name = assignment.field;
             const int place = scope_.resolve(field).field;
             const Field& assigned = table.fields[static_cast<std::size_t>(place)];
-            note_assigned(static_cast<std::size_t>(place));
+            assigned_.add(static_cast<std::size_t>(place));
             list += fmt::format("{}{} = {}", list.empty() ? "" : ", ", flavour_.name(assigned.name),
                                 writer_.assigned(*assignment.value, assigned));
         }
@@ -48,12 +48,6 @@ class ChangeTranslator {
         return fmt::format("{} AS {}", flavour_.name(scope_.sources().front().table->name), alias);
     }
 
-    void note_assigned(std::size_t place) {
-        constexpr std::size_t kBits = 64;
-        assigned_.resize(std::max(assigned_.size(), place / kBits + 1));
-        assigned_[place / kBits] |= std::uint64_t{1} << (place % kBits);
-    }
-
     // Its condition once more, with parameters of its own.
     void add_rows(const Expression* where, ChangeTranslation& change) {
         const SelectTranslation all =
@@ -64,6 +58,7 @@ class ChangeTranslator {
                                       all.select_list, all.from);
         if (where)
             change.rows.sql += " WHERE " + ExpressionWriter(scope_, parameters, flavour_).condition(*where);
+        change.rows.sql += flavour_.row_lock();
         change.rows.parameters = parameters.kinds();
         change.rows.keyed = true;
         change.rows.columns = all.rows.columns;
@@ -89,7 +84,7 @@ class ChangeTranslator {
     Scope scope_;
     ParameterList parameters_;
     ExpressionWriter writer_;
-    std::vector<std::uint64_t> assigned_;
+    PlaceSet assigned_;
 };
 
 // Whether a field at one of these places belongs to a unique index.
@@ -167,14 +162,13 @@ ExpressionPtr Translator::filter(const SelectTranslation& select, std::string_vi
 }
 
 StatementText Translator::last_entry() const {
-    const std::string query =
-        fmt::format("SELECT entry_no, hash FROM [{}] ORDER BY entry_no DESC", catalog_.trail()->name);
-    const SelectTranslation entries = select(query);
-    if (flavour_.draws_keys()) return entries.first_row;
+    const SelectTranslation entries =
+        select(fmt::format("SELECT entry_no, hash FROM [{}] ORDER BY entry_no DESC", catalog_.trail()->name));
     StatementText last = entries.first_row;
-    const std::string key = last.sql.substr(0, last.sql.find(','));  // "SELECT key"
-    last.sql = fmt::format("{}, {} FROM {} ORDER BY {} DESC LIMIT 1", key, entries.select_list, entries.from,
-                           key.substr(key.find(' ') + 1));
+    // Where keys grow with each row added the last one stands at the end of the table.
+    if (!flavour_.draws_keys())
+        last.sql = fmt::format("SELECT {0}, {1} FROM {2} ORDER BY {0} DESC LIMIT 1",
+                               flavour_.name(kRowKeyColumn), entries.select_list, entries.from);
     return last;
 }
 
@@ -182,7 +176,8 @@ StatementText Translator::insert(const Table& table, const std::vector<int>& fie
     StatementText text;
     text.keyed = true;
     text.effect = StatementEffect::inserts_row;
-    text.may_be_refused = has_unique_index(table);
+    // Whoever appends to the trail holds its end: nobody else can take that number.
+    text.may_be_refused = has_unique_index(table) && !table.is_trail;
     std::string names;
     std::string values;
     const auto add = [&](ParameterKind kind, std::string_view name) {

@@ -6,7 +6,6 @@
 // one.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,6 +15,7 @@
 #include "kernel/store/dialect/parameters.h"
 #include "kernel/store/dialect/statement_text.h"
 #include "kernel/store/dialect/syntax.h"
+#include "kernel/store/place_set.h"
 
 namespace brimley::store::dialect {
 
@@ -79,8 +79,9 @@ struct ChangeTranslation {
     StatementText text;
     std::vector<LiteralParameter> literals;
     const Table* table = nullptr;
-    std::vector<std::uint64_t> assigned;  // a bit for each field of the table; empty for a DELETE
-    // Of a watched table: the rows that it changes, keyed and with every field.
+    PlaceSet assigned;  // the fields of the table; empty for a DELETE
+    // Of a watched table: the rows that it changes, keyed, with every field, and held as
+    // SelectTranslation::held_row is.
     StatementText rows;
     std::vector<LiteralParameter> literals_of_rows;
 };

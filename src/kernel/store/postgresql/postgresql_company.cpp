@@ -125,7 +125,9 @@ void set_up(PGconn* connection, const std::string& uri) {
     // A lock of another user is an error at once, and not waited for; only one of an instant, such as that
     // for a new page, is.
     // What the server itself has comes first, so that nothing in the company can take its place.
+    // A statement sees what others have committed until then, whatever the role or the URI prefers.
     run_sql(connection, fmt::format("SET search_path = pg_catalog, {}, pg_temp; SET lock_timeout = '200ms'; "
+                                    "SET default_transaction_isolation = 'read committed'; "
                                     "SET standard_conforming_strings = on; SET jit = off",
                                     kCompanySchema));
     if (text_of_sql(connection, "SHOW statement_timeout") == "0")
@@ -231,6 +233,7 @@ CompanyInTheMaking::CompanyInTheMaking(const std::string& uri, const Catalog& ca
     try {
         if (!is_connected(connection_)) make_database();
         set_up(connection_.get(), uri);
+        hold_layout(connection_.get(), uri);
         make_schema(connection_.get(), uri, catalog);
     } catch (...) {
         connection_.reset();

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <string_view>
 
@@ -47,6 +48,13 @@ class ResultRow final : public EngineRow {
         int column = text_.keyed ? 1 : 0;
         for (const FieldType type : text_.columns)
             read_cell(result_, row_, column++, type, into);
+    }
+    bool has_whole_seconds() const override {
+        int column = text_.keyed ? 1 : 0;
+        return std::ranges::all_of(text_.columns, [&](FieldType type) {
+            const int at = column++;
+            return !is_date(type) || is_whole_second(result_, row_, at);
+        });
     }
 
   private:

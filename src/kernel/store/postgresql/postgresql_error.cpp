@@ -52,7 +52,7 @@ std::string one_line(std::string_view text) {
 std::string message_of(ErrorKind kind, const std::string& reason) {
     switch (kind) {
         case ErrorKind::locked:
-            return "another user is writing to the company";
+            return kAnotherUserWrites;
         case ErrorKind::lost:
             return "the connection to the company is gone: " + reason;
         case ErrorKind::state:

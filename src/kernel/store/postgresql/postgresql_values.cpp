@@ -187,6 +187,11 @@ std::int64_t whole_number_cell(const PGresult* result, int row, int column) {
     return std::bit_cast<std::int64_t>(from_network<std::uint64_t>(PQgetvalue(result, row, column)));
 }
 
+bool is_whole_second(const PGresult* result, int row, int column) {
+    if (PQgetisnull(result, row, column) || PQftype(result, column) == kDate) return true;
+    return whole_number_cell(result, row, column) % kMicroseconds == 0;
+}
+
 void read_cell(const PGresult* result, int row, int column, FieldType type, Row& into) {
     if (PQgetisnull(result, row, column)) return into.add_null();
     const char* const bytes = PQgetvalue(result, row, column);

@@ -42,6 +42,8 @@ class EncodedParameters {
 
 // A cell of a result as the column's type has it.
 void read_cell(const PGresult* result, int row, int column, FieldType type, Row& into);
+// Of a date, which may be null: it has no part of a second.
+[[nodiscard]] bool is_whole_second(const PGresult* result, int row, int column);
 [[nodiscard]] std::int64_t whole_number_cell(const PGresult* result, int row, int column);
 
 // Whether a text can be stored: whole characters of UTF-8, none of them zero.

@@ -61,10 +61,8 @@ class SqliteEngine final : public Engine {
     WriteResult write(EngineStatement& statement, std::span<const Parameter> parameters) override {
         auto& prepared = static_cast<SqliteStatement&>(statement);
         const Impatience impatience(*this);
-        if (!in_transaction()) mark_log();
-        const SqliteRun run(prepared, parameters);
-        (void)prepared.step();
-        return {sqlite3_changes64(connection_.get()), sqlite3_last_insert_rowid(connection_.get())};
+        if (in_transaction()) return run_write(prepared, parameters);
+        return write_alone(prepared, parameters);
     }
 
     bool begin_write() override {
@@ -144,7 +142,7 @@ class SqliteEngine final : public Engine {
     // Whoever writes into a file is alone there.
     void take_end_of_trail() override {}
     bool copy_file(const std::string& to) override {
-        copy_sqlite_file(connection_.get(), catalog_, to);
+        copy_sqlite_file(connection_.get(), to);
         return true;
     }
 
@@ -182,10 +180,23 @@ class SqliteEngine final : public Engine {
         return true;
     }
 
-    // Before a write that is a transaction of its own; one that is refused now will be refused itself.
-    void mark_log() {
-        require_writable();
-        if (!log_.is_needed()) (void)log_.mark_as_needed();
+    WriteResult run_write(SqliteStatement& prepared, std::span<const Parameter> parameters) {
+        const SqliteRun run(prepared, parameters);
+        (void)prepared.step();
+        return {sqlite3_changes64(connection_.get()), sqlite3_last_insert_rowid(connection_.get())};
+    }
+
+    // A transaction of its own.
+    WriteResult write_alone(SqliteStatement& prepared, std::span<const Parameter> parameters) {
+        if (!begin_write()) throw Error(ErrorKind::locked, kAnotherUserWrites);
+        try {
+            const WriteResult written = run_write(prepared, parameters);
+            commit();
+            return written;
+        } catch (...) {
+            rollback();
+            throw;
+        }
     }
 
     static int wait(void* engine, int times) {

@@ -47,8 +47,7 @@ const char* disk_failure(int code) {
 
 void throw_sqlite_error(sqlite3* connection, int code, const std::string& what) {
     if ((code & 0xff) == SQLITE_NOMEM) throw std::bad_alloc();
-    if (kind_of(code) == ErrorKind::locked)
-        throw Error(ErrorKind::locked, "another user is writing to the company", code);
+    if (kind_of(code) == ErrorKind::locked) throw Error(ErrorKind::locked, kAnotherUserWrites, code);
     if (const char* const failure = disk_failure(code))
         throw Error(ErrorKind::io, "the company file" + std::string(failure), code);
     const char* const reason = connection ? sqlite3_errmsg(connection) : sqlite3_errstr(code);

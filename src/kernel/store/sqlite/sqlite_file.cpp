@@ -6,8 +6,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 #include "kernel/store/error.h"
@@ -184,7 +186,7 @@ void remove_sqlite_file(const std::string& path) {
         ::unlink((path + suffix).c_str());
 }
 
-void copy_sqlite_file(sqlite3* connection, const Catalog& catalog, const std::string& to) {
+void copy_sqlite_file(sqlite3* connection, const std::string& to) {
     create_private_file(to);
     try {
         const SqliteHandle copy = connect(to);
@@ -194,7 +196,9 @@ void copy_sqlite_file(sqlite3* connection, const Catalog& catalog, const std::st
         const int code = sqlite3_backup_finish(pages);
         if (code != SQLITE_OK) throw_sqlite_error(copy.get(), code, "the copy");
         // The copy has everything and needs no log.
-        run_sql(copy.get(), fmt::format("PRAGMA user_version = {}", catalog.layout()));
+        const auto version =
+            static_cast<std::uint32_t>(std::stoul(text_of_sql(copy.get(), "PRAGMA user_version")));
+        run_sql(copy.get(), fmt::format("PRAGMA user_version = {}", version & ~kSqliteLogNeeded));
     } catch (const Error& error) {
         remove_sqlite_file(to);
         tell_disk_failure(error, to);

@@ -20,9 +20,8 @@ struct SqliteFile {
 [[nodiscard]] SqliteFile open_sqlite_file(const std::string& path, const Catalog& catalog);
 void create_sqlite_file(const std::string& path, const Catalog& catalog);
 void remove_sqlite_file(const std::string& path);
-// Copies what the connection, to a company of this catalog, sees at this moment, while others go on writing,
-// to a new file of mode 0600. Throws ErrorKind::state when the path exists, io. A failure leaves nothing
-// behind.
-void copy_sqlite_file(sqlite3* connection, const Catalog& catalog, const std::string& to);
+// Copies what the connection sees of its company at this moment, while others go on writing, to a new file of
+// mode 0600. Throws ErrorKind::state when the path exists, io. A failure leaves nothing behind.
+void copy_sqlite_file(sqlite3* connection, const std::string& to);
 
 }  // namespace brimley::store

@@ -1,5 +1,6 @@
 #include "kernel/store/sqlite/sqlite_statement.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "kernel/store/error.h"
@@ -96,6 +97,16 @@ void SqliteStatement::read(Row& into) const {
     int column = keyed_ ? 1 : 0;
     for (const FieldType type : columns_)
         read_cell(sqlite3_column_value(statement_.get(), column++), type, into);
+}
+
+bool SqliteStatement::has_whole_seconds() const {
+    int column = keyed_ ? 1 : 0;
+    return std::ranges::all_of(columns_, [&](FieldType type) {
+        sqlite3_value* const cell = sqlite3_column_value(statement_.get(), column++);
+        if (!is_date(type) || sqlite3_value_type(cell) == SQLITE_NULL) return true;
+        const double julian = sqlite3_value_double(cell);
+        return julian_day(from_julian_day(julian)) == julian;
+    });
 }
 
 }  // namespace brimley::store

@@ -21,6 +21,7 @@ class SqliteStatement final : public EngineStatement, public EngineRow {
 
     [[nodiscard]] RowKey key() const override;
     void read(Row& into) const override;
+    [[nodiscard]] bool has_whole_seconds() const override;
 
   private:
     sqlite3* connection_;

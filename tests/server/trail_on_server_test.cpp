@@ -1,0 +1,98 @@
+// The trail of a company at which several desks write at the same moment.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "store/trailed_company.h"
+#include "support/expect_error.h"
+
+namespace brimley {
+namespace {
+
+using store::ErrorKind;
+using testing::add_row;
+using ::testing::ElementsAre;
+using testing::expect_error;
+using ::testing::IsEmpty;
+using testing::Trail;
+
+class TrailOnServer : public Trail {
+  protected:
+    TrailOnServer() : other_(company_.second_user()) { sign(*other_.workspace, "ben"); }
+
+    // Opens this desk again, so that the other one acts just before a call on such a statement; empty: any
+    // call.
+    template <class Act>
+    std::shared_ptr<testing::Faults> meanwhile(const std::string& statement, const Act& act) {
+        auto engine = reopen_with_faults(ErrorKind::io, statement);
+        engine->engine_fails_itself = true;
+        engine->on_fault = act;
+        return engine;
+    }
+
+    store::OpenCompany other_;
+};
+
+TEST_F(TrailOnServer, WhoCommitsMeanwhileWaitsForItsEnd) {
+    std::thread desk;
+    const auto engine = meanwhile("", [&] {
+        desk = std::thread([&] { other_.workspace->CommitTrans(); });
+        // Longer than other locks are waited for.
+        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+    });
+    in_transaction([&] { add_invoice("IP-1"); });
+    engine->calls = 0;
+    in_transaction([&] { add_invoice("IP-2"); });
+    other_.workspace->BeginTrans();
+    add_invoice(*other_.database, "IP-3");
+    engine->arm(engine->last_commit, false);
+    in_transaction([&] { add_invoice("IP-4"); });
+    desk.join();
+    EXPECT_THAT(documents(), ElementsAre("invoice IP-1", "invoice IP-2", "invoice IP-4", "invoice IP-3"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+constexpr const char* kVoidAll = "UPDATE Invoice_table SET void = TRUE WHERE void = FALSE";
+
+TEST_F(TrailOnServer, RowsThatAChangeReadsAreHeldFromThenOn) {
+    add_invoice("IP-1");
+    const auto engine = meanwhile(
+        " SET ", [&] { expect_error(ErrorKind::locked, [&] { other_.database->Execute(kVoidAll); }); });
+    engine->arm(2, false);  // the first call prepares it
+    EXPECT_EQ(db().Execute(kVoidAll), 1);
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+TEST_F(TrailOnServer, RowsThatComeInBetweenAreNotChangedUnnoticed) {
+    add_invoice("IP-1");
+    const auto engine = meanwhile(" SET ", [&] { add_invoice(*other_.database, "IP-2"); });
+    engine->arm(2, false);
+    expect_error(ErrorKind::locked, [&] { db().Execute(kVoidAll); });
+    EXPECT_THAT(column("SELECT void FROM Invoice_table"), ElementsAre("FALSE", "FALSE"));
+    engine->arm(1, false);
+    engine->on_fault = [&] { add_invoice(*other_.database, "IP-3"); };
+    company_.workspace().BeginTrans();
+    expect_error(ErrorKind::locked, [&] { db().Execute(kVoidAll); });
+    expect_error(ErrorKind::state, [&] { company_.workspace().CommitTrans(); });
+    company_.workspace().Rollback();
+    EXPECT_THAT(documents(), ElementsAre("invoice IP-1", "invoice IP-2", "invoice IP-3"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+// Whatever the role or the URI prefers.
+TEST_F(TrailOnServer, EntriesFollowWhatOthersHaveCommitted) {
+    const auto desk = store::open_company(
+        company_.path() + "&options=-c%20default_transaction_isolation%3Drepeatable%5C%20read",
+        testing::trailed_catalog());
+    desk.workspace->BeginTrans();
+    add_invoice(*desk.database, "IP-1");
+    (void)desk.database->OpenRecordset("SELECT * FROM Invoice_table", store::RecordsetKind::snapshot);
+    add_invoice("IP-2");
+    desk.workspace->CommitTrans();
+    EXPECT_THAT(documents(), ElementsAre("invoice IP-2", "invoice IP-1"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace brimley
