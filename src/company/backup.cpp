@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
+
 #include "company/check.h"
 #include "company/company_draft.h"
 #include "company/refusal.h"
@@ -30,9 +32,14 @@ OpenCompany open_sound(const std::string& company) {
     return opened;
 }
 
+// In the order in which they were added. Entries of the trail have their order by their numbers: desks draw
+// row keys before they append.
+std::string rows_to_copy(const store::Table& table) {
+    return table.is_trail ? select_in_export_order(table) : fmt::format("SELECT * FROM [{}]", table.name);
+}
+
 void copy_table(Database& from, const store::Table& table, Database& to) {
-    store::Recordset rows =
-        from.OpenRecordset(fmt::format("SELECT * FROM [{}]", table.name), store::RecordsetKind::snapshot);
+    store::Recordset rows = from.OpenRecordset(rows_to_copy(table), store::RecordsetKind::snapshot);
     TableWriter writer(to, table.name);
     std::vector<store::Value> row(table.fields.size());
     for (; !rows.at_eof(); rows.MoveNext()) {
@@ -103,18 +110,23 @@ std::string place_of_backup(const std::string& company) {
     return without_options.substr(without_options.rfind('/') + 1) + suffix;
 }
 
-bool is_of_this_version(const std::string& company) {
-    return open_sound(company).database->catalog().layout() == kernel::company_tables().layout();
-}
-
 }  // namespace
 
 Upgrade upgrade(const std::string& company) {
-    if (is_of_this_version(company)) return {};
     Upgrade done;
-    done.backup = place_of_backup(company);
-    done.findings = back_up(company, done.backup);
-    (void)store::upgrade_company(company, kernel::company_tables(), signature_of_login());
+    const auto back_up_first = [&] {
+        const std::string backup = place_of_backup(company);
+        done.findings = back_up(company, backup);
+        done.backup = backup;
+    };
+    try {
+        (void)store::upgrade_company(company, kernel::company_tables(), signature_of_login(), back_up_first);
+    } catch (const store::Error& error) {
+        // Of a company that stays as it is.
+        if (!done.backup.empty() && error.kind() != store::ErrorKind::commit_in_doubt)
+            std::filesystem::remove(done.backup);
+        throw;
+    }
     return done;
 }
 

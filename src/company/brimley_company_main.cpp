@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -45,7 +46,7 @@ struct Arguments {
     std::string year;
     std::string base_currency;
     std::vector<std::string> tables;
-    std::string sealed;  // what seal printed
+    std::optional<std::string> sealed;  // what seal printed
     bool sample = false;
     bool starter = false;
     bool replace = false;
@@ -109,7 +110,6 @@ void print_lines(const char* before, const company::Findings& lines) {
 
 // As seal prints it: number and hash.
 store::TrailEntry sealed_entry(const std::string& seal) {
-    if (seal.empty()) return {};
     constexpr std::size_t kHashLength = 64;
     const std::size_t colon = seal.find(':');
     store::TrailEntry entry;
@@ -117,13 +117,14 @@ store::TrailEntry sealed_entry(const std::string& seal) {
     entry.hash = colon == std::string::npos ? std::string{} : seal.substr(colon + 1);
     if (read.ec != std::errc() || read.ptr != seal.data() + colon || entry.number < 0 ||
         entry.hash.size() != (entry.number == 0 ? 0 : kHashLength))
-        throw company::UnusableValue(seal + " is no seal: seal prints one as NUMBER:HASH");
+        throw company::UnusableValue((seal.empty() ? "an empty text" : seal) +
+                                     " is no seal: seal prints one as NUMBER:HASH");
     return entry;
 }
 
 // What is damaged is not read any further.
 int check(const Arguments& arguments) {
-    const store::TrailEntry sealed = sealed_entry(arguments.sealed);
+    const auto sealed = arguments.sealed ? sealed_entry(*arguments.sealed) : store::TrailEntry{};
     std::vector<std::string> faults;
     company::Findings findings;
     company::Findings notes;

@@ -31,6 +31,7 @@ TableImport::TableImport(store::Database& database, const store::Table& table, s
 
 void TableImport::run(bool replace) {
     read_header();
+    if (table_.is_trail) return load_entries();
     if (table_.single_row) return load_single_row();
     if (table_.natural_key.empty()) return load_documents();
     if (replace) return load_replacing();
@@ -93,6 +94,20 @@ void TableImport::load_single_row() {
 void TableImport::load_documents() {
     while (const std::optional<TableRow> row = next_row()) {
         add(*row);
+    }
+}
+
+// A trail is one chain: it comes whole and in its order, or not at all.
+void TableImport::load_entries() {
+    if (database_.end_of_trail()->number != 0)
+        reader_.fail("the company has a trail of its own, to which entries of another cannot be added");
+    const int number = key_fields_.front();
+    double last = 0;
+    while (const std::optional<TableRow> row = next_row()) {
+        const double next = (*row)[number].is_null() ? 0 : (*row)[number].number();
+        if (next <= last) reader_.fail(fmt::format("entry {} stands after entry {}", next, last));
+        add(*row);
+        last = next;
     }
 }
 

@@ -30,6 +30,7 @@ class TableImport {
 
     void load_single_row();
     void load_documents();
+    void load_entries();
     void load_keyed();
     void load_replacing();
     // By key; no row yet for a key of the table that the file has not named.

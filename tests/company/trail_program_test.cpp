@@ -5,6 +5,7 @@
 #include "company/check.h"
 #include "company/company_fixture.h"
 #include "company/program_run.h"
+#include "company/table_writer.h"
 #include "kernel/tables/company_tables.h"
 
 namespace brimley {
@@ -48,6 +49,9 @@ TEST_F(TrailOfCompany, SealIsWhatCheckCanHoldItTo) {
     for (const char* const wrong : {"1", "x:", "1:abc", ":"})
         EXPECT_EQ(run("check " + named() + " --seal " + wrong).errors,
                   fmt::format("brimley-company: {} is no seal: seal prints one as NUMBER:HASH\n", wrong));
+    const Outcome empty = run("check " + named() + " --seal ''");
+    EXPECT_EQ(empty.errors, "brimley-company: an empty text is no seal: seal prints one as NUMBER:HASH\n");
+    EXPECT_EQ(empty.status, 2);
 }
 
 TEST_F(TrailOfCompany, OlderCompanyIsUpgradedAfterABackup) {
@@ -64,15 +68,56 @@ TEST_F(TrailOfCompany, OlderCompanyIsUpgradedAfterABackup) {
     EXPECT_EQ(run("seal " + named()).output, "0:\n");
 }
 
+TEST_F(TrailOfCompany, UpgradeThatIsRefusedCanBeTriedAgain) {
+    company::create_company_file(path(), company::SampleCompany{"zoe"},
+                                 kernel::company_tables().of_layout(1));
+    {
+        const auto other = store::open_company(path(), kernel::company_tables());
+        other.workspace->BeginTrans();
+        other.database->Execute("UPDATE Working_currency_table SET description = 'Other'");
+        EXPECT_THAT(run("upgrade " + named()).errors,
+                    ::testing::EndsWith("another user is writing to the company\n"));
+        other.workspace->Rollback();
+        if (testing::tests_run_on_server()) {
+            EXPECT_THAT(run("upgrade " + named()).errors,
+                        ::testing::EndsWith("others have the company open\n"));
+        }
+    }
+    const Outcome upgraded = run("upgrade " + named());
+    EXPECT_EQ(upgraded.status, 0) << upgraded.errors;
+    EXPECT_EQ(run("upgrade " + named()).output, "the company is of this version already\n");
+}
+
 TEST_F(TrailOfCompany, BackupAndRestoreKeepItAsItIs) {
     make(company::SampleCompany{"zoe"});
-    add_payment("PP-1");
+    // The desk that is done last has drawn the keys of its rows first.
+    const auto desk = store::open_company(path(), kernel::company_tables());
+    desk.workspace->BeginTrans();
+    company::TableWriter(*desk.database, "Prepayment_waiting_PO_table").add({{"prepayment_no", "PP-0"}});
+    if (testing::tests_run_on_server()) add_payment("PP-1");
+    desk.workspace->CommitTrans();
     const std::string seal = run("seal " + named()).output;
     const std::string copy = folder_.file("copy.brimley");
     (void)company::back_up(path(), copy);
     EXPECT_EQ(run("seal " + copy).output, seal);
     const store::OpenCompany opened = store::open_company(copy, kernel::company_tables());
     EXPECT_THAT(opened.database->faults_of_trail(), IsEmpty());
+}
+
+TEST_F(TrailOfCompany, EntriesOfAnotherCompanyAreNotAddedToIt) {
+    make(company::SampleCompany{"zoe"});
+    add_payment("PP-1");
+    add_payment("PP-2");
+    EXPECT_EQ(run("export " + named() + " all --table Trail_table").status, 0);
+    const Outcome again = run("import --replace " + named() + " all");
+    EXPECT_EQ(again.status, 1);
+    EXPECT_EQ(again.errors,
+              "all/Trail_table.csv:1: the company has a trail of its own, to which entries of "
+              "another cannot be added\n");
+    testing::write_file(folder_.file("turned/Trail_table.csv"), "entry_no\n2\n1\n");
+    EXPECT_EQ(run("create other.brimley").status, 0);
+    EXPECT_EQ(run("import other.brimley turned").errors,
+              "turned/Trail_table.csv:3: entry 1 stands after entry 2\n");
 }
 
 TEST_F(TrailOfCompany, ImportOfDocumentsIsEnteredUnlessTheirEntriesComeAlong) {
