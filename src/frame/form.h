@@ -170,6 +170,11 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] std::string last_failure() const {
         return kernel_ ? kernel_->ignored_failures().last_failure() : std::string{};
     }
+    // Whatever is written from now on was written by the user of this form: for those who write documents
+    // without in_transaction(), which calls it.
+    void sign_writes() {
+        context_.dbe->sign({context_.BRIMLEY_USER, desk_.computer_name(), desk_.now()});
+    }
     // Runs the action in one transaction on the host's workspace. True when it returned true and is stored;
     // otherwise nothing of it is left, and what it threw is noted under the name and is the `failure`.
     template <class Action>
@@ -178,7 +183,7 @@ class Form : public std::enable_shared_from_this<Form> {
         bool done = false;
         const bool whole = step(name, [&] {
             Transaction transaction(context_.dbe);
-            context_.dbe->sign({context_.BRIMLEY_USER, desk_.computer_name(), desk_.now()});
+            sign_writes();
             done = std::forward<Action>(action)();
             if (done) transaction.commit();
         });

@@ -57,6 +57,7 @@ void APreport_recur_inquiry::listdue_recur() {
 void APreport_recur_inquiry::mark_expired(const std::string& today) {
     const std::string expired = fmt::format("end_date < {} AND inactive = False", today);
     if (kernel().read("SELECT fkey FROM AP_recur_header_table WHERE " + expired).at_eof()) return;
+    sign_writes();
     kernel().database().Execute("UPDATE AP_recur_header_table SET inactive = True WHERE " + expired);
 }
 
