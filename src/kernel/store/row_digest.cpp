@@ -9,11 +9,14 @@ namespace brimley::store {
 
 static_assert(std::endian::native == std::endian::little);
 
-char* RowBytes::room(std::size_t size) {
-    if (used_ + size > bytes_.size()) bytes_.resize((used_ + size) * 2);
-    used_ += size;
-    return bytes_.data() + used_ - size;
-}
+namespace {
+
+// Stands for a place that takes two more bytes.
+constexpr std::size_t kLongPlace = 0xff;
+
+}  // namespace
+
+void RowBytes::grow(std::size_t size) { bytes_.resize((used_ + size) * 2); }
 
 void RowBytes::add_bytes(std::string_view bytes) {
     std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
@@ -24,29 +27,49 @@ void RowBytes::begin(const Table& table) {
     *room(1) = '\0';
 }
 
-// Which field, what kind of value follows, and the value, whose length its kind or its first bytes say.
+// Which field and what kind of value follows. Most places take a byte.
+inline void RowBytes::add_place(std::size_t place, Kind kind) {
+    if (place < kLongPlace) {
+        char* const at = room(2);
+        at[0] = static_cast<char>(place);
+        at[1] = kind;
+        return;
+    }
+    const auto wide = static_cast<std::uint16_t>(place);
+    char* const at = room(2 + sizeof wide);
+    at[0] = static_cast<char>(kLongPlace);
+    std::memcpy(at + 1, &wide, sizeof wide);
+    at[1 + sizeof wide] = kind;
+}
+
 template <class Number>
-void RowBytes::add_placed(std::uint16_t place, char kind, const Number& number) {
-    char* const at = room(sizeof place + 1 + sizeof number);
-    std::memcpy(at, &place, sizeof place);
-    at[sizeof place] = kind;
-    std::memcpy(at + sizeof place + 1, &number, sizeof number);
+inline void RowBytes::add_number(const Number& number) {
+    std::memcpy(room(sizeof number), &number, sizeof number);
+}
+
+inline void RowBytes::add_text(std::size_t field, std::string_view text) {
+    const bool is_short = text.size() <= 0xff;
+    add_place(field, is_short ? kShortText : kLongText);
+    if (is_short)
+        add_number(static_cast<std::uint8_t>(text.size()));
+    else
+        add_number(static_cast<std::uint32_t>(text.size()));
+    add_bytes(text);
 }
 
 void RowBytes::add(std::size_t field, const Value& value) {
     if (value.is_null()) return;
-    const auto place = static_cast<std::uint16_t>(field);
     if (value.is_text()) {
-        const std::string& text = value.text_ref();
-        add_placed(place, 't', static_cast<std::uint32_t>(text.size()));
-        add_bytes(text);
+        add_text(field, value.text_ref());
     } else if (value.is_number()) {
         const double number = value.number_ref();
-        add_placed(place, 'n', number == 0 ? 0.0 : number);  // no negative zero
+        add_place(field, number == 0 ? kZero : kNumber);
+        if (number != 0) add_number(number);
     } else if (value.is_flag()) {
-        if (value.flag()) add_placed(place, 'f', true);
+        if (value.flag()) add_place(field, kTrue);
     } else {
-        add_placed(place, 'd', *value.date());
+        add_place(field, kDate);
+        add_number(*value.date());
     }
 }
 

@@ -46,9 +46,26 @@ class RowBytes {
     void add_row(const Table& table, const PlaceSet& fields, const Row& row);
 
   private:
-    [[nodiscard]] char* room(std::size_t size);
+    // The length of what follows a place is known by its kind, and that of a text by its first bytes.
+    enum Kind : char {
+        kTrue = 'f',
+        kZero = 'z',
+        kNumber = 'n',
+        kDate = 'd',
+        kShortText = 's',
+        kLongText = 't'
+    };
+
+    [[nodiscard]] char* room(std::size_t size) {
+        if (used_ + size > bytes_.size()) grow(size);
+        used_ += size;
+        return bytes_.data() + used_ - size;
+    }
+    void grow(std::size_t size);
+    void add_place(std::size_t place, Kind kind);
+    void add_text(std::size_t field, std::string_view text);
     template <class Number>
-    void add_placed(std::uint16_t place, char kind, const Number& number);
+    void add_number(const Number& number);
 
     // Only ever grows; used_ is how much of it counts.
     std::vector<char> bytes_;
