@@ -1,0 +1,219 @@
+// What opens beside the forms: reviews, masters, reports and the pages that are printed.
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QTableView>
+#include <QTest>
+#include <QTextDocument>
+#include <QTimer>
+#include <deque>
+#include <filesystem>
+
+#include "desktop/host_window.h"
+#include "desktop/ledger_window.h"
+#include "desktop/paper_windows.h"
+#include "desktop/review_windows.h"
+#include "inquiries/apreport_aging.h"
+
+namespace brimley::testing {
+
+TEST_F(Host, GlLedgerReviewShowsTheLinesOfTheDocument) {
+    save_invoice();
+    window->desk().windows().back()->press(113);
+    auto* const ledger = newest<desktop::LedgerWindow>();
+    ASSERT_NE(ledger, nullptr);
+    const QAbstractItemModel& lines = *ledger->lines().model();
+    const auto cell = [&](int row, const QString& heading) {
+        for (int column = 0; column < lines.columnCount(); ++column)
+            if (lines.headerData(column, Qt::Horizontal).toString() == heading)
+                return lines.index(row, column).data().toString().toStdString();
+        return std::string("no such column");
+    };
+    ASSERT_EQ(lines.rowCount(), 2);
+    EXPECT_EQ(cell(0, "Account"), "2000");
+    EXPECT_EQ(cell(0, "Debit"), "");
+    EXPECT_EQ(cell(0, "Credit"), "100.00");
+    EXPECT_EQ(cell(1, "Account"), "5000");
+    EXPECT_EQ(cell(1, "Name"), "Purchases");
+    EXPECT_EQ(cell(1, "Debit"), "100.00");
+    EXPECT_EQ(cell(1, "Base debit"), "100.00");
+    EXPECT_EQ(cell(1, "Credit"), "");
+    EXPECT_EQ(ledger->sums().text(), "Base debit 100.00   Base credit 100.00");
+    EXPECT_EQ(ledger->windowTitle(), "G/L Ledger Review - GL-26-00001");
+}
+
+TEST_F(Host, GlLedgerReviewTellsWhenADocumentDoesNotBalance) {
+    save_invoice();
+    window->ap()->abcdb->Execute("UPDATE GL_transaction_table SET base_amount = 90 WHERE accno = '5000'");
+    ask("G/L Ledger Review", "1gl-1");
+    auto* const ledger = newest<desktop::LedgerWindow>();
+    ASSERT_NE(ledger, nullptr);
+    EXPECT_EQ(ledger->sums().text(), "Base debit 90.00   Base credit 100.00   NOT IN BALANCE");
+}
+
+TEST_F(Host, VendorMasterStandsAtTheVendorAndCanBeSearched) {
+    ask("Vendor Master", "V1003");
+    auto* const list = newest<desktop::ListWindow>();
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->chosen_key(), "V1003");
+    const int all = list->table().model()->rowCount();
+    list->search().setText("chiang rai");
+    EXPECT_LT(list->table().model()->rowCount(), all);
+    EXPECT_EQ(list->table().model()->index(0, 0).data().toString(), "V3002");
+}
+
+TEST_F(Host, MasterIsSearchedAtOnceAndTheArrowsGoThroughWhatWasFound) {
+    ask("Vendor Master");
+    auto* const list = newest<desktop::ListWindow>();
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->focusProxy(), &list->search());
+    QTest::keyClicks(&list->search(), "tea");
+    ASSERT_GT(list->table().model()->rowCount(), 1);
+    const QString first = list->chosen_key();
+    QTest::keyClick(&list->search(), Qt::Key_Down);
+    EXPECT_NE(list->chosen_key(), first);
+}
+
+TEST_F(Host, VendorMasterShowsAnAddressInOneLine) {
+    ask("Vendor Master", "V1001");
+    const QAbstractItemModel& vendors = *newest<desktop::ListWindow>()->table().model();
+    const QString address = vendors.index(0, vendors.columnCount() - 1).data().toString();
+    EXPECT_FALSE(address.isEmpty());
+    EXPECT_FALSE(address.contains('\n'));
+}
+
+TEST_F(Host, AccountMasterListsTheAccounts) {
+    ask("Account Master", "5000");
+    auto* const list = newest<desktop::ListWindow>();
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->windowTitle(), "Account Master");
+    EXPECT_EQ(list->chosen_key(), "5000");
+}
+
+TEST_F(Host, PreviewPrintsTheDocumentOfTheQuery) {
+    save_invoice();
+    window->desk().windows().back()->press(103);
+    auto* const report = newest<desktop::ReportWindow>();
+    ASSERT_NE(report, nullptr);
+    EXPECT_EQ(report->windowTitle(), "A/P Invoice IP-26-00001");
+    const QString text = report->document().toPlainText();
+    EXPECT_TRUE(text.contains("IP-26-00001"));
+    EXPECT_TRUE(text.contains("Baywater Coffee Traders"));
+    EXPECT_TRUE(text.contains("100.00"));
+    EXPECT_TRUE(text.contains("Total"));
+    for (const char* const raw : {"Docno", "Duedays", "fkey", "Source form", "authority"})
+        EXPECT_FALSE(text.contains(raw)) << raw;
+    const QString file = QString::fromStdString(folder.file("report.pdf"));
+    EXPECT_TRUE(report->save_pdf(file));
+    ask("pdf viewer", file.toStdString().c_str(), "The report");
+    auto* const viewer = newest<desktop::PdfWindow>();
+    ASSERT_NE(viewer, nullptr);
+    EXPECT_EQ(viewer->windowTitle(), "The report");
+    EXPECT_EQ(viewer->pages(), 1);
+}
+
+TEST_F(Host, PdfThatIsNotThereIsToldInItsWindow) {
+    ask("pdf viewer", "/nowhere\\Help\\AP Invoice Entry Help.pdf", "Help");
+    auto* const viewer = newest<desktop::PdfWindow>();
+    ASSERT_NE(viewer, nullptr);
+    EXPECT_EQ(viewer->findChild<QLabel*>()->text(), "/nowhere/Help/AP Invoice Entry Help.pdf is not there.");
+}
+
+// Whether something dark appears in the window within some seconds: pages are drawn beside the event loop.
+bool shows_ink(QWidget& window) {
+    const QDeadlineTimer deadline(10'000);
+    while (!deadline.hasExpired()) {
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+        const QImage picture = window.grab().toImage();
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                if (qGray(picture.pixel(x, y)) < 60) return true;
+    }
+    return false;
+}
+
+TEST_F(Host, ReportIsWrittenIntoTheUsersFolderAndOpensInAWindow) {
+    save_invoice();
+    ASSERT_TRUE(window->show_form("APreport_aging"));
+    auto& list = *window->desk().windows().back();
+    list.press(104);
+    list.press(103);
+    EXPECT_EQ(newest<desktop::PdfWindow>(), nullptr);  // nobody has set up the page
+    list.press(102);
+    auto& save = dynamic_cast<controls::PushButton&>(*list.form().child()->controls().find("cmdsave"));
+    ASSERT_EQ(save.click(), controls::Refusal::none);
+    list.press(103);
+    EXPECT_EQ(boxes, std::vector<std::string>{"Save format complete"});
+    auto* const viewer = newest<desktop::PdfWindow>();
+    ASSERT_NE(viewer, nullptr);
+    EXPECT_EQ(viewer->windowTitle(), "Preview Vendor Aging");
+    EXPECT_EQ(viewer->pages(), 1);
+    EXPECT_TRUE(shows_ink(*viewer));
+    // A page that nobody has turned is a landscape one, and has its twin.
+    const QDir reports(QString::fromStdString(folder.file("User report/anna")));
+    const QStringList files = reports.entryList(QDir::Files, QDir::Name);
+    ASSERT_EQ(files.size(), 2);
+    EXPECT_TRUE(files[0].startsWith("vendor_aging"));
+    EXPECT_TRUE(files[1].endsWith("_L.pdf"));
+}
+
+TEST_F(Host, PaneOfTheColumnsToPrintHasItsTitles) {
+    ASSERT_TRUE(window->show_form("APreport_aging"));
+    auto& list = *window->desk().windows().back();
+    list.press(124);
+    list.settle();
+    auto& columns = window->ap()->frm_aging->print_columns;
+    QDockWidget* const pane = list.pane(columns.Frame_printcol);
+    ASSERT_NE(pane, nullptr);
+    EXPECT_TRUE(pane->isVisible());
+    EXPECT_EQ(pane->windowTitle(), "Print Column");
+    const auto labels = pane->widget()->findChildren<QLabel*>();
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(),
+                            [](const QLabel* label) { return label->text() == "PRINT COLUMNS"; }));
+}
+
+// Watches a bar at every moment in which the window is let go on.
+class ProgressSeen {
+  public:
+    explicit ProgressSeen(const QProgressBar& bar) : bar_(bar) {
+        timer_.callOnTimeout([this] {
+            if (bar_.isVisible()) values_.insert(bar_.value());
+        });
+        timer_.start(0);
+    }
+    [[nodiscard]] const std::set<int>& values() const { return values_; }
+
+  private:
+    const QProgressBar& bar_;
+    QTimer timer_;
+    std::set<int> values_;
+};
+
+TEST_F(Host, ProgressIsSeenWhileAListFills) {
+    window->ap()->dbe->BeginTrans();
+    auto items = window->ap()->abcdb->OpenRecordset("SELECT * FROM AP_transaction_table WHERE 1 = 2",
+                                                    store::RecordsetKind::dynaset);
+    for (int i = 0; i < 3'000; ++i) {
+        items.AddNew();
+        items.set("vendor_no", "V1001");
+        items.set("docno", std::to_string(i));
+        items.Update();
+    }
+    window->ap()->dbe->CommitTrans();
+    ASSERT_TRUE(window->show_form("APreport_aging"));
+    auto& list = *window->desk().windows().back();
+    auto& form = *window->ap()->frm_aging;
+    const auto& bar = dynamic_cast<QProgressBar&>(*list.widget(form.Progress1));
+    EXPECT_FALSE(bar.isVisible());
+    const ProgressSeen seen(bar);
+    list.press(104);
+    list.settle();
+    EXPECT_EQ(form.dbgrid1.array.used_rows(), 3'001);
+    EXPECT_GE(seen.values().size(), 4U);
+    EXPECT_FALSE(bar.isVisible());
+}
+
+}  // namespace brimley::testing
