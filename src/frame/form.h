@@ -172,9 +172,7 @@ class Form : public std::enable_shared_from_this<Form> {
     }
     // Whatever is written from now on was written by the user of this form: for those who write documents
     // without in_transaction(), which calls it.
-    void sign_writes() {
-        context_.dbe->sign({context_.BRIMLEY_USER, desk_.computer_name(), desk_.now()});
-    }
+    void sign_writes() { context_.dbe->sign({context_.BRIMLEY_USER, desk_.computer_name(), desk_.now()}); }
     // Runs the action in one transaction on the host's workspace. True when it returned true and is stored;
     // otherwise nothing of it is left, and what it threw is noted under the name and is the `failure`.
     template <class Action>

@@ -122,9 +122,9 @@ TEST(CompanyTables, OnlyCountersParametersAndEntriesOfTheTrailAreUnique) {
             EXPECT_EQ(index.fields, table.natural_key) << table.name;
         }
     }
-    EXPECT_EQ(unique, (std::set<std::string>{"Account_Parameters_table", "Docno_master_table",
-                                             "Next_number_fkey_table", "Next_number_format_table",
-                                             "Trail_table"}));
+    EXPECT_EQ(unique,
+              (std::set<std::string>{"Account_Parameters_table", "Docno_master_table",
+                                     "Next_number_fkey_table", "Next_number_format_table", "Trail_table"}));
 }
 
 TEST(CompanyTables, EveryKeyHasAnIndexOverItsFields) {
