@@ -313,6 +313,10 @@ int main_program(int argc, char** argv) {
         "A Brimley company database as a whole: create, import, export, check, back up, upgrade, add a year",
         "brimley-company");
     program.set_version_flag("--version", "brimley-company " BRIMLEY_VERSION);
+    program.footer(
+        "Status: 0 done; 1 check found something, or what stands in the files or the company is in the way; "
+        "2 "
+        "the command line is wrong; 3 the company or a file cannot be opened or written.");
     program.require_subcommand(1);
     program.failure_message([&](const CLI::App* app, const CLI::Error& error) {
         const bool no_command = app->get_subcommands().empty();

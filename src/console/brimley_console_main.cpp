@@ -27,6 +27,11 @@ void describe(CLI::App& app, Options& options) {
     app.add_option("COMPANY", options.company, "company file, or postgresql:// URI")->required();
     app.add_option("SCRIPT", options.scripts, "scripts to run in order; none: standard input");
     brimley::opening::describe_host_options(app, options.host);
+    app.footer(
+        "Commands are read one a line; help lists them, help COMMAND shows one, quit ends.\n"
+        "Status: 0 all checks held; 1 a check failed; 2 the command line or the script is wrong; 3 the "
+        "company "
+        "cannot be opened.");
 }
 
 void run_scripts(Console& console, const Options& options) {
@@ -38,7 +43,7 @@ void run_scripts(Console& console, const Options& options) {
         }
     }
     for (const std::string& name : options.scripts) {
-        brimley::console::run_script_file(console, name);
+        if (!console.has_quit()) brimley::console::run_script_file(console, name);
     }
 }
 

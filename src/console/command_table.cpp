@@ -41,20 +41,54 @@ const std::vector<Console::CommandEntry>& Console::command_table() {
         {"columns", "GRID", "prints the columns and how they look", &Console::do_columns},
         {"pressed", "ID", "prints whether a command is pressed", &Console::do_pressed},
         {"sql", "QUERY", "prints the rows of a query", &Console::do_sql},
-        {"expect", "...", "checks what is shown or has happened", &Console::do_expect},
+        {"expect", "...", "checks what is shown or has happened; see help expect", &Console::do_expect},
+        {"quit", "", "ends the console; what a script says after it is not read", &Console::do_quit},
     };
     return kCommands;
 }
+
+namespace {
+
+struct Check {
+    const char* arguments;
+    const char* holds_when;
+};
+
+constexpr Check kChecks[] = {
+    {"CONTROL = VALUE", "the control shows it"},
+    {"state CONTROL WORD...", "its state has all these words"},
+    {"cell GRID ROW CAPTION = VALUE", "the cell shows it"},
+    {"rows GRID N", "N rows down to the last that holds anything"},
+    {"pressed|released|absent ID", "the command is"},
+    {"message|question [like] TEXT", "the oldest one not yet expected; like: * is any text"},
+    {"notify FORMX DOCNOX ARG2", "likewise; notify like PATTERN"},
+    {"refused NAME", "likewise: of a control, a grid or a command"},
+    {"closed CLASS", "likewise: a form"},
+    {"nothing", "nothing of these is left; the queues are emptied"},
+    {"list CONTROL N TEXT", "item N of the combo, from 0"},
+    {"sql QUERY = VALUE", "the first field of the first row"},
+    {"sql QUERY rows N", "the number of rows"},
+};
+
+void print_help(std::ostream& out, const char* command, const char* arguments, const char* effect) {
+    const std::string call = fmt::format("{} {}", command, arguments);
+    fmt::print(out, "{:<40}{}{}\n", call, call.size() < 40 ? "" : " ", effect);
+}
+
+}  // namespace
 
 void Console::do_help(Arguments& arguments) {
     const std::string wanted = arguments.more() ? arguments.take("COMMAND") : std::string{};
     const auto is_wanted = [&](const CommandEntry& entry) { return wanted.empty() || entry.name == wanted; };
     const auto& table = command_table();
     if (std::none_of(table.begin(), table.end(), is_wanted)) throw ScriptFault("unknown command: " + wanted);
-    for (const CommandEntry& entry : table) {
-        if (!is_wanted(entry)) continue;
-        fmt::print(out_, "{:<40}{}\n", fmt::format("{} {}", entry.name, entry.arguments), entry.effect);
-    }
+    for (const CommandEntry& entry : table)
+        if (is_wanted(entry)) print_help(out_, entry.name, entry.arguments, entry.effect);
+    if (wanted != "expect") return;
+    for (const Check& check : kChecks)
+        print_help(out_, "expect", check.arguments, check.holds_when);
 }
+
+void Console::do_quit(Arguments& /*arguments*/) { has_quit_ = true; }
 
 }  // namespace brimley::console

@@ -28,6 +28,8 @@ class Console {
     // line is wrong.
     void run(const std::string& line, const std::string& place);
 
+    // Nothing more is to be run.
+    [[nodiscard]] bool has_quit() const { return has_quit_; }
     // The user is about to think: what was saved is brought into the company file itself.
     void tidy();
 
@@ -60,6 +62,7 @@ class Console {
     void do_answer(Arguments& arguments);
     void do_otherdesk(Arguments& arguments);
     void do_help(Arguments& arguments);
+    void do_quit(Arguments& arguments);
 
     // act_commands.cpp: the user
     void do_set(Arguments& arguments);
@@ -123,6 +126,7 @@ class Console {
     std::string place_;
     int passed_ = 0;
     int failed_ = 0;
+    bool has_quit_ = false;
 };
 
 }  // namespace brimley::console

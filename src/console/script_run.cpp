@@ -12,7 +12,7 @@ namespace brimley::console {
 
 void run_lines(Console& console, std::istream& in, const std::string& name) {
     std::string line;
-    for (int number = 1; std::getline(in, line); ++number) {
+    for (int number = 1; !console.has_quit() && std::getline(in, line); ++number) {
         const std::string place = name + ":" + std::to_string(number);
         try {
             const Interrupt interrupt;

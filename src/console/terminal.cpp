@@ -49,10 +49,13 @@ void run_terminal(Console& console) {
     rl_initialize();
     rl_attempted_completion_function = complete;
     console.desk().ask_person = ask_at_terminal;
-    for (int number = 1;; ++number) {
+    for (int number = 1; !console.has_quit(); ++number) {
         words_to_complete = console.words();
         const Line line = read_line("brimley> ");
-        if (!line) break;
+        if (!line) {
+            std::cout << '\n';
+            return;
+        }
         if (*line.get() != '\0') add_history(line.get());
         try {
             const Interrupt interrupt;
@@ -65,7 +68,6 @@ void run_terminal(Console& console) {
         std::cout.flush();
         console.tidy();
     }
-    std::cout << '\n';
 }
 
 }  // namespace brimley::console

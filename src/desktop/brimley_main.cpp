@@ -33,6 +33,9 @@ void describe(CLI::App& app, Options& options) {
         ->needs(company);
     app.add_flag("--dark", options.dark, "light on dark, this time");
     opening::describe_host_options(app, options.host);
+    app.footer(
+        "Status: 0; 2 the command line is wrong; 3 the company cannot be opened, or the picture not "
+        "written.");
 }
 
 int take_screenshot(desktop::MainWindow& window, const Options& options) {

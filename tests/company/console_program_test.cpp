@@ -8,6 +8,7 @@
 namespace brimley {
 namespace {
 
+using ::testing::HasSubstr;
 using testing::Outcome;
 using testing::run_program;
 using testing::write_file;
@@ -84,6 +85,41 @@ TEST_F(ConsoleProgram, DamagedCompanyIsToldAndNeverWrittenTo) {
     EXPECT_EQ(outcome.errors,
               "brimley-console: a.company is damaged, and can only be read: its last page is not whole\n");
     EXPECT_TRUE(testing::text_of_file(path) == before);
+}
+
+TEST_F(ConsoleProgram, HelpListsTheCommandsOrShowsOne) {
+    write_file(folder_.file("acts"), "help\n");
+    const std::string all = console("a.company acts").output;
+    EXPECT_THAT(
+        all, HasSubstr("\nset CONTROL VALUE                       types the value and leaves the field\n"));
+    EXPECT_THAT(all, HasSubstr("\nquit "));
+    EXPECT_THAT(all, ::testing::Not(HasSubstr("\nexpect rows")));
+    write_file(folder_.file("acts"), "help rowheight\nhelp expect\n");
+    EXPECT_THAT(
+        console("a.company acts").output,
+        ::testing::AllOf(
+            ::testing::StartsWith("rowheight GRID N                        resizes the rows\nexpect ..."),
+            HasSubstr("\nexpect rows GRID N                      N rows down to the last")));
+    write_file(folder_.file("acts"), "help me\n");
+    const Outcome unknown = console("a.company acts");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_EQ(unknown.errors, "acts:1: unknown command: me\n");
+}
+
+TEST_F(ConsoleProgram, QuitEndsAllScripts) {
+    write_file(folder_.file("acts"), "help rowheight\nquit\nnonsense\n");
+    const Outcome outcome = console("a.company acts nowhere");
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_EQ(outcome.output, "rowheight GRID N                        resizes the rows\n");
+    EXPECT_EQ(console_with("expect rows dbgrid1 7\nquit\n").status, 1);
+    write_file(folder_.file("acts"), "quit now\n");
+    EXPECT_EQ(console("a.company acts").status, 2);
+}
+
+TEST_F(ConsoleProgram, HelpOfTheProgramNamesItsStatuses) {
+    for (const char* const program : {"brimley-console", "brimley-company"})
+        EXPECT_THAT(run_program(folder_, {.arguments = "--help", .program = program}).output,
+                    HasSubstr("Status: 0 "));
 }
 
 TEST_F(ConsoleProgram, RowsHaveAHeightAboveNothing) {
