@@ -144,6 +144,19 @@ TEST_F(Trail, WhatItCannotKnowIsNotCommitted) {
     engine->disarm();
     expect_error(ErrorKind::state, [&] { company_.workspace().CommitTrans(); });
     company_.workspace().Rollback();
+    // The row again, after one of its fields was written.
+    {
+        auto rows = company_.dynaset("SELECT amount FROM Invoice_table");
+        company_.workspace().BeginTrans();
+        rows.Edit();
+        rows.set("amount", 4);
+        engine->only_statements_with = "open_amount";  // every field is read
+        engine->arm(2, false);
+        expect_error(ErrorKind::constraint, [&] { rows.Update(); });
+        engine->disarm();
+        expect_error(ErrorKind::state, [&] { company_.workspace().CommitTrans(); });
+        company_.workspace().Rollback();
+    }
     // The second of three entries.
     company_.workspace().BeginTrans();
     for (int number = 1; number <= 2500; ++number)

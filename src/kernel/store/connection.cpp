@@ -374,20 +374,6 @@ void Connection::note_changed(const WatchedTable& watched, std::span<const RowKe
         if (read_row(*watched.table, key, row)) trail_.note(watched, row, true);
 }
 
-// What the trail cannot know of must not be committed.
-template <class Action>
-void Connection::or_nothing_stands(const Action& action) {
-    try {
-        action();
-    } catch (...) {
-        if (in_trans_)
-            spoiled_ = true;
-        else
-            roll_back_engine();
-        throw;
-    }
-}
-
 void Connection::upgrade() {
     ++stamp_;
     guarded([&] { engine_->upgrade(catalog_); });
@@ -482,6 +468,13 @@ void Connection::rollback() {
     if (begun_) engine_->rollback();
     in_trans_ = false;
     engine_transaction_ended();
+}
+
+void Connection::spoil() {
+    if (in_trans_)
+        spoiled_ = true;
+    else
+        roll_back_engine();
 }
 
 void Connection::roll_back_engine() {

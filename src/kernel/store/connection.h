@@ -78,6 +78,17 @@ class Connection {
     void sign(Signature signature) { signature_ = std::move(signature); }
     // What the open transaction writes into watched tables is noted here, after it was written.
     [[nodiscard]] TrailWriter& trail() { return trail_; }
+    // Notes what was written. When that fails nothing of the transaction can be committed any more: the trail
+    // would not know of it.
+    template <class Action>
+    void or_nothing_stands(const Action& note) {
+        try {
+            note();
+        } catch (...) {
+            spoil();
+            throw;
+        }
+    }
     // The last entry.
     [[nodiscard]] TrailEntry end_of_trail();
     // Of a company of an older layout, by the catalog to which it is brought, within begin_alone(): makes
@@ -157,8 +168,6 @@ class Connection {
     void note_changed(const WatchedTable& watched, std::span<const RowKey> keys);
     // Of all rows of the table, with every field.
     [[nodiscard]] std::shared_ptr<SelectPlan> row_plan(const Table& table);
-    template <class Action>
-    void or_nothing_stands(const Action& action);
     void append_to_trail();
     void commit_engine();
     template <class Plan, class Make>
@@ -170,6 +179,7 @@ class Connection {
     void note_lost(const Error& error);
     void look_up_doubt();
     [[nodiscard]] Doubt found_out(const Witness& witness);
+    void spoil();
     void roll_back_engine();
     // The engine's transaction is over, in whatever way.
     void engine_transaction_ended();

@@ -277,7 +277,7 @@ void Recordset::State::insert_row() {
     const WriteResult added =
         connection_->write(connection_->insert_plan(*plan_, memory_->written_fields), memory_->parameters);
     plan_->table_plan->written_at = connection_->stamp();
-    if (watched) note_added(*watched);
+    if (watched) connection_->or_nothing_stands([&] { note_added(*watched); });
     if (is_entry) connection_->trail().note_entries_brought();
     note_witness(added.key, true);
     connection_->release(hold_);
@@ -385,9 +385,11 @@ void Recordset::State::write_changes() {
     begin_hold();
     const Row& before = whole_row();
     write_row();
-    connection_->trail().note(*watched, before, false);
-    show_changes();
-    connection_->trail().note(*watched, whole_row(), true);
+    connection_->or_nothing_stands([&] {
+        connection_->trail().note(*watched, before, false);
+        show_changes();
+        connection_->trail().note(*watched, whole_row(), true);
+    });
 }
 
 void Recordset::State::write_row() {
