@@ -19,6 +19,7 @@ constexpr const char* kProgram = "brimley-console";
 struct Options {
     std::string company;
     std::vector<std::string> scripts;
+    bool other_desk = false;
     brimley::opening::HostOptions host;
 };
 
@@ -32,6 +33,8 @@ void describe(CLI::App& app, Options& options) {
         "Status: 0 all checks held; 1 a check failed; 2 the command line or the script is wrong; 3 the "
         "company "
         "cannot be opened.");
+    app.add_flag("--other-desk", options.other_desk,
+                 "allow otherdesk: scripts hold rows as a second user does, for tests");
 }
 
 void run_scripts(Console& console, const Options& options) {
@@ -52,6 +55,7 @@ int run(const Options& options) {
     if (!context) return brimley::console::kNotOpened;
     context->dbe->watch(std::make_shared<brimley::console::ServerWatch>(kProgram));
     Console console(*context, std::cout);
+    if (options.other_desk) console.allow_other_desk();
     return brimley::console::run_to_status(console, std::cout, kProgram,
                                            [&] { run_scripts(console, options); });
 }

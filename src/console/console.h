@@ -30,6 +30,10 @@ class Console {
 
     // Nothing more is to be run.
     [[nodiscard]] bool has_quit() const { return has_quit_; }
+    // Whoever started the program lets scripts hold rows as a second user does (otherdesk). Nobody may by
+    // default, since it keeps real users from saving.
+    void allow_other_desk() { other_desk_allowed_ = true; }
+
     // The user is about to think: what was saved is brought into the company file itself.
     void tidy();
 
@@ -120,6 +124,7 @@ class Console {
     Actor& actor_;
     ConsoleDesk desk_;
     host::APclass ap_;
+    bool other_desk_allowed_ = false;
     store::OpenCompany other_desk_;  // a second user's connection, while it holds a row
     std::unique_ptr<store::Recordset> held_row_;
     int waits_until_release_ = 0;

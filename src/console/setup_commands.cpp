@@ -75,6 +75,8 @@ void Console::do_answer(Arguments& arguments) {
 // otherdesk hold "SELECT ..." [WAITS]: a second user takes the first row of the query, as one in the middle
 // of a save does, and holds it until `otherdesk release`, or until somebody has waited for it WAITS times.
 void Console::do_otherdesk(Arguments& arguments) {
+    if (!other_desk_allowed_)
+        throw ScriptFault("otherdesk works only in a console started with --other-desk");
     const std::string act = arguments.take("hold or release");
     if (act == "release") {
         if (!held_row_) throw ScriptFault("the other desk holds nothing");

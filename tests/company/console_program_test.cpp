@@ -49,6 +49,15 @@ TEST_F(ConsoleProgram, PeriodsAreAWholeNumberFromOneToNinetyNine) {
     EXPECT_THAT(console("a.company acts --periods 99").output, ::testing::EndsWith("98\n99\n"));
 }
 
+TEST_F(ConsoleProgram, OtherDeskIsOnlyThereForWhoeverAskedForIt) {
+    write_file(folder_.file("acts"),
+               "otherdesk hold \"SELECT * FROM COA_config_table\"\notherdesk release\n");
+    const Outcome refused = console("a.company acts");
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.errors, "acts:1: otherdesk works only in a console started with --other-desk\n");
+    EXPECT_EQ(console("a.company acts --other-desk").status, 0);
+}
+
 TEST_F(ConsoleProgram, DateFormatThatCouldNotReadItsOwnDatesIsRefused) {
     write_file(folder_.file("acts"),
                "today 2026-01-15\ncall showform_APform_invoice\npress 105\nshow txtinvdate\n");

@@ -27,6 +27,7 @@ console::Status play_session(const std::string& company, const std::string& scri
     desktop::DesktopDesk screen;
     WidgetActor actor(screen);
     console::Console console(*context, out, actor, screen);
+    console.allow_other_desk();
     screen.act_for(console.desk());
     screen.on_box = [&](QMessageBox& box) { answer(box, console.desk().answer_at_hand()); };
     return console::run_to_status(console, out, kProgram, [&] { console::run_script_file(console, script); });

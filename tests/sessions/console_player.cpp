@@ -10,6 +10,7 @@ console::Status play_session(const std::string& company, const std::string& scri
     const auto context = opening::open_or_tell(company, options, kProgram);
     if (!context) return console::kNotOpened;
     console::Console console(*context, out);
+    console.allow_other_desk();
     return console::run_to_status(console, out, kProgram, [&] { console::run_script_file(console, script); });
 }
 
