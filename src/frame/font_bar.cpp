@@ -149,7 +149,7 @@ bool FontBar::execute(int id) {
             frame_font.set_visible(true);
             return true;
         case command::kSaveFont:  // for everybody, so only with the right to write
-            if (rights().Update) cmdsave_font_Click();
+            if (rights().Update && still_may_update()) cmdsave_font_Click();
             return true;
         case command::kRestoreFont:
             cmdrestore_font_click();

@@ -71,9 +71,18 @@ Refusal Form::press(int id) {
     const controls::Command* pressed = bars_.find(id);
     if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
     if (!connected_for(id)) return Refusal::none;
+    refused_for_rights_ = false;
     execute(id);
     tell_of_connection();
-    return Refusal::none;
+    return refused_for_rights_ ? Refusal::disabled : Refusal::none;
+}
+
+bool Form::still_may_update() {
+    if (!rights_.Update) return true;
+    kernel::UserRights now;
+    kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, now);
+    refused_for_rights_ = !now.Update;
+    return now.Update;
 }
 
 namespace {

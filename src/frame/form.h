@@ -148,9 +148,10 @@ class Form : public std::enable_shared_from_this<Form> {
         return false;
     }
     // For an act that was not stored. When it is not known whether it was, the command's end reports that
-    // instead.
+    // instead; and an act without the right to it is refused without a message, as a disabled command is.
     void tell_failure(const std::string& text) {
-        if (connection_state() != store::ConnectionState::in_doubt) tell(text);
+        if (refused_for_rights_ || connection_state() == store::ConnectionState::in_doubt) return;
+        tell(text);
     }
     [[nodiscard]] bool ask(const std::string& text, const std::string& title = {}) {
         return desk_.question(text, title);
@@ -170,6 +171,10 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] std::string last_failure() const {
         return kernel_ ? kernel_->ignored_failures().last_failure() : std::string{};
     }
+    // Whether the right to write that the user had when the form was opened is still theirs, as the company
+    // says now. A form that does not ask for the right lets everybody write as before. False: the act is
+    // over, and the command that began it is refused as disabled.
+    [[nodiscard]] bool still_may_update();
     // Whatever is written from now on was written by the user of this form: for those who write documents
     // without in_transaction(), which calls it.
     void sign_writes() { context_.dbe->sign({context_.BRIMLEY_USER, desk_.computer_name(), desk_.now()}); }
@@ -179,8 +184,10 @@ class Form : public std::enable_shared_from_this<Form> {
     bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) {
         if (half_read_ || half_loaded_) return refuse(kHalfReadMessage);
         bool done = false;
+        refused_for_rights_ = false;
         const bool whole = step(name, [&] {
             Transaction transaction(context_.dbe);
+            if (!still_may_update()) return;
             sign_writes();
             done = std::forward<Action>(action)();
             if (done) transaction.commit();
@@ -232,6 +239,7 @@ class Form : public std::enable_shared_from_this<Form> {
     Desk& desk_;
     kernel::UserRights rights_;
     std::shared_ptr<Form> child_;
+    bool refused_for_rights_ = false;  // the last act that writes
     bool loaded_ = false;
     bool shown_ = false;
     // Calls that were lost outside of commands, as far as this form has looked at them.

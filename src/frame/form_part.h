@@ -34,6 +34,7 @@ class FormPart {
     void tell_failure(const std::string& text) const { form_.tell_failure(text); }
     // Shows the message and returns false, as a check that has failed does.
     [[nodiscard]] bool refuse(const std::string& text) const { return form_.refuse(text); }
+    [[nodiscard]] bool still_may_update() const { return form_.still_may_update(); }
     [[nodiscard]] bool ask(const std::string& text, const std::string& title = {}) const {
         return form_.ask(text, title);
     }

@@ -58,4 +58,24 @@ TEST_F(DocumentSave, FailureAfterTheHeaderLeavesNothingTheNumberIncluded) {
     expect_nothing_stored();
 }
 
+// As Save of a form that was opened without the right, which says nothing; the toolbar shows it as refused.
+TEST_F(DocumentSave, RightTakenBackMeanwhileRefusesTheSaveUntilItIsGivenAgain) {
+    host.company.db().Execute("UPDATE User_right_table SET Update = FALSE WHERE userid = 'anna'");
+    EXPECT_EQ(form->press(101), controls::Refusal::disabled);
+    EXPECT_THAT(host.messages(), ElementsAre());
+    expect_nothing_stored();
+    EXPECT_EQ(form->press(401), controls::Refusal::disabled);
+    EXPECT_THAT(host.messages(), ElementsAre());
+
+    host.company.db().Execute("UPDATE User_right_table SET Update = TRUE WHERE userid = 'anna'");
+    EXPECT_EQ(form->press(101), controls::Refusal::none);
+    EXPECT_THAT(host.messages(), ElementsAre("saved"));
+}
+
+TEST_F(DocumentSave, RowOfRightsThatIsGoneRefusesTheSave) {
+    host.company.db().Execute("DELETE * FROM User_right_table WHERE form = 'APform_revalue'");
+    EXPECT_EQ(form->press(101), controls::Refusal::disabled);
+    expect_nothing_stored();
+}
+
 }  // namespace brimley::testing
