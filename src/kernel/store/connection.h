@@ -156,6 +156,7 @@ class Connection {
     // As the calls of Engine with these names.
     void tidy();
     [[nodiscard]] std::string reading_only_because() const { return engine_->reading_only_because(); }
+    [[nodiscard]] std::optional<ServerRole> role() { return engine_->role(); }
     [[nodiscard]] bool others_write_meanwhile() const { return !engine_->reads_stay_true(); }
     [[nodiscard]] std::vector<std::string> faults_of_storage() { return engine_->faults_of_storage(); }
     [[nodiscard]] bool copy_file(const std::string& to) { return engine_->copy_file(to); }

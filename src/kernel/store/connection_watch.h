@@ -8,6 +8,12 @@
 
 namespace brimley::store {
 
+// Whom a server takes a connection for.
+struct ServerRole {
+    std::string name;
+    bool owns_company = false;  // or may act as its owner: no table is closed to it
+};
+
 class ConnectionWatch {
   public:
     virtual ~ConnectionWatch() = default;

@@ -193,6 +193,8 @@ class Database {
     // Why nothing can be written into the company, as a sentence without its full stop: it is damaged, or its
     // log is missing. Empty when it can. Whatever writes all the same throws ErrorKind::io with this text.
     [[nodiscard]] std::string reading_only_because() const;
+    // Whom the company's server takes this connection for; empty for a company in a file. Asks the server.
+    [[nodiscard]] std::optional<ServerRole> role() const;
     // Whether another workspace may commit something between two reads of the open transaction, so that the
     // second one sees it: on a server, not in a file.
     [[nodiscard]] bool others_write_meanwhile() const;

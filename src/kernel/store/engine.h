@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -114,6 +115,8 @@ class Engine {
     // Why nothing can be written into this company, as a sentence without its full stop; empty when it can.
     // Who writes all the same gets an Error that says so.
     [[nodiscard]] virtual std::string reading_only_because() const { return {}; }
+    // Empty for a company in a file.
+    [[nodiscard]] virtual std::optional<ServerRole> role() { return std::nullopt; }
     // What is wrong with the storage itself, whatever the rows say: one sentence a fault. Reads the whole
     // company. An engine that keeps its own watch over its disks has nothing to say.
     [[nodiscard]] virtual std::vector<std::string> faults_of_storage() { return {}; }

@@ -156,6 +156,7 @@ std::int64_t Database::Execute(std::string_view statement) {
 const Catalog& Database::catalog() const { return connection_->catalog(); }
 const std::string& Database::name() const { return connection_->name(); }
 std::string Database::reading_only_because() const { return connection_->reading_only_because(); }
+std::optional<ServerRole> Database::role() const { return connection_->role(); }
 bool Database::others_write_meanwhile() const { return connection_->others_write_meanwhile(); }
 std::vector<std::string> Database::faults_of_storage() const { return connection_->faults_of_storage(); }
 std::optional<TrailEntry> Database::end_of_trail() const {

@@ -63,6 +63,12 @@ class ResultRow final : public EngineRow {
     int row_ = 0;
 };
 
+// A row when the role may act as the owner of the company's tables.
+const std::string kLooksForOwner = fmt::format(
+    "SELECT 1 FROM pg_catalog.pg_namespace WHERE nspname = '{}' "
+    "AND pg_catalog.pg_has_role(current_user, nspowner, 'USAGE')",
+    kCompanySchema);
+
 enum class Span { none, snapshot, writing };
 
 class PostgresqlEngine final : public Engine {
@@ -245,6 +251,11 @@ class PostgresqlEngine final : public Engine {
         locks_ahead_.end(prefetch_);
         session_.send(*wait_for_trail_);
         session_.send(*end_of_trail_);
+    }
+
+    std::optional<ServerRole> role() override {
+        const PostgresqlResult owner = ask(*session_.command(kLooksForOwner), {});
+        return ServerRole{session_.user(), PQntuples(owner.get()) > 0};
     }
 
     std::string reading_only_because() const override {

@@ -85,6 +85,8 @@ class PostgresqlSession {
     [[nodiscard]] bool is_idle() const { return status_ == PQTRANS_IDLE; }
     [[nodiscard]] bool has_failed_transaction() const { return status_ == PQTRANS_INERROR; }
     [[nodiscard]] bool is_lost() const { return PQstatus(connection_.get()) == CONNECTION_BAD; }
+    // As the server knows it.
+    [[nodiscard]] std::string user() const { return PQuser(connection_.get()); }
     // The server is a standby, or set so, as far as it has told.
     [[nodiscard]] bool takes_no_changes() const;
     // Looks, without waiting, whether the server has closed the connection.
