@@ -26,6 +26,8 @@ constexpr ClassOfFields kClasses[]{
     {"Trail_table", entry, nothing,
      "entry_no entry_date user_created computer_id document rows_written hash"},
 
+    {"Password_table", entry, nothing, "userid password_hash"},
+
     {"User_right_table", layout, nothing, "form userid Update Print form_design"},
     {"Form_property_table", layout, nothing, "userid form toolbar_text Fontbar"},
     {"Recent_value_table", layout, nothing, "form_name control_name Value"},
