@@ -24,9 +24,11 @@
 #include "company/export.h"
 #include "company/import.h"
 #include "company/login_name.h"
+#include "company/people.h"
 #include "company/refusal.h"
 #include "company/signature.h"
 #include "company/transaction.h"
+#include "company/typed_secret.h"
 #include "kernel/tables/company_tables.h"
 #include "kernel/visible_text.h"
 
@@ -44,6 +46,7 @@ struct Arguments {
     std::string folder;
     std::string backup;  // the file of a backup
     std::string year;
+    std::string user;
     std::string base_currency;
     std::vector<std::string> tables;
     std::optional<std::string> sealed;  // what seal printed
@@ -91,7 +94,8 @@ void import_files(const Arguments& arguments) {
         throw company::UnusableValue(arguments.folder + " is not a folder");
     }
     with_company(arguments, [&](store::Database& database) {
-        company::import_folder(database, arguments.folder, {arguments.replace});
+        const bool by_administrator = company::is_administrator(database, company::login_name());
+        company::import_folder(database, arguments.folder, {arguments.replace, by_administrator});
     });
 }
 
@@ -173,6 +177,43 @@ int back_up(const Arguments& arguments) {
 
 int restore(const Arguments& arguments) {
     return report(company::restore(arguments.backup, arguments.company));
+}
+
+// From a terminal it is typed twice, since nobody sees it.
+company::Secret new_password(const std::string& user) {
+    company::Secret password =
+        company::typed_secret(fmt::format("new password of {} (empty: none any more): ", user));
+    if (company::somebody_types() && company::typed_secret("the same again: ").text() != password.text())
+        throw company::Refusal("the two passwords differ");
+    return password;
+}
+
+// Whoever may not decide for others has to know the password that is there, or to set their own first one.
+void require_right_to_change_password(store::Database& database, const std::string& user) {
+    if (company::is_administrator(database, company::login_name())) return;
+    if (!company::has_password(database, user)) {
+        if (user == company::login_name()) return;
+        throw company::Refusal(user + " has no password yet: only " + user +
+                               " or an administrator sets the first");
+    }
+    if (!company::is_password_of_person(database, user,
+                                        company::typed_secret("old password of " + user + ": ")))
+        throw company::Refusal("that is not the password of " + user);
+}
+
+// Nothing is held in the company while somebody types.
+void change_password(const Arguments& arguments) {
+    if (arguments.user.empty()) throw company::UnusableValue("the name of the person is empty");
+    company::Secret password;
+    {
+        const store::OpenCompany company = store::open_company(arguments.company, kernel::company_tables());
+        company::require_place_for_passwords(*company.database);
+        require_right_to_change_password(*company.database, arguments.user);
+        password = new_password(arguments.user);
+    }
+    with_company(arguments, [&](store::Database& database) {
+        company::set_password(database, arguments.user, password);
+    });
 }
 
 void add_year(const Arguments& arguments) {
@@ -287,7 +328,8 @@ CLI::App* add_restore(CLI::App& program, Arguments& arguments) {
 // What is wrong with a command line that names no command: the word that stands where one belongs.
 std::string fault_without_command(const CLI::App& program) {
     constexpr const char* kCommands =
-        "; there are create, import, export, check, seal, backup, restore, upgrade and add-year";
+        "; there are create, import, export, check, seal, backup, restore, upgrade, add-year and "
+        "password";
     const std::vector<std::string> words = program.remaining();
     const auto is_option = [](const std::string& word) { return word.starts_with('-'); };
     const auto command = std::find_if_not(words.begin(), words.end(), is_option);
@@ -338,6 +380,12 @@ int main_program(int argc, char** argv) {
     CLI::App* year = add_command(program, arguments, "add-year", "Open a fiscal year");
     year->add_option("YEAR", arguments.year, "such as 2028")->required();
     year->callback([&] { chosen = quietly(add_year); });
+
+    CLI::App* password = add_command(program, arguments, "password",
+                                     "Set a person's password, typed or read as a line of standard input; an "
+                                     "empty one takes it away");
+    password->add_option("USER", arguments.user, "the person")->required();
+    password->callback([&] { chosen = quietly(change_password); });
 
     try {
         program.parse(words.count(), words.words());

@@ -6,6 +6,7 @@
 #include "company/csv_values.h"
 #include "company/durable_folder.h"
 #include "company/output_file.h"
+#include "company/people.h"
 #include "company/table_writer.h"
 
 namespace brimley::company {
@@ -39,7 +40,7 @@ std::string header_line(const store::Table& table) {
 
 OutputFile write_table(store::Database& database, const store::Table& table,
                        const std::filesystem::path& folder) {
-    OutputFile file(folder / (table.name + ".csv"));
+    OutputFile file(folder / (table.name + ".csv"), keeps_secrets(table));
     file.write(header_line(table));
     store::Recordset rows =
         database.OpenRecordset(select_in_export_order(table), store::RecordsetKind::snapshot);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "company/people.h"
 #include "company/refusal.h"
 #include "company/shown_text.h"
 #include "company/table_import.h"
@@ -44,11 +45,21 @@ std::map<const store::Table*, fs::path> files_by_table(const store::Catalog& cat
     return files;
 }
 
+void require_none_about_people(const std::map<const store::Table*, fs::path>& files) {
+    for (const auto& [table, file] : files)
+        if (is_about_people(*table))
+            throw Refusal(
+                file.string() +
+                " says who may do what: only an administrator imports it, who has all rights on all "
+                "forms");
+}
+
 }  // namespace
 
 void import_folder(store::Database& database, const fs::path& folder, const ImportOptions& options) {
     const store::Catalog& catalog = database.catalog();
     const auto files = files_by_table(catalog, folder);
+    if (!options.by_administrator) require_none_about_people(files);
     for (const store::Table& table : catalog.tables()) {
         const auto file = files.find(&table);
         if (file != files.end()) TableImport(database, table, file->second.string()).run(options.replace);

@@ -20,6 +20,8 @@ namespace brimley::company {
 
 struct ImportOptions {
     bool replace = false;
+    // Who may not decide who may do what brings no rows about it.
+    bool by_administrator = true;
 };
 
 // Runs inside the caller's transaction, which must be rolled back when this throws: some rows may be stored

@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t kBufferBytes = 64 * 1024;
 constexpr int kMode = 0666;  // less the caller's umask
+constexpr int kPrivateMode = 0600;
 
 std::filesystem::path draft_beside(const std::filesystem::path& place) {
     return place.parent_path() / fmt::format(".{}.{}.part", place.filename().string(), ::getpid());
@@ -21,8 +22,10 @@ std::filesystem::path draft_beside(const std::filesystem::path& place) {
 
 }  // namespace
 
-OutputFile::OutputFile(std::filesystem::path place) : place_(std::move(place)), draft_(draft_beside(place_)) {
-    handle_ = ::open(draft_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kMode);
+OutputFile::OutputFile(std::filesystem::path place, bool private_to_owner)
+    : place_(std::move(place)), draft_(draft_beside(place_)) {
+    handle_ = ::open(draft_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC,
+                     private_to_owner ? kPrivateMode : kMode);
     if (handle_ < 0) fail();
 }
 

@@ -13,7 +13,8 @@ namespace brimley::company {
 class OutputFile {
   public:
     // Throws std::system_error, as every call here does when the disk is full or refuses.
-    explicit OutputFile(std::filesystem::path place);
+    // private_to_owner: nobody else may read it.
+    explicit OutputFile(std::filesystem::path place, bool private_to_owner = false);
     OutputFile(OutputFile&& other) noexcept;
     OutputFile& operator=(OutputFile&&) = delete;
     // Removes what was not published.
