@@ -55,6 +55,8 @@ int run(const Options& options) {
     if (!context) return brimley::console::kNotOpened;
     context->dbe->watch(std::make_shared<brimley::console::ServerWatch>(kProgram));
     Console console(*context, std::cout);
+    brimley::opening::Admission admission(context->abcdb, brimley::opening::password_source(options.host));
+    console.admit_by([&admission](const std::string& user) { admission.require(user); });
     if (options.other_desk) console.allow_other_desk();
     return brimley::console::run_to_status(console, std::cout, kProgram,
                                            [&] { run_scripts(console, options); });
@@ -66,6 +68,7 @@ int main(int argc, char** argv) {
     CLI::App app{"Drives the forms of a Brimley company from scripts or a terminal."};
     Options options;
     describe(app, options);
+    options.host.ask_password = brimley::opening::ask_at_terminal;
     const auto ends = brimley::opening::read_command_line(app, argc, argv, kProgram);
     return ends ? *ends : run(options);
 }

@@ -5,6 +5,7 @@
 // change.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -30,6 +31,10 @@ class Console {
 
     // Nothing more is to be run.
     [[nodiscard]] bool has_quit() const { return has_quit_; }
+    // Asked before `context BRIMLEY_USER` makes somebody else the user; throws std::runtime_error with the
+    // reason why not. Without it anybody may be.
+    using Admit = std::function<void(const std::string& user)>;
+    void admit_by(Admit admit) { admit_ = std::move(admit); }
     // Whoever started the program lets scripts hold rows as a second user does (otherdesk). Nobody may by
     // default, since it keeps real users from saving.
     void allow_other_desk() { other_desk_allowed_ = true; }
@@ -59,6 +64,7 @@ class Console {
 
     // setup_commands.cpp: the program and the host
     void do_context(Arguments& arguments);
+    void admit(const std::string& user) const;
     void do_today(Arguments& arguments);
     void do_computer(Arguments& arguments);
     void do_call(Arguments& arguments);
@@ -124,6 +130,7 @@ class Console {
     Actor& actor_;
     ConsoleDesk desk_;
     host::APclass ap_;
+    Admit admit_;
     bool other_desk_allowed_ = false;
     store::OpenCompany other_desk_;  // a second user's connection, while it holds a row
     std::unique_ptr<store::Recordset> held_row_;

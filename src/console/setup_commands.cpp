@@ -1,6 +1,7 @@
 // Commands about the program and the host: context, clock, calls, answers, the other desk.
 #include <map>
 #include <ostream>
+#include <stdexcept>
 
 #include "console/arguments.h"
 
@@ -20,6 +21,7 @@ void Console::do_context(Arguments& arguments) {
     };
     const std::string member = arguments.take("MEMBER");
     const std::string value = arguments.take_text("VALUE");
+    if (member == "BRIMLEY_USER") admit(value);
     if (const auto text = kTexts.find(member); text != kTexts.end()) {
         ap_.*(text->second) = value;
     } else if (member == "BRIMLEY_THEME") {
@@ -28,6 +30,15 @@ void Console::do_context(Arguments& arguments) {
         ap_.BRIMLEY_FONT_SIZE = value;
     } else {
         throw ScriptFault("unknown member: " + member);
+    }
+}
+
+void Console::admit(const std::string& user) const {
+    if (!admit_ || user == ap_.BRIMLEY_USER) return;
+    try {
+        admit_(user);
+    } catch (const std::runtime_error& refusal) {
+        throw ScriptFault(refusal.what());
     }
 }
 

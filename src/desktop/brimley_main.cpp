@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "desktop/company_dialogs.h"
 #include "desktop/form_window.h"
 #include "desktop/main_window.h"
 #include "opening/command_line.h"
@@ -78,5 +79,6 @@ int main(int argc, char** argv) {
     describe(app, options);
     if (const auto ends = opening::read_command_line(app, argc, argv, kProgram)) return *ends;
     QApplication application(argc, argv);
+    options.host.ask_password = [](const std::string& user) { return desktop::ask_for_password(user); };
     return run(application, options);
 }

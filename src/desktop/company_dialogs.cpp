@@ -1,5 +1,6 @@
 #include "desktop/company_dialogs.h"
 
+#include <QApplication>
 #include <QDate>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -105,6 +106,15 @@ std::optional<QString> ask_for_server(QWidget* parent) {
     dialog.resize(kWide, dialog.sizeHint().height());
     const bool good = dialog.exec() == QDialog::Accepted && !dialog.textValue().trimmed().isEmpty();
     return good ? std::optional(dialog.textValue().trimmed()) : std::nullopt;
+}
+
+std::optional<company::Secret> ask_for_password(const std::string& user) {
+    QInputDialog dialog(QApplication::activeWindow());
+    dialog.setWindowTitle("Open company");
+    dialog.setLabelText("Password of " + shown(user));
+    dialog.setTextEchoMode(QLineEdit::Password);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return company::Secret(typed(dialog.textValue()));
 }
 
 // What is wrong is shown over the dialog, which then appears again as it was filled in.

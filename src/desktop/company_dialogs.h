@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "company/secret.h"
+
 class QWidget;
 
 namespace brimley::desktop {
@@ -12,6 +14,9 @@ namespace brimley::desktop {
 // The file or server that the user names; empty when the dialog was cancelled.
 [[nodiscard]] std::optional<QString> ask_for_company_file(QWidget* parent);
 [[nodiscard]] std::optional<QString> ask_for_server(QWidget* parent);
+
+// The password of the person that the program is to work as; empty when the dialog was cancelled.
+[[nodiscard]] std::optional<company::Secret> ask_for_password(const std::string& user);
 
 // Asks where and what, makes the company for `user`, and returns its path. Empty when the dialog was
 // cancelled, or when the company could not be made, which was shown.

@@ -65,10 +65,30 @@ void describe_host_options(CLI::App& app, HostOptions& options) {
         ->capture_default_str();
     app.add_option("--company-name", options.company_name, "company name shown on reports")
         ->type_name("TEXT");
+    app.add_option("--password-file", options.password_file,
+                   "file with a line NAME:PASSWORD for each user who has one, closed to others")
+        ->type_name("FILE");
     app.add_option("--path", options.path,
                    "install folder; else that of the company file, or the current one")
         ->type_name("DIR");
 }
+
+PasswordSource password_source(const HostOptions& options) {
+    if (options.password_file.empty()) return options.ask_password;
+    return passwords_of_file(options.password_file, options.ask_password);
+}
+
+namespace {
+
+// On a server a login name that was not chosen says nothing: the role is who works there.
+std::string admitted_user(const store::OpenCompany& open, const HostOptions& options) {
+    Admission admission(open.database, password_source(options));
+    const std::string user = options.user == company::login_name() ? admission.default_user() : options.user;
+    admission.require(user);
+    return user;
+}
+
+}  // namespace
 
 frame::HostContext open_context(const std::string& company, const HostOptions& options) {
     const auto open = store::open_company(company, kernel::company_tables());
@@ -80,7 +100,7 @@ frame::HostContext open_context(const std::string& company, const HostOptions& o
         options.base_currency.empty() ? chart_currency(*open.database) : options.base_currency;
     context.BRIMLEY_COMPANY_NAME = options.company_name;
     context.BRIMLEY_PATH = options.path.empty() ? folder_of(company) : options.path;
-    context.BRIMLEY_USER = options.user;
+    context.BRIMLEY_USER = admitted_user(open, options);
     context.BRIMLEY_DATE_FORMAT = options.date_format;
     context.BRIMLEY_NO_PERIODS = options.periods;
     context.BRIMLEY_FONT_NAME = "Arial";

@@ -5,6 +5,7 @@
 
 #include "company/login_name.h"
 #include "frame/host_context.h"
+#include "opening/admission.h"
 
 namespace CLI {
 class App;
@@ -18,13 +19,19 @@ struct HostOptions {
     std::string date_format = "dd/mm/yyyy";
     std::string periods = "12";
     std::string company_name;
-    std::string path;  // BRIMLEY_PATH; empty: the folder of the company file, or the current one
+    std::string password_file;
+    PasswordSource ask_password;  // for whom the file does not name; none: there is nobody to ask
+    std::string path;             // BRIMLEY_PATH; empty: the folder of the company file, or the current one
 };
 
 // Adds them to a program's command line. `options` must outlive the parsing.
 void describe_host_options(CLI::App& app, HostOptions& options);
 
-// Opens the company (a file, or a server's URI). Throws store::Error when it cannot be opened. Without a path
+// Where passwords come from by these options.
+[[nodiscard]] PasswordSource password_source(const HostOptions& options);
+
+// Opens the company (a file, or a server's URI). Throws store::Error when it cannot be opened, and
+// std::runtime_error when one may not work in it as that user (opening/admission.h). Without a path
 // among the options the folder for reports is made where it is missing; one that cannot be made is no error.
 [[nodiscard]] frame::HostContext open_context(const std::string& company, const HostOptions& options);
 
