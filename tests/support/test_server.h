@@ -27,15 +27,32 @@ namespace brimley::testing {
     return "postgresql:///" + database + "?" + options;
 }
 
+using ServerResult = std::unique_ptr<PGresult, decltype(&PQclear)>;
+
+// Throws when the server refuses the statement.
+inline ServerResult result_of(PGconn* server, const std::string& sql) {
+    ServerResult result(PQexec(server, sql.c_str()), &PQclear);
+    const ExecStatusType status = PQresultStatus(result.get());
+    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
+        throw std::runtime_error(sql + ": " + PQerrorMessage(server));
+    return result;
+}
+
 // Runs a statement past the store, as somebody who looks after the server would. The first cell of what it
 // gives, or nothing.
 inline std::string on_server(const std::string& uri, const std::string& sql) {
     const std::unique_ptr<PGconn, decltype(&PQfinish)> server(PQconnectdb(uri.c_str()), &PQfinish);
-    const std::unique_ptr<PGresult, decltype(&PQclear)> result(PQexec(server.get(), sql.c_str()), &PQclear);
-    const ExecStatusType status = PQresultStatus(result.get());
-    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
-        throw std::runtime_error(sql + ": " + PQerrorMessage(server.get()));
+    const ServerResult result = result_of(server.get(), sql);
     return PQntuples(result.get()) > 0 ? PQgetvalue(result.get(), 0, 0) : "";
+}
+
+// Makes and drops databases. A new connection costs the server five milliseconds, so a process keeps one
+// until it ends, or until the server has been restarted.
+inline void on_maintenance_database(const std::string& sql) {
+    static PGconn* const server = PQconnectdb(server_uri("postgres").c_str());
+    const ServerResult answer(PQexec(server, ""), &PQclear);
+    if (PQresultStatus(answer.get()) != PGRES_EMPTY_QUERY) PQreset(server);
+    result_of(server, sql);
 }
 
 // A name for a database that no other test uses.
@@ -51,12 +68,10 @@ class ServerDatabase {
     ServerDatabase() : name_(free_database_name()) {}
     // A copy of another, on which nobody may be connected.
     explicit ServerDatabase(const ServerDatabase* original) : ServerDatabase() {
-        on_server(server_uri("postgres"),
-                  "CREATE DATABASE " + name_ + " STRATEGY file_copy TEMPLATE " + original->name_);
+        on_maintenance_database("CREATE DATABASE " + name_ + " STRATEGY file_copy TEMPLATE " +
+                                original->name_);
     }
-    ~ServerDatabase() {
-        on_server(server_uri("postgres"), "DROP DATABASE IF EXISTS " + name_ + " WITH (FORCE)");
-    }
+    ~ServerDatabase() { on_maintenance_database("DROP DATABASE IF EXISTS " + name_ + " WITH (FORCE)"); }
     ServerDatabase(const ServerDatabase&) = delete;
     ServerDatabase& operator=(const ServerDatabase&) = delete;
 
