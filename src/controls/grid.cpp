@@ -34,8 +34,14 @@ void Grid::go_to(int row, int column) {
     column_ = column;
 }
 
+// A layout may lack the column that somebody looks for.
+bool Grid::shows(int column) const {
+    const auto place = static_cast<std::size_t>(column);
+    return column >= 0 && place < columns.size() && columns[place].visible;
+}
+
 Refusal Grid::visit_cell(int row, int column) {
-    if (!reachable() || !columns.at(static_cast<std::size_t>(column)).visible) return Refusal::hidden;
+    if (!reachable() || !shows(column)) return Refusal::hidden;
     if (!enabled()) return Refusal::disabled;
     const int old_row = row_;
     const int old_column = column_;
@@ -46,10 +52,10 @@ Refusal Grid::visit_cell(int row, int column) {
 
 Refusal Grid::edit_refusal(int row, int column) const {
     if (const Refusal why = refusal(); why != Refusal::none) return why;
-    const GridColumn& target = columns.at(static_cast<std::size_t>(column));
-    if (!target.visible) return Refusal::hidden;
+    if (!shows(column)) return Refusal::hidden;
     const bool new_row = row >= array.rows();
-    const bool locked = target.locked || !allow_update || (new_row && !allow_add_new);
+    const bool locked =
+        columns[static_cast<std::size_t>(column)].locked || !allow_update || (new_row && !allow_add_new);
     return locked ? Refusal::locked : Refusal::none;
 }
 
@@ -100,6 +106,11 @@ Refusal Grid::layout_refusal() const {
     return enabled() ? Refusal::none : Refusal::disabled;
 }
 
+Refusal Grid::layout_refusal(int column) const {
+    if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
+    return column >= 0 && column < static_cast<int>(columns.size()) ? Refusal::none : Refusal::hidden;
+}
+
 Refusal Grid::user_selects_columns(std::optional<Range> range) {
     if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
     selected_ = range;
@@ -107,14 +118,14 @@ Refusal Grid::user_selects_columns(std::optional<Range> range) {
 }
 
 Refusal Grid::resize_column(int column, int width) {
-    if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
-    columns.at(static_cast<std::size_t>(column)).width = width;
+    if (const Refusal why = layout_refusal(column); why != Refusal::none) return why;
+    columns[static_cast<std::size_t>(column)].width = width;
     tell();
     return Refusal::none;
 }
 
 Refusal Grid::move_column(int column, int order) {
-    if (const Refusal why = layout_refusal(); why != Refusal::none) return why;
+    if (const Refusal why = layout_refusal(column); why != Refusal::none) return why;
     std::vector<int> seen = column_order();
     seen.erase(std::find(seen.begin(), seen.end(), column));
     const auto place = std::clamp<std::ptrdiff_t>(order, 0, static_cast<std::ptrdiff_t>(seen.size()));

@@ -138,7 +138,9 @@ class Grid : public Control {
     std::function<std::optional<Colour>(int row)> on_fetch_row_style;
 
   private:
+    [[nodiscard]] bool shows(int column) const;
     [[nodiscard]] Refusal layout_refusal() const;
+    [[nodiscard]] Refusal layout_refusal(int column) const;
 
     int row_ = 0;
     int column_ = 0;

@@ -31,6 +31,7 @@ void Form::ensure_loaded() {
 
 void Form::show() {
     ensure_loaded();
+    if (half_loaded_) return tell_of_connection();
     if (shown_) {
         desk_.form_raised(*this);
         return;
@@ -41,8 +42,9 @@ void Form::show() {
 
 void Form::show_child(std::shared_ptr<Form> child) {
     if (child_) child_->unload_form();
-    child_ = std::move(child);
-    child_->ensure_loaded();
+    child->ensure_loaded();
+    child_ = child->half_loaded_ ? nullptr : std::move(child);
+    if (!child_) return;  // the end of the command tells of the connection
     child_->shown_ = true;
     desk_.child_shown(*this, child_);
 }

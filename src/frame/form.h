@@ -85,7 +85,9 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] bool is_open() const { return shown_; }
 
     void ensure_loaded();
+    // A form that was loaded while the connection was lost is not shown: the user is told of the connection.
     void show();
+    [[nodiscard]] bool is_whole() const { return !half_loaded_; }
     // Takes the form down without saving anything: its child form first, then itself.
     void unload_form();
     // The dialog that stands in a pane of this form; null when none does.
@@ -182,7 +184,7 @@ class Form : public std::enable_shared_from_this<Form> {
     // otherwise nothing of it is left, and what it threw is noted under the name and is the `failure`.
     template <class Action>
     bool in_transaction(const char* name, Action&& action, std::string* failure = nullptr) {
-        if (half_read_ || half_loaded_) return refuse(kHalfReadMessage);
+        if (half_read_) return refuse(kHalfReadMessage);
         bool done = false;
         refused_for_rights_ = false;
         const bool whole = step(name, [&] {
@@ -245,7 +247,7 @@ class Form : public std::enable_shared_from_this<Form> {
     // Calls that were lost outside of commands, as far as this form has looked at them.
     std::int64_t lost_calls_seen_ = 0;
     bool half_read_ = false;
-    bool half_loaded_ = false;  // nothing mends that
+    bool half_loaded_ = false;  // nothing mends that, so it is not shown
     // While a save of this form is in doubt: the number of the doubt, and its document, which may have none.
     struct InDoubt {
         int number;

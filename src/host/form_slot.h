@@ -12,12 +12,19 @@ class FormSlot {
     FormSlot(APclass& host, std::shared_ptr<FormClass>& newest) : host_(host), newest_(newest) {}
 
     // A new form with the host's context in it takes the place of the newest. The one before stays on the
-    // screen, but nobody listens to it any more. `prepare` gets it before it is shown.
+    // screen, but nobody listens to it any more. `prepare` gets it before it is shown. One that could not be
+    // read whole is not shown, and everything stays as it was.
     template <class Prepare>
     void show(APclass::Forward forward, const Prepare& prepare) {
+        const std::shared_ptr<FormClass> before = newest_;
+        const auto listener = before ? before->NotifyClients : nullptr;
         const std::shared_ptr<FormClass> form = create(forward);  // an event may show yet another one
-        prepare(*form);
+        form->ensure_loaded();
+        if (form->is_whole()) prepare(*form);
         form->show();
+        if (form->is_whole()) return;
+        newest_ = before;
+        if (before) before->NotifyClients = listener;
     }
     void show(APclass::Forward forward) {
         show(forward, [](FormClass&) {});
@@ -26,7 +33,6 @@ class FormSlot {
     void show_document(APclass::Forward forward, const std::optional<std::string>& docnox) {
         show(forward, [&](FormClass& form) {
             if (!docnox) return;
-            form.ensure_loaded();
             form.txtdocno.set(*docnox);
             form.Recordx();
         });

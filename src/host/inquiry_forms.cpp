@@ -9,7 +9,6 @@ namespace brimley::host {
 void APclass::showform_APform_aging(const std::optional<std::string>& overdue) {
     FormSlot(*this, frm_aging).show(&APclass::frm_aging_NotifyClients, [&](inquiries::APreport_aging& form) {
         if (overdue != "overdue") return;
-        form.ensure_loaded();
         form.show_overdue();
     });
 }
@@ -22,7 +21,6 @@ void APclass::showform_APform_payhistory(const std::optional<std::string>& docno
     FormSlot(*this, frm_payhistory)
         .show(&APclass::frm_payhistory_NotifyClients, [&](inquiries::APreport_payhistory& form) {
             if (!docnox) return;
-            form.ensure_loaded();
             form.show_invoice(*docnox);
         });
 }

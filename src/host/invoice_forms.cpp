@@ -13,7 +13,6 @@ using invoices::kInvoice;
 void APclass::showform_APform_invoice(const std::optional<std::string>& doctypex) {
     const auto show_last_of_kind = [&](invoices::APform_invoice& form) {
         if (doctypex != "cn" && doctypex != "dn") return;
-        form.ensure_loaded();
         form.cmbdoctype.set((doctypex == "cn" ? kCreditNote : kDebitNote).caption);
         form.last_record();
     };

@@ -169,6 +169,18 @@ TEST_F(Grids, HiddenColumnRefusesAnEdit) {
     EXPECT_EQ(events, "");
 }
 
+// A stored layout may lack it, or there may be none.
+TEST_F(Grids, ColumnThatIsNotThereRefusesEveryAct) {
+    for (const int column : {grid.get_column("no such caption"), static_cast<int>(grid.columns.size())}) {
+        EXPECT_EQ(grid.visit_cell(0, column), Refusal::hidden);
+        EXPECT_EQ(grid.edit_cell(0, column, "x"), Refusal::hidden);
+        EXPECT_EQ(grid.open_editor(0, column), Refusal::hidden);
+        EXPECT_EQ(grid.resize_column(column, 2000), Refusal::hidden);
+        EXPECT_EQ(grid.move_column(column, 0), Refusal::hidden);
+    }
+    EXPECT_EQ(events, "");
+}
+
 TEST_F(Grids, NewRowNeedsAGridThatTakesNewRows) {
     EXPECT_EQ(grid.edit_cell(3, 1, "x"), Refusal::locked);
     grid.allow_add_new = true;

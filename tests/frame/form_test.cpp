@@ -5,6 +5,7 @@
 #include "frame/fields/vendor_fields.h"
 #include "frame/line_columns.h"
 #include "plain_form.h"
+#include "support/lost_connections.h"
 
 namespace brimley::testing {
 
@@ -25,7 +26,7 @@ class PlainList : public frame::GridForm {
     void Form_Load() override {
         init_toolbar();
         font_bar.fill();
-        build_grids();
+        step("init_grid", [&] { build_grids(); });
     }
     void init_toolbar() override {
         add_commands({{104, "&Find", "", "", {"Run"}}},
@@ -52,6 +53,27 @@ TEST_F(FrameForm, ListHasAGridWithItsFontBarAndNoModes) {
     EXPECT_EQ(list->press(403), controls::Refusal::none);
     EXPECT_TRUE(list->dbgrid1.columns[0].font.bold);
     EXPECT_EQ(list->mode(), frame::Mode::read);
+}
+
+// Half of it would have no columns, and nothing would read them later.
+TEST_F(FrameForm, FormWhoseLayoutIsLostOnTheWayIsNotShown) {
+    const auto faults = std::make_shared<Faults>();
+    const store::OpenCompany company = host.company.second_user(faulty(faults));
+    frame::HostContext context = host.context();
+    context.dbe = company.workspace;
+    context.abcdb = company.database;
+    faults->kind = store::ErrorKind::lost;
+    faults->only_statements_with = "Grid_property";
+    faults->arm(1, false);
+    const auto list = std::make_shared<PlainList>(
+        kPlainIdentity, context, std::make_shared<kernel::ModuleG3>(context.abcdb, host.desk), host.desk);
+    static_cast<void>(host.messages());
+    list->show();
+    EXPECT_FALSE(list->is_whole());
+    EXPECT_FALSE(list->is_open());
+    EXPECT_THAT(host.messages(), ElementsAre(lost_message(false)));
+    EXPECT_EQ(list->press(104), controls::Refusal::disabled);
+    EXPECT_EQ(list->dbgrid1.edit_cell(0, list->dbgrid1.get_column("rate"), "1"), controls::Refusal::hidden);
 }
 
 TEST_F(FrameForm, ExitKeepsRecentValuesBeforeTheGridAndUnloadKeepsNothing) {

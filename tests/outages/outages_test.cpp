@@ -7,6 +7,7 @@
 #include <chrono>
 
 #include "company/check.h"
+#include "payments/invoice_payment/apform_payment.h"
 #include "support/expect_error.h"
 #include "support/faulty_engine.h"
 #include "support/private_cluster.h"
@@ -149,6 +150,27 @@ TEST_F(Outage, EntryThatCouldNotBeReadWholeIsNotSavedUntilItIsBegunAnew) {
     EXPECT_EQ(desk.form().mode(), frame::Mode::read);
     desk.type_invoice();
     EXPECT_THAT(desk.save(), ElementsAre(kSavedMessage));
+    EXPECT_EQ(stored_invoices(uri), 1);
+}
+
+TEST_F(Outage, FormIsNotOpenedWhileTheServerIsAwayAndTheOneBeforeStays) {
+    Desk desk(uri);
+    const auto before = desk.user.ap.frm_invoice;
+    server.kill();
+    desk.user.ap.showform_APform_payment();
+    EXPECT_THAT(desk.user.messages(), ElementsAre(frame::kLostForNowMessage));
+    EXPECT_EQ(desk.user.ap.frm_payment, nullptr);
+    desk.user.ap.showform_APform_invoice("cn");
+    EXPECT_THAT(desk.user.messages(), ElementsAre(frame::kLostForNowMessage));
+    EXPECT_EQ(desk.user.ap.frm_invoice, before);
+    EXPECT_TRUE(before->NotifyClients);
+    EXPECT_EQ(desk.user.desk.open_forms.size(), 1U);
+    EXPECT_TRUE(desk.still_typed());
+    server.resume();
+    EXPECT_THAT(desk.save(), ElementsAre(kSavedMessage));
+    desk.user.ap.showform_APform_payment();
+    ASSERT_NE(desk.user.ap.frm_payment, nullptr);
+    EXPECT_FALSE(desk.user.ap.frm_payment->dbgrid1.columns.empty());
     EXPECT_EQ(stored_invoices(uri), 1);
 }
 

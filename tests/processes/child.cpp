@@ -64,7 +64,7 @@ std::vector<std::string> Child::lines() {
     wait4(process_, &status, 0, &used);
     process_ = -1;
     cpu_time_ = duration_of(used.ru_utime) + duration_of(used.ru_stime);
-    ended_well_ = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (WIFEXITED(status)) status_ = WEXITSTATUS(status);
     std::vector<std::string> lines;
     std::size_t begin = 0;
     for (std::size_t end = 0; (end = printed.find('\n', begin)) != std::string::npos; begin = end + 1)

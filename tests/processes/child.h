@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,14 +23,16 @@ class Child {
     // Waits for its end and returns the whole lines that it has printed.
     [[nodiscard]] std::vector<std::string> lines();
     // After lines(): whether it ended by itself, and well.
-    [[nodiscard]] bool ended_well() const { return ended_well_; }
+    [[nodiscard]] bool ended_well() const { return status_ == 0; }
+    // After lines(): with what it ended by itself; nothing when it was killed.
+    [[nodiscard]] std::optional<int> status() const { return status_; }
     // After lines(): what it has cost.
     [[nodiscard]] std::chrono::milliseconds cpu_time() const { return cpu_time_; }
 
   private:
     pid_t process_ = -1;
     int output_ = -1;
-    bool ended_well_ = false;
+    std::optional<int> status_;
     std::chrono::milliseconds cpu_time_{0};
 };
 

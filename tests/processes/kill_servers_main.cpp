@@ -71,12 +71,15 @@ class KilledServer {
         for (const auto& saver : savers)
             saver->kill();
         if (!go_on) server_.resume();
-        for (const auto& saver : savers)
+        for (const auto& saver : savers) {
             for (const std::string& line : saver->lines())
                 if (!stored_.take(line)) ++others_[line];
+            if (saver->status().value_or(kCannotOpen) != kCannotOpen) ended_early_ = true;
+        }
         last_kill_ = fmt::format("{}, savers {}", at_once ? "kill" : "immediate", go_on ? "go on" : "end");
     }
     [[nodiscard]] std::vector<std::string> findings() const {
+        if (ended_early_) return {"a saver has ended by itself"};
         if (!server_has_let_go(company_.path())) return {"the server still has the connection of a saver"};
         return stored_.findings(company_.open());
     }
@@ -91,6 +94,7 @@ class KilledServer {
     StoredDocuments stored_;
     std::map<std::string, int> others_;
     std::string last_kill_;
+    bool ended_early_ = false;
 };
 
 // What was told beside what was stored: how often the connection was back in time, and what was in doubt.

@@ -7,6 +7,7 @@
 #include <regex>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "invoices/recurring_run/apreport_recur_inquiry.h"
 #include "kernel/money.h"
@@ -50,16 +51,23 @@ Saver::Saver(const store::OpenCompany& company, const std::string& user, std::ui
     ap_.BRIMLEY_USER = user;
     ap_.BRIMLEY_DATE_FORMAT = "dd/mm/yyyy";
     ap_.BRIMLEY_NO_PERIODS = "12";
-    ap_.showform_APform_invoice();
-    templates_ = ap_.frm_invoice;
-    ap_.showform_APform_invoice();
-    ap_.showform_APreport_recur_inquiry();
-    ap_.showform_APform_payment();
-    ap_.showform_APform_misc();
-    ap_.showform_APform_prepayment();
-    ap_.showform_APform_creditcard_payment();
-    ap_.showform_APform_void_check();
-    ap_.showform_APform_revalue();
+}
+
+bool Saver::opens_what_is_missing() {
+    if (!templates_) {
+        ap_.showform_APform_invoice();
+        templates_ = std::exchange(ap_.frm_invoice, nullptr);
+    }
+    if (!ap_.frm_invoice) ap_.showform_APform_invoice();
+    if (!ap_.frm_recur_inquiry) ap_.showform_APreport_recur_inquiry();
+    if (!ap_.frm_payment) ap_.showform_APform_payment();
+    if (!ap_.frm_misc) ap_.showform_APform_misc();
+    if (!ap_.frm_prepayment) ap_.showform_APform_prepayment();
+    if (!ap_.frm_creditcard) ap_.showform_APform_creditcard_payment();
+    if (!ap_.frm_void_check) ap_.showform_APform_void_check();
+    if (!ap_.frm_revalue) ap_.showform_APform_revalue();
+    return templates_ && ap_.frm_invoice && ap_.frm_recur_inquiry && ap_.frm_payment && ap_.frm_misc &&
+           ap_.frm_prepayment && ap_.frm_creditcard && ap_.frm_void_check && ap_.frm_revalue;
 }
 
 const std::vector<Saver::Act>& Saver::acts() {
@@ -94,8 +102,11 @@ bool Saver::may_be_told(const std::string& refusal) {
 }
 
 void Saver::act(const std::string& name) {
-    // As a host does before an act; a form that opened meanwhile would have no columns.
-    if (!ap_.dbe->reconnect()) return desk_.wait(kWhileTheServerIsAway);
+    // As a host does before an act.
+    if (!ap_.dbe->reconnect() || !opens_what_is_missing()) {
+        desk_.messages.clear();
+        return desk_.wait(kWhileTheServerIsAway);
+    }
     const auto& table = acts();
     if (!name.empty()) {
         const auto named =

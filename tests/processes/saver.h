@@ -18,6 +18,9 @@ class WaitingDesk : public RecordingDesk {
     void wait(std::chrono::milliseconds duration) override;
 };
 
+// What a saver ends with that could not open its company, since its server was away.
+inline constexpr int kCannotOpen = 3;
+
 class Saver {
   public:
     // `tell` gets a line for each thing stored ("invoice IP-26-00001", "void-invoice IP-26-00001") as soon as
@@ -60,6 +63,9 @@ class Saver {
     // Issues what is due; while nothing is, a template is entered for the next time.
     void issue_templates();
     void enter_new_template();
+
+    // Forms whose opening met the loss of the connection are opened once the server is back.
+    [[nodiscard]] bool opens_what_is_missing();
 
     [[nodiscard]] int below(int count) {
         return static_cast<int>(chance_() % static_cast<std::uint64_t>(count));

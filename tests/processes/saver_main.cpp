@@ -5,11 +5,27 @@
 // Prints a line for each thing that the forms have said is stored, at once. With --kill-at it dies at the
 // n-th call to the engine, as in a power cut.
 #include <iostream>
+#include <optional>
 
 #include "kernel/tables/company_tables.h"
 #include "saver.h"
 #include "support/killing_engine.h"
 #include "support/program_options.h"
+
+namespace brimley::testing {
+namespace {
+
+std::optional<store::OpenCompany> opened(const std::string& company, int kill_at) {
+    try {
+        return store::open_company(company, kernel::company_tables(), killed_at(kill_at));
+    } catch (const store::Error& failure) {
+        std::cerr << "saver: " << failure.what() << std::endl;
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+}  // namespace brimley::testing
 
 int main(int argc, char** argv) {
     using namespace brimley::testing;
@@ -27,9 +43,9 @@ int main(int argc, char** argv) {
     program.option("--only", only, "the one act that is done");
     program.option("--kill-at", kill_at, "the call that ends the program");
     return program.run(argc, argv, [&] {
-        const brimley::store::OpenCompany open =
-            brimley::store::open_company(company, brimley::kernel::company_tables(), killed_at(kill_at));
-        Saver saver(open, user, seed, [](const std::string& line) { std::cout << line << std::endl; });
+        const auto open = opened(company, kill_at);
+        if (!open) return kCannotOpen;
+        Saver saver(*open, user, seed, [](const std::string& line) { std::cout << line << std::endl; });
         for (int i = 0; i < acts; ++i)
             saver.act(only);
         return 0;
