@@ -249,9 +249,14 @@ TEST_F(SaveFaults, ConstraintFailureForGoodInAReleaseIsToldAndLeavesNothing) {
     EXPECT_GT(sweep(base_invoice(), store::ErrorKind::constraint, true, kRelease), kFewestHoldFailures);
 }
 
-TEST_F(SaveFaults, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
-    EXPECT_GT(sweep_first_act(kSave.on(base_invoice())), kFewestFailures);
+class FirstSave : public SaveFaults, public ::testing::WithParamInterface<int> {};
+
+TEST_P(FirstSave, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
+    EXPECT_GT(sweep_first_act(kSave.on(base_invoice()), GetParam()), kFewestFailures);
 }
+
+INSTANTIATE_TEST_SUITE_P(Sampled, FirstSave, ::testing::Values(sampled_stride()));
+INSTANTIATE_TEST_SUITE_P(Night, FirstSave, ::testing::Values(1));
 
 TEST_F(SaveFaults, FailureWhileAnEditBeginsNeverOpensHalfADocument) {
     const auto session = begun(kVoid.on(base_invoice()));

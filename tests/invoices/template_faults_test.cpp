@@ -64,9 +64,14 @@ TEST_F(TemplateFaults, LockForGoodLeavesNothing) {
     EXPECT_GT(sweep(store::ErrorKind::locked, true), kFewestTemplateFailures);
 }
 
-TEST_F(TemplateFaults, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
-    EXPECT_GT(sweep_first_act(save()), kFewestTemplateFailures);
+class FirstTemplate : public TemplateFaults, public ::testing::WithParamInterface<int> {};
+
+TEST_P(FirstTemplate, FailureInTheFirstSaveOfAConnectionLeavesNothing) {
+    EXPECT_GT(sweep_first_act(save(), GetParam()), kFewestTemplateFailures);
 }
+
+INSTANTIATE_TEST_SUITE_P(Sampled, FirstTemplate, ::testing::Values(sampled_stride()));
+INSTANTIATE_TEST_SUITE_P(Night, FirstTemplate, ::testing::Values(1));
 
 class EveryTemplateFault : public TemplateFaults, public SweptParameters<TemplateFaults::Session> {
   public:
