@@ -54,6 +54,7 @@ void copy_table(Database& from, const store::Table& table, Database& to) {
 store::CompanyFiller rows_of(const OpenCompany& from) {
     return [&from](Database& to) {
         const ReadingMoment moment(from);
+        if (from.database->catalog().trail()) to.bring_trail_along();
         for (const store::Table& table : from.database->catalog().tables()) {
             copy_table(*from.database, table, to);
         }
@@ -84,6 +85,13 @@ Findings copy_to_new_file(const OpenCompany& from, const std::string& to) {
     return findings;
 }
 
+// "books.brimley.before-layout-2", or "books.before-layout-2" for a database of that name.
+std::string place_of_backup(const std::string& company) {
+    return fmt::format("{}.before-layout-{}",
+                       store::is_on_server(company) ? store::database_name(company) : company,
+                       kernel::company_tables().layout());
+}
+
 }  // namespace
 
 Findings back_up(const std::string& company, const std::string& to) {
@@ -99,18 +107,6 @@ Findings restore(const std::string& from, const std::string& company) {
     (void)store::create_company(company, backup.database->catalog(), rows_of(backup));
     return findings;
 }
-
-namespace {
-
-// "books.brimley.before-layout-2", or "books.before-layout-2" for a database of that name.
-std::string place_of_backup(const std::string& company) {
-    const std::string suffix = fmt::format(".before-layout-{}", kernel::company_tables().layout());
-    if (!store::is_on_server(company)) return company + suffix;
-    const std::string without_options = company.substr(0, company.find('?'));
-    return without_options.substr(without_options.rfind('/') + 1) + suffix;
-}
-
-}  // namespace
 
 Upgrade upgrade(const std::string& company) {
     Upgrade done;

@@ -115,12 +115,12 @@ void print_lines(const char* before, const company::Findings& lines) {
 // As seal prints it: number and hash.
 store::TrailEntry sealed_entry(const std::string& seal) {
     constexpr std::size_t kHashLength = 64;
-    const std::size_t colon = seal.find(':');
+    const std::size_t colon = std::min(seal.find(':'), seal.size());
     store::TrailEntry entry;
-    const auto read = std::from_chars(seal.data(), seal.data() + std::min(colon, seal.size()), entry.number);
-    entry.hash = colon == std::string::npos ? std::string{} : seal.substr(colon + 1);
-    if (read.ec != std::errc() || read.ptr != seal.data() + colon || entry.number < 0 ||
-        entry.hash.size() != (entry.number == 0 ? 0 : kHashLength))
+    const auto read = std::from_chars(seal.data(), seal.data() + colon, entry.number);
+    entry.hash = colon == seal.size() ? std::string{} : seal.substr(colon + 1);
+    if (colon == seal.size() || read.ec != std::errc() || read.ptr != seal.data() + colon ||
+        entry.number < 0 || entry.hash.size() != (entry.number == 0 ? 0 : kHashLength))
         throw company::UnusableValue((seal.empty() ? "an empty text" : seal) +
                                      " is no seal: seal prints one as NUMBER:HASH");
     return entry;

@@ -46,12 +46,15 @@ TEST_F(TrailOfCompany, SealIsWhatCheckCanHoldItTo) {
                 ::testing::StartsWith("the trail ends at entry 2, before the sealed entry 3\n"));
     EXPECT_THAT(trail_findings(" --seal 2:" + line.substr(2)),
                 ::testing::StartsWith("entry 2 of the trail is not the one that was sealed\n"));
-    for (const char* const wrong : {"1", "x:", "1:abc", ":"})
+    const std::string hash = line.substr(2);
+    for (const std::string& wrong : {std::string("1"), std::string("x:"), std::string("1:abc"),
+                                     std::string(":"), "-1:" + hash, "0:" + hash, hash})
         EXPECT_EQ(run("check " + named() + " --seal " + wrong).errors,
                   fmt::format("brimley-company: {} is no seal: seal prints one as NUMBER:HASH\n", wrong));
     const Outcome empty = run("check " + named() + " --seal ''");
     EXPECT_EQ(empty.errors, "brimley-company: an empty text is no seal: seal prints one as NUMBER:HASH\n");
     EXPECT_EQ(empty.status, 2);
+    EXPECT_NE(run("check " + named() + " --seal 0:").status, 2);
 }
 
 TEST_F(TrailOfCompany, OlderCompanyIsUpgradedAfterABackup) {
@@ -63,6 +66,9 @@ TEST_F(TrailOfCompany, OlderCompanyIsUpgradedAfterABackup) {
     const Outcome upgraded = run("upgrade " + named());
     EXPECT_EQ(upgraded.status, 0) << upgraded.errors;
     EXPECT_THAT(upgraded.output, MatchesRegex("the company as it was: .*\\.before-layout-2\n"));
+    if (testing::tests_run_on_server()) {
+        EXPECT_THAT(upgraded.output, ::testing::StartsWith("the company as it was: test_"));
+    }
     EXPECT_EQ(run("upgrade " + named()).output, "the company is of this version already\n");
     EXPECT_EQ(run("check " + named()).output, "books agree\n");
     EXPECT_EQ(run("seal " + named()).output, "0:\n");
@@ -104,6 +110,17 @@ TEST_F(TrailOfCompany, BackupAndRestoreKeepItAsItIs) {
     EXPECT_THAT(opened.database->faults_of_trail(), IsEmpty());
 }
 
+TEST_F(TrailOfCompany, BackupOfACompanyWhoseTrailWasEmptiedShowsIt) {
+    make(company::SampleCompany{"zoe"});
+    add_payment("PP-1");
+    db().Execute("DELETE * FROM Trail_table");
+    const std::string finding = "prepayment PP-1 has a row that the trail does not know";
+    const std::string copy = folder_.file("copy.brimley");
+    EXPECT_THAT(company::back_up(path(), copy), ::testing::Contains(finding));
+    const store::OpenCompany opened = store::open_company(copy, kernel::company_tables());
+    EXPECT_THAT(opened.database->faults_of_trail(), ElementsAre(finding));
+}
+
 TEST_F(TrailOfCompany, EntriesOfAnotherCompanyAreNotAddedToIt) {
     make(company::SampleCompany{"zoe"});
     add_payment("PP-1");
@@ -118,6 +135,9 @@ TEST_F(TrailOfCompany, EntriesOfAnotherCompanyAreNotAddedToIt) {
     EXPECT_EQ(run("create other.brimley").status, 0);
     EXPECT_EQ(run("import other.brimley turned").errors,
               "turned/Trail_table.csv:3: entry 1 stands after entry 2\n");
+    testing::write_file(folder_.file("turned/Trail_table.csv"), "entry_no\n1\n1\n");
+    EXPECT_EQ(run("import other.brimley turned").errors,
+              "turned/Trail_table.csv:3: entry 1 stands after entry 1\n");
 }
 
 TEST_F(TrailOfCompany, ImportOfDocumentsIsEnteredUnlessTheirEntriesComeAlong) {

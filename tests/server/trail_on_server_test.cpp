@@ -94,5 +94,45 @@ TEST_F(TrailOnServer, EntriesFollowWhatOthersHaveCommitted) {
     EXPECT_THAT(faults(), IsEmpty());
 }
 
+TEST_F(TrailOnServer, RowHeldForAMomentIsWaitedFor) {
+    add_invoice("IP-1");
+    auto rows = other_.database->OpenRecordset("SELECT * FROM Invoice_table", store::RecordsetKind::dynaset);
+    rows.Edit();
+    std::thread desk([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        rows.CancelUpdate();
+    });
+    EXPECT_NO_THROW(db().Execute(kVoidAll));
+    desk.join();
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+// A row that is refused when it is prefetched leaves a savepoint to go back to; the lock must not go with it.
+TEST_F(TrailOnServer, EndOfTheTrailStaysHeldUntilTheCommit) {
+    add_invoice("IP-1");
+    add_invoice("IP-2");
+    auto theirs = other_.database->OpenRecordset("SELECT * FROM Invoice_table WHERE docno = 'IP-1'",
+                                                 store::RecordsetKind::dynaset);
+    theirs.Edit();
+    std::string held;
+    const auto engine = meanwhile("user_created", [&] {
+        held =
+            testing::on_server(company_.path(),
+                               "SELECT count(*) FROM pg_locks l, pg_database d WHERE l.database = d.oid AND "
+                               "d.datname = current_database() AND locktype = 'advisory' AND objid = 1");
+    });
+    auto rows = company_.dynaset("SELECT * FROM Invoice_table");
+    company_.workspace().BeginTrans();
+    rows.FindFirst("docno = 'IP-2'");
+    rows.Edit();
+    rows.set("amount", 3);
+    rows.Update();
+    rows.prefetch_edit_first({{"docno", "IP-1"}});
+    engine->arm(2, false);
+    company_.workspace().CommitTrans();
+    EXPECT_EQ(held, "1");
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
 }  // namespace
 }  // namespace brimley

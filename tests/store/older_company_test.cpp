@@ -1,6 +1,7 @@
 // Companies of an older layout, which have no trail, and their upgrade.
 #include <gtest/gtest.h>
 
+#include "store/other_program.h"
 #include "store/trailed_company.h"
 #include "support/expect_error.h"
 
@@ -61,6 +62,15 @@ TEST_F(OlderCompany, UpgradeBeginsATrailWithWhatStandsThere) {
         ElementsAre("what stood here before the trail is not as anna wrote it on 2026-01-15 (entry 1 of "
                     "the trail)",
                     "invoice IP-1 has a row that the trail does not know"));
+}
+
+TEST_F(OlderCompany, UpgradeTakesRowsAsTheyAreStored) {
+    if (testing::tests_run_on_server())
+        testing::on_server(path_, "UPDATE brimley.invoice_table SET created = '2026-01-15 09:30:00.1'");
+    else
+        testing::OtherProgram(path_).run("UPDATE Invoice_table SET created = 2461056.1234567");
+    EXPECT_TRUE(store::upgrade_company(path_, trailed_catalog(), anna()));
+    EXPECT_THAT(store::open_company(path_, trailed_catalog()).database->faults_of_trail(), IsEmpty());
 }
 
 TEST_F(OlderCompany, NobodyWritesOnWithoutATrailAfterAnUpgrade) {

@@ -219,5 +219,34 @@ TEST_F(Trail, PartOfASecondInADateIsNoticed) {
     EXPECT_THAT(faults()[0], "entry 1 of the trail is not as it was written");
 }
 
+TEST_F(Trail, EntryIsHeldByAllThatItSays) {
+    add_invoice("IP-1");
+    tamper("DELETE * FROM Invoice_table");
+    tamper("UPDATE Trail_table SET rows_written = NULL");
+    EXPECT_THAT(faults(), ElementsAre("entry 1 of the trail is not as it was written"));
+}
+
+TEST_F(Trail, TimeOfDayIsPartOfADate) {
+    add_invoice("IP-1");
+    tamper("UPDATE Invoice_table SET created = Datevalue('Jan 15, 2026')");
+    EXPECT_THAT(faults(),
+                ElementsAre("invoice IP-1 is not as anna wrote it on 2026-01-15 09:30:00 (entry 1 of "
+                            "the trail)"));
+    tamper("UPDATE Trail_table SET entry_date = Datevalue('Jan 15, 2026')");
+    EXPECT_THAT(faults(), ::testing::Contains("entry 1 of the trail is not as it was written"));
+}
+
+TEST_F(Trail, TableThatIsNoneHidesNothingAfterIt) {
+    add_invoice("IP-1");
+    const std::string list = column("SELECT rows_written FROM Trail_table")[0];
+    const auto intruder = store::open_company(company_.path(), unwatched_catalog());
+    auto entries =
+        intruder.database->OpenRecordset("SELECT * FROM Trail_table", store::RecordsetKind::dynaset);
+    entries.Edit();
+    entries.set("rows_written", "Nothing +GS/pR7DNHVv0pKjZroEZXw==\n" + list);
+    entries.Update();
+    EXPECT_THAT(faults(), ElementsAre("entry 1 of the trail is not as it was written"));
+}
+
 }  // namespace
 }  // namespace brimley

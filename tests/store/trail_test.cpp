@@ -212,11 +212,11 @@ TEST_F(Trail, CommitThatIsTriedAgainAppendsOnce) {
     in_transaction([&] { add_invoice("IP-1"); });
     engine->arm(0, false);
     in_transaction([&] { add_invoice("IP-2"); });
+    engine->arm(engine->last_commit, false);
     company_.workspace().BeginTrans();
     add_invoice("IP-3");
-    engine->calls = engine->last_commit - 1;
-    engine->fail_at = engine->last_commit;
     expect_error(ErrorKind::locked, [&] { company_.workspace().CommitTrans(); });
+    engine->disarm();
     company_.workspace().CommitTrans();
     EXPECT_THAT(documents(), ElementsAre("invoice IP-1", "invoice IP-2", "invoice IP-3"));
     EXPECT_THAT(faults(), IsEmpty());
@@ -361,6 +361,98 @@ TEST_F(Trail, NegativeZeroIsZero) {
     EXPECT_THAT(faults(), IsEmpty());
     db().Execute("UPDATE Invoice_table SET amount = 0");
     EXPECT_THAT(faults(), IsEmpty());
+}
+
+TEST_F(Trail, FailedChangeForgetsOnlyItsOwnRows) {
+    add_invoice("IP-1");
+    const auto engine = reopen_with_faults(ErrorKind::constraint, " SET ");
+    in_transaction([&] {
+        add_invoice("IP-2");
+        engine->arm(2, true);
+        expect_error(ErrorKind::constraint, [&] { db().Execute("UPDATE Invoice_table SET amount = 3"); });
+        engine->disarm();
+        add_invoice("IP-3");
+    });
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+TEST_F(Trail, RowsTooManyToKeepAreHashedInBetween) {
+    const auto add_long = [&](int number) {
+        company_.add("Posting_table", {{"entry", std::string(300'000, 'x') + std::to_string(number)}});
+    };
+    for (int number = 0; number < 3; ++number)
+        add_long(number);
+    const auto engine = reopen_with_faults(ErrorKind::constraint, " SET ");
+    in_transaction([&] {
+        for (int number = 3; number < 8; ++number)
+            add_long(number);
+        add_invoice("IP-1");
+        engine->arm(2, true);
+        expect_error(ErrorKind::constraint, [&] { db().Execute("UPDATE Posting_table SET amount = 3"); });
+        engine->disarm();
+        add_invoice("IP-2");
+        add_long(8);
+    });
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+TEST_F(Trail, RowThatAnotherRecordsetHasWrittenIsReadAgain) {
+    add_invoice("IP-1");
+    auto rows = company_.dynaset("SELECT * FROM Invoice_table");
+    auto others = company_.dynaset("SELECT * FROM Invoice_table");
+    in_transaction([&] {
+        rows.Edit();
+        others.Edit();
+        others.set("lineno", 7);
+        others.Update();
+        rows.set("amount", 12);
+        rows.Update();
+        rows.Edit();
+        EXPECT_EQ(rows.number("lineno"), 7);
+        rows.set("lineno", 1);
+        rows.Update();
+    });
+    EXPECT_THAT(column("SELECT lineno FROM Invoice_table"), ElementsAre("1"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+TEST_F(Trail, RowThatIsRefusedKeepsNobodyFromWriting) {
+    const auto engine = reopen_with_faults(ErrorKind::constraint, "INSERT INTO");
+    auto rows = company_.dynaset("SELECT * FROM Invoice_table");
+    rows.AddNew();
+    rows.set("docno", "IP-1");
+    engine->arm(2, true);
+    expect_error(ErrorKind::constraint, [&] { rows.Update(); });
+    engine->disarm();
+    const auto other = company_.second_user();
+    EXPECT_NO_THROW(add_invoice(*other.database, "IP-2"));
+    rows.Update();
+    EXPECT_THAT(documents(), ElementsAre("invoice IP-2", "invoice IP-1"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+TEST_F(Trail, EntryOfRowsThatGoAlongIsNamedAfterThem) {
+    in_transaction([&] {
+        company_.add("Posting_table", {{"entry", "p1"}});
+        company_.add("Posting_table", {{"entry", "p1"}});
+    });
+    in_transaction([&] {
+        company_.add("Posting_table", {{"entry", "p2"}});
+        company_.add("Posting_table", {{"entry", "p3"}});
+    });
+    EXPECT_THAT(documents(), ElementsAre("posting p1", "posting p2 and others"));
+}
+
+// A trail that was begun is read by every later version.
+TEST_F(Trail, HashesNeverChange) {
+    add_invoice("IP-1");
+    add_invoice(std::string(256, 'x'));
+    EXPECT_THAT(
+        column("SELECT rows_written FROM Trail_table ORDER BY entry_no"),
+        ElementsAre("Invoice_table +GS/pR7DNHVv0pKjZroEZXw==", "Invoice_table +9CUdIGw2+z3RDohBVG2Lgg=="));
+    EXPECT_THAT(column("SELECT hash FROM Trail_table ORDER BY entry_no"),
+                ElementsAre("3a099a193ebec033b943082d19e9ea9613bf669de611762d1c7e625d1050e21c",
+                            "e8dcbc5f7b9dea6b65c418dfb995e17934fd72be94dca4cf2e78888607070627"));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <ranges>
 #include <utility>
 
 #include "kernel/store/database.h"
@@ -346,17 +347,15 @@ std::int64_t Connection::change_watched(ChangePlan& plan, const dialect::BoundPa
     of_rows.add(plan.literals_of_rows, literals_);
     TrailWriter::Mark mark(trail_);
     std::vector<RowKey> keys;
-    Row row;
-    (void)lock_row(plan.rows, of_rows.span(), [&](const EngineRow& each) {
-        each.read(row);
-        trail_.note(*plan.watched, row, false);
+    query(plan.rows, of_rows.span(), [&](const EngineRow& each) {
+        trail_.note(*plan.watched, each, false);
         keys.push_back(each.key());
         return true;
     });
     const std::int64_t changed = run_change(plan, parameters);
     mark.keep();
     or_nothing_stands([&] {
-        // A row that somebody else has let go of or added in between is not among them.
+        // One that somebody else has added in between is not among them.
         if (changed != static_cast<std::int64_t>(keys.size()))
             throw Error(ErrorKind::locked, kAnotherUserChanges);
         if (!plan.assigned.is_empty()) note_changed(*plan.watched, keys);
@@ -370,20 +369,19 @@ void Connection::note_changed(const WatchedTable& watched, std::span<const RowKe
         for (const RowKey key : keys)
             prefetch(by_key, parameters_of(key).span());
     Row row;
-    for (const RowKey key : keys)
+    // What was prefetched last is found first.
+    for (const RowKey key : keys | std::views::reverse)
         if (read_row(*watched.table, key, row)) trail_.note(watched, row, true);
 }
 
 void Connection::upgrade() {
     ++stamp_;
     guarded([&] { engine_->upgrade(catalog_); });
-    Row row;
     for (const Table& table : catalog_.tables()) {
         const WatchedTable* const watched = trail_.watched(table);
         if (!watched) continue;
         query(row_plan(table)->rows, {}, [&](const EngineRow& each) {
-            each.read(row);
-            trail_.note(*watched, row, true);
+            trail_.note(*watched, each, true);
             return true;
         });
     }

@@ -204,6 +204,9 @@ class Database {
     // --- the trail (trail.h) ---
     // The number and hash of its last entry; empty for a company that has no trail.
     [[nodiscard]] std::optional<TrailEntry> end_of_trail() const;
+    // Within the transaction that fills a company with what another one holds, trail and all: it appends no
+    // entry of its own.
+    void bring_trail_along();
     // What the company has that its trail does not say, or the other way round, and entries that were
     // changed: one sentence a fault, the oldest first. Reads all watched rows. sealed: an entry that was
     // noted elsewhere; number 0 for none. A company without a trail is at fault only
@@ -277,6 +280,8 @@ using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<En
 // Whether a company is named by the URI of a server ("postgresql://..." or "postgres://..."), and not by the
 // path of a file. On a server every company is a database of its own.
 [[nodiscard]] bool is_on_server(std::string_view company);
+// The database that such a URI names, as part of a file name.
+[[nodiscard]] std::string database_name(const std::string& uri);
 // The company as it may be shown and remembered: its URI without the passwords in it, a path as it is.
 [[nodiscard]] std::string without_password(std::string_view company);
 

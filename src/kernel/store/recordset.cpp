@@ -149,6 +149,8 @@ Recordset Database::OpenRecordset(std::string_view query, RecordsetKind kind, co
     });
 }
 
+void Database::bring_trail_along() { connection_->trail().note_entries_brought(); }
+
 std::int64_t Database::Execute(std::string_view statement) {
     return with_text(statement, [&] { return connection_->change(statement); });
 }

@@ -274,8 +274,7 @@ void Recordset::State::insert_row() {
     const WatchedTable* const watched = plan_->table_plan->watched;
     const bool is_entry = plan_->translation.table->is_trail;
     if (watched || is_entry) begin_hold();
-    const WriteResult added =
-        connection_->write(connection_->insert_plan(*plan_, memory_->written_fields), memory_->parameters);
+    const WriteResult added = write_new_row();
     plan_->table_plan->written_at = connection_->stamp();
     if (watched) connection_->or_nothing_stands([&] { note_added(*watched); });
     if (is_entry) connection_->trail().note_entries_brought();
@@ -283,6 +282,16 @@ void Recordset::State::insert_row() {
     connection_->release(hold_);
     keyset_->append(added.key);
     last_modified_ = added.key;
+}
+
+WriteResult Recordset::State::write_new_row() {
+    try {
+        return connection_->write(connection_->insert_plan(*plan_, memory_->written_fields),
+                                  memory_->parameters);
+    } catch (...) {
+        connection_->drop(hold_);
+        throw;
+    }
 }
 
 // Of what the trail has to know: its entry is part of the same transaction.

@@ -73,6 +73,7 @@ class Recordset::State {
     [[nodiscard]] std::size_t place_of_field(int column) const;
     [[nodiscard]] const Field& field_of(int column) const;
     void insert_row();
+    [[nodiscard]] WriteResult write_new_row();
     void begin_hold();
     void begin_editing();
     void require_held();

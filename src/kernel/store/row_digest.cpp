@@ -78,6 +78,12 @@ void RowBytes::add_row(const Table& table, const PlaceSet& fields, const Row& ro
     fields.each([&](std::size_t field) { add(field, row.value(static_cast<int>(field))); });
 }
 
+void RowBytes::add_stored_row(const Table& table, const PlaceSet& fields, const EngineRow& stored, Row& row) {
+    stored.read(row);
+    add_row(table, fields, row);
+    if (!stored.has_whole_seconds()) add_bytes("parts of a second");
+}
+
 RowDigest digest_of(Sha256& sha256, std::string_view row_bytes) {
     const Sha256Digest whole = sha256.of(row_bytes);
     RowDigest half{};

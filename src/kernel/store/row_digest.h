@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "kernel/store/catalog.h"
+#include "kernel/store/engine.h"
 #include "kernel/store/place_set.h"
 #include "kernel/store/row.h"
 #include "kernel/store/sha256.h"
@@ -44,6 +45,9 @@ class RowBytes {
 
     // These fields of a row that holds every field of the table.
     void add_row(const Table& table, const PlaceSet& fields, const Row& row);
+    // The same of a row as it is stored, which is read into `row`: one with parts of a second in its dates is
+    // another than the one that it looks like.
+    void add_stored_row(const Table& table, const PlaceSet& fields, const EngineRow& stored, Row& row);
 
   private:
     // The length of what follows a place is known by its kind, and that of a text by its first bytes.

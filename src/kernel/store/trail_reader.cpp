@@ -130,10 +130,8 @@ void TrailReader::read_tables() {
         if (!watched) continue;
         const auto plan = connection_.select_plan(fmt::format("SELECT * FROM [{}]", table.name));
         connection_.query(plan->rows, {}, [&](const EngineRow& each) {
-            each.read(row);
             bytes.clear();
-            bytes.add_row(table, watched->fields, row);
-            if (!each.has_whole_seconds()) bytes.add_bytes("not as written");
+            bytes.add_stored_row(table, watched->fields, each, row);
             mentions_.push_back(
                 {digest_of(sha256_, bytes.all()), each.key(), static_cast<std::uint16_t>(place), -1, false});
             return true;

@@ -45,7 +45,7 @@ class TrailReader {
     void compare();
     void judge(std::span<const Mention> mentions);
     void report_documents();
-    [[nodiscard]] std::string document_of(const Mention& row);
+    [[nodiscard]] std::string document_of(const Mention& mention);
 
     Connection& connection_;
     const Catalog& catalog_;

@@ -61,10 +61,15 @@ void TrailWriter::note(const WatchedTable& watched, const Row& row, bool stands)
     note(watched, stands, row.text(watched.number_field).value_or(""));
 }
 
+void TrailWriter::note(const WatchedTable& watched, const EngineRow& stored, bool stands) {
+    bytes_.add_stored_row(*watched.table, watched.fields, stored, stored_row_);
+    note(watched, stands, stored_row_.text(watched.number_field).value_or(""));
+}
+
 void TrailWriter::note_document(const WatchedTable& watched, std::string_view number) {
     const Watched& written = *watched.table->watched;
-    if (document_.watched && written.goes_along) return;
-    if (!document_.watched || document_.watched->goes_along)
+    if (document_.watched && !document_.watched->goes_along && written.goes_along) return;
+    if (!document_.watched || document_.watched->goes_along != written.goes_along)
         document_ = {&written, std::string(number), false};
     else if (number != document_.number)
         document_.and_others = true;

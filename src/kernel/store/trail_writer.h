@@ -39,6 +39,8 @@ class TrailWriter {
     void note(const WatchedTable& watched, bool stands, std::string_view number);
     // Of a row that holds every field.
     void note(const WatchedTable& watched, const Row& row, bool stands);
+    // Of a row as it is stored.
+    void note(const WatchedTable& watched, const EngineRow& stored, bool stands);
     class Mark;
     // The document that the entries name, whatever was written.
     void name_entries(std::string document) { entries_named_ = std::move(document); }
@@ -73,6 +75,7 @@ class TrailWriter {
     std::unordered_map<const Table*, WatchedTable> watched_;
     Sha256 sha256_;
     RowBytes bytes_;
+    Row stored_row_;
     std::vector<Written> written_;
     std::size_t hashed_ = 0;  // how many of them have their digest
     bool brings_entries_ = false;

@@ -43,6 +43,9 @@ class Flavour {
     // What follows the SELECT of a single row that is to be held until the transaction ends: a row that
     // somebody else holds is then none. Empty where a transaction that may write holds every row.
     [[nodiscard]] virtual std::string row_lock() const = 0;
+    // What follows the SELECT of rows that are about to be changed, which are held from then on: somebody
+    // else's lock is waited for as by the change itself. Empty where row_lock() is.
+    [[nodiscard]] virtual std::string lock_to_change() const = 0;
     // Whether the engine hands the key of a new row in with its fields, instead of learning it afterwards.
     [[nodiscard]] virtual bool draws_keys() const = 0;
     // Names of tables and fields.

@@ -26,7 +26,8 @@ struct StatementText {
     // Of a statement that reads: the row is held until the transaction ends, and skipped when somebody
     // else holds it.
     bool holds_row = false;
-    // A rule of the table, or a row that somebody else holds, may be in the way.
+    // A rule of the table, or a row that somebody else holds, may be in the way. Of a statement that reads:
+    // it holds its rows, and waits for those of somebody else for a moment.
     bool may_be_refused = false;
 };
 

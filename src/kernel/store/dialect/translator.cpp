@@ -58,7 +58,8 @@ class ChangeTranslator {
                                       all.select_list, all.from);
         if (where)
             change.rows.sql += " WHERE " + ExpressionWriter(scope_, parameters, flavour_).condition(*where);
-        change.rows.sql += flavour_.row_lock();
+        change.rows.sql += flavour_.lock_to_change();
+        change.rows.may_be_refused = true;
         change.rows.parameters = parameters.kinds();
         change.rows.keyed = true;
         change.rows.columns = all.rows.columns;

@@ -80,8 +80,7 @@ struct ChangeTranslation {
     std::vector<LiteralParameter> literals;
     const Table* table = nullptr;
     PlaceSet assigned;  // the fields of the table; empty for a DELETE
-    // Of a watched table: the rows that it changes, keyed, with every field, and held as
-    // SelectTranslation::held_row is.
+    // Of a watched table: the rows that it changes, keyed, with every field, and held from then on.
     StatementText rows;
     std::vector<LiteralParameter> literals_of_rows;
 };

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <map>
 #include <string_view>
@@ -206,6 +207,18 @@ std::string shown_company(const std::string& uri) {
     auto given = options_of(uri);
     if (given.contains("service")) return "postgresql service " + given["service"];
     return fmt::format("postgresql://{}/{}", given["host"], given["dbname"]);
+}
+
+std::string database_name(const std::string& uri) {
+    const Options given = options_of(uri);
+    // Without one libpq takes the name of the service or of the user.
+    for (const char* const option : {"dbname", "service", "user"})
+        if (const auto found = given.find(option); found != given.end() && !found->second.empty()) {
+            std::string name = found->second;
+            std::ranges::replace(name, '/', '-');
+            return name;
+        }
+    return "company";
 }
 
 ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog) {

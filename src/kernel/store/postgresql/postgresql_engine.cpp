@@ -94,6 +94,12 @@ class PostgresqlEngine final : public Engine {
     void query(EngineStatement& statement, std::span<const Parameter> parameters,
                const RowSink& sink) override {
         auto& prepared = static_cast<PostgresqlStatement&>(statement);
+        if (span_ == Span::writing && prepared.text().may_be_refused) {
+            locks_ahead_.end(prefetch_);
+            const PostgresqlResult held = ask_under_savepoint(prepared, parameters);
+            holds_a_table_ = true;
+            return static_cast<void>(hand_over(held, prepared, sink));
+        }
         PostgresqlResult result = prefetched(prepared, parameters);
         if (!result) result = ask(prepared, parameters);
         (void)hand_over(result, prepared, sink);
@@ -249,6 +255,7 @@ class PostgresqlEngine final : public Engine {
 
     void take_end_of_trail() override {
         locks_ahead_.end(prefetch_);
+        keys_.draw_ahead();  // not while everybody else waits
         session_.send(*wait_for_trail_);
         session_.send(*end_of_trail_);
     }

@@ -62,6 +62,8 @@ bool PostgresqlFlavour::rows_come_singly() const { return false; }
 
 std::string PostgresqlFlavour::row_lock() const { return " FOR UPDATE SKIP LOCKED"; }
 
+std::string PostgresqlFlavour::lock_to_change() const { return " FOR UPDATE"; }
+
 bool PostgresqlFlavour::draws_keys() const { return true; }
 
 std::string PostgresqlFlavour::name(std::string_view name) const { return postgresql_name(name); }

@@ -46,6 +46,8 @@ bool SqliteFlavour::rows_come_singly() const { return true; }
 
 std::string SqliteFlavour::row_lock() const { return {}; }
 
+std::string SqliteFlavour::lock_to_change() const { return {}; }
+
 bool SqliteFlavour::draws_keys() const { return false; }
 
 std::string SqliteFlavour::name(std::string_view name) const { return sqlite_name(name); }
