@@ -133,9 +133,12 @@ void FontBar::follow_column(int old_column) {
 }
 
 void FontBar::cmdsave_font_Click() {
-    step("cmdsave_font_Click",
-         [&] { presentation::save_grid_fonts(grid_, kernel(), identity().class_name, grid_.name()); });
-    tell("save font complete");
+    bool may_save = true;
+    step("cmdsave_font_Click", [&] {
+        may_save = still_may_update();
+        if (may_save) presentation::save_grid_fonts(grid_, kernel(), identity().class_name, grid_.name());
+    });
+    if (may_save) tell("save font complete");
 }
 
 void FontBar::cmdrestore_font_click() {
@@ -149,7 +152,7 @@ bool FontBar::execute(int id) {
             frame_font.set_visible(true);
             return true;
         case command::kSaveFont:  // for everybody, so only with the right to write
-            if (rights().Update && still_may_update()) cmdsave_font_Click();
+            if (rights().Update) cmdsave_font_Click();
             return true;
         case command::kRestoreFont:
             cmdrestore_font_click();
