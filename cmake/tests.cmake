@@ -74,11 +74,16 @@ function(brimley_cases name program)
     endforeach()
 endfunction()
 
-# brimley_file_cases(PROGRAM [PARTS n]): the cases on files. What only the night has time for stands in suites instantiated as
-# "Night". Cases that have OnAServer in their names hold on a server alone.
+# brimley_file_cases(PROGRAM [PARTS n] [LEFT_TO_PLAIN filter]): the cases on files. What only the night has time for stands in
+# suites instantiated as "Night". Cases that have OnAServer in their names hold on a server alone. What is left to the plain
+# build is left out under the sanitizers.
 function(brimley_file_cases program)
-    cmake_parse_arguments(FILES "" "PARTS" "" ${ARGN})
-    brimley_cases(${program} ${program} PARTS "${FILES_PARTS}" OPTIONS "filter=-Night/*:*OnAServer*")
+    cmake_parse_arguments(FILES "" "PARTS;LEFT_TO_PLAIN" "" ${ARGN})
+    set(left_out "Night/*:*OnAServer*")
+    if(BRIMLEY_SANITIZE AND FILES_LEFT_TO_PLAIN)
+        string(APPEND left_out ":${FILES_LEFT_TO_PLAIN}")
+    endif()
+    brimley_cases(${program} ${program} PARTS "${FILES_PARTS}" OPTIONS "filter=-${left_out}")
     brimley_cases(night.${program} ${program} OPTIONS "filter=Night/*" seconds=600 may_be_empty=yes
         PROPERTIES LABELS night)
 endfunction()

@@ -163,7 +163,7 @@ TEST_F(Draft, HalfMadeCompanyIsNeverSeenUnderItsName) {
     const auto company = [&](const std::string& arguments, const std::string& before = {}) {
         return testing::run_program(folder_, {.arguments = arguments, .before = before});
     };
-    for (int wait_ms = 3; wait_ms <= 75; wait_ms += 3) {
+    for (int wait_ms = 3; wait_ms <= 75; wait_ms += 8) {
         const std::string wait_seconds = std::to_string(wait_ms / 1000.0);
         (void)company("create --sample books.company", "timeout --foreground -s KILL " + wait_seconds);
         if (!std::filesystem::exists(place())) {
