@@ -63,7 +63,7 @@ int fail(int status, const std::string& reason) {
 // Runs the work in one transaction of the company.
 void with_company(const Arguments& arguments, const std::function<void(store::Database&)>& work) {
     const store::OpenCompany company = store::open_company(arguments.company, kernel::company_tables());
-    company.workspace->sign(company::signature_of_login());
+    company.workspace->sign(company::signature_in(*company.database));
     company::Transaction transaction(company);
     work(*company.database);
     transaction.commit();

@@ -27,4 +27,10 @@ std::string machine_name() {
 
 store::Signature signature_of_login() { return {login_name(), machine_name(), local_now()}; }
 
+store::Signature signature_in(const store::Database& company) {
+    store::Signature signature = signature_of_login();
+    if (const auto role = company.role()) signature.user = role->name;
+    return signature;
+}
+
 }  // namespace brimley::company

@@ -13,5 +13,7 @@ namespace brimley::company {
 [[nodiscard]] std::string machine_name();
 // Of the user who has logged in to this machine, at this moment.
 [[nodiscard]] store::Signature signature_of_login();
+// The same for who works in this company: on a server the role that is connected.
+[[nodiscard]] store::Signature signature_in(const store::Database& company);
 
 }  // namespace brimley::company

@@ -4,6 +4,7 @@
 #include "company/backup.h"
 #include "company/check.h"
 #include "company/company_fixture.h"
+#include "company/login_name.h"
 #include "company/program_run.h"
 #include "company/table_writer.h"
 #include "kernel/tables/company_tables.h"
@@ -147,6 +148,10 @@ TEST_F(TrailOfCompany, ImportOfDocumentsIsEnteredUnlessTheirEntriesComeAlong) {
     testing::write_file(folder_.file("some/Prepayment_waiting_PO_table.csv"), "prepayment_no\nPP-7\n");
     EXPECT_EQ(run("import " + named() + " some").status, 0);
     EXPECT_THAT(run("seal " + named()).output, ::testing::StartsWith("2:"));
+    const std::string worker = testing::tests_run_on_server()
+                                   ? testing::on_server(path(), "SELECT current_user")
+                                   : company::login_name();
+    EXPECT_THAT(rows("SELECT user_created FROM Trail_table WHERE entry_no = 2"), ElementsAre(worker));
     EXPECT_EQ(run("create other.brimley").status, 0);
     EXPECT_EQ(run("import --replace other.brimley all").status, 0);
     EXPECT_THAT(run("seal other.brimley").output, ::testing::StartsWith("1:"));
