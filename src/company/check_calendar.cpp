@@ -71,6 +71,21 @@ void check_within_years(const std::vector<Span>& periods, const std::vector<Span
     }
 }
 
+// What is posted to a period goes to the columns of its number.
+void check_numbers(const TableRows& periods, Findings& findings) {
+    std::map<std::string, std::map<std::string, std::string>> by_first_day;  // of each year
+    for (std::int64_t row = 0; row < periods.count(); ++row)
+        by_first_day[periods.text(row, "fyear")].emplace(periods.text(row, "StartDate"),
+                                                         periods.text(row, "period"));
+    for (const auto& [fyear, of_year] : by_first_day) {
+        int number = 0;
+        for (const auto& [first_day, name] : of_year)
+            if (name != std::to_string(++number))
+                findings.push_back(fmt::format("Period \"{}\" of {} is the {}. of its year", shown_text(name),
+                                               shown_text(fyear), number));
+    }
+}
+
 }  // namespace
 
 void check_calendar(const Books& books, Findings& findings) {
@@ -79,6 +94,7 @@ void check_calendar(const Books& books, Findings& findings) {
     check_spans(years, true, findings);
     check_spans(periods, false, findings);
     check_within_years(periods, years, findings);
+    check_numbers(books.tables().rows("Period_table"), findings);
 }
 
 }  // namespace brimley::company

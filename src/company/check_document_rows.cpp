@@ -9,6 +9,7 @@
 #include <unordered_set>
 
 #include "company/check.h"
+#include "company/posted_amounts.h"
 #include "company/shown_text.h"
 #include "company/table_rows.h"
 
@@ -33,7 +34,7 @@ bool is_of_this_module(const TableRows& items, std::int64_t item) {
            items.text(item, "form_name") == "APform_invoice";
 }
 
-// The numbers of what payments have paid, those of void payments alone, and those of others.
+// The numbers of what payments have paid: of all, of those that are void, and of the others.
 struct PaidNumbers {
     std::unordered_set<std::string> items;  // docno, pay_item, vendor_no
     std::unordered_set<std::string> documents, by_valid, by_void;
@@ -71,18 +72,31 @@ void check_unpaid_items(const Books& books, const PaidNumbers& paid, Findings& f
     }
 }
 
+std::unordered_set<std::string> keys_of_paid_items(const Books& books) {
+    std::unordered_set<std::string> keys;
+    books.each_ap_line([&](const ApLine& line) {
+        if (line.paid) keys.insert(line.fkey);
+    });
+    return keys;
+}
+
+// Of several payments the last one to be saved or voided has set the mark.
 void check_paid_marks(const Books& books, const PaidNumbers& paid, Findings& findings) {
     const TableRows& invoices = books.tables().rows("AP_header_table");
+    const auto with_paid_items = keys_of_paid_items(books);
     for (std::int64_t row = 0; row < invoices.count(); ++row) {
         const std::string docno = invoices.text(row, "docno");
         const bool here = invoices.text(row, "source_form") == "APform_invoice" ||
                           (invoices.text(row, "Source") == "AP" && !invoices.text(row, "Year").empty());
         if (!here) continue;
         const bool marked = flag_in(invoices, row, "paid");
+        const bool valid = paid.by_valid.contains(docno);
         const char* const wrong = marked && !paid.documents.contains(docno)
                                       ? "is marked as paid, and no payment names it"
-                                  : !marked && paid.by_valid.contains(docno) && !paid.by_void.contains(docno)
+                                  : !marked && valid && !paid.by_void.contains(docno)
                                       ? "is not marked as paid, though a payment names it"
+                                  : marked && !valid && !with_paid_items.contains(invoices.text(row, "fkey"))
+                                      ? "is marked as paid, and every payment that names it is void"
                                       : nullptr;
         if (wrong != nullptr)
             findings.push_back(fmt::format("Invoice {} {}", shown_text(invoices.text(row, "fkey")), wrong));
@@ -237,14 +251,14 @@ void check_accounts_of_lines(const Books& books, Findings& findings) {
     const TableRows& items = books.tables().rows("AP_transaction_table");
     const TableRows& invoices = books.tables().rows("AP_header_table");
     const RowsByKey& invoice_of = books.tables().by_key("AP_header_table", "fkey");
-    std::unordered_map<std::string, std::unordered_map<std::string, double>> expected, posted;
+    std::unordered_map<std::string, std::unordered_map<std::string, double>> expected;
+    const PostedAmounts posted(books, Reversed::left_out);
     std::unordered_set<std::string> taxed;
     std::unordered_set<std::string> tax_accounts;
     const TableRows& authorities = books.tables().rows("Tax_authority_table");
     for (std::int64_t row = 0; row < authorities.count(); ++row)
         for (const char* field : {"acc_recoverable", "acc_expense"})
             tax_accounts.insert(authorities.text(row, field));
-    books.each_gl_line([&](const GlLine& line) { posted[line.fkey][line.accno] += line.amount; });
     const TableRows& shares = books.tables().rows("Allocation_Account_table");
     std::unordered_set<std::string> spread;
     for (std::int64_t row = 0; row < shares.count(); ++row)
@@ -259,7 +273,7 @@ void check_accounts_of_lines(const Books& books, Findings& findings) {
     for (std::int64_t item = 0; item < items.count(); ++item) {
         const auto invoice = invoice_of.find(items.key(item, {"fkey"}));
         if (!invoice || items.text(item, "source_form") != "APform_invoice" ||
-            invoices.text(*invoice, "source_form") != "APform_invoice" || flag_in(invoices, *invoice, "void"))
+            invoices.text(*invoice, "source_form") != "APform_invoice")
             continue;
         const std::string fkey = invoices.text(*invoice, "GLFKEY");
         auto& accounts = expected[fkey];
@@ -277,12 +291,10 @@ void check_accounts_of_lines(const Books& books, Findings& findings) {
         if (std::fabs(stored - number_in(items, item, "tax_amount")) > kHalfOfTheCent) taxed.insert(fkey);
     }
     for (const auto& [fkey, accounts] : expected) {
-        const auto found = posted.find(fkey);
-        if (found == posted.end() || taxed.contains(fkey)) continue;
+        if (!posted.any(fkey) || taxed.contains(fkey)) continue;
         for (const auto& [accno, amount] : accounts) {
             if (tax_accounts.contains(accno) || spread.contains(accno)) continue;
-            const auto line = found->second.find(accno);
-            const double is = line == found->second.end() ? 0 : line->second;
+            const double is = posted.on(fkey, accno).amount;
             if (std::fabs(is - amount) > kCentOfTaxes * 3)
                 findings.push_back(
                     fmt::format("GL document {}: {:.2f} was posted to account {}, by its invoice {:.2f}",

@@ -170,15 +170,13 @@ void check_misc_payments(const Books& books, Findings& findings) {
         findings.push_back(fmt::format("Payment {} has a line but no header", shown_text(fkey)));
 }
 
-// A void payment has nothing left on its accounts, which other checks hold.
 void check_misc_postings(const Books& books, Findings& findings) {
     const MiscLines lines = misc_lines(books);
     const SharedAccounts shared(books);
-    const PostedAmounts posted(books);
+    const PostedAmounts posted(books, Reversed::left_out);
     books.each_payment([&](const PaymentHeader& payment) {
         const auto own = lines.find(payment.fkey);
-        if (!payment.of_misc_form() || payment.is_void || own == lines.end() || !posted.any(payment.gl_fkey))
-            return;
+        if (!payment.of_misc_form() || own == lines.end() || !posted.any(payment.gl_fkey)) return;
         compare(payment, expected_postings(payment, own->second, books.base_currency()), posted, shared,
                 findings);
     });

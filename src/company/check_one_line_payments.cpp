@@ -41,11 +41,9 @@ class OneLineJudge {
             find(fmt::format("{} is {:.2f}, expected {:.2f}", what, stored, expected));
     }
 
-    // A reversed document has posted nothing that is left. One that was never edited holds the accounts of
-    // its header.
+    // What the document that its header names has posted, before a void took it back.
     void judge_posted(const char* what, const std::string& accno, double amount) {
-        if (payment_.is_void || payment_.gl_fkey.empty() || accno.empty() || allocated_.contains(accno))
-            return;
+        if (!posted_.any(payment_.gl_fkey) || accno.empty() || allocated_.contains(accno)) return;
         for (const std::string* other :
              {&payment_.cash_accno, &payment_.prepayment_accno, &payment_.expense_accno})
             if (other != &accno && *other == accno) return;
@@ -145,7 +143,7 @@ std::unordered_set<std::string> allocated_accounts(const Books& books) {
 }  // namespace
 
 void check_one_line_payments(const Books& books, Findings& findings) {
-    const PostedAmounts posted(books);
+    const PostedAmounts posted(books, Reversed::left_out);
     const auto allocated = allocated_accounts(books);
     for (const OneLinePayment& payment : one_line_payments(books))
         OneLineJudge(payment, posted, allocated, findings).judge();

@@ -7,10 +7,12 @@
 // gives back its new amount. Documents of other modules may have been counted by these or not, and a vendor
 // that had no balance yet when it was first paid got the sum of that payment as an amount owed.
 //
-// Two things leave a difference that the documents do not show any more, which a note names. An edit takes
+// Some things leave a difference that the documents do not show any more, which a note names. An edit takes
 // off what the screen showed of the former lines, those below nothing like those above it: an invoice is owed
-// with less then, a credit note with more. And the total of the screen has the cents of rows that are too
-// small to be stored, of which a gap in the pay items tells.
+// with less then, a credit note with more. The total of the screen has the cents of rows that are too small
+// to be stored, of which a gap in the pay items tells. An invoice that stood on the screen and was saved once
+// more is not added again; a credit note whose kind was typed over is added like an invoice; and of a
+// document from AP-RECUR an edit stores the difference that was typed, and not the amount.
 //
 // Generated invoices are never added, but a void takes them off; unless the vendor had no balance yet, which
 // is possible up to the day of its first other document.
@@ -52,8 +54,11 @@ std::string day_in(const Recordset& rows, int column) {
 struct Invoice {
     std::string vendor_no;
     std::string docno;
+    std::string invoice_no;
+    std::string invoice_date;
     bool credit_note = false;
     bool made_here = false;
+    bool from_recur = false;
     bool is_void = false;
     int lines = 0;
     double last_item = 0;
@@ -62,10 +67,16 @@ struct Invoice {
     double shown = 0;             // as they were loaded since
     double gross = 0;
 
+    [[nodiscard]] double total() const { return shown_money(taxable + tax); }
     // What the forms have added for it.
     [[nodiscard]] double owed() const {
-        const double total = shown_money(taxable + tax) - (is_void ? shown_money(shown) : 0);
-        return credit_note ? 0 - total : total;
+        const double left = total() - (is_void ? shown_money(shown) : 0);
+        return credit_note ? 0 - left : left;
+    }
+    // The same for what was saved once more from the screen.
+    [[nodiscard]] std::string content() const {
+        return fmt::format("{}\n{}\n{}\n{}\n{}\n{:.2f}\n{:.2f}", vendor_no, credit_note, invoice_no,
+                           invoice_date, lines, taxable, tax);
     }
     // Each of them was less than a cent, and two of them make one.
     [[nodiscard]] double cents_of_unstored_rows() const {
@@ -96,7 +107,9 @@ struct Vendor {
     double voided_elsewhere = 0;
     bool edited_invoice = false;  // or debit note
     bool edited_credit_note = false;
-    double cents = 0;  // of rows that were not stored, at the most
+    bool any_from_recur = false;
+    std::vector<double> by_screen;  // what saves may have added more or less than the stored total
+    double cents = 0;               // of rows that were not stored, at the most
     bool has_documents = false;
     double first_payment = std::numeric_limits<double>::max();  // its key, and what it came to
     double first_paid = 0;
@@ -108,13 +121,14 @@ std::unordered_map<std::string, Invoice> invoices(const Books& books) {
     std::unordered_map<std::string, Invoice> by_fkey;
     Recordset rows = books.read(
         "SELECT fkey,vendor_no,docno,doctype,Source,void,taxable_amount,tax_amount,gross_amount,"
-        "date_created,pay_item FROM AP_transaction_table ORDER BY fkey,pay_item");
+        "date_created,pay_item,invoice_no,invoice_date FROM AP_transaction_table ORDER BY fkey,pay_item");
     for (; !rows.at_eof(); rows.MoveNext()) {
         Invoice& invoice = by_fkey[rows.column(0).text()];
         invoice.vendor_no = rows.column(1).text();
         invoice.docno = rows.column(2).text();
         invoice.credit_note = rows.column(3).text() == "vcn";
         invoice.made_here = rows.column(4).text() == "AP-INVOICE";
+        invoice.from_recur = rows.column(4).text() == "AP-RECUR";
         invoice.is_void = rows.column(5).flag();
         for (const auto& [column, sum] : {std::pair(6, &invoice.taxable), std::pair(7, &invoice.tax)}) {
             *sum += rows.column(column).number();
@@ -124,6 +138,8 @@ std::unordered_map<std::string, Invoice> invoices(const Books& books) {
         ++invoice.lines;
         invoice.last_item = std::max(invoice.last_item, rows.column(10).number());
         invoice.written = day_in(rows, 9);
+        invoice.invoice_no = rows.column(11).text();
+        invoice.invoice_date = rows.column(12).text();
     }
     return by_fkey;
 }
@@ -145,6 +161,7 @@ std::unordered_set<std::string> edited_documents(const Books& books) {
 void count_invoices(const Books& books, const std::unordered_set<std::string>& own_prepayments,
                     const GeneratedInvoices& generated, Vendors& vendors) {
     const auto edited = edited_documents(books);
+    std::unordered_set<std::string> contents;
     for (const auto& [fkey, invoice] : invoices(books)) {
         const auto found = vendors.find(invoice.vendor_no);
         if (found == vendors.end() || own_prepayments.contains(fkey) || generated.any_of_key(fkey)) continue;
@@ -155,10 +172,14 @@ void count_invoices(const Books& books, const std::unordered_set<std::string>& o
             if (edited.contains(invoice.docno))
                 (invoice.credit_note ? vendor.edited_credit_note : vendor.edited_invoice) = true;
             vendor.by_forms += invoice.owed();
+            if (!contents.insert(invoice.content()).second)
+                vendor.by_screen.push_back(invoice.credit_note ? invoice.total() : 0 - invoice.total());
+            if (invoice.credit_note) vendor.by_screen.push_back(2 * invoice.total());
             vendor.first_document = std::min(vendor.first_document, invoice.written);
             continue;
         }
         vendor.any_elsewhere = true;
+        vendor.any_from_recur = vendor.any_from_recur || invoice.from_recur;
         vendor.elsewhere += shown_money(invoice.gross);
         if (invoice.is_void) vendor.voided_elsewhere += shown_money(invoice.shown);
     }
@@ -247,15 +268,15 @@ double voided_generated(const Vendor& vendor) {
     return sum;
 }
 
-// Voids of one moment may have come in any order; of more than these only the stored one is tried.
-constexpr std::size_t kVoidsOfAMomentMax = 12;
+// Of more than these no further ones are tried.
+constexpr std::size_t kAmountsMax = 12;
 
-// Whether it is what is left when some of these voids, which are of one moment, have been counted.
-bool agrees_with_some(double left, std::span<const GeneratedVoid> voids) {
-    if (!differ(left, 0)) return true;
-    if (voids.empty()) return false;
-    const auto rest = voids.subspan(1);
-    return agrees_with_some(left + voids.front().amount, rest) || agrees_with_some(left, rest);
+// Whether some of these amounts come to that.
+bool some_come_to(double sum, std::span<const double> amounts) {
+    if (!differ(sum, 0)) return true;
+    if (amounts.empty()) return false;
+    const auto rest = amounts.first(std::min(amounts.size(), kAmountsMax)).subspan(1);
+    return some_come_to(sum - amounts.front(), rest) || some_come_to(sum, rest);
 }
 
 // Whether voids of generated invoices make the difference: all of them, or all but the first ones.
@@ -268,10 +289,12 @@ bool agrees_with_voids(const Vendor& vendor, double difference) {
         std::size_t end = start + 1;
         while (end < voids.size() && voids[end].when == voids[start].when)
             ++end;
-        for (const GeneratedVoid& each : voids.subspan(start, end - start))
+        std::vector<double> of_a_moment;  // in any order
+        for (const GeneratedVoid& each : voids.subspan(start, end - start)) {
             left -= each.amount;
-        if (agrees_with_some(left, voids.subspan(start, std::min(end - start, kVoidsOfAMomentMax))))
-            return true;
+            of_a_moment.push_back(0 - each.amount);
+        }
+        if (some_come_to(left, of_a_moment)) return true;
         start = end;
     }
     return false;
@@ -324,7 +347,7 @@ bool any_sum(const Vendor& vendor, const Fits& fits) {
 // exactly.
 constexpr double kLeastOfAnEdit = 0.015;
 
-enum class Verdict { agrees, may_be_cents, may_be_edit, differs };
+enum class Verdict { agrees, may_be_cents, may_be_edit, may_be_screen, may_be_recur, differs };
 
 Verdict judge(const Vendor& vendor, double owing_balance) {
     if (!vendor.has_documents || !vendor.judged || agrees(vendor, owing_balance)) return Verdict::agrees;
@@ -336,7 +359,30 @@ Verdict judge(const Vendor& vendor, double owing_balance) {
         return (vendor.edited_invoice && sum - owing_balance > kLeastOfAnEdit) ||
                (vendor.edited_credit_note && owing_balance - sum > kLeastOfAnEdit);
     };
-    return any_sum(vendor, edit) ? Verdict::may_be_edit : Verdict::differs;
+    if (any_sum(vendor, edit)) return Verdict::may_be_edit;
+    const auto screen = [&](double sum) { return some_come_to(owing_balance - sum, vendor.by_screen); };
+    if (any_sum(vendor, screen)) return Verdict::may_be_screen;
+    return vendor.any_from_recur ? Verdict::may_be_recur : Verdict::differs;
+}
+
+// What a note says of it.
+const char* reason(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::may_be_cents:
+            return " without rows of less than a cent";
+        case Verdict::may_be_edit:
+            return " (an edit takes lines below nothing off as lines above it)";
+        case Verdict::may_be_screen:
+            return " (a document that was saved once more is not added again, and a credit note under "
+                   "another word like "
+                   "an invoice)";
+        case Verdict::may_be_recur:
+            return " (an edit of a document from AP-RECUR adds what was typed, and does not store it)";
+        case Verdict::agrees:
+        case Verdict::differs:
+            break;
+    }
+    return "";
 }
 
 // Visits each vendor of which what is owed is not what its documents say, with a sentence.
@@ -373,10 +419,7 @@ void check_owing_balances(const Books& books, Findings& findings) {
 
 void note_owing_balances(const Books& books, Findings& notes) {
     each_difference(books, [&](Verdict verdict, const std::string& difference) {
-        if (verdict == Verdict::may_be_cents)
-            notes.push_back(difference + " without rows of less than a cent");
-        if (verdict == Verdict::may_be_edit)
-            notes.push_back(difference + " (an edit takes lines below nothing off as lines above it)");
+        if (verdict != Verdict::differs) notes.push_back(difference + reason(verdict));
     });
 }
 

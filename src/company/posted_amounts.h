@@ -13,9 +13,12 @@ struct PostedAmount {
     double base_amount = 0;
 };
 
+// Of a document that was reversed by lines of its own.
+enum class Reversed { counted, left_out };
+
 class PostedAmounts {
   public:
-    explicit PostedAmounts(const Books& books);
+    explicit PostedAmounts(const Books& books, Reversed reversed = Reversed::counted);
 
     // Whether the document has any line.
     [[nodiscard]] bool any(const std::string& gl_fkey) const { return sums_.contains(gl_fkey); }

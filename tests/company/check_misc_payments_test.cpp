@@ -112,7 +112,8 @@ TEST_F(CheckMiscPayments, HeaderIsTheSumOfItsLinesAndTheTaxesOnTop) {
                                         "Payment 1mpy-1: 52.50 was posted to account 6400, expected 47.50"));
     change(misc_line("1mpy-1", 2), {{"include_tax", false}});
     change(payment("1mpy-2"), {{"payment_amount", 7.01}});
-    EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-2: payment_amount is 7.01, its lines come to 7.00"));
+    EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-2: payment_amount is 7.01, its lines come to 7.00",
+                                        "Payment 1mpy-2: -7.00 was posted to account 1000, expected -7.01"));
 }
 
 TEST_F(CheckMiscPayments, LineMayHoldHalfACentMoreThanTheTotalShows) {
@@ -185,6 +186,11 @@ TEST_F(CheckMiscPayments, LinesHavePostedToTheirAccounts) {
     move("1gl-6", "6300", "6400", 3);
     EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-1: 87.00 was posted to account 6300, expected 90.00",
                                         "Payment 1mpy-1: 55.50 was posted to account 6400, expected 52.50"));
+}
+
+TEST_F(CheckMiscPayments, LinesOfAVoidPaymentHadPostedToTheirAccounts) {
+    change(misc_line("1mpy-2", 1), {{"account", "6400"}});
+    EXPECT_THAT(findings(), ElementsAre("Payment 1mpy-2: 0.00 was posted to account 6400, expected 7.00"));
 }
 
 // Half a cent on top of 52.51 is rounded to the even cent once it has been added.

@@ -83,6 +83,35 @@ class CheckOwing : public testing::PaidBooksTest {
                     ElementsAre(fmt::format("Vendor V1001: owing_balance is {:.2f}, by its documents {}",
                                             owing_balance + 0.01, by_documents)));
     }
+    void expect_note(double owing_balance, const std::string& note) {
+        change(vendor("V1001"), {{"owing_balance", owing_balance}});
+        EXPECT_THAT(findings(), IsEmpty());
+        EXPECT_THAT(notes(), ElementsAre(note));
+    }
+    // One line of 10.00; the number is that of the next invoice.
+    void add_invoice(int number, const std::string& invoice_no) {
+        const std::string fkey = fmt::format("1ip-{}", number);
+        const std::string docno = fmt::format("IP-26-{:05}", number);
+        add("AP_transaction_table", {{"fkey", fkey},
+                                     {"docno", docno},
+                                     {"doctype", "ip"},
+                                     {"vendor_no", "V1001"},
+                                     {"invoice_no", invoice_no},
+                                     {"Source", "AP-INVOICE"},
+                                     {"pay_item", "1"},
+                                     {"gross_amount", 10.0},
+                                     {"open_amount", 10.0},
+                                     {"taxable_amount", 10.0}});
+        add("AP_header_table", {{"fkey", fkey},
+                                {"docno", docno},
+                                {"company", "1"},
+                                {"doctype", "ip"},
+                                {"Source", "AP"},
+                                {"fyear", "2026"}});
+        change("SELECT * FROM Docno_master_table WHERE doctype = 'ip' AND fiscalyear = '2026'",
+               {{"nextdocno", number + 1}});
+        change("SELECT * FROM Next_number_fkey_table WHERE doctype = 'ip'", {{"fkeyno", number + 1}});
+    }
     // The invoice comes from another module.
     void take_over_from_purchasing() {
         change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"Source", "PO-BILL"}});
@@ -144,6 +173,42 @@ TEST_F(CheckOwing, VendorWithoutABalanceOwesTheFirstPayment) {
 TEST_F(CheckOwing, FirstPaymentOfAnInvoiceMadeHereIsTakenOff) {
     change(vendor("V1001"), {{"owing_balance", 46.0}});
     EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 46.00, by its documents 66.35"));
+}
+
+constexpr const char* kFromTheScreen =
+    " (a document that was saved once more is not added again, and a credit note under another word like an "
+    "invoice)";
+
+// It stood on the screen, so that its total counted as owed already.
+TEST_F(CheckOwing, InvoiceThatWasSavedOnceMoreIsNotAddedAgain) {
+    add_invoice(3, "B-7");
+    add_invoice(4, "B-7");
+    expect_owing(86.35, "86.35");
+    expect_note(
+        76.35, fmt::format("Vendor V1001: owing_balance is 76.35, by its documents 86.35{}", kFromTheScreen));
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1ip-4'", {{"invoice_no", "B-8"}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 76.35, by its documents 86.35"));
+}
+
+TEST_F(CheckOwing, CreditNoteUnderAnotherWordIsOwedLikeAnInvoice) {
+    change("SELECT * FROM AP_transaction_table WHERE fkey = '1vcn-1'",
+           {{"vendor_no", "V1001"}, {"Source", "AP-INVOICE"}, {"taxable_amount", 40.0}});
+    expect_note(106.35, fmt::format("Vendor V1001: owing_balance is 106.35, by its documents 26.35{}",
+                                    kFromTheScreen));
+    change(vendor("V1001"), {{"owing_balance", 106.36}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 106.36, by its documents 26.35"));
+}
+
+TEST_F(CheckOwing, EditOfADocumentFromTemplatesAddsWhatWasTyped) {
+    take_over_from_purchasing();
+    change(vendor("V1001"), {{"owing_balance", 69.35}});
+    EXPECT_THAT(findings(), ElementsAre("Vendor V1001: owing_balance is 69.35, by its documents 66.35"));
+    change("SELECT * FROM AP_header_table WHERE fkey = '1ip-1'", {{"Source", "AP-RECUR"}});
+    change(item(), {{"Source", "AP-RECUR"}});
+    expect_note(
+        69.35,
+        "Vendor V1001: owing_balance is 69.35, by its documents 66.35 (an edit of a document from AP-RECUR "
+        "adds what was typed, and does not store it)");
 }
 
 // Posted once more, by another document.

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <map>
 #include <regex>
 
 #include "company/check.h"
@@ -180,6 +181,45 @@ TEST_F(Frauds, PrepaymentThatCountsAsPaidOffThoughNobodyAppliedItShows) {
         sql(fmt::format("UPDATE AP_transaction_table SET {} = 1 WHERE fkey = '{}'", field, fkey));
         EXPECT_THAT(findings(), Contains(AllOf(HasSubstr(fkey), HasSubstr("no payment names it")))) << field;
         sql(fmt::format("UPDATE AP_transaction_table SET {} = NULL WHERE fkey = '{}'", field, fkey));
+    }
+}
+
+TEST_F(Frauds, MarkAsPaidOfAnInvoiceWhosePaymentsAreAllVoidShows) {
+    std::map<std::string, bool> all_void;
+    auto lines = company.snapshot("SELECT ap_docno,void FROM Payment_transaction_table");
+    for (; !lines.at_eof(); lines.MoveNext()) {
+        const auto [of_document, first] = all_void.emplace(lines.column(0).text(), true);
+        of_document->second = of_document->second && lines.column(1).flag();
+    }
+    int marked = 0;
+    for (const auto& [docno, is_void] : all_void) {
+        if (!is_void || !docno.starts_with("IP-")) continue;
+        sql(fmt::format("UPDATE AP_header_table SET paid = TRUE WHERE docno = '{}'", docno));
+        EXPECT_THAT(findings(), Contains(HasSubstr("every payment that names it is void"))) << docno;
+        sql(fmt::format("UPDATE AP_header_table SET paid = FALSE WHERE docno = '{}'", docno));
+        ++marked;
+    }
+    EXPECT_GT(marked, 0);
+}
+
+TEST_F(Frauds, AccountOfAVoidInvoiceShows) {
+    const std::string fkey =
+        one("SELECT fkey FROM AP_header_table WHERE source_form = 'APform_invoice' AND void = TRUE AND "
+            "Currency = 'USD'");
+    for (const char* field : {"po_accno", "ap_accno"}) {
+        const std::string was =
+            one(fmt::format("SELECT {} FROM AP_transaction_table WHERE fkey = '{}'", field, fkey));
+        sql(fmt::format("UPDATE AP_transaction_table SET {} = '1000' WHERE fkey = '{}'", field, fkey));
+        EXPECT_THAT(findings(), Contains(HasSubstr("was posted to account 1000, by its invoice"))) << field;
+        sql(fmt::format("UPDATE AP_transaction_table SET {} = '{}' WHERE fkey = '{}'", field, was, fkey));
+    }
+}
+
+TEST_F(Frauds, PeriodUnderAnotherNameShows) {
+    for (const char* name : {"zz9", "13", ""}) {
+        sql(fmt::format(
+            "UPDATE Period_table SET period = '{}' WHERE fyear = '2026' AND StartDate = '20261201'", name));
+        EXPECT_THAT(findings(), Contains(fmt::format("Period \"{}\" of 2026 is the 12. of its year", name)));
     }
 }
 

@@ -60,8 +60,9 @@ struct ClassOfField {
 [[nodiscard]] std::string_view name_of(FieldClass held);
 // Whether the harness asks for every single change of such a field to be found.
 [[nodiscard]] bool must_be_found_always(FieldClass held);
-// Fields of these classes of which some changes still go unseen: what rooms of the check are missing.
-[[nodiscard]] bool is_known_gap(const std::string& table_and_field);
+// Fields of these classes of which some changes go unseen: by the books alone, or by the trail as well, which
+// watches documents and no masters.
+[[nodiscard]] bool is_known_gap(const std::string& table_and_field, bool seen_by_trail);
 // Throws std::out_of_range for a field that has no row, or two.
 [[nodiscard]] ClassOfField class_of(const std::string& table, const std::string& field);
 [[nodiscard]] SampledTable sampling_of(const std::string& table);

@@ -97,8 +97,9 @@ class Harness {
     store::Workspace& workspace_;
     store::Database& database_;
     const Options& options_;
-    std::map<FieldClass, Count> by_class_;  // of those that can be proven, by the books alone
-    std::map<FieldClass, Count> by_check_;  // of all, by books and trail
+    std::map<FieldClass, Count> by_class_;   // of those that can be proven, by the books alone
+    std::map<FieldClass, Count> by_either_;  // of the same, by books or trail
+    std::map<FieldClass, Count> by_check_;   // of all, by books or trail
     std::map<std::string, Count> by_table_;
     std::map<std::string, Count> by_field_;
     Count provable_;
@@ -194,17 +195,19 @@ void Harness::change_field(const store::Table& table, std::size_t field, const R
         if (!provable) continue;
         provable_ += found;
         by_class_[held.held] += found;
+        by_either_[held.held] += found || who.by_trail;
         by_table_[table.name] += found;
         by_field_[table.name + "." + name] += found;
-        if (!found && must_be_found_always(held.held) && !is_known_gap(table.name + "." + name)) {
+        if (!found && must_be_found_always(held.held) &&
+            !is_known_gap(table.name + "." + name, who.by_trail)) {
             ++missed_outside_gaps_;
-            std::cout << fmt::format("not found, and no known gap: {}.{}, {}\n", table.name, name,
-                                     change.kind);
+            std::cout << fmt::format("not found{}, and no known gap: {}.{}, {}\n",
+                                     who.by_trail ? " by the books" : "", table.name, name, change.kind);
         }
         if (!found && options_.missed)
-            std::cout << fmt::format("missed: {}.{} of {} {}: \"{}\", {}\n", table.name, name,
-                                     row.values[0].text(), row.values[1].text(), row.values[field].text(),
-                                     change.kind);
+            std::cout << fmt::format(
+                "missed{}: {}.{} of {} {}: \"{}\", {}\n", who.by_trail ? " by the books" : "", table.name,
+                name, row.values[0].text(), row.values[1].text(), row.values[field].text(), change.kind);
     }
 }
 
@@ -249,10 +252,13 @@ void Harness::report() const {
     for (const auto& [field, count] : by_field_)
         if (count.found < count.of)
             std::cout << fmt::format("  {:44} {:5} of {:5}\n", field, count.found, count.of);
-    for (const auto& [held, count] : by_class_)
-        std::cout << fmt::format("{:10} {:6} of {:6}  {:6.2f} %\n", name_of(held), count.found, count.of,
-                                 count.percent());
-    std::cout << "with the trail:\n";
+    std::cout << "what can be proven, by the books, and by books or trail:\n";
+    for (const auto& [held, count] : by_class_) {
+        const Count& either = by_either_.at(held);
+        std::cout << fmt::format("{:10} {:6} {:6} of {:6}  {:6.2f} %  {:6.2f} %\n", name_of(held),
+                                 count.found, either.found, count.of, count.percent(), either.percent());
+    }
+    std::cout << "all changes, by books or trail:\n";
     for (const auto& [held, count] : by_check_)
         std::cout << fmt::format("{:10} {:6} of {:6}  {:6.2f} %\n", name_of(held), count.found, count.of,
                                  count.percent());
