@@ -124,6 +124,10 @@ class Judge {
         } else if (payment_.total_amount && differ(*payment_.total_amount, pay)) {
             report("total_amount", *payment_.total_amount, fmt::format("its lines come to {:.2f}", pay));
         }
+        if (certain.size() == 1 && possible.size() == 1 && payment_.total_currency != *certain.begin())
+            findings_.push_back(fmt::format("{}: total_currency is \"{}\", its lines are in {}", name,
+                                            shown_text(payment_.total_currency),
+                                            shown_text(*certain.begin())));
     }
 
     void judge_total_base() {

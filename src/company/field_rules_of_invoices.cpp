@@ -103,6 +103,15 @@ bool item_of_prepayment(const RowInRules& row, const RowInRules* header) {
            (row.is("doctype", "pp") || row.is("Source", "AP-PREPAY"));
 }
 
+// An edit says when and by whom.
+bool edited_item(const RowInRules& row, const RowInRules* header) {
+    if (!item_of_prepayment(row, header)) return false;
+    return !row.is("date_lastmodified", "") || !row.is("time_lastmodified", "") ||
+           !row.is("user_updated", "");
+}
+
+constexpr FieldRule kEditedItem[]{{"date_lastmodified time_lastmodified user_updated", filled}};
+
 constexpr FieldRule kPrepaidItem[]{
     {"docno doctype company vendor_no Currency period fyear", as_there},
     {"invoice_date", as_there, "payment_date"},
@@ -157,6 +166,8 @@ std::span<const RowRules> rules() {
          "its header", kGeneratedLine},
         {kLines, "Prepayment", "pay_item", item_of_prepayment, "fkey", "Payment_header_table", "fkey",
          "its header", kPrepaidItem},
+        {kLines, "Prepayment", "pay_item", edited_item, "fkey", "Payment_header_table", "fkey", "its header",
+         kEditedItem},
         {"AP_recur_header_table", "Template", nullptr, numbered_template, nullptr, nullptr, nullptr, nullptr,
          kTemplate},
         {"AP_recur_transaction_table", "Template", "pay_item", any, "fkey", "AP_recur_header_table", "fkey",

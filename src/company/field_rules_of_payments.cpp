@@ -84,7 +84,7 @@ constexpr FieldRule kInvoicePaymentHeader[]{
 
 constexpr FieldRule kPrepaymentHeader[]{
     {"doctype", one_of, "pp"},
-    {"vendor_no", filled},
+    {"vendor_no prepayment_accno", filled},
     {"payment_base_amount total_amount total_base_amount total_currency card_balance fee_amount "
      "expense_accno",
      empty},

@@ -58,7 +58,8 @@ class Harness {
         : company_(std::move(company)),
           workspace_(*company_.workspace),
           database_(*company_.database),
-          options_(options) {}
+          options_(options),
+          notes_(company::books_notes(database_)) {}
 
     void change_tables() {
         for (const store::Table& table : kernel::company_tables().tables())
@@ -84,10 +85,11 @@ class Harness {
     void change_table(const store::Table& table);
     void change_field(const store::Table& table, std::size_t field, const Row& row,
                       const std::vector<Value>& column);
-    // Who finds a change.
+    // Who finds a change. What both miss a note may still tell, which does not count.
     struct Found {
         bool by_books = false;
         bool by_trail = false;
+        bool in_note = false;
     };
     Found who_finds(const store::Table& table, const std::string& field, const Row& row, const Change& change,
                     bool ask_books);
@@ -97,6 +99,7 @@ class Harness {
     store::Workspace& workspace_;
     store::Database& database_;
     const Options& options_;
+    const company::Findings notes_;          // of the company as the forms have left it
     std::map<FieldClass, Count> by_class_;   // of those that can be proven, by the books alone
     std::map<FieldClass, Count> by_either_;  // of the same, by books or trail
     std::map<FieldClass, Count> by_check_;   // of all, by books or trail
@@ -237,9 +240,11 @@ Harness::Found Harness::who_finds(const store::Table& table, const std::string& 
         rows.Close();
         found.by_trail = !database_.faults_of_trail().empty();
         found.by_books = ask_books && !company::check_books(database_).empty();
+        if (options_.missed && ask_books && !found.by_books && !found.by_trail)
+            found.in_note = company::books_notes(database_) != notes_;
     } catch (const store::Error& error) {
         // A unique index, or a value that the check cannot read, shows the change as well.
-        found = {true, true};
+        found = {true, true, false};
     }
     workspace_.Rollback();
     return found;

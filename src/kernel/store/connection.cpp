@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <ranges>
 #include <utility>
 
 #include "kernel/store/database.h"
@@ -370,8 +369,9 @@ void Connection::note_changed(const WatchedTable& watched, std::span<const RowKe
             prefetch(by_key, parameters_of(key).span());
     Row row;
     // What was prefetched last is found first.
-    for (const RowKey key : keys | std::views::reverse)
+    std::for_each(keys.rbegin(), keys.rend(), [&](RowKey key) {
         if (read_row(*watched.table, key, row)) trail_.note(watched, row, true);
+    });
 }
 
 void Connection::upgrade() {
