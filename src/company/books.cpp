@@ -126,6 +126,10 @@ void visit_key(std::vector<GlLine>& lines, const std::function<void(std::span<co
 
 }  // namespace
 
+bool has_parts_of_a_cent(double amount) {
+    return std::abs(amount * 100 - std::nearbyint(amount * 100)) > 1e-4;
+}
+
 bool differ(double a, double b) { return std::nearbyint((a - b) * 100) != 0; }
 
 std::optional<double> running_number_of(const std::string& fkey) {

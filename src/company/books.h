@@ -133,6 +133,8 @@ struct PaymentLine {
 
 // Whether two sums differ by a hundredth or more.
 [[nodiscard]] bool differ(double a, double b);
+// Whether it is no whole number of cents.
+[[nodiscard]] bool has_parts_of_a_cent(double amount);
 
 // The number of a key that the counter which never restarts has given: 12 of "1gl-12". Of two GL documents
 // the one with the higher number was begun later. Empty for a key of another form.

@@ -102,10 +102,6 @@ struct LineAmounts {
     }
 };
 
-bool has_parts_of_a_cent(double amount) {
-    return std::abs(amount * 100 - std::nearbyint(amount * 100)) > 1e-4;
-}
-
 std::unordered_map<std::string, LineAmounts> line_amounts(const Books& books) {
     std::unordered_map<std::string, LineAmounts> by_invoice;
     Recordset rows = books.read(

@@ -347,10 +347,19 @@ bool any_sum(const Vendor& vendor, const Fits& fits) {
 // exactly.
 constexpr double kLeastOfAnEdit = 0.015;
 
-enum class Verdict { agrees, may_be_cents, may_be_edit, may_be_screen, may_be_recur, differs };
+enum class Verdict {
+    agrees,
+    may_be_cents,
+    may_be_edit,
+    may_be_screen,
+    may_be_recur,
+    may_be_shared_key,
+    differs
+};
 
 Verdict judge(const Vendor& vendor, double owing_balance) {
-    if (!vendor.has_documents || !vendor.judged || agrees(vendor, owing_balance)) return Verdict::agrees;
+    if (!vendor.has_documents || agrees(vendor, owing_balance)) return Verdict::agrees;
+    if (!vendor.judged) return Verdict::may_be_shared_key;
     const auto cents = [&](double sum) {
         return !differ(std::max(std::abs(owing_balance - sum), vendor.cents), vendor.cents);
     };
@@ -378,6 +387,8 @@ const char* reason(Verdict verdict) {
                    "an invoice)";
         case Verdict::may_be_recur:
             return " (an edit of a document from AP-RECUR adds what was typed, and does not store it)";
+        case Verdict::may_be_shared_key:
+            return " (a void takes off every invoice of its key)";
         case Verdict::agrees:
         case Verdict::differs:
             break;

@@ -168,7 +168,7 @@ class TaxElements {
             lines_.net != nullptr ? rows_.value(row_, rows_.column(lines_.net)).number() : gross;
         for (const double amount : {net, gross, gross - tax, gross - line_tax, net - tax})
             for (const double further : {0.0, taxed_further_, taxed_further_ + tax})
-                if (std::fabs(amount + further - taxed) < kHalfACent) return true;
+                if (std::fabs(amount + further - taxed) < kCent) return true;
         return false;
     }
 

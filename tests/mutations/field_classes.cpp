@@ -333,6 +333,11 @@ constexpr std::string_view kKnownGaps[]{
     "AP_transaction_table.pay_item",               // another number that no other line has
     "AP_transaction_table.taxable_amount",         // by cents where taxes are mixed in
     "AP_transaction_table.tax_amount",             // with a sixth tax
+    "AP_transaction_table.taxable_amount1",        // by a cent, as rounding makes it
+    "AP_transaction_table.taxable_amount2",        // likewise
+    "AP_transaction_table.taxable_amount3",        // likewise
+    "AP_transaction_table.taxable_amount4",        // likewise
+    "AP_transaction_table.taxable_amount5",        // likewise
     "AP_transaction_table.po_accno",               // accounts that taxes use, or that are spread over others
     "AP_transaction_table.ap_accno",               // likewise
     "GL_transaction_table.vendor_no",              // emptied on a rounding line
@@ -341,12 +346,13 @@ constexpr std::string_view kKnownGaps[]{
     "Payment_header_table.total_currency",         // where a cut line may have had another base value
     "Payment_header_table.void_date",              // of a payment that posted nothing
     "Payment_misc_transaction_table.include_tax",  // without a tax
-    "Payment_misc_transaction_table.account",      // one that taxes use
-    "Payment_misc_transaction_table.pay_item",     // another number that no other line has
-    "AP_Revalue_GL_summary_table.Currency",        // another one
-    "AP_Revalue_Result_table.pay_item",            // where the document has such an item
-    "AP_Revalue_transaction_table.Currency",       // where a note tells that the items are not valued by it
-    "AP_Revalue_transaction_table.vendor_no",      // an unknown one
+    "Payment_misc_transaction_table.taxable_amount1",  // by a cent, as rounding makes it
+    "Payment_misc_transaction_table.account",          // one that taxes use
+    "Payment_misc_transaction_table.pay_item",         // another number that no other line has
+    "AP_Revalue_GL_summary_table.Currency",            // another one
+    "AP_Revalue_Result_table.pay_item",                // where the document has such an item
+    "AP_Revalue_transaction_table.Currency",   // where a note tells that the items are not valued by it
+    "AP_Revalue_transaction_table.vendor_no",  // an unknown one
 };
 
 }  // namespace
