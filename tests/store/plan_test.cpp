@@ -169,6 +169,98 @@ TEST_F(Plan, OwnNewRowNeedNotBeTaken) {
     EXPECT_EQ(company_.list("SELECT amount FROM Header_table WHERE docno = 'new'"), "3");
 }
 
+TEST_F(Plan, OwnNewRowNeedNotBeRead) {
+    store::Workspace workspace(connection_);
+    workspace.BeginTrans();
+    Recordset rows = open("SELECT * FROM Line_table WHERE 1 = 2");
+    rows.AddNew();
+    rows.set("docno", "new");
+    rows.set("Currency", "");
+    rows.set("lineno", "12");
+    rows.set("due_date", store::Value(*store::DateTime::from_ymd(2026, 3, 16)));
+    rows.set("created", store::Value(*store::DateTime::from_ymd(2026, 3, 17)));
+    rows.set("open_amount", 0.1 + 0.2);
+    rows.set("pay_item", store::Value());
+    rows.Update();
+    EXPECT_EQ(calls([&] {
+                  rows.Bookmark(rows.LastModified());
+                  rows.Edit();
+              }),
+              0);
+    rows.CancelUpdate();
+    const Recordset stored = open("SELECT * FROM Line_table WHERE docno = 'new'", RecordsetKind::snapshot);
+    for (int column = 0; column < stored.column_count(); ++column)
+        EXPECT_EQ(rows.column(column), stored.column(column)) << stored.column_name(column);
+    workspace.CommitTrans();
+}
+
+TEST_F(Plan, OwnNewRowIsReadWhenItMayHaveBeenWritten) {
+    store::Workspace workspace(connection_);
+    const auto add = [&](Recordset& rows) {
+        rows.AddNew();
+        rows.set("docno", "new");
+        rows.Update();
+    };
+    const auto shown = [](Recordset& rows) {
+        rows.Bookmark(rows.LastModified());
+        return rows.text("docno");
+    };
+    for (const bool by_statement : {true, false}) {
+        workspace.BeginTrans();
+        Recordset rows = open("SELECT * FROM Header_table WHERE 1 = 2");
+        add(rows);
+        if (by_statement) {
+            database_.Execute("UPDATE Header_table SET docno = 'other' WHERE docno = 'new'");
+        } else {
+            Recordset same = open("SELECT docno FROM Header_table WHERE docno = 'new'");
+            same.Edit();
+            same.set("docno", "other");
+            same.Update();
+        }
+        EXPECT_EQ(shown(rows), "other");
+        workspace.Rollback();
+    }
+    Recordset rows = open("SELECT * FROM Header_table WHERE 1 = 2");
+    workspace.BeginTrans();
+    add(rows);
+    workspace.CommitTrans();
+    company_.db().Execute("UPDATE Header_table SET docno = 'other' WHERE docno = 'new'");
+    EXPECT_EQ(shown(rows), "other");
+    workspace.BeginTrans();
+    database_.Execute("UPDATE Counter_table SET nextdocno = 1");
+    EXPECT_EQ(shown(rows), "other");
+    workspace.Rollback();
+}
+
+TEST_F(Plan, OwnNewRowIsNotTakenForAnother) {
+    store::Workspace workspace(connection_);
+    workspace.BeginTrans();
+    Recordset rows = open("SELECT * FROM Header_table WHERE 1 = 2");
+    const auto add = [&](const char* docno) {
+        rows.AddNew();
+        rows.set("docno", docno);
+        rows.Update();
+        return rows.LastModified();
+    };
+    const auto first = add("first");
+    const auto second = add("second");
+    rows.Bookmark(first);
+    EXPECT_EQ(rows.text("docno"), "first");
+    rows.Edit();
+    rows.set("amount", 3);
+    rows.CancelUpdate();
+    rows.Bookmark(second);
+    EXPECT_EQ(rows.text("docno"), "second");
+    EXPECT_EQ(rows.text("amount"), "");
+    const auto third = add("third");
+    rows.AddNew();
+    rows.set("docno", "dropped");
+    rows.CancelUpdate();
+    rows.Bookmark(third);
+    EXPECT_EQ(rows.text("docno"), "third");
+    workspace.Rollback();
+}
+
 TEST_F(Plan, UpdateWithoutAChangeRunsNoStatement) {
     store::Workspace workspace(connection_);
     workspace.BeginTrans();

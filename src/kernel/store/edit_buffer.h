@@ -19,6 +19,12 @@ class EditBuffer {
     // Columns from 0 up to `columns` can be set.
     void begin(Mode mode, std::size_t columns);
     void end();
+    // As end(); until it begins anew, what was set can still be read by kept().
+    void end_and_keep();
+    // What the column was set to. Null when it was not set.
+    [[nodiscard]] const Value* kept(int column) const {
+        return kept_.contains(static_cast<std::size_t>(column)) ? &value(column) : nullptr;
+    }
 
     // What the column held, or would hold if it had been set before: to be given its value, then marked as
     // set.
@@ -38,6 +44,7 @@ class EditBuffer {
     Mode mode_ = Mode::none;
     std::vector<Value> values_;
     PlaceSet set_;
+    PlaceSet kept_;
 };
 
 }  // namespace brimley::store

@@ -224,6 +224,12 @@ void Keyset::append(RowKey key) {
         added_.push_back(key);
 }
 
+Row& Keyset::go_to_added(RowKey key) {
+    note_read(key);
+    row_.clear();
+    return row_;
+}
+
 bool Keyset::find(std::string_view criteria, bool onward) {
     return find_planned(connection_.find_plan(plan_, criteria), onward);
 }

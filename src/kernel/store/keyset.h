@@ -71,6 +71,8 @@ class Keyset final : public RecordSource {
 
     // A row that was added through the recordset: the last one from now on.
     void append(RowKey key);
+    // It becomes the current row, which nobody has to read: for the caller to put in what it holds.
+    [[nodiscard]] Row& go_to_added(RowKey key);
 
   private:
     enum class Place { first_unread, on_row, past_end };

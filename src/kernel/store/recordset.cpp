@@ -137,7 +137,7 @@ void Recordset::CancelUpdate() { state().cancel(); }
 void Recordset::LockEdits(bool /*pessimistic*/) { (void)state(); }
 
 Bookmark Recordset::Bookmark() const { return {state().rows().place()}; }
-void Recordset::Bookmark(store::Bookmark where) { state().moving().go_to(where.position); }
+void Recordset::Bookmark(store::Bookmark where) { state().go_to(where.position); }
 Bookmark Recordset::LastModified() const { return {state().last_modified()}; }
 
 Database::Database(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}

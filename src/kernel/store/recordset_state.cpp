@@ -69,6 +69,34 @@ RecordSource& Recordset::State::moving() {
     return *source_;
 }
 
+void Recordset::State::go_to(std::int64_t place) {
+    RecordSource& rows = moving();
+    if (knows_added_row(place))
+        show_added_row(keyset_->go_to_added(place));
+    else
+        rows.go_to(place);
+}
+
+// Nothing has been written into its table since, by this transaction, and nobody else can have done it.
+bool Recordset::State::knows_added_row(std::int64_t place) const {
+    return place >= 0 && place == added_.key && connection_->in_trans() &&
+           connection_->held_row_is_true(added_.stamp, *plan_->table_plan);
+}
+
+void Recordset::State::show_added_row(Row& row) const {
+    const std::vector<Field>& fields = plan_->translation.table->fields;
+    row.expect(fields.size());
+    for (std::size_t field = 0; field < fields.size(); ++field) {
+        const Value* const value = buffer_.kept(static_cast<int>(field));
+        if (value)
+            row.add(*value);
+        else if (is_false_when_new(fields[field]))
+            row.add_flag(false);
+        else
+            row.add_null();
+    }
+}
+
 int Recordset::State::column_of(std::string_view name) const {
     const int column = plan_->names.find(name);
     if (column < 0) throw Error(ErrorKind::name, "no field \"" + std::string(name) + "\" in the recordset");
@@ -162,6 +190,7 @@ const Field& Recordset::State::field_of(int column) const {
 void Recordset::State::add_new() {
     (void)require_table();
     cancel();
+    added_ = {};
     buffer_.begin(EditBuffer::Mode::adding, plan_->field_places.size());
 }
 
@@ -180,6 +209,7 @@ bool Recordset::State::edit() {
 void Recordset::State::begin_editing() {
     connection_of_edit_ = connection_->times_reconnected();
     transaction_of_edit_ = connection_->transaction_number();
+    added_ = {};
     buffer_.begin(EditBuffer::Mode::editing, plan_->field_places.size());
 }
 
@@ -251,11 +281,13 @@ void Recordset::State::set_numbers(std::span<const int> columns, std::span<const
 
 void Recordset::State::update() {
     if (!buffer_.active()) throw Error(ErrorKind::state, "Update without AddNew or Edit");
-    if (buffer_.mode() == EditBuffer::Mode::adding)
+    if (buffer_.mode() == EditBuffer::Mode::adding) {
         insert_row();
-    else
+        buffer_.end_and_keep();
+    } else {
         update_row();
-    buffer_.end();
+        buffer_.end();
+    }
 }
 
 void Recordset::State::cancel() {
@@ -282,6 +314,7 @@ void Recordset::State::insert_row() {
     connection_->release(hold_);
     keyset_->append(added.key);
     last_modified_ = added.key;
+    if (plan_->is_whole_row) added_ = {added.key, plan_->table_plan->written_at};
 }
 
 WriteResult Recordset::State::write_new_row() {

@@ -28,6 +28,7 @@ class Recordset::State {
     // A move, a find or a bookmark: the row being added or edited is dropped first.
     [[nodiscard]] RecordSource& moving();
     [[nodiscard]] RecordSource& rows() { return *source_; }
+    void go_to(std::int64_t place);
     bool no_match = false;
 
     [[nodiscard]] const SelectPlan& plan() const { return *plan_; }
@@ -80,6 +81,8 @@ class Recordset::State {
     void note_added(const WatchedTable& watched);
     [[nodiscard]] const Row& whole_row();
     void note_witness(RowKey key, bool added);
+    [[nodiscard]] bool knows_added_row(std::int64_t place) const;
+    void show_added_row(Row& row) const;
     void update_row();
     void write_changes();
     void write_row();
@@ -106,6 +109,11 @@ class Recordset::State {
     std::uint64_t transaction_of_edit_ = 0;
     std::uint64_t hold_ = 0;  // of the row being edited, when it is held outside a transaction
     std::int64_t last_modified_ = -1;
+    // The row that was added last, while the buffer still keeps what it was set to.
+    struct Added {
+        RowKey key = -1;
+        std::uint64_t stamp = 0;  // Connection::stamp() when it was written
+    } added_;
 };
 
 }  // namespace brimley::store
