@@ -59,10 +59,13 @@ int place_of_key(std::string_view key) {
 
 }  // namespace
 
-std::string period_query() {
-    std::vector<std::string> names = entered_names("");
-    std::ranges::move(entered_names("e_"), std::back_inserter(names));
-    return fmt::format("SELECT {} FROM Balance_period_table", fmt::join(names, ", "));
+const std::string& period_query() {
+    static const std::string query = [] {
+        std::vector<std::string> names = entered_names("");
+        std::ranges::move(entered_names("e_"), std::back_inserter(names));
+        return fmt::format("SELECT {} FROM Balance_period_table", fmt::join(names, ", "));
+    }();
+    return query;
 }
 
 PeriodFamily::PeriodFamily(const Recordset& period_rows, const std::string& prefix) {
@@ -96,26 +99,28 @@ const PeriodColumns& ModuleG3::period_columns(const Recordset& period_rows) {
     return *period_columns_;
 }
 
-bool ModuleG3::post_period_earnings(Recordset& period_rows, const GlLine& line, bool debit) {
+bool ModuleG3::post_period_earnings(EarningsRow& period, const GlLine& line, bool debit) {
     if (!resolve_current_earnings()) return false;
-    period_rows.edit_first(
-        {{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}});
-    if (period_rows.NoMatch()) {
+    Recordset* const row =
+        period.take(*this, period_query(),
+                    {{"fyear", line.fyear}, {"company", line.company}, {"accno", Current_Earnings_accno_}});
+    if (row == nullptr) {
         tell(fmt::format("Error : No Retained Earning account {} in Account Balance Period.",
                          Current_Earnings_accno_));
         return false;
     }
-    const PeriodColumns& columns = period_columns(period_rows);
-    columns.plain.add(period_rows, line.period, -side_of(debit) * line.amount);
-    columns.base.add(period_rows, line.period, -side_of(debit) * line.base_amount);
-    period_rows.Update();
+    const PeriodColumns& columns = period_columns(*row);
+    columns.plain.add(*row, line.period, -side_of(debit) * line.amount);
+    columns.base.add(*row, line.period, -side_of(debit) * line.base_amount);
     return true;
 }
 
-bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, Recordset& account_row) {
+bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, Recordset& account_row,
+                                   CurrentEarnings& earnings) {
     bool posted = false;
     carry_on(ignored_failures_, "post_balance_period", [&] {
         const std::string& accno = line.account.accno;
+        if (accno == Current_Earnings_accno_) earnings.period.write();
         const auto edit = [&](store::FieldValues fields) { period_rows.edit_first(fields); };
         at_period(line.key(), edit);
         if (period_rows.NoMatch()) {
@@ -134,7 +139,7 @@ bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, R
             }
         }
         posted = account_row.text("acctype") != "Income Statement" || line.ledgertype != "A" ||
-                 post_period_earnings(period_rows, line, account_row.flag("debit"));
+                 post_period_earnings(earnings.period, line, account_row.flag("debit"));
     });
     return posted;
 }

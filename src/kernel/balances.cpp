@@ -74,29 +74,31 @@ bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
     return true;
 }
 
-// Only `amount` moves, and the row takes no lock of its own: both are how Current Earnings has always been
-// kept here.
-bool ModuleG3::post_current_earnings(Recordset& balance_rows, const GlLine& line, bool debit) {
+// Only `amount` moves, and nobody waits for the row: both are how Current Earnings has always been kept here.
+bool ModuleG3::post_current_earnings(EarningsRow& balance, const GlLine& line, bool debit) {
+    static const std::string kQuery = "SELECT amount FROM Balance_table";
     if (!resolve_current_earnings()) return false;
-    balance_rows.edit_first({{"company", line.company}, {"accno", Current_Earnings_accno_}});
-    if (balance_rows.NoMatch()) {
+    Recordset* const row =
+        balance.take(*this, kQuery, {{"company", line.company}, {"accno", Current_Earnings_accno_}});
+    if (row == nullptr) {
         tell(fmt::format("Error : No Current Retained Earning account {} in Account Balance",
                          Current_Earnings_accno_));
         return false;
     }
-    add_to(balance_rows, "amount", -side_of(debit) * line.amount);
-    balance_rows.Update();
+    add_to(*row, "amount", -side_of(debit) * line.amount);
     return true;
 }
 
-bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Recordset& account_rows) {
+bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Recordset& account_rows,
+                            CurrentEarnings& earnings) {
     bool posted = false;
     carry_on(ignored_failures_, "post_balance", [&] {
         const std::string& accno = line.account.accno;
+        if (accno == Current_Earnings_accno_) earnings.balance.write();
         if (!post_to_account(balance_rows, line)) return;
         if (!stand_on_account(account_rows, accno)) return;
         if (account_rows.text("acctype") == "Income Statement" && line.ledgertype == "A" &&
-            !post_current_earnings(balance_rows, line, account_rows.flag("debit"))) {
+            !post_current_earnings(earnings.balance, line, account_rows.flag("debit"))) {
             return;
         }
         if (line.ledgertype == "F") {
@@ -111,6 +113,10 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
         posted = true;
     });
     return posted;
+}
+
+bool ModuleG3::write_current_earnings(CurrentEarnings& earnings) {
+    return carry_on(ignored_failures_, "write_current_earnings", [&] { earnings.write(); });
 }
 
 void ModuleG3::prefetch_balance(Recordset& balance_rows, const LedgerKey& key) {

@@ -185,7 +185,7 @@ bool GlPosting::write_rounding() {
 }
 
 bool GlPosting::finish() {
-    if (!lines_.check()) return false;
+    if (!lines_.finish()) return false;
     return with_retry(kernel_.outside(), [&] { header_row_.Update(); });
 }
 

@@ -41,13 +41,13 @@ class Reversing {
     }
 
     [[nodiscard]] bool reverse_in_same(Recordset& lines) {
-        return reopen_old_header() && write_lines(lines, last_lineno(lines) + 1) && writer_.check();
+        return reopen_old_header() && write_lines(lines, last_lineno(lines) + 1) && writer_.finish();
     }
 
     [[nodiscard]] bool reverse_in_new(Recordset& lines, const FiscalPeriod& period) {
         const bool first = rules_.ways.header == GlReversalHeader::first;
         if (!add_new_header(period, lines.text("docno")) || (first && !save_new_header())) return false;
-        if (!write_lines(lines, 1) || !writer_.check() || (!first && !save_new_header())) return false;
+        if (!write_lines(lines, 1) || !writer_.finish() || (!first && !save_new_header())) return false;
         return rules_.ways.old_header == GlOldHeader::untouched || mark_old_header_reversed();
     }
 

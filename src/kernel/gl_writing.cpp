@@ -27,8 +27,7 @@ void GlLineWriter::open() {
 
 void GlLineWriter::open_balances() {
     balance_rows_ = kernel_.change("SELECT amount, base_amount FROM Balance_table");
-    static const std::string kPeriodQuery = period_query();
-    period_rows_ = kernel_.change(kPeriodQuery);
+    period_rows_ = kernel_.change(period_query());
 }
 
 void GlLineWriter::prefetch(const LedgerKey& key) {
@@ -46,8 +45,8 @@ bool GlLineWriter::write(const GlLine& line) {
     fill_row(line);
     if (!with_retry(kernel_.outside(), [&] { line_rows_.Update(); })) return false;
     if (line.ledgertype == "F" && !open_account_for_currency(line)) return false;
-    if (!kernel_.post_balance(balance_rows_, line, account_rows_) ||
-        !kernel_.post_balance_period(period_rows_, line, account_rows_)) {
+    if (!kernel_.post_balance(balance_rows_, line, account_rows_, earnings_) ||
+        !kernel_.post_balance_period(period_rows_, line, account_rows_, earnings_)) {
         return false;
     }
     const bool debit = account_rows_.flag("debit");

@@ -78,7 +78,10 @@ class GlLineWriter {
     [[nodiscard]] bool write(const GlLine& line);
     // Debit less credit in base currency over the lines written so far.
     [[nodiscard]] double base_difference() const { return base_difference_; }
-    [[nodiscard]] bool check() { return kernel_.check_gl_document(written_); }
+    // After the last line: writes what they left to be written together, and checks the document.
+    [[nodiscard]] bool finish() {
+        return kernel_.write_current_earnings(earnings_) && kernel_.check_gl_document(written_);
+    }
 
   private:
     void open_balances();
@@ -95,6 +98,7 @@ class GlLineWriter {
     store::Recordset balance_rows_;
     store::Recordset period_rows_;
     store::Recordset account_rows_;
+    CurrentEarnings earnings_;
 };
 
 }  // namespace brimley::kernel

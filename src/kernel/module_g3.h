@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "kernel/carry_on.h"
+#include "kernel/current_earnings.h"
 #include "kernel/gl_line.h"
 #include "kernel/outside.h"
 #include "kernel/period_columns.h"
@@ -113,13 +114,16 @@ class ModuleG3 {
 
     // Carries a written GL line into Balance_table. `balance_rows` is a changeable recordset of
     // Balance_table, `account_rows` one of Account_master_table, which is left on the line's account.
-    // False for every failure; only some have a message.
+    // False for every failure; only some have a message. What moves Current Earnings is left in `earnings`,
+    // which is one for all lines of a document.
     [[nodiscard]] bool post_balance(store::Recordset& balance_rows, const GlLine& line,
-                                    store::Recordset& account_rows);
+                                    store::Recordset& account_rows, CurrentEarnings& earnings);
     // Carries it into Balance_period_table. `account_row` stands on the line's account, where post_balance
     // left it.
     [[nodiscard]] bool post_balance_period(store::Recordset& period_rows, const GlLine& line,
-                                           store::Recordset& account_row);
+                                           store::Recordset& account_row, CurrentEarnings& earnings);
+    // After the last line. False for every failure, without a message.
+    [[nodiscard]] bool write_current_earnings(CurrentEarnings& earnings);
     // Prefetch what posting a line of this key will ask for within the transaction.
     static void prefetch_balance(store::Recordset& balance_rows, const LedgerKey& key);
     static void prefetch_balance_period(store::Recordset& period_rows, const LedgerKey& key);
@@ -182,8 +186,8 @@ class ModuleG3 {
     [[nodiscard]] RowTaken take_docno(std::string_view company, std::string_view doctype,
                                       std::string_view fiscal_year, std::int64_t& number);
     [[nodiscard]] bool post_to_account(store::Recordset& balance_rows, const GlLine& line);
-    [[nodiscard]] bool post_current_earnings(store::Recordset& balance_rows, const GlLine& line, bool debit);
-    [[nodiscard]] bool post_period_earnings(store::Recordset& period_rows, const GlLine& line, bool debit);
+    [[nodiscard]] bool post_current_earnings(EarningsRow& balance, const GlLine& line, bool debit);
+    [[nodiscard]] bool post_period_earnings(EarningsRow& period, const GlLine& line, bool debit);
     [[nodiscard]] bool resolve_current_earnings();
     void tell_missing_balance(const GlLine& line);
     [[nodiscard]] const PeriodColumns& period_columns(const store::Recordset& period_rows);

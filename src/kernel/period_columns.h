@@ -16,7 +16,7 @@ namespace brimley::kernel {
 inline constexpr int kPeriods = 13;
 
 // The rows of Balance_period_table with the columns that posting reads; what follows from them can be set.
-[[nodiscard]] std::string period_query();
+[[nodiscard]] const std::string& period_query();
 
 // Where one family's columns stand in a recordset. Posting changes row after row of the same recordset, so
 // they are looked up once.

@@ -73,14 +73,18 @@ class LedgerTest : public KernelTest {
     [[nodiscard]] bool post_balance(const kernel::GlLine& line) {
         auto balances = company.dynaset("SELECT * FROM Balance_table");
         auto accounts = company.dynaset("SELECT * FROM Account_master_table");
-        return kernel.post_balance(balances, line, accounts);
+        kernel::CurrentEarnings earnings;
+        return kernel.post_balance(balances, line, accounts, earnings) &&
+               kernel.write_current_earnings(earnings);
     }
     // After post_balance of the same line, as postings do.
     [[nodiscard]] bool post_period(const kernel::GlLine& line) {
         auto periods = company.dynaset("SELECT * FROM Balance_period_table");
         auto accounts = company.dynaset("SELECT * FROM Account_master_table");
         accounts.FindFirst("[accno] = " + store::quoted(line.account.accno));
-        return kernel.post_balance_period(periods, line, accounts);
+        kernel::CurrentEarnings earnings;
+        return kernel.post_balance_period(periods, line, accounts, earnings) &&
+               kernel.write_current_earnings(earnings);
     }
     // "amount base_amount" of a row of Balance_table.
     std::string balance(const char* accno, const char* ledgertype = "A") {

@@ -31,8 +31,10 @@ bool post(kernel::ModuleG3& kernel, const kernel::GlLine& line) {
     auto balances = kernel.change("SELECT * FROM Balance_table");
     auto periods = kernel.change("SELECT * FROM Balance_period_table");
     auto accounts = kernel.change("SELECT * FROM Account_master_table");
-    return kernel.post_balance(balances, line, accounts) &&
-           kernel.post_balance_period(periods, line, accounts);
+    kernel::CurrentEarnings earnings;
+    return kernel.post_balance(balances, line, accounts, earnings) &&
+           kernel.post_balance_period(periods, line, accounts, earnings) &&
+           kernel.write_current_earnings(earnings);
 }
 
 }  // namespace

@@ -100,7 +100,7 @@ struct SelectPlan {
     LruCache<FindPlan> finds;
     LruCache<FindPlan> finds_of_fields;  // by the names of the fields that are to hold a value
     LruCache<FilterPlan> filters;
-    std::unique_ptr<RecordsetMemory> spare_memory;
+    SpareMemory spare_memory;
 };
 
 struct ChangePlan {

@@ -2,6 +2,7 @@
 // recordset on the same query finds it there, already as large as its rows need.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -23,14 +24,18 @@ struct RecordsetMemory {
     std::vector<int> column_of_field;
 };
 
+// Where a plan keeps what is spare: for as many recordsets of a query as a posting has open at a time.
+using SpareMemory = std::array<std::unique_ptr<RecordsetMemory>, 2>;
+
 // Takes what is spare, and leaves it there again; two recordsets open at a time have one each.
 class BorrowedMemory {
   public:
-    explicit BorrowedMemory(std::unique_ptr<RecordsetMemory>& spare)
-        : spare_(spare), memory_(spare ? std::move(spare) : std::make_unique<RecordsetMemory>()) {}
+    explicit BorrowedMemory(SpareMemory& spare) : spare_(spare), memory_(std::move(place(true))) {
+        if (!memory_) memory_ = std::make_unique<RecordsetMemory>();
+    }
     ~BorrowedMemory() {
         memory_->buffer.end();
-        spare_ = std::move(memory_);
+        place(false) = std::move(memory_);
     }
     BorrowedMemory(const BorrowedMemory&) = delete;
     BorrowedMemory& operator=(const BorrowedMemory&) = delete;
@@ -38,7 +43,15 @@ class BorrowedMemory {
     RecordsetMemory* operator->() const { return memory_.get(); }
 
   private:
-    std::unique_ptr<RecordsetMemory>& spare_;
+    // One that is filled, or empty; the last one when there is none.
+    [[nodiscard]] std::unique_ptr<RecordsetMemory>& place(bool filled) const {
+        auto* found = spare_.begin();
+        while (found != &spare_.back() && (*found != nullptr) != filled)
+            ++found;
+        return *found;
+    }
+
+    SpareMemory& spare_;
     std::unique_ptr<RecordsetMemory> memory_;
 };
 
