@@ -157,6 +157,29 @@ TEST_F(ManyUsers, ConnectionThatBreaksWithinATransactionTakesItAlong) {
     EXPECT_EQ(numbers(), "5 5");
 }
 
+TEST_F(ManyUsers, RowBeingEditedIsLostWithItsConnectionThoughThatIsMadeAgain) {
+    for (const bool in_transaction : {false, true}) {
+        SCOPED_TRACE(in_transaction);
+        Recordset mine = counter(one_, "ip");
+        if (in_transaction) one_.workspace->BeginTrans();
+        mine.Edit();
+        mine.set("nextdocno", 99);
+        break_connections();
+        expect_error(ErrorKind::lost, [&] { (void)counter(one_, "gl"); });
+        one_.workspace->Rollback();
+        ASSERT_TRUE(one_.workspace->reconnect());
+        ASSERT_TRUE(other_.workspace->reconnect());
+        Recordset theirs = counter(other_, "ip");
+        count_up(theirs);
+        if (in_transaction) one_.workspace->BeginTrans();
+        expect_error(ErrorKind::lost, [&] { mine.Update(); });
+        count_up(mine);
+        if (in_transaction) one_.workspace->CommitTrans();
+    }
+    company_.reopen({});
+    EXPECT_EQ(numbers(), "5 9");
+}
+
 // The commit was not sent: nothing is in doubt.
 TEST_F(ManyUsers, ConnectionThatBreaksUnderRowsToldAheadIsLost) {
     one_.workspace->BeginTrans();

@@ -64,6 +64,31 @@ TEST_F(TrailOnServer, RowsThatAChangeReadsAreHeldFromThenOn) {
     EXPECT_THAT(faults(), IsEmpty());
 }
 
+// A prefetch that is refused goes back to a savepoint: what was read since would be free again.
+TEST_F(TrailOnServer, RowsThatAChangeReadsAreHeldThoughAPrefetchWasRefused) {
+    add_invoice("IP-1");
+    add_invoice("IP-2");
+    auto theirs = other_.database->OpenRecordset("SELECT * FROM Invoice_table WHERE docno = 'IP-1'",
+                                                 store::RecordsetKind::dynaset);
+    theirs.Edit();
+    constexpr const char* kVoidSecond = "UPDATE Invoice_table SET void = TRUE WHERE docno = 'IP-2'";
+    const auto third = company_.second_user();
+    const auto engine = meanwhile(" SET ", [&] {
+        EXPECT_EQ(column("SELECT docno FROM Invoice_table").size(), 3);  // all that was asked is answered
+        expect_error(ErrorKind::locked, [&] { third.database->Execute(kVoidSecond); });
+    });
+    in_transaction([&] {
+        add_invoice("IP-3");
+        auto rows = company_.dynaset("SELECT * FROM Invoice_table");
+        rows.edit_first({{"docno", "IP-3"}});
+        rows.prefetch_edit_first({{"docno", "IP-1"}});
+        engine->arm(2, false);
+        EXPECT_EQ(db().Execute(kVoidSecond), 1);
+    });
+    EXPECT_EQ(engine->calls, 2);
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
 TEST_F(TrailOnServer, RowsThatComeInBetweenAreNotChangedUnnoticed) {
     add_invoice("IP-1");
     const auto engine = meanwhile(" SET ", [&] { add_invoice(*other_.database, "IP-2"); });

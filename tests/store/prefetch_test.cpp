@@ -252,6 +252,46 @@ TEST_F(Prefetch, OnAServerWhatWasReadAheadDoesNotUndoWhatWasTakenSince) {
     company_.workspace().Rollback();
 }
 
+TEST_F(Prefetch, OnAServerTheRowStaysHeldUntilTheCommitWhateverIsRefusedMeanwhile) {
+    if (!testing::tests_run_on_server()) return;
+    other_.workspace->BeginTrans();
+    Recordset rows = theirs();
+    set_first(rows, "ck", 8);
+    Recordset mine = begin();
+    const auto expect_held = [&](const char* doctype) {
+        EXPECT_FALSE(rows.try_edit_first({{"doctype", doctype}})) << doctype;
+    };
+    mine.prefetch_edit_first({{"doctype", "ip"}});
+    mine.edit_first({{"doctype", "ip"}});
+    // What was written or taken since a prefetch that is refused must not go with it.
+    mine.prefetch_edit_first({{"doctype", "ck"}});
+    mine.set("nextdocno", 6);
+    mine.Update();
+    mine.prefetch_edit_first({{"doctype", "ck"}});
+    mine.edit_first({{"doctype", "gl"}});
+    EXPECT_FALSE(mine.try_edit_first({{"doctype", "ck"}}));
+    expect_held("ip");
+    expect_held("gl");
+    other_.workspace->Rollback();
+    expect_held("ip");
+    company_.workspace().CommitTrans();
+    EXPECT_TRUE(rows.try_edit_first({{"doctype", "ip"}}));
+    EXPECT_EQ(rows.number("nextdocno"), 6);
+}
+
+TEST_F(Prefetch, OnAServerTheRowThatWasReadAheadIsTakenAsItStandsWhenItIsEdited) {
+    if (!testing::tests_run_on_server()) return;
+    Recordset mine = begin();
+    mine.prefetch_first({{"doctype", "gl"}});
+    mine.FindFirst({{"doctype", "gl"}});
+    Recordset rows = theirs();
+    set_first(rows, "gl", 7);
+    mine.Edit();
+    EXPECT_EQ(mine.number("nextdocno"), 7);
+    EXPECT_FALSE(rows.try_edit_first({{"doctype", "gl"}}));
+    company_.workspace().Rollback();
+}
+
 TEST_F(Prefetch, OutsideATransactionNothingIsHeld) {
     Recordset mine = company_.dynaset("SELECT * FROM Counter_table");
     mine.prefetch_edit_first({{"doctype", "ip"}});

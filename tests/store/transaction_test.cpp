@@ -63,6 +63,17 @@ TEST_F(Transaction, WithoutOneEachUpdateStandsAlone) {
     EXPECT_EQ(seen_by_others("SELECT docno FROM Header_table"), "b a c");
 }
 
+TEST_F(Transaction, WithoutOneAStatementThatFailsAtItsSecondRowIsUndoneAndKeepsNobodyFromWriting) {
+    for (const char* const doctype : {"ip", "gl"})
+        company_.add("Counter_table", {{"company", 1}, {"doctype", doctype}});
+    expect_error(ErrorKind::constraint,
+                 [&] { company_.db().Execute("UPDATE Counter_table SET doctype = 'ck'"); });
+    EXPECT_EQ(company_.list("SELECT doctype FROM Counter_table"), "ip gl");
+    testing::add_row(*other_.database, "Header_table", {{"docno", "o"}});
+    company_.add("Header_table", {{"docno", "n"}});
+    EXPECT_EQ(seen_by_others("SELECT docno FROM Header_table"), "b a c o n");
+}
+
 TEST_F(Transaction, CallsOutOfOrderAreRefused) {
     expect_error(ErrorKind::state, [&] { company_.workspace().CommitTrans(); });
     company_.workspace().Rollback();
