@@ -118,7 +118,9 @@ void ComboBox::select(int index) {
 Refusal ComboBox::pick(int index) {
     if (const Refusal why = refusal(); why != Refusal::none) return why;
     select(index);
+    std::string picked = text_;
     if (on_item_select) on_item_select();
+    acted({.kind = Act::Kind::pick, .row = index, .text = std::move(picked)});
     return Refusal::none;
 }
 
@@ -129,17 +131,20 @@ Refusal ComboBox::type(const std::string& text) {
     if (index >= 0) return pick(index);
     set(text);
     if (on_change) on_change();
+    acted({.kind = Act::Kind::type, .text = text});
     return Refusal::none;
 }
 
 Refusal ComboBox::press_enter() {
     if (const Refusal why = refusal(); why != Refusal::none) return why;
     if (on_enter) on_enter();
+    acted({.kind = Act::Kind::enter});
     return Refusal::none;
 }
 
 void ComboBox::leave() {
     if (on_leave) on_leave();
+    acted({.kind = Act::Kind::leave});
 }
 
 }  // namespace brimley::controls

@@ -25,6 +25,14 @@ Control::Control(ControlSet& set, std::string name) : set_(set), name_(std::move
     set.controls_.push_back(this);
 }
 
+ActListener* Control::listener() const { return set_.listener(); }
+
+void Control::acted(Act act) const {
+    if (listener() == nullptr) return;
+    act.control = name_;
+    listener()->acted(act);
+}
+
 bool Control::reachable() const {
     return visible_ && !set_.closed() && (container_ == nullptr || container_->reachable());
 }

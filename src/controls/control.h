@@ -18,6 +18,8 @@
 #include <string_view>
 #include <vector>
 
+#include "controls/act.h"
+
 namespace brimley::controls {
 
 // A colour number: red in the low byte, then green, then blue. 0x80000018 and its like are colours of the
@@ -81,6 +83,9 @@ class Control {
     void tell() const {
         if (on_shown_change) on_shown_change();
     }
+    // The user has acted on this control; the name is filled in.
+    void acted(Act act) const;
+    [[nodiscard]] ActListener* listener() const;
 
   private:
     const ControlSet& set_;
@@ -108,9 +113,14 @@ class ControlSet {
     void close() { closed_ = true; }
     [[nodiscard]] bool closed() const { return closed_; }
 
+    // Told from now on what the user does; null: nobody is.
+    void listen(ActListener* listener) { listener_ = listener; }
+    [[nodiscard]] ActListener* listener() const { return listener_; }
+
   private:
     friend class Control;
     std::vector<Control*> controls_;
+    ActListener* listener_ = nullptr;
     bool closed_ = false;
 };
 

@@ -7,6 +7,7 @@ Refusal DateRange::type(const std::string& from, const std::string& to) {
     const DaySpan before = span_;
     set({texts_.read(from).value_or(before.from), texts_.read(to).value_or(before.to)});
     if (on_change && span_ != before) on_change();
+    acted({.kind = Act::Kind::type_range, .text = from, .other_text = to});
     return Refusal::none;
 }
 

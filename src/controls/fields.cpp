@@ -6,17 +6,20 @@ Refusal TextField::type(const std::string& text) {
     if (const Refusal why = refusal(); why != Refusal::none) return why;
     set(text);
     if (on_change) on_change();
+    acted({.kind = Act::Kind::type, .text = text});
     return Refusal::none;
 }
 
 Refusal TextField::press_enter() {
     if (const Refusal why = refusal(); why != Refusal::none) return why;
     if (on_enter) on_enter();
+    acted({.kind = Act::Kind::enter});
     return Refusal::none;
 }
 
 void TextField::leave() {
     if (on_leave) on_leave();
+    acted({.kind = Act::Kind::leave});
 }
 
 Refusal CheckBox::click(bool ticked) {
@@ -24,6 +27,7 @@ Refusal CheckBox::click(bool ticked) {
     if (value_ == (ticked ? 1 : 0)) return Refusal::none;
     set(ticked);
     if (on_click) on_click();
+    acted({.kind = ticked ? Act::Kind::tick : Act::Kind::untick});
     return Refusal::none;
 }
 
@@ -43,12 +47,14 @@ Refusal OptionButton::click() {
     if (set_) return Refusal::none;
     choose();
     if (on_click) on_click();
+    acted({.kind = Act::Kind::click});
     return Refusal::none;
 }
 
 Refusal PushButton::click() {
     if (const Refusal why = refusal(); why != Refusal::none) return why;
     if (on_click) on_click();
+    acted({.kind = Act::Kind::click});
     return Refusal::none;
 }
 
@@ -56,6 +62,7 @@ Refusal TabControl::choose(int page) {
     if (!reachable()) return Refusal::hidden;
     if (!enabled()) return Refusal::disabled;
     change(page_, page);
+    acted({.kind = Act::Kind::choose_page, .row = page});
     return Refusal::none;
 }
 
@@ -65,6 +72,7 @@ Refusal Frame::close() {
     if (!is_pane()) return Refusal::locked;
     set_visible(false);
     if (on_close) on_close();
+    acted({.kind = Act::Kind::close_pane});
     return Refusal::none;
 }
 

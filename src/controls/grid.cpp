@@ -43,10 +43,12 @@ bool Grid::shows(int column) const {
 Refusal Grid::visit_cell(int row, int column) {
     if (!reachable() || !shows(column)) return Refusal::hidden;
     if (!enabled()) return Refusal::disabled;
+    if (listener() != nullptr) listener()->before_visit(*this, row);
     const int old_row = row_;
     const int old_column = column_;
     go_to(row, column);
     if (on_row_col_change && (old_row != row || old_column != column)) on_row_col_change(old_row, old_column);
+    acted({.kind = Act::Kind::visit_cell, .row = row, .column = column});
     return Refusal::none;
 }
 
@@ -68,6 +70,7 @@ Refusal Grid::open_editor(int row, int column) {
     CellEdit edit{row, column, columns[static_cast<std::size_t>(column)].caption, old_text, old_text, false};
     if (on_before_edit) on_before_edit(edit);
     if (!edit.cancel) edit_ = std::move(edit);
+    acted({.kind = Act::Kind::open_editor, .row = row, .column = column});
     return Refusal::none;
 }
 
@@ -80,11 +83,19 @@ Refusal Grid::leave_editor(const std::string& text) {
     edit.new_text = text;
     if (on_before_update) on_before_update(edit);
     edit_was_cancelled_ = edit.cancel;
-    if (edit.cancel) return Refusal::none;
-    array.set(edit.row, edit.column, edit.new_text);
-    if (on_after_update) on_after_update(edit.column);
-    tell();
+    if (!edit.cancel) {
+        array.set(edit.row, edit.column, edit.new_text);
+        if (on_after_update) on_after_update(edit.column);
+        tell();
+    }
+    acted({.kind = Act::Kind::leave_editor, .row = edit.row, .column = edit.column, .text = text});
     return Refusal::none;
+}
+
+void Grid::abandon_editor() {
+    if (!edit_) return;
+    const CellEdit edit = *std::exchange(edit_, std::nullopt);
+    acted({.kind = Act::Kind::abandon_editor, .row = edit.row, .column = edit.column});
 }
 
 Refusal Grid::edit_cell(int row, int column, const std::string& text) {
@@ -97,6 +108,7 @@ Refusal Grid::double_click(int row) {
     if (!enabled()) return Refusal::disabled;
     go_to(row, column_);
     if (on_double_click) on_double_click(row);
+    acted({.kind = Act::Kind::double_click, .row = row});
     return Refusal::none;
 }
 

@@ -120,7 +120,7 @@ class Grid : public Control {
     // The form has cancelled the text that an editor was last left with: the cell keeps its old one, and the
     // user is to stay in it. Hosts ask before they move on.
     [[nodiscard]] bool edit_was_cancelled() const { return edit_was_cancelled_; }
-    void abandon_editor() { edit_.reset(); }
+    void abandon_editor();
     // All of it at once: moves into the cell, types the text and leaves the cell.
     [[nodiscard]] Refusal edit_cell(int row, int column, const std::string& text);
     [[nodiscard]] Refusal double_click(int row);

@@ -74,8 +74,11 @@ Refusal Form::press(int id) {
     if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
     if (!connected_for(id)) return Refusal::none;
     refused_for_rights_ = false;
+    if (controls_.listener() != nullptr) controls_.listener()->before_command(id);
     execute(id);
     tell_of_connection();
+    if (controls_.listener() != nullptr)
+        controls_.listener()->acted({.kind = controls::Act::Kind::press, .row = id});
     return refused_for_rights_ ? Refusal::disabled : Refusal::none;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <set>
 #include <vector>
@@ -14,7 +15,10 @@ namespace brimley::testing {
 
 class RecordingDesk : public Recording<frame::Desk> {
   public:
-    void form_shown(std::shared_ptr<frame::Form> form) override { open_forms.push_back(std::move(form)); }
+    void form_shown(std::shared_ptr<frame::Form> form) override {
+        open_forms.push_back(std::move(form));
+        if (on_shown) on_shown(*open_forms.back());
+    }
     void child_shown(frame::Form& /*owner*/, std::shared_ptr<frame::Form> child) override {
         open_forms.push_back(std::move(child));
     }
@@ -28,6 +32,7 @@ class RecordingDesk : public Recording<frame::Desk> {
     bool make_folder(const std::string& path) override { return folders.insert(path).second; }
 
     std::vector<std::shared_ptr<frame::Form>> open_forms;  // oldest first, children too
+    std::function<void(frame::Form&)> on_shown;
     std::vector<frame::Form*> raised;
     int closed = 0;
     std::set<std::string> folders;  // those that there are, as the forms have named them

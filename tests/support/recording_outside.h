@@ -19,21 +19,24 @@ template <class World>
 class Recording : public World {
   public:
     void message(const std::string& text) override {
+        if (answer_instead) return;
         messages.push_back(text);
         pumps_before_message = pumps;
     }
     // A question without a scripted answer fails the test and is answered by No.
     bool question(const std::string& text, const std::string& /*title*/) override {
         questions.push_back(text);
+        if (answer_instead) return answer_instead();
         if (answers.empty()) {
             ADD_FAILURE() << "a question without an answer: " << text;
             return false;
         }
         const bool answer = answers.front();
         answers.pop_front();
+        if (on_answer) on_answer(answer);
         return answer;
     }
-    store::DateTime now() override { return clock; }
+    store::DateTime now() override { return now_instead ? now_instead() : clock; }
     void wait(std::chrono::milliseconds duration) override {
         waits.push_back(duration);
         if (on_wait) on_wait(static_cast<int>(waits.size()));
@@ -59,6 +62,10 @@ class Recording : public World {
     // Called in each wait with its number, from 1; lets another user act meanwhile.
     std::function<void(int)> on_wait;
     std::function<void()> on_pump;
+    std::function<void(bool yes)> on_answer;
+    // In place of the user, who sees no messages then, and of the clock.
+    std::function<bool()> answer_instead;
+    std::function<store::DateTime()> now_instead;
 };
 
 using RecordingOutside = Recording<kernel::Outside>;

@@ -429,6 +429,7 @@ void Connection::begin_trans() {
 }
 
 void Connection::begin_alone() {
+    require_leave_to_write();
     begin_trans();
     try {
         begun_ = guarded([&] { return engine_->begin_write_alone(); });
@@ -495,11 +496,16 @@ void Connection::engine_transaction_ended() {
     ++stamp_;
 }
 
+void Connection::require_leave_to_write() const {
+    if (!may_write_) throw Error(ErrorKind::state, "nothing is written at the moment");
+}
+
 bool Connection::begin_write() {
     require_usable();
     if (spoiled_) throw Error(ErrorKind::state, "the transaction has failed and can only be rolled back");
     if (reading_only_) throw Error(ErrorKind::state, "nothing can be written within a snapshot");
     if (begun_) return true;
+    require_leave_to_write();
     if (!guarded([&] { return engine_->begin_write(); })) return false;
     begun_ = true;
     began_at_ = ++stamp_;

@@ -133,6 +133,7 @@ class Connection {
     // Begins to hold what is locked next, until the transaction ends, or outside one until release(). Nothing
     // happens when it is held already. False when another workspace writes.
     [[nodiscard]] bool begin_hold(std::uint64_t& hold);
+    void require_leave_to_write() const;
     // Takes the row and hands it over. False when another workspace holds it, or when it is gone.
     [[nodiscard]] bool lock_row(PlannedStatement& held_row, std::span<const Parameter> parameters,
                                 const RowSink& sink);
@@ -155,6 +156,7 @@ class Connection {
 
     // As the calls of Engine with these names.
     void tidy();
+    void let_write(bool may_write) { may_write_ = may_write; }
     [[nodiscard]] std::string reading_only_because() const { return engine_->reading_only_because(); }
     [[nodiscard]] std::optional<ServerRole> role() { return engine_->role(); }
     [[nodiscard]] bool others_write_meanwhile() const { return !engine_->reads_stay_true(); }
@@ -204,8 +206,9 @@ class Connection {
 
     bool in_trans_ = false;
     bool reading_only_ = false;  // the transaction is a snapshot
-    bool begun_ = false;         // the engine's transaction is open
-    bool spoiled_ = false;       // only Rollback helps
+    bool may_write_ = true;
+    bool begun_ = false;    // the engine's transaction is open
+    bool spoiled_ = false;  // only Rollback helps
     ConnectionState state_ = ConnectionState::good;
     std::shared_ptr<ConnectionWatch> watch_;
     const bool can_reconnect_;

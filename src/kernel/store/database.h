@@ -238,6 +238,9 @@ class Workspace {
     // The user has nothing to do for a while: brings what was saved into the company file itself, so that a
     // copy of the file alone is whole. Nothing happens within a transaction or while another program writes.
     void tidy();
+    // False: whatever would write is refused from now on, with ErrorKind::state, as if the company could only
+    // be read.
+    void let_write(bool may_write);
     // Signs the entries of the company's trail from now on.
     void sign(Signature signature);
     // A snapshot counts.

@@ -61,6 +61,7 @@ void Workspace::begin_snapshot() { connection_->begin_snapshot(); }
 void Workspace::CommitTrans() { connection_->commit_trans(); }
 void Workspace::Rollback() { connection_->rollback(); }
 void Workspace::sign(Signature signature) { connection_->sign(std::move(signature)); }
+void Workspace::let_write(bool may_write) { connection_->let_write(may_write); }
 void Workspace::tidy() { connection_->tidy(); }
 bool Workspace::in_transaction() const { return connection_->in_trans(); }
 ConnectionState Workspace::connection_state() const { return connection_->state(); }

@@ -1,0 +1,51 @@
+// Where entries are kept: a folder of the user's own, a file for each entry that stands open somewhere or was
+// left.
+//
+// The program that writes a file holds it locked, so that another one does not take the entry for one that
+// was left.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "entries/entry.h"
+
+namespace brimley::entries {
+
+class EntryFile {
+  public:
+    // Makes the folder if need be. Throws std::system_error, as append() does.
+    explicit EntryFile(const std::filesystem::path& folder);
+    ~EntryFile();  // leaves the file where it is
+    EntryFile(const EntryFile&) = delete;
+    EntryFile& operator=(const EntryFile&) = delete;
+
+    // What was appended is on the disk when it returns.
+    void append(std::string_view lines);
+    void remove();
+    [[nodiscard]] std::string name() const { return path_.filename().string(); }
+
+  private:
+    std::filesystem::path path_;
+    int handle_ = -1;
+};
+
+// An entry that nobody has open, newest first.
+struct KeptEntry {
+    std::filesystem::path path;
+    Entry entry;
+};
+
+// Those of this company, user and form; with an empty form, of every one. A file that is no entry is passed
+// over; one in which nothing was entered, or that was being taken up from another that is still there, is
+// removed.
+[[nodiscard]] std::vector<KeptEntry> kept_entries(const std::filesystem::path& folder,
+                                                  const std::string& company, const std::string& user,
+                                                  const std::string& form);
+// Nothing happens when it is not there any more.
+void remove_entry(const std::filesystem::path& path);
+
+}  // namespace brimley::entries
