@@ -1,11 +1,16 @@
 // The trail of a company at which several desks write at the same moment.
 #include <gtest/gtest.h>
 
+#include <fmt/format.h>
+
 #include <chrono>
+#include <future>
 #include <thread>
 
+#include "kernel/store/postgresql/postgresql_company.h"
 #include "store/trailed_company.h"
 #include "support/expect_error.h"
+#include "support/test_server.h"
 
 namespace brimley {
 namespace {
@@ -16,6 +21,39 @@ using ::testing::ElementsAre;
 using testing::expect_error;
 using ::testing::IsEmpty;
 using testing::Trail;
+using ::testing::UnorderedElementsAre;
+
+// Somebody who holds the end of the trail for a while.
+class EndHeld {
+  public:
+    EndHeld(const std::string& company, const std::string& seconds)
+        : held_(std::async(std::launch::async, [=, this] {
+              const std::unique_ptr<PGconn, decltype(&PQfinish)> server(PQconnectdb(company.c_str()),
+                                                                        &PQfinish);
+              const auto run = [&](const std::string& sql) { return testing::result_of(server.get(), sql); };
+              run("BEGIN");
+              run(fmt::format("SELECT pg_advisory_xact_lock({}, {})", store::kAdvisoryLocks,
+                              static_cast<int>(store::AdvisoryLock::end_of_trail)));
+              begun_.set_value();
+              run(fmt::format("SELECT pg_sleep({})", seconds));
+              const auto entries = run("SELECT count(*) FROM brimley.trail_table");
+              run("COMMIT");
+              return std::string(PQgetvalue(entries.get(), 0, 0));
+          })) {
+        begun_.get_future().wait();
+    }
+    // How many there were when it was let go.
+    std::string entries_at_its_end() { return held_.get(); }
+
+  private:
+    std::promise<void> begun_;
+    std::future<std::string> held_;
+};
+
+// Gives up a wait when it is first asked.
+struct Impatient : store::ConnectionWatch {
+    [[nodiscard]] bool go_on_waiting(std::chrono::milliseconds) override { return false; }
+};
 
 class TrailOnServer : public Trail {
   protected:
@@ -35,21 +73,36 @@ class TrailOnServer : public Trail {
 };
 
 TEST_F(TrailOnServer, WhoCommitsMeanwhileWaitsForItsEnd) {
-    std::thread desk;
-    const auto engine = meanwhile("", [&] {
-        desk = std::thread([&] { other_.workspace->CommitTrans(); });
-        // Longer than other locks are waited for.
-        std::this_thread::sleep_for(std::chrono::milliseconds(400));
-    });
     in_transaction([&] { add_invoice("IP-1"); });
-    engine->calls = 0;
-    in_transaction([&] { add_invoice("IP-2"); });
     other_.workspace->BeginTrans();
-    add_invoice(*other_.database, "IP-3");
-    engine->arm(engine->last_commit, false);
-    in_transaction([&] { add_invoice("IP-4"); });
+    add_invoice(*other_.database, "IP-2");
+    company_.workspace().BeginTrans();
+    add_invoice("IP-3");
+    // Longer than other locks are waited for.
+    EndHeld held(company_.path(), "0.4");
+    std::thread desk([&] { other_.workspace->CommitTrans(); });
+    company_.workspace().CommitTrans();
     desk.join();
-    EXPECT_THAT(documents(), ElementsAre("invoice IP-1", "invoice IP-2", "invoice IP-4", "invoice IP-3"));
+    EXPECT_EQ(held.entries_at_its_end(), "1");
+    EXPECT_THAT(documents(), UnorderedElementsAre("invoice IP-1", "invoice IP-2", "invoice IP-3"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+// Nothing is in doubt then: the transaction has not been asked to commit.
+TEST_F(TrailOnServer, WaitForItsEndCanBeGivenUp) {
+    in_transaction([&] { add_invoice("IP-1"); });
+    company_.workspace().watch(std::make_shared<Impatient>());
+    company_.workspace().BeginTrans();
+    add_invoice("IP-2");
+    EndHeld held(company_.path(), "0.6");
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_THROW(company_.workspace().CommitTrans(), store::Error);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(500));
+    EXPECT_EQ(company_.workspace().doubts(), 0);
+    company_.workspace().Rollback();
+    EXPECT_EQ(held.entries_at_its_end(), "1");
+    in_transaction([&] { add_invoice("IP-3"); });
+    EXPECT_THAT(documents(), ElementsAre("invoice IP-1", "invoice IP-3"));
     EXPECT_THAT(faults(), IsEmpty());
 }
 
@@ -133,19 +186,23 @@ TEST_F(TrailOnServer, RowHeldForAMomentIsWaitedFor) {
 }
 
 // A row that is refused when it is prefetched leaves a savepoint to go back to; the lock must not go with it.
-TEST_F(TrailOnServer, EndOfTheTrailStaysHeldUntilTheCommit) {
+TEST_F(TrailOnServer, NothingIsAppendedWithoutHoldingItsEnd) {
     add_invoice("IP-1");
     add_invoice("IP-2");
+    testing::on_server(company_.path(), R"(
+        CREATE FUNCTION brimley.look() RETURNS trigger LANGUAGE plpgsql AS $$
+        BEGIN
+            IF NOT EXISTS (SELECT FROM pg_locks WHERE pid = pg_backend_pid() AND locktype = 'advisory' AND
+                           objid = 1 AND granted) THEN
+                RAISE 'nobody holds the end';
+            END IF;
+            RETURN NEW;
+        END $$;
+        CREATE TRIGGER looks BEFORE INSERT ON brimley.trail_table
+            FOR EACH ROW EXECUTE FUNCTION brimley.look())");
     auto theirs = other_.database->OpenRecordset("SELECT * FROM Invoice_table WHERE docno = 'IP-1'",
                                                  store::RecordsetKind::dynaset);
     theirs.Edit();
-    std::string held;
-    const auto engine = meanwhile("user_created", [&] {
-        held =
-            testing::on_server(company_.path(),
-                               "SELECT count(*) FROM pg_locks l, pg_database d WHERE l.database = d.oid AND "
-                               "d.datname = current_database() AND locktype = 'advisory' AND objid = 1");
-    });
     auto rows = company_.dynaset("SELECT * FROM Invoice_table");
     company_.workspace().BeginTrans();
     rows.FindFirst("docno = 'IP-2'");
@@ -153,9 +210,11 @@ TEST_F(TrailOnServer, EndOfTheTrailStaysHeldUntilTheCommit) {
     rows.set("amount", 3);
     rows.Update();
     rows.prefetch_edit_first({{"docno", "IP-1"}});
-    engine->arm(2, false);
     company_.workspace().CommitTrans();
-    EXPECT_EQ(held, "1");
+    EndHeld held(company_.path(), "0.2");
+    in_transaction([&] { add_invoice("IP-3"); });
+    EXPECT_EQ(held.entries_at_its_end(), "3");
+    EXPECT_THAT(documents(), ElementsAre("invoice IP-1", "invoice IP-2", "invoice IP-2", "invoice IP-3"));
     EXPECT_THAT(faults(), IsEmpty());
 }
 

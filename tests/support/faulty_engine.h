@@ -80,11 +80,19 @@ class FaultyEngine final : public store::Engine {
         engine_->begin_read();
     }
     void commit() override {
-        const bool fails = next_call_fails();
-        faults_->last_commit = faults_->calls;
-        if (!fails || faults_->commit_done) engine_->commit();
-        if (fails && faults_->kind == store::ErrorKind::lost) fail(store::ErrorKind::commit_in_doubt);
-        if (fails) fail(faults_->kind);
+        commit_by([&] { engine_->commit(); });
+    }
+    void commit_with_entries(store::EngineStatement& next_entry,
+                             std::span<const std::vector<store::Parameter>> entries) override {
+        auto& known = static_cast<Statement&>(next_entry);
+        try {
+            for (std::size_t entry = 0; entry < entries.size(); ++entry)
+                may_fail(known.sql);
+        } catch (const store::Error&) {
+            engine_->rollback();  // as the server does
+            throw;
+        }
+        commit_by([&] { engine_->commit_with_entries(*known.prepared, entries); });
     }
     void rollback() noexcept override { engine_->rollback(); }
     bool in_transaction() const override { return engine_->in_transaction(); }
@@ -103,10 +111,6 @@ class FaultyEngine final : public store::Engine {
     void upgrade(const store::Catalog& catalog) override {
         may_fail();
         engine_->upgrade(catalog);
-    }
-    void take_end_of_trail() override {
-        may_fail();
-        engine_->take_end_of_trail();
     }
     bool lost_one_is_at_work() override { return engine_->lost_one_is_at_work(); }
     bool can_prefetch() const override { return faults_->listens_ahead || engine_->can_prefetch(); }
@@ -128,6 +132,15 @@ class FaultyEngine final : public store::Engine {
         std::unique_ptr<store::EngineStatement> prepared;
         std::string sql;
     };
+
+    template <class Commit>
+    void commit_by(const Commit& commit) {
+        const bool fails = next_call_fails();
+        faults_->last_commit = faults_->calls;
+        if (!fails || faults_->commit_done) commit();
+        if (fails && faults_->kind == store::ErrorKind::lost) fail(store::ErrorKind::commit_in_doubt);
+        if (fails) fail(faults_->kind);
+    }
 
     static std::string question(const std::string& sql, std::span<const store::Parameter> parameters) {
         std::string text = sql;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <ranges>
 #include <utility>
 
 #include "kernel/store/database.h"
@@ -64,6 +65,7 @@ Connection::Connection(std::unique_ptr<Engine> engine, const Catalog& catalog, s
     std::vector<int> every_field(catalog_.trail()->fields.size());
     std::iota(every_field.begin(), every_field.end(), 0);
     append_entry_.text = translator_.insert(*catalog_.trail(), every_field);
+    if (auto next = translator_.next_entry()) next_entry_ = PlannedStatement{std::move(*next)};
 }
 
 Connection::~Connection() {
@@ -400,14 +402,12 @@ TrailEntry Connection::end_of_trail() {
     return end;
 }
 
-// As the last thing before the commit: from here on nobody else can append until this transaction has ended.
-void Connection::append_to_trail() {
-    if (trail_.is_empty()) return;
-    ++stamp_;
-    guarded([&] { engine_->take_end_of_trail(); });
-    const TrailEntry end = end_of_trail();
+// As the last thing before the commit. Where it is done here, whoever writes is alone.
+void Connection::append_to_trail(Entries& entries) {
+    TrailEntry end = end_of_trail();
     or_nothing_stands([&] {
-        for (const std::vector<Value>& entry : trail_.entries(end, signature_)) {
+        for (std::vector<Value>& entry : entries) {
+            trail_.chain(entry, end);
             std::vector<Parameter> parameters;
             for (const Value& value : entry)
                 parameters.push_back(dialect::parameter_of(value));
@@ -417,8 +417,26 @@ void Connection::append_to_trail() {
     trail_.clear();
 }
 
+// The engine knows the end of the trail when it has got hold of it, and nothing is waited for in between.
+void Connection::commit_with(const Entries& entries) {
+    std::vector<std::string> rests;
+    for (const std::vector<Value>& entry : entries)
+        rests.push_back(hexadecimal(entry_rest(*catalog_.trail(), entry)));
+    std::vector<std::vector<Parameter>> parameters;
+    for (std::size_t at = 0; at < entries.size(); ++at) {
+        std::vector<Parameter>& of_entry = parameters.emplace_back();
+        for (const Value& value : entries[at] | std::views::drop(1))
+            of_entry.push_back(dialect::parameter_of(value));
+        of_entry.emplace_back(rests[at]);
+    }
+    guarded([&] { engine_->commit_with_entries(prepared(*next_entry_), parameters); });
+}
+
 void Connection::commit_engine() {
-    append_to_trail();
+    Entries entries;
+    if (!trail_.is_empty()) or_nothing_stands([&] { entries = trail_.entries(signature_); });
+    if (next_entry_ && !entries.empty()) return commit_with(entries);
+    if (!entries.empty()) append_to_trail(entries);
     guarded([&] { engine_->commit(); });
 }
 

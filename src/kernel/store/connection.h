@@ -171,7 +171,9 @@ class Connection {
     void note_changed(const WatchedTable& watched, std::span<const RowKey> keys);
     // Of all rows of the table, with every field.
     [[nodiscard]] std::shared_ptr<SelectPlan> row_plan(const Table& table);
-    void append_to_trail();
+    using Entries = std::vector<std::vector<Value>>;
+    void append_to_trail(Entries& entries);
+    void commit_with(const Entries& entries);
     void commit_engine();
     template <class Plan, class Make>
     [[nodiscard]] std::shared_ptr<Plan> plan_of(LruCache<Plan>& plans, std::string_view text,
@@ -221,6 +223,8 @@ class Connection {
     TrailWriter trail_;
     PlannedStatement last_entry_;
     PlannedStatement append_entry_;
+    // Empty where the hashes of entries are computed here.
+    std::optional<PlannedStatement> next_entry_;
     Signature signature_;
     int holds_ = 0;  // locks outside BeginTrans
     std::uint64_t transaction_number_ = 1;

@@ -24,6 +24,7 @@
 #include "kernel/store/catalog.h"
 #include "kernel/store/connection_watch.h"
 #include "kernel/store/dialect/statement_text.h"
+#include "kernel/store/error.h"
 #include "kernel/store/row.h"
 #include "kernel/store/value.h"
 
@@ -85,6 +86,14 @@ class Engine {
     // Begins a transaction that only reads, and sees from now on what stands at this moment.
     virtual void begin_read() = 0;
     virtual void commit() = 0;
+    // commit() after these entries were appended to the trail, each by the parameters of
+    // Translator::next_entry(): for an engine that computes their hashes. First it waits until nobody else
+    // appends to the trail, and keeps others from it until the end of the transaction; the last lock of a
+    // transaction. Throws ErrorKind::locked when it takes too long.
+    virtual void commit_with_entries(EngineStatement& /*next_entry*/,
+                                     std::span<const std::vector<Parameter>> /*entries*/) {
+        throw Error(ErrorKind::state, "this engine computes no hashes");
+    }
     // Never fails: an engine that cannot say so any more has lost the transaction already.
     virtual void rollback() noexcept = 0;
     // Whether a transaction begun here is still open. An engine may have ended it by itself when the disk
@@ -124,10 +133,6 @@ class Engine {
     // them, and says so in it. At the commit it is a company of the catalog's layout, and whoever works with
     // it by the older one can write no more. Throws ErrorKind::locked when that cannot be kept from them.
     virtual void upgrade(const Catalog& catalog) = 0;
-    // Within a transaction that writes: waits until nobody else appends to the trail, and keeps others from
-    // it until the end of the transaction. The last lock of a transaction. Throws ErrorKind::locked when it
-    // takes too long.
-    virtual void take_end_of_trail() = 0;
     // Copies the company as it stands at one moment to a new file, while others go on writing. False, and
     // nothing is made, when the company is not in a file.
     [[nodiscard]] virtual bool copy_file(const std::string& /*to*/) { return false; }

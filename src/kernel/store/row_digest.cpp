@@ -101,4 +101,15 @@ std::string chained_hash(Sha256& sha256, std::string_view hash_before, const Tab
     return hexadecimal(sha256.of(bytes.all()));
 }
 
+std::string entry_start(std::string_view trail) { return std::string(trail) + '\0'; }
+
+std::string entry_number_start() { return {'\0', RowBytes::kNumber}; }
+
+std::string entry_rest(const Table& trail, std::span<const Value> entry) {
+    RowBytes bytes;
+    for (std::size_t field = 1; field + 1 < trail.fields.size(); ++field)
+        bytes.add(field, entry[field]);
+    return std::string(bytes.all());
+}
+
 }  // namespace brimley::store

@@ -49,7 +49,6 @@ class RowBytes {
     // another than the one that it looks like.
     void add_stored_row(const Table& table, const PlaceSet& fields, const EngineRow& stored, Row& row);
 
-  private:
     // The length of what follows a place is known by its kind, and that of a text by its first bytes.
     enum Kind : char {
         kTrue = 'f',
@@ -60,6 +59,7 @@ class RowBytes {
         kLongText = 't'
     };
 
+  private:
     [[nodiscard]] char* room(std::size_t size) {
         if (used_ + size > bytes_.size()) grow(size);
         used_ += size;
@@ -78,9 +78,14 @@ class RowBytes {
 
 [[nodiscard]] RowDigest digest_of(Sha256& sha256, std::string_view row_bytes);
 
-// The hash of an entry of the trail, whose last field it is: over the other fields and the hash of the entry
-// before it.
+// The hash of an entry of the trail, whose last field it is: over the trail's name, the hash of the entry
+// before it, its number, which is its first field, and its other fields.
 [[nodiscard]] std::string chained_hash(Sha256& sha256, std::string_view hash_before, const Table& trail,
                                        std::span<const Value> entry);
+// The same in pieces, for a server that knows hash_before and the number: the bytes before the hash, those
+// between it and the eight of the number, and those after these.
+[[nodiscard]] std::string entry_start(std::string_view trail);
+[[nodiscard]] std::string entry_number_start();
+[[nodiscard]] std::string entry_rest(const Table& trail, std::span<const Value> entry);
 
 }  // namespace brimley::store

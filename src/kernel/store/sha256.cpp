@@ -32,6 +32,10 @@ std::string hexadecimal(std::span<const unsigned char> bytes) {
     return digits;
 }
 
+std::string hexadecimal(std::string_view bytes) {
+    return hexadecimal(std::span(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
+}
+
 void append_base64(std::string& text, std::span<const unsigned char> bytes) {
     const std::size_t before = text.size();
     const std::size_t groups = (bytes.size() + 2) / 3;

@@ -31,6 +31,7 @@ class Sha256 {
 };
 
 [[nodiscard]] std::string hexadecimal(std::span<const unsigned char> bytes);
+[[nodiscard]] std::string hexadecimal(std::string_view bytes);
 // Base 64, filled up with "=".
 void append_base64(std::string& text, std::span<const unsigned char> bytes);
 // Empty when the text is not base 64.

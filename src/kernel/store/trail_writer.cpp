@@ -136,23 +136,23 @@ std::string TrailWriter::list_of(std::size_t from, std::size_t to) const {
     return list;
 }
 
-std::vector<std::vector<Value>> TrailWriter::entries(TrailEntry end, const Signature& signature) {
+std::vector<std::vector<Value>> TrailWriter::entries(const Signature& signature) {
     settle();
     std::vector<std::vector<Value>> entries;
     if (is_empty()) return entries;
     if (entries_named_.empty())
         entries_named_ = document_.watched->document + ' ' + document_.number +
                          (document_.and_others ? " and others" : "");
-    for (std::size_t from = 0; from < written_.size(); from += kRowsInEntry) {
-        std::vector<Value> entry{
-            ++end.number,   signature.moment,
-            signature.user, signature.computer,
-            entries_named_, list_of(from, std::min(from + kRowsInEntry, written_.size()))};
-        end.hash = chained_hash(sha256_, end.hash, *catalog_.trail(), entry);
-        entry.emplace_back(end.hash);
-        entries.push_back(std::move(entry));
-    }
+    for (std::size_t from = 0; from < written_.size(); from += kRowsInEntry)
+        entries.push_back({Value(), signature.moment, signature.user, signature.computer, entries_named_,
+                           list_of(from, std::min(from + kRowsInEntry, written_.size()))});
     return entries;
+}
+
+void TrailWriter::chain(std::vector<Value>& entry, TrailEntry& end) {
+    entry.front() = ++end.number;
+    end.hash = chained_hash(sha256_, end.hash, *catalog_.trail(), entry);
+    entry.emplace_back(end.hash);
 }
 
 }  // namespace brimley::store

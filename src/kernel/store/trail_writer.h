@@ -48,9 +48,12 @@ class TrailWriter {
     void note_entries_brought() { brings_entries_ = true; }
     void clear();
 
-    // The rows to be appended to the trail after its end, each with every field; none when nothing was
-    // written that still stands, or no longer does, at the end of the transaction.
-    [[nodiscard]] std::vector<std::vector<Value>> entries(TrailEntry end, const Signature& signature);
+    // The entries to be appended, each with every field but its number, which is null, and its hash, which is
+    // left out; none when nothing was written that still stands, or no longer does, at the end of the
+    // transaction.
+    [[nodiscard]] std::vector<std::vector<Value>> entries(const Signature& signature);
+    // Numbers the entry and adds its hash. end: the entry before it, and afterwards this one.
+    void chain(std::vector<Value>& entry, TrailEntry& end);
     [[nodiscard]] bool is_empty() const { return written_.empty() || brings_entries_; }
 
   private:

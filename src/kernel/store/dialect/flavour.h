@@ -48,6 +48,17 @@ class Flavour {
     [[nodiscard]] virtual std::string lock_to_change() const = 0;
     // Whether the engine hands the key of a new row in with its fields, instead of learning it afterwards.
     [[nodiscard]] virtual bool draws_keys() const = 0;
+    // The key of a new row, for a statement that is not handed one. Empty unless the engine draws keys.
+    [[nodiscard]] virtual std::string next_key() const { return {}; }
+    // The hash of an entry of the trail (row_digest.h): hash_before is that of the entry before it, number
+    // its own, and rest a text that holds the bytes of its other fields in hexadecimal digits. Empty where
+    // the caller computes it.
+    [[nodiscard]] virtual std::string chained_hash(std::string_view /*trail*/,
+                                                   const std::string& /*hash_before*/,
+                                                   const std::string& /*number*/,
+                                                   const std::string& /*rest*/) const {
+        return {};
+    }
     // Names of tables and fields.
     [[nodiscard]] virtual std::string name(std::string_view name) const = 0;
 };

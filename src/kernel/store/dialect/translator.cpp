@@ -173,6 +173,32 @@ StatementText Translator::last_entry() const {
     return last;
 }
 
+std::optional<StatementText> Translator::next_entry() const {
+    const Table& trail = *catalog_.trail();
+    StatementText text;
+    std::string names;
+    std::string values = "next.number";
+    for (const Field& field : trail.fields)
+        names += flavour_.name(field.name) + ", ";
+    const auto add = [&](ParameterKind kind) {
+        text.parameters.push_back(kind);
+        return flavour_.parameter(text.parameters.size(), kind);
+    };
+    for (std::size_t field = 1; field + 1 < trail.fields.size(); ++field)
+        values += ", " + add(kind_of_field(trail.fields[field]));
+    const std::string hash =
+        flavour_.chained_hash(trail.name, "next.hash_before", "next.number", add(ParameterKind::text));
+    if (hash.empty()) return std::nullopt;
+    values += fmt::format(", {}, {}", hash, flavour_.next_key());
+    text.sql = fmt::format(
+        "INSERT INTO {} ({}{}) SELECT {} FROM (SELECT coalesce(last.number, 0) + 1 AS number, "
+        "coalesce(last.hash, '') AS hash_before FROM (SELECT 1) AS one LEFT JOIN ({}) AS last (key, number, "
+        "hash) ON TRUE) AS next",
+        flavour_.name(trail.name), names, flavour_.name(kRowKeyColumn), values, last_entry().sql);
+    text.effect = StatementEffect::inserts_row;
+    return text;
+}
+
 StatementText Translator::insert(const Table& table, const std::vector<int>& fields) const {
     StatementText text;
     text.keyed = true;

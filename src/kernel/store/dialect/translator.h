@@ -107,6 +107,9 @@ class Translator {
 
     // Number and hash of the last entry of the catalog's trail, keyed.
     [[nodiscard]] StatementText last_entry() const;
+    // Appends an entry after it, with the next number and a hash that the engine computes. Parameters: the
+    // fields between these, and Flavour::chained_hash's rest. Empty where the engine does not compute it.
+    [[nodiscard]] std::optional<StatementText> next_entry() const;
 
   private:
     const Catalog& catalog_;

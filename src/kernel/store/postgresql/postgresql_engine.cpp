@@ -36,6 +36,12 @@ std::string advisory_lock(std::string_view function, AdvisoryLock lock) {
     return fmt::format("SELECT {}({}, {})", function, kAdvisoryLocks, static_cast<int>(lock));
 }
 
+// Takes the end of the trail, after waiting so long for it at most.
+std::string lock_of_trail(std::string_view wait_max) {
+    return fmt::format("SELECT set_config('lock_timeout', '{}', TRUE), pg_advisory_xact_lock({}, {})",
+                       wait_max, kAdvisoryLocks, static_cast<int>(AdvisoryLock::end_of_trail));
+}
+
 class ResultRow final : public EngineRow {
   public:
     ResultRow(const PGresult* result, const StatementText& text) : result_(result), text_(text) {}
@@ -156,18 +162,38 @@ class PostgresqlEngine final : public Engine {
 
     void commit() override {
         locks_ahead_.end(prefetch_);  // what fails here has not met the commit
-        PostgresqlResult result;
         try {
-            session_.send(*commit_);
-            result = session_.finish_commit();
+            send_commit();
         } catch (const Error& error) {
             throw_doubt(error);
             rollback();
             throw;
         }
-        end();
-        if (std::string_view(PQcmdStatus(result.get())) != "COMMIT")
-            throw Error(ErrorKind::io, "the server has rolled the transaction back");
+    }
+
+    // Mostly nobody is at the end of the trail, and entries and commit travel with the lock. Else that is
+    // waited for as a statement is, which can be given up without a doubt.
+    void commit_with_entries(EngineStatement& next_entry,
+                             std::span<const std::vector<Parameter>> entries) override {
+        auto& prepared = static_cast<PostgresqlStatement&>(next_entry);
+        locks_ahead_.end(prefetch_);  // what fails here has not met the commit
+        try {
+            before_trail_.set();
+            session_.send(*end_of_trail_at_once_);
+            before_trail_.release();
+            append(prepared, entries);
+            send_commit();
+            return;
+        } catch (const Error& error) {
+            throw_doubt(error);
+            if (error.kind() != ErrorKind::locked || !go_back_before_trail()) {
+                rollback();
+                throw;
+            }
+        }
+        (void)ask(*end_of_trail_, {});
+        append(prepared, entries);
+        commit();
     }
 
     void rollback() noexcept override {
@@ -253,13 +279,6 @@ class PostgresqlEngine final : public Engine {
             (void)ask(*session_.command(statement), {});
     }
 
-    void take_end_of_trail() override {
-        locks_ahead_.end(prefetch_);
-        keys_.draw_ahead();  // not while everybody else waits
-        session_.send(*wait_for_trail_);
-        session_.send(*end_of_trail_);
-    }
-
     std::optional<ServerRole> role() override {
         const PostgresqlResult owner = ask(*session_.command(kLooksForOwner), {});
         return ServerRole{session_.user(), PQntuples(owner.get()) > 0};
@@ -276,6 +295,30 @@ class PostgresqlEngine final : public Engine {
         const RowKey key = span_ == Span::none ? keys_.single() : keys_.next();
         with_key_.emplace_back(key);
         return {run(statement, with_key_), key};
+    }
+
+    void append(PostgresqlStatement& next_entry, std::span<const std::vector<Parameter>> entries) {
+        for (const std::vector<Parameter>& entry : entries)
+            (void)run(next_entry, entry);
+    }
+
+    // False when something had failed before the savepoint: there is nothing to go back to.
+    bool go_back_before_trail() {
+        try {
+            before_trail_.go_back();
+            (void)session_.finish();
+        } catch (const Error&) {
+            return false;
+        }
+        return true;
+    }
+
+    void send_commit() {
+        session_.send(*commit_);
+        const PostgresqlResult result = session_.finish_commit();
+        end();
+        if (std::string_view(PQcmdStatus(result.get())) != "COMMIT")
+            throw Error(ErrorKind::io, "the server has rolled the transaction back");
     }
 
     // Null when it was not prefetched, or its row has been written since.
@@ -429,15 +472,15 @@ class PostgresqlEngine final : public Engine {
     std::unique_ptr<PostgresqlStatement> commit_ = session_.command("COMMIT");
     std::unique_ptr<PostgresqlStatement> rollback_ = session_.command("ROLLBACK");
     // Whoever appends is at its commit, which may have to wait for a standby.
-    std::unique_ptr<PostgresqlStatement> wait_for_trail_ = session_.command("SET LOCAL lock_timeout = '10s'");
-    std::unique_ptr<PostgresqlStatement> end_of_trail_ =
-        session_.command(advisory_lock("pg_advisory_xact_lock", AdvisoryLock::end_of_trail));
+    std::unique_ptr<PostgresqlStatement> end_of_trail_ = session_.command(lock_of_trail("10s"));
+    std::unique_ptr<PostgresqlStatement> end_of_trail_at_once_ = session_.command(lock_of_trail("20ms"));
     std::unique_ptr<PostgresqlStatement> lock_all_;
 
     Span span_ = Span::none;
     bool making_ = true;
     bool holds_a_table_ = false;
     PostgresqlSavepoint step_{session_, "brimley_step"};  // around what may be refused
+    PostgresqlSavepoint before_trail_{session_, "brimley_trail"};
     PostgresqlKeyPool keys_{session_};
     PostgresqlPrefetch prefetch_;
     PostgresqlPrefetchedLocks locks_ahead_{session_};

@@ -3,10 +3,22 @@
 #include <fmt/format.h>
 
 #include "kernel/store/catalog.h"
+#include "kernel/store/postgresql/postgresql_layout.h"
+#include "kernel/store/row_digest.h"
 
 namespace brimley::store {
 
 namespace {
+
+// The bytes of a number as they lie in memory, the lowest first; the server's functions send the highest
+// first.
+std::string number_bytes(const std::string& number) {
+    const std::string sent = fmt::format("float8send(CAST({} AS double precision))", number);
+    std::string bytes;
+    for (std::size_t byte = sizeof(double); byte > 0; --byte)
+        bytes += fmt::format("{}substring({} FROM {} FOR 1)", bytes.empty() ? "" : " || ", sent, byte);
+    return bytes;
+}
 
 std::string doubled(std::string_view text, char mark) {
     std::string quoted(1, mark);
@@ -65,6 +77,17 @@ std::string PostgresqlFlavour::row_lock() const { return " FOR UPDATE SKIP LOCKE
 std::string PostgresqlFlavour::lock_to_change() const { return " FOR UPDATE"; }
 
 bool PostgresqlFlavour::draws_keys() const { return true; }
+
+std::string PostgresqlFlavour::next_key() const { return fmt::format("nextval('{}')", kRowKeySequence); }
+
+std::string PostgresqlFlavour::chained_hash(std::string_view trail, const std::string& hash_before,
+                                            const std::string& number, const std::string& rest) const {
+    return fmt::format(
+        "encode(sha256(decode('{}', 'hex') || convert_to({}, 'UTF8') || decode('{}', 'hex') || {} || "
+        "decode({}, 'hex')), 'hex')",
+        hexadecimal(entry_start(trail)), hash_before, hexadecimal(entry_number_start()), number_bytes(number),
+        rest);
+}
 
 std::string PostgresqlFlavour::name(std::string_view name) const { return postgresql_name(name); }
 

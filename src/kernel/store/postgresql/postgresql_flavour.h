@@ -28,6 +28,9 @@ class PostgresqlFlavour final : public dialect::Flavour {
     [[nodiscard]] std::string row_lock() const override;
     [[nodiscard]] std::string lock_to_change() const override;
     [[nodiscard]] bool draws_keys() const override;
+    [[nodiscard]] std::string next_key() const override;
+    [[nodiscard]] std::string chained_hash(std::string_view trail, const std::string& hash_before,
+                                           const std::string& number, const std::string& rest) const override;
     [[nodiscard]] std::string name(std::string_view name) const override;
 };
 

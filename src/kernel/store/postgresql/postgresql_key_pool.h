@@ -21,10 +21,6 @@ class PostgresqlKeyPool {
 
     // One round trip when there is none left.
     [[nodiscard]] RowKey next();
-    // Nothing is asked for the key that is wanted next.
-    void draw_ahead() {
-        if (keys_.empty()) draw(1);
-    }
     // Outside a transaction: a key of its own.
     [[nodiscard]] RowKey single();
     void end_transaction();

@@ -139,8 +139,6 @@ class SqliteEngine final : public Engine {
         run_sql(connection_.get(),
                 fmt::format("PRAGMA user_version = {}", catalog.layout() | kSqliteLogNeeded));
     }
-    // Whoever writes into a file is alone there.
-    void take_end_of_trail() override {}
     bool copy_file(const std::string& to) override {
         copy_sqlite_file(connection_.get(), to);
         return true;
