@@ -22,7 +22,8 @@ struct Act {
         leave_editor,  // with `text`
         abandon_editor,
         double_click,
-        press,  // the command `row`
+        press,      // the command `row`
+        host_call,  // what the host did for the user: the method `control`, with the texts as arguments
     };
 
     Kind kind = Kind::press;

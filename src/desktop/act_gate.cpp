@@ -8,6 +8,8 @@ bool ActGate::run(const Act& act) {
     if (closed_) return false;
     Refusal refusal = Refusal::none;
     std::exception_ptr failure;
+    static int begun = 0;
+    if (depth_ == 0) order_ = ++begun;
     if (depth_ == 0 && on_begin) on_begin();
     ++depth_;
     try {

@@ -20,6 +20,8 @@ class ActGate {
     bool run(const Act& act);
     // Acts come from inside acts, while a box is open or the host answers a request.
     [[nodiscard]] bool is_running() const { return depth_ > 0; }
+    // Of several gates that are running the one that began last has the highest.
+    [[nodiscard]] int order_of_begin() const { return order_; }
     void close() { closed_ = true; }
 
     // What became of the acts since `reset`: the first refusal, and the first failure.
@@ -40,6 +42,7 @@ class ActGate {
     controls::Refusal refusal_ = controls::Refusal::none;
     std::exception_ptr failure_;
     int depth_ = 0;
+    int order_ = 0;
     bool closed_ = false;
 };
 

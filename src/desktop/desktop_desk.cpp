@@ -43,18 +43,22 @@ int DesktopDesk::show_box(QMessageBox& box) {
 }
 
 void DesktopDesk::message(const std::string& text) {
+    if (stand_in_ != nullptr) return;
     QMessageBox box(QMessageBox::NoIcon, {}, shown(text), QMessageBox::Ok, QApplication::activeWindow());
     show_box(box);
 }
 
 bool DesktopDesk::question(const std::string& text, const std::string& title) {
+    if (stand_in_ != nullptr) return stand_in_->answer();
     QMessageBox box(QMessageBox::Question, shown(title), shown(text), QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
     box.setDefaultButton(QMessageBox::Yes);
-    return show_box(box) == QMessageBox::Yes;
+    const bool yes = show_box(box) == QMessageBox::Yes;
+    if (on_answer) on_answer(yes);
+    return yes;
 }
 
-store::DateTime DesktopDesk::now() { return company::local_now(); }
+store::DateTime DesktopDesk::now() { return stand_in_ != nullptr ? stand_in_->now() : company::local_now(); }
 
 // The windows go on being painted, and the pointer shows that the program waits.
 void DesktopDesk::wait(std::chrono::milliseconds duration) {

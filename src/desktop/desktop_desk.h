@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "entries/replay.h"
 #include "frame/desk.h"
 
 class QMessageBox;
@@ -46,14 +47,20 @@ class DesktopDesk : public frame::Desk {
     std::function<void(FormWindow&)> take_away;
     // Called while a box is open, once, in place of the person who would answer it.
     std::function<void(QMessageBox&)> on_box;
+    // Called with each answer of the user.
+    std::function<void(bool yes)> on_answer;
+    // Answers in place of the user from now on, who sees no messages then, and gives the time; null: the user
+    // again.
+    void stand_in(entries::StandIn* stand_in) { stand_in_ = stand_in; }
+    // Opens a box of the host's own; returns when it was closed.
+    int show_box(QMessageBox& box);
     // The clock and the desk that the windows' fields ask, when a script stands between forms and windows.
     void act_for(frame::Desk& desk) { asked_ = &desk; }
 
   private:
-    int show_box(QMessageBox& box);
-
     std::vector<FormWindow*> windows_;
     frame::Desk* asked_ = this;
+    entries::StandIn* stand_in_ = nullptr;
 };
 
 }  // namespace brimley::desktop

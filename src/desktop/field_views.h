@@ -39,14 +39,14 @@ class EntryView : public QLineEdit, public ModelView {
     [[nodiscard]] controls::Refusal found_by_user() const override;
     // Selects all of it whichever way the user comes in.
     void select_on_focus() { selects_on_focus_ = true; }
+    // Puts the text in as if the user had typed it.
+    void put_typed(const QString& text);
 
   protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    // Puts the text in as if the user had typed it.
-    void put_typed(const QString& text);
     // What stands there now counts as typed.
     void put_completed();
     [[nodiscard]] ActGate& gate() { return gate_; }

@@ -5,8 +5,11 @@
 #include <QDockWidget>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QStatusBar>
+#include <QToolBar>
 #include <algorithm>
 
 #include "controls/combo_box.h"
@@ -323,6 +326,31 @@ void FormWindow::show_font_bar(bool visible) {
     });
 }
 
+void FormWindow::show_band(QWidget* band) {
+    if (band_ != nullptr) {
+        removeToolBar(band_);
+        band_->deleteLater();
+        band_ = nullptr;
+    }
+    if (band == nullptr) return;
+    band_ = new QToolBar("Band", this);
+    band_->setMovable(false);
+    band_->toggleViewAction()->setVisible(false);
+    band_->addWidget(band);
+    addToolBarBreak();
+    addToolBar(band_);
+}
+
+QString FormWindow::caption_of(const Control& control) const {
+    const QWidget* const field = widget(control);
+    for (const FieldCaption& caption : laid_out_.captions)
+        if (std::find(caption.fields.begin(), caption.fields.end(), field) != caption.fields.end())
+            return caption.label->text().remove('&');
+    if (const auto* const grid = dynamic_cast<const controls::Grid*>(&control))
+        return grid->title.empty() ? "the lines" : shown(grid->title);
+    return shown(control.name());
+}
+
 void FormWindow::focus_first_field() {
     for (const Control* control : tab_order_) {
         const Shown& first = views_.at(control);
@@ -372,7 +400,7 @@ void FormWindow::form_has_closed() {
 void FormWindow::closeEvent(QCloseEvent* event) {
     if (form_->is_open()) {
         event->ignore();
-        press(frame::command::kExit);
+        if (!may_be_closed || may_be_closed()) press(frame::command::kExit);
         return;
     }
     event->accept();
@@ -407,6 +435,15 @@ bool FormWindow::takes_key(const QKeySequence& key) const {
     return own_pane_ != nullptr && static_cast<const FormWindow*>(own_pane_->parentWidget())->takes_key(key);
 }
 
+// Text that is selected is cut by the key of Exit, too.
+bool FormWindow::cuts_text(const QKeySequence& key) {
+    if (key != QKeySequence(QKeySequence::Cut)) return false;
+    const QWidget* const at = QApplication::focusWidget();
+    if (const auto* const line = qobject_cast<const QLineEdit*>(at)) return line->hasSelectedText();
+    const auto* const note = qobject_cast<const QPlainTextEdit*>(at);
+    return note != nullptr && note->textCursor().hasSelection();
+}
+
 // The keys of commands are the form's, also where a field would take them for its own.
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Close && own_pane_ != nullptr && watched == own_pane_) {
@@ -420,7 +457,8 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = static_cast<QKeyEvent&>(*event);
-        if (takes_key(QKeySequence(key.keyCombination()))) {
+        const QKeySequence pressed(key.keyCombination());
+        if (takes_key(pressed) && !cuts_text(pressed)) {
             event->ignore();
             return true;
         }

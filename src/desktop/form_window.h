@@ -9,6 +9,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -17,6 +18,8 @@
 #include "desktop/date_view.h"
 #include "desktop/look_layout.h"
 #include "desktop/model_view.h"
+
+class QToolBar;
 
 namespace brimley::controls {
 class DateRange;
@@ -55,6 +58,12 @@ class FormWindow : public QMainWindow {
     void form_has_closed();
     // Puts the window of a child form into a pane of this one. Closing the pane unloads the child.
     void add_child(FormWindow& child);
+    // A line above the fields, which the window owns; null takes it away.
+    void show_band(QWidget* band);
+    // What the user calls the control: its caption, or its name.
+    [[nodiscard]] QString caption_of(const controls::Control& control) const;
+    // Asked before the window is closed by hand; false keeps it open.
+    std::function<bool()> may_be_closed;
     // The pane that this window stands in; null for a window of its own.
     [[nodiscard]] QDockWidget* pane_of_this() const { return own_pane_; }
 
@@ -96,6 +105,7 @@ class FormWindow : public QMainWindow {
     [[nodiscard]] bool close_pane_of(const QObject* dock);
     void close_own_pane();
     [[nodiscard]] bool takes_key(const QKeySequence& key) const;
+    [[nodiscard]] static bool cuts_text(const QKeySequence& key);
 
     struct Shown {
         QWidget* widget;
@@ -111,6 +121,7 @@ class FormWindow : public QMainWindow {
     std::unique_ptr<CommandActions> actions_;
     QLabel* mode_band_;
     QDockWidget* own_pane_ = nullptr;
+    QToolBar* band_ = nullptr;
     QString title_;
     const controls::Control* title_control_ = nullptr;  // what it shows follows the title
     bool commands_wait_ = false;

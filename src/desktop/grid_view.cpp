@@ -172,6 +172,16 @@ void GridView::tick_cell(const QModelIndex& index, bool ticked) {
     type_cell(index.row(), index.column(), ticked ? "True" : "False");
 }
 
+void GridView::put_typed(int row, int column, const QString& text) {
+    const QModelIndex cell = table_.index(row, column);
+    setCurrentIndex(cell);
+    edit(cell);
+    auto* const editor = dynamic_cast<QLineEdit*>(indexWidget(cell));
+    if (editor == nullptr) return;
+    editor->setText(text);
+    editor->setModified(true);
+}
+
 void GridView::finish_edit(Then then) {
     const bool taken = commit();
     setFocus();

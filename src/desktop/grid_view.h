@@ -43,6 +43,8 @@ class GridView : public QTableView, public ModelView {
     void tick_cell(const QModelIndex& index, bool ticked);
     // Hands the editor's text over and moves on, unless the form has cancelled it.
     void finish_edit(Then then);
+    // Opens the editor with a text that was typed before and not handed over.
+    void put_typed(int row, int column, const QString& text);
     // The columns seen from place `from` to place `to`; nothing for none.
     void select_columns(std::optional<controls::Grid::Range> range);
     void resize_column_to(int column, int width_twips);

@@ -17,9 +17,11 @@
 
 #include "desktop/command_icons.h"
 #include "desktop/company_dialogs.h"
+#include "desktop/entry_keeper.h"
 #include "desktop/form_window.h"
 #include "desktop/server_watch.h"
 #include "frame/form.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::desktop {
 
@@ -27,6 +29,7 @@ namespace {
 
 constexpr int kToldFor = 8000;        // milliseconds
 constexpr double kShareOfArea = 0.9;  // of a form among others
+constexpr std::string_view kPayThisInvoice = "pay_this_invoice";
 
 // A form in the menu.
 struct FormEntry {
@@ -80,7 +83,13 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
     make_forms_menu();
     make_window_menu();
     make_view_menu();
-    desk_.place = [this](FormWindow& window) { place_form(window); };
+    desk_.place = [this](FormWindow& window) {
+        place_form(window);
+        keep_entries_of(window);
+    };
+    desk_.on_answer = [this](bool yes) {
+        if (EntryKeeper* const keeper = acting_keeper()) keeper->recorder().answered(yes);
+    };
     desk_.raise = [this](FormWindow& window) {
         if (QMdiSubWindow* const at = sub_window_of(window)) area_->setActiveSubWindow(at);
     };
@@ -111,11 +120,62 @@ void MainWindow::open_company(const QString& company) {
     requests_->show_window = [this](QWidget* window) { place(*window); };
     requests_->tell = [this](const QString& text) { tell(text); };
     requests_->next_window = [this] { area_->activateNextSubWindow(); };
+    requests_->payment_begun = [this](const std::string& docno, const std::string& vendor) {
+        if (desk_.windows().empty()) return;
+        if (EntryKeeper* const keeper = keeper_of(*desk_.windows().back()))
+            keeper->recorder().acted(
+                {controls::Act::Kind::host_call, std::string(kPayThisInvoice), 0, 0, docno, vendor});
+    };
+    company_ = company_shown(company);
     ap_->NotifyClients = [this](const std::string& formx, const std::string& docnox,
                                 const std::string& arg2) { requests_->answer(formx, docnox, arg2); };
-    if (memory_ == Memory::kept) settings_.company_opened(company_shown(company));
-    setWindowTitle(QFileInfo(company_shown(company)).completeBaseName() + " - Brimley AP");
+    if (memory_ == Memory::kept) settings_.company_opened(company_);
+    setWindowTitle(QFileInfo(company_).completeBaseName() + " - Brimley AP");
     refresh_state();
+}
+
+// --- entries ---
+void MainWindow::keep_entries_of(FormWindow& window) {
+    const auto& commands = window.form().CommandBars1();
+    const bool has_entries =
+        commands.find(frame::command::kNew) != nullptr || commands.find(frame::command::kEditMode) != nullptr;
+    if (!has_entries || company_.isEmpty() || memory_ == Memory::none) return;
+    auto* const keeper =
+        new EntryKeeper(window, desk_, {typed(settings_.entries_folder()), typed(company_)},
+                        [this, &window](const controls::Act& act) { return call_again(window, act); });
+    keeper->tell = [this](const QString& text) { tell(text); };
+    keeper->offer();
+}
+
+EntryKeeper* MainWindow::keeper_of(const FormWindow& window) const {
+    for (QObject* const child : window.children())
+        if (auto* const keeper = dynamic_cast<EntryKeeper*>(child)) return keeper;
+    return nullptr;
+}
+
+EntryKeeper* MainWindow::acting_keeper() const {
+    EntryKeeper* newest = nullptr;
+    for (FormWindow* const window : desk_.windows()) {
+        EntryKeeper* const keeper = keeper_of(*window);
+        if (keeper == nullptr || !window->gate().is_running()) continue;
+        if (newest == nullptr || window->gate().order_of_begin() > newest->window().gate().order_of_begin())
+            newest = keeper;
+    }
+    return newest;
+}
+
+bool MainWindow::call_again(FormWindow& window, const controls::Act& act) {
+    if (act.control != kPayThisInvoice || !ap_ || ap_->frm_payment.get() != &window.form()) return false;
+    ap_->pay_this_invoice(act.text, act.other_text);
+    return true;
+}
+
+bool MainWindow::let_entries_go() {
+    const std::vector<FormWindow*> open = desk_.windows();
+    return std::ranges::all_of(open, [&](const FormWindow* window) {
+        EntryKeeper* const keeper = keeper_of(*window);
+        return keeper == nullptr || keeper->let_go();
+    });
 }
 
 void MainWindow::watch_server() {
@@ -168,6 +228,7 @@ void MainWindow::close_company() {
     if (workspace) workspace->watch(nullptr);
     requests_.reset();
     ap_.reset();
+    company_.clear();
     setWindowTitle("Brimley AP");
     refresh_state();
 }
@@ -184,7 +245,7 @@ void MainWindow::open_sample() {
 }
 
 void MainWindow::try_open(const std::optional<QString>& company) {
-    if (company && open_or_tell(*company)) show_form("APform_invoice");
+    if (company && let_entries_go() && open_or_tell(*company)) show_form("APform_invoice");
 }
 
 bool MainWindow::show_form(const QString& class_name) {
@@ -198,6 +259,7 @@ bool MainWindow::show_form(const QString& class_name) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!let_entries_go()) return event->ignore();
     if (memory_ == Memory::kept) settings_.set_geometry(saveGeometry());
     close_company();
     QMainWindow::closeEvent(event);
@@ -343,7 +405,9 @@ void MainWindow::make_company_menu() {
     menu->addAction("&New...", this, [this] { try_open(make_new_company(this, options_.user)); });
     recent_menu_ = menu->addMenu("&Recent");
     menu->addSeparator();
-    close_action_ = menu->addAction("&Close", this, [this] { close_company(); });
+    close_action_ = menu->addAction("&Close", this, [this] {
+        if (let_entries_go()) close_company();
+    });
     menu->addAction("&Quit", this, [this] { close(); });
 }
 

@@ -1,8 +1,8 @@
 // The window around all: it opens and makes companies, lists the forms of the module, holds their windows
 // side by side, and answers what they ask for.
 //
-// One company at a time, one APclass on it. When the company is left, each form leaves by its own Exit;
-// nothing is asked, as the forms ask nothing.
+// One company at a time, one APclass on it. When the company is left, each form leaves by its own Exit, which
+// asks nothing; the window asks before, where something was entered and not saved.
 #pragma once
 
 #include <QMainWindow>
@@ -24,6 +24,8 @@ class QVBoxLayout;
 
 namespace brimley::desktop {
 
+class EntryKeeper;
+
 class MainWindow : public QMainWindow {
   public:
     // Whether companies and places are remembered for the next time, and recalled from the last.
@@ -43,6 +45,8 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] host::APclass* ap() { return ap_.get(); }
     [[nodiscard]] DesktopDesk& desk() { return desk_; }
     [[nodiscard]] QMdiArea& area() { return *area_; }
+    // Asks about each entry that stands open. False when the user wants to stay.
+    [[nodiscard]] bool let_entries_go();
     // Shows a form of the module by the name of its class, such as APform_invoice. False when nothing came to
     // the screen.
     bool show_form(const QString& class_name);
@@ -69,6 +73,11 @@ class MainWindow : public QMainWindow {
     void refresh_page();
     void tell(const QString& text);
     void watch_server();
+    void keep_entries_of(FormWindow& window);
+    [[nodiscard]] EntryKeeper* keeper_of(const FormWindow& window) const;
+    // The one whose form is in the middle of an act; null when none is.
+    [[nodiscard]] EntryKeeper* acting_keeper() const;
+    [[nodiscard]] bool call_again(FormWindow& window, const controls::Act& act);
     void show_state(const QString& text);
     // Brings what was saved into the company file itself, for those who copy it at night.
     void tidy_company();
@@ -79,6 +88,7 @@ class MainWindow : public QMainWindow {
     DesktopDesk desk_;
     std::unique_ptr<host::APclass> ap_;
     std::unique_ptr<Requests> requests_;
+    QString company_;  // as it may be shown; empty while none is open
     IdleWatch idle_;
     QStackedWidget* pages_;
     QMdiArea* area_;

@@ -76,7 +76,10 @@ void Requests::pay_invoice(const std::string& docno_and_vendor) {
     const std::size_t colon = docno_and_vendor.rfind(':');
     if (colon == std::string::npos) return;
     ap_.showform_APform_payment();
-    ap_.pay_this_invoice(docno_and_vendor.substr(0, colon), docno_and_vendor.substr(colon + 1));
+    const std::string docno = docno_and_vendor.substr(0, colon);
+    const std::string vendor = docno_and_vendor.substr(colon + 1);
+    ap_.pay_this_invoice(docno, vendor);
+    if (payment_begun) payment_begun(docno, vendor);
 }
 
 bool Requests::open_form(const std::string& formx, const std::string& docnox) {

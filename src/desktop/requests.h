@@ -26,6 +26,8 @@ class Requests {
     std::function<void(const QString&)> tell;
     // The form whose Exit led here has gone; the next window comes up.
     std::function<void()> next_window;
+    // A payment was begun for the user: the document and the vendor that it pays.
+    std::function<void(const std::string& docno, const std::string& vendor)> payment_begun;
 
   private:
     [[nodiscard]] bool open_form(const std::string& formx, const std::string& docnox);

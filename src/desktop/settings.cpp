@@ -45,6 +45,8 @@ void Settings::set_theme(Theme theme) {
     store_.setValue(kTheme, theme == Theme::dark ? "dark" : theme == Theme::light ? "light" : "system");
 }
 
+QString Settings::entries_folder() const { return QFileInfo(store_.fileName()).absolutePath() + "/entries"; }
+
 QByteArray Settings::geometry() const { return store_.value(kGeometry).toByteArray(); }
 
 void Settings::set_geometry(const QByteArray& geometry) { store_.setValue(kGeometry, geometry); }

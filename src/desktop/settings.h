@@ -25,6 +25,9 @@ class Settings {
     [[nodiscard]] QByteArray geometry() const;
     void set_geometry(const QByteArray& geometry);
 
+    // The folder of what was entered and not saved (entries/), beside the settings.
+    [[nodiscard]] QString entries_folder() const;
+
     static constexpr int kRecentMax = 8;
 
   private:

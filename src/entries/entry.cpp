@@ -16,7 +16,7 @@ using controls::Act;
 constexpr std::string_view kFirstLine = "brimley entry 1";
 
 using Kind = Act::Kind;
-constexpr std::array<std::pair<Kind, std::string_view>, 16> kKinds{{
+constexpr std::array<std::pair<Kind, std::string_view>, 17> kKinds{{
     {Kind::type, "type"},
     {Kind::enter, "enter"},
     {Kind::leave, "leave"},
@@ -33,6 +33,7 @@ constexpr std::array<std::pair<Kind, std::string_view>, 16> kKinds{{
     {Kind::abandon_editor, "abandon"},
     {Kind::double_click, "dblclick"},
     {Kind::press, "press"},
+    {Kind::host_call, "call"},
 }};
 
 std::string_view word_of(Kind kind) {

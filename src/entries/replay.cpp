@@ -132,8 +132,8 @@ Refusal do_again(frame::Form& form, const Act& act) {
 
 class Replay : public StandIn {
   public:
-    Replay(frame::Form& form, const Entry& entry, const RunAct& run)
-        : form_(form), entry_(entry), run_(run), now_(entry.head.begun) {}
+    Replay(frame::Form& form, const Entry& entry, const RunAct& run, const CallHost& call_host)
+        : form_(form), entry_(entry), run_(run), call_host_(call_host), now_(entry.head.begun) {}
 
     [[nodiscard]] store::DateTime now() const override { return now_; }
     [[nodiscard]] bool answer() override {
@@ -190,11 +190,16 @@ class Replay : public StandIn {
             if (!same_row(step)) return end("A line of the list belongs to something else than it did.");
             now_ = step.at;
             answers_.assign(step.answers.begin(), step.answers.end());
-            const bool done = run_([&] { return do_again(form_, step.act); });
+            const bool done = run_([&] { return do_step(step.act); });
             if (!result_.ended_because.empty()) return;
             if (!done) return end("Something cannot be entered any more.");
             if (form_.mode() == Mode::read) return end("The form does not let it begin any more.");
         }
+    }
+
+    [[nodiscard]] Refusal do_step(const Act& act) {
+        if (act.kind != Act::Kind::host_call) return do_again(form_, act);
+        return call_host_(act) ? Refusal::none : Refusal::disabled;
     }
 
     [[nodiscard]] bool same_row(const Step& step) const {
@@ -214,6 +219,7 @@ class Replay : public StandIn {
     frame::Form& form_;
     const Entry& entry_;
     const RunAct& run_;
+    const CallHost& call_host_;
     store::DateTime now_;
     std::deque<bool> answers_;
     Replayed result_;
@@ -221,9 +227,9 @@ class Replay : public StandIn {
 
 }  // namespace
 
-Replayed take_up(frame::Form& form, const Entry& entry, const RunAct& run,
+Replayed take_up(frame::Form& form, const Entry& entry, const RunAct& run, const CallHost& call_host,
                  const std::function<void(StandIn*)>& stand_in) {
-    Replay replay(form, entry, run);
+    Replay replay(form, entry, run, call_host);
     const WithoutWriting without_writing(form);
     stand_in(&replay);
     Replayed result = replay.run();

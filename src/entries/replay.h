@@ -36,9 +36,12 @@ struct Replayed {
 // How a host has acts carried out: false when one was refused or has failed.
 using RunAct = std::function<bool(const std::function<controls::Refusal()>& act)>;
 
+// What the host had done for the user; false when it cannot be done on this form.
+using CallHost = std::function<bool(const controls::Act& act)>;
+
 // stand_in: takes the user's place from now on, or gives it back (null). The form is in its read mode, or is
 // brought there.
 [[nodiscard]] Replayed take_up(frame::Form& form, const Entry& entry, const RunAct& run,
-                               const std::function<void(StandIn*)>& stand_in);
+                               const CallHost& call_host, const std::function<void(StandIn*)>& stand_in);
 
 }  // namespace brimley::entries

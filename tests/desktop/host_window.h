@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -22,20 +23,35 @@ class Host : public ::testing::Test {
   protected:
     void SetUp() override {
         QSettings("Brimley", "Brimley AP").clear();
+        std::filesystem::remove_all(entries_folder());
         sample_original().copy_to(path);
         options.user = "anna";
         open_window();
+    }
+    static std::filesystem::path entries_folder() {
+        return desktop::Settings().entries_folder().toStdString();
     }
     void open_window(std::chrono::milliseconds idle_after = std::chrono::hours(1)) {
         window =
             std::make_unique<desktop::MainWindow>(options, desktop::MainWindow::Memory::kept, idle_after);
         window->desk().on_box = [this](QMessageBox& box) {
             boxes.push_back(box.text().toStdString());
-            box.button(box.standardButtons().testFlag(QMessageBox::Ok) ? QMessageBox::Ok : QMessageBox::Yes)
-                ->click();
+            answer(box);
         };
         window->show();
         window->open_company(QString::fromStdString(path));
+    }
+    // By the button that the test wants, if the box has it; else OK or Yes.
+    void answer(QMessageBox& box) {
+        for (QAbstractButton* const button : box.buttons())
+            if (button->text().remove('&') == wanted_button) return button->click();
+        QAbstractButton* const usual =
+            box.button(box.standardButtons().testFlag(QMessageBox::Ok) ? QMessageBox::Ok : QMessageBox::Yes);
+        if (usual == nullptr) {
+            ADD_FAILURE() << "no answer to: " << box.text().toStdString();
+            return box.reject();
+        }
+        usual->click();
     }
     // The newest window in the area that is of this kind; null when there is none.
     template <class Kind>
@@ -81,6 +97,7 @@ class Host : public ::testing::Test {
     opening::HostOptions options;
     std::unique_ptr<desktop::MainWindow> window;
     std::vector<std::string> boxes;
+    QString wanted_button;
 };
 
 }  // namespace brimley::testing

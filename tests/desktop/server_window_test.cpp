@@ -1,5 +1,6 @@
 // The window around the forms while its server goes away.
 #include <QDeadlineTimer>
+#include <QProcess>
 #include <QProgressDialog>
 #include <QStatusBar>
 #include <QTimer>
@@ -44,6 +45,24 @@ class ServerWindow : public ::testing::Test {
     std::unique_ptr<desktop::MainWindow> window;
     std::vector<std::string> boxes;
 };
+
+TEST_F(ServerWindow, EntryOfAProgramThatWasKilledIsTakenUpAgain) {
+    QProcess typist;
+    typist.setProcessChannelMode(QProcess::MergedChannels);
+    typist.start(QCoreApplication::applicationDirPath() + "/brimley-typist", {QString::fromStdString(uri)});
+    ASSERT_TRUE(typist.waitForFinished(60000));
+    ASSERT_EQ(typist.exitStatus(), QProcess::CrashExit) << typist.readAll().toStdString();
+    window = std::make_unique<desktop::MainWindow>(options, desktop::MainWindow::Memory::kept);
+    open();
+    QApplication::processEvents();
+    auto* const take_up = window->findChild<QPushButton*>("take_up");
+    ASSERT_NE(take_up, nullptr);
+    take_up->click();
+    QApplication::processEvents();
+    EXPECT_EQ(form().mode(), frame::Mode::new_entry);
+    EXPECT_EQ(form().txtremark.text(), "before the cut");
+    EXPECT_EQ(form().dbgrid1.cell(0, "gross amount"), "81.00");
+}
 
 TEST_F(ServerWindow, SaysThatTheConnectionWasLostAndIsBackAndKeepsWhatWasTyped) {
     open();

@@ -65,7 +65,7 @@ TEST(EntryText, HoldsEveryFieldWhateverIsInIt) {
 }
 
 TEST(EntryText, EveryKindOfActIsReadAsItWasWritten) {
-    for (int kind = 0; kind <= static_cast<int>(Act::Kind::press); ++kind) {
+    for (int kind = 0; kind <= static_cast<int>(Act::Kind::host_call); ++kind) {
         const Step step{at("2026-03-16"), {static_cast<Act::Kind>(kind), "dbgrid1", 2, 5, "x"}};
         const auto entry = entries::read_entry(entries::line_of(head_of()) + entries::line_of(step));
         ASSERT_TRUE(entry.has_value()) << kind;

@@ -88,6 +88,9 @@ class TakeUp : public ::testing::Test {
         program->recorder->takes_from(found.front().path.filename().string());
         const Replayed result = entries::take_up(
             form, found.front().entry, [](const auto& act) { return act() == Refusal::none; },
+            [this](const controls::Act& act) {
+                return user().ap.pay_this_invoice(act.text, act.other_text), true;
+            },
             [this](entries::StandIn* stand_in) {
                 user().desk.answer_instead = nullptr;
                 user().desk.now_instead = nullptr;
@@ -216,6 +219,22 @@ TEST_F(TakeUpListedItems, StandAsTheyStood) {
     expect_whole(take_up(form));
     EXPECT_EQ(screen(form), stood);
     EXPECT_EQ(form.txttotal.text(), "25.00");
+}
+
+// Its New was pressed by the host.
+TEST_F(TakeUpListedItems, PaymentThatAnInvoiceAskedForStandsAsItStood) {
+    save_invoice("40.00");
+    save_invoice("60.00");
+    auto& before = payment();
+    user().ap.pay_this_invoice("IP-26-00002", "V1001");
+    program->recorder->acted(
+        {controls::Act::Kind::host_call, "pay_this_invoice", 0, 0, "IP-26-00002", "V1001"});
+    EXPECT_EQ(before.txtremark.type("as agreed"), Refusal::none);
+    const auto stood = screen(before);
+    restart();
+    auto& after = payment();
+    expect_whole(take_up(after));
+    EXPECT_EQ(screen(after), stood);
 }
 
 // Somebody has paid the first item meanwhile, and the amount would be paid on another one.
