@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <limits>
 
 #include "kernel/money.h"
 
@@ -36,6 +37,23 @@ std::string key_doctype(std::string_view fkey) {
     return std::string(kind == std::string_view::npos ? std::string_view() : start.substr(kind));
 }
 
+bool is_field_name(std::string_view order) { return order.find_first_of("(,") == std::string_view::npos; }
+
+// By a field that holds numbers; where it holds none comes first. Goes back to the first line.
+bool stand_in_order(Recordset& lines, const char* field) {
+    const int column = lines.column_of(field);
+    if (lines.column_type(column) != store::FieldType::number) return false;
+    double last = -std::numeric_limits<double>::infinity();
+    for (; !lines.at_eof(); lines.MoveNext()) {
+        const store::Value value = lines.column(column);
+        const double number = value.is_null() ? -std::numeric_limits<double>::infinity() : value.number();
+        if (number < last) return false;
+        last = number;
+    }
+    lines.MoveFirst();
+    return true;
+}
+
 }  // namespace
 
 Recordset DocumentWalk::header_where(std::string_view criteria) const {
@@ -54,9 +72,15 @@ Recordset DocumentWalk::header_by_number(std::string_view number) const {
     return header_where(named(number));
 }
 
+// Lines are stored in their order, unless somebody else wrote them. Sorting costs as much as reading them,
+// since the rows are wide.
 Recordset DocumentWalk::lines_of(std::string_view fkey) const {
-    return kernel().read(fmt::format("SELECT * FROM {} WHERE fkey = {} ORDER BY {}", tables_.lines,
-                                     quoted(fkey), tables_.line_order));
+    const std::string query = fmt::format("SELECT * FROM {} WHERE fkey = {}", tables_.lines, quoted(fkey));
+    if (is_field_name(tables_.line_order)) {
+        Recordset lines = kernel().read(query);
+        if (stand_in_order(lines, tables_.line_order)) return lines;
+    }
+    return kernel().read(fmt::format("{} ORDER BY {}", query, tables_.line_order));
 }
 
 bool DocumentWalk::has_number(std::string_view fkey) { return key_number(fkey).has_value(); }

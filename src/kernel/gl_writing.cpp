@@ -21,7 +21,10 @@ std::optional<GlNumber> draw_gl_number(ModuleG3& kernel, const std::string& comp
 
 void GlLineWriter::open() {
     open_balances();
-    account_rows_ = kernel_.change("SELECT * FROM Account_master_table");
+    // What lines, balances and the check of a document want of an account.
+    account_rows_ = kernel_.change(
+        "SELECT accno, acccode, subacc, subacc2, subacc3, subacc4, subacc5, acctype, debit, inactive FROM "
+        "Account_master_table");
     line_rows_ = kernel_.change("SELECT * FROM GL_transaction_table WHERE 1 = 2");
 }
 

@@ -41,6 +41,31 @@ TEST_F(DocumentWalk, GapsAreGoneOverInBothDirections) {
     EXPECT_EQ(form->txtdocno.text(), "N4");
 }
 
+TEST_F(DocumentWalk, LinesComeInTheirOrderHoweverTheyAreStored) {
+    frame::WalkTables tables = kPlainTables;
+    tables.lines = "Payment_transaction_table";
+    tables.line_order = "pay_item";
+    const auto form = host.show({1}, 1, tables);
+    const store::Value none;
+    const std::vector<std::vector<store::Value>> stored = {{1, 2, 3},    {2, 10, 1}, {none, none, 4},
+                                                           {4, none, 5}, {2, 2, 1},  {}};
+    int document = 0;
+    for (const std::vector<store::Value>& items : stored) {
+        const std::string fkey = "1py-" + std::to_string(++document);
+        int added = 0;
+        for (const store::Value& item : items)
+            host.company.add("Payment_transaction_table",
+                             {{"fkey", fkey}, {"pay_item", item}, {"item_no", ++added}});
+        auto lines = form->documents.lines_of(fkey);
+        auto sorted = host.company.snapshot("SELECT * FROM Payment_transaction_table WHERE fkey = '" + fkey +
+                                            "' ORDER BY pay_item");
+        EXPECT_EQ(lines.RecordCount(), static_cast<std::int64_t>(items.size()));
+        for (; !sorted.at_eof(); sorted.MoveNext(), lines.MoveNext())
+            EXPECT_EQ(lines.text("item_no"), sorted.text("item_no")) << fkey;
+        EXPECT_TRUE(lines.at_eof());
+    }
+}
+
 TEST_F(DocumentWalk, EndsAreStayedAtWithoutAMessage) {
     const auto form = host.show({1, 2}, 3);
     form->next_record();
