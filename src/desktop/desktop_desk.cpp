@@ -52,7 +52,9 @@ bool DesktopDesk::question(const std::string& text, const std::string& title) {
     if (stand_in_ != nullptr) return stand_in_->answer();
     QMessageBox box(QMessageBox::Question, shown(title), shown(text), QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
-    box.setDefaultButton(QMessageBox::Yes);
+    // What cannot be undone is not done by a hasty Enter.
+    const bool is_grave = text.starts_with("Are you sure");
+    box.setDefaultButton(is_grave ? QMessageBox::No : QMessageBox::Yes);
     const bool yes = show_box(box) == QMessageBox::Yes;
     if (on_answer) on_answer(yes);
     return yes;

@@ -110,6 +110,16 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
 MainWindow::~MainWindow() { close_company(); }
 
 // --- the company ---
+namespace {
+
+// The name of its file, or of its database.
+QString short_name(const QString& company) {
+    if (store::is_on_server(typed(company))) return shown(store::database_name(typed(company)));
+    return QFileInfo(company).completeBaseName();
+}
+
+}  // namespace
+
 void MainWindow::open_company(const QString& company) {
     const frame::HostContext context = opening::open_context(typed(company), options_);
     close_company();
@@ -130,7 +140,7 @@ void MainWindow::open_company(const QString& company) {
     ap_->NotifyClients = [this](const std::string& formx, const std::string& docnox,
                                 const std::string& arg2) { requests_->answer(formx, docnox, arg2); };
     if (memory_ == Memory::kept) settings_.company_opened(company_);
-    setWindowTitle(QFileInfo(company_).completeBaseName() + " - Brimley AP");
+    setWindowTitle(short_name(company_) + " - Brimley AP");
     refresh_state();
 }
 

@@ -93,6 +93,13 @@ TEST_F(Modes, YesIsWhatEnterAnswers) {
     EXPECT_EQ(QString::fromStdString(default_button).remove('&'), "Yes");
 }
 
+TEST_F(Modes, NoIsWhatEnterAnswersBeforeAVoid) {
+    save_invoice();
+    answers = {false};
+    trigger(1008);
+    EXPECT_EQ(QString::fromStdString(default_button).remove('&'), "No");
+}
+
 TEST_F(Modes, NewPutsTheUserIntoTheFirstFieldThatTakesTyping) {
     go_to("dbgrid1");
     trigger(105);

@@ -66,6 +66,7 @@ TEST_F(ServerWindow, EntryOfAProgramThatWasKilledIsTakenUpAgain) {
 
 TEST_F(ServerWindow, SaysThatTheConnectionWasLostAndIsBackAndKeepsWhatWasTyped) {
     open();
+    EXPECT_TRUE(window->windowTitle().startsWith("books - Brimley AP"));
     EXPECT_EQ(state(), "");
     press(105);
     EXPECT_EQ(form().txtremark.type("stands here still"), controls::Refusal::none);
