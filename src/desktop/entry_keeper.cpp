@@ -90,7 +90,7 @@ QString EntryKeeper::description(const entries::Entry& entry) const {
         text += " for " + shown(stood->second);
         break;
     }
-    text += " of " + when + " was not saved.";
+    text += ", begun on " + when + ", was not saved.";
     if (entry.save_in_doubt)
         text +=
             " The program ended while it was being saved: look whether it is stored before you save it "

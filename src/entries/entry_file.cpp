@@ -72,6 +72,9 @@ void EntryFile::append(std::string_view lines) {
         if (written < 0) fail(path_);
         lines.remove_prefix(static_cast<std::size_t>(written));
     }
+}
+
+void EntryFile::sync() {
     if (::fdatasync(handle_) != 0 && errno != EINVAL && errno != ENOSYS) fail(path_);
 }
 

@@ -17,14 +17,16 @@ namespace brimley::entries {
 
 class EntryFile {
   public:
-    // Makes the folder if need be. Throws std::system_error, as append() does.
+    // Makes the folder if need be. Throws std::system_error, as append() and sync() do.
     explicit EntryFile(const std::filesystem::path& folder);
     ~EntryFile();  // leaves the file where it is
     EntryFile(const EntryFile&) = delete;
     EntryFile& operator=(const EntryFile&) = delete;
 
-    // What was appended is on the disk when it returns.
+    // What was appended is kept when the program is killed.
     void append(std::string_view lines);
+    // All of it is on the disk when it returns, and outlasts a power failure.
+    void sync();
     void remove();
     [[nodiscard]] std::string name() const { return path_.filename().string(); }
 

@@ -80,7 +80,7 @@ std::string Recorder::document_shown() const {
 }
 
 void Recorder::before_command(int id) {
-    if (file_ != nullptr && id == frame::command::kSave) write(line_of_saving());
+    if (file_ != nullptr && id == frame::command::kSave) write(line_of_saving(), Disk::waited_for);
 }
 
 void Recorder::before_visit(const Grid& grid, int row) {
@@ -124,7 +124,7 @@ void Recorder::begin(const Act& act) {
                    key == nullptr ? std::string() : key->shown()};
     std::string lines = line_of(head);
     if (!taken_from_.empty()) lines += line_of_taken_from(taken_from_);
-    write(lines);
+    write(lines, Disk::later);
     if (file_ != nullptr) note(act);
 }
 
@@ -136,7 +136,7 @@ void Recorder::note(const Act& act) {
     const bool in_doubt =
         form_.context().dbe && form_.context().dbe->connection_state() == store::ConnectionState::in_doubt;
     if (in_doubt) lines += line_of_doubt(true);
-    write(lines + changes_of_screen());
+    write(lines + changes_of_screen(), enters_something(act.kind) ? Disk::waited_for : Disk::later);
 }
 
 std::string Recorder::changes_of_screen() {
@@ -154,7 +154,7 @@ std::string Recorder::changes_of_screen() {
 void Recorder::note_pending(const std::optional<Pending>& pending) {
     if (file_ == nullptr || pending == pending_) return;
     pending_ = pending;
-    if (pending_) write(line_of(*pending_));
+    if (pending_) write(line_of(*pending_), Disk::waited_for);
     anything_entered_ = anything_entered_ || pending_;
 }
 
@@ -174,14 +174,15 @@ void Recorder::drop() {
 void Recorder::takes_from(const std::string& name) { taken_from_ = name; }
 
 void Recorder::taken() {
-    if (file_ != nullptr && !taken_from_.empty()) write(line_of_taken_from({}));
+    if (file_ != nullptr && !taken_from_.empty()) write(line_of_taken_from({}), Disk::waited_for);
     taken_from_.clear();
 }
 
 // An entry that cannot be kept is entered all the same.
-void Recorder::write(const std::string& lines) {
+void Recorder::write(const std::string& lines, Disk disk) {
     try {
         file_->append(lines);
+        if (disk == Disk::waited_for) file_->sync();
     } catch (const std::system_error& failure) {
         file_->remove();
         file_.reset();

@@ -63,7 +63,9 @@ class Recorder : public controls::ActListener {
     void begin(const controls::Act& act);
     void note(const controls::Act& act);
     void end(bool is_kept);
-    void write(const std::string& lines);
+    // Looking around in a grid waits for no disk: the next act that enters something does.
+    enum class Disk { waited_for, later };
+    void write(const std::string& lines, Disk disk);
     [[nodiscard]] std::string changes_of_screen();
     [[nodiscard]] std::string document_shown() const;
 
