@@ -34,7 +34,7 @@ void describe(CLI::App& app, Options& options) {
         "company "
         "cannot be opened.");
     app.add_flag("--other-desk", options.other_desk,
-                 "allow otherdesk: scripts hold rows as a second user does, for tests");
+                 "allow otherdesk: scripts act as a second user does, for tests");
 }
 
 void run_scripts(Console& console, const Options& options) {

@@ -35,8 +35,8 @@ class Console {
     // reason why not. Without it anybody may be.
     using Admit = std::function<void(const std::string& user)>;
     void admit_by(Admit admit) { admit_ = std::move(admit); }
-    // Whoever started the program lets scripts hold rows as a second user does (otherdesk). Nobody may by
-    // default, since it keeps real users from saving.
+    // Whoever started the program lets scripts act as a second user does (otherdesk). Nobody may by default,
+    // since a held row, or a right that is taken back, keeps real users from saving.
     void allow_other_desk() { other_desk_allowed_ = true; }
 
     // The user is about to think: what was saved is brought into the company file itself.
@@ -71,6 +71,8 @@ class Console {
     void do_form(Arguments& arguments);
     void do_answer(Arguments& arguments);
     void do_otherdesk(Arguments& arguments);
+    void hold_row(const std::string& query_text);
+    void set_right_to_update(const std::string& form_class, bool may_update);
     void do_help(Arguments& arguments);
     void do_quit(Arguments& arguments);
 
@@ -132,7 +134,7 @@ class Console {
     host::APclass ap_;
     Admit admit_;
     bool other_desk_allowed_ = false;
-    store::OpenCompany other_desk_;  // a second user's connection, while it holds a row
+    store::OpenCompany other_desk_;  // a second user's connection, once it was needed
     std::unique_ptr<store::Recordset> held_row_;
     int waits_until_release_ = 0;
     std::string place_;

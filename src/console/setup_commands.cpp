@@ -85,10 +85,12 @@ void Console::do_answer(Arguments& arguments) {
 
 // otherdesk hold "SELECT ..." [WAITS]: a second user takes the first row of the query, as one in the middle
 // of a save does, and holds it until `otherdesk release`, or until somebody has waited for it WAITS times.
+// otherdesk forbid|allow FORM: the second user takes the right to update on that form from the user, or gives
+// it to them.
 void Console::do_otherdesk(Arguments& arguments) {
     if (!other_desk_allowed_)
         throw ScriptFault("otherdesk works only in a console started with --other-desk");
-    const std::string act = arguments.take("hold or release");
+    const std::string act = arguments.take("hold, release, forbid or allow");
     if (act == "release") {
         if (!held_row_) throw ScriptFault("the other desk holds nothing");
         held_row_.reset();
@@ -96,21 +98,41 @@ void Console::do_otherdesk(Arguments& arguments) {
         waits_until_release_ = 0;
         return;
     }
-    if (act != "hold") throw ScriptFault("the other desk can hold or release, not " + act);
+    const bool is_about_rights = act == "forbid" || act == "allow";
+    if (act != "hold" && !is_about_rights)
+        throw ScriptFault("the other desk can hold, release, forbid or allow, not " + act);
     if (!ap_.abcdb) throw ScriptFault("no company is open");
-    const std::string text = arguments.take("QUERY");
-    waits_until_release_ = arguments.more() ? arguments.take_number("WAITS") : 0;
+    const std::string text = arguments.take(is_about_rights ? "FORM" : "QUERY");
+    if (!is_about_rights) waits_until_release_ = arguments.more() ? arguments.take_number("WAITS") : 0;
     try {
         if (!other_desk_.workspace)
             other_desk_ = store::open_company(ap_.abcdb->name(), ap_.abcdb->catalog());
-        other_desk_.workspace->BeginTrans();
-        held_row_ = std::make_unique<store::Recordset>(
-            other_desk_.database->OpenRecordset(text, store::RecordsetKind::dynaset));
-        held_row_->LockEdits(true);
-        held_row_->Edit();
+        is_about_rights ? set_right_to_update(text, act == "allow") : hold_row(text);
     } catch (const store::Error& failure) {
         throw ScriptFault(failure.what());
     }
+}
+
+void Console::hold_row(const std::string& query_text) {
+    other_desk_.workspace->BeginTrans();
+    held_row_ = std::make_unique<store::Recordset>(
+        other_desk_.database->OpenRecordset(query_text, store::RecordsetKind::dynaset));
+    held_row_->LockEdits(true);
+    held_row_->Edit();
+}
+
+// Stored when it returns, as the next save asks.
+void Console::set_right_to_update(const std::string& form_class, bool may_update) {
+    if (held_row_) throw ScriptFault("the other desk holds a row");
+    auto rights =
+        other_desk_.database->OpenRecordset("SELECT * FROM User_right_table", store::RecordsetKind::dynaset);
+    while (!rights.at_eof() &&
+           (rights.text("form") != form_class || rights.text("userid") != ap_.BRIMLEY_USER))
+        rights.MoveNext();
+    if (rights.at_eof()) throw ScriptFault(ap_.BRIMLEY_USER + " has no rights on " + form_class);
+    rights.Edit();
+    rights.set("Update", may_update);
+    rights.Update();
 }
 
 }  // namespace brimley::console
