@@ -118,9 +118,12 @@ Upgrade upgrade(const std::string& company) {
     try {
         (void)store::upgrade_company(company, kernel::company_tables(), signature_of_login(), back_up_first);
     } catch (const store::Error& error) {
-        // Of a company that stays as it is.
-        if (!done.backup.empty() && error.kind() != store::ErrorKind::commit_in_doubt)
-            std::filesystem::remove(done.backup);
+        if (done.backup.empty()) throw;
+        if (error.kind() == store::ErrorKind::commit_in_doubt)
+            throw store::Error(error.kind(),
+                               fmt::format("{}; the company as it was: {}", error.what(), done.backup),
+                               error.native_code());
+        std::filesystem::remove(done.backup);  // of a company that stays as it is
         throw;
     }
     return done;

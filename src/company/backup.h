@@ -26,7 +26,8 @@ struct Upgrade {
 
 // Brings a company of an older version to this one, in one transaction, after a backup: beside a company
 // file, or in the current folder for one on a server. Nobody else may have it open. Throws as back_up, and
-// ErrorKind::locked.
+// ErrorKind::locked: the company is as it was then, and there is no backup. ErrorKind::commit_in_doubt names
+// the backup, which stays.
 [[nodiscard]] Upgrade upgrade(const std::string& company);
 
 }  // namespace brimley::company

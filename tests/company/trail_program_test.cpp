@@ -1,6 +1,8 @@
 // The trail and the layouts of companies as brimley-company shows them.
 #include <fmt/format.h>
 
+#include <filesystem>
+
 #include "company/backup.h"
 #include "company/check.h"
 #include "company/company_fixture.h"
@@ -12,9 +14,12 @@
 namespace brimley {
 namespace {
 
+using ::testing::AllOf;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
+using ::testing::Not;
 using testing::Outcome;
 
 class TrailOfCompany : public testing::CompanyTest {
@@ -92,6 +97,65 @@ TEST_F(TrailOfCompany, UpgradeThatIsRefusedCanBeTriedAgain) {
     }
     const Outcome upgraded = run("upgrade " + named());
     EXPECT_EQ(upgraded.status, 0) << upgraded.errors;
+    EXPECT_EQ(run("upgrade " + named()).output, "the company is of this version already\n");
+}
+
+// The server ends the connection at the commit of whatever makes a table.
+TEST_F(TrailOfCompany, OnAServerTheBackupOfAnUpgradeInDoubtIsKeptAndNamed) {
+    if (!testing::tests_run_on_server()) return;
+    company::create_company_file(path(), company::SampleCompany{"zoe"},
+                                 kernel::company_tables().of_layout(1));
+    testing::on_server(
+        path(),
+        "CREATE TABLE public.made (a int); "
+        "CREATE FUNCTION public.note() RETURNS event_trigger LANGUAGE plpgsql AS "
+        "$$ BEGIN INSERT INTO public.made VALUES (1); END $$; "
+        "CREATE FUNCTION public.leave() RETURNS trigger LANGUAGE plpgsql AS "
+        "$$ BEGIN PERFORM pg_terminate_backend(pg_backend_pid()); RETURN NULL; END $$; "
+        "CREATE CONSTRAINT TRIGGER leaves AFTER INSERT ON public.made DEFERRABLE INITIALLY DEFERRED "
+        "FOR EACH ROW EXECUTE FUNCTION public.leave(); "
+        "CREATE EVENT TRIGGER notes ON ddl_command_end EXECUTE FUNCTION public.note()");
+    const Outcome outcome = run("upgrade " + named());
+    EXPECT_EQ(outcome.status, 3);
+    const std::string backup = store::database_name(path()) + ".before-layout-2";
+    EXPECT_THAT(outcome.errors,
+                AllOf(::testing::StartsWith("brimley-company: the outcome of the last change is unknown: "),
+                      ::testing::EndsWith("; the company as it was: " + backup + "\n")));
+    EXPECT_EQ(run("check " + backup).output,
+              "note: the company has no trail: upgrade begins one\nbooks agree\n");
+}
+
+TEST_F(TrailOfCompany, UpgradeNeverTakesThePlaceOfAnEarlierBackup) {
+    company::create_company_file(path(), company::SampleCompany{"zoe"},
+                                 kernel::company_tables().of_layout(1));
+    const std::string backup =
+        (testing::tests_run_on_server() ? folder_.file(store::database_name(path())) : path()) +
+        ".before-layout-2";
+    testing::write_file(backup, "precious");
+    EXPECT_THAT(run("upgrade " + named()).errors, ::testing::EndsWith(".before-layout-2 already exists\n"));
+    EXPECT_EQ(testing::text_of_file(backup), "precious");
+    EXPECT_EQ(store::open_company(path(), kernel::company_tables()).database->catalog().layout(), 1);
+}
+
+// The second one comes while the first makes its backup.
+TEST_F(TrailOfCompany, OfTwoWhoUpgradeItAtTheSameTimeTheSecondIsRefusedAndLeavesNothing) {
+    company::create_company_file(path(), company::SampleCompany{"zoe"},
+                                 kernel::company_tables().of_layout(1));
+    const auto files = [&] {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder_.path()))
+            names.push_back(entry.path().filename());
+        return names;
+    };
+    const auto upgrade_meanwhile = [&] {
+        const Outcome refused = run("upgrade " + named());
+        EXPECT_EQ(refused.status, 3);
+        EXPECT_EQ(refused.errors, "brimley-company: another user is writing to the company\n");
+        EXPECT_EQ(refused.output, "");
+        EXPECT_THAT(files(), Each(Not(::testing::HasSubstr("before-layout"))));
+    };
+    EXPECT_TRUE(store::upgrade_company(path(), kernel::company_tables(), {}, upgrade_meanwhile));
+    EXPECT_EQ(run("check " + named()).output, "books agree\n");
     EXPECT_EQ(run("upgrade " + named()).output, "the company is of this version already\n");
 }
 
