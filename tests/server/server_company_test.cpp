@@ -1,7 +1,12 @@
 // Companies on a server: making them, and telling them from other databases.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <future>
+#include <thread>
+#include <vector>
 
 #include "store/small_company.h"
 #include "support/expect_error.h"
@@ -11,6 +16,9 @@ namespace {
 
 using store::Error;
 using store::ErrorKind;
+using ::testing::AnyOf;
+using ::testing::Each;
+using ::testing::EndsWith;
 using testing::error_of;
 using testing::expect_error;
 using testing::on_server;
@@ -32,6 +40,26 @@ class ServerCompany : public ::testing::Test {
         return !on_server(testing::server_uri("postgres"),
                           "SELECT 1 FROM pg_database WHERE datname = '" + database_.name() + "'")
                     .empty();
+    }
+    // What another desk is told that makes the company, and closes it at once; empty: nothing.
+    [[nodiscard]] std::string make_elsewhere(const std::string& options = {}) const {
+        try {
+            (void)store::create_company(database_.uri() + options, small_catalog());
+            return {};
+        } catch (const Error& error) {
+            return error.what();
+        }
+    }
+    // The same, at the same time: until the other desk waits for the one that makes the company now, or has
+    // waited too long.
+    [[nodiscard]] std::future<std::string> begin_to_make_elsewhere() const {
+        auto told = std::async(std::launch::async, [this] { return make_elsewhere(); });
+        const std::string waits =
+            "SELECT 1 FROM pg_stat_activity WHERE wait_event_type = 'Lock' AND datname = '" +
+            database_.name() + "'";
+        while (told.wait_for(std::chrono::milliseconds(10)) == std::future_status::timeout)
+            if (!on_server(testing::server_uri("postgres"), waits).empty()) break;
+        return told;
     }
     std::string sql(const std::string& statement) { return on_server(database_.uri(), statement); }
     void make_empty_database() {
@@ -78,6 +106,60 @@ TEST_F(ServerCompany, FailedCreateLeavesADatabaseThatWasThereEmpty) {
 TEST_F(ServerCompany, NobodySeesACompanyInTheMaking) {
     make_empty_database();
     create([&](store::Database&) { expect_no_company("holds no company"); });
+    (void)store::open_company(database_.uri(), small_catalog());
+}
+
+TEST_F(ServerCompany, CompanyInTheMakingIsRefusedToASecondMaker) {
+    create([&](store::Database&) {
+        const auto refused = error_of([&] { create(); });
+        ASSERT_TRUE(refused);
+        EXPECT_EQ(refused->kind(), ErrorKind::state);
+        EXPECT_THAT(refused->what(), EndsWith(database_.name() + " is being made by another program"));
+    });
+    (void)store::open_company(database_.uri(), small_catalog());
+}
+
+TEST_F(ServerCompany, WhoWaitedForTheMakerOfACompanyIsToldThatItExists) {
+    std::future<std::string> told;
+    create([&](store::Database&) { told = begin_to_make_elsewhere(); });
+    // The other sentence, when the wait was too long.
+    EXPECT_THAT(told.get(),
+                AnyOf(EndsWith(" already exists"), EndsWith(" is being made by another program")));
+    (void)store::open_company(database_.uri(), small_catalog());
+}
+
+TEST_F(ServerCompany, FailedCreateLeavesTheDatabaseToWhoeverMakesACompanyThere) {
+    std::future<std::string> told;
+    expect_error(ErrorKind::constraint, [&] {
+        create([&](store::Database&) {
+            told = begin_to_make_elsewhere();
+            throw Error(ErrorKind::constraint, "made by the test");
+        });
+    });
+    if (const std::string refused = told.get(); !refused.empty())  // the wait was too long
+        EXPECT_THAT(refused, EndsWith(" is being made by another program"));
+    else
+        (void)store::open_company(database_.uri(), small_catalog());
+}
+
+// The server lets each connection of the slow ones wait for a second. All find no database; the first two try
+// to make it at the same moment, the last one when it is there; and before they go on the company has been
+// made.
+TEST_F(ServerCompany, WhoComesTooLateToMakeItLeavesItAsItIs) {
+    constexpr int kSlow = 3;
+    std::string refused[kSlow];
+    std::vector<std::thread> slow;
+    for (std::string& each : refused) {
+        if (&each == &refused[kSlow - 1]) std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        slow.emplace_back([&] { each = make_elsewhere("&options=-c%20post_auth_delay%3D1"); });
+    }
+    EXPECT_TRUE(testing::comes_true_on_server(
+        testing::server_uri("postgres"),
+        "SELECT 1 FROM pg_database WHERE datname = '" + database_.name() + "'"));
+    create();
+    for (std::thread& each : slow)
+        each.join();
+    EXPECT_THAT(refused, Each(EndsWith(database_.name() + " already exists")));
     (void)store::open_company(database_.uri(), small_catalog());
 }
 

@@ -1,6 +1,8 @@
 // Companies of an older layout, which have no trail, and their upgrade.
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "store/other_program.h"
 #include "store/trailed_company.h"
 #include "support/expect_error.h"
@@ -114,6 +116,30 @@ TEST_F(OlderCompany, NobodyWritesBetweenTheBackupAndTheUpgrade) {
     EXPECT_TRUE(store::upgrade_company(path_, trailed_catalog(), anna(), write_meanwhile));
     const auto company = store::open_company(path_, trailed_catalog());
     EXPECT_EQ(company.database->catalog().layout(), 2);
+}
+
+// What makes a table waits there, so that an upgrade can be met in the middle.
+TEST_F(OlderCompany, OnAServerNobodyOpensItWhileItIsUpgraded) {
+    if (!testing::tests_run_on_server()) return;
+    testing::on_server(path_,
+                       "CREATE FUNCTION public.wait() RETURNS event_trigger LANGUAGE plpgsql AS "
+                       "$$ BEGIN PERFORM pg_advisory_xact_lock(7); END $$; "
+                       "CREATE EVENT TRIGGER waits ON ddl_command_end EXECUTE FUNCTION public.wait()");
+    std::unique_ptr<PGconn, decltype(&PQfinish)> gate(PQconnectdb(path_.c_str()), &PQfinish);
+    (void)testing::result_of(gate.get(), "SELECT pg_advisory_lock(7)");
+    std::thread desk(
+        [&] { EXPECT_NO_THROW((void)store::upgrade_company(path_, trailed_catalog(), anna())); });
+    EXPECT_TRUE(testing::comes_true_on_server(path_,
+                                              "SELECT 1 FROM pg_locks l, pg_database d WHERE l.database = "
+                                              "d.oid AND datname = current_database() AND locktype = "
+                                              "'advisory' AND objid = 7 AND NOT granted"));
+    const auto refused = error_of([&] { (void)store::open_company(path_, trailed_catalog()); });
+    gate.reset();
+    desk.join();
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->kind(), ErrorKind::locked);
+    EXPECT_THAT(refused->what(), ::testing::EndsWith(" is being upgraded"));
+    EXPECT_EQ(store::open_company(path_, trailed_catalog()).database->catalog().layout(), 2);
 }
 
 TEST_F(OlderCompany, UpgradeWithoutABackupLeavesItAsItWas) {

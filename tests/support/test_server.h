@@ -7,11 +7,13 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include <libpq-fe.h>
 
@@ -44,6 +46,15 @@ inline std::string on_server(const std::string& uri, const std::string& sql) {
     const std::unique_ptr<PGconn, decltype(&PQfinish)> server(PQconnectdb(uri.c_str()), &PQfinish);
     const ServerResult result = result_of(server.get(), sql);
     return PQntuples(result.get()) > 0 ? PQgetvalue(result.get(), 0, 0) : "";
+}
+
+// Whether the statement has a row within ten seconds.
+[[nodiscard]] inline bool comes_true_on_server(const std::string& uri, const std::string& sql) {
+    for (int looks = 0; looks < 500; ++looks) {
+        if (!on_server(uri, sql).empty()) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
 }
 
 // Makes and drops databases. A new connection costs the server five milliseconds, so a process keeps one

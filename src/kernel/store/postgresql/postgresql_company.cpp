@@ -185,6 +185,13 @@ const Catalog& catalog_of_schema(PGconn* connection, const std::string& uri, con
     throw Error(ErrorKind::state, shown_company(uri) + " already exists");
 }
 
+// The schema or the database that was to be made; or its name, when somebody else makes it in that moment.
+bool says_it_exists(const Error& error) {
+    return std::ranges::any_of(
+        std::initializer_list<const char*>{"42P06", "42P04", "23505"},
+        [&](const char* state) { return error.native_code() == native_code_of(state); });
+}
+
 void make_schema(PGconn* connection, const std::string& uri, const Catalog& catalog) {
     if (!mark_of_schema(connection).empty()) refuse_existing(uri);
     run_sql(connection, "BEGIN");
@@ -192,12 +199,22 @@ void make_schema(PGconn* connection, const std::string& uri, const Catalog& cata
         for (const std::string& statement : postgresql_layout(catalog))
             run_sql(connection, statement);
     } catch (const Error& error) {
-        const int duplicate_schema = native_code_of("42P06");
-        const int duplicate_name = native_code_of("23505");
-        if (error.native_code() == duplicate_schema || error.native_code() == duplicate_name)
-            refuse_existing(uri);
+        if (says_it_exists(error)) refuse_existing(uri);
         if (error.kind() != ErrorKind::locked) throw;
         throw Error(ErrorKind::state, shown_company(uri) + " is being made by another program");
+    }
+}
+
+// False when somebody else has made it in that moment.
+bool create_database(PGconn* server, const std::string& name) {
+    try {
+        run_sql(server, fmt::format("CREATE DATABASE {} TEMPLATE template0 ENCODING 'UTF8' LC_COLLATE 'C' "
+                                    "LC_CTYPE 'C'",
+                                    quoted_name(name)));
+        return true;
+    } catch (const Error& error) {
+        if (!says_it_exists(error)) throw;
+        return false;
     }
 }
 
@@ -245,12 +262,16 @@ CompanyInTheMaking::CompanyInTheMaking(const std::string& uri, const Catalog& ca
     connection_ = try_connect(uri, nullptr);
     try {
         if (!is_connected(connection_)) make_database();
+        process_ = PQbackendPID(connection_.get());
         set_up(connection_.get(), uri);
         hold_layout(connection_.get(), uri);
         make_schema(connection_.get(), uri, catalog);
+    } catch (const Error& error) {
+        if (error.kind() == ErrorKind::state) keep();  // for the company that somebody else has made there
+        give_up();
+        throw;
     } catch (...) {
-        connection_.reset();
-        drop_database();
+        give_up();
         throw;
     }
 }
@@ -260,22 +281,29 @@ CompanyInTheMaking::~CompanyInTheMaking() { drop_database(); }
 void CompanyInTheMaking::make_database() {
     const PostgresqlHandle server = try_connect(uri_, kMaintenanceDatabase);
     const std::string database = PQdb(connection_.get()) ? PQdb(connection_.get()) : "";
-    const bool absent =
-        is_connected(server) && !database.empty() &&
-        text_of_sql(server.get(), "SELECT 1 FROM pg_database WHERE datname = " + postgresql_text(database))
-            .empty();
-    if (!absent) tell_unreachable(uri_, connection_.get());
-    run_sql(server.get(), fmt::format("CREATE DATABASE {} TEMPLATE template0 ENCODING 'UTF8' LC_COLLATE 'C' "
-                                      "LC_CTYPE 'C'",
-                                      quoted_name(database)));
-    made_database_ = database;
+    if (!is_connected(server) || database.empty()) tell_unreachable(uri_, connection_.get());
+    const std::string found = "SELECT 1 FROM pg_database WHERE datname = " + postgresql_text(database);
+    if (text_of_sql(server.get(), found).empty() && create_database(server.get(), database))
+        made_database_ = database;
     connection_ = try_connect(uri_, nullptr);
     if (!is_connected(connection_)) tell_unreachable(uri_, connection_.get());
+}
+
+void CompanyInTheMaking::give_up() noexcept {
+    connection_.reset();
+    drop_database();
 }
 
 void CompanyInTheMaking::drop_database() noexcept {
     if (made_database_.empty()) return;
     const PostgresqlHandle server = try_connect(uri_, kMaintenanceDatabase);
+    // Who has connected since may be making a company there; the server would wait until that is done, and
+    // then drop it.
+    const std::string others = fmt::format(
+        "SELECT 1 FROM pg_stat_activity WHERE datname = {} AND pid <> {} AND backend_type IS "
+        "DISTINCT FROM 'autovacuum worker'",
+        postgresql_text(made_database_), process_);
+    if (PQntuples(PostgresqlResult(PQexec(server.get(), others.c_str())).get()) > 0) return;
     const PostgresqlResult gone(
         PQexec(server.get(), ("DROP DATABASE " + quoted_name(made_database_)).c_str()));
 }

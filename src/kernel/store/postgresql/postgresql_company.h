@@ -44,7 +44,8 @@ enum class AdvisoryLock {
 [[nodiscard]] std::string still_at_work_sql(const ServerPlace& place);
 
 // A company in the making: its database, made where there was none, and a transaction in which its schema has
-// been made. What was made is removed again unless keep() is called.
+// been made. What was made is removed again unless keep() is called; a database to which others have
+// connected meanwhile is left to them.
 class CompanyInTheMaking {
   public:
     // Throws ErrorKind::state when the database holds a company already, or another program is making one.
@@ -60,11 +61,13 @@ class CompanyInTheMaking {
 
   private:
     void make_database();
+    void give_up() noexcept;
     void drop_database() noexcept;
 
     std::string uri_;
     std::string made_database_;
     PostgresqlHandle connection_;
+    int process_ = 0;  // of the connection, at the server
 };
 
 // The company as anybody may read it: host and database, without user and password.
