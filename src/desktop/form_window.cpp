@@ -102,7 +102,13 @@ void FormWindow::build(const Look& look) {
     mode_band_->setAlignment(Qt::AlignCenter);
     statusBar()->addPermanentWidget(mode_band_);
     statusBar()->setSizeGripEnabled(false);
-    if (form_->CommandBars1().find(frame::command::kNew) == nullptr) statusBar()->hide();  // it has no modes
+    const bool has_modes = form_->CommandBars1().find(frame::command::kNew) != nullptr;
+    if (!has_modes) statusBar()->hide();
+    if (has_modes && !form_->may_update()) {
+        auto* const look_only = new QLabel("You may look, not enter.");
+        look_only->setObjectName("look_only");
+        statusBar()->addWidget(look_only);
+    }
     for (Control* control : form_->controls().all())
         control->on_shown_change = [this, control] { control_changed(*control); };
     form_->CommandBars1().on_shown_change = [this] { refresh_commands(); };

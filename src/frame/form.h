@@ -83,6 +83,8 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] controls::ControlSet& controls() { return controls_; }
     [[nodiscard]] controls::CommandBars& CommandBars1() { return bars_; }
     [[nodiscard]] bool is_open() const { return shown_; }
+    // Whether the user had the right to write when the form was opened.
+    [[nodiscard]] bool may_update() const { return rights_.Update; }
 
     void ensure_loaded();
     // A form that was loaded while the connection was lost is not shown: the user is told of the connection.

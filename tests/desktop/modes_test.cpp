@@ -93,6 +93,14 @@ TEST_F(Modes, YesIsWhatEnterAnswers) {
     EXPECT_EQ(QString::fromStdString(default_button).remove('&'), "Yes");
 }
 
+TEST_F(Modes, WhoMayNotEnterIsToldSo) {
+    EXPECT_EQ(window().findChild<QLabel*>("look_only"), nullptr);
+    company.db().Execute("UPDATE User_right_table SET [Update] = FALSE WHERE form = 'APform_invoice'");
+    const auto* const told = show_invoice().findChild<QLabel*>("look_only");
+    ASSERT_NE(told, nullptr);
+    EXPECT_EQ(told->text(), "You may look, not enter.");
+}
+
 TEST_F(Modes, NoIsWhatEnterAnswersBeforeAVoid) {
     save_invoice();
     answers = {false};
