@@ -43,7 +43,7 @@ class OneLineJudge {
 
     // What the document that its header names has posted, before a void took it back.
     void judge_posted(const char* what, const std::string& accno, double amount) {
-        if (!posted_.any(payment_.gl_fkey) || accno.empty() || allocated_.contains(accno)) return;
+        if (payment_.gl_fkey.empty() || accno.empty() || allocated_.contains(accno)) return;
         for (const std::string* other :
              {&payment_.cash_accno, &payment_.prepayment_accno, &payment_.expense_accno})
             if (other != &accno && *other == accno) return;
