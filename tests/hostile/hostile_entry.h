@@ -15,13 +15,15 @@
 
 namespace brimley::testing {
 
-// A form with an entry on a company of its own.
+// A form with an entry on a company of its own. What was saved before the entry begins stands in the
+// original, so that it is saved once and not for each field.
 class HostileSession {
   public:
+    explicit HostileSession(CompanyOriginal& original = sample_original()) : company(original) {}
     virtual ~HostileSession() = default;
     [[nodiscard]] virtual frame::Form& form() = 0;
 
-    CompanyCopy company{sample_original()};
+    CompanyCopy company;
     DeskOfUser user{company.open()};
 };
 

@@ -22,49 +22,101 @@ constexpr int kFind = 104;
 constexpr int kEdit = 106;
 constexpr int kSaveFont = 401;
 
-struct InvoiceSession : HostileSession {
-    InvoiceSession() { user.ap.showform_APform_invoice(); }
-    frame::Form& form() override { return *user.ap.frm_invoice; }
-    void enter_document(bool foreign) {
-        EnteredInvoice invoice;
-        if (foreign) {
-            invoice.currency = "EUR";
-            invoice.rate = "1.0837";
-        }
-        invoice.lines = {{"5000", "STACK", "taxable amount", "100.00"},
-                         {"5900", "GST5", "gross amount", "210.00"}};
-        enter(*user.ap.frm_invoice, invoice);
+const std::vector<EnteredLine> kTaxedLines{{"5000", "STACK", "taxable amount", "100.00"},
+                                           {"5900", "GST5", "gross amount", "210.00"}};
+
+void begin_payment_of_items(DeskOfUser& user, const char* way) {
+    user.ap.showform_APform_payment();
+    auto& payment = *user.ap.frm_payment;
+    begin_payment(payment, "V1001");
+    edit_item_cell(payment, 0, "pay amount", "70.00");
+    edit_item_cell(payment, 1, "write-off", "5.00");
+    edit_item_cell(payment, 1, "pay amount", "55.00");
+    if (std::string(way) == "Check") {
+        EXPECT_EQ(payment.cmbpayby.type(way), controls::Refusal::none);
+        EXPECT_EQ(payment.cmbbank.type("MAIN"), controls::Refusal::none);
+        EXPECT_EQ(payment.txtcheck.type("100"), controls::Refusal::none);
+        EXPECT_EQ(payment.txtcheckdate.type("16/03/2026"), controls::Refusal::none);
     }
+    pay_total(payment);
+}
+
+// The sample company, and what a user has saved in it.
+void make_sample_with(const std::string& company, void (*saved)(DeskOfUser& user)) {
+    company::create_company_file(company, company::SampleCompany{"anna"});
+    const store::OpenCompany open = store::open_company(company, kernel::company_tables());
+    DeskOfUser user(open);
+    saved(user);
+}
+
+void save_invoice_of_items(DeskOfUser& user) {
+    save_invoice(user, {.lines = {{"5000", "NOTAX", "gross amount", "100.00"},
+                                  {"5000", "NOTAX", "gross amount", "60.00"}}});
+}
+
+void pay_invoice_of_items(DeskOfUser& user, const char* way) {
+    save_invoice_of_items(user);
+    begin_payment_of_items(user, way);
+    EXPECT_EQ(user.ap.frm_payment->press(kSave), controls::Refusal::none);
+}
+
+CompanyOriginal& with_open_items() {
+    static CompanyOriginal original(
+        [](const std::string& company) { make_sample_with(company, save_invoice_of_items); });
+    return original;
+}
+
+CompanyOriginal& with_a_payment() {
+    static CompanyOriginal original([](const std::string& company) {
+        make_sample_with(company, [](DeskOfUser& user) { pay_invoice_of_items(user, "Cash"); });
+    });
+    return original;
+}
+
+CompanyOriginal& with_a_check() {
+    static CompanyOriginal original([](const std::string& company) {
+        make_sample_with(company, [](DeskOfUser& user) { pay_invoice_of_items(user, "Check"); });
+    });
+    return original;
+}
+
+CompanyOriginal& with_a_taxed_invoice() {
+    static CompanyOriginal original([](const std::string& company) {
+        make_sample_with(company, [](DeskOfUser& user) { save_invoice(user, {.lines = kTaxedLines}); });
+    });
+    return original;
+}
+
+struct InvoiceSession : HostileSession {
+    explicit InvoiceSession(CompanyOriginal& original = sample_original()) : HostileSession(original) {
+        user.ap.showform_APform_invoice();
+    }
+    frame::Form& form() override { return *user.ap.frm_invoice; }
+    void enter_document() {
+        enter(*user.ap.frm_invoice, {.currency = "EUR", .rate = "1.0837", .lines = kTaxedLines});
+    }
+};
+
+// The invoice that is there.
+struct ShownInvoiceSession : InvoiceSession {
+    ShownInvoiceSession() : InvoiceSession(with_a_taxed_invoice()) {}
 };
 
 struct PaymentSession : HostileSession {
+    explicit PaymentSession(CompanyOriginal& original = with_open_items()) : HostileSession(original) {}
     frame::Form& form() override { return *user.ap.frm_payment; }
-    void enter_payment(const char* way) {
-        EnteredInvoice invoice;
-        invoice.lines = {{"5000", "NOTAX", "gross amount", "100.00"},
-                         {"5000", "NOTAX", "gross amount", "60.00"}};
-        save_invoice(user, invoice);
-        user.ap.showform_APform_payment();
-        auto& payment = *user.ap.frm_payment;
-        begin_payment(payment, "V1001");
-        edit_item_cell(payment, 0, "pay amount", "70.00");
-        edit_item_cell(payment, 1, "write-off", "5.00");
-        edit_item_cell(payment, 1, "pay amount", "55.00");
-        if (std::string(way) == "Check") {
-            EXPECT_EQ(payment.cmbpayby.type(way), controls::Refusal::none);
-            EXPECT_EQ(payment.cmbbank.type("MAIN"), controls::Refusal::none);
-            EXPECT_EQ(payment.txtcheck.type("100"), controls::Refusal::none);
-            EXPECT_EQ(payment.txtcheckdate.type("16/03/2026"), controls::Refusal::none);
-        }
-        pay_total(payment);
-    }
+    void enter_payment(const char* way) { begin_payment_of_items(user, way); }
 };
 
-struct CheckSession : PaymentSession {
+// The payment that is there.
+struct ShownPaymentSession : PaymentSession {
+    ShownPaymentSession() : PaymentSession(with_a_payment()) { user.ap.showform_APform_payment(); }
+};
+
+struct CheckSession : HostileSession {
+    CheckSession() : HostileSession(with_a_check()) {}
     frame::Form& form() override { return *user.ap.frm_void_check; }
     void pick_check() {
-        enter_payment("Check");
-        EXPECT_EQ(user.ap.frm_payment->press(kSave), controls::Refusal::none);
         user.ap.showform_APform_void_check();
         EXPECT_EQ(form().press(kFind), controls::Refusal::none);
         EXPECT_EQ(user.ap.frm_void_check->dbgrid1.double_click(0), controls::Refusal::none);
@@ -87,11 +139,8 @@ struct KindSession : HostileSession {
 };
 
 // A list, in a company with an invoice and a payment to find.
-struct ListSession : PaymentSession {
-    ListSession() {
-        enter_payment("Cash");
-        EXPECT_EQ(PaymentSession::form().press(kSave), controls::Refusal::none);
-    }
+struct ListSession : HostileSession {
+    ListSession() : HostileSession(with_a_payment()) {}
 };
 
 // A run with gains and losses, whatever its rate is.
@@ -144,30 +193,19 @@ void save(HostileSession& session) {
 std::vector<HostileEntry> entries() {
     return {
         {"NewInvoice",
-         [] { return begun<InvoiceSession>([](auto& session) { session.enter_document(true); }); },
+         [] { return begun<InvoiceSession>([](auto& session) { session.enter_document(); }); },
          {kSaveFont, kSave},
          {"txtremark", "txtinvno", "dbgrid1 description"},
          {"txtinvno"}},
         {"EditedInvoice",
          [] {
-             return begun<InvoiceSession>([](auto& session) {
-                 session.enter_document(false);
-                 save(session);
-                 EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none);
-             });
+             return begun<ShownInvoiceSession>(
+                 [](auto& session) { EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none); });
          },
          {kSave},
          {"txtremark", "txtinvno", "dbgrid1 description"},
          {"txtinvno"}},
-        {"ShownInvoice",
-         [] {
-             return begun<InvoiceSession>([](auto& session) {
-                 session.enter_document(false);
-                 save(session);
-             });
-         },
-         {},
-         {}},
+        {"ShownInvoice", [] { return begun<ShownInvoiceSession>([](auto&) {}); }, {}, {}},
         {"NewTemplate",
          [] {
              return begun<InvoiceSession>(
@@ -185,11 +223,8 @@ std::vector<HostileEntry> entries() {
          {"txtremark", "txtcheck"}},
         {"EditedPayment",
          [] {
-             return begun<PaymentSession>([](auto& session) {
-                 session.enter_payment("Cash");
-                 save(session);
-                 EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none);
-             });
+             return begun<ShownPaymentSession>(
+                 [](auto& session) { EXPECT_EQ(session.form().press(kEdit), controls::Refusal::none); });
          },
          {kSave},
          {"txtremark"}},
