@@ -126,18 +126,24 @@ void EntryKeeper::offer() {
 
 void EntryKeeper::take_up(const entries::KeptEntry& kept) {
     if (recorder_.entry_is_open()) return desk_.message("Save or drop the entry that stands here first.");
+    const auto result = replay(kept);
+    if (result) tell_how_it_stands(*result);
+    offer();
+    if (result && result->ended_because.empty() && kept.entry.pending) put_pending(*kept.entry.pending);
+}
+
+// Nothing when another window has taken it up or dropped it.
+std::optional<entries::Replayed> EntryKeeper::replay(const entries::KeptEntry& kept) {
+    const entries::EntryClaim claim(kept.path);
+    if (!claim.is_held()) return std::nullopt;
     recorder_.takes_from(kept.path.filename().string());
-    const entries::Replayed result = entries::take_up(
+    entries::Replayed result = entries::take_up(
         window_.form(), kept.entry, [this](const auto& act) { return window_.gate().run(act); }, call_host_,
         [this](entries::StandIn* stand_in) { desk_.stand_in(stand_in); });
     window_.settle();
-    if (result.ended_because.empty()) {
-        entries::remove_entry(kept.path);
-        recorder_.taken();
-    }
-    tell_how_it_stands(result);
-    offer();
-    if (result.ended_because.empty() && kept.entry.pending) put_pending(*kept.entry.pending);
+    if (result.ended_because.empty()) entries::remove_entry(kept.path);
+    recorder_.taken();
+    return result;
 }
 
 void EntryKeeper::tell_how_it_stands(const entries::Replayed& result) {

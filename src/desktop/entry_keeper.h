@@ -34,6 +34,7 @@ class EntryKeeper : public QObject {
 
   private:
     void take_up(const entries::KeptEntry& kept);
+    [[nodiscard]] std::optional<entries::Replayed> replay(const entries::KeptEntry& kept);
     void drop(const entries::KeptEntry& kept);
     void tell_how_it_stands(const entries::Replayed& result);
     void put_pending(const entries::Pending& pending);

@@ -335,6 +335,7 @@ void FormWindow::show_font_bar(bool visible) {
 void FormWindow::show_band(QWidget* band) {
     if (band_ != nullptr) {
         removeToolBar(band_);
+        band_->setParent(nullptr);
         band_->deleteLater();
         band_ = nullptr;
     }

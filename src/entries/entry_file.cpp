@@ -38,15 +38,6 @@ std::optional<std::string> text_of(const std::filesystem::path& path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-// Whether a program has it open.
-bool is_held(const std::filesystem::path& path) {
-    const int handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (handle < 0) return true;
-    const bool held = ::flock(handle, LOCK_EX | LOCK_NB) != 0;
-    ::close(handle);
-    return held;
-}
-
 }  // namespace
 
 EntryFile::EntryFile(const std::filesystem::path& folder) {
@@ -78,6 +69,17 @@ void EntryFile::sync() {
     if (::fdatasync(handle_) != 0 && errno != EINVAL && errno != ENOSYS) fail(path_);
 }
 
+EntryClaim::EntryClaim(const std::filesystem::path& path)
+    : handle_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (handle_ < 0 || ::flock(handle_, LOCK_EX | LOCK_NB) == 0) return;
+    ::close(handle_);
+    handle_ = -1;
+}
+
+EntryClaim::~EntryClaim() {
+    if (handle_ >= 0) ::close(handle_);
+}
+
 void EntryFile::remove() { remove_entry(path_); }
 
 std::vector<KeptEntry> kept_entries(const std::filesystem::path& folder, const std::string& company,
@@ -85,7 +87,7 @@ std::vector<KeptEntry> kept_entries(const std::filesystem::path& folder, const s
     std::vector<KeptEntry> kept;
     std::error_code none;
     for (const auto& file : std::filesystem::directory_iterator(folder, none)) {
-        if (file.path().extension() != kExtension || is_held(file.path())) continue;
+        if (file.path().extension() != kExtension || !EntryClaim(file.path()).is_held()) continue;
         const auto text = text_of(file.path());
         auto entry = text ? read_entry(*text) : std::nullopt;
         if (!entry || entry->head.company != company || entry->head.user != user) continue;

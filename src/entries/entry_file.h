@@ -47,6 +47,20 @@ struct KeptEntry {
 [[nodiscard]] std::vector<KeptEntry> kept_entries(const std::filesystem::path& folder,
                                                   const std::string& company, const std::string& user,
                                                   const std::string& form);
+// Holds a kept entry while it is being taken up: no other window and no other program does so meanwhile.
+class EntryClaim {
+  public:
+    explicit EntryClaim(const std::filesystem::path& path);
+    ~EntryClaim();
+    EntryClaim(const EntryClaim&) = delete;
+    EntryClaim& operator=(const EntryClaim&) = delete;
+    // Whether it is still there and nobody else has it.
+    [[nodiscard]] bool is_held() const { return handle_ >= 0; }
+
+  private:
+    int handle_ = -1;
+};
+
 // Nothing happens when it is not there any more.
 void remove_entry(const std::filesystem::path& path);
 

@@ -65,7 +65,11 @@ std::string row_label(const Grid& grid, int row) {
 }
 
 Recorder::Recorder(frame::Form& form, Place place, std::function<store::DateTime()> now)
-    : form_(form), place_(std::move(place)), now_(std::move(now)), mode_before_(form.mode()) {
+    : alive_(form.shared_from_this()),
+      form_(form),
+      place_(std::move(place)),
+      now_(std::move(now)),
+      mode_before_(form.mode()) {
     form_.controls().listen(this);
 }
 

@@ -32,7 +32,7 @@ struct Place {
 
 class Recorder : public controls::ActListener {
   public:
-    // now: the clock that the form has.
+    // now: the clock that the form has. The form is owned by a shared pointer, as forms on a desk are.
     Recorder(frame::Form& form, Place place, std::function<store::DateTime()> now);
     ~Recorder() override;
     Recorder(const Recorder&) = delete;
@@ -69,6 +69,7 @@ class Recorder : public controls::ActListener {
     [[nodiscard]] std::string changes_of_screen();
     [[nodiscard]] std::string document_shown() const;
 
+    const std::shared_ptr<frame::Form> alive_;  // until nobody listens to it any more
     frame::Form& form_;
     Place place_;
     std::function<store::DateTime()> now_;

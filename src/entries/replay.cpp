@@ -130,6 +130,20 @@ Refusal do_again(frame::Form& form, const Act& act) {
     }
 }
 
+// Takes the user's place for as long as it lives.
+class InPlaceOfUser {
+  public:
+    InPlaceOfUser(const std::function<void(StandIn*)>& stand_in, StandIn& replay) : stand_in_(stand_in) {
+        stand_in_(&replay);
+    }
+    ~InPlaceOfUser() { stand_in_(nullptr); }
+    InPlaceOfUser(const InPlaceOfUser&) = delete;
+    InPlaceOfUser& operator=(const InPlaceOfUser&) = delete;
+
+  private:
+    const std::function<void(StandIn*)>& stand_in_;
+};
+
 class Replay : public StandIn {
   public:
     Replay(frame::Form& form, const Entry& entry, const RunAct& run, const CallHost& call_host)
@@ -231,10 +245,8 @@ Replayed take_up(frame::Form& form, const Entry& entry, const RunAct& run, const
                  const std::function<void(StandIn*)>& stand_in) {
     Replay replay(form, entry, run, call_host);
     const WithoutWriting without_writing(form);
-    stand_in(&replay);
-    Replayed result = replay.run();
-    stand_in(nullptr);
-    return result;
+    const InPlaceOfUser in_place_of_user(stand_in, replay);
+    return replay.run();
 }
 
 }  // namespace brimley::entries

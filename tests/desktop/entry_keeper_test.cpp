@@ -178,6 +178,41 @@ TEST_F(KeptEntries, WhatShowsSomethingElseIsNamed) {
     EXPECT_EQ(form().txtinvno.text(), "B-17");
 }
 
+TEST_F(KeptEntries, TwoWindowsTakeAnEntryUpOnce) {
+    enter_invoice();
+    form_window().press(100);
+    open_invoice();
+    desktop::FormWindow& first = form_window();
+    open_invoice();
+    click_band("take_up");
+    expect_entry();
+    auto* const late = first.findChild<QPushButton*>("take_up");
+    ASSERT_NE(late, nullptr);
+    late->click();
+    QApplication::processEvents();
+    EXPECT_EQ(first.mode_shown(), "Read");
+    EXPECT_EQ(first.findChild<QPushButton*>("take_up"), nullptr);
+}
+
+// The document that was being changed is void by now.
+TEST_F(KeptEntries, PartOfAnEntryIsKeptBesideTheWholeOne) {
+    save_invoice();
+    EXPECT_EQ(form().press(106), controls::Refusal::none);
+    EXPECT_EQ(form().txtremark.type("first try"), controls::Refusal::none);
+    form_window().press(100);
+    window->ap()->abcdb->Execute("UPDATE AP_header_table SET void = TRUE");
+    open_invoice();
+    click_band("take_up");
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_THAT(boxes.front(), HasSubstr("cannot be taken up to its end"));
+    EXPECT_THAT(offered(), HasSubstr("A change of IP-26-00001"));
+    enter(form(), {.lines = {{"5000", "", "gross amount", "75.00"}}});
+    form_window().press(100);
+    EXPECT_EQ(kept(), 2U);
+    open_invoice();
+    EXPECT_THAT(offered(), HasSubstr("(1 more after it)"));
+}
+
 // The keys have not left the field yet.
 TEST_F(KeptEntries, WhatIsBeingTypedIsKeptAsWell) {
     open_invoice();

@@ -151,6 +151,20 @@ TEST_F(EntryFiles, ThatSomebodyWritesAreNotFound) {
     EXPECT_THAT(kept(), SizeIs(1));
 }
 
+TEST_F(EntryFiles, ThatIsBeingTakenUpIsNobodyElses) {
+    leave(head_of());
+    const auto path = entries::kept_entries(place, "/home/anna/company.brimley", "anna", "").front().path;
+    {
+        const entries::EntryClaim claim(path);
+        EXPECT_TRUE(claim.is_held());
+        EXPECT_FALSE(entries::EntryClaim(path).is_held());
+        EXPECT_THAT(kept(), IsEmpty());
+    }
+    EXPECT_TRUE(entries::EntryClaim(path).is_held());
+    entries::remove_entry(path);
+    EXPECT_FALSE(entries::EntryClaim(path).is_held());
+}
+
 TEST_F(EntryFiles, InWhichNothingWasEnteredAreRemoved) {
     EntryFile(place).append(entries::line_of(head_of()) + entries::line_of(kNew));
     EXPECT_THAT(kept(), IsEmpty());
