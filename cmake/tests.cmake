@@ -88,19 +88,19 @@ function(brimley_file_cases program)
         PROPERTIES LABELS night)
 endfunction()
 
-# brimley_server_cases(PROGRAM [PARTS n] [LEFT_OUT filter] [SANITIZED]): the cases once more, the companies on the tests' server,
-# without those that only hold for files. The sanitizers look at them where the engine itself is tested; the rest is theirs
-# on files.
+# brimley_server_cases(PROGRAM [PARTS n] [LEFT_OUT filter] [LEFT_TO_NIGHT filter] [SANITIZED]): the cases once more, the
+# companies on the tests' server, without those that only hold for files, and in every run without those that other tests
+# there stand for. The sanitizers look at them where the engine itself is tested; the rest is theirs on files.
 function(brimley_server_cases program)
-    cmake_parse_arguments(SERVER "SANITIZED" "PARTS;LEFT_OUT" "" ${ARGN})
+    cmake_parse_arguments(SERVER "SANITIZED" "PARTS;LEFT_OUT;LEFT_TO_NIGHT" "" ${ARGN})
     set(label LABELS plain)
     if(SERVER_SANITIZED)
         set(label "")
     endif()
     set(on_server FIXTURES_REQUIRED server ENVIRONMENT BRIMLEY_TEST_SERVER=${BRIMLEY_TEST_SERVER})
-    brimley_cases(server.${program} ${program} PARTS "${SERVER_PARTS}" OPTIONS "filter=-Night/*:${SERVER_LEFT_OUT}"
+    brimley_cases(server.${program} ${program} PARTS "${SERVER_PARTS}" OPTIONS "filter=-Night/*:${SERVER_LEFT_OUT}:${SERVER_LEFT_TO_NIGHT}"
         PROPERTIES ${on_server} ${label})
-    brimley_cases(night.server.${program} ${program} OPTIONS "filter=Night/*" seconds=1800 may_be_empty=yes
+    brimley_cases(night.server.${program} ${program} OPTIONS "filter=Night/*:${SERVER_LEFT_TO_NIGHT}" seconds=1800 may_be_empty=yes
         PROPERTIES ${on_server} LABELS night)
 endfunction()
 
