@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <ranges>
 #include <utility>
 
 #include "kernel/store/database.h"
@@ -425,7 +424,7 @@ void Connection::commit_with(const Entries& entries) {
     std::vector<std::vector<Parameter>> parameters;
     for (std::size_t at = 0; at < entries.size(); ++at) {
         std::vector<Parameter>& of_entry = parameters.emplace_back();
-        for (const Value& value : entries[at] | std::views::drop(1))
+        for (const Value& value : std::span(entries[at]).subspan(1))
             of_entry.push_back(dialect::parameter_of(value));
         of_entry.emplace_back(rests[at]);
     }
