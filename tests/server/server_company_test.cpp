@@ -28,8 +28,11 @@ using testing::small_catalog;
 
 class ServerCompany : public ::testing::Test {
   protected:
-    void create(const store::CompanyFiller& fill = {}) {
-        (void)store::create_company(database_.uri(), small_catalog(), fill);
+    // The server lets each connection with this option of its URI wait for a second.
+    static constexpr const char* kSlow = "&options=-c%20post_auth_delay%3D1";
+
+    void create(const store::CompanyFiller& fill = {}, const std::string& options = {}) {
+        (void)store::create_company(database_.uri() + options, small_catalog(), fill);
     }
     void expect_no_company(const std::string& why) {
         const auto error = error_of([&] { (void)store::open_company(database_.uri(), small_catalog()); });
@@ -143,16 +146,30 @@ TEST_F(ServerCompany, FailedCreateLeavesTheDatabaseToWhoeverMakesACompanyThere) 
         (void)store::open_company(database_.uri(), small_catalog());
 }
 
-// The server lets each connection of the slow ones wait for a second. All find no database; the first two try
-// to make it at the same moment, the last one when it is there; and before they go on the company has mostly
-// been made. Whoever is first, the others leave the company as it is.
+// The other desk has made it, and has left, before the first one can drop its database.
+TEST_F(ServerCompany, FailedCreateLeavesACompanyThatWasMadeThereMeanwhile) {
+    std::future<std::string> told;
+    expect_error(ErrorKind::constraint, [&] {
+        create(
+            [&](store::Database&) {
+                told = begin_to_make_elsewhere();
+                throw Error(ErrorKind::constraint, "made by the test");
+            },
+            kSlow);
+    });
+    ASSERT_EQ(told.get(), "");
+    (void)store::open_company(database_.uri(), small_catalog());
+}
+
+// All find no database; the first two of the slow ones try to make it at the same moment, the last one when
+// it is there; and before they go on the company has mostly been made. Whoever is first, the others leave the
+// company as it is.
 TEST_F(ServerCompany, OfSeveralWhoMakeItOneDoesAndTheOthersLeaveItAsItIs) {
-    constexpr int kSlow = 3;
+    constexpr int kSlowMakers = 3;
     std::vector<std::future<std::string>> slow;
-    for (int each = 0; each < kSlow; ++each) {
-        if (each == kSlow - 1) std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        slow.push_back(std::async(std::launch::async,
-                                  [this] { return make_elsewhere("&options=-c%20post_auth_delay%3D1"); }));
+    for (int each = 0; each < kSlowMakers; ++each) {
+        if (each == kSlowMakers - 1) std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        slow.push_back(std::async(std::launch::async, [this] { return make_elsewhere(kSlow); }));
     }
     EXPECT_TRUE(testing::comes_true_on_server(
         testing::server_uri("postgres"),

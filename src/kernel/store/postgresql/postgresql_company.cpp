@@ -218,6 +218,19 @@ bool create_database(PGconn* server, const std::string& name) {
     }
 }
 
+bool succeeds(PGconn* connection, const std::string& statement) {
+    return PQresultStatus(PostgresqlResult(PQexec(connection, statement.c_str())).get()) == PGRES_COMMAND_OK;
+}
+
+// True only when the server said so.
+bool holds_no_company(const std::string& uri, const std::string& database) {
+    const PostgresqlHandle connection = try_connect(uri, database.c_str());
+    const PostgresqlResult found(
+        PQexec(connection.get(),
+               fmt::format("SELECT FROM pg_namespace WHERE nspname = '{}'", kCompanySchema).c_str()));
+    return PQresultStatus(found.get()) == PGRES_TUPLES_OK && PQntuples(found.get()) == 0;
+}
+
 }  // namespace
 
 std::string shown_company(const std::string& uri) {
@@ -294,18 +307,28 @@ void CompanyInTheMaking::give_up() noexcept {
     drop_database();
 }
 
+// Somebody else may have made a company there meanwhile, or may be about to: it must not go with the
+// database. Whoever is connected is left alone. After that the database is put out of reach, under another
+// name, before it is looked into for the last time.
 void CompanyInTheMaking::drop_database() noexcept {
     if (made_database_.empty()) return;
     const PostgresqlHandle server = try_connect(uri_, kMaintenanceDatabase);
-    // Who has connected since may be making a company there; the server would wait until that is done, and
-    // then drop it.
+    const auto rename = [&](const std::string& from, const std::string& to) {
+        return succeeds(server.get(),
+                        fmt::format("ALTER DATABASE {} RENAME TO {}", quoted_name(from), quoted_name(to)));
+    };
     const std::string others = fmt::format(
         "SELECT 1 FROM pg_stat_activity WHERE datname = {} AND pid <> {} AND backend_type IS "
         "DISTINCT FROM 'autovacuum worker'",
         postgresql_text(made_database_), process_);
     if (PQntuples(PostgresqlResult(PQexec(server.get(), others.c_str())).get()) > 0) return;
-    const PostgresqlResult gone(
-        PQexec(server.get(), ("DROP DATABASE " + quoted_name(made_database_)).c_str()));
+    if (!holds_no_company(uri_, made_database_)) return;
+    const std::string out_of_reach = fmt::format("brimley_being_removed_{}", PQbackendPID(server.get()));
+    if (!rename(made_database_, out_of_reach)) return;
+    if (holds_no_company(uri_, out_of_reach))
+        (void)succeeds(server.get(), "DROP DATABASE " + quoted_name(out_of_reach));
+    else
+        (void)rename(out_of_reach, made_database_);
 }
 
 }  // namespace brimley::store
