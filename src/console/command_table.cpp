@@ -43,6 +43,7 @@ const std::vector<Console::CommandEntry>& Console::command_table() {
         {"columns", "GRID", "prints the columns and how they look", &Console::do_columns},
         {"pressed", "ID", "prints whether a command is pressed", &Console::do_pressed},
         {"sql", "QUERY", "prints the rows of a query", &Console::do_sql},
+        {"why", "", "prints why the last act that failed was not stored", &Console::do_why},
         {"expect", "...", "checks what is shown or has happened; see help expect", &Console::do_expect},
         {"quit", "", "ends the console; what a script says after it is not read", &Console::do_quit},
     };

@@ -104,6 +104,7 @@ class Console {
     void do_columns(Arguments& arguments);
     void do_pressed(Arguments& arguments);
     void do_sql(Arguments& arguments);
+    void do_why(Arguments& arguments);
     [[nodiscard]] store::Recordset query(const std::string& text);
 
     // expect_commands.cpp: checks

@@ -14,10 +14,20 @@ namespace brimley::console {
 
 using kernel::visible_text;
 
-void ConsoleDesk::message(const std::string& text) {
+void ConsoleDesk::tell(const std::string& text) {
     out_ << "message: " << visible_text(text) << '\n';
     happenings_.messages.push_back(text);
+}
+
+void ConsoleDesk::message(const std::string& text) {
+    tell(text);
     if (screen_ != nullptr) screen_->message(text);
+}
+
+void ConsoleDesk::failure(const std::string& text, const std::vector<kernel::Reason>& why) {
+    if (!text.empty()) tell(text);
+    why_failed_ = why;
+    if (screen_ != nullptr) screen_->failure(text, why);
 }
 
 bool ConsoleDesk::answer_to(const std::string& shown, const std::string& text) {

@@ -38,6 +38,7 @@ class ConsoleDesk : public frame::Desk {
     explicit ConsoleDesk(std::ostream& out) : out_(out) {}
 
     void message(const std::string& text) override;
+    void failure(const std::string& text, const std::vector<kernel::Reason>& why) override;
     // Throws ScriptFault when no answer is queued and nobody is there to ask.
     [[nodiscard]] bool question(const std::string& text, const std::string& title) override;
     [[nodiscard]] store::DateTime now() override;
@@ -55,6 +56,8 @@ class ConsoleDesk : public frame::Desk {
     void notified(const std::string& formx, const std::string& docnox, const std::string& arg2);
     void refused(const std::string& name, const char* why);
     [[nodiscard]] Happenings& happenings() { return happenings_; }
+    // Why the last act that failed was not stored.
+    [[nodiscard]] const std::vector<kernel::Reason>& why_failed() const { return why_failed_; }
 
     std::deque<bool> answers;
     std::optional<store::DateTime> stopped_clock;
@@ -78,12 +81,14 @@ class ConsoleDesk : public frame::Desk {
     [[nodiscard]] const std::vector<std::shared_ptr<frame::Form>>& open_forms() const { return open_forms_; }
 
   private:
+    void tell(const std::string& text);
     [[nodiscard]] bool answer_to(const std::string& shown, const std::string& text);
 
     std::ostream& out_;
     frame::Desk* screen_ = nullptr;
     bool answer_at_hand_ = false;
     Happenings happenings_;
+    std::vector<kernel::Reason> why_failed_;
     std::vector<std::shared_ptr<frame::Form>> open_forms_;  // oldest first
     std::shared_ptr<frame::Form> current_;
 };

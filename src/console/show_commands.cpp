@@ -95,6 +95,12 @@ void Console::do_pressed(Arguments& arguments) {
     fmt::print(out_, "{} {}\n", id, state);
 }
 
+void Console::do_why(Arguments& /*arguments*/) {
+    if (desk_.why_failed().empty()) out_ << "why: nothing is known\n";
+    for (const kernel::Reason& reason : desk_.why_failed())
+        out_ << "why: " << visible_text(kernel::told(reason)) << '\n';
+}
+
 store::Recordset Console::query(const std::string& text) {
     if (!ap_.abcdb) throw ScriptFault("no company is open");
     try {

@@ -44,7 +44,21 @@ int DesktopDesk::show_box(QMessageBox& box) {
 
 void DesktopDesk::message(const std::string& text) {
     if (stand_in_ != nullptr) return;
+    if (on_failure) on_failure({});
     QMessageBox box(QMessageBox::NoIcon, {}, shown(text), QMessageBox::Ok, QApplication::activeWindow());
+    show_box(box);
+}
+
+// The reasons stand behind the button of the details: they are for whoever wants to know more.
+void DesktopDesk::failure(const std::string& text, const std::vector<kernel::Reason>& why) {
+    if (stand_in_ != nullptr) return;
+    if (!why.empty() && on_failure) on_failure(shown(why.back().said));
+    if (text.empty()) return;
+    QMessageBox box(QMessageBox::NoIcon, {}, shown(text), QMessageBox::Ok, QApplication::activeWindow());
+    QStringList details;
+    for (const kernel::Reason& reason : why)
+        details << shown(kernel::told(reason));
+    box.setDetailedText(details.join('\n'));
     show_box(box);
 }
 

@@ -22,6 +22,7 @@ class DesktopDesk : public frame::Desk {
     ~DesktopDesk() override;
 
     void message(const std::string& text) override;
+    void failure(const std::string& text, const std::vector<kernel::Reason>& why) override;
     [[nodiscard]] bool question(const std::string& text, const std::string& title) override;
     [[nodiscard]] store::DateTime now() override;
     void wait(std::chrono::milliseconds duration) override;
@@ -47,6 +48,9 @@ class DesktopDesk : public frame::Desk {
     std::function<void(FormWindow&)> take_away;
     // Called while a box is open, once, in place of the person who would answer it.
     std::function<void(QMessageBox&)> on_box;
+    // Called with the last reason why an act was not stored, before the box opens; empty, before any other
+    // message: it is over.
+    std::function<void(const QString& reason)> on_failure;
     // Called with each answer of the user.
     std::function<void(bool yes)> on_answer;
     // Answers in place of the user from now on, who sees no messages then, and gives the time; null: the user

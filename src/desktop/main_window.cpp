@@ -28,6 +28,7 @@ namespace brimley::desktop {
 namespace {
 
 constexpr int kToldFor = 8000;        // milliseconds
+constexpr int kWhyFor = 60000;        // why something was not stored
 constexpr double kShareOfArea = 0.9;  // of a form among others
 constexpr std::string_view kPayThisInvoice = "pay_this_invoice";
 
@@ -86,6 +87,10 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
     desk_.place = [this](FormWindow& window) {
         place_form(window);
         keep_entries_of(window);
+    };
+    desk_.on_failure = [this](const QString& reason) {
+        if (!reason.isEmpty()) return statusBar()->showMessage("Not stored: " + reason, kWhyFor);
+        if (statusBar()->currentMessage().startsWith("Not stored: ")) statusBar()->clearMessage();
     };
     desk_.on_answer = [this](bool yes) {
         if (EntryKeeper* const keeper = acting_keeper()) keeper->recorder().answered(yes);

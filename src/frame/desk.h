@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "kernel/carry_on.h"
 #include "kernel/outside.h"
 
 namespace brimley::frame {
@@ -11,6 +12,11 @@ class Form;
 
 class Desk : public kernel::Outside {
   public:
+    // An act was not stored: the message of the form, which may be empty (it says nothing then), and why,
+    // oldest first.
+    virtual void failure(const std::string& text, const std::vector<kernel::Reason>& /*why*/) {
+        if (!text.empty()) message(text);
+    }
     // The form appears, without blocking. The desk keeps it alive until form_closed.
     virtual void form_shown(std::shared_ptr<Form> form) = 0;
     // The form appears in a pane of its owner, which stays the one that the user works in.

@@ -126,6 +126,11 @@ class DocumentForm : public GridForm {
     // The same after a message: `missing` when no date was given, the kernel's words when it is no date.
     [[nodiscard]] std::optional<store::DateTime> required_date(const controls::DateField& field,
                                                                const std::string& missing);
+    // Reasons why something is not stored.
+    [[nodiscard]] static std::string no_date(const controls::TextField& field);
+    [[nodiscard]] static std::string changed_since_shown(const store::Recordset& header) {
+        return header.text("docno") + " has changed since it was shown.";
+    }
 
     // Every control whose name begins with one of the prefixes of fields, in upper or lower case.
     enum class FieldState { open, read_only };

@@ -34,6 +34,12 @@ class DocumentPart : public FormPart {
                                                                const std::string& missing) const {
         return form_.required_date(field, missing);
     }
+    [[nodiscard]] static std::string no_date(const controls::TextField& field) {
+        return DocumentForm::no_date(field);
+    }
+    [[nodiscard]] static std::string changed_since_shown(const store::Recordset& header) {
+        return DocumentForm::changed_since_shown(header);
+    }
     // The walk of the documents themselves, whatever is walked at the moment.
     [[nodiscard]] const DocumentWalk& documents() const { return form_.documents; }
     [[nodiscard]] store::Recordset rates_of_currency(const std::optional<store::DateTime>& until) const {

@@ -1,8 +1,14 @@
 // What a document on screen hands to the ledger.
+#include <fmt/format.h>
+
 #include "frame/document_form.h"
 #include "kernel/money.h"
 
 namespace brimley::frame {
+
+std::string DocumentForm::no_date(const controls::TextField& field) {
+    return fmt::format("{}: \"{}\" is no date", field.name(), field.text());
+}
 
 bool DocumentForm::draw_number(kernel::ModuleG3::TooLongMessage too_long) {
     const std::string& doctype = txtdoctype.text();

@@ -74,12 +74,18 @@ Refusal Form::press(int id) {
     if (!shown_ || pressed == nullptr || !pressed->enabled) return Refusal::disabled;
     if (!connected_for(id)) return Refusal::none;
     refused_for_rights_ = false;
+    if (kernel_) reasons_before_ = kernel_->reasons().count();
     if (controls_.listener() != nullptr) controls_.listener()->before_command(id);
     execute(id);
     tell_of_connection();
     if (controls_.listener() != nullptr)
         controls_.listener()->acted({.kind = controls::Act::Kind::press, .row = id});
     return refused_for_rights_ ? Refusal::disabled : Refusal::none;
+}
+
+void Form::tell_failure(const std::string& text) {
+    if (refused_for_rights_ || connection_state() == store::ConnectionState::in_doubt) return;
+    desk_.failure(text, kernel_ ? kernel_->reasons().since(reasons_before_) : std::vector<kernel::Reason>{});
 }
 
 bool Form::still_may_update() {

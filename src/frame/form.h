@@ -148,15 +148,16 @@ class Form : public std::enable_shared_from_this<Form> {
     void tell(const std::string& text) { desk_.message(text); }
     // Shows the message and returns false, as a check that has failed does.
     [[nodiscard]] bool refuse(const std::string& text) {
+        if (kernel_) (void)kernel_->refuse(text);
         tell(text);
         return false;
     }
-    // For an act that was not stored. When it is not known whether it was, the command's end reports that
-    // instead; and an act without the right to it is refused without a message, as a disabled command is.
-    void tell_failure(const std::string& text) {
-        if (refused_for_rights_ || connection_state() == store::ConnectionState::in_doubt) return;
-        tell(text);
-    }
+    // Notes why an act is not stored, for whoever asks for more than its message, and returns false.
+    [[nodiscard]] bool fail(const std::string& why) { return kernel().refuse(why); }
+    // For an act that was not stored, with the reasons noted since the command began; empty: it has no
+    // message. When it is not known whether it was stored, the command's end reports that instead; and an act
+    // without the right to it is refused without a message, as a disabled command is.
+    void tell_failure(const std::string& text = {});
     [[nodiscard]] bool ask(const std::string& text, const std::string& title = {}) {
         return desk_.question(text, title);
     }
@@ -164,16 +165,14 @@ class Form : public std::enable_shared_from_this<Form> {
     // One step of a routine that runs with errors ignored.
     template <class Step>
     bool step(const char* name, Step&& action) {
-        return kernel_ && kernel::carry_on(kernel_->ignored_failures(), name, std::forward<Step>(action));
+        return kernel_ && kernel::carry_on(kernel_->reasons(), name, std::forward<Step>(action));
     }
 
     // How many steps have failed so far, including those within the kernel's routines, and the last one's
     // message.
-    [[nodiscard]] std::int64_t failed_steps() const {
-        return kernel_ ? kernel_->ignored_failures().count() : 0;
-    }
+    [[nodiscard]] std::int64_t failed_steps() const { return kernel_ ? kernel_->reasons().failures() : 0; }
     [[nodiscard]] std::string last_failure() const {
-        return kernel_ ? kernel_->ignored_failures().last_failure() : std::string{};
+        return kernel_ ? kernel_->reasons().last_failure() : std::string{};
     }
     // Whether the right to write that the user had when the form was opened is still theirs, as the company
     // says now. A form that does not ask for the right lets everybody write as before. False: the act is
@@ -244,6 +243,7 @@ class Form : public std::enable_shared_from_this<Form> {
     kernel::UserRights rights_;
     std::shared_ptr<Form> child_;
     bool refused_for_rights_ = false;  // the last act that writes
+    std::int64_t reasons_before_ = 0;  // the command that is being carried out, or was last
     bool loaded_ = false;
     bool shown_ = false;
     // Calls that were lost outside of commands, as far as this form has looked at them.

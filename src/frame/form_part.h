@@ -31,7 +31,8 @@ class FormPart {
     [[nodiscard]] Mode mode() const { return form_.mode(); }
 
     void tell(const std::string& text) const { form_.tell(text); }
-    void tell_failure(const std::string& text) const { form_.tell_failure(text); }
+    [[nodiscard]] bool fail(const std::string& why) const { return form_.fail(why); }
+    void tell_failure(const std::string& text = {}) const { form_.tell_failure(text); }
     // Shows the message and returns false, as a check that has failed does.
     [[nodiscard]] bool refuse(const std::string& text) const { return form_.refuse(text); }
     [[nodiscard]] bool still_may_update() const { return form_.still_may_update(); }

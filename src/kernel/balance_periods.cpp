@@ -118,7 +118,7 @@ bool ModuleG3::post_period_earnings(EarningsRow& period, const GlLine& line, boo
 bool ModuleG3::post_balance_period(Recordset& period_rows, const GlLine& line, Recordset& account_row,
                                    CurrentEarnings& earnings) {
     bool posted = false;
-    carry_on(ignored_failures_, "post_balance_period", [&] {
+    carry_on(reasons_, "post_balance_period", [&] {
         const std::string& accno = line.account.accno;
         if (accno == Current_Earnings_accno_) earnings.period.write();
         const auto edit = [&](store::FieldValues fields) { period_rows.edit_first(fields); };
@@ -174,7 +174,7 @@ void ModuleG3::add_period_rows(const AccountSegments& account, std::string_view 
 
 bool ModuleG3::create_foreign_balance_rows(std::string_view accno, std::string_view currency) {
     const auto open_years = read("SELECT * FROM Fiscalyear_table WHERE history = FALSE ORDER BY fyear");
-    if (open_years.at_eof()) return false;
+    if (open_years.at_eof()) return refuse("No fiscal year is open");
     const auto newest =
         read("SELECT MAX(fyear) as maxfyear FROM Balance_period_table WHERE ledgertype = 'A'");
     if (newest.at_eof()) {

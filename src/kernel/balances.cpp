@@ -39,16 +39,13 @@ bool stand_on_account(Recordset& account_rows, const std::string& accno) {
 }  // namespace
 
 void ModuleG3::tell_missing_balance(const GlLine& line) {
-    const auto config = read("SELECT * FROM COA_config_table");
-    if (config.at_eof()) return;
     const std::string& accno = line.account.accno;
-    if (config.text("Currency") == line.Currency) {
-        tell(fmt::format("Error! {} does not exist", accno));
-        return;
-    }
-    if (!account_currency_exists(accno, line.Currency)) {
-        tell(fmt::format("Error! account {} has not been set for {} currency", accno, line.Currency));
-    }
+    const auto config = read("SELECT * FROM COA_config_table");
+    if (!config.at_eof() && config.text("Currency") == line.Currency)
+        return tell(fmt::format("Error! {} does not exist", accno));
+    if (!config.at_eof() && !account_currency_exists(accno, line.Currency))
+        return tell(fmt::format("Error! account {} has not been set for {} currency", accno, line.Currency));
+    reasons_.refused(fmt::format("Account {} has no balance in {}", accno, line.Currency));
 }
 
 bool ModuleG3::resolve_current_earnings() {
@@ -67,6 +64,8 @@ bool ModuleG3::post_to_account(Recordset& balance_rows, const GlLine& line) {
         return edit_first_with_retry(balance_rows, fields, outside_, kBalanceRetries);
     });
     if (taken == RowTaken::there_is_none) tell_missing_balance(line);
+    if (taken == RowTaken::somebody_has_it)
+        return refuse(fmt::format("The balance of account {} is held by another user", line.account.accno));
     if (taken != RowTaken::yes) return false;
     add_to(balance_rows, "amount", line.amount);
     add_to(balance_rows, "base_amount", line.base_amount);
@@ -92,11 +91,11 @@ bool ModuleG3::post_current_earnings(EarningsRow& balance, const GlLine& line, b
 bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Recordset& account_rows,
                             CurrentEarnings& earnings) {
     bool posted = false;
-    carry_on(ignored_failures_, "post_balance", [&] {
+    carry_on(reasons_, "post_balance", [&] {
         const std::string& accno = line.account.accno;
         if (accno == Current_Earnings_accno_) earnings.balance.write();
         if (!post_to_account(balance_rows, line)) return;
-        if (!stand_on_account(account_rows, accno)) return;
+        if (!stand_on_account(account_rows, accno)) return reasons_.refused(no_account(accno));
         if (account_rows.text("acctype") == "Income Statement" && line.ledgertype == "A" &&
             !post_current_earnings(earnings.balance, line, account_rows.flag("debit"))) {
             return;
@@ -116,7 +115,7 @@ bool ModuleG3::post_balance(Recordset& balance_rows, const GlLine& line, Records
 }
 
 bool ModuleG3::write_current_earnings(CurrentEarnings& earnings) {
-    return carry_on(ignored_failures_, "write_current_earnings", [&] { earnings.write(); });
+    return carry_on(reasons_, "write_current_earnings", [&] { earnings.write(); });
 }
 
 void ModuleG3::prefetch_balance(Recordset& balance_rows, const LedgerKey& key) {
@@ -129,7 +128,8 @@ bool ModuleG3::add_balance_row(const AccountSegments& account, std::string_view 
     auto rows = find_to_change(
         "Balance_table",
         {{"company", "1"}, {"ledgertype", "F"}, {"accno", account.accno}, {"Currency", currency}});
-    if (!rows.at_eof()) return false;
+    if (!rows.at_eof())
+        return refuse(fmt::format("Account {} has a balance in {} already", account.accno, currency));
     rows.AddNew();
     rows.set("company", 1);
     rows.set("ledgertype", "F");

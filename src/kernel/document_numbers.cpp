@@ -28,13 +28,27 @@ std::string with_leading_zeros(std::int64_t number, std::size_t width) {
     return digits;
 }
 
+// "company 1, doctype ip".
+std::string shown_fields(store::FieldValues fields) {
+    std::string shown;
+    for (const auto& [name, value] : fields)
+        shown.append(shown.empty() ? "" : ", ").append(name).append(" ").append(value);
+    return shown;
+}
+
 }  // namespace
 
 RowTaken ModuleG3::take_number(const char* query, store::FieldValues counter, const char* field,
                                std::int64_t& number) {
     auto row = change(query);
     const RowTaken taken = edit_first_with_retry(row, counter, outside_, kCounterRetries);
-    if (taken != RowTaken::yes) return taken;
+    if (taken != RowTaken::yes) {
+        const bool is_held = taken == RowTaken::somebody_has_it;
+        reasons_.refused(fmt::format("{} counter {} of {}",
+                                     is_held ? "Another user holds the" : "There is no", field,
+                                     shown_fields(counter)));
+        return taken;
+    }
     const double next = row.number(field);
     row.set(field, next + 1);
     row.Update();
@@ -61,7 +75,7 @@ void ModuleG3::tell_missing_numbers(std::string_view doctype, std::string_view f
 std::optional<NextNumbers> ModuleG3::get_next_number(std::string_view company, std::string_view doctype,
                                                      std::string_view fiscal_year) {
     std::optional<NextNumbers> result;
-    carry_on(ignored_failures_, "get_next_number", [&] {
+    carry_on(reasons_, "get_next_number", [&] {
         NextNumbers next;
         const RowTaken taken = take_docno(company, doctype, fiscal_year, next.nextdocno);
         if (taken == RowTaken::there_is_none) tell_missing_numbers(doctype, fiscal_year);

@@ -10,7 +10,7 @@ bool ModuleG3::check_gl_document(store::Recordset& gl_lines, store::Recordset& a
     for (gl_lines.MoveFirst(); !gl_lines.at_eof(); gl_lines.MoveNext()) {
         const std::string accno = gl_lines.text("accno");
         account_rows.FindFirst({{"accno", accno}});
-        if (account_rows.NoMatch()) return false;
+        if (account_rows.NoMatch()) return refuse(no_account(accno));
         lines.push_back({accno, gl_lines.number("base_amount"), account_rows.flag("debit"),
                          account_rows.flag("inactive")});
         if (lines.back().inactive) break;  // reported below; the lines after it do not matter any more
@@ -36,14 +36,14 @@ bool ModuleG3::check_gl_document(const std::vector<CheckedLine>& lines) {
 
 bool ModuleG3::account_currency_exists(std::string_view accno, std::string_view currency) {
     bool found = false;
-    carry_on(ignored_failures_, "account_currency_exists", [&] {
+    carry_on(reasons_, "account_currency_exists", [&] {
         found = exists("Account_currency_table", {{"accno", accno}, {"Currency", currency}});
     });
     return found;
 }
 
 bool ModuleG3::add_account_currency(std::string_view accno, std::string_view currency) {
-    if (accno.empty()) return false;
+    if (accno.empty()) return refuse(no_account(accno));
     auto rows = find_to_change("Account_currency_table", {{"accno", accno}});
     rows.FindFirst({{"currency", currency}});
     if (rows.NoMatch()) {

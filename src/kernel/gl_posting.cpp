@@ -162,7 +162,8 @@ GlLine GlPosting::new_line(const CurrencySum& amounts) const {
 }
 
 bool GlPosting::write_line(std::string_view accno, const CurrencySum& amounts) {
-    if (!lines_.find_account(accno) || !lines_.write(new_line(amounts))) return false;
+    if (!lines_.find_account(accno)) return kernel_.refuse(no_account(accno));
+    if (!lines_.write(new_line(amounts))) return false;
     ++next_lineno_;
     return true;
 }
@@ -186,7 +187,7 @@ bool GlPosting::write_rounding() {
 
 bool GlPosting::finish() {
     if (!lines_.finish()) return false;
-    return with_retry(kernel_.outside(), [&] { header_row_.Update(); });
+    return with_retry(kernel_, [&] { header_row_.Update(); });
 }
 
 }  // namespace brimley::kernel

@@ -23,7 +23,9 @@ class Reversing {
     bool run() {
         auto lines = kernel_.read(fmt::format(
             "SELECT * FROM GL_transaction_table WHERE fkey = {} ORDER BY lineno", quoted(reversal_.fkey)));
-        if (lines.at_eof()) return rules_.ways.without_lines == GlWithoutLines::succeeds;
+        if (lines.at_eof())
+            return rules_.ways.without_lines == GlWithoutLines::succeeds ||
+                   kernel_.refuse(fmt::format("No GL document has the key \"{}\"", reversal_.fkey));
         const auto period = period_of_reverse();
         if (!period) return false;
         return is_in_document(*period) ? reverse_in_same(lines) : reverse_in_new(lines, *period);
@@ -55,17 +57,19 @@ class Reversing {
         return kernel_.find_to_change("GL_header_table", {{"fkey", reversal_.fkey}});
     }
 
-    [[nodiscard]] bool edit(Recordset& row) {
-        return with_retry(kernel_.outside(), [&] { row.Edit(); });
+    [[nodiscard]] bool take(Recordset& header) {
+        if (header.at_eof())
+            return kernel_.refuse(fmt::format("The GL document \"{}\" has no header", reversal_.fkey));
+        return with_retry(kernel_, [&] { header.Edit(); });
     }
 
     [[nodiscard]] bool update(Recordset& row) {
-        return with_retry(kernel_.outside(), [&] { row.Update(); });
+        return with_retry(kernel_, [&] { row.Update(); });
     }
 
     [[nodiscard]] bool reopen_old_header() {
         header_ = old_header();
-        if (header_.at_eof() || !edit(header_)) return false;
+        if (!take(header_)) return false;
         set_description(reversal_.edited ? rules_.texts.edited : rules_.texts.voided);
         header_.set("Reverse", true);
         return update(header_);
@@ -144,7 +148,7 @@ class Reversing {
 
     [[nodiscard]] bool mark_old_header_reversed() {
         auto old = old_header();
-        if (old.at_eof() || !edit(old)) return false;
+        if (!take(old)) return false;
         old.set("Reverse", true);
         old.set("remark", "Reversed by " + header_.text("docno"));
         return update(old);

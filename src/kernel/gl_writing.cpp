@@ -46,7 +46,7 @@ bool GlLineWriter::find_account(std::string_view accno) {
 
 bool GlLineWriter::write(const GlLine& line) {
     fill_row(line);
-    if (!with_retry(kernel_.outside(), [&] { line_rows_.Update(); })) return false;
+    if (!with_retry(kernel_, [&] { line_rows_.Update(); })) return false;
     if (line.ledgertype == "F" && !open_account_for_currency(line)) return false;
     if (!kernel_.post_balance(balance_rows_, line, account_rows_, earnings_) ||
         !kernel_.post_balance_period(period_rows_, line, account_rows_, earnings_)) {

@@ -48,17 +48,18 @@ struct GlNumber {
 inline constexpr int kGlWriteRetries = 5;
 
 // Carries out Edit or Update of one row, waiting for a row that somebody else holds. False when every try
-// failed; a failure that spoils the transaction goes through, since waiting does not help.
+// failed, with the last failure as the reason; one that spoils the transaction goes through, since waiting
+// does not help.
 template <class Write>
-[[nodiscard]] bool with_retry(Outside& outside, Write&& write) {
+[[nodiscard]] bool with_retry(ModuleG3& kernel, Write&& write) {
     for (int tries = 0;; ++tries) {
         try {
             write();
             return true;
         } catch (const store::Error& failure) {
             if (failure.spoils_transaction()) throw;
-            if (tries == kGlWriteRetries) return false;
-            outside.wait(kLockRetryWait);
+            if (tries == kGlWriteRetries) return kernel.refuse(failure.what());
+            kernel.outside().wait(kLockRetryWait);
         }
     }
 }

@@ -5,8 +5,14 @@
 namespace brimley::kernel {
 
 void ModuleG3::tell(const std::string& text) {
+    reasons_.refused(text);
     outside_.pump();
     outside_.message(text);
+}
+
+bool ModuleG3::refuse(const std::string& why) {
+    reasons_.refused(why);
+    return false;
 }
 
 namespace {
@@ -34,6 +40,8 @@ RowTaken edit_first_with_retry(store::Recordset& rows, store::FieldValues fields
     }
     return taken ? RowTaken::yes : RowTaken::somebody_has_it;
 }
+
+std::string no_account(std::string_view accno) { return fmt::format("Account {} does not exist", accno); }
 
 AccountSegments segments_of(const store::Recordset& account_row) {
     AccountSegments account;

@@ -72,7 +72,10 @@ class ModuleG3 {
     [[nodiscard]] store::Database& database() { return *database_; }
     [[nodiscard]] const std::shared_ptr<store::Database>& shared_database() const { return database_; }
     [[nodiscard]] Outside& outside() { return outside_; }
-    [[nodiscard]] IgnoredFailures& ignored_failures() { return ignored_failures_; }
+    // Why things were not done since this object exists, for whoever is asked.
+    [[nodiscard]] Reasons& reasons() { return reasons_; }
+    // Notes why, without a message, and returns false.
+    [[nodiscard]] bool refuse(const std::string& why);
 
     // --- periods (periods.cpp) ---
 
@@ -151,7 +154,7 @@ class ModuleG3 {
     [[nodiscard]] std::string parameter_account(std::string_view module, std::string_view parameter_name);
 
     [[nodiscard]] std::string get_computer_name() { return outside_.computer_name(); }
-    // Lets the host handle its events, then shows the message.
+    // Lets the host handle its events, then shows the message, which is also noted as a reason.
     void tell(const std::string& text);
 
     // --- queries (lookups.cpp) ---
@@ -197,7 +200,7 @@ class ModuleG3 {
 
     std::shared_ptr<store::Database> database_;
     Outside& outside_;
-    IgnoredFailures ignored_failures_;
+    Reasons reasons_;
     std::string Current_Earnings_accno_;
     std::optional<PeriodColumns> period_columns_;
 };
@@ -207,6 +210,8 @@ class ModuleG3 {
 // as held. Any failure but a lock is thrown: waiting would not help.
 [[nodiscard]] RowTaken edit_first_with_retry(store::Recordset& rows, store::FieldValues fields,
                                              Outside& outside, int retries);
+// Why nothing is posted to an account that the chart does not have.
+[[nodiscard]] std::string no_account(std::string_view accno);
 // The account that the row of Account_master_table names, with its segments.
 [[nodiscard]] AccountSegments segments_of(const store::Recordset& account_row);
 // 1 for a debit-natured account, -1 for the others.

@@ -10,7 +10,10 @@ const AuthorityAccounts::Accounts* AuthorityAccounts::find(const std::string& au
 
 std::optional<AuthorityAccounts::Accounts> AuthorityAccounts::look_up(const std::string& authority) const {
     const auto row = kernel_.find("Tax_authority_table", {{"tax_authority", authority}});
-    if (row.at_eof()) return std::nullopt;
+    if (row.at_eof()) {
+        (void)kernel_.refuse("Tax authority " + authority + " does not exist");
+        return std::nullopt;
+    }
     return Accounts{row.field("acc_recoverable"), row.field("acc_expense")};
 }
 

@@ -18,7 +18,7 @@ class AuthorityAccounts {
     };
     explicit AuthorityAccounts(ModuleG3& kernel) : kernel_(kernel) {}
 
-    // Null for an authority that is not known.
+    // Null, with a reason noted, for an authority that is not known.
     [[nodiscard]] const Accounts* find(const std::string& authority);
 
   private:

@@ -192,13 +192,11 @@ void PaymentForm::preview() {
 }
 
 bool PaymentForm::as_shown(const Recordset& header) {
-    return state_of(header) == shown_state_ ||
-           refuse(header.text("docno") + " has changed since it was shown.");
+    return state_of(header) == shown_state_ || refuse(changed_since_shown(header));
 }
 
 bool PaymentForm::posted_as_shown(const Recordset& header) {
-    return header.text("GLFKEY") == txtglfkey.text() ||
-           refuse(header.text("docno") + " has changed since it was shown.");
+    return header.text("GLFKEY") == txtglfkey.text() || refuse(changed_since_shown(header));
 }
 
 // --- void ---
@@ -223,7 +221,7 @@ void PaymentForm::void_payment() {
 
 bool PaymentForm::write_void() {
     auto header = stored_header();
-    if (header.at_eof()) return false;
+    if (header.at_eof()) return fail(txtdocno.text() + " is not there any more");
     header.Edit();
     // The box on screen may be older than what another desk has done.
     if (header.flag("void")) return refuse(txtdocno.text() + " was void.");
@@ -259,7 +257,10 @@ bool PaymentForm::Update_record() {
 
 std::optional<Recordset> PaymentForm::header_to_edit() {
     auto header = stored_header();
-    if (header.at_eof()) return std::nullopt;
+    if (header.at_eof()) {
+        (void)fail(txtdocno.text() + " is not there any more");
+        return std::nullopt;
+    }
     header.Edit();
     // It may have been voided since the edit began, or reached by Next or Previous in Edit.
     const bool may_be_edited = (!header.flag("void") || refuse(header.text("docno") + " was void")) &&

@@ -9,7 +9,7 @@ PaymentLedger::PaymentLedger(PaymentForm& form) : DocumentPart(form), form_(form
 
 bool PaymentLedger::insert_GL_record(const std::string& vendor_no, const Gather& gather) {
     const auto payment_date = date_in(form_.txtpaydate);
-    if (!payment_date) return false;
+    if (!payment_date) return fail(no_date(form_.txtpaydate));
     kernel::GlDocument document = gl_document(*payment_date);
     document.vendor_no = vendor_no;
     if (form_.cmbexrate.empty()) document.rate_doc_to_base.reset();

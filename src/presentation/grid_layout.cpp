@@ -88,9 +88,7 @@ int column_of_row(const Grid& grid, const Recordset& row, std::size_t place) {
 template <class Change>
 void change_rows(const char* what, const Grid& grid, kernel::ModuleG3& kernel, const std::string& query,
                  const Change& change) {
-    const auto step = [&](const auto& action) {
-        return kernel::carry_on(kernel.ignored_failures(), what, action);
-    };
+    const auto step = [&](const auto& action) { return kernel::carry_on(kernel.reasons(), what, action); };
     step([&] {
         auto rows = kernel.change(query);
         for (std::size_t place = 0; !rows.at_eof(); ++place, rows.MoveNext()) {

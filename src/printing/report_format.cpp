@@ -92,7 +92,7 @@ PageSize page_size_of(const Paper& paper) {
 std::optional<ReportFormat> read_report_format(kernel::ModuleG3& kernel, std::string_view user,
                                                std::string_view form_name) {
     std::optional<ReportFormat> format;
-    kernel::carry_on(kernel.ignored_failures(), "read the report's format", [&] {
+    kernel::carry_on(kernel.reasons(), "read the report's format", [&] {
         const store::Recordset row =
             kernel.find("Report_format_table", {{"user", user}, {"form_name", form_name}});
         if (!row.at_eof()) format = format_of(row);

@@ -8,7 +8,7 @@ namespace brimley::revaluation {
 RevaluationPosting::RevaluationPosting(APform_revalue& form) : DocumentPart(form), form_(form) {}
 
 bool RevaluationPosting::insert_GL_record(store::DateTime gldate) {
-    if (!form_.ledger_summary.stands_on_account()) return false;  // nothing to post
+    if (!form_.ledger_summary.stands_on_account()) return fail("There is nothing to post");
     kernel::GlPosting posting(kernel(), kernel::gl_rules(kernel::GlForm::revaluation), document(gldate));
     if (!posting.open() || !add_summary(posting) || !posting.write_lines() || !posting.finish()) return false;
     if (!insert_GL_reverse_revalue(posting.fkey())) return false;
@@ -27,7 +27,8 @@ kernel::GlDocument RevaluationPosting::document(store::DateTime gldate) const {
 bool RevaluationPosting::add_summary(kernel::GlPosting& posting) const {
     for (const SummaryRow& row : form_.ledger_summary.read()) {
         const auto debit = kernel().look_up("Account_master_table", {{"accno", row.accno}}, "debit");
-        if (!debit || !row.has_amount()) return false;
+        if (!debit) return fail(kernel::no_account(row.accno));
+        if (!row.has_amount()) return fail("No amount for account " + row.accno);
         const double amount = row.amount() * kernel::side_of(debit->flag());
         posting.add(row.accno, amount, amount);
     }

@@ -26,7 +26,7 @@ void RevaluationSave::set_doctype() {
 
 store::DateTime RevaluationSave::date_of(const controls::TextField& field) const {
     const auto date = date_in(field);
-    if (!date) throw std::runtime_error(fmt::format("{}: \"{}\" is no date", field.name(), field.text()));
+    if (!date) throw std::runtime_error(no_date(field));
     return *date;
 }
 
@@ -64,7 +64,7 @@ bool RevaluationSave::write_selection() {
     for (int row = 0; row <= form_.run.highest_selection_row; ++row) {
         const SelectionRow selected = form_.run.selection_row(row);
         if (selected.currency.empty()) continue;
-        if (selected.names_vendor() && selected.vendor_no.empty()) return false;
+        if (selected.names_vendor() && selected.vendor_no.empty()) return fail("A selection names no vendor");
         add_row(rows);
         rows.set("Currency", selected.currency);
         rows.set("Rate", selected.rate);

@@ -23,6 +23,7 @@ class ServerWindow : public ::testing::Test {
         window = std::make_unique<desktop::MainWindow>(options, desktop::MainWindow::Memory::none);
         window->desk().on_box = [this](QMessageBox& box) {
             boxes.push_back(box.text().toStdString());
+            details = box.detailedText().toStdString();
             box.button(QMessageBox::Ok)->click();
         };
         window->show();
@@ -44,6 +45,7 @@ class ServerWindow : public ::testing::Test {
     opening::HostOptions options;
     std::unique_ptr<desktop::MainWindow> window;
     std::vector<std::string> boxes;
+    std::string details;  // of the last one
 };
 
 TEST_F(ServerWindow, EntryOfAProgramThatWasKilledIsTakenUpAgain) {
@@ -88,6 +90,11 @@ TEST_F(ServerWindow, SaysAtOpeningThatTheCompanyCanOnlyBeRead) {
     open();
     EXPECT_EQ(state(), "postgresql://" + server.folder() +
                            "/books is on a server that takes no changes, and can only be read");
+    enter(form(), {.lines = {{"5000", "", "gross amount", "75.00"}}});
+    press(101);
+    ASSERT_FALSE(boxes.empty());
+    EXPECT_EQ(boxes.back(), "Add new Invoice failed");
+    EXPECT_NE(details.find("read-only transaction"), std::string::npos) << details;
 }
 
 TEST_F(ServerWindow, OffersAfterAMomentNotToWaitAnyLonger) {

@@ -187,13 +187,13 @@ TEST_F(SharedCounter, FailureThatNoWaitingHelpsIsNotWaitedFor) {
         kernel::ModuleG3 faulty_kernel(faulty_company.database, outside);
         bool taken = false;
         for (int call = 1; call < 20 && !taken; ++call) {
-            const auto failures = faulty_kernel.ignored_failures().count();
+            const auto failures = faulty_kernel.reasons().failures();
             faulty_company.workspace->BeginTrans();
             faults->arm(call, true);
             taken = faulty_kernel.get_next_number("1", "ip", "2026").has_value();
             faults->disarm();
             faulty_company.workspace->Rollback();
-            EXPECT_EQ(faulty_kernel.ignored_failures().count(), failures + (taken ? 0 : 1));
+            EXPECT_EQ(faulty_kernel.reasons().failures(), failures + (taken ? 0 : 1));
         }
         EXPECT_TRUE(taken);
     }

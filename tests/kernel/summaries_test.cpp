@@ -1,5 +1,6 @@
 #include "kernel/summaries.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "kernel/carry_on.h"
@@ -8,6 +9,8 @@ namespace brimley::testing {
 
 using kernel::add_to_account_summary;
 using kernel::add_to_currency_summary;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 TEST(Summaries, AmountsOfAnAccountAddUpAndAreRoundedAtEachStep) {
     std::vector<kernel::AccountSum> summary;
@@ -54,30 +57,41 @@ TEST(Summaries, FiftyEntriesFitAndTheNextIsAnError) {
 // --- carrying on
 
 TEST(CarryOn, FailureIsNotedAndTheNextStatementRuns) {
-    kernel::IgnoredFailures log;
+    kernel::Reasons log;
     EXPECT_FALSE(kernel::carry_on(log, "first", [] { throw std::runtime_error("no table"); }));
     bool ran = false;
     EXPECT_TRUE(kernel::carry_on(log, "second", [&] { ran = true; }));
     EXPECT_TRUE(ran);
-    ASSERT_EQ(log.steps().size(), 1U);
-    EXPECT_EQ(log.steps().front(), "first: no table");
+    EXPECT_THAT(log.since(0), ElementsAre(kernel::Reason{"first", "no table"}));
 }
 
 TEST(CarryOn, OwnMistakesGoThrough) {
-    kernel::IgnoredFailures log;
+    kernel::Reasons log;
     EXPECT_THROW(kernel::carry_on(log, "mistake", [] { throw std::logic_error("ours"); }), std::logic_error);
     EXPECT_THROW(kernel::carry_on(log, "memory", [] { throw std::bad_alloc(); }), std::bad_alloc);
 }
 
 TEST(CarryOn, LastFiftyFailuresAreKept) {
-    kernel::IgnoredFailures log;
+    kernel::Reasons log;
     for (int i = 1; i <= 60; ++i)
-        log.note("step", std::to_string(i));
-    EXPECT_EQ(log.steps().size(), 50U);
-    EXPECT_EQ(log.steps().front(), "step: 11");
-    EXPECT_EQ(log.steps().back(), "step: 60");
-    EXPECT_EQ(log.count(), 60);
+        log.failed("step", std::to_string(i));
+    const std::vector<kernel::Reason> kept = log.since(0);
+    ASSERT_EQ(kept.size(), 50U);
+    EXPECT_EQ(kept.front(), (kernel::Reason{"step", "11"}));
+    EXPECT_EQ(kept.back(), (kernel::Reason{"step", "60"}));
+    EXPECT_EQ(log.failures(), 60);
     EXPECT_EQ(log.last_failure(), "60");
+}
+
+TEST(CarryOn, RefusalIsAReasonButNoFailure) {
+    kernel::Reasons log;
+    log.failed("step", "before");
+    const std::int64_t before = log.count();
+    EXPECT_THAT(log.since(before), IsEmpty());
+    log.refused("no account");
+    EXPECT_THAT(log.since(before), ElementsAre(kernel::Reason{"", "no account"}));
+    EXPECT_EQ(log.failures(), 1);
+    EXPECT_EQ(log.last_failure(), "before");
 }
 
 }  // namespace brimley::testing

@@ -142,7 +142,7 @@ TEST_P(WriterFaults, DocumentThatIsNotBalancedNeverPasses) {
         user.faults->kind = GetParam().kind;
         user.faults->arm(nth, GetParam().for_good);
         kernel::ModuleG3 its_kernel(user.open.database, outside);
-        const bool passed = kernel::carry_on(its_kernel.ignored_failures(), "check", [&] {
+        const bool passed = kernel::carry_on(its_kernel.reasons(), "check", [&] {
             auto lines = its_kernel.read(std::string("SELECT * FROM GL_transaction_table WHERE fkey = ") +
                                          store::quoted(fkey));
             auto accounts = its_kernel.change("SELECT * FROM Account_master_table");
@@ -168,7 +168,7 @@ TEST_P(WriterFaults, RightsThatCannotBeReadAreNone) {
         user.faults->arm(nth, GetParam().for_good);
         kernel::ModuleG3 its_kernel(user.open.database, outside);
         kernel::UserRights rights{true, true, true};
-        const bool read = kernel::carry_on(its_kernel.ignored_failures(), "rights",
+        const bool read = kernel::carry_on(its_kernel.reasons(), "rights",
                                            [&] { its_kernel.get_user_rights("f", "anna", rights); });
         reached = user.faults->calls >= nth;
         EXPECT_EQ(read, !reached);

@@ -187,7 +187,7 @@ TEST_F(StoredFormat, ColoursKeepTheirLowTwentyFourBits) {
 
 TEST_F(StoredFormat, OneThatCannotBeReadIsNoneAndIsNoted) {
     EXPECT_FALSE(read_report_format(kernel, "an'na", "APreport_aging"));
-    EXPECT_EQ(kernel.ignored_failures().count(), 1);
+    EXPECT_EQ(kernel.reasons().failures(), 1);
     EXPECT_TRUE(messages().empty());
 }
 

@@ -30,7 +30,7 @@ InvoicePosting::InvoicePosting(APform_invoice& form) : DocumentPart(form), form_
 bool InvoicePosting::insert_GL_record(const std::string& ap_accno, const std::vector<InvoiceLine>& lines) {
     // The date of a new document has been checked; an edited one may have been stored without one.
     const auto invoice_date = date_in(form_.txtinvdate);
-    if (!invoice_date) return false;
+    if (!invoice_date) return fail(no_date(form_.txtinvdate));
     kernel::GlDocument document = gl_document(*invoice_date);
     const double rate = document.rate_doc_to_base.value_or(0);
     Entry entry{{kernel(), kernel::gl_rules(kernel::GlForm::invoice), std::move(document)},

@@ -42,9 +42,11 @@ bool InvoiceUpdate::made_here() const { return form_.txtsource.text() == kSource
 bool InvoiceUpdate::write(const CheckedEntry& entry) {
     if (made_here() && !form_.posting.insert_GL_reverse()) return false;
     auto header = form_.stored.take_header();
-    if (!header || !form_.stored.posted_as_shown(*header)) return false;
+    if (!header) return false;
+    if (!form_.stored.posted_as_shown(*header)) return fail(changed_since_shown(*header));
     // An edit opens every amount again; the document may have been voided or paid since it was begun.
-    if (header->flag("void") || header->flag("paid") || header->flag("fully_paid")) return false;
+    if (header->flag("void")) return fail(header->text("docno") + " was voided");
+    if (header->flag("paid") || header->flag("fully_paid")) return fail(header->text("docno") + " was paid");
     fill_header(*header, entry);
     if (!made_here()) {
         pass_terms_to_lines(*header);

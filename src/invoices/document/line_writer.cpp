@@ -28,7 +28,7 @@ bool LineWriter::insert_new_record_transaction(Recordset& header, const std::vec
             if (!write_line(rows, header, line, ap_accno)) return false;
             line_stored = true;
         } else if (!line.description.empty()) {
-            if (!line_stored) return false;
+            if (!line_stored) return fail("A description stands before the first line with an amount");
             append_description(rows, line.description);
         }
     }

@@ -29,7 +29,7 @@ bool VoidAndHold::may_void() const {
 
 void VoidAndHold::void_invoice() {
     if (!may_void()) return;
-    if (!in_transaction("void_invoice", [this] { return write_void(); })) return;
+    if (!in_transaction("void_invoice", [this] { return write_void(); })) return tell_failure();
     form_.chkvoid.set(1);
     tell("Invoice " + form_.txtdocno.text() + " is void.");
 }
@@ -38,7 +38,8 @@ void VoidAndHold::void_invoice() {
 bool VoidAndHold::write_void() {
     if (!form_.posting.insert_GL_reverse()) return false;
     auto header = form_.stored.take_header();
-    if (!header || !form_.stored.posted_as_shown(*header)) return false;
+    if (!header) return false;
+    if (!form_.stored.posted_as_shown(*header)) return fail(changed_since_shown(*header));
     // The boxes on screen may be older than what another desk has done.
     const int paid = header->flag("fully_paid") ? 1 : header->flag("paid") ? 2 : 0;
     if (refuses_void(header->flag("void"), paid)) return false;

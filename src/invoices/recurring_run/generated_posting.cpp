@@ -1,5 +1,7 @@
 #include "invoices/recurring_run/generated_posting.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace brimley::invoices {
@@ -49,7 +51,10 @@ kernel::GlDocument GeneratedPosting::gl_document(const GeneratedInvoice& invoice
 
 std::string GeneratedPosting::account_of(const GeneratedInvoice& invoice) const {
     // Paid at once, it would be charged to a cash account, which nothing here supplies.
-    if (invoice.payment_term == kCashTerm) return {};
+    if (invoice.payment_term == kCashTerm) {
+        (void)fail(fmt::format("Payment term {} is paid at once, and no cash account is known", kCashTerm));
+        return {};
+    }
     const std::string ap_accno =
         kernel().look_up_text("Vendor_table", {{"vendor_no", invoice.vendor_no}}, "ap_accno");
     // A payable is meant; the words are the product's.

@@ -80,7 +80,8 @@ bool InvoiceGeneration::generate_all(const std::vector<MarkedTemplate>& marked) 
 
 bool InvoiceGeneration::generate_invoice(Run& run, const MarkedTemplate& row) {
     const auto recurring = kernel().find("AP_recur_header_table", {{"fkey", row.fkey}});
-    if (recurring.at_eof() || !find_payable_account(run, row.vendor_no)) return false;
+    if (recurring.at_eof()) return fail("The template is not there any more");
+    if (!find_payable_account(run, row.vendor_no)) return false;
     const auto invoice = begin_invoice(row, recurring);
     if (!invoice) return false;
     add_header(run, *invoice, recurring);

@@ -32,13 +32,14 @@ bool APform_void_check::is_picked(const Recordset& header) const {
 }
 
 bool APform_void_check::write_void(const CheckKind& kind) {
+    const std::string changed = "Check " + txtcheck.text() + " has changed since it was picked";
     auto header =
         kernel().find_to_change("Payment_header_table", {{"company", "1"}, {"docno", txtpaymentno.text()}});
     while (!header.at_eof() && !is_picked(header))
         header.MoveNext();
-    if (header.at_eof()) return false;
+    if (header.at_eof()) return fail(changed);
     header.Edit();
-    if (!is_picked(header)) return false;  // another desk was faster
+    if (!is_picked(header)) return fail(changed);  // another desk was faster
     header.CancelUpdate();
     const std::string fkey = header.text("fkey");
     txtfkey.set(fkey);
