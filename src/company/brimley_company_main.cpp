@@ -51,6 +51,7 @@ struct Arguments {
     std::vector<std::string> tables;
     std::optional<std::string> sealed;  // what seal printed
     bool sample = false;
+    bool half_year = false;
     bool starter = false;
     bool replace = false;
 };
@@ -80,6 +81,7 @@ void create(const Arguments& arguments) {
     using namespace company;
     CompanyContent content = EmptyCompany{};
     if (arguments.sample) content = SampleCompany{login_name()};
+    if (arguments.half_year) content = HalfYearCompany{login_name()};
     if (arguments.starter) content = StarterCompany{arguments.base_currency, arguments.year, login_name()};
     create_company_file(arguments.company, content);
 }
@@ -275,12 +277,15 @@ CLI::App* add_command(CLI::App& program, Arguments& arguments, const char* name,
 CLI::App* add_create(CLI::App& program, Arguments& arguments) {
     CLI::App* create = add_command(program, arguments, "create", "Make a company database");
     CLI::Option* sample = create->add_flag("--sample", arguments.sample, "load the sample company");
+    CLI::Option* half_year = create->add_flag("--half-year", arguments.half_year,
+                                              "load the sample company with the documents of half a year");
     CLI::Option* starter =
         create->add_flag("--starter", arguments.starter, "load the least that a real new company needs");
     CLI::Option* currency =
         create->add_option("--base-currency", arguments.base_currency, "its base currency");
     CLI::Option* year = create->add_option("--year", arguments.year, "its first fiscal year");
-    starter->excludes(sample)->needs(currency)->needs(year);
+    half_year->excludes(sample);
+    starter->excludes(sample)->excludes(half_year)->needs(currency)->needs(year);
     currency->needs(starter);
     year->needs(starter);
     return create;

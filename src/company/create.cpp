@@ -37,11 +37,14 @@ struct Filler {
     store::Database& database;
 
     void operator()(const EmptyCompany&) const {}
-    void operator()(const SampleCompany& sample) const {
-        import_folder(database, sample_company_folder(), {});
-        add_full_rights(database, sample.user);
-    }
+    void operator()(const SampleCompany& sample) const { add_sample("sample_company", sample.user); }
+    void operator()(const HalfYearCompany& sample) const { add_sample("half_year", sample.user); }
     void operator()(const StarterCompany& starter) const { add_starter(database, starter); }
+
+    void add_sample(const char* folder, const std::string& user) const {
+        import_folder(database, data_folder(folder), {});
+        add_full_rights(database, user);
+    }
 };
 
 void make_and_fill(const std::string& place, const CompanyContent& content, const store::Catalog& tables) {

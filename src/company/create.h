@@ -1,4 +1,5 @@
-// Makes a company database: an empty one, the sample company, or the start of a real one.
+// Makes a company database: an empty one, the sample company with or without documents, or the start of a
+// real one.
 //
 // Every new company has all tables and indexes and the Grid_property rows of every form and grid.
 #pragma once
@@ -19,6 +20,11 @@ struct SampleCompany {
     std::string user;
 };
 
+// The sample company after half a year of work (data/half_year.session), with full rights for `user`.
+struct HalfYearCompany {
+    std::string user;
+};
+
 // The least that a real new company needs, with full rights for `user`.
 struct StarterCompany {
     std::string base_currency;
@@ -26,7 +32,7 @@ struct StarterCompany {
     std::string user;
 };
 
-using CompanyContent = std::variant<EmptyCompany, SampleCompany, StarterCompany>;
+using CompanyContent = std::variant<EmptyCompany, SampleCompany, HalfYearCompany, StarterCompany>;
 
 // Makes the company and leaves it closed. Nobody sees it before it is whole. A failure leaves nothing behind;
 // a program that is killed leaves a hidden folder (company_draft.h) or, on a server, a database without a

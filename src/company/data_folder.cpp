@@ -27,14 +27,14 @@ std::vector<fs::path> data_folders() {
 
 }  // namespace
 
-fs::path sample_company_folder() {
+fs::path data_folder(const std::string& name) {
     const std::vector<fs::path> folders = data_folders();
     for (const fs::path& folder : folders) {
         std::error_code unknown;
-        const fs::path sample = folder / "sample_company";
-        if (fs::is_directory(sample, unknown)) return sample;
+        const fs::path wanted = folder / name;
+        if (fs::is_directory(wanted, unknown)) return wanted;
     }
-    throw std::runtime_error("there is no folder sample_company in " + folders.back().string());
+    throw std::runtime_error("there is no folder " + name + " in " + folders.back().string());
 }
 
 }  // namespace brimley::company

@@ -45,7 +45,7 @@ class NewCompanyDialog : public QDialog {
 
     [[nodiscard]] QString place() const { return place_.text().trimmed(); }
     [[nodiscard]] company::CompanyContent content(const std::string& user) const {
-        if (sample_.isChecked()) return company::SampleCompany{user};
+        if (sample_.isChecked()) return company::HalfYearCompany{user};
         return company::StarterCompany{typed(currency_.text().toUpper()),
                                        typed(QString::number(year_.value())), user};
     }
@@ -135,7 +135,7 @@ QString sample_company(const std::string& user) {
     const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     folder.mkpath(".");
     const QString path = folder.filePath("sample.brimley");
-    if (!QFileInfo::exists(path)) company::create_company_file(typed(path), company::SampleCompany{user});
+    if (!QFileInfo::exists(path)) company::create_company_file(typed(path), company::HalfYearCompany{user});
     return path;
 }
 

@@ -21,6 +21,8 @@ using ::testing::Contains;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
 using ::testing::SizeIs;
 
 class Create : public testing::CompanyTest {
@@ -120,6 +122,30 @@ TEST_F(Create, SampleAgreesWithItself) {
         sum += balances.number("amount") * (balances.flag("debit") ? 1 : -1);
     }
     EXPECT_NEAR(sum, 0, 0.001);
+}
+
+// What somebody sees who opens the program for the first time.
+TEST_F(Create, HalfYearHoldsDocumentsOfEveryKindAndAgrees) {
+    make_anew(company::HalfYearCompany{"zoe"});
+    EXPECT_THAT(findings(), IsEmpty());
+    const auto count = [&](const std::string& condition) {
+        return rows("SELECT fkey FROM " + condition).size();
+    };
+    EXPECT_THAT(rows("SELECT doctype FROM AP_header_table"), IsSupersetOf({"ip", "vcn", "vdn"}));
+    EXPECT_THAT(rows("SELECT Currency FROM AP_header_table"), IsSupersetOf({"USD", "EUR", "THB"}));
+    EXPECT_THAT(rows("SELECT doctype FROM Payment_header_table"), IsSupersetOf({"py", "pp", "pc", "mpy"}));
+    EXPECT_GE(count("AP_header_table") + count("Payment_header_table"), 60U);
+    EXPECT_EQ(count("AP_header_table WHERE void = TRUE"), 1U);
+    EXPECT_EQ(count("AP_header_table WHERE hold = TRUE"), 1U);
+    EXPECT_EQ(count("AP_header_table WHERE paid = TRUE AND fully_paid = FALSE"), 1U);
+    EXPECT_GE(count("AP_header_table WHERE fully_paid = TRUE"), 10U);
+    EXPECT_EQ(count("AP_recur_header_table"), 3U);
+    EXPECT_EQ(count("AP_Revalue_header_table"), 1U);
+    EXPECT_THAT(rows("SELECT form FROM User_right_table WHERE userid = 'zoe'"),
+                SizeIs(std::size(company::kForms)));
+    const auto columns = rows("SELECT form_name,grid_name,Caption FROM Grid_property");
+    EXPECT_THAT(columns, Not(IsEmpty()));
+    EXPECT_THAT(std::set<std::string>(columns.begin(), columns.end()), SizeIs(columns.size()));
 }
 
 TEST_F(Create, SampleGivesItsCallerFullRightsAndKeepsThoseOfOthers) {

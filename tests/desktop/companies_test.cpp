@@ -35,6 +35,9 @@ TEST_F(Host, SampleCompanyIsMadeWhenItIsNotThere) {
     EXPECT_TRUE(QFileInfo::exists(QString::fromStdString(window->ap()->OPEN_DATABASE)));
     EXPECT_NE(window->ap()->OPEN_DATABASE, path);
     EXPECT_EQ(window->desk().windows().size(), 1U);
+    const auto documents = window->ap()->abcdb->OpenRecordset("SELECT docno FROM AP_header_table",
+                                                              store::RecordsetKind::snapshot);
+    EXPECT_GE(documents.RecordCount(), 40);
 }
 
 // Whoever copies the file at night has the work of the day.
