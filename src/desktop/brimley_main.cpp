@@ -35,11 +35,19 @@ void describe(CLI::App& app, Options& options) {
     app.add_flag("--dark", options.dark, "light on dark, this time");
     opening::describe_host_options(app, options.host);
     app.footer(
-        "Status: 0; 2 the command line is wrong; 3 the company cannot be opened, or the picture not "
-        "written.");
+        "Status: 0; 2 the command line is wrong; 3 the picture cannot be taken. A company that cannot be "
+        "opened "
+        "is told in a box, and another one can be chosen.");
 }
 
-int take_screenshot(desktop::MainWindow& window, const Options& options) {
+// Nobody looks on: what is in the way is printed.
+int take_screenshot(desktop::MainWindow& window, const QString& company, const Options& options) {
+    try {
+        window.open_company(company);
+    } catch (const std::exception& failure) {
+        std::cerr << kProgram << ": " << failure.what() << '\n';
+        return opening::kNotOpened;
+    }
     if (!window.show_form(QString::fromStdString(options.screenshot[0]))) {
         std::cerr << kProgram << ": this version has no form " << options.screenshot[0] << '\n';
         return opening::kWrongUsage;
@@ -58,16 +66,9 @@ int run(QApplication& application, const Options& options) {
     using Memory = desktop::MainWindow::Memory;
     desktop::MainWindow window(options.host, options.screenshot.empty() ? Memory::kept : Memory::none);
     window.show();
-    if (!options.company.empty()) {
-        try {
-            window.open_company(QString::fromStdString(options.company));
-        } catch (const std::exception& failure) {
-            std::cerr << kProgram << ": " << failure.what() << '\n';
-            return opening::kNotOpened;
-        }
-    }
-    if (!options.screenshot.empty()) return take_screenshot(window, options);
-    if (!options.company.empty()) window.show_form("APform_invoice");
+    const QString company = QString::fromStdString(options.company);
+    if (!options.screenshot.empty()) return take_screenshot(window, company, options);
+    if (!company.isEmpty()) window.open_with_form(company);
     return application.exec();
 }
 

@@ -256,10 +256,10 @@ void MainWindow::open_sample() {
         QMessageBox::warning(this, "Sample company", shown(std::string(failure.what())));
         return;
     }
-    try_open(company);
+    open_with_form(company);
 }
 
-void MainWindow::try_open(const std::optional<QString>& company) {
+void MainWindow::open_with_form(const std::optional<QString>& company) {
     if (company && let_entries_go() && open_or_tell(*company)) show_form("APform_invoice");
 }
 
@@ -374,9 +374,9 @@ class ButtonPage : public QWidget {
 void MainWindow::make_welcome_page() {
     auto* const page = new ButtonPage("<h1>Brimley AP</h1>Open a company to begin.");
     page->add_button("Open the &sample company", [this] { open_sample(); });
-    page->add_button("&Open a company...", [this] { try_open(ask_for_company_file(this)); });
-    page->add_button("Open on a s&erver...", [this] { try_open(ask_for_server(this)); });
-    page->add_button("&New company...", [this] { try_open(make_new_company(this, options_.user)); });
+    page->add_button("&Open a company...", [this] { open_with_form(ask_for_company_file(this)); });
+    page->add_button("Open on a s&erver...", [this] { open_with_form(ask_for_server(this)); });
+    page->add_button("&New company...", [this] { open_with_form(make_new_company(this, options_.user)); });
     page->middle().addSpacing(16);
     recent_buttons_ = new QVBoxLayout;
     page->middle().addLayout(recent_buttons_);
@@ -401,7 +401,7 @@ void MainWindow::list_recent_companies() {
         delete item;
     }
     for (const QString& company : settings_.recent_companies()) {
-        const auto open = [this, company] { try_open(company); };
+        const auto open = [this, company] { open_with_form(company); };
         connect(recent_menu_->addAction(company), &QAction::triggered, this, open, Qt::QueuedConnection);
         auto* const button = new QPushButton(company);
         button->setFlat(true);
@@ -414,10 +414,10 @@ void MainWindow::list_recent_companies() {
 // --- menus ---
 void MainWindow::make_company_menu() {
     QMenu* const menu = menuBar()->addMenu("&Company");
-    menu->addAction("&Open...", this, [this] { try_open(ask_for_company_file(this)); });
-    menu->addAction("Open on a s&erver...", this, [this] { try_open(ask_for_server(this)); });
+    menu->addAction("&Open...", this, [this] { open_with_form(ask_for_company_file(this)); });
+    menu->addAction("Open on a s&erver...", this, [this] { open_with_form(ask_for_server(this)); });
     menu->addAction("Open the &sample company", this, [this] { open_sample(); });
-    menu->addAction("&New...", this, [this] { try_open(make_new_company(this, options_.user)); });
+    menu->addAction("&New...", this, [this] { open_with_form(make_new_company(this, options_.user)); });
     recent_menu_ = menu->addMenu("&Recent");
     menu->addSeparator();
     close_action_ = menu->addAction("&Close", this, [this] {

@@ -38,6 +38,9 @@ class MainWindow : public QMainWindow {
     // Opens the company in place of the one that is open. Throws std::exception when it cannot be opened;
     // then nothing has changed.
     void open_company(const QString& company);
+    // For a person: opens the company that was chosen, if one was, on the form that most of the work is done
+    // in. What is in the way is told in a box.
+    void open_with_form(const std::optional<QString>& company);
     void close_company();
     void open_sample();
 
@@ -64,8 +67,6 @@ class MainWindow : public QMainWindow {
     void make_view_menu();
     // The same for a person: false, after a box, when it cannot be opened.
     [[nodiscard]] bool open_or_tell(const QString& company);
-    // Opens the company that was chosen, if one was, on the form that most of the work is done in.
-    void try_open(const std::optional<QString>& company);
     void place(QWidget& window);
     void place_form(FormWindow& window);
     [[nodiscard]] QMdiSubWindow* sub_window_of(const QWidget& window) const;

@@ -90,8 +90,25 @@ std::string admitted_user(const store::OpenCompany& open, const HostOptions& opt
 
 }  // namespace
 
+namespace {
+
+// A server's password is asked for when the server wants one that libpq does not find by itself.
+store::OpenCompany open_with_password(const std::string& company, const HostOptions& options) {
+    try {
+        return store::open_company(company, kernel::company_tables());
+    } catch (const store::Error& error) {
+        if (error.kind() != store::ErrorKind::no_password) throw;
+        const PasswordSource ask = password_source(options);
+        const auto password = ask ? ask(store::role_name(company)) : std::nullopt;
+        if (!password || password->empty()) throw;
+        return store::open_company(store::with_password(company, password->text()), kernel::company_tables());
+    }
+}
+
+}  // namespace
+
 frame::HostContext open_context(const std::string& company, const HostOptions& options) {
-    const auto open = store::open_company(company, kernel::company_tables());
+    const auto open = open_with_password(company, options);
     frame::HostContext context;
     context.dbe = open.workspace;
     context.abcdb = open.database;

@@ -4,6 +4,8 @@
 #include <QProgressDialog>
 #include <QStatusBar>
 #include <QTimer>
+#include <fstream>
+#include <sstream>
 
 #include "desktop/live_desk.h"
 #include "desktop/main_window.h"
@@ -20,6 +22,9 @@ class ServerWindow : public ::testing::Test {
         company::create_company_file(uri, company::SampleCompany{"anna"});
         options.user = "anna";
         options.path = "/brimley";
+        open_window();
+    }
+    void open_window() {
         window = std::make_unique<desktop::MainWindow>(options, desktop::MainWindow::Memory::none);
         window->desk().on_box = [this](QMessageBox& box) {
             boxes.push_back(box.text().toStdString());
@@ -95,6 +100,48 @@ TEST_F(ServerWindow, SaysAtOpeningThatTheCompanyCanOnlyBeRead) {
     ASSERT_FALSE(boxes.empty());
     EXPECT_EQ(boxes.back(), "Add new Invoice failed");
     EXPECT_NE(details.find("read-only transaction"), std::string::npos) << details;
+}
+
+TEST_F(ServerWindow, AsksForThePasswordThatTheServerWants) {
+    on_server(uri, "CREATE ROLE carla SUPERUSER LOGIN PASSWORD 'x y:&'");
+    {
+        const std::string rules = server.folder() + "/data/pg_hba.conf";
+        std::stringstream before;
+        before << std::ifstream(rules).rdbuf();
+        std::ofstream(rules) << "local all carla scram-sha-256\n" << before.str();
+    }
+    on_server(uri, "SELECT pg_reload_conf()");
+    const QString company = QString::fromStdString(server.uri("books")).replace("brimley&", "carla&");
+    std::vector<std::string> asked;
+    std::optional<std::string> answer;
+    options.ask_password = [&](const std::string& name) -> std::optional<company::Secret> {
+        asked.push_back(name);
+        if (!answer) return std::nullopt;
+        return company::Secret(*answer);
+    };
+    open_window();
+    const auto failure = [&]() -> std::string {
+        try {
+            window->open_company(company);
+            return "";
+        } catch (const store::Error& error) {
+            return error.what();
+        }
+    };
+    EXPECT_NE(failure().find("no password supplied"), std::string::npos);
+    answer = "wrong";
+    EXPECT_NE(failure().find("password authentication failed for user \"carla\""), std::string::npos);
+    answer = "x y:&";
+    EXPECT_EQ(failure(), "");
+    EXPECT_EQ(asked, std::vector<std::string>(3, "carla"));
+    EXPECT_EQ(window->ap()->OPEN_DATABASE.find("password"), std::string::npos);
+    window->show_form("APform_invoice");
+    press(105);
+    server.halt("immediate");
+    server.resume();
+    press(208);  // connected again, without asking
+    EXPECT_EQ(form().mode(), frame::Mode::new_entry);
+    EXPECT_EQ(asked.size(), 3U);
 }
 
 TEST_F(ServerWindow, OffersAfterAMomentNotToWaitAnyLonger) {

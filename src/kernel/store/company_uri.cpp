@@ -75,6 +75,20 @@ bool is_on_server(std::string_view company) {
                                [&](std::string_view scheme) { return company.starts_with(scheme); });
 }
 
+std::string with_password(const std::string& uri, std::string_view password) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string whole = without_password(uri);
+    whole += start_of_parameters(whole, whole.find("//")) < whole.size() ? "&password=" : "?password=";
+    for (const char letter : password) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (std::isalnum(code) != 0)
+            whole += letter;
+        else
+            whole.append({'%', kDigits[code >> 4U], kDigits[code & 0xfU]});
+    }
+    return whole;
+}
+
 std::string without_password(std::string_view company) {
     std::string uri(company);
     if (!is_on_server(company)) return uri;

@@ -285,11 +285,16 @@ using EngineDecorator = std::function<std::unique_ptr<Engine>(std::unique_ptr<En
 [[nodiscard]] bool is_on_server(std::string_view company);
 // The database that such a URI names, as part of a file name.
 [[nodiscard]] std::string database_name(const std::string& uri);
+// The role that such a URI connects as.
+[[nodiscard]] std::string role_name(const std::string& uri);
+// Such a URI with this password instead of the one in it.
+[[nodiscard]] std::string with_password(const std::string& uri, std::string_view password);
 // The company as it may be shown and remembered: its URI without the passwords in it, a path as it is.
 [[nodiscard]] std::string without_password(std::string_view company);
 
 // Opens an existing company by its path or URI. The catalog must outlive it. Throws: not_a_company (absent,
-// foreign, of another layout), locked, io (a server that cannot be reached, or does not keep what is saved).
+// foreign, of another layout), locked, no_password, io (a server that cannot be reached, or does not keep
+// what is saved).
 [[nodiscard]] OpenCompany open_company(const std::string& company, const Catalog& catalog,
                                        const EngineDecorator& decorate = {});
 

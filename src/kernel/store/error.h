@@ -18,6 +18,7 @@ enum class ErrorKind {
     state,            // a call out of order: no current record, Update without Edit, a transaction within one
     io,               // the disk is full, the file cannot be read or written
     not_a_company,    // the file or database is something else, or absent
+    no_password,      // the server wants a password, and none was given
     lost,             // the connection to the engine is gone; everything open on it with it
     commit_in_doubt,  // the outcome of a commit is unknown: never repeat it, reload and look
 };

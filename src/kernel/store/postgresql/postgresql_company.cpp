@@ -103,7 +103,8 @@ std::string quoted_name(const std::string& name) {
 }
 
 [[noreturn]] void tell_unreachable(const std::string& uri, PGconn* connection) {
-    throw Error(ErrorKind::io,
+    const bool no_password = PQconnectionNeedsPassword(connection) == 1;
+    throw Error(no_password ? ErrorKind::no_password : ErrorKind::io,
                 fmt::format("{} cannot be opened: {}", shown_company(uri), connection_message(connection)));
 }
 
@@ -249,6 +250,15 @@ std::string database_name(const std::string& uri) {
             return name;
         }
     return "company";
+}
+
+std::string role_name(const std::string& uri) {
+    (void)options_of(uri);
+    const std::unique_ptr<PQconninfoOption, FreeOptions> defaults(PQconndefaults());
+    Options given = parsed(uri);
+    for (const PQconninfoOption* option = defaults.get(); option && option->keyword; ++option)
+        if (option->val) given.try_emplace(option->keyword, option->val);
+    return given["user"];
 }
 
 ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog) {
