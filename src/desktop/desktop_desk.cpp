@@ -42,9 +42,19 @@ int DesktopDesk::show_box(QMessageBox& box) {
     return box.exec();
 }
 
+void DesktopDesk::tell_window(const std::string& text) const {
+    FormWindow* acting = nullptr;
+    for (FormWindow* const window : windows_)
+        if (window->gate().is_running() &&
+            (acting == nullptr || window->gate().order_of_begin() > acting->gate().order_of_begin()))
+            acting = window;
+    if (acting != nullptr) acting->note_message(text);
+}
+
 void DesktopDesk::message(const std::string& text) {
     if (stand_in_ != nullptr) return;
     if (on_failure) on_failure({});
+    tell_window(text);
     QMessageBox box(QMessageBox::NoIcon, {}, shown(text), QMessageBox::Ok, QApplication::activeWindow());
     show_box(box);
 }

@@ -62,6 +62,9 @@ class DesktopDesk : public frame::Desk {
     void act_for(frame::Desk& desk) { asked_ = &desk; }
 
   private:
+    // Lets the window whose act this is know what a box says.
+    void tell_window(const std::string& text) const;
+
     std::vector<FormWindow*> windows_;
     frame::Desk* asked_ = this;
     entries::StandIn* stand_in_ = nullptr;

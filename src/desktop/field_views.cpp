@@ -2,10 +2,17 @@
 
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QPainter>
 
 namespace brimley::desktop {
 
 using controls::Refusal;
+
+namespace {
+
+constexpr int kMarkHeight = 3;  // pixels
+
+}  // namespace
 
 bool moved_on(const QFocusEvent& event) {
     return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason;
@@ -36,6 +43,20 @@ bool EntryView::commit() {
     gate_.run([&] { return entry_.type(text_typed); });
     refresh();  // a refusal leaves the model as it was
     return true;
+}
+
+void EntryView::show_mark(const QString& text) {
+    if (is_marked_ == text.isEmpty()) update();
+    is_marked_ = !text.isEmpty();
+    setToolTip(text);
+    setAccessibleDescription(text);
+}
+
+void EntryView::paintEvent(QPaintEvent* event) {
+    QLineEdit::paintEvent(event);
+    if (!is_marked_) return;
+    QPainter painter(this);
+    painter.fillRect(QRect(1, height() - kMarkHeight - 1, width() - 2, kMarkHeight), mark_colour(palette()));
 }
 
 void EntryView::put_typed(const QString& text) {

@@ -36,6 +36,7 @@ class EntryView : public QLineEdit, public ModelView {
 
     void refresh() override;
     bool commit() override;
+    void show_mark(const QString& text) override;
     [[nodiscard]] controls::Refusal found_by_user() const override;
     // Selects all of it whichever way the user comes in.
     void select_on_focus() { selects_on_focus_ = true; }
@@ -47,6 +48,7 @@ class EntryView : public QLineEdit, public ModelView {
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     // What stands there now counts as typed.
     void put_completed();
     [[nodiscard]] ActGate& gate() { return gate_; }
@@ -60,6 +62,7 @@ class EntryView : public QLineEdit, public ModelView {
     bool typed_since_entered_ = false;
     bool selects_on_focus_ = false;
     bool just_focused_ = false;
+    bool is_marked_ = false;
 };
 
 // A text of several lines. Enter begins a new one; Tab moves on.

@@ -21,6 +21,7 @@
 #include "desktop/range_view.h"
 #include "desktop/tabs_view.h"
 #include "frame/form.h"
+#include "marks/field_of_message.h"
 
 namespace brimley::desktop {
 
@@ -60,7 +61,7 @@ void size_field(QWidget& widget, const LookField& field) {
 }  // namespace
 
 FormWindow::FormWindow(std::shared_ptr<frame::Form> form, frame::Desk& desk)
-    : form_(std::move(form)), desk_(desk), mode_band_(new QLabel) {
+    : form_(std::move(form)), desk_(desk), marks_(*form_), mode_band_(new QLabel) {
     const QString class_name = shown(std::string(form_->identity().class_name));
     const QString caption = shown(std::string(form_->identity().caption));
     Look look = look_of(class_name).value_or(generic_look(form_->controls(), caption));
@@ -269,6 +270,26 @@ void FormWindow::refresh_commands() {
 void FormWindow::refresh_bars() {
     actions_->refresh(form_->font_bar_shown());
     refresh_mode();
+    refresh_marks();
+}
+
+// After the act: a box may be open within it.
+void FormWindow::refresh_marks() {
+    if (gate_.is_running()) return;
+    std::map<const Control*, QString> of_fields;
+    std::map<const Control*, GridTable::CellMarks> of_cells;
+    for (const marks::Mark& mark : marks_.look()) {
+        if (mark.row < 0)
+            of_fields[mark.control] = shown(mark.text);
+        else
+            of_cells[mark.control][{mark.row, mark.column}] = shown(mark.text);
+    }
+    for (const auto& [control, shown_by] : views_) {
+        if (auto* const grid = dynamic_cast<GridView*>(shown_by.widget))
+            grid->show_marks(std::move(of_cells[control]));
+        else
+            shown_by.view->show_mark(of_fields[control]);
+    }
 }
 
 void FormWindow::refresh_mode() {
@@ -313,7 +334,21 @@ bool FormWindow::commit_typing() {
 
 void FormWindow::press(int id) {
     const auto alive = form_;
+    message_.clear();
     if (commit_typing()) gate_.run([&] { return alive->press(id); });
+    go_to_what_was_told();
+}
+
+void FormWindow::go_to_what_was_told() {
+    if (message_.empty() || !form_->is_open() || form_->mode() == Mode::read) return;
+    const marks::Place place = marks::field_of_message(*form_, message_);
+    QWidget* const field = place.control == nullptr ? nullptr : widget(*place.control);
+    if (field == nullptr) return;
+    field->setFocus();
+    if (auto* const grid = dynamic_cast<GridView*>(field); grid != nullptr && place.row >= 0) {
+        grid->follow();
+        grid->setCurrentIndex(grid->table().index(place.row, place.column));
+    }
 }
 
 QMenu* FormWindow::createPopupMenu() {

@@ -18,6 +18,7 @@
 #include "desktop/date_view.h"
 #include "desktop/look_layout.h"
 #include "desktop/model_view.h"
+#include "marks/marks.h"
 
 class QToolBar;
 
@@ -60,6 +61,8 @@ class FormWindow : public QMainWindow {
     void add_child(FormWindow& child);
     // A line above the fields, which the window owns; null takes it away.
     void show_band(QWidget* band);
+    // A box has told this during an act of this window. After it the cursor stands where it speaks of.
+    void note_message(const std::string& text) { message_ = text; }
     // What the user calls the control: its caption, or its name.
     [[nodiscard]] QString caption_of(const controls::Control& control) const;
     // Asked before the window is closed by hand; false keeps it open.
@@ -98,6 +101,8 @@ class FormWindow : public QMainWindow {
     void refresh_commands();
     void refresh_bars();
     void refresh_mode();
+    void refresh_marks();
+    void go_to_what_was_told();
     [[nodiscard]] bool may_type_where_the_focus_is() const;
     void refresh_all();
     // False when the form has cancelled what was typed; then the act that was to follow is not carried out.
@@ -118,6 +123,8 @@ class FormWindow : public QMainWindow {
     std::map<const controls::Control*, Shown> views_;
     std::vector<const controls::Control*> tab_order_;
     LaidOut laid_out_;
+    marks::Marks marks_;
+    std::string message_;  // the last one of the act
     std::unique_ptr<CommandActions> actions_;
     QLabel* mode_band_;
     QDockWidget* own_pane_ = nullptr;

@@ -53,6 +53,12 @@ bool GridTable::follow(const QWidget& view) {
     return true;
 }
 
+bool GridTable::take_marks(CellMarks marks) {
+    if (marks == marks_) return false;
+    marks_ = std::move(marks);
+    return true;
+}
+
 int GridTable::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 int GridTable::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : columns_; }
@@ -83,6 +89,10 @@ QVariant GridTable::text_colour_of(const QModelIndex& index) const {
 }
 
 QVariant GridTable::back_colour_of(const QModelIndex& index) const {
+    if (marks_.contains({index.row(), index.column()})) {
+        QColor red = mark_colour(palette_);
+        return is_dark(palette_) ? red.darker(250) : red.lighter(280);
+    }
     if (is_selected(index.column())) {
         QColor tint = palette_.color(QPalette::Highlight);
         return is_dark(palette_) ? tint.darker(180) : tint.lighter(175);
@@ -90,6 +100,11 @@ QVariant GridTable::back_colour_of(const QModelIndex& index) const {
     const bool even = index.row() % 2 == 1;
     if (!even || grid_.even_row_colour == controls::kWhite) return {};
     return back_colour(grid_.even_row_colour, palette_);
+}
+
+QVariant GridTable::said_of(const QModelIndex& index) const {
+    const auto found = marks_.find({index.row(), index.column()});
+    return found == marks_.end() ? QVariant() : found->second;
 }
 
 QVariant GridTable::data(const QModelIndex& index, int role) const {
@@ -107,6 +122,8 @@ QVariant GridTable::data(const QModelIndex& index, int role) const {
             return text_colour_of(index);
         case Qt::BackgroundRole:
             return back_colour_of(index);
+        case Qt::ToolTipRole:
+            return said_of(index);
         default:
             return {};
     }

@@ -7,6 +7,8 @@
 
 #include <QAbstractTableModel>
 #include <QFont>
+#include <map>
+#include <utility>
 
 #include "controls/grid.h"
 
@@ -25,6 +27,10 @@ class GridTable : public QAbstractTableModel {
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+    // What is said beside cells, by row and column. True when it is something else than before.
+    using CellMarks = std::map<std::pair<int, int>, QString>;
+    bool take_marks(CellMarks marks);
+
     [[nodiscard]] const controls::GridColumn& column(int index) const {
         return grid_.columns[static_cast<std::size_t>(index)];
     }
@@ -36,6 +42,7 @@ class GridTable : public QAbstractTableModel {
     [[nodiscard]] QVariant text_colour_of(const QModelIndex& index) const;
     [[nodiscard]] QVariant back_colour_of(const QModelIndex& index) const;
     [[nodiscard]] bool is_selected(int column) const;
+    [[nodiscard]] QVariant said_of(const QModelIndex& index) const;
 
     controls::Grid& grid_;
     int rows_ = 0;
@@ -43,6 +50,7 @@ class GridTable : public QAbstractTableModel {
     std::vector<QFont> fonts_;  // of the columns
     std::vector<int> places_;   // where each column is seen, hidden ones counted
     QPalette palette_;
+    CellMarks marks_;
 };
 
 }  // namespace brimley::desktop

@@ -134,6 +134,10 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
     refresh();
 }
 
+void GridView::show_marks(GridTable::CellMarks marks) {
+    if (table_.take_marks(std::move(marks))) viewport()->update();
+}
+
 bool GridView::open_cell(int row, int column) {
     return gate_.run([&] { return grid_.open_editor(row, column); }) && grid_.editor_is_open();
 }

@@ -28,6 +28,7 @@ class GridView : public QTableView, public ModelView {
     void refresh() override;
     // Shows the model now.
     void follow();
+    void show_marks(GridTable::CellMarks marks);
     bool commit() override;
     [[nodiscard]] controls::Refusal found_by_user() const override;
 

@@ -43,6 +43,10 @@ int twips(const QWidget& widget, int pixels) {
     return static_cast<int>(std::lround(pixels * double{kTwipsPerInch} / widget.logicalDpiX()));
 }
 
+QColor mark_colour(const QPalette& palette) {
+    return is_dark(palette) ? QColor(255, 120, 110) : QColor(200, 30, 30);
+}
+
 bool is_dark(const QPalette& palette) { return lightness(palette.color(QPalette::Window)) < kDarkBelow; }
 
 QColor readable_on(const QColor& back) {

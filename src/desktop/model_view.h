@@ -27,6 +27,8 @@ class ModelView {
     // Hands what was typed and not yet handed over to the model, as before a command. False when the form has
     // cancelled it and the user stays where it was typed.
     virtual bool commit() { return true; }
+    // What is said beside what was entered here; empty takes it away.
+    virtual void show_mark(const QString& /*text*/) {}
     // What stops a user who wants to act here, read from the widget and not from the model.
     [[nodiscard]] virtual controls::Refusal found_by_user() const = 0;
 };
@@ -36,6 +38,9 @@ class ModelView {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 [[nodiscard]] inline std::string typed(const QString& text) { return text.toStdString(); }
+
+// What is marked stands out from what is not.
+[[nodiscard]] QColor mark_colour(const QPalette& palette);
 
 // Twentieths of a point, as the models measure, in the pixels of this widget's screen, and back.
 [[nodiscard]] int pixels(const QWidget& widget, int twips);
