@@ -89,10 +89,7 @@ QVariant GridTable::text_colour_of(const QModelIndex& index) const {
 }
 
 QVariant GridTable::back_colour_of(const QModelIndex& index) const {
-    if (marks_.contains({index.row(), index.column()})) {
-        QColor red = mark_colour(palette_);
-        return is_dark(palette_) ? red.darker(250) : red.lighter(280);
-    }
+    if (marks_.contains({index.row(), index.column()})) return mark_back_colour(palette_);
     if (is_selected(index.column())) {
         QColor tint = palette_.color(QPalette::Highlight);
         return is_dark(palette_) ? tint.darker(180) : tint.lighter(175);

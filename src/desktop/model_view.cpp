@@ -47,6 +47,10 @@ QColor mark_colour(const QPalette& palette) {
     return is_dark(palette) ? QColor(255, 120, 110) : QColor(200, 30, 30);
 }
 
+QColor mark_back_colour(const QPalette& palette) {
+    return mixed(mark_colour(palette), palette.color(QPalette::Base), 0.3);
+}
+
 bool is_dark(const QPalette& palette) { return lightness(palette.color(QPalette::Window)) < kDarkBelow; }
 
 QColor readable_on(const QColor& back) {

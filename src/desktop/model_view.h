@@ -41,6 +41,8 @@ class ModelView {
 
 // What is marked stands out from what is not.
 [[nodiscard]] QColor mark_colour(const QPalette& palette);
+// The same behind a text, which can be read on it.
+[[nodiscard]] QColor mark_back_colour(const QPalette& palette);
 
 // Twentieths of a point, as the models measure, in the pixels of this widget's screen, and back.
 [[nodiscard]] int pixels(const QWidget& widget, int twips);

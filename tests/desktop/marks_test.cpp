@@ -56,7 +56,8 @@ TEST_F(MarksInWindow, CellIsMarkedWithItsReason) {
     edit_line_cell(form(), 0, "gross amount", "10.00");
     EXPECT_EQ(of_cell(0, "purchase account", Qt::ToolTipRole).toString().toStdString(),
               "There is no account 9999");
-    EXPECT_TRUE(of_cell(0, "purchase account", Qt::BackgroundRole).isValid());
+    const auto back = of_cell(0, "purchase account", Qt::BackgroundRole).value<QColor>();
+    EXPECT_GT(back.red(), back.blue() + 30);
     EXPECT_FALSE(of_cell(0, "gross amount", Qt::ToolTipRole).isValid());
     edit_line_cell(form(), 0, "purchase account", "5000");
     EXPECT_FALSE(of_cell(0, "purchase account", Qt::ToolTipRole).isValid());
