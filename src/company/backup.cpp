@@ -85,11 +85,16 @@ Findings copy_to_new_file(const OpenCompany& from, const std::string& to) {
     return findings;
 }
 
-// "books.brimley.before-layout-2", or "books.before-layout-2" for a database of that name.
+// "books.brimley.before-layout-2", or "books.before-layout-2" for a database of that name. An upgrade that
+// was in doubt may have left one there: then with "-2" behind it, and so on.
 std::string place_of_backup(const std::string& company) {
-    return fmt::format("{}.before-layout-{}",
-                       store::is_on_server(company) ? store::database_name(company) : company,
-                       kernel::company_tables().layout());
+    const std::string place = fmt::format(
+        "{}.before-layout-{}", store::is_on_server(company) ? store::database_name(company) : company,
+        kernel::company_tables().layout());
+    std::string free = place;
+    for (int number = 2; std::filesystem::exists(free); ++number)
+        free = fmt::format("{}-{}", place, number);
+    return free;
 }
 
 }  // namespace

@@ -132,9 +132,14 @@ TEST_F(TrailOfCompany, UpgradeNeverTakesThePlaceOfAnEarlierBackup) {
         (testing::tests_run_on_server() ? folder_.file(store::database_name(path())) : path()) +
         ".before-layout-2";
     testing::write_file(backup, "precious");
-    EXPECT_THAT(run("upgrade " + named()).errors, ::testing::EndsWith(".before-layout-2 already exists\n"));
+    testing::write_file(backup + "-2", "precious, too");
+    EXPECT_THAT(run("upgrade " + named()).output,
+                ::testing::EndsWith(
+                    "the company as it was: " + std::filesystem::path(backup).filename().string() + "-3\n"));
     EXPECT_EQ(testing::text_of_file(backup), "precious");
-    EXPECT_EQ(store::open_company(path(), kernel::company_tables()).database->catalog().layout(), 1);
+    EXPECT_EQ(testing::text_of_file(backup + "-2"), "precious, too");
+    EXPECT_EQ(store::open_company(path(), kernel::company_tables()).database->catalog().layout(), 2);
+    EXPECT_EQ(store::open_company(backup + "-3", kernel::company_tables()).database->catalog().layout(), 1);
 }
 
 // The second one comes while the first makes its backup.
