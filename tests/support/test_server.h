@@ -59,11 +59,22 @@ inline std::string on_server(const std::string& uri, const std::string& sql) {
 
 // Makes and drops databases. A new connection costs the server five milliseconds, so a process keeps one
 // until it ends, or until the server has been restarted.
-inline void on_maintenance_database(const std::string& sql) {
+inline ServerResult on_maintenance_database(const std::string& sql) {
     static PGconn* const server = PQconnectdb(server_uri("postgres").c_str());
     const ServerResult answer(PQexec(server, ""), &PQclear);
     if (PQresultStatus(answer.get()) != PGRES_EMPTY_QUERY) PQreset(server);
-    result_of(server, sql);
+    return result_of(server, sql);
+}
+
+// DROP DATABASE sleeps for a tenth of a second when it meets a connection, even one that is just ending.
+inline void drop_test_database(const std::string& name) {
+    const std::string end_the_others =
+        "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = '" + name + "'";
+    for (int looks = 0; looks < 500; ++looks) {
+        if (PQntuples(on_maintenance_database(end_the_others).get()) == 0) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    on_maintenance_database("DROP DATABASE IF EXISTS " + name + " WITH (FORCE)");
 }
 
 // A name for a database that no other test uses.
@@ -82,7 +93,7 @@ class ServerDatabase {
         on_maintenance_database("CREATE DATABASE " + name_ + " STRATEGY file_copy TEMPLATE " +
                                 original->name_);
     }
-    ~ServerDatabase() { on_maintenance_database("DROP DATABASE IF EXISTS " + name_ + " WITH (FORCE)"); }
+    ~ServerDatabase() { drop_test_database(name_); }
     ServerDatabase(const ServerDatabase&) = delete;
     ServerDatabase& operator=(const ServerDatabase&) = delete;
 
