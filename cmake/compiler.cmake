@@ -7,6 +7,10 @@ target_compile_options(brimley_options INTERFACE
     # g++ 12 takes some inlined string copies for overlapping or oversized ones.
     -Wno-restrict -Wno-stringop-overflow -Wno-array-bounds)
 target_link_libraries(brimley_options INTERFACE fmt::fmt)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # The compiler collects its garbage from 1 GiB on instead of 128 MiB, which saves a seventh of the time of a unit.
+    target_compile_options(brimley_options INTERFACE "SHELL:--param ggc-min-heapsize=1048576")
+endif()
 
 if(BRIMLEY_SANITIZE)
     # src/ adds UndefinedBehaviorSanitizer for the product; the code of the tests does without.
@@ -25,15 +29,32 @@ if(BRIMLEY_COVERAGE)
     target_link_options(brimley_options INTERFACE --coverage)
 endif()
 
-# brimley_in_units(TARGET): with CMAKE_UNITY_BUILD the sources of a folder are compiled as one, but for those with options of
-# their own. A name without linkage must then be the only one in its folder. That each source includes what it uses is seen
-# where it is compiled alone: src/ in the plain build, the tests in the debug preset.
+# brimley_in_units(TARGET [LARGEST n]): with CMAKE_UNITY_BUILD the sources of a folder are compiled as one, or as several
+# of at most n sources, but for those with options of their own. A name without linkage must then be the only one in its
+# folder. That each source includes what it uses is seen where it is compiled alone, in the debug preset.
 function(brimley_in_units target)
+    cmake_parse_arguments(UNITS "" "LARGEST" "" ${ARGN})
     get_target_property(sources ${target} SOURCES)
+    set(folders "")
     foreach(source IN LISTS sources)
         cmake_path(GET source PARENT_PATH folder)
         string(MAKE_C_IDENTIFIER "${folder}" group)
-        set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${group}_")
+        list(APPEND folders ${group})
+        list(APPEND sources_of_${group} ${source})
+    endforeach()
+    list(REMOVE_DUPLICATES folders)
+    foreach(group IN LISTS folders)
+        set(units 1)
+        list(LENGTH sources_of_${group} count)
+        if(UNITS_LARGEST)
+            math(EXPR units "(${count} + ${UNITS_LARGEST} - 1) / ${UNITS_LARGEST}")
+        endif()
+        set(number 0)
+        foreach(source IN LISTS sources_of_${group})
+            math(EXPR unit "${number} * ${units} / ${count}")
+            math(EXPR number "${number} + 1")
+            set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${group}_${unit}")
+        endforeach()
     endforeach()
     set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
     if(CMAKE_UNITY_BUILD)
@@ -82,7 +103,7 @@ function(brimley_room name)
         add_library(${name} STATIC ${sources})
         target_link_libraries(${name} PUBLIC brimley_options ${ROOM_DEPENDS})
         target_precompile_headers(${name} REUSE_FROM brimley_precompiled)
-        brimley_in_units(${name})
+        brimley_in_units(${name} LARGEST 16)
     else()
         add_library(${name} INTERFACE)
         target_link_libraries(${name} INTERFACE brimley_options ${ROOM_DEPENDS})
