@@ -51,6 +51,19 @@ ModeLook look_of_mode(Mode mode) {
     return {"Read", QColor(84, 110, 122)};
 }
 
+// The first that holds counts.
+struct Stamp {
+    const char* box;
+    int value;
+    const char* text;
+    QRgb colour;
+};
+
+constexpr Stamp kStamps[] = {{"chkvoid", 1, "VOID", 0xffb71c1c},
+                             {"chkhold", 1, "HOLD", 0xffb45f06},
+                             {"chkpaid", 1, "PAID", 0xff1b5e20},
+                             {"chkpaid", 2, "PARTLY PAID", 0xff33691e}};
+
 void size_field(QWidget& widget, const LookField& field) {
     const int characters = field.width > 0 ? field.width : kGenericWidth;
     const int frame = 26;  // its border and the arrow of a list
@@ -61,7 +74,7 @@ void size_field(QWidget& widget, const LookField& field) {
 }  // namespace
 
 FormWindow::FormWindow(std::shared_ptr<frame::Form> form, frame::Desk& desk)
-    : form_(std::move(form)), desk_(desk), marks_(*form_), mode_band_(new QLabel) {
+    : form_(std::move(form)), desk_(desk), marks_(*form_), mode_band_(new QLabel), stamp_(new QLabel) {
     const QString class_name = shown(std::string(form_->identity().class_name));
     const QString caption = shown(std::string(form_->identity().caption));
     Look look = look_of(class_name).value_or(generic_look(form_->controls(), caption));
@@ -101,6 +114,8 @@ void FormWindow::build(const Look& look) {
         setTabOrder(widget(*tab_order_[i - 1]), widget(*tab_order_[i]));
     mode_band_->setMinimumWidth(90);
     mode_band_->setAlignment(Qt::AlignCenter);
+    stamp_->hide();
+    statusBar()->addPermanentWidget(stamp_);
     statusBar()->addPermanentWidget(mode_band_);
     statusBar()->setSizeGripEnabled(false);
     const bool has_modes = form_->CommandBars1().find(frame::command::kNew) != nullptr;
@@ -270,7 +285,25 @@ void FormWindow::refresh_commands() {
 void FormWindow::refresh_bars() {
     actions_->refresh(form_->font_bar_shown());
     refresh_mode();
+    refresh_stamp();
     refresh_marks();
+}
+
+QString FormWindow::stamp_shown() const { return stamp_->isHidden() ? QString() : stamp_->text(); }
+
+// What a document is, to be seen from a desk's length away; the box that says so is small.
+void FormWindow::refresh_stamp() {
+    for (const Stamp& stamp : kStamps) {
+        const auto* const box = dynamic_cast<const controls::CheckBox*>(form_->controls().find(stamp.box));
+        if (box == nullptr || box->value() != stamp.value) continue;
+        stamp_->setText(stamp.text);
+        stamp_->setStyleSheet(QString("background: %1; color: white; font-size: 22px; font-weight: bold; "
+                                      "padding: 2px 28px;")
+                                  .arg(QColor(stamp.colour).name()));
+        stamp_->show();
+        return;
+    }
+    stamp_->hide();
 }
 
 // After the act: a box may be open within it.

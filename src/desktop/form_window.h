@@ -70,6 +70,8 @@ class FormWindow : public QMainWindow {
     // The pane that this window stands in; null for a window of its own.
     [[nodiscard]] QDockWidget* pane_of_this() const { return own_pane_; }
 
+    // "VOID", "HOLD", "PAID", "PARTLY PAID", as it stands in large letters beside the band; empty: none.
+    [[nodiscard]] QString stamp_shown() const;
     // "Read", "New" or "Edit", as the band at the window's foot shows it.
     [[nodiscard]] QString mode_shown() const;
 
@@ -102,6 +104,7 @@ class FormWindow : public QMainWindow {
     void refresh_bars();
     void refresh_mode();
     void refresh_marks();
+    void refresh_stamp();
     void go_to_what_was_told();
     [[nodiscard]] bool may_type_where_the_focus_is() const;
     void refresh_all();
@@ -127,6 +130,7 @@ class FormWindow : public QMainWindow {
     std::string message_;  // the last one of the act
     std::unique_ptr<CommandActions> actions_;
     QLabel* mode_band_;
+    QLabel* stamp_;
     QDockWidget* own_pane_ = nullptr;
     QToolBar* band_ = nullptr;
     QString title_;

@@ -4,6 +4,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <cmath>
 #include <map>
@@ -107,7 +108,9 @@ LedgerWindow::LedgerWindow(store::Database& database, const std::string& date_fo
     Accounts accounts(database);
     RecordsModel* const records = records_of(lines, accounts, date_format);
     records->setParent(this);
-    lines_ = read_only_table(*records);
+    auto* const sorted = new QSortFilterProxyModel(this);
+    sorted->setSourceModel(records);
+    lines_ = read_only_table(*sorted);
     layout()->addWidget(lines_);
     sums_ = new QLabel(sums_of(lines, accounts));
     sums_->setAlignment(Qt::AlignRight);

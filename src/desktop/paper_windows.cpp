@@ -4,11 +4,14 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPdfPageRenderer>
 #include <QPdfView>
+#include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
+#include <QSaveFile>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -58,6 +61,7 @@ ReportWindow::ReportWindow(store::Database& database, const std::string& query, 
     auto* const layout = new QVBoxLayout(this);
     auto* const paper = new QTextBrowser;
     paper->setDocument(document_);
+    paper->setWordWrapMode(QTextOption::WordWrap);
     // Paper is white, whatever the windows around it are.
     QPalette white = paper->palette();
     white.setColor(QPalette::Base, Qt::white);
@@ -78,18 +82,28 @@ void ReportWindow::add_buttons() {
         if (dialog.exec() == QDialog::Accepted) document_->print(&printer);
     });
     connect(save, &QPushButton::clicked, this, [this] {
-        const QString path = QFileDialog::getSaveFileName(this, {}, windowTitle() + ".pdf", "PDF (*.pdf)");
-        if (!path.isEmpty() && !save_pdf(path)) setWindowTitle(path + " cannot be written");
+        const QString path = QFileDialog::getSaveFileName(this, {}, file_name(), "PDF (*.pdf)");
+        if (path.isEmpty()) return;
+        if (const QString fault = save_pdf(path); !fault.isEmpty())
+            QMessageBox::warning(this, "Save as PDF", path + " cannot be written: " + fault);
     });
     layout()->addWidget(buttons);
 }
 
-bool ReportWindow::save_pdf(const QString& path) const {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(path);
-    document_->print(&printer);
-    return QFileInfo(path).size() > 0;
+// "A/P Invoice" is no folder "A".
+QString ReportWindow::file_name() const {
+    QString name = windowTitle();
+    for (const char letter : {'/', '\\', ':', '*', '?', '"', '<', '>', '|'})
+        name.replace(letter, '-');
+    return name + ".pdf";
+}
+
+QString ReportWindow::save_pdf(const QString& path) const {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) return file.errorString();
+    QPdfWriter writer(&file);
+    document_->print(&writer);
+    return file.commit() ? QString() : file.errorString();
 }
 
 }  // namespace brimley::desktop

@@ -34,8 +34,10 @@ class ReportWindow : public QWidget {
                  const QString& company_name, const std::string& date_format);
 
     [[nodiscard]] QTextDocument& document() { return *document_; }
-    // Writes the document as a PDF file of its own. False when the file cannot be written.
-    [[nodiscard]] bool save_pdf(const QString& path) const;
+    // Writes the document as a PDF file of its own, whole or not at all. Empty, or why it cannot be written.
+    [[nodiscard]] QString save_pdf(const QString& path) const;
+    // What the file is called unless the user says otherwise.
+    [[nodiscard]] QString file_name() const;
 
   private:
     void add_buttons();

@@ -1,10 +1,18 @@
 #include "desktop/records_model.h"
 
+#include <limits>
+
 #include "desktop/model_view.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
 
 namespace brimley::desktop {
+
+namespace {
+
+constexpr double kBelowAll = std::numeric_limits<double>::lowest();
+
+}  // namespace
 
 QString value_shown(const store::Value& value, bool money, const std::string& date_format) {
     if (value.is_date()) return shown(kernel::user_date_text(*value.date(), date_format));
@@ -14,7 +22,8 @@ QString value_shown(const store::Value& value, bool money, const std::string& da
 }
 
 RecordsModel::RecordsModel(store::Recordset& rows, const std::vector<RecordColumn>& columns,
-                           const std::string& date_format) {
+                           const std::string& date_format)
+    : date_format_(date_format) {
     std::vector<const RecordColumn*> present;
     for (const RecordColumn& column : columns) {
         if (!rows.has_field(column.field)) continue;
@@ -25,6 +34,7 @@ RecordsModel::RecordsModel(store::Recordset& rows, const std::vector<RecordColum
         std::vector<QString>& row = rows_.emplace_back();
         for (const RecordColumn* const column : present) {
             const store::Value value = rows.field(column->field);
+            columns_[row.size()].number &= column->money || value.is_number() || value.is_null();
             row.push_back(column->tell ? column->tell(rows) : value_shown(value, column->money, date_format));
         }
     }
@@ -43,8 +53,15 @@ QVariant RecordsModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::TextAlignmentRole)
         return QVariant(
             Qt::Alignment((columns_.at(column).right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
-    if (role != Qt::DisplayRole) return {};
-    return rows_.at(static_cast<std::size_t>(index.row())).at(column);
+    if (role != Qt::DisplayRole && role != kSortRole) return {};
+    const QString& text = rows_.at(static_cast<std::size_t>(index.row())).at(column);
+    return role == kSortRole ? sort_key(text, columns_.at(column)) : text;
+}
+
+QVariant RecordsModel::sort_key(const QString& text, const Column& column) const {
+    if (column.number) return text.isEmpty() ? kBelowAll : kernel::money_value(typed(text));
+    const auto date = kernel::try_user_date(typed(text), date_format_);
+    return date ? shown(date->yyyymmdd()) : text;
 }
 
 QVariant RecordsModel::headerData(int section, Qt::Orientation orientation, int role) const {

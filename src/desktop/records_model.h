@@ -28,6 +28,9 @@ class RecordsModel : public QAbstractTableModel {
     RecordsModel(store::Recordset& rows, const std::vector<RecordColumn>& columns,
                  const std::string& date_format);
 
+    // What a row is sorted by in a column: numbers as numbers, dates in their order.
+    static constexpr int kSortRole = Qt::UserRole;
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
@@ -38,7 +41,11 @@ class RecordsModel : public QAbstractTableModel {
     struct Column {
         QString heading;
         bool right = false;
+        bool number = true;  // all of them, as far as there are any
     };
+    [[nodiscard]] QVariant sort_key(const QString& text, const Column& column) const;
+
+    std::string date_format_;
     std::vector<Column> columns_;
     std::vector<std::vector<QString>> rows_;
 };

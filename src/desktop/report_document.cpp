@@ -1,6 +1,8 @@
 #include "desktop/report_document.h"
 
 #include <QTextDocument>
+#include <QTextOption>
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -181,6 +183,27 @@ QString html_of(const Rows& rows) {
     return html;
 }
 
+// Of the vendor whose document it is, as on an envelope; empty when it has none, or several.
+QString address_html(store::Database& database, const Rows& rows) {
+    const auto vendor = std::ranges::find_if(
+        rows.names, [](const QString& name) { return name.compare("vendor_no", Qt::CaseInsensitive) == 0; });
+    const auto column = static_cast<std::size_t>(vendor - rows.names.begin());
+    if (vendor == rows.names.end() || rows.rows.empty() || !same_in_all_rows(rows, column)) return {};
+    const std::string vendor_no = typed(rows.rows.front()[column]);
+    const auto row = database.OpenRecordset(
+        "SELECT VENDOR_NAME, address FROM Vendor_table WHERE " + store::all_equal({{"vendor_no", vendor_no}}),
+        store::RecordsetKind::snapshot);
+    if (row.at_eof()) return {};
+    QString lines = shown(row.text("VENDOR_NAME") + "\n" + row.text("address")).trimmed().toHtmlEscaped();
+    return "<p>" + lines.replace("\r", "").replace('\n', "<br>") + "</p>";
+}
+
+QTextOption whole_words() {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WordWrap);
+    return option;
+}
+
 }  // namespace
 
 QTextDocument* report_document(store::Database& database, const std::string& query, const QString& what,
@@ -189,9 +212,11 @@ QTextDocument* report_document(store::Database& database, const std::string& que
     const Rows rows = read(records, date_format);
     auto* const document = new QTextDocument;
     document->setDefaultFont(QFont("Arial", 9));
+    document->setDefaultTextOption(whole_words());
     const QString company = company_name.isEmpty() ? "" : "<p>" + company_name.toHtmlEscaped() + "</p>";
     document->setHtml(company + "<h2>" + what.section(',', 0, 0).toHtmlEscaped() + " " +
-                      what.section(',', 1, -2).toHtmlEscaped() + "</h2>" + html_of(rows));
+                      what.section(',', 1, -2).toHtmlEscaped() + "</h2>" + address_html(database, rows) +
+                      html_of(rows));
     return document;
 }
 

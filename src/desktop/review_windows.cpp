@@ -9,6 +9,7 @@
 #include <QTableView>
 
 #include "desktop/model_view.h"
+#include "desktop/settings.h"
 
 namespace brimley::desktop {
 
@@ -22,9 +23,13 @@ store::Recordset read(store::Database& database, const std::string& query) {
 
 }  // namespace
 
-QTableView* read_only_table(QAbstractItemModel& model) {
+QTableView* read_only_table(QSortFilterProxyModel& model) {
     auto* const table = new QTableView;
+    model.setSortRole(RecordsModel::kSortRole);
+    model.setSortCaseSensitivity(Qt::CaseInsensitive);
     table->setModel(&model);
+    table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    table->setSortingEnabled(true);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -64,9 +69,19 @@ ListWindow::ListWindow(const QString& title, store::Database& database, const st
         if (!table_->currentIndex().isValid()) table_->selectRow(0);
     });
     resize(680, 420);
+    const QList<int> widths = Settings().column_widths(title);
+    for (int column = 0; column < records->columnCount() && column < widths.size(); ++column)
+        table_->setColumnWidth(column, widths[column]);
     choose(key);
     setFocusProxy(search_);
     search_->installEventFilter(this);
+}
+
+ListWindow::~ListWindow() {
+    QList<int> widths;
+    for (int column = 0; column < table_->model()->columnCount(); ++column)
+        widths << table_->columnWidth(column);
+    Settings().set_column_widths(windowTitle(), widths);
 }
 
 // Up and down go through the list while the user searches.

@@ -15,8 +15,9 @@ class QTableView;
 
 namespace brimley::desktop {
 
-// A table to look at, with lines to choose. The model is the caller's.
-[[nodiscard]] QTableView* read_only_table(QAbstractItemModel& model);
+// A table to look at, with lines to choose, that is sorted by a click on a heading; until then the rows stand
+// as they were read. The model is the caller's.
+[[nodiscard]] QTableView* read_only_table(QSortFilterProxyModel& model);
 
 // A list with a search line: rows that hold the words typed, in any column.
 class ListWindow : public QWidget {
@@ -25,6 +26,8 @@ class ListWindow : public QWidget {
     // there is one.
     ListWindow(const QString& title, store::Database& database, const std::string& query,
                const std::vector<RecordColumn>& columns, const std::string& date_format, const QString& key);
+    // Remembers the widths of its columns for the next time.
+    ~ListWindow() override;
 
     [[nodiscard]] QTableView& table() { return *table_; }
     [[nodiscard]] QLineEdit& search() { return *search_; }

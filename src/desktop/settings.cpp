@@ -11,6 +11,7 @@ namespace {
 constexpr const char* kRecent = "recent_companies";
 constexpr const char* kTheme = "theme";
 constexpr const char* kGeometry = "geometry";
+const QString kColumnWidths = "column_widths/";
 
 }  // namespace
 
@@ -43,6 +44,17 @@ Theme Settings::theme() const {
 
 void Settings::set_theme(Theme theme) {
     store_.setValue(kTheme, theme == Theme::dark ? "dark" : theme == Theme::light ? "light" : "system");
+}
+
+QList<int> Settings::column_widths(const QString& list) const {
+    QList<int> widths;
+    for (const QVariant& width : store_.value(kColumnWidths + list).toList())
+        widths << width.toInt();
+    return widths;
+}
+
+void Settings::set_column_widths(const QString& list, const QList<int>& widths) {
+    store_.setValue(kColumnWidths + list, QVariantList(widths.begin(), widths.end()));
 }
 
 QString Settings::entries_folder() const { return QFileInfo(store_.fileName()).absolutePath() + "/entries"; }

@@ -25,6 +25,10 @@ class Settings {
     [[nodiscard]] QByteArray geometry() const;
     void set_geometry(const QByteArray& geometry);
 
+    // Of a list, in pixels; empty when nothing is remembered.
+    [[nodiscard]] QList<int> column_widths(const QString& list) const;
+    void set_column_widths(const QString& list, const QList<int>& widths);
+
     // The folder of what was entered and not saved (entries/), beside the settings.
     [[nodiscard]] QString entries_folder() const;
 

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QTableView>
@@ -93,6 +94,55 @@ TEST_F(Host, AccountMasterListsTheAccounts) {
     EXPECT_EQ(list->chosen_key(), "5000");
 }
 
+TEST_F(Host, ListIsSortedByAClickAndKeepsItsWidths) {
+    ask("Vendor Master");
+    auto* list = newest<desktop::ListWindow>();
+    ASSERT_NE(list, nullptr);
+    const auto first = [&](int column) { return list->table().model()->index(0, column).data().toString(); };
+    EXPECT_EQ(first(0), "V1001");
+    constexpr int kName = 1;
+    list->table().horizontalHeader()->setSortIndicator(kName, Qt::AscendingOrder);
+    EXPECT_EQ(first(kName), "Acciaio Brera S.p.A.");
+    list->table().setColumnWidth(kName, 333);
+    delete list;
+    ask("Vendor Master");
+    list = newest<desktop::ListWindow>();
+    EXPECT_EQ(first(0), "V1001");
+    EXPECT_EQ(list->table().columnWidth(kName), 333);
+}
+
+TEST_F(Host, MoneyIsSortedAsNumbers) {
+    store::open_company(path, kernel::company_tables())
+        .database->Execute("UPDATE Vendor_table SET owing_balance = 900 WHERE vendor_no = 'V1002'");
+    store::open_company(path, kernel::company_tables())
+        .database->Execute("UPDATE Vendor_table SET owing_balance = 1000 WHERE vendor_no = 'V1003'");
+    ask("Vendor Master");
+    auto* const list = newest<desktop::ListWindow>();
+    constexpr int kOwing = 4;
+    list->table().horizontalHeader()->setSortIndicator(kOwing, Qt::DescendingOrder);
+    const auto vendor = [&](int row) { return list->table().model()->index(row, 0).data().toString(); };
+    EXPECT_EQ(vendor(0), "V1003");
+    EXPECT_EQ(vendor(1), "V1002");
+}
+
+TEST_F(Host, WhatADocumentIsStandsInLargeLetters) {
+    save_invoice();
+    auto& form = *window->desk().windows().back();
+    const auto stamp = [&] {
+        form.settle();
+        return form.stamp_shown();
+    };
+    EXPECT_EQ(stamp(), "");
+    form.press(1009);
+    EXPECT_EQ(stamp(), "HOLD");
+    form.press(1010);
+    EXPECT_EQ(stamp(), "");
+    form.press(1008);
+    EXPECT_EQ(stamp(), "VOID");
+    form.press(105);
+    EXPECT_EQ(stamp(), "");
+}
+
 TEST_F(Host, PreviewPrintsTheDocumentOfTheQuery) {
     save_invoice();
     window->desk().windows().back()->press(103);
@@ -107,7 +157,10 @@ TEST_F(Host, PreviewPrintsTheDocumentOfTheQuery) {
     for (const char* const raw : {"Docno", "Duedays", "fkey", "Source form", "authority"})
         EXPECT_FALSE(text.contains(raw)) << raw;
     const QString file = QString::fromStdString(folder.file("report.pdf"));
-    EXPECT_TRUE(report->save_pdf(file));
+    EXPECT_TRUE(text.contains("14 Quay Road\nSuite 200\nSeattle WA 98101"));
+    EXPECT_EQ(report->save_pdf(file), "");
+    EXPECT_EQ(report->file_name(), "A-P Invoice IP-26-00001.pdf");
+    EXPECT_NE(report->save_pdf("/nowhere/report.pdf"), "");
     ask("pdf viewer", file.toStdString().c_str(), "The report");
     auto* const viewer = newest<desktop::PdfWindow>();
     ASSERT_NE(viewer, nullptr);
