@@ -118,7 +118,7 @@ TEST_F(Program, WrongUsageHasStatusTwo) {
     expect_refusal("create --year 2026 a.company", 2, "--year requires --starter");
     expect_refusal("create --starter --sample --base-currency USD --year 2026 a.company", 2,
                    "--sample excludes --starter");
-    expect_refusal("create --half-year --sample a.company", 2, "--half-year excludes --sample");
+    expect_refusal("create --half-year --sample a.company", 2, "--sample excludes --half-year");
     expect_refusal("create --starter --base-currency usd --year 2026 a.company", 2,
                    "usd is no currency code of three capital letters");
     expect_refusal("create --starter --base-currency USD --year 26 a.company", 2,
