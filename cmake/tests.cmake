@@ -1,27 +1,5 @@
 # How the tests' programs are made and run: docs/testing.md.
 
-# brimley_rooms_of(OUT library...): the rooms among the libraries and among those that they link, each once.
-function(brimley_rooms_of out)
-    set(rooms "")
-    foreach(library IN LISTS ARGN)
-        if(library MATCHES "^brimley_" AND TARGET ${library})
-            get_target_property(type ${library} TYPE)
-            if(type STREQUAL STATIC_LIBRARY)
-                list(APPEND rooms ${library})
-            endif()
-        endif()
-        if(TARGET ${library})
-            get_target_property(further ${library} INTERFACE_LINK_LIBRARIES)
-            if(further)
-                brimley_rooms_of(further ${further})
-                list(APPEND rooms ${further})
-            endif()
-        endif()
-    endforeach()
-    list(REMOVE_DUPLICATES rooms)
-    set(${out} ${rooms} PARENT_SCOPE)
-endfunction()
-
 # brimley_test_code(TARGET library...): compiles the sources of a target as code of tests.
 function(brimley_test_code target)
     target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR}/tests)
@@ -33,18 +11,6 @@ function(brimley_test_code target)
         target_link_libraries(${target} PRIVATE known_leaks)
     endif()
     brimley_product_first(${target} ${ARGN})
-endfunction()
-
-# brimley_product_first(TARGET library...): where an inline function is compiled in the product and in a test, the linker takes
-# the first one that it meets. Let it be the product's, optimised and with its sanitizers.
-function(brimley_product_first target)
-    brimley_rooms_of(rooms ${ARGN})
-    get_target_property(type ${target} TYPE)
-    if(rooms AND type STREQUAL EXECUTABLE)
-        list(TRANSFORM rooms REPLACE "(.+)" "$<TARGET_FILE:\\1>")
-        list(JOIN rooms " " rooms)
-        target_link_options(${target} PRIVATE "SHELL:-Wl,--whole-archive ${rooms} -Wl,--no-whole-archive")
-    endif()
 endfunction()
 
 # brimley_test_program(NAME FOLDER library...): one GoogleTest program of the .cpp files in tests/FOLDER.
