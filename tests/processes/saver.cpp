@@ -83,10 +83,12 @@ const std::vector<Saver::Act>& Saver::acts() {
         {"void-misc-payment", 1, &Saver::void_expenses, ".* was void.|(.* was void. )?Void Payment failed"},
         {"prepayment", 2, &Saver::prepay, "Add new prepayment failed"},
         {"edit-prepayment", 1, &Saver::edit_prepayment,
-         ".* was void|(.* was void )?Update failed.|(Prepayment was applied to invoiced.)( Update failed.)?"},
+         ".* was void|((.* was void|.* has changed since it was shown.) )?Update failed.|"
+         "(Prepayment was applied to invoiced.)( Update failed.)?"},
         {"void-prepayment", 1, &Saver::void_prepayment,
          ".* was void.|Prepayment was applied to invoiced.|"
-         "((.* was void.|Prepayment was applied to invoiced.) )?Void Prepayment failed"},
+         "((.* was void.|Prepayment was applied to invoiced.|.* has changed since it was shown.) )?"
+         "Void Prepayment failed"},
         {"card-payment", 2, &Saver::pay_card, "Add new payment failed"},
         {"foreign-invoice", 2, &Saver::enter_foreign_invoice, "Add new Invoice failed"},
         {"revaluation", 2, &Saver::revalue, "Add new revaluation failed"},
