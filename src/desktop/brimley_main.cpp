@@ -80,6 +80,7 @@ int main(int argc, char** argv) {
     describe(app, options);
     if (const auto ends = opening::read_command_line(app, argc, argv, kProgram)) return *ends;
     QApplication application(argc, argv);
+    QApplication::setApplicationVersion(BRIMLEY_VERSION);
     options.host.ask_password = [](const std::string& user) { return desktop::ask_for_password(user); };
     return run(application, options);
 }

@@ -8,6 +8,7 @@
 
 #include "desktop/command_icons.h"
 #include "desktop/model_view.h"
+#include "frame/form.h"
 
 namespace brimley::desktop {
 
@@ -23,11 +24,23 @@ QString tool_text_of(const Command& command) {
     return command.tool_text.empty() ? shown(command.caption).remove('&') : shown(command.tool_text);
 }
 
+// The form's own key; where it has none, the one that people try.
+QKeySequence key_of(const Command& command) {
+    if (command.ctrl_key != 0) return {QString("Ctrl+") + QChar::fromLatin1(command.ctrl_key)};
+    if (command.id == frame::command::kNew) return {"Ctrl+N"};
+    if (command.id == frame::command::kFormHelp) return {"F1"};
+    return {};
+}
+
 }  // namespace
 
 CommandActions::CommandActions(QMainWindow& window, controls::CommandBars& bars, const QStringList& menus,
-                               std::function<void(int id)> press)
-    : window_(window), bars_(bars), press_(std::move(press)), popup_(new QMenu(&window)) {
+                               std::function<void(int id)> press, std::function<bool(int id)> can_do)
+    : window_(window),
+      bars_(bars),
+      press_(std::move(press)),
+      can_do_(std::move(can_do)),
+      popup_(new QMenu(&window)) {
     for (const QString& menu : menus)
         add_menu(menu);
     for (const char* name : {kStandard, kFont}) {
@@ -45,14 +58,9 @@ CommandActions::CommandActions(QMainWindow& window, controls::CommandBars& bars,
     for (const auto& [name, menu] : menus_)
         menu->menuAction()->setVisible(!menu->isEmpty());
     if (toolbars_[kStandard]->actions().isEmpty()) toolbars_[kStandard]->hide();  // a dialog may have none
-    draw_icons();
-}
-
-void CommandActions::draw_icons() {
     for (const auto& [name, toolbar] : toolbars_)
         for (QAction* const action : toolbar->actions())
-            action->setIcon(command_icon(window_.objectName(), action->data().toInt(), action->iconText(),
-                                         window_.palette()));
+            action->setIcon(command_icon(window_.objectName(), action->data().toInt(), action->iconText()));
 }
 
 QAction* CommandActions::make_action(const Command& command) {
@@ -60,8 +68,8 @@ QAction* CommandActions::make_action(const Command& command) {
     const QString tool_text = tool_text_of(command);
     QString tip = command.tool_tip.empty() ? tool_text : shown(command.tool_tip);
     action->setIconText(tool_text);
-    if (command.ctrl_key != 0) {
-        action->setShortcut(QKeySequence(QString("Ctrl+") + QChar::fromLatin1(command.ctrl_key)));
+    if (const QKeySequence key = key_of(command); !key.isEmpty()) {
+        action->setShortcut(key);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     }
     action->setToolTip(tip);
@@ -102,7 +110,7 @@ void CommandActions::refresh(bool font_bar_shown) {
     for (const Command& command : bars_.commands()) {
         QAction* const action = find(command.id);
         if (action == nullptr) continue;
-        action->setEnabled(command.enabled);
+        action->setEnabled(command.enabled && can_do_(command.id));
         action->setCheckable(command.pressed);
         action->setChecked(command.pressed);
     }

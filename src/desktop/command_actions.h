@@ -18,9 +18,10 @@ namespace brimley::desktop {
 
 class CommandActions {
   public:
-    // Builds the bars into the window. `menus` is the order of the menus.
+    // Builds the bars into the window. `menus` is the order of the menus. A command that can do nothing is
+    // grey.
     CommandActions(QMainWindow& window, controls::CommandBars& bars, const QStringList& menus,
-                   std::function<void(int id)> press);
+                   std::function<void(int id)> press, std::function<bool(int id)> can_do);
     CommandActions(const CommandActions&) = delete;
     CommandActions& operator=(const CommandActions&) = delete;
 
@@ -28,9 +29,6 @@ class CommandActions {
     void refresh(bool font_bar_shown);
     // The keys of the commands work in this window, too.
     void lend_keys_to(QWidget& window) const;
-
-    // Draws the pictures again, in the colours of the window.
-    void draw_icons();
 
     // Null when the form has no such command.
     [[nodiscard]] QAction* find(int id) const;
@@ -47,6 +45,7 @@ class CommandActions {
     QMainWindow& window_;
     controls::CommandBars& bars_;
     std::function<void(int id)> press_;
+    std::function<bool(int id)> can_do_;
     std::map<int, QAction*> actions_;
     std::map<QString, QMenu*> menus_;
     QString menu_letters_;

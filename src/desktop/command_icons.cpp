@@ -1,6 +1,8 @@
 #include "desktop/command_icons.h"
 
+#include <QApplication>
 #include <QFile>
+#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRegularExpression>
@@ -12,7 +14,7 @@ namespace {
 
 constexpr int kField = 24;  // of the strokes
 const QColor kProgramColour(38, 103, 173);
-constexpr int kSide = 72;  // of the picture, so that it stays sharp on a dense screen
+constexpr int kSide = 72;  // of the program's picture, so that it stays sharp on a dense screen
 
 // By the names of the lines.
 std::map<QString, QString> read_strokes() {
@@ -55,24 +57,37 @@ void draw_strokes(QPainter& painter, const QString& strokes) {
     painter.drawPath(path);
 }
 
-QPixmap draw(const QString& strokes, const QColor& colour) {
-    QPixmap picture(kSide, kSide);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(double{kSide} / kField, double{kSide} / kField);
-    painter.setPen(QPen(colour, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    draw_strokes(painter, strokes);
-    return picture;
-}
+class StrokedIcon : public QIconEngine {
+  public:
+    explicit StrokedIcon(const QString& strokes) : strokes_(strokes) {}
+
+    void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State /*state*/) override {
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(place.topLeft());
+        painter->scale(place.width() / double{kField}, place.height() / double{kField});
+        painter->setPen(QPen(QApplication::palette().color(group, QPalette::ButtonText), 1.6, Qt::SolidLine,
+                             Qt::RoundCap, Qt::RoundJoin));
+        draw_strokes(*painter, strokes_);
+        painter->restore();
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap picture(size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        paint(&painter, QRect({}, size), mode, state);
+        return picture;
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new StrokedIcon(strokes_); }
+
+  private:
+    QString strokes_;
+};
 
 }  // namespace
 
-QIcon stroked_icon(const QString& strokes, const QPalette& palette) {
-    QIcon icon(draw(strokes, palette.color(QPalette::ButtonText)));
-    icon.addPixmap(draw(strokes, palette.color(QPalette::Disabled, QPalette::ButtonText)), QIcon::Disabled);
-    return icon;
-}
+QIcon stroked_icon(const QString& strokes) { return QIcon(new StrokedIcon(strokes)); }
 
 QIcon program_icon() {
     QPixmap picture(kSide, kSide);
@@ -88,13 +103,13 @@ QIcon program_icon() {
     return picture;
 }
 
-QIcon command_icon(const QString& form, int command, const QString& caption, const QPalette& palette) {
+QIcon command_icon(const QString& form, int command, const QString& caption) {
     static const std::map<QString, QString> kStrokes = read_strokes();
     const QString id = QString::number(command);
     for (const QString& name : {form + '.' + id, id})
         if (const auto found = kStrokes.find(name); found != kStrokes.end())
-            return stroked_icon(found->second, palette);
-    return stroked_icon("T 12 12 " + caption.left(1), palette);
+            return stroked_icon(found->second);
+    return stroked_icon("T 12 12 " + caption.left(1));
 }
 
 }  // namespace brimley::desktop

@@ -105,8 +105,9 @@ FormWindow::~FormWindow() {
 }
 
 void FormWindow::build(const Look& look) {
-    actions_ = std::make_unique<CommandActions>(*this, form_->CommandBars1(), look.menus,
-                                                [this](int id) { press(id); });
+    actions_ = std::make_unique<CommandActions>(
+        *this, form_->CommandBars1(), look.menus, [this](int id) { press(id); },
+        [this](int id) { return form_->can_do(id); });
     laid_out_ = lay_out(*this, form_->controls(), look, [this](Control& control, const LookField& field) {
         return make_widget(control, field);
     });
@@ -228,6 +229,7 @@ void FormWindow::control_changed(const Control& control) {
     if (ModelView* const changed = view(control)) changed->refresh();
     refresh_pane(control);
     refresh_captions();
+    refresh_commands();
     if (&control == title_control_) refresh_title();
 }
 
@@ -483,14 +485,7 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 
 void FormWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() != QEvent::PaletteChange || !actions_) return;
-    actions_->draw_icons();
-    // The buttons of a pane get their pictures when it gets its features.
-    for (const auto& [frame, dock] : laid_out_.panes) {
-        dock->setFeatures(QDockWidget::NoDockWidgetFeatures);
-        dock->setFeatures(kPaneFeatures);
-    }
-    refresh_all();
+    if (event->type() == QEvent::PaletteChange && actions_) refresh_all();
 }
 
 // A pane is closed by its model, and the dock follows.

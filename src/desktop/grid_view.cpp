@@ -49,6 +49,11 @@ GridView::GridView(Grid& grid, ActGate& gate) : grid_(grid), gate_(gate), table_
     connect_headers();
 }
 
+QSize GridView::sizeHint() const {
+    const QSize usual = QTableView::sizeHint();
+    return minimumHeight() > 0 ? QSize(usual.width(), minimumHeight()) : usual;
+}
+
 void GridView::connect_headers() {
     QHeaderView* const header = horizontalHeader();
     verticalHeader()->setFixedWidth(14);

@@ -51,6 +51,9 @@ class GridView : public QTableView, public ModelView {
     void resize_column_to(int column, int width_twips);
     void resize_rows_to(int height_twips);
 
+    // No higher than the least that its place asks for; it takes what room there is.
+    [[nodiscard]] QSize sizeHint() const override;
+
     // Gets the editor of each cell that opens.
     std::function<void(QWidget& editor)> on_editor;
     // Opens the menu of the grid.

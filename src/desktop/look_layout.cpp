@@ -1,10 +1,12 @@
 #include "desktop/look_layout.h"
 
+#include <QApplication>
 #include <QDockWidget>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMainWindow>
+#include <QScrollArea>
 #include <QTableView>
 
 #include "controls/date_range.h"
@@ -19,6 +21,7 @@ namespace brimley::desktop {
 namespace {
 
 constexpr int kGenericRows = 6;  // of a column of fields
+constexpr int kLeastRows = 4;    // of a grid that takes what room there is
 constexpr int kRowInView = 26;   // pixels that a row takes where the look counts rows
 constexpr int kColumnSpacing = 18;
 constexpr int kGroupSpacing = 16;
@@ -29,6 +32,25 @@ Qt::DockWidgetArea area_of(const QString& place) {
     return place == "left" ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea;
 }
 
+// Where there is no room for all of its content it scrolls, and follows the focus.
+class Scrolled : public QScrollArea {
+  public:
+    explicit Scrolled(QWidget* content) {
+        setWidget(content);
+        setWidgetResizable(true);
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, QWidget* now) {
+            if (now != nullptr && widget()->isAncestorOf(now)) ensureWidgetVisible(now, kMargin, kMargin);
+        });
+    }
+    // As large as its content; the toolkit would have it no larger than some lines of text.
+    [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
+
+  private:
+    static constexpr int kMargin = 12;  // pixels around what has the focus
+};
+
 class Layouter {
   public:
     Layouter(QMainWindow& window, const controls::ControlSet& controls, const MakeWidget& make_widget)
@@ -36,7 +58,6 @@ class Layouter {
 
     LaidOut lay_out(const Look& look) {
         auto* const centre = new QWidget(&window_);
-        window_.setCentralWidget(centre);
         auto* const whole = new QVBoxLayout(centre);
         whole->setContentsMargins(8, 6, 8, 6);
         whole->setSpacing(6);
@@ -44,6 +65,7 @@ class Layouter {
         whole->addLayout(head);
         for (const LookPart& part : look.parts)
             add_part(part, *head, *whole);
+        window_.setCentralWidget(new Scrolled(centre));
         return std::move(result_);
     }
 
@@ -155,7 +177,10 @@ class Layouter {
         auto* const below_title = new QVBoxLayout;
         below_title->setSpacing(0);
         if (QLabel* const title = grid_title(name)) below_title->addWidget(title);
-        if (rows > 0) grid->setFixedHeight((rows + 1) * kRowInView);
+        if (rows > 0)
+            grid->setFixedHeight((rows + 1) * kRowInView);
+        else
+            grid->setMinimumHeight((kLeastRows + 1) * kRowInView);
         below_title->addWidget(grid);
         whole.addLayout(below_title, rows > 0 ? 0 : 1);
     }
@@ -193,7 +218,7 @@ class Layouter {
             whole->addWidget(grid, 1);
         }
         if (part.grids.isEmpty() && !across) whole->addStretch(1);
-        dock->setWidget(content);
+        dock->setWidget(new Scrolled(content));
         window_.addDockWidget(area_of(part.place), dock);
         result_.panes[control] = dock;
     }

@@ -1,15 +1,14 @@
 #include "desktop/main_window.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -19,6 +18,7 @@
 #include "desktop/company_dialogs.h"
 #include "desktop/entry_keeper.h"
 #include "desktop/form_window.h"
+#include "desktop/module_forms.h"
 #include "desktop/server_watch.h"
 #include "frame/form.h"
 #include "payments/invoice_payment/apform_payment.h"
@@ -32,29 +32,6 @@ constexpr int kWhyFor = 60000;        // why something was not stored
 constexpr double kShareOfArea = 0.9;  // of a form among others
 constexpr std::string_view kPayThisInvoice = "pay_this_invoice";
 
-// A form in the menu.
-struct FormEntry {
-    const char* class_name;
-    const char* caption;
-    void (*show)(host::APclass&);
-};
-
-constexpr FormEntry kForms[] = {
-    {"APform_invoice", "&Invoices", [](host::APclass& ap) { ap.showform_APform_invoice(); }},
-    {"APform_payment", "&Payments", [](host::APclass& ap) { ap.showform_APform_payment(); }},
-    {"APform_prepayment", "P&repayments", [](host::APclass& ap) { ap.showform_APform_prepayment(); }},
-    {"APform_misc_payment", "&Miscellaneous payments", [](host::APclass& ap) { ap.showform_APform_misc(); }},
-    {"APform_creditcard_payment", "&Credit card payments",
-     [](host::APclass& ap) { ap.showform_APform_creditcard_payment(); }},
-    {"APform_void_check", "&Void check", [](host::APclass& ap) { ap.showform_APform_void_check(); }},
-    {"APreport_recur_inquiry", "Recurring invoices &due",
-     [](host::APclass& ap) { ap.showform_APreport_recur_inquiry(); }},
-    {"APform_revalue", "Reva&luation", [](host::APclass& ap) { ap.showform_APform_revalue(); }},
-    {"APreport_aging", "Vendor &aging", [](host::APclass& ap) { ap.showform_APform_aging(); }},
-    {"APreport_inquiry", "Invoice in&quiry", [](host::APclass& ap) { ap.showform_APform_inquiry(); }},
-    {"APreport_payhistory", "Payment &history", [](host::APclass& ap) { ap.showform_APform_payhistory(); }},
-};
-
 }  // namespace
 
 MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
@@ -64,6 +41,7 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
       idle_(idle_after, [this] { tidy_company(); }),
       pages_(new QStackedWidget),
       area_(new QMdiArea),
+      menus_(*this, settings_, options_.user),
       server_state_(new QLabel) {
     setWindowTitle("Brimley AP");
     // From the beginning, so that no line of it moves the forms later.
@@ -77,13 +55,12 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
     make_forms_page();
     // What opens beside a form that fills the area does not cover it.
     area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
-    connect(area_, &QMdiArea::subWindowActivated, this, [this] { refresh_page(); });
+    connect(area_, &QMdiArea::subWindowActivated, this, [this] {
+        refresh_page();
+        refresh_menus();
+    });
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    make_company_menu();
-    make_forms_menu();
-    make_window_menu();
-    make_view_menu();
     desk_.place = [this](FormWindow& window) {
         place_form(window);
         keep_entries_of(window);
@@ -107,7 +84,7 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
         at->deleteLater();
         refresh_page();
     };
-    resize(1366, 740);
+    resize(QSize(1366, 740).boundedTo(screen()->availableSize()));
     if (memory_ == Memory::kept) restoreGeometry(settings_.geometry());
     refresh_state();
 }
@@ -130,6 +107,7 @@ void MainWindow::open_company(const QString& company) {
     close_company();
     ap_ = std::make_unique<host::APclass>(desk_);
     static_cast<frame::HostContext&>(*ap_) = context;
+    ap_->text_below_icons = true;
     watch_server();
     requests_ = std::make_unique<Requests>(*ap_);
     requests_->show_window = [this](QWidget* window) { place(*window); };
@@ -264,10 +242,10 @@ void MainWindow::open_with_form(const std::optional<QString>& company) {
 }
 
 bool MainWindow::show_form(const QString& class_name) {
-    for (const FormEntry& entry : kForms) {
-        if (class_name != entry.class_name || !ap_) continue;
+    for (const ModuleForm& form : module_forms()) {
+        if (class_name != form.class_name || !ap_) continue;
         if (ap_->dbe) ap_->dbe->reconnect();
-        entry.show(*ap_);
+        form.show(*ap_);
         return true;
     }
     return false;
@@ -291,6 +269,10 @@ void keep_inside(QMdiSubWindow& window, const QSize& room) {
 }  // namespace
 
 void MainWindow::place(QWidget& window) {
+    const QPointer<QMdiSubWindow> asked_from = area_->currentSubWindow();
+    connect(&window, &QObject::destroyed, area_, [this, asked_from] {
+        if (area_->subWindowList().contains(asked_from)) area_->setActiveSubWindow(asked_from);
+    });
     QMdiSubWindow* const at = area_->addSubWindow(&window);
     at->setAttribute(Qt::WA_DeleteOnClose);
     const QSize room = area_->viewport()->size();
@@ -308,6 +290,7 @@ void MainWindow::place_form(FormWindow& window) {
     const bool fills = before == nullptr || before->isMaximized();
     QMdiSubWindow* const at = area_->addSubWindow(&window);
     at->setSystemMenu(nullptr);  // its keys are the forms' own
+    ProgramMenus::take_over(window);
     if (fills) {
         at->showMaximized();
     } else {
@@ -326,8 +309,7 @@ QMdiSubWindow* MainWindow::sub_window_of(const QWidget& window) const {
 
 void MainWindow::refresh_state() {
     refresh_page();
-    forms_menu_->setEnabled(ap_ != nullptr);
-    close_action_->setEnabled(ap_ != nullptr);
+    menus_.show_open(ap_ != nullptr);
     list_recent_companies();
 }
 
@@ -337,6 +319,11 @@ void MainWindow::refresh_page() {
                             : area_->subWindowList().isEmpty() ? forms_page_
                                                                : static_cast<QWidget*>(area_);
     if (pages_->currentWidget() != wanted) pages_->setCurrentWidget(wanted);
+}
+
+void MainWindow::refresh_menus() {
+    const QMdiSubWindow* const at = area_->currentSubWindow();
+    menus_.show_menus_of(at == nullptr ? nullptr : dynamic_cast<FormWindow*>(at->widget()));
 }
 
 void MainWindow::tell(const QString& text) { statusBar()->showMessage(text, kToldFor); }
@@ -387,82 +374,26 @@ void MainWindow::make_welcome_page() {
 
 void MainWindow::make_forms_page() {
     auto* const page = new ButtonPage("<h2>Forms</h2>");
-    for (const FormEntry& entry : kForms)
-        page->add_button(entry.caption, [this, &entry] { show_form(entry.class_name); });
+    for (const ModuleForm& form : module_forms())
+        page->add_button(form.caption, [this, &form] { show_form(form.class_name); });
     page->add_end();
     forms_page_ = page;
     pages_->addWidget(page);
 }
 
 void MainWindow::list_recent_companies() {
-    recent_menu_->clear();
+    menus_.show_recent(settings_.recent_companies());
     while (QLayoutItem* const item = recent_buttons_->takeAt(0)) {
         delete item->widget();
         delete item;
     }
     for (const QString& company : settings_.recent_companies()) {
         const auto open = [this, company] { open_with_form(company); };
-        connect(recent_menu_->addAction(company), &QAction::triggered, this, open, Qt::QueuedConnection);
         auto* const button = new QPushButton(company);
         button->setFlat(true);
         // Opening lists the companies again, so it waits until the click is over.
         connect(button, &QPushButton::clicked, this, open, Qt::QueuedConnection);
         recent_buttons_->addWidget(button, 0, Qt::AlignHCenter);
-    }
-}
-
-// --- menus ---
-void MainWindow::make_company_menu() {
-    QMenu* const menu = menuBar()->addMenu("&Company");
-    menu->addAction("&Open...", this, [this] { open_with_form(ask_for_company_file(this)); });
-    menu->addAction("Open on a s&erver...", this, [this] { open_with_form(ask_for_server(this)); });
-    menu->addAction("Open the &sample company", this, [this] { open_sample(); });
-    menu->addAction("&New...", this, [this] { open_with_form(make_new_company(this, options_.user)); });
-    recent_menu_ = menu->addMenu("&Recent");
-    menu->addSeparator();
-    close_action_ = menu->addAction("&Close", this, [this] {
-        if (let_entries_go()) close_company();
-    });
-    menu->addAction("&Quit", this, [this] { close(); });
-}
-
-void MainWindow::make_forms_menu() {
-    forms_menu_ = menuBar()->addMenu("Form&s");
-    for (const FormEntry& entry : kForms) {
-        const QString class_name = entry.class_name;
-        forms_menu_->addAction(entry.caption, this, [this, class_name] { show_form(class_name); });
-    }
-}
-
-void MainWindow::make_window_menu() {
-    QMenu* const menu = menuBar()->addMenu("&Window");
-    menu->addAction("&Side by side", this, [this] { area_->tileSubWindows(); });
-    menu->addAction("&Cascade", this, [this] { area_->cascadeSubWindows(); });
-    menu->addAction("&Next", QKeySequence("Ctrl+F6"), area_, &QMdiArea::activateNextSubWindow);
-    menu->addSeparator();
-    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
-        for (QAction* const action : menu->actions().mid(4))
-            delete action;
-        for (QMdiSubWindow* const at : area_->subWindowList())
-            menu->addAction(at->windowTitle(), this, [this, at] { area_->setActiveSubWindow(at); });
-    });
-}
-
-void MainWindow::make_view_menu() {
-    QMenu* const menu = menuBar()->addMenu("Loo&k");
-    auto* const choices = new QActionGroup(menu);
-    const std::pair<const char*, Theme> themes[] = {
-        {"&Light", Theme::light}, {"&Dark", Theme::dark}, {"As the s&ystem", Theme::as_system}};
-    for (const auto& [caption, theme] : themes) {
-        QAction* const action = menu->addAction(caption);
-        action->setCheckable(true);
-        action->setChecked(settings_.theme() == theme);
-        choices->addAction(action);
-        const Theme chosen = theme;
-        connect(action, &QAction::triggered, this, [this, chosen] {
-            settings_.set_theme(chosen);
-            use_theme(chosen);
-        });
     }
 }
 

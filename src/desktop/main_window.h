@@ -10,12 +10,12 @@
 
 #include "desktop/desktop_desk.h"
 #include "desktop/idle_watch.h"
+#include "desktop/program_menus.h"
 #include "desktop/requests.h"
 #include "desktop/settings.h"
 #include "host/apclass.h"
 #include "opening/host_options.h"
 
-class QAction;
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
@@ -61,17 +61,15 @@ class MainWindow : public QMainWindow {
     void make_welcome_page();
     void make_forms_page();
     void list_recent_companies();
-    void make_company_menu();
-    void make_forms_menu();
-    void make_window_menu();
-    void make_view_menu();
     // The same for a person: false, after a box, when it cannot be opened.
     [[nodiscard]] bool open_or_tell(const QString& company);
+    // Beside the forms; when it is closed, the window that asked for it comes back.
     void place(QWidget& window);
     void place_form(FormWindow& window);
     [[nodiscard]] QMdiSubWindow* sub_window_of(const QWidget& window) const;
     void refresh_state();
     void refresh_page();
+    void refresh_menus();
     void tell(const QString& text);
     void watch_server();
     void keep_entries_of(FormWindow& window);
@@ -93,13 +91,11 @@ class MainWindow : public QMainWindow {
     IdleWatch idle_;
     QStackedWidget* pages_;
     QMdiArea* area_;
+    ProgramMenus menus_;
     QLabel* server_state_;  // what is wrong with the connection, or that nothing can be changed
     QWidget* welcome_page_ = nullptr;
     QWidget* forms_page_ = nullptr;
-    QAction* close_action_ = nullptr;
     QVBoxLayout* recent_buttons_ = nullptr;
-    QMenu* recent_menu_ = nullptr;
-    QMenu* forms_menu_ = nullptr;
 };
 
 }  // namespace brimley::desktop

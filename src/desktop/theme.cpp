@@ -11,6 +11,12 @@ namespace {
 
 constexpr double kPointSize = 9;
 
+// Of what cannot be used now.
+void set_faint(QPalette& palette, const QColor& colour) {
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, colour);
+}
+
 QPalette light_palette() {
     QPalette palette(QColor(238, 240, 243));
     palette.setColor(QPalette::Window, QColor(240, 242, 245));
@@ -25,6 +31,7 @@ QPalette light_palette() {
     palette.setColor(QPalette::PlaceholderText, QColor(130, 136, 145));
     palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(200, 212, 226));
     palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(20, 22, 26));
+    set_faint(palette, QColor(152, 158, 166));
     return palette;
 }
 
@@ -45,8 +52,7 @@ QPalette dark_palette() {
     palette.setColor(QPalette::Mid, QColor(104, 111, 121));
     palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(62, 74, 90));
     palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(226, 229, 233));
-    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor(120, 126, 134));
+    set_faint(palette, QColor(120, 126, 134));
     return palette;
 }
 

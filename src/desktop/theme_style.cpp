@@ -30,14 +30,13 @@ QString strokes_of(QStyle::StandardPixmap which) {
             return "M 5 6 L 19 6 L 19 18 L 5 18 L 5 6 M 5 8 L 19 8";
         case QStyle::SP_TitleBarNormalButton:
             return "M 9 9 L 9 5 L 19 5 L 19 14 L 15 14 M 5 9 L 15 9 L 15 19 L 5 19 L 5 9";
+        case QStyle::SP_ToolBarHorizontalExtensionButton:
+            return "M 6 6 L 12 12 L 6 18 M 12 6 L 18 12 L 12 18";
+        case QStyle::SP_ToolBarVerticalExtensionButton:
+            return "M 6 6 L 12 12 L 18 6 M 6 12 L 12 18 L 18 12";
         default:
             return {};
     }
-}
-
-QPalette palette_around(const QStyleOption* option, const QWidget* widget) {
-    if (widget != nullptr) return widget->palette();
-    return option != nullptr ? option->palette : QApplication::palette();
 }
 
 }  // namespace
@@ -62,8 +61,7 @@ void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
 QIcon ThemeStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
                                const QWidget* widget) const {
     const QString strokes = strokes_of(which);
-    return strokes.isEmpty() ? QProxyStyle::standardIcon(which, option, widget)
-                             : stroked_icon(strokes, palette_around(option, widget));
+    return strokes.isEmpty() ? QProxyStyle::standardIcon(which, option, widget) : stroked_icon(strokes);
 }
 
 QPixmap ThemeStyle::standardPixmap(StandardPixmap which, const QStyleOption* option,

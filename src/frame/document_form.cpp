@@ -214,25 +214,55 @@ void DocumentForm::CommandBars1_Execute(int id) {
     }
 }
 
+bool DocumentForm::can_do(int id) const {
+    const bool reading = mode() == Mode::read;
+    switch (id) {
+        case command::kSave:
+            return rights().Update && !reading;
+        case command::kNew:
+            return rights().Update && mode() != Mode::edit;
+        case command::kEditMode:
+            return rights().Update && mode() != Mode::new_entry;
+        case command::kPreview:
+            return rights().Print && reading && on_saved_document();
+        case command::kInsertLine:
+            return dbgrid1.allow_add_new;
+        case command::kDeleteLine:
+            return dbgrid1.allow_delete;
+        case command::kGlRecord:
+            return on_posted_document();
+        case command::kOrigin:
+            return on_saved_document() && request_for_origin() != nullptr;
+        case command::kRefresh:
+            return reading;
+        default:
+            return true;
+    }
+}
+
 bool DocumentForm::on_saved_document() const {
     return !txtdocno.empty() && txtdocno.text() != kNewDocno && !txtfkey.empty();
 }
 
 void DocumentForm::findGL() {
-    if (on_saved_document() && !txtglfkey.empty()) notify("G/L Ledger Review", txtglfkey.text());
+    if (on_posted_document()) notify("G/L Ledger Review", txtglfkey.text());
 }
 
-void DocumentForm::origin_doc() {
-    if (!on_saved_document()) return;
+const char* DocumentForm::request_for_origin() const {
     struct Origin {
         const char* source;
         const char* request;
     };
     static constexpr Origin kOrigins[] = {
         {"PO-RECEIPT", "Receipt Entry"}, {"PO-BILL", "P/O Bill Entry"}, {"PO-LANDED", "Landed Cost Entry"}};
-    for (const Origin& origin : kOrigins) {
-        if (txtsource.text() == origin.source) notify(origin.request, txtsource_docno.text());
-    }
+    for (const Origin& origin : kOrigins)
+        if (txtsource.text() == origin.source) return origin.request;
+    return nullptr;
+}
+
+void DocumentForm::origin_doc() {
+    const char* const request = request_for_origin();
+    if (on_saved_document() && request != nullptr) notify(request, txtsource_docno.text());
 }
 
 std::optional<store::DateTime> DocumentForm::date_in(const controls::TextField& field) const {

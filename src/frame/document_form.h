@@ -52,6 +52,7 @@ class DocumentForm : public GridForm {
     virtual void Recordx();
     // The same for the document whose key is in txtfkey.
     virtual void Recordx_fkey();
+    [[nodiscard]] bool can_do(int id) const override;
     virtual void grid_readmode();
     virtual void grid_newmode();
     // Unlocks everything but the number; a form locks what an edit may not touch.
@@ -109,9 +110,13 @@ class DocumentForm : public GridForm {
     void findGL();
     // The document of another module that the one on screen came from.
     void origin_doc();
+    // What the host is asked for to show it; null when it came from none.
+    [[nodiscard]] const char* request_for_origin() const;
 
     // Whether the number and key of a stored document are on screen.
     [[nodiscard]] bool on_saved_document() const;
+    // The same, of a document that the ledger knows.
+    [[nodiscard]] bool on_posted_document() const { return on_saved_document() && !txtglfkey.empty(); }
     [[nodiscard]] std::string document_at_hand() override { return txtdocno.text(); }
     // New or Edit.
     [[nodiscard]] bool entering() const { return mode() != Mode::read; }

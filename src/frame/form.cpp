@@ -14,7 +14,9 @@ using controls::Refusal;
 
 Form::Form(const FormIdentity& identity, HostContext context, std::shared_ptr<kernel::ModuleG3> kernel,
            Desk& desk)
-    : identity_(identity), context_(std::move(context)), kernel_(std::move(kernel)), desk_(desk) {}
+    : identity_(identity), context_(std::move(context)), kernel_(std::move(kernel)), desk_(desk) {
+    bars_.show_text = context_.text_below_icons;
+}
 
 Form::~Form() = default;
 
@@ -226,6 +228,7 @@ void Form::save_before_exit() {
 }
 
 void Form::init_form_property() {
+    bars_.set_pressed(command::kShowText, bars_.show_text);
     const auto row = kernel().find("Form_property_table",
                                    {{"userid", context_.BRIMLEY_USER}, {"form", identity_.class_name}});
     if (row.at_eof()) return;

@@ -103,6 +103,10 @@ class Form : public std::enable_shared_from_this<Form> {
     // the host's to notice (CommandBars1().find).
     [[nodiscard]] controls::Refusal press(int id);
 
+    // False when the command would do nothing as the form stands, and say nothing: a host may show it grey.
+    // Asks nothing of the company; in doubt true.
+    [[nodiscard]] virtual bool can_do(int /*id*/) const { return true; }
+
     std::function<void(const std::string& formx, const std::string& docnox, const std::string& arg2)>
         NotifyClients;
 

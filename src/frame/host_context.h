@@ -25,6 +25,8 @@ struct HostContext {
     std::string BRIMLEY_NO_PERIODS;   // fiscal periods of a year, as text
     std::string BRIMLEY_FONT_NAME;
     std::any BRIMLEY_FONT_SIZE;
+    // Text below the icons of a user who has not chosen yet (command 209).
+    bool text_below_icons = false;
 };
 
 }  // namespace brimley::frame

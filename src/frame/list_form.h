@@ -45,6 +45,7 @@ class ListForm : public GridForm {
     void add_list_commands(std::vector<controls::Command> own);
 
     void Form_Load() final;
+    [[nodiscard]] bool can_do(int id) const final { return id != command::kPreview || rights().Print; }
     void CommandBars1_Execute(int id) final;
     void save_grid() final;
     [[nodiscard]] std::vector<controls::Grid*> grids() final { return {&dbgrid1, &print_columns.grid_sel}; }

@@ -130,6 +130,7 @@ class APform_invoice : public frame::DocumentForm {
     [[nodiscard]] std::vector<controls::Grid*> grids() override {
         return {&dbgrid1, &taxes.grid_tax, &taxes.grid_tax_summary};
     }
+    [[nodiscard]] bool can_do(int id) const override;
     void execute_own(int id) override;
     [[nodiscard]] std::string doctype_of_walk() override;
     [[nodiscard]] frame::DocumentWalk& walk() override;

@@ -100,6 +100,27 @@ void APform_invoice::execute_own(int id) {
     }
 }
 
+bool APform_invoice::can_do(int id) const {
+    const bool reading = mode() == frame::Mode::read;
+    const bool has_document = !txtdocno.empty() && !txtfkey.empty();
+    switch (id) {
+        case kViewRecurring:
+            return reading;
+        case kPayThisInvoice:
+            return reading && on_posted_document();
+        case kPaymentHistory:
+            return on_posted_document();
+        case kVoidInvoice:
+            return reading && rights().Update && has_document && shown_whole();
+        case kHoldInvoice:
+            return reading && rights().Update && has_document;
+        case kReleaseHold:
+            return reading && rights().Update && has_document && chkhold.is_set();
+        default:
+            return DocumentForm::can_do(id);
+    }
+}
+
 void APform_invoice::view_kind(const char* kind, int id) {
     recurring.leave();
     cmbdoctype.set(kind);

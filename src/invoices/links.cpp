@@ -23,7 +23,7 @@ bool is_printed_amount(std::string_view field) {
 }  // namespace
 
 void APform_invoice::pay_this_invoice() {
-    if (!on_saved_document() || txtglfkey.empty()) return;
+    if (!on_posted_document()) return;
     if (chkhold.value() == 1) {
         tell("Invoice is on hold.");
         return;
@@ -32,7 +32,7 @@ void APform_invoice::pay_this_invoice() {
 }
 
 void APform_invoice::payment_history() {
-    if (on_saved_document() && !txtglfkey.empty()) notify("Payment History", txtdocno.text());
+    if (on_posted_document()) notify("Payment History", txtdocno.text());
 }
 
 // The invoice grid has no column "account", so the request always goes out without one.

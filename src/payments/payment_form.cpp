@@ -169,6 +169,11 @@ Recordset PaymentForm::stored_header() {
     return kernel().find_to_change(kind_.tables.header, {{"fkey", txtfkey.text()}});
 }
 
+bool PaymentForm::can_do(int id) const {
+    if (id == frame::command::kVoidPayment) return rights().Update && shows_what_to_void();
+    return DocumentForm::can_do(id);
+}
+
 void PaymentForm::execute_own(int id) {
     if (id == frame::command::kVoidPayment && rights().Update) void_payment();
 }
@@ -201,10 +206,12 @@ bool PaymentForm::posted_as_shown(const Recordset& header) {
 
 // --- void ---
 
+bool PaymentForm::shows_what_to_void() const {
+    return mode() == frame::Mode::read && !dbgrid1.allow_update && !txtfkey.empty() && shown_whole();
+}
+
 bool PaymentForm::may_void() {
-    if (mode() != frame::Mode::read || dbgrid1.allow_update || txtfkey.empty() || !shown_whole())
-        return false;
-    if (!has_its_number()) return false;
+    if (!shows_what_to_void() || !has_its_number()) return false;
     if (chkvoid.is_set()) return refuse(txtdocno.text() + " was void.");
     return may_be_voided() && ask(kind_.void_question);
 }

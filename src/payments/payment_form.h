@@ -97,6 +97,7 @@ class PaymentForm : public frame::DocumentForm {
     [[nodiscard]] std::string edit_refusal() override;
     void preview() override;
     // Every kind can be voided.
+    [[nodiscard]] bool can_do(int id) const override;
     void execute_own(int id) override;
     // The fields of a stored header that every kind has, on the screen and from the screen.
     void assign_header(store::Recordset& header);
@@ -119,6 +120,8 @@ class PaymentForm : public frame::DocumentForm {
     friend class PayBy;
     friend class RepostingEdit;
 
+    // Whether there is a payment on screen to void, whatever stands against it.
+    [[nodiscard]] bool shows_what_to_void() const;
     [[nodiscard]] bool may_void();
     [[nodiscard]] bool write_void();
     [[nodiscard]] bool write_edit(const std::optional<store::DateTime>& check_date);

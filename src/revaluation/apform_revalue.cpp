@@ -215,6 +215,21 @@ bool APform_revalue::entry_has_data() { return dbgrid1.array.row_has_text(0); }
 
 // --- commands ---
 
+bool APform_revalue::can_do(int id) const {
+    switch (id) {
+        case command::kPreview:
+            return rights().Print;
+        case command::kFind:
+            return txtdocno.text() == frame::kNewDocno;
+        case command::kLast:
+            return false;
+        case command::kRefresh:
+            return true;
+        default:
+            return DocumentForm::can_do(id);
+    }
+}
+
 void APform_revalue::CommandBars1_Execute(int id) {
     switch (id) {
         case command::kPreview:

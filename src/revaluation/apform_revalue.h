@@ -58,6 +58,7 @@ class APform_revalue : public frame::DocumentForm {
     void initform_control() override { fill_common_combos(); }
     void init_grid() override { init_report(); }
     [[nodiscard]] std::vector<controls::Grid*> grids() override { return {&dbgrid1, &dbgrid2, &dbgridcmd}; }
+    [[nodiscard]] bool can_do(int id) const override;
     void CommandBars1_Execute(int id) override;
     void execute_own(int id) override;
     void save_recent_values() override;

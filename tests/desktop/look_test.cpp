@@ -75,7 +75,7 @@ TEST_F(Looks, NameOnlyControlsThatTheirFormsHave) {
 
 TEST_F(Looks, CommandOfAFormMayHaveAPictureOfItsOwn) {
     const auto picture = [](const char* form, int command) {
-        return desktop::command_icon(form, command, "Due", QPalette()).pixmap(20).toImage();
+        return desktop::command_icon(form, command, "Due").pixmap(20).toImage();
     };
     EXPECT_NE(picture("APreport_recur_inquiry", 1001), picture("APreport_inquiry", 1001));
     EXPECT_NE(picture("APreport_recur_inquiry", 1001), picture("APreport_recur_inquiry", 1002));

@@ -1,7 +1,5 @@
-// The windows of the forms in the area, and the menus above them.
+// The windows of the forms in the area.
 #include <QLabel>
-#include <QMenuBar>
-#include <set>
 
 #include "desktop/host_window.h"
 
@@ -61,27 +59,6 @@ TEST_F(Host, FormsAreOfferedWhenNoneIsOpen) {
 TEST_F(Host, TitleOfAFormTellsItsDocument) {
     save_invoice();
     EXPECT_EQ(window->desk().windows().back()->windowTitle(), "A/P Invoice - IP-26-00001");
-}
-
-TEST_F(Host, MenusOpenWithLettersThatNoFormHas) {
-    window->show_form("APform_invoice");
-    window->show_form("APform_payment");
-    window->show_form("APform_void_check");
-    const auto letters_of = [](const QMenuBar& bar) {
-        QString letters;
-        for (const QAction* const menu : bar.actions()) {
-            const qsizetype mark = menu->text().indexOf('&');
-            EXPECT_GE(mark, 0) << menu->text().toStdString();
-            letters += menu->text().at(mark + 1).toUpper();
-        }
-        return letters;
-    };
-    const QString own = letters_of(*window->menuBar());
-    for (desktop::FormWindow* const form : window->desk().windows()) {
-        const QString all = own + letters_of(*form->menuBar());
-        EXPECT_EQ(std::set<QChar>(all.begin(), all.end()).size(), static_cast<std::size_t>(all.size()))
-            << all.toStdString();
-    }
 }
 
 TEST_F(Host, ExitClosesTheWindowOfTheForm) {

@@ -52,6 +52,48 @@ TEST_F(Themes, WindowsThatAreOpenFollowTheTheme) {
     EXPECT_LT(lightness(ground), 0.4);
 }
 
+TEST_F(Themes, ArrowAndButtonsOfPanesCanBeSeenInLightAndDark) {
+    show_invoice();
+    trigger(131);
+    for (const auto theme : {desktop::Theme::light, desktop::Theme::dark}) {
+        use(theme);
+        window().resize(220, 600);  // the toolbar does not fit in
+        window().settle();
+        QApplication::processEvents();
+        int seen = 0;
+        for (const char* name :
+             {"qt_toolbar_ext_button", "qt_dockwidget_closebutton", "qt_dockwidget_floatbutton"})
+            for (QWidget* const button : window().findChildren<QWidget*>(name)) {
+                if (!button->isVisible()) continue;
+                ++seen;
+                const QImage picture = button->grab().toImage();
+                double darkest = 1;
+                double lightest = 0;
+                for (int x = 0; x < picture.width(); ++x)
+                    for (int y = 0; y < picture.height(); ++y) {
+                        darkest = std::min(darkest, lightness(picture.pixelColor(x, y)));
+                        lightest = std::max(lightest, lightness(picture.pixelColor(x, y)));
+                    }
+                EXPECT_GT(lightest - darkest, 0.4) << name;
+            }
+        EXPECT_EQ(seen, 3);
+    }
+}
+
+TEST_F(Themes, WhatCannotBeUsedIsFaintInLightAndDark) {
+    show_invoice();
+    for (const auto theme : {desktop::Theme::light, desktop::Theme::dark}) {
+        use(theme);
+        const QPalette& colours = window().palette();
+        const auto contrast = [&](QPalette::ColorGroup group) {
+            return std::abs(lightness(colours.color(group, QPalette::ButtonText)) -
+                            lightness(colours.color(group, QPalette::Button)));
+        };
+        EXPECT_GT(contrast(QPalette::Active), 2 * contrast(QPalette::Disabled));
+        EXPECT_GT(contrast(QPalette::Disabled), 0.1);
+    }
+}
+
 TEST_F(Themes, CellInAGridStandsOutOnlyWhileTheUserIsThere) {
     show_invoice();
     const auto ground = [this] {

@@ -127,7 +127,8 @@ Refusal WidgetActor::press(frame::Form& form, int command) {
     if (window == nullptr) return Refusal::disabled;
     window->settle();
     QAction* const action = window->actions().find(command);
-    if (action == nullptr || !action->isEnabled()) return Refusal::disabled;
+    if (action == nullptr || !form.CommandBars1().find(command)->enabled) return Refusal::disabled;
+    if (!action->isEnabled()) return Refusal::none;  // grey, since it would do nothing
     return in_window(*window, [&] { action->trigger(); });
 }
 

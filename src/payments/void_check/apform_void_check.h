@@ -68,6 +68,9 @@ class APform_void_check : public frame::GridForm {
   protected:
     void Form_Load() override;
     void init_toolbar() override;
+    [[nodiscard]] bool can_do(int id) const override {
+        return id != frame::command::kSave || rights().Update;
+    }
     void CommandBars1_Execute(int id) override;
     [[nodiscard]] std::string current_vendor() override { return cmbvendor.text(); }
 
