@@ -21,7 +21,7 @@ constexpr qint64 kSlice = 20;  // milliseconds between two looks at what there i
 
 }  // namespace
 
-DesktopDesk::DesktopDesk() = default;
+DesktopDesk::DesktopDesk() : clock(company::local_now) {}
 
 DesktopDesk::~DesktopDesk() {
     // A child, which came later than its owner, goes before it.
@@ -84,7 +84,7 @@ bool DesktopDesk::question(const std::string& text, const std::string& title) {
     return yes;
 }
 
-store::DateTime DesktopDesk::now() { return stand_in_ != nullptr ? stand_in_->now() : company::local_now(); }
+store::DateTime DesktopDesk::now() { return stand_in_ != nullptr ? stand_in_->now() : clock(); }
 
 // The windows go on being painted, and the pointer shows that the program waits.
 void DesktopDesk::wait(std::chrono::milliseconds duration) {

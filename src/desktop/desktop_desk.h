@@ -46,6 +46,8 @@ class DesktopDesk : public frame::Desk {
     std::function<void(FormWindow&)> raise;
     // The window is about to go; it deletes itself.
     std::function<void(FormWindow&)> take_away;
+    // The user's clock; the machine's, unless somebody else gives one.
+    std::function<store::DateTime()> clock;
     // Called while a box is open, once, in place of the person who would answer it.
     std::function<void(QMessageBox&)> on_box;
     // Called with the last reason why an act was not stored, before the box opens; empty, before any other

@@ -108,6 +108,9 @@ void MainWindow::open_company(const QString& company) {
     ap_ = std::make_unique<host::APclass>(desk_);
     static_cast<frame::HostContext&>(*ap_) = context;
     ap_->text_below_icons = true;
+    // On papers and reports; better this than none.
+    if (ap_->BRIMLEY_COMPANY_NAME.empty())
+        ap_->BRIMLEY_COMPANY_NAME = typed(short_name(company_shown(company)));
     watch_server();
     requests_ = std::make_unique<Requests>(*ap_);
     requests_->show_window = [this](QWidget* window) { place(*window); };

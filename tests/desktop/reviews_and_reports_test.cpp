@@ -143,6 +143,18 @@ TEST_F(Host, WhatADocumentIsStandsInLargeLetters) {
     EXPECT_EQ(stamp(), "");
 }
 
+TEST_F(Host, PaperNamesTheCompanyByItsFileUntilItIsGivenAName) {
+    const auto paper = [this] {
+        save_invoice();
+        window->desk().windows().back()->press(103);
+        return newest<desktop::ReportWindow>()->document().toPlainText().toStdString();
+    };
+    EXPECT_THAT(paper(), ::testing::StartsWith("company\n"));
+    options.company_name = "Pier Street Coffee & Tea";
+    open_window();
+    EXPECT_THAT(paper(), ::testing::StartsWith("Pier Street Coffee & Tea\n"));
+}
+
 TEST_F(Host, PreviewPrintsTheDocumentOfTheQuery) {
     save_invoice();
     window->desk().windows().back()->press(103);
