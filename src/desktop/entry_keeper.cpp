@@ -109,7 +109,7 @@ void EntryKeeper::offer() {
     line->setContentsMargins(6, 2, 6, 2);
     const QString more = left.size() == 1 ? QString() : QString(" (%1 more after it)").arg(left.size() - 1);
     line->addWidget(new QLabel(description(left.front().entry) + more));
-    QPushButton* const take = button("Take it &up again", "take_up");
+    QPushButton* const take = button("&Resume it", "take_up");
     QPushButton* const drop_it = button("&Drop it", "drop");
     for (QPushButton* const each : {take, drop_it})
         line->addWidget(each);
@@ -125,7 +125,7 @@ void EntryKeeper::offer() {
 }
 
 void EntryKeeper::take_up(const entries::KeptEntry& kept) {
-    if (recorder_.entry_is_open()) return desk_.message("Save or drop the entry that stands here first.");
+    if (recorder_.entry_is_open()) return desk_.message("Save or drop the entry that is open first.");
     const auto result = replay(kept);
     if (result) tell_how_it_stands(*result);
     offer();
@@ -148,12 +148,12 @@ std::optional<entries::Replayed> EntryKeeper::replay(const entries::KeptEntry& k
 
 void EntryKeeper::tell_how_it_stands(const entries::Replayed& result) {
     if (result.stands_as_it_stood()) {
-        if (tell) tell("The entry stands here again.");
+        if (tell) tell("The entry is restored.");
         return;
     }
     if (!result.ended_because.empty()) {
-        desk_.message("The entry cannot be taken up to its end. " + result.ended_because +
-                      " What stands here is the part before that; the whole entry is still kept.");
+        desk_.message("The entry could be restored only in part. " + result.ended_because +
+                      " You see the part before that; the whole entry is still kept.");
         return;
     }
     QStringList names;
@@ -161,8 +161,8 @@ void EntryKeeper::tell_how_it_stands(const entries::Replayed& result) {
         if (const controls::Control* const control = window_.form().controls().find(name))
             names.append(window_.caption_of(*control));
     names.removeDuplicates();
-    desk_.message("The entry stands here again, but not as it stood: the company has changed. Look at: " +
-                  typed(names.join(", ")) + ".");
+    desk_.message(
+        "The entry is restored, but the company has changed since. Check: " + typed(names.join(", ")) + ".");
 }
 
 void EntryKeeper::drop(const entries::KeptEntry& kept) {
@@ -177,7 +177,7 @@ void EntryKeeper::drop(const entries::KeptEntry& kept) {
 bool EntryKeeper::let_go() {
     note_pending();
     if (!recorder_.entry_is_open()) return true;
-    QMessageBox box(QMessageBox::Question, window_.windowTitle(), "What was entered here is not saved.",
+    QMessageBox box(QMessageBox::Question, window_.windowTitle(), "What you entered here is not saved yet.",
                     QMessageBox::NoButton, &window_);
     const QPushButton* const save = box.addButton("&Save", QMessageBox::AcceptRole);
     const QPushButton* const keep = box.addButton("&Keep for later", QMessageBox::AcceptRole);

@@ -105,18 +105,23 @@ void ListPopup::place_below(const QWidget& anchor) {
     const int rows = std::clamp(list_->model()->rowCount(), 1, kRowsShownMax);
     const int row_height = std::max(list_->sizeHintForRow(0), list_->fontMetrics().height() + 4);
     const int header = list_->isHeaderHidden() ? 0 : list_->header()->sizeHint().height();
-    const bool scrolls = list_->model()->rowCount() > kRowsShownMax;
+    const int frame = 2 * frameWidth();
+    const QRect screen = anchor.screen()->availableGeometry();
+    const int top = anchor.mapToGlobal(QPoint(0, 0)).y();
+    const int above = top - screen.top();
+    const int below = screen.bottom() - top - anchor.height();
+    const int wanted_height = rows * row_height + header + frame;
+    // Where it has no room on either side it is shorter.
+    const bool opens_up = wanted_height > below && above > below;
+    const int height = std::min(wanted_height, opens_up ? above : below);
+    const bool scrolls = list_->model()->rowCount() > kRowsShownMax || height < wanted_height;
     list_->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
     const int scroll_bar = scrolls ? list_->verticalScrollBar()->sizeHint().width() : 0;
-    const int frame = 2 * frameWidth();
-    const QSize wanted(std::max(anchor.width(), list_->header()->length() + scroll_bar + frame),
-                       rows * row_height + header + frame);
-    const QRect screen = anchor.screen()->availableGeometry();
-    QPoint at = anchor.mapToGlobal(QPoint(0, anchor.height()));
-    if (at.y() + wanted.height() > screen.bottom())
-        at.setY(anchor.mapToGlobal(QPoint(0, 0)).y() - wanted.height());
-    at.setX(std::clamp(at.x(), screen.left(), std::max(screen.left(), screen.right() - wanted.width())));
-    setGeometry(QRect(at, wanted));
+    const int width =
+        std::min(std::max(anchor.width(), list_->header()->length() + scroll_bar + frame), screen.width());
+    const int left = anchor.mapToGlobal(QPoint(0, 0)).x();
+    setGeometry(std::clamp(left, screen.left(), screen.right() + 1 - width),
+                opens_up ? top - height : top + anchor.height(), width, height);
 }
 
 void ListPopup::pick(int row) {

@@ -31,7 +31,7 @@ PdfWindow::PdfWindow(const QString& path, const QString& title) : document_(new 
     if (document_->load(file) != QPdfDocument::Error::None) {
         const bool exists = QFileInfo::exists(file);
         auto* const fault =
-            new QLabel(file + (exists ? " cannot be shown: it is no PDF file." : " is not there."));
+            new QLabel(file + (exists ? " cannot be shown: it is not a PDF file." : " was not found."));
         fault->setAlignment(Qt::AlignCenter);
         fault->setWordWrap(true);
         layout->addWidget(fault);

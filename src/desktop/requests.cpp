@@ -127,7 +127,7 @@ void Requests::answer(const std::string& formx, const std::string& docnox, const
     } else if (std::find(kOtherModules.begin(), kOtherModules.end(), formx) != kOtherModules.end()) {
         tell(shown(formx) + " " + shown(docnox) + " is a document of another module.");
     } else if (!open_form(formx, docnox) && !open_window(formx, docnox, arg2)) {
-        tell(shown(formx) + ": nothing here answers this request.");
+        tell(shown(formx) + ": nothing in this program answers this request.");
     }
 }
 

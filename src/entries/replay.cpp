@@ -152,7 +152,7 @@ class Replay : public StandIn {
     [[nodiscard]] store::DateTime now() const override { return now_; }
     [[nodiscard]] bool answer() override {
         if (answers_.empty()) {
-            end("Something is asked that was not asked before.");
+            end("The form asks something that it did not ask before.");
             return false;
         }
         const bool yes = answers_.front();
@@ -179,7 +179,7 @@ class Replay : public StandIn {
             static_cast<void>(run_([&] { return form_.press(id); }));
             answers_.clear();
             if (form_.mode() != Mode::read) {
-                end("Another entry stands open in the form.");
+                end("Another entry is open in the form.");
                 return false;
             }
         }
@@ -195,19 +195,19 @@ class Replay : public StandIn {
                                run_([&] { return number->press_enter(); });
             if (!typed) end(fmt::format("Document {} cannot be shown.", entry_.head.document));
         }
-        if (!is_there()) end(fmt::format("Document {} is not there any more.", entry_.head.document));
+        if (!is_there()) end(fmt::format("Document {} no longer exists.", entry_.head.document));
         return result_.ended_because.empty();
     }
 
     void do_steps() {
         for (const Step& step : entry_.steps) {
-            if (!same_row(step)) return end("A line of the list belongs to something else than it did.");
+            if (!same_row(step)) return end("A line of the list belongs to another item now.");
             now_ = step.at;
             answers_.assign(step.answers.begin(), step.answers.end());
             const bool done = run_([&] { return do_step(step.act); });
             if (!result_.ended_because.empty()) return;
-            if (!done) return end("Something cannot be entered any more.");
-            if (form_.mode() == Mode::read) return end("The form does not let it begin any more.");
+            if (!done) return end("Something can no longer be entered.");
+            if (form_.mode() == Mode::read) return end("The form no longer lets it begin.");
         }
     }
 

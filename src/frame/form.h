@@ -38,37 +38,32 @@ struct FormIdentity {
     const char* help_file;   // "\Help\AP Invoice Entry Help.pdf"
 };
 
-// Shown at the end of every command while the connection of the company is gone and cannot be made again.
+// Shown at the end of every command while the connection to the company is lost and cannot be made again.
 // What was being saved is not tried again.
 inline constexpr const char* kLostMessage = "The connection to the company is lost. Open the company again.";
 inline constexpr const char* kInDoubtMessage =
     "The connection to the company was lost during a save, and it is not known whether that was stored. "
-    "Open the company again and look before you enter it once more.";
+    "Open the company again and check before you enter it again.";
 // The same for a company on a server, which the next command connects to again.
 inline constexpr const char* kLostForNowMessage =
-    "The connection to the company is lost. What was typed stands here still; the next command connects "
-    "again.";
+    "The connection to the company is lost. What you typed is still here; the next command connects again.";
 inline constexpr const char* kInDoubtForNowMessage =
-    "The connection to the company was lost during a save, and it is not known whether that was stored. The "
-    "next "
-    "command connects again and looks; nothing is saved twice.";
+    "The connection to the company was lost during a save, and it is not known whether that was stored. "
+    "The next command connects again and finds out; nothing is saved twice.";
 // What was found out about it, in place of that command.
 inline constexpr const char* kWasStoredMessage = "The connection is back. The last save was stored";
 inline constexpr const char* kWasNotStoredMessage =
-    "The connection is back. The last save was not stored; what was typed stands here still.";
+    "The connection is back. The last save was not stored; what you typed is still here.";
 inline constexpr const char* kUndecidedMessage =
     "The connection is back, but the server has not finished the last save. It is not known yet whether it "
-    "will be "
-    "stored: try again in a while, and do not enter it once more.";
-// In place of a save, while something that stands on the form could not be read.
+    "will be stored: try again in a while, and do not enter it again.";
+// In place of a save, while something that belongs on the form could not be read.
 inline constexpr const char* kHalfReadMessage =
-    "While the connection was lost, something that belongs to this entry could not be read. It cannot be "
-    "saved as "
-    "it stands: begin it anew.";
+    "Something that belongs to this entry could not be read while the connection was lost. It cannot be "
+    "saved like this: begin a new one.";
 inline constexpr const char* kUnknownMessage =
-    "The connection is back. It cannot be found out whether the last save was stored: look before you enter "
-    "it "
-    "once more.";
+    "The connection is back. It cannot be found out whether the last save was stored: check before you "
+    "enter it again.";
 
 class Form : public std::enable_shared_from_this<Form> {
   public:

@@ -94,7 +94,7 @@ void Marks::look_at_dates() {
         if (field == nullptr || field->empty() || field->locked() || !field->visible()) continue;
         const std::string& format = form_.context().BRIMLEY_DATE_FORMAT;
         if (!kernel::try_user_date(field->text(), format))
-            found_.push_back({field, -1, -1, fmt::format("{} is no date ({})", field->text(), format)});
+            found_.push_back({field, -1, -1, fmt::format("{} is not a date ({})", field->text(), format)});
     }
 }
 
@@ -112,9 +112,9 @@ void Marks::look_at_vendor() {
         const auto row = find("Vendor_table", {{"VENDOR_NAME", typed}});
         return row.at_eof() ? std::string{} : row.text("vendor_no");
     });
-    mark(kVendorName,
-         other.empty() ? fmt::format("{} is {}", vendor, name.substr(1))
-                       : fmt::format("This is the name of {}, and {} is {}", other, vendor, name.substr(1)));
+    mark(kVendorName, other.empty()
+                          ? fmt::format("{} is {}", vendor, name.substr(1))
+                          : fmt::format("This is the name of {}; {} is {}", other, vendor, name.substr(1)));
 }
 
 // A void document does not count, nor does the one that is being edited.
@@ -129,9 +129,8 @@ void Marks::look_at_invoice_number() {
              while (!row.at_eof() && (row.text("vendor_no") != vendor->shown() || row.flag("void") ||
                                       (row.text("fkey") == fkey && mode_ == frame::Mode::edit)))
                  row.MoveNext();
-             return row.at_eof()
-                        ? std::string{}
-                        : fmt::format("{} of this vendor is there already: {}", number, row.text("docno"));
+             return row.at_eof() ? std::string{}
+                                 : fmt::format("This vendor already has {}: {}", number, row.text("docno"));
          }));
 }
 
@@ -191,7 +190,7 @@ void Marks::look_at_tax(const Grid& grid, int row) {
     const std::string rate = rate_of(tax_code);
     if (!rate.empty())
         mark(grid, row, column,
-             fmt::format("{} has a rate of {} %, and there is no tax: type the amount again to compute it",
+             fmt::format("{} has a rate of {} %, but there is no tax: type the amount again to compute it",
                          tax_code, rate));
 }
 

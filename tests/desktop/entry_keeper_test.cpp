@@ -74,7 +74,7 @@ TEST_F(KeptEntries, ClosedWindowIsKeptForLater) {
     wanted_button = "Keep for later";
     window->area().subWindowList().front()->close();
     QApplication::processEvents();
-    EXPECT_THAT(boxes, ElementsAre("What was entered here is not saved."));
+    EXPECT_THAT(boxes, ElementsAre("What you entered here is not saved yet."));
     EXPECT_TRUE(window->desk().windows().empty());
     open_invoice();
     click_band("take_up");
@@ -101,7 +101,7 @@ TEST_F(KeptEntries, ClosedWindowIsSavedAndStaysWhereTheSaveIsRefused) {
     boxes.clear();
     window->area().subWindowList().front()->close();
     QApplication::processEvents();
-    EXPECT_THAT(boxes, ElementsAre("What was entered here is not saved.", "Add new Invoice complete"));
+    EXPECT_THAT(boxes, ElementsAre("What you entered here is not saved yet.", "Add new Invoice complete"));
     EXPECT_TRUE(window->desk().windows().empty());
     EXPECT_EQ(kept(), 0U);
 }
@@ -150,7 +150,7 @@ TEST_F(KeptEntries, OneEntryIsOfferedAfterTheOther) {
     expect_entry();
     EXPECT_THAT(offered(), HasSubstr("was not saved."));
     click_band("take_up");
-    EXPECT_THAT(boxes, ElementsAre("Save or drop the entry that stands here first."));
+    EXPECT_THAT(boxes, ElementsAre("Save or drop the entry that is open first."));
 }
 
 TEST_F(KeptEntries, LeafingAwayOffersTheEntryAtOnce) {
@@ -173,7 +173,7 @@ TEST_F(KeptEntries, WhatShowsSomethingElseIsNamed) {
     EXPECT_THAT(offered(), HasSubstr("A change of IP-26-00001"));
     click_band("take_up");
     ASSERT_EQ(boxes.size(), 1U);
-    EXPECT_THAT(boxes.front(), HasSubstr("but not as it stood"));
+    EXPECT_THAT(boxes.front(), HasSubstr("but the company has changed since"));
     EXPECT_THAT(boxes.front(), HasSubstr("Remark"));
     EXPECT_EQ(form().txtinvno.text(), "B-17");
 }
@@ -204,7 +204,7 @@ TEST_F(KeptEntries, PartOfAnEntryIsKeptBesideTheWholeOne) {
     open_invoice();
     click_band("take_up");
     ASSERT_EQ(boxes.size(), 1U);
-    EXPECT_THAT(boxes.front(), HasSubstr("cannot be taken up to its end"));
+    EXPECT_THAT(boxes.front(), HasSubstr("could be restored only in part"));
     EXPECT_THAT(offered(), HasSubstr("A change of IP-26-00001"));
     enter(form(), {.lines = {{"5000", "", "gross amount", "75.00"}}});
     form_window().press(100);

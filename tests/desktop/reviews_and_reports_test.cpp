@@ -184,7 +184,7 @@ TEST_F(Host, PdfThatIsNotThereIsToldInItsWindow) {
     ask("pdf viewer", "/nowhere\\Help\\AP Invoice Entry Help.pdf", "Help");
     auto* const viewer = newest<desktop::PdfWindow>();
     ASSERT_NE(viewer, nullptr);
-    EXPECT_EQ(viewer->findChild<QLabel*>()->text(), "/nowhere/Help/AP Invoice Entry Help.pdf is not there.");
+    EXPECT_EQ(viewer->findChild<QLabel*>()->text(), "/nowhere/Help/AP Invoice Entry Help.pdf was not found.");
 }
 
 // Whether something dark appears in the window within some seconds: pages are drawn beside the event loop.

@@ -8,7 +8,9 @@
 #include <QScreen>
 #include <QScrollArea>
 
+#include "desktop/combo_view.h"
 #include "desktop/host_window.h"
+#include "desktop/list_popup.h"
 #include "desktop/module_forms.h"
 
 namespace brimley::testing {
@@ -175,6 +177,28 @@ TEST_F(Room, FieldThatIsGoneToIsScrolledIntoSight) {
         QApplication::processEvents();
         EXPECT_FALSE(field->visibleRegion().isEmpty()) << name;
         EXPECT_EQ(field->visibleRegion().boundingRect().size(), field->size()) << name;
+    }
+}
+
+TEST_F(Room, ListsOpenInsideTheScreen) {
+    window->show_form("APform_invoice");
+    desktop::FormWindow& form = *window->desk().windows().back();
+    form.press(105);
+    form.settle();
+    const QRect screen = window->screen()->availableGeometry();
+    for (const char* name : {"cmbdoctype", "cmbvendor", "cmbterm", "cmbperiod"}) {
+        auto& combo = dynamic_cast<desktop::ComboView&>(*form.findChild<QWidget*>(name));
+        // At the top of the screen, in its middle and at its foot.
+        for (const int y : {0, screen.height() / 2, screen.height() - combo.height() - 2}) {
+            window->move(window->pos() + QPoint(0, y - combo.mapToGlobal(QPoint(0, 0)).y()));
+            desktop::ListPopup* const list = combo.open_list();
+            ASSERT_NE(list, nullptr) << name;
+            EXPECT_TRUE(screen.contains(list->geometry()))
+                << name << " at " << y << ": " << text_of(list->geometry()) << " in " << text_of(screen);
+            EXPECT_GE(list->height(), 40) << name;
+            list->close();
+            QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
     }
 }
 

@@ -247,7 +247,7 @@ TEST_F(TakeUpListedItems, AmountIsNotEnteredOnAnotherItem) {
     company.db().Execute("UPDATE AP_transaction_table SET paid = TRUE WHERE docno = 'IP-26-00001'");
     auto& form = payment();
     const Replayed result = take_up(form);
-    EXPECT_EQ(result.ended_because, "A line of the list belongs to something else than it did.");
+    EXPECT_EQ(result.ended_because, "A line of the list belongs to another item now.");
     EXPECT_EQ(form.dbgrid1.cell(1, "pay amount"), "");
     EXPECT_THAT(kept(), SizeIs(1));
 }
@@ -287,7 +287,7 @@ TEST_F(TakeUpEdit, EndsWhereTheFormDoesNotLetItBegin) {
     restart();
     company.db().Execute("UPDATE AP_header_table SET void = TRUE WHERE docno = 'IP-26-00001'");
     auto& form = invoice();
-    EXPECT_EQ(take_up(form).ended_because, "The form does not let it begin any more.");
+    EXPECT_EQ(take_up(form).ended_because, "The form no longer lets it begin.");
     EXPECT_EQ(form.mode(), Mode::read);
     EXPECT_THAT(kept(), SizeIs(1));
 }
@@ -296,7 +296,7 @@ TEST_F(TakeUpEdit, EndsWhenTheDocumentIsGone) {
     edit_first();
     restart();
     company.db().Execute("DELETE * FROM AP_header_table WHERE docno = 'IP-26-00001'");
-    EXPECT_EQ(take_up(invoice()).ended_because, "Document IP-26-00001 is not there any more.");
+    EXPECT_EQ(take_up(invoice()).ended_because, "Document IP-26-00001 no longer exists.");
 }
 
 TEST_F(TakeUpEdit, TellsWhatShowsSomethingElse) {

@@ -75,7 +75,7 @@ TEST_F(MarksOfInvoice, VendorThatDoesNotExist) {
 
 TEST_F(MarksOfInvoice, NameOfAnotherVendor) {
     form().cmbvendor_name.set("Alder Office Supply");
-    EXPECT_THAT(seen(), ElementsAre("cmbvendor_name: This is the name of V1011, and V1001 is Baywater Coffee "
+    EXPECT_THAT(seen(), ElementsAre("cmbvendor_name: This is the name of V1011; V1001 is Baywater Coffee "
                                     "Traders"));
     form().cmbvendor_name.set("Somebody");
     EXPECT_THAT(seen(), ElementsAre("cmbvendor_name: V1001 is Baywater Coffee Traders"));
@@ -87,7 +87,7 @@ TEST_F(MarksOfInvoice, InvoiceNumberThatThisVendorHasAlready) {
     EXPECT_EQ(form().press(105), Refusal::none);
     EXPECT_EQ(form().cmbvendor.type("V1001"), Refusal::none);
     type(form().txtinvno, "A-1");
-    EXPECT_THAT(seen(), ElementsAre("txtinvno: A-1 of this vendor is there already: IP-26-00001"));
+    EXPECT_THAT(seen(), ElementsAre("txtinvno: This vendor already has A-1: IP-26-00001"));
     EXPECT_EQ(form().cmbvendor.type("V1002"), Refusal::none);
     EXPECT_THAT(seen(), IsEmpty());
 }
@@ -115,13 +115,13 @@ TEST_F(MarksOfInvoice, NoTaxUnderACodeWithARate) {
     EXPECT_THAT(seen(), IsEmpty());
     form().dbgrid1.set_cell(0, "tax code", "STACK");
     EXPECT_THAT(seen(),
-                ElementsAre("dbgrid1 0 tax amount: STACK has a rate of 12 %, and there is no tax: type "
+                ElementsAre("dbgrid1 0 tax amount: STACK has a rate of 12 %, but there is no tax: type "
                             "the amount again to compute it"));
 }
 
 TEST_F(MarksOfInvoice, DateThatIsNone) {
     type(form().txtduedate, "31/02/2026");
-    EXPECT_THAT(seen(), ElementsAre("txtduedate: 31/02/2026 is no date (dd/mm/yyyy)"));
+    EXPECT_THAT(seen(), ElementsAre("txtduedate: 31/02/2026 is not a date (dd/mm/yyyy)"));
 }
 
 TEST_F(MarksOfInvoice, NothingIsMarkedOnAStoredDocument) {
