@@ -48,7 +48,7 @@ int take_screenshot(desktop::MainWindow& window, const QString& company, const O
         std::cerr << kProgram << ": " << failure.what() << '\n';
         return opening::kNotOpened;
     }
-    if (!window.show_form(QString::fromStdString(options.screenshot[0]))) {
+    if (!window.show_form(options.screenshot[0])) {
         std::cerr << kProgram << ": this version has no form " << options.screenshot[0] << '\n';
         return opening::kWrongUsage;
     }

@@ -68,7 +68,7 @@ void size_field(QWidget& widget, const LookField& field) {
     const int characters = field.width > 0 ? field.width : kGenericWidth;
     const int frame = 26;  // its border and the arrow of a list
     widget.setFixedWidth(characters * widget.fontMetrics().averageCharWidth() + frame);
-    if (field.lines > 1) widget.setMinimumHeight(field.lines * widget.fontMetrics().lineSpacing() + 10);
+    if (field.lines > 1) widget.setFixedHeight(field.lines * widget.fontMetrics().lineSpacing() + 10);
 }
 
 }  // namespace
@@ -77,8 +77,9 @@ FormWindow::FormWindow(std::shared_ptr<frame::Form> form, frame::Desk& desk)
     : form_(std::move(form)), desk_(desk), marks_(*form_), mode_band_(new QLabel), stamp_(new QLabel) {
     const QString class_name = shown(std::string(form_->identity().class_name));
     const QString caption = shown(std::string(form_->identity().caption));
-    Look look = look_of(class_name).value_or(generic_look(form_->controls(), caption));
-    add_what_is_left_out(look, form_->controls());
+    const Hints hints = [this](const Control& control) { return form_->hint_of(control); };
+    Look look = look_of(class_name).value_or(generic_look(form_->controls(), caption, hints));
+    add_what_is_left_out(look, form_->controls(), hints);
     setObjectName(class_name);
     title_ = look.title.isEmpty() ? caption : look.title;
     title_control_ = form_->controls().find(typed(look.title_control));

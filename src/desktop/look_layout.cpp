@@ -242,12 +242,15 @@ QString caption_from(const QString& name) {
     return name.mid(has_kind ? 3 : 0).replace('_', ' ');
 }
 
-LookRow row_of(const controls::Control& control) {
+LookRow row_of(const controls::Control& control, const frame::FieldHint& hint) {
     const bool has_caption = has_caption_of_its_own(control);
-    const int width = dynamic_cast<const controls::DateRange*>(&control) != nullptr ? 12
+    const int usual = dynamic_cast<const controls::DateRange*>(&control) != nullptr ? 12
                       : has_caption                                                 ? 0
                                                                                     : 18;
-    return {has_caption ? QString() : caption_from(shown(control.name())), {{shown(control.name()), width}}};
+    LookField field{shown(control.name()), hint.width > 0 ? hint.width : usual};
+    field.lines = hint.lines;
+    const QString caption = hint.caption.empty() ? caption_from(shown(control.name())) : shown(hint.caption);
+    return {has_caption ? QString() : caption, {field}};
 }
 
 // The part that a control comes to lie in: its frame's pane, or the last column that has room.
@@ -269,7 +272,7 @@ LaidOut lay_out(QMainWindow& window, const controls::ControlSet& controls, const
     return Layouter(window, controls, make_widget).lay_out(look);
 }
 
-void add_what_is_left_out(Look& look, const controls::ControlSet& controls) {
+void add_what_is_left_out(Look& look, const controls::ControlSet& controls, const Hints& hints) {
     for (const controls::Control* control : controls.all()) {
         const auto* const frame = dynamic_cast<const controls::Frame*>(control);
         if (frame == nullptr || frame->caption().empty() || look.names(shown(control->name()))) continue;
@@ -279,24 +282,28 @@ void add_what_is_left_out(Look& look, const controls::ControlSet& controls) {
         if (dynamic_cast<const controls::TabControl*>(control) != nullptr &&
             !look.names(shown(control->name())))
             look.parts.push_back({LookPart::Kind::tabs, shown(control->name())});
+    std::vector<const controls::Control*> grids;  // below the fields
     for (const controls::Control* control : controls.all()) {
         const bool is_frame = dynamic_cast<const controls::Frame*>(control) != nullptr;
         const bool is_grid = dynamic_cast<const controls::Grid*>(control) != nullptr;
         if (is_frame || look.names(shown(control->name()))) continue;
-        if (!is_grid) {
-            part_for(look, *control).fields.push_back(row_of(*control));
-        } else if (control->container() != nullptr) {
-            part_for(look, *control).grids.append(shown(control->name()));
-        } else {
-            look.parts.push_back({LookPart::Kind::grid, shown(control->name())});
-        }
+        if (is_grid)
+            grids.push_back(control);
+        else
+            part_for(look, *control).fields.push_back(row_of(*control, hints(*control)));
+    }
+    for (const controls::Control* const grid : grids) {
+        if (grid->container() != nullptr)
+            part_for(look, *grid).grids.append(shown(grid->name()));
+        else
+            look.parts.push_back({LookPart::Kind::grid, shown(grid->name())});
     }
 }
 
-Look generic_look(const controls::ControlSet& controls, const QString& title) {
+Look generic_look(const controls::ControlSet& controls, const QString& title, const Hints& hints) {
     Look look;
     look.title = title;
-    add_what_is_left_out(look, controls);
+    add_what_is_left_out(look, controls, hints);
     return look;
 }
 

@@ -7,6 +7,7 @@
 
 #include "controls/control.h"
 #include "desktop/look.h"
+#include "frame/form.h"
 
 class QBoxLayout;
 class QDockWidget;
@@ -38,8 +39,11 @@ using MakeWidget = std::function<QWidget*(controls::Control&, const LookField&)>
 
 // The look of a form that has no file: the fields in columns in the order of their declaration, grids below,
 // frames as panes with what lies in them.
-[[nodiscard]] Look generic_look(const controls::ControlSet& controls, const QString& title);
+// hints: what the form says of its fields.
+using Hints = std::function<frame::FieldHint(const controls::Control&)>;
+[[nodiscard]] Look generic_look(const controls::ControlSet& controls, const QString& title,
+                                const Hints& hints);
 // What the look leaves out, after what it has.
-void add_what_is_left_out(Look& look, const controls::ControlSet& controls);
+void add_what_is_left_out(Look& look, const controls::ControlSet& controls, const Hints& hints);
 
 }  // namespace brimley::desktop

@@ -244,7 +244,7 @@ void MainWindow::open_with_form(const std::optional<QString>& company) {
     if (company && let_entries_go() && open_or_tell(*company)) show_form("APform_invoice");
 }
 
-bool MainWindow::show_form(const QString& class_name) {
+bool MainWindow::show_form(const std::string& class_name) {
     for (const ModuleForm& form : module_forms()) {
         if (class_name != form.class_name || !ap_) continue;
         if (ap_->dbe) ap_->dbe->reconnect();
@@ -378,7 +378,8 @@ void MainWindow::make_welcome_page() {
 void MainWindow::make_forms_page() {
     auto* const page = new ButtonPage("<h2>Forms</h2>");
     for (const ModuleForm& form : module_forms())
-        page->add_button(form.caption, [this, &form] { show_form(form.class_name); });
+        if (!form.is_master)
+            page->add_button(shown(form.caption), [this, &form] { show_form(form.class_name); });
     page->add_end();
     forms_page_ = page;
     pages_->addWidget(page);

@@ -52,7 +52,7 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] bool let_entries_go();
     // Shows a form of the module by the name of its class, such as APform_invoice. False when nothing came to
     // the screen.
-    bool show_form(const QString& class_name);
+    bool show_form(const std::string& class_name);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -1,19 +1,22 @@
 // The forms of the module, as the menus and the first page offer them.
 #pragma once
 
-#include <span>
+#include <functional>
+#include <string>
+#include <vector>
 
 #include "host/apclass.h"
 
 namespace brimley::desktop {
 
 struct ModuleForm {
-    const char* class_name;
-    const char* caption;  // "&" before its letter
-    void (*show)(host::APclass&);
+    std::string class_name;
+    std::string caption;  // "&" before its letter, if it has one
+    std::function<void(host::APclass&)> show;
+    bool is_master = false;  // offered in a menu of its own
 };
 
 // In the order in which they are offered.
-[[nodiscard]] std::span<const ModuleForm> module_forms();
+[[nodiscard]] const std::vector<ModuleForm>& module_forms();
 
 }  // namespace brimley::desktop

@@ -12,6 +12,7 @@
 #include "desktop/company_dialogs.h"
 #include "desktop/form_window.h"
 #include "desktop/main_window.h"
+#include "desktop/model_view.h"
 #include "desktop/module_forms.h"
 #include "desktop/text_menu.h"
 #include "desktop/theme.h"
@@ -73,9 +74,11 @@ void ProgramMenus::make_company_menu() {
 
 void ProgramMenus::make_forms_menu() {
     forms_ = window_.menuBar()->addMenu("Form&s");
+    masters_ = window_.menuBar()->addMenu("M&asters");
     for (const ModuleForm& form : module_forms())
-        forms_->addAction(form.caption, &window_,
-                          [window = &window_, &form] { window->show_form(form.class_name); });
+        (form.is_master ? masters_ : forms_)
+            ->addAction(shown(form.caption), &window_,
+                        [window = &window_, &form] { window->show_form(form.class_name); });
 }
 
 void ProgramMenus::make_edit_menu() {
@@ -124,6 +127,7 @@ void ProgramMenus::make_help_menu() {
 
 void ProgramMenus::show_open(bool is_open) {
     forms_->setEnabled(is_open);
+    masters_->setEnabled(is_open);
     close_->setEnabled(is_open);
 }
 
@@ -159,7 +163,7 @@ void ProgramMenus::show_menus_of(const FormWindow* form) {
         else
             others.append(menu);
     }
-    QList<QAction*> wanted{company_->menuAction(), forms_->menuAction()};
+    QList<QAction*> wanted{company_->menuAction(), forms_->menuAction(), masters_->menuAction()};
     wanted += file;
     wanted += edit;
     wanted += others;

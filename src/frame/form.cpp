@@ -93,7 +93,7 @@ void Form::tell_failure(const std::string& text) {
 bool Form::still_may_update() {
     if (!rights_.Update) return true;
     kernel::UserRights now;
-    kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, now);
+    read_rights_of(now);
     refused_for_rights_ = !now.Update;
     return now.Update;
 }

@@ -32,6 +32,12 @@ namespace brimley::frame {
 enum class Mode { read, new_entry, edit };
 
 // The names of a form; one constant per form.
+struct FieldHint {
+    std::string caption;  // empty: its name
+    int width = 0;        // characters; 0: the host's usual width
+    int lines = 1;
+};
+
 struct FormIdentity {
     const char* class_name;  // "APform_invoice": key of rights, properties and grid layouts
     const char* caption;     // the window's title
@@ -102,6 +108,9 @@ class Form : public std::enable_shared_from_this<Form> {
     // Asks nothing of the company; in doubt true.
     [[nodiscard]] virtual bool can_do(int /*id*/) const { return true; }
 
+    // How a host may show the control where nothing else says it.
+    [[nodiscard]] virtual FieldHint hint_of(const controls::Control& /*control*/) const { return {}; }
+
     std::function<void(const std::string& formx, const std::string& docnox, const std::string& arg2)>
         NotifyClients;
 
@@ -142,7 +151,11 @@ class Form : public std::enable_shared_from_this<Form> {
     [[nodiscard]] const std::shared_ptr<kernel::ModuleG3>& shared_kernel() const { return kernel_; }
     [[nodiscard]] Desk& desk() { return desk_; }
     [[nodiscard]] const kernel::UserRights& rights() const { return rights_; }
-    void read_rights() { kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, rights_); }
+    void read_rights() { read_rights_of(rights_); }
+    // The user's rights on this form, as the company says now.
+    virtual void read_rights_of(kernel::UserRights& rights) {
+        kernel().get_user_rights(identity_.class_name, context_.BRIMLEY_USER, rights);
+    }
     void notify(const std::string& formx, const std::string& docnox = {}, const std::string& arg2 = {});
     void tell(const std::string& text) { desk_.message(text); }
     // Shows the message and returns false, as a check that has failed does.

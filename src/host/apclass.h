@@ -37,6 +37,9 @@ class APreport_aging;
 class APreport_inquiry;
 class APreport_payhistory;
 }  // namespace brimley::inquiries
+namespace brimley::masters {
+class MasterForm;
+}
 namespace brimley::kernel {
 class ModuleG3;
 }
@@ -82,6 +85,9 @@ class APclass : public frame::HostContext {
     void showform_APform_void_check();
     void showform_APform_revalue();
     void showform_APreport_recur_inquiry();
+    // A master by the name of its form's class, such as Master_vendor, at the row of this key. One that
+    // stands in Read comes to the front. Another name shows nothing.
+    void showform_Master(const std::string& class_name, const std::optional<std::string>& key = {});
 
     // --- navigation: the matching show method has run before ---
     void switch_APform_invoice(const std::string& doctypex);
@@ -145,6 +151,7 @@ class APclass : public frame::HostContext {
     std::shared_ptr<inquiries::APreport_aging> frm_aging;
     std::shared_ptr<inquiries::APreport_inquiry> frm_inquiry;
     std::shared_ptr<inquiries::APreport_payhistory> frm_payhistory;
+    std::shared_ptr<masters::MasterForm> frm_master;
 
   private:
     // One of the forward methods.

@@ -30,6 +30,12 @@ Method method(void (APclass::*member)(const std::string&)) {
     return {1, 1, [member](APclass& ap, const Arguments& given) { (ap.*member)(given[0]); }};
 }
 
+Method method(void (APclass::*member)(const std::string&, const Optional&)) {
+    return {1, 2, [member](APclass& ap, const Arguments& given) {
+                (ap.*member)(given[0], given.size() < 2 ? Optional{} : Optional{given[1]});
+            }};
+}
+
 Method method(void (APclass::*member)(std::string)) {
     return {1, 1, [member](APclass& ap, const Arguments& given) { (ap.*member)(given[0]); }};
 }
@@ -63,6 +69,7 @@ const std::map<std::string, Method>& methods() {
         BRIMLEY_METHOD(showform_APform_void_check),
         BRIMLEY_METHOD(showform_APform_revalue),
         BRIMLEY_METHOD(showform_APreport_recur_inquiry),
+        BRIMLEY_METHOD(showform_Master),
         BRIMLEY_METHOD(switch_APform_invoice),
         BRIMLEY_METHOD(APform_invoice_goto_fkey),
         BRIMLEY_METHOD(APform_invoice_goto_docno),

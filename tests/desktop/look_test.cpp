@@ -94,7 +94,8 @@ TEST_F(Looks, EveryControlOfAFormHasAWidget) {
 TEST_F(Looks, FormWithoutAFileShowsItsControlsInTheirOrder) {
     ap.showform_APform_payment();
     const controls::ControlSet& controls = ap.frm_payment->controls();
-    const Look look = desktop::generic_look(controls, "Payments");
+    const Look look =
+        desktop::generic_look(controls, "Payments", [](const auto&) { return frame::FieldHint{}; });
     for (const controls::Control* control : controls.all()) {
         const auto* const frame = dynamic_cast<const controls::Frame*>(control);
         if (frame != nullptr && frame->caption().empty()) continue;

@@ -110,7 +110,7 @@ TEST_F(Room, NoTwoFieldsOfAFormOverlapAtAnySize) {
         desktop::FormWindow& form = *window->desk().windows().back();
         for (const QSize& size : kSizes) {
             take_size(size);
-            const std::string where = std::string(listed.class_name) + " at " + std::to_string(size.width());
+            const std::string where = listed.class_name + " at " + std::to_string(size.width());
             expect_room(form, where);
             expect_panes_apart(form, where);
         }

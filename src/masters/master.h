@@ -1,0 +1,73 @@
+// What a master is, as data: the rows of one table that documents are made with, and how a person keeps them.
+//
+// Every master has the same form (master_form.h). What differs stands here: which fields it has, what they
+// are called, which rows they must name, and who uses a row, so that nobody takes it away.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/form.h"
+
+namespace brimley::masters {
+
+// The rows of another table, one of which a field names.
+struct Known {
+    const char* table;
+    const char* field;
+    const char* name_field;  // shown beside it in the list; empty: none
+    const char* what;        // "currency": in messages
+};
+
+struct Field {
+    // choice: one of `choices`. known: a row of another table, or nothing.
+    enum class Kind { text, long_text, number, date, flag, choice, known };
+
+    const char* name;     // in the table
+    const char* caption;  // on the form and in the list
+    Kind kind = Kind::text;
+    bool key = false;       // names the row, with the other keys; cannot be changed later
+    bool required = false;  // must not be empty
+    bool listed = false;    // is a column of the list
+    bool computed = false;  // shown, and never typed
+    Known of = {};
+    std::vector<const char*> choices = {};
+};
+
+// Rows of another table that hold the (first) key of a row in this field use the row.
+struct Use {
+    const char* table;
+    const char* field;
+    const char* by;  // "invoices": in messages
+};
+
+// What a person has entered, by the names of the table's fields.
+class Entered {
+  public:
+    virtual ~Entered() = default;
+    [[nodiscard]] virtual std::string text(std::string_view field) const = 0;
+    // 0 for what is no number.
+    [[nodiscard]] virtual double number(std::string_view field) const = 0;
+    // Empty for what is no date.
+    [[nodiscard]] virtual std::optional<store::DateTime> date(std::string_view field) const = 0;
+};
+
+struct Master {
+    frame::FormIdentity identity;
+    const char* table;
+    const char* one;  // "vendor": in messages
+    std::vector<Field> fields;
+    std::vector<Use> used_by = {};
+    // Why a row cannot be like this, as a sentence; empty: it can.
+    std::function<std::string(const Entered&)> fault = {};
+};
+
+// All of them, in the order in which they are offered.
+[[nodiscard]] const std::vector<Master>& all_masters();
+// By the name of its form's class, such as Master_vendor. Null when there is none.
+[[nodiscard]] const Master* find_master(std::string_view class_name);
+
+}  // namespace brimley::masters
