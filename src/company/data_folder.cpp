@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <stdexcept>
 #include <system_error>
-#include <vector>
 
 namespace brimley::company {
 
@@ -11,30 +10,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<fs::path> data_folders() {
-    if (const char* chosen = std::getenv("BRIMLEY_DATA"); chosen && *chosen) return {chosen};
-    std::vector<fs::path> folders;
+fs::path folder_of_data() {
+    if (const char* chosen = std::getenv("BRIMLEY_DATA"); chosen && *chosen) return chosen;
     std::error_code unknown;
     const fs::path program = fs::read_symlink("/proc/self/exe", unknown);
-    if (!unknown) {
-        const fs::path above = program.parent_path().parent_path();
-        folders.push_back(above.parent_path() / "data");
-        folders.push_back(above / "share" / "brimley");
-    }
-    folders.emplace_back(BRIMLEY_SOURCE_DIR "/data");
-    return folders;
+    return program.parent_path().parent_path() / "share" / "brimley";
 }
 
 }  // namespace
 
 fs::path data_folder(const std::string& name) {
-    const std::vector<fs::path> folders = data_folders();
-    for (const fs::path& folder : folders) {
-        std::error_code unknown;
-        const fs::path wanted = folder / name;
-        if (fs::is_directory(wanted, unknown)) return wanted;
-    }
-    throw std::runtime_error("there is no folder " + name + " in " + folders.back().string());
+    const fs::path data = folder_of_data();
+    std::error_code unknown;
+    if (!fs::is_directory(data / name, unknown))
+        throw std::runtime_error("there is no folder " + name + " in " + data.string());
+    return data / name;
 }
 
 }  // namespace brimley::company

@@ -6,10 +6,9 @@
 
 namespace brimley::company {
 
-// A folder of CSV files: "sample_company", or "half_year", which the build makes of it. Looked for in the
-// folder that the environment variable BRIMLEY_DATA names, then in `data` two levels above the running
-// program's folder, then in `share/brimley` beside it, then where it was built. Throws std::runtime_error
-// when it is in none of them.
+// A folder of CSV files: "sample_company", or "half_year", which the build makes of it. It lies in the folder
+// that the environment variable BRIMLEY_DATA names; without one in `share/brimley` beside the running
+// program's folder, where the build and an installation put it. Throws std::runtime_error when it does not.
 [[nodiscard]] std::filesystem::path data_folder(const std::string& name);
 
 }  // namespace brimley::company

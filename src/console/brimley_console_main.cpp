@@ -65,7 +65,7 @@ int run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app{"Drives the forms of a Brimley company from scripts or a terminal."};
+    CLI::App app{"Drives the forms of a Brimley company from scripts or a terminal.", kProgram};
     Options options;
     describe(app, options);
     options.host.ask_password = brimley::opening::ask_at_terminal;

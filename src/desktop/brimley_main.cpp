@@ -75,12 +75,13 @@ int run(QApplication& application, const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app{"Accounts payable of a Brimley company, in windows."};
+    CLI::App app{"Accounts payable of a Brimley company, in windows.", kProgram};
     Options options;
     describe(app, options);
     if (const auto ends = opening::read_command_line(app, argc, argv, kProgram)) return *ends;
     QApplication application(argc, argv);
     QApplication::setApplicationVersion(BRIMLEY_VERSION);
+    QApplication::setDesktopFileName("brimley");
     options.host.ask_password = [](const std::string& user) { return desktop::ask_for_password(user); };
     return run(application, options);
 }

@@ -51,7 +51,7 @@ void make_report_folder(const std::string& install_folder) {
 }  // namespace
 
 void describe_host_options(CLI::App& app, HostOptions& options) {
-    app.add_option("--user", options.user, "user id")->type_name("NAME")->capture_default_str();
+    app.add_option("--user", options.user, "user id; else the login name")->type_name("NAME");
     app.add_option("--base-currency", options.base_currency,
                    "base currency; else that of the company's chart")
         ->type_name("CODE");
