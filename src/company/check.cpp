@@ -64,7 +64,7 @@ Findings books_notes(store::Database& database) {
     const Books books(database);
     Findings notes;
     run({note_voided_checks, note_void_prepayments, note_edited_prepayments, note_generated_invoices,
-         note_owing_balances, note_unstored_rows, note_revaluations},
+         note_owing_balances, note_unstored_rows, note_invoice_amounts, note_revaluations},
         books, notes);
     return notes;
 }

@@ -155,6 +155,8 @@ void note_generated_invoices(const Books& books, Findings& notes);
 void note_owing_balances(const Books& books, Findings& notes);
 // Invoices of which a row that came to 0.00 was posted to a payable account, and is not stored.
 void note_unstored_rows(const Books& books, Findings& notes);
+// Invoices with a line below nothing that were edited.
+void note_invoice_amounts(const Books& books, Findings& notes);
 // Revaluations that have stored other items or selection rows than they have posted.
 void note_revaluations(const Books& books, Findings& notes);
 

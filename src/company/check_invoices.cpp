@@ -7,6 +7,7 @@
 #include <unordered_set>
 
 #include "company/check.h"
+#include "company/edited_documents.h"
 #include "company/generated_invoices.h"
 #include "company/shown_text.h"
 
@@ -92,6 +93,9 @@ namespace {
 struct LineAmounts {
     double gross = 0;
     double taxable_and_tax = 0;
+    // What the lines would come to less if what is taxed of some of them were below nothing: of those that
+    // only that explains.
+    double without_sign = 0;
     int uneven = 0;  // with parts of a cent
     int lines = 0;
     double last_item = 0;
@@ -111,8 +115,11 @@ std::unordered_map<std::string, LineAmounts> line_amounts(const Books& books) {
         LineAmounts& sums = by_invoice[rows.column(0).text()];
         const double gross = rows.column(1).number();
         const double taxable = rows.column(2).number();
+        const double tax = rows.column(3).number();
         sums.gross += gross;
-        sums.taxable_and_tax += taxable + rows.column(3).number();
+        sums.taxable_and_tax += taxable + tax;
+        if (taxable > 0 && differ(gross, taxable + tax) && !differ(gross, tax - taxable))
+            sums.without_sign += 2 * taxable;
         sums.uneven += has_parts_of_a_cent(gross) || has_parts_of_a_cent(taxable) ? 1 : 0;
         ++sums.lines;
         sums.last_item = std::max(sums.last_item, rows.column(4).number());
@@ -122,20 +129,44 @@ std::unordered_map<std::string, LineAmounts> line_amounts(const Books& books) {
 
 }  // namespace
 
-void check_invoice_amounts(const Books& books, Findings& findings) {
+namespace {
+
+bool come_to(const LineAmounts& sums, double taxable_and_tax) {
+    const double difference = std::abs(sums.gross - taxable_and_tax);
+    return !differ(std::max(difference, sums.slack()), sums.slack());
+}
+
+// Tells of the invoices whose lines come to something else: of those that an edit explains, or of the others.
+// An edit stores what is taxed as the screen shows it, which is without its sign.
+void tell_of_invoice_amounts(const Books& books, bool explained_by_edit, Findings& told) {
     const auto by_invoice = line_amounts(books);
+    std::optional<std::unordered_set<std::string>> edited;  // read when there is something to explain
     books.each_ap_header([&](const ApHeader& header) {
         const auto found = by_invoice.find(header.fkey);
         if (header.source != "AP-INVOICE" || header.currency != books.base_currency() ||
             found == by_invoice.end())
             return;
         const LineAmounts& sums = found->second;
-        const double difference = std::abs(sums.gross - sums.taxable_and_tax);
-        if (!differ(std::max(difference, sums.slack()), sums.slack())) return;
-        findings.push_back(
-            fmt::format("Invoice {}: its lines come to {:.2f}, what is taxed and the taxes to {:.2f}",
-                        shown_text(header.fkey), sums.gross, sums.taxable_and_tax));
+        if (come_to(sums, sums.taxable_and_tax)) return;
+        if (!edited) edited = edited_documents(books);
+        const bool by_edit = sums.without_sign != 0 && edited->contains(header.docno) &&
+                             come_to(sums, sums.taxable_and_tax - sums.without_sign);
+        if (by_edit != explained_by_edit) return;
+        told.push_back(
+            fmt::format("Invoice {}: its lines come to {:.2f}, what is taxed and the taxes to {:.2f}{}",
+                        shown_text(header.fkey), sums.gross, sums.taxable_and_tax,
+                        by_edit ? " (an edit stores what is taxed without its sign)" : ""));
     });
+}
+
+}  // namespace
+
+void check_invoice_amounts(const Books& books, Findings& findings) {
+    tell_of_invoice_amounts(books, false, findings);
+}
+
+void note_invoice_amounts(const Books& books, Findings& notes) {
+    tell_of_invoice_amounts(books, true, notes);
 }
 
 void check_paid_flags(const Books& books, Findings& findings) {

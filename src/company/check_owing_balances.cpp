@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "company/check.h"
+#include "company/edited_documents.h"
 #include "company/generated_invoices.h"
 #include "company/one_line_payments.h"
 #include "company/shown_text.h"
@@ -142,20 +143,6 @@ std::unordered_map<std::string, Invoice> invoices(const Books& books) {
         invoice.invoice_date = rows.column(12).text();
     }
     return by_fkey;
-}
-
-// Numbers of invoices that were posted more than once.
-std::unordered_set<std::string> edited_documents(const Books& books) {
-    std::unordered_set<std::string> posted;
-    std::unordered_set<std::string> again;
-    Recordset rows =
-        books.read("SELECT source_docno,remark FROM GL_header_table WHERE Source = 'AP-INVOICE'");
-    for (; !rows.at_eof(); rows.MoveNext()) {
-        const std::string number = rows.column(0).text();
-        if (rows.column(1).text().starts_with("Reverse GL ")) continue;
-        if (!posted.insert(number).second) again.insert(number);
-    }
-    return again;
 }
 
 void count_invoices(const Books& books, const std::unordered_set<std::string>& own_prepayments,

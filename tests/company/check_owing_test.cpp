@@ -238,6 +238,26 @@ TEST_F(CheckOwingOfEdited, InvoiceMayBeOwedWithLess) {
     }
 }
 
+TEST_F(CheckOwingOfEdited, InvoiceMayHaveWhatIsTaxedWithoutItsSign) {
+    using ::testing::Contains;
+    using ::testing::HasSubstr;
+    using ::testing::Not;
+    const auto told =
+        HasSubstr("Invoice 1ip-1: its lines come to -87.65, what is taxed and the taxes to 112.35");
+    change(item(), {{"gross_amount", -87.65}});
+    EXPECT_THAT(findings(), Contains(told));
+    EXPECT_THAT(notes(), Not(Contains(told)));
+    post_again();
+    EXPECT_THAT(findings(), Not(Contains(told)));
+    EXPECT_THAT(notes(),
+                Contains("Invoice 1ip-1: its lines come to -87.65, what is taxed and the taxes to 112.35 (an "
+                         "edit stores what is taxed without its sign)"));
+    // Something else does not go through with it.
+    change(item(), {{"gross_amount", -87.60}});
+    EXPECT_THAT(findings(), Contains(HasSubstr("Invoice 1ip-1: its lines come to -87.60")));
+    EXPECT_THAT(notes(), Not(Contains(HasSubstr("its lines come to"))));
+}
+
 TEST_F(CheckOwingOfEdited, CreditNoteMayBeOwedWithMore) {
     post_again();
     change(item(), {{"doctype", "vcn"}});
