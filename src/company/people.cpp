@@ -1,5 +1,6 @@
 #include "company/people.h"
 
+#include <algorithm>
 #include <iterator>
 #include <map>
 #include <set>
@@ -49,17 +50,25 @@ bool is_about_people(const store::Table& table) { return table.name == kRights |
 
 bool keeps_secrets(const store::Table& table) { return table.name == kPasswords; }
 
-bool is_administrator(store::Database& database, const std::string& user) {
-    const auto role = database.role();
-    if (role && role->owns_company) return true;
-    const std::string& person = role ? role->name : user;
+bool has_every_right(store::Database& database, const std::string& user) {
     bool there_is_one = false;
     for (const auto& [known, forms] : forms_of_persons(database)) {
         if (!are_all(forms)) continue;
-        if (known == person) return true;
+        if (known == user) return true;
         there_is_one = true;
     }
     return !there_is_one;
+}
+
+bool is_administrator(store::Database& database, const std::string& user) {
+    const auto role = database.role();
+    return role ? role->owns_company || has_every_right(database, role->name)
+                : has_every_right(database, user);
+}
+
+bool has_administrator(store::Database& database) {
+    return std::ranges::any_of(forms_of_persons(database),
+                               [](const auto& person) { return are_all(person.second); });
 }
 
 bool has_password(store::Database& database, const std::string& user) {

@@ -15,9 +15,14 @@ namespace brimley::company {
 // Whether its rows are for nobody's eyes: hashes of passwords, at which anybody could guess.
 [[nodiscard]] bool keeps_secrets(const store::Table& table);
 
-// A person with every right on every form. Where nobody has them, everybody is one, or nobody could ever
-// give them; so is, on a server, a role that owns the company's tables, since it can write them anyway.
+// A person with every right on every form. Where nobody has them, everybody has, or nobody could ever give
+// them.
+[[nodiscard]] bool has_every_right(store::Database& database, const std::string& user);
+// Whether whoever is connected may give rights: a person with every right; so is, on a server, a role that
+// owns the company's tables, since it can write them anyway.
 [[nodiscard]] bool is_administrator(store::Database& database, const std::string& user);
+// Whether anybody has every right on every form.
+[[nodiscard]] bool has_administrator(store::Database& database);
 
 [[nodiscard]] bool has_password(store::Database& database, const std::string& user);
 // False as well for who has none.

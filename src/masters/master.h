@@ -33,15 +33,18 @@ struct Field {
     bool required = false;  // must not be empty
     bool listed = false;    // is a column of the list
     bool computed = false;  // shown, and never typed
+    bool lasting = false;   // cannot be changed any more once a row of `posted_in` uses the row
     Known of = {};
     std::vector<const char*> choices = {};
 };
 
-// Rows of another table that hold the (first) key of a row in this field use the row.
+// Rows of another table that hold the first key of a row in this field, and its second one in the other, if
+// that is named, use the row.
 struct Use {
     const char* table;
     const char* field;
     const char* by;  // "invoices": in messages
+    const char* second_field = nullptr;
 };
 
 // What a person has entered, by the names of the table's fields.
@@ -63,6 +66,16 @@ struct Master {
     std::vector<Use> used_by = {};
     // Why a row cannot be like this, as a sentence; empty: it can.
     std::function<std::string(const Entered&)> fault = {};
+    // Those that a lasting field must not change any more for.
+    std::vector<Use> posted_in = {};
+    // What belongs to a row that was added, or is taken away, within the same transaction. False, after its
+    // message or a reason: nothing is stored.
+    std::function<bool(kernel::ModuleG3&, const Entered&)> added = {};
+    std::function<bool(kernel::ModuleG3&, const Entered&)> removed = {};
+    // Why the company cannot be left like this after a change, as a sentence; empty: it can.
+    std::function<std::string(kernel::ModuleG3&)> fault_of_company = {};
+    // Only who keeps the company's rights may write, whatever a right on the form says.
+    bool for_administrators = false;
 };
 
 // All of them, in the order in which they are offered.

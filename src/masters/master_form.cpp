@@ -41,6 +41,11 @@ std::vector<controls::Command> commands_of(const Master& master) {
             {command::kShowText, "&Show Text below Icon", "", "", Bars{"Option"}}};
 }
 
+std::string in_query(const Value& value) {
+    if (value.is_flag()) return value.flag() ? "TRUE" : "FALSE";
+    return value.is_date() ? store::date_value(*value.date()) : store::quoted(value.text());
+}
+
 bool is_yes(const Value& value) { return !value.is_null() && value.flag(); }
 
 }  // namespace
@@ -116,8 +121,8 @@ void MasterForm::init_toolbar() {
 // Who keeps the company's rights keeps its masters, too, unless a right of their own is given.
 void MasterForm::read_rights_of(kernel::UserRights& rights) {
     Form::read_rights_of(rights);
-    if (rights.Update) return;
-    const bool may = company::is_administrator(kernel().database(), context().BRIMLEY_USER);
+    if (rights.Update && !master_.for_administrators) return;
+    const bool may = company::has_every_right(kernel().database(), context().BRIMLEY_USER);
     rights = {may, may, rights.form_design};
 }
 
@@ -238,7 +243,7 @@ std::optional<store::DateTime> MasterForm::date(std::string_view field) const {
 std::string MasterForm::name_of_row() const {
     std::string name = master_.one;
     for (const Place& place : places_)
-        if (place.field->key) name += ' ' + text_in(place);
+        if (place.field->key && place.field->kind != Field::Kind::flag) name += ' ' + text_in(place);
     return name;
 }
 
@@ -356,7 +361,7 @@ void MasterForm::begin_new() {
 void MasterForm::begin_edit() {
     const std::string name = name_of_row();
     if (!show_stored(Key(shown_))) {
-        tell(name + " no longer exists.");
+        tell(fmt::format("The {} no longer exists.", name));
         list_rows();
         return;
     }
@@ -386,9 +391,7 @@ std::string MasterForm::criteria_of(const Master& master, const Key& key) {
     for (const Field& field : master.fields) {
         if (!field.key) continue;
         const Value& value = key.at(at++);
-        criteria +=
-            fmt::format("{}[{}] = {}", criteria.empty() ? "" : " AND ", field.name,
-                        value.is_date() ? store::date_value(*value.date()) : store::quoted(value.text()));
+        criteria += fmt::format("{}[{}] = {}", criteria.empty() ? "" : " AND ", field.name, in_query(value));
     }
     return criteria;
 }
@@ -438,7 +441,7 @@ bool MasterForm::add_row() {
     for (const Place& place : places_)
         if (!place.field->computed) row.set(place.field->name, value_in(place));
     row.Update();
-    return true;
+    return (!master_.added || master_.added(kernel(), *this)) && leaves_company_right();
 }
 
 bool MasterForm::change_row() {
@@ -451,10 +454,11 @@ bool MasterForm::change_row() {
         if (shown_text(field, row.field(field.name)) != shown_texts_.at(i))
             return refuse(fmt::format("The {} has changed since it was shown.", name_of_row()));
     }
+    if (!keeps_what_lasts()) return false;
     for (const Place& place : places_)
         if (!place.field->computed && !place.field->key) row.set(place.field->name, value_in(place));
     row.Update();
-    return true;
+    return leaves_company_right();
 }
 
 void MasterForm::remove() {
@@ -462,10 +466,13 @@ void MasterForm::remove() {
     if (!ask(fmt::format("Are you sure you want to delete the {}?", name))) return;
     const bool removed = in_transaction("delete a master", [&] {
         hold_masters();
-        const std::string by = user_of_row();
+        const std::string by = user_of_row(master_.used_by);
         if (!by.empty()) return refuse(fmt::format("The {} is used by {}.", name, by));
-        return kernel().database().Execute(
-                   fmt::format("DELETE * FROM {} WHERE {}", master_.table, criteria_of(master_, shown_))) > 0;
+        if (master_.removed && !master_.removed(kernel(), *this)) return false;
+        const bool is_gone =
+            kernel().database().Execute(
+                fmt::format("DELETE * FROM {} WHERE {}", master_.table, criteria_of(master_, shown_))) > 0;
+        return is_gone && leaves_company_right();
     });
     if (!removed) return tell_failure(fmt::format("The {} was not deleted.", name));
     tell(fmt::format("The {} is deleted.", name));

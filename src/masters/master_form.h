@@ -89,7 +89,10 @@ class MasterForm : public frame::Form, private Entered {
     [[nodiscard]] std::string fault_of(const Place& place);
     [[nodiscard]] std::string fault_of_text(const Place& place, const std::string& text);
     // "invoices"; empty: nobody.
-    [[nodiscard]] std::string user_of_row();
+    [[nodiscard]] std::string user_of_row(const std::vector<Use>& uses);
+    // False, after its message, when a lasting field was changed of a row that is posted to.
+    [[nodiscard]] bool keeps_what_lasts();
+    [[nodiscard]] bool leaves_company_right();
 
     // --- what is stored ---
     [[nodiscard]] static std::string criteria_of(const Master& master, const Key& key);

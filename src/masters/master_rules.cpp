@@ -53,10 +53,34 @@ std::string MasterForm::fault_of_text(const Place& place, const std::string& typ
     }
 }
 
-std::string MasterForm::user_of_row() {
-    for (const Use& use : master_.used_by)
-        if (kernel().exists(use.table, {{use.field, shown_.front().text()}})) return use.by;
+std::string MasterForm::user_of_row(const std::vector<Use>& uses) {
+    for (const Use& use : uses) {
+        const std::string first = shown_.front().text();
+        const bool is_used =
+            use.second_field == nullptr
+                ? kernel().exists(use.table, {{use.field, first}})
+                : kernel().exists(use.table, {{use.field, first}, {use.second_field, shown_.at(1).text()}});
+        if (is_used) return use.by;
+    }
     return {};
+}
+
+bool MasterForm::keeps_what_lasts() {
+    std::string by;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        const Field& field = *places_[i].field;
+        if (!field.lasting || text_in(places_[i]) == shown_texts_.at(i)) continue;
+        if (by.empty()) by = user_of_row(master_.posted_in);
+        if (!by.empty())
+            return refuse(
+                fmt::format("{} cannot be changed: the {} has {}.", field.caption, name_of_row(), by));
+    }
+    return true;
+}
+
+bool MasterForm::leaves_company_right() {
+    const std::string fault = master_.fault_of_company ? master_.fault_of_company(kernel()) : std::string{};
+    return fault.empty() || refuse(fault);
 }
 
 }  // namespace brimley::masters

@@ -1,23 +1,21 @@
 // The masters of a company.
 #include <algorithm>
 
-#include "masters/master.h"
+#include "masters/descriptions.h"
 
 namespace brimley::masters {
-
-namespace {
-
-using enum Field::Kind;
-
-constexpr Known kAccount{"Account_master_table", "accno", "accname", "account"};
-constexpr Known kCurrency{"Working_currency_table", "Currency", "description", "currency"};
-constexpr Known kTaxCode{"Tax_code_table", "tax_code", "Description", "tax code"};
-constexpr Known kAuthority{"Tax_authority_table", "tax_authority", "", "tax authority"};
 
 std::string fault_of_percent(const Entered& row, const char* field, const char* caption) {
     const double percent = row.number(field);
     return percent < 0 || percent > 100 ? std::string(caption) + " must be from 0 to 100." : std::string{};
 }
+
+namespace {
+
+using enum Field::Kind;
+
+constexpr Known kTaxCode{"Tax_code_table", "tax_code", "Description", "tax code"};
+constexpr Known kAuthority{"Tax_authority_table", "tax_authority", "", "tax authority"};
 
 Master vendors() {
     return {
@@ -244,8 +242,9 @@ Master account_classes() {
 
 const std::vector<Master>& all_masters() {
     static const std::vector<Master> kMasters{
-        vendors(),    payment_terms(),  tax_codes(), tax_details(), tax_authorities(),
-        currencies(), exchange_rates(), banks(),     cards(),       account_classes()};
+        vendors(),         payment_terms(),      tax_codes(),   tax_details(), tax_authorities(),
+        currencies(),      exchange_rates(),     banks(),       cards(),       accounts(),
+        account_classes(), account_currencies(), allocations(), parameters(),  rights()};
     return kMasters;
 }
 
