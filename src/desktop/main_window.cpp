@@ -55,7 +55,7 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
     make_forms_page();
     // What opens beside a form that fills the area does not cover it.
     area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
-    connect(area_, &QMdiArea::subWindowActivated, this, [this] {
+    connect(area_, &QMdiArea::subWindowActivated, &while_it_lives_, [this] {
         refresh_page();
         refresh_menus();
     });
@@ -273,7 +273,7 @@ void keep_inside(QMdiSubWindow& window, const QSize& room) {
 
 void MainWindow::place(QWidget& window) {
     const QPointer<QMdiSubWindow> asked_from = area_->currentSubWindow();
-    connect(&window, &QObject::destroyed, area_, [this, asked_from] {
+    connect(&window, &QObject::destroyed, &while_it_lives_, [this, asked_from] {
         if (area_->subWindowList().contains(asked_from)) area_->setActiveSubWindow(asked_from);
     });
     QMdiSubWindow* const at = area_->addSubWindow(&window);

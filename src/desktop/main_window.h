@@ -96,6 +96,7 @@ class MainWindow : public QMainWindow {
     QWidget* welcome_page_ = nullptr;
     QWidget* forms_page_ = nullptr;
     QVBoxLayout* recent_buttons_ = nullptr;
+    QObject while_it_lives_;  // gone before the windows inside are: their end is nobody's concern then
 };
 
 }  // namespace brimley::desktop

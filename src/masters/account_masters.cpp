@@ -16,7 +16,14 @@ namespace {
 using enum Field::Kind;
 
 constexpr Known kClass{"Account_class_table", "class_name", "parent", "account class"};
-constexpr const char* kSegments[] = {"acccode", "subacc", "subacc2", "subacc3", "subacc4", "subacc5"};
+struct Segment {
+    const char* field;
+    const char* caption;
+};
+
+constexpr Segment kSegments[] = {{"acccode", "Account code"}, {"subacc", "Segment 1"},
+                                 {"subacc2", "Segment 2"},    {"subacc3", "Segment 3"},
+                                 {"subacc4", "Segment 4"},    {"subacc5", "Segment 5"}};
 
 // The balances of an account that nothing has been posted to: in the base currency, and in each fiscal year
 // that there is.
@@ -27,8 +34,10 @@ bool add_balances(kernel::ModuleG3& kernel, const Entered& account) {
     balance.set("ledgertype", "A");
     balance.set("accno", account.text("accno"));
     balance.set("Currency", kernel.read("SELECT Currency FROM COA_config_table").text("Currency"));
-    for (const char* const segment : {"acccode", "subacc"})
-        balance.set(segment, account.text(segment));
+    for (const Segment& segment : kSegments) {
+        const std::string text = account.text(segment.field);
+        balance.set(segment.field, text.empty() ? store::Value() : store::Value(text));
+    }
     balance.set("amount", 0.0);
     balance.set("base_amount", 0.0);
     balance.Update();
@@ -98,8 +107,8 @@ Master accounts() {
                     .choices = {"A", "X"}},
                    {.name = "debit", .caption = "Debit side", .kind = flag, .listed = true, .lasting = true},
                    {.name = "inactive", .caption = "Inactive", .kind = flag, .listed = true}}};
-    for (const char* const segment : kSegments)
-        master.fields.push_back({.name = segment, .caption = segment});
+    for (const Segment& segment : kSegments)
+        master.fields.push_back({.name = segment.field, .caption = segment.caption});
     master.used_by = uses_of_account();
     master.posted_in = {{"GL_transaction_table", "accno", "postings"}};
     master.added = add_balances;

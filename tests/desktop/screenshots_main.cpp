@@ -240,6 +240,15 @@ class Photographer {
         take("revaluation-ledger");
     }
 
+    void masters() {
+        window_.show_form("Master_vendor");
+        press(106);
+        take("master-vendor");
+        press(106);
+        window_.show_form("Master_account");
+        take("master-account");
+    }
+
     void dark() {
         desktop::use_theme(desktop::Theme::dark);
         window_.show_form("APform_invoice");
@@ -359,6 +368,7 @@ int main(int argc, char** argv) {
         photographer.revaluation();
         photographer.aging();
         photographer.aging_report();
+        photographer.masters();
         photographer.dark();
     } catch (const std::exception& failure) {
         std::cerr << "brimley-screenshots: " << failure.what() << '\n';
