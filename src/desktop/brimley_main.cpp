@@ -52,6 +52,7 @@ int take_screenshot(desktop::MainWindow& window, const QString& company, const O
         std::cerr << kProgram << ": this version has no form " << options.screenshot[0] << '\n';
         return opening::kWrongUsage;
     }
+    window.resize(desktop::MainWindow::kUsualSize);  // a picture is not bound by the screen
     QApplication::processEvents();
     if (!window.grab().save(QString::fromStdString(options.screenshot[1]))) {
         std::cerr << kProgram << ": " << options.screenshot[1] << " cannot be written\n";

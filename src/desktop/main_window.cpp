@@ -84,7 +84,7 @@ MainWindow::MainWindow(const opening::HostOptions& options, Memory memory,
         at->deleteLater();
         refresh_page();
     };
-    resize(QSize(1366, 740).boundedTo(screen()->availableSize()));
+    resize(kUsualSize.boundedTo(screen()->availableSize()));
     if (memory_ == Memory::kept) restoreGeometry(settings_.geometry());
     refresh_state();
 }

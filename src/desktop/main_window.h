@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QSize>
 #include <memory>
 
 #include "desktop/desktop_desk.h"
@@ -30,6 +31,8 @@ class MainWindow : public QMainWindow {
   public:
     // Whether companies and places are remembered for the next time, and recalled from the last.
     enum class Memory { kept, none };
+    // What it has at first, in points; smaller where the screen is.
+    static constexpr QSize kUsualSize{1366, 740};
     // idle_after: the pause of the user after which the company file is tidied.
     explicit MainWindow(const opening::HostOptions& options, Memory memory = Memory::kept,
                         std::chrono::milliseconds idle_after = std::chrono::seconds(10));
