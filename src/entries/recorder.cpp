@@ -78,11 +78,6 @@ Recorder::~Recorder() {
     if (file_ != nullptr && !anything_entered_) file_->remove();
 }
 
-std::string Recorder::document_shown() const {
-    const Control* const number = form_.controls().find("txtdocno");
-    return number == nullptr ? std::string() : number->shown();
-}
-
 void Recorder::before_command(int id) {
     if (file_ != nullptr && id == frame::command::kSave) write(line_of_saving(), Disk::waited_for);
 }
@@ -104,7 +99,7 @@ void Recorder::acted(const Act& act) {
     if (mode_before_ == Mode::read) return end(false);
     // Another document has come to the screen in place of the entry.
     const bool saves = act.kind == Act::Kind::press && act.row == frame::command::kSave;
-    if (!saves && document_shown() != document_) return end(anything_entered_);
+    if (!saves && form_.document_shown() != document_) return end(anything_entered_);
     note(act);
 }
 
@@ -116,16 +111,15 @@ void Recorder::begin(const Act& act) {
         return;
     }
     anything_entered_ = false;
-    document_ = document_shown();
+    document_ = form_.document_shown();
     stood_.clear();
-    const Control* const key = form_.controls().find("txtfkey");
     EntryHead head{place_.company,
                    form_.context().BRIMLEY_USER,
                    form_.identity().class_name,
                    now_(),
                    mode_before_ == Mode::edit,
                    document_,
-                   key == nullptr ? std::string() : key->shown()};
+                   form_.document_key()};
     std::string lines = line_of(head);
     if (!taken_from_.empty()) lines += line_of_taken_from(taken_from_);
     write(lines, Disk::later);

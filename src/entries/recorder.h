@@ -67,7 +67,6 @@ class Recorder : public controls::ActListener {
     enum class Disk { waited_for, later };
     void write(const std::string& lines, Disk disk);
     [[nodiscard]] std::string changes_of_screen();
-    [[nodiscard]] std::string document_shown() const;
 
     const std::shared_ptr<frame::Form> alive_;  // until nobody listens to it any more
     frame::Form& form_;

@@ -187,15 +187,13 @@ class Replay : public StandIn {
     }
 
     bool bring_document() {
-        auto* const number = as<controls::TextField>(form_.controls().find("txtdocno"));
-        const Control* const key = form_.controls().find("txtfkey");
-        const auto is_there = [&] { return key != nullptr && key->shown() == entry_.head.document_key; };
-        if (number != nullptr && !is_there()) {
-            const bool typed = run_([&] { return number->type(entry_.head.document); }) &&
-                               run_([&] { return number->press_enter(); });
-            if (!typed) end(fmt::format("Document {} cannot be shown.", entry_.head.document));
-        }
-        if (!is_there()) end(fmt::format("Document {} no longer exists.", entry_.head.document));
+        const EntryHead& head = entry_.head;
+        const auto is_there = [&] {
+            return !head.document_key.empty() && form_.document_key() == head.document_key;
+        };
+        if (!is_there() && !run_([&] { return form_.bring_document(head.document, head.document_key); }))
+            end(fmt::format("Document {} cannot be shown.", head.document));
+        if (!is_there()) end(fmt::format("Document {} no longer exists.", head.document));
         return result_.ended_because.empty();
     }
 

@@ -26,6 +26,11 @@ DocumentForm::DocumentForm(const FormIdentity& identity, HostContext context,
     };
 }
 
+controls::Refusal DocumentForm::bring_document(const std::string& name, const std::string& /*key*/) {
+    const controls::Refusal typed = txtdocno.type(name);
+    return typed == controls::Refusal::none ? txtdocno.press_enter() : typed;
+}
+
 namespace {
 
 constexpr int kPeriodsMax = 99;

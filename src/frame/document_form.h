@@ -53,6 +53,10 @@ class DocumentForm : public GridForm {
     // The same for the document whose key is in txtfkey.
     virtual void Recordx_fkey();
     [[nodiscard]] bool can_do(int id) const override;
+    [[nodiscard]] std::string document_shown() const override { return txtdocno.shown(); }
+    [[nodiscard]] std::string document_key() const override { return txtfkey.shown(); }
+    // Types its number, as a user would.
+    controls::Refusal bring_document(const std::string& name, const std::string& key) override;
     virtual void grid_readmode();
     virtual void grid_newmode();
     // Unlocks everything but the number; a form locks what an edit may not touch.

@@ -108,6 +108,15 @@ class Form : public std::enable_shared_from_this<Form> {
     // Asks nothing of the company; in doubt true.
     [[nodiscard]] virtual bool can_do(int /*id*/) const { return true; }
 
+    // What is on the screen, as a person names it, and what identifies it for good; empty: nothing, or this
+    // form shows no documents.
+    [[nodiscard]] virtual std::string document_shown() const { return {}; }
+    [[nodiscard]] virtual std::string document_key() const { return {}; }
+    // Shows what was named like this, in the read mode. Afterwards document_key() tells whether it is there.
+    virtual controls::Refusal bring_document(const std::string& /*name*/, const std::string& /*key*/) {
+        return controls::Refusal::disabled;
+    }
+
     // How a host may show the control where nothing else says it.
     [[nodiscard]] virtual FieldHint hint_of(const controls::Control& /*control*/) const { return {}; }
 

@@ -214,27 +214,31 @@ Master parameters() {
                  .of = kAccount}}};
 }
 
-Master rights() {
-    return {.identity = {"Master_right", "Users and their rights", ""},
-            .table = "User_right_table",
-            .one = "right",
-            .fields = {{.name = "userid", .caption = "User", .key = true, .required = true, .listed = true},
-                       {.name = "form",
-                        .caption = "Form",
-                        .kind = choice,
-                        .key = true,
-                        .required = true,
-                        .listed = true,
-                        .choices = {std::begin(company::kForms), std::end(company::kForms)}},
-                       {.name = "Update", .caption = "May enter and change", .kind = flag, .listed = true},
-                       {.name = "Print", .caption = "May print", .kind = flag, .listed = true},
-                       {.name = "form_design", .caption = "May design", .kind = flag, .listed = true}},
-            .fault_of_company = [](kernel::ModuleG3& kernel) -> std::string {
-                return company::has_administrator(kernel.database())
-                           ? ""
-                           : "Somebody must keep every right on every form.";
-            },
-            .for_administrators = true};
+Master rights(const std::vector<Master>& others) {
+    Master master{
+        .identity = {"Master_right", "Users and their rights", ""},
+        .table = "User_right_table",
+        .one = "right",
+        .fields = {{.name = "userid", .caption = "User", .key = true, .required = true, .listed = true},
+                   {.name = "form",
+                    .caption = "Form",
+                    .kind = choice,
+                    .key = true,
+                    .required = true,
+                    .listed = true,
+                    .choices = {std::begin(company::kForms), std::end(company::kForms)}},
+                   {.name = "Update", .caption = "May enter and change", .kind = flag, .listed = true},
+                   {.name = "Print", .caption = "May print", .kind = flag, .listed = true},
+                   {.name = "form_design", .caption = "May design", .kind = flag, .listed = true}},
+        .fault_of_company = [](kernel::ModuleG3& kernel) -> std::string {
+            return company::has_administrator(kernel.database())
+                       ? ""
+                       : "Somebody must keep every right on every form.";
+        },
+        .for_administrators = true};
+    for (const Master& other : others)
+        if (!other.shown_only) master.fields.at(1).choices.push_back(other.identity.class_name);
+    return master;
 }
 
 }  // namespace brimley::masters

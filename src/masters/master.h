@@ -34,6 +34,7 @@ struct Field {
     bool listed = false;    // is a column of the list
     bool computed = false;  // shown, and never typed
     bool lasting = false;   // cannot be changed any more once a row of `posted_in` uses the row
+    bool rising = false;    // a number that never becomes less
     Known of = {};
     std::vector<const char*> choices = {};
 };
@@ -74,6 +75,17 @@ struct Master {
     std::function<bool(kernel::ModuleG3&, const Entered&)> removed = {};
     // Why the company cannot be left like this after a change, as a sentence; empty: it can.
     std::function<std::string(kernel::ModuleG3&)> fault_of_company = {};
+    // Makes a row and all that belongs to it, where a row alone would not do; what can be typed is stored
+    // into it afterwards. Throws company::Refusal and company::UnusableValue.
+    std::function<void(kernel::ModuleG3&, const Entered&)> make = {};
+    // Rows are never taken away.
+    bool stays = false;
+    // There is one row, which is neither added nor taken away, and no key.
+    bool single = false;
+    // Nobody writes here: the rows come with others.
+    bool shown_only = false;
+    // The rows are numbered by company, too, of which there is one.
+    bool of_company = false;
     // Only who keeps the company's rights may write, whatever a right on the form says.
     bool for_administrators = false;
 };

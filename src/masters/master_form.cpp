@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
+#include "company/fiscal_year.h"
 #include "company/people.h"
+#include "company/refusal.h"
 #include "kernel/money.h"
 #include "kernel/user_dates.h"
 
@@ -44,6 +46,12 @@ std::vector<controls::Command> commands_of(const Master& master) {
 std::string in_query(const Value& value) {
     if (value.is_flag()) return value.flag() ? "TRUE" : "FALSE";
     return value.is_date() ? store::date_value(*value.date()) : store::quoted(value.text());
+}
+
+// "year 2026 exists" as a sentence of its own.
+std::string sentence(std::string_view reason) {
+    std::string text = controls::upper_case(reason.substr(0, 1));
+    return text.append(reason.substr(1)) + '.';
 }
 
 bool is_yes(const Value& value) { return !value.is_null() && value.flag(); }
@@ -121,8 +129,9 @@ void MasterForm::init_toolbar() {
 // Who keeps the company's rights keeps its masters, too, unless a right of their own is given.
 void MasterForm::read_rights_of(kernel::UserRights& rights) {
     Form::read_rights_of(rights);
-    if (rights.Update && !master_.for_administrators) return;
-    const bool may = company::has_every_right(kernel().database(), context().BRIMLEY_USER);
+    if (rights.Update && !master_.for_administrators && !master_.shown_only) return;
+    const bool may =
+        !master_.shown_only && company::has_every_right(kernel().database(), context().BRIMLEY_USER);
     rights = {may, may, rights.form_design};
 }
 
@@ -132,11 +141,11 @@ bool MasterForm::can_do(int id) const {
         case command::kSave:
             return rights().Update && now != Mode::read;
         case command::kNew:
-            return rights().Update && now != Mode::edit;
+            return rights().Update && now != Mode::edit && !master_.single;
         case command::kEditMode:
-            return rights().Update && (now == Mode::edit || (now == Mode::read && !shown_.empty()));
+            return rights().Update && (now == Mode::edit || (now == Mode::read && shown_));
         case command::kDeleteLine:
-            return rights().Update && now == Mode::read && !shown_.empty();
+            return rights().Update && now == Mode::read && shown_ && !master_.single && !master_.stays;
         case command::kPrevious:
         case command::kNext:
         case command::kFind:
@@ -194,11 +203,14 @@ const MasterForm::Place* MasterForm::place_of(std::string_view field) const {
     return found == places_.end() ? nullptr : &*found;
 }
 
-std::string MasterForm::shown_text(const Field& field, const Value& value) const {
+std::string MasterForm::shown_text(const Field& field, const Value& value) {
     if (value.is_null()) return {};
-    if (field.kind == Field::Kind::date) return date_text(value);
+    if (field.kind == Field::Kind::date && value.is_date()) return date_text(value);
+    if (field.kind == Field::Kind::date)
+        return kernel::yyyymmdd_to_user_date(value.text(), {context().BRIMLEY_DATE_FORMAT},
+                                             kernel().outside());
     if (field.kind == Field::Kind::flag) return is_yes(value) ? "True" : "False";
-    if (field.computed) return kernel::format_money(value.number());
+    if (field.computed && field.kind == Field::Kind::number) return kernel::format_money(value.number());
     return value.text();
 }
 
@@ -242,6 +254,7 @@ std::optional<store::DateTime> MasterForm::date(std::string_view field) const {
 
 std::string MasterForm::name_of_row() const {
     std::string name = master_.one;
+    if (master_.single) return name;
     for (const Place& place : places_)
         if (place.field->key && place.field->kind != Field::Kind::flag) name += ' ' + text_in(place);
     return name;
@@ -257,12 +270,12 @@ void MasterForm::list_rows() {
         fields += (fields.empty() ? "[" : ", [") + std::string(field.name) + "]";
         if (field.key) keys += (keys.empty() ? "[" : ", [") + std::string(field.name) + "]";
     }
+    const std::string order = keys.empty() ? "" : " ORDER BY " + keys;
     const std::string wanted = controls::upper_case(txtsearch.text());
     dbgrid1.array.dimension(kRowsMax);
     listed_.clear();
     step("list_rows", [&] {
-        auto rows =
-            kernel().read_long(fmt::format("SELECT {} FROM {} ORDER BY {}", fields, master_.table, keys));
+        auto rows = kernel().read_long(fmt::format("SELECT {} FROM {}{}", fields, master_.table, order));
         for (; !rows.at_eof() && static_cast<int>(listed_.size()) < kRowsMax; rows.MoveNext()) {
             std::vector<std::string> texts;
             Key key;
@@ -309,6 +322,33 @@ bool MasterForm::show_stored(const Key& key) {
     return found;
 }
 
+std::string MasterForm::document_key() const {
+    std::string texts;
+    if (!shown_) return texts;
+    for (const Place& place : places_)
+        if (place.field->key) texts += text_in(place) + '\n';
+    return texts;
+}
+
+controls::Refusal MasterForm::bring_document(const std::string& /*name*/, const std::string& key) {
+    std::string_view rest = key;
+    for (const Place& place : places_) {
+        if (!place.field->key) continue;
+        const auto end = std::min(rest.find('\n'), rest.size());
+        const std::string text(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        if (place.field->kind == Field::Kind::flag)
+            put(place, text != "0");
+        else if (auto* const field = dynamic_cast<controls::TextField*>(place.control.get()))
+            field->set(text);
+        else
+            put(place, text);
+    }
+    if (show_stored(key_on_screen())) return controls::Refusal::none;
+    show_row(dbgrid1.row());
+    return controls::Refusal::disabled;
+}
+
 bool MasterForm::show_key(const std::string& key) {
     for (std::size_t row = 0; row < listed_.size(); ++row) {
         if (listed_[row].front().text() != key) continue;
@@ -326,7 +366,7 @@ void MasterForm::step_to(int row) {
 }
 
 void MasterForm::clear_fields() {
-    shown_.clear();
+    shown_.reset();
     shown_texts_.clear();
     for (const Place& place : places_) {
         put(place, Value());
@@ -360,7 +400,7 @@ void MasterForm::begin_new() {
 // As it stands in the table now.
 void MasterForm::begin_edit() {
     const std::string name = name_of_row();
-    if (!show_stored(Key(shown_))) {
+    if (!show_stored(Key(*shown_))) {
         tell(fmt::format("The {} no longer exists.", name));
         list_rows();
         return;
@@ -385,10 +425,11 @@ void MasterForm::leave_entry() {
 
 // --- what is stored ---
 
-std::string MasterForm::criteria_of(const Master& master, const Key& key) {
-    std::string criteria;
+std::string MasterForm::criteria_of(const Key& key) const {
+    if (master_.single) return {};
+    std::string criteria = master_.of_company ? "[company] = 1" : "";
     std::size_t at = 0;
-    for (const Field& field : master.fields) {
+    for (const Field& field : master_.fields) {
         if (!field.key) continue;
         const Value& value = key.at(at++);
         criteria += fmt::format("{}[{}] = {}", criteria.empty() ? "" : " AND ", field.name, in_query(value));
@@ -404,8 +445,9 @@ MasterForm::Key MasterForm::key_on_screen() const {
 }
 
 store::Recordset MasterForm::stored_row(const Key& key) {
+    const std::string criteria = criteria_of(key);
     return kernel().change(
-        fmt::format("SELECT * FROM {} WHERE {}", master_.table, criteria_of(master_, key)));
+        fmt::format("SELECT * FROM {}{}{}", master_.table, criteria.empty() ? "" : " WHERE ", criteria));
 }
 
 void MasterForm::hold_masters() {
@@ -424,8 +466,8 @@ bool MasterForm::save() {
     const std::string name = name_of_row();
     tell(fmt::format("The {} is saved.", name));
     list_rows();
-    const auto row = std::ranges::find_if(
-        listed_, [&](const Key& each) { return criteria_of(master_, each) == criteria_of(master_, key); });
+    const auto row =
+        std::ranges::find_if(listed_, [&](const Key& each) { return criteria_of(each) == criteria_of(key); });
     if (row != listed_.end())
         step_to(static_cast<int>(row - listed_.begin()));
     else
@@ -433,19 +475,38 @@ bool MasterForm::save() {
     return true;
 }
 
+store::Recordset MasterForm::made_row() {
+    if (!master_.make) {
+        auto row = stored_row(key_on_screen());
+        row.AddNew();
+        if (master_.of_company) row.set("company", static_cast<double>(company::kCompany));
+        return row;
+    }
+    master_.make(kernel(), *this);
+    auto row = stored_row(key_on_screen());
+    row.Edit();
+    return row;
+}
+
 bool MasterForm::add_row() {
     hold_masters();
-    auto row = stored_row(key_on_screen());
-    if (!row.at_eof()) return refuse(fmt::format("The {} exists already.", name_of_row()));
-    row.AddNew();
-    for (const Place& place : places_)
-        if (!place.field->computed) row.set(place.field->name, value_in(place));
-    row.Update();
+    if (!stored_row(key_on_screen()).at_eof())
+        return refuse(fmt::format("The {} exists already.", name_of_row()));
+    try {
+        auto row = made_row();
+        for (const Place& place : places_)
+            if (!place.field->computed) row.set(place.field->name, value_in(place));
+        row.Update();
+    } catch (const company::Refusal& refusal) {
+        return refuse(sentence(refusal.what()));
+    } catch (const company::UnusableValue& refusal) {
+        return refuse(sentence(refusal.what()));
+    }
     return (!master_.added || master_.added(kernel(), *this)) && leaves_company_right();
 }
 
 bool MasterForm::change_row() {
-    auto row = stored_row(shown_);
+    auto row = stored_row(*shown_);
     if (row.at_eof()) return refuse(fmt::format("The {} no longer exists.", name_of_row()));
     row.Edit();
     for (std::size_t i = 0; i < places_.size(); ++i) {
@@ -469,9 +530,8 @@ void MasterForm::remove() {
         const std::string by = user_of_row(master_.used_by);
         if (!by.empty()) return refuse(fmt::format("The {} is used by {}.", name, by));
         if (master_.removed && !master_.removed(kernel(), *this)) return false;
-        const bool is_gone =
-            kernel().database().Execute(
-                fmt::format("DELETE * FROM {} WHERE {}", master_.table, criteria_of(master_, shown_))) > 0;
+        const bool is_gone = kernel().database().Execute(fmt::format(
+                                 "DELETE * FROM {} WHERE {}", master_.table, criteria_of(*shown_))) > 0;
         return is_gone && leaves_company_right();
     });
     if (!removed) return tell_failure(fmt::format("The {} was not deleted.", name));

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,10 @@ class MasterForm : public frame::Form, private Entered {
 
     [[nodiscard]] bool can_do(int id) const override;
     [[nodiscard]] frame::FieldHint hint_of(const controls::Control& control) const override;
+    [[nodiscard]] std::string document_shown() const override { return shown_ ? name_of_row() : ""; }
+    // The texts of its key.
+    [[nodiscard]] std::string document_key() const override;
+    controls::Refusal bring_document(const std::string& name, const std::string& key) override;
 
     // So many rows are listed; Find looks for the others.
     static constexpr int kRowsMax = 1000;
@@ -52,7 +57,7 @@ class MasterForm : public frame::Form, private Entered {
     using Key = std::vector<store::Value>;
 
     [[nodiscard]] std::unique_ptr<controls::Control> control_for(const Field& field);
-    [[nodiscard]] std::string shown_text(const Field& field, const store::Value& value) const;
+    [[nodiscard]] std::string shown_text(const Field& field, const store::Value& value);
     void put(const Place& place, const store::Value& value);
     [[nodiscard]] std::string text_in(const Place& place) const;
     // What is typed, as the table keeps it; null for nothing.
@@ -90,14 +95,15 @@ class MasterForm : public frame::Form, private Entered {
     [[nodiscard]] std::string fault_of_text(const Place& place, const std::string& text);
     // "invoices"; empty: nobody.
     [[nodiscard]] std::string user_of_row(const std::vector<Use>& uses);
-    // False, after its message, when a lasting field was changed of a row that is posted to.
+    // False, after its message, when a field was changed that cannot be, or not like this.
     [[nodiscard]] bool keeps_what_lasts();
     [[nodiscard]] bool leaves_company_right();
 
     // --- what is stored ---
-    [[nodiscard]] static std::string criteria_of(const Master& master, const Key& key);
+    [[nodiscard]] std::string criteria_of(const Key& key) const;
     [[nodiscard]] Key key_on_screen() const;
     [[nodiscard]] store::Recordset stored_row(const Key& key);
+    [[nodiscard]] store::Recordset made_row();
     [[nodiscard]] bool add_row();
     [[nodiscard]] bool change_row();
     // Held until the transaction ends, so that nobody adds or takes away a row meanwhile.
@@ -106,7 +112,7 @@ class MasterForm : public frame::Form, private Entered {
     const Master& master_;
     std::vector<Place> places_;
     std::vector<Key> listed_;               // by the rows of the list
-    Key shown_;                             // of the row on the screen; empty: none
+    std::optional<Key> shown_;              // of the row on the screen
     std::vector<std::string> shown_texts_;  // of the places, as they were shown
 };
 

@@ -55,11 +55,11 @@ std::string MasterForm::fault_of_text(const Place& place, const std::string& typ
 
 std::string MasterForm::user_of_row(const std::vector<Use>& uses) {
     for (const Use& use : uses) {
-        const std::string first = shown_.front().text();
+        const std::string first = shown_->front().text();
         const bool is_used =
             use.second_field == nullptr
                 ? kernel().exists(use.table, {{use.field, first}})
-                : kernel().exists(use.table, {{use.field, first}, {use.second_field, shown_.at(1).text()}});
+                : kernel().exists(use.table, {{use.field, first}, {use.second_field, shown_->at(1).text()}});
         if (is_used) return use.by;
     }
     return {};
@@ -69,6 +69,8 @@ bool MasterForm::keeps_what_lasts() {
     std::string by;
     for (std::size_t i = 0; i < places_.size(); ++i) {
         const Field& field = *places_[i].field;
+        if (field.rising && number(field.name) < kernel::money_value(shown_texts_.at(i)))
+            return refuse(fmt::format("{} must not be less than {}.", field.caption, shown_texts_.at(i)));
         if (!field.lasting || text_in(places_[i]) == shown_texts_.at(i)) continue;
         if (by.empty()) by = user_of_row(master_.posted_in);
         if (!by.empty())

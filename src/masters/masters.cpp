@@ -241,10 +241,16 @@ Master account_classes() {
 }  // namespace
 
 const std::vector<Master>& all_masters() {
-    static const std::vector<Master> kMasters{
-        vendors(),         payment_terms(),      tax_codes(),   tax_details(), tax_authorities(),
-        currencies(),      exchange_rates(),     banks(),       cards(),       accounts(),
-        account_classes(), account_currencies(), allocations(), parameters(),  rights()};
+    static const std::vector<Master> kMasters = [] {
+        std::vector<Master> all{
+            vendors(),         purchase_orders(), payment_terms(),      tax_codes(),   tax_details(),
+            tax_authorities(), currencies(),      exchange_rates(),     banks(),       cards(),
+            accounts(),        account_classes(), account_currencies(), allocations(), parameters(),
+            fiscal_years(),    periods(),         working_period(),     numbers(),     number_formats(),
+            counters()};
+        all.push_back(rights(all));
+        return all;
+    }();
     return kMasters;
 }
 

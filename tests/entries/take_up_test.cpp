@@ -6,6 +6,7 @@
 
 #include "entries/recorder.h"
 #include "entries/replay.h"
+#include "masters/master_form.h"
 #include "payments/invoice_payment/apform_payment.h"
 #include "payments/kinds_of_payments.h"
 #include "support/sample_host.h"
@@ -325,6 +326,43 @@ TEST_F(TakeUp, NothingIsKeptOfWhatTheUserDidNotWant) {
     EXPECT_THAT(user().desk.questions, ElementsAre("Do you want to save new entry?"));
     restart();
     EXPECT_THAT(kept(), IsEmpty());
+}
+
+// --- masters ---
+
+// The rate of the day in the list, with another rate typed.
+masters::MasterForm& edit_rate(DeskOfUser& user) {
+    user.ap.showform_Master("Master_exchange_rate");
+    auto& form = *user.ap.frm_master;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(form.press(frame::command::kNext), Refusal::none);
+    EXPECT_EQ(form.press(frame::command::kEditMode), Refusal::none);
+    auto& rate = dynamic_cast<controls::TextField&>(*form.controls().find("txtrate"));
+    EXPECT_EQ(rate.type("1.2345"), Refusal::none);
+    return form;
+}
+
+TEST_F(TakeUp, MasterThatWasEditedStandsAsItStood) {
+    const auto stood = edit_rate(user()).controls().find("txtrate_date")->shown();
+    restart();
+    user().ap.showform_Master("Master_exchange_rate");
+    auto& form = *user().ap.frm_master;
+    ASSERT_NE(form.controls().find("txtrate_date")->shown(), stood);
+    expect_whole(take_up(form));
+    EXPECT_EQ(form.mode(), Mode::edit);
+    EXPECT_EQ(form.controls().find("txtrate_date")->shown(), stood);
+    EXPECT_EQ(form.controls().find("txtrate")->shown(), "1.2345");
+    EXPECT_EQ(form.press(frame::command::kSave), Refusal::none);
+    EXPECT_THAT(company.list("SELECT currency FROM Exchange_rate_table WHERE Rate = 1.2345"), Not(IsEmpty()));
+}
+
+TEST_F(TakeUp, MasterThatIsGoneIsSaidSo) {
+    edit_rate(user());
+    company.db().Execute("DELETE * FROM Exchange_rate_table");
+    restart();
+    user().ap.showform_Master("Master_exchange_rate");
+    EXPECT_THAT(take_up(*user().ap.frm_master).ended_because, ::testing::HasSubstr("cannot be shown"));
+    EXPECT_EQ(user().ap.frm_master->mode(), Mode::read);
 }
 
 TEST_F(TakeUp, NothingIsKeptOfAnEmptyEntry) {
