@@ -23,6 +23,7 @@
 #include "company/create.h"
 #include "company/export.h"
 #include "company/import.h"
+#include "company/journal_export.h"
 #include "company/login_name.h"
 #include "company/people.h"
 #include "company/refusal.h"
@@ -44,7 +45,8 @@ constexpr int kCannot = 3;
 struct Arguments {
     std::string company;
     std::string folder;
-    std::string backup;  // the file of a backup
+    std::string journal;  // the file of a journal
+    std::string backup;   // the file of a backup
     std::string year;
     std::string user;
     std::string base_currency;
@@ -102,6 +104,10 @@ void import_files(const Arguments& arguments) {
 }
 
 void export_files(const Arguments& arguments) {
+    if (!arguments.journal.empty())
+        return with_books(arguments, [&](store::Database& database) {
+            company::export_journal(database, arguments.journal);
+        });
     require_folder_name(arguments);
     with_books(arguments, [&](store::Database& database) {
         company::export_tables(database, arguments.folder, arguments.tables);
@@ -300,10 +306,18 @@ CLI::App* add_import(CLI::App& program, Arguments& arguments) {
 
 CLI::App* add_export(CLI::App& program, Arguments& arguments) {
     CLI::App* exporting = add_command(program, arguments, "export", "Write one CSV file a table into DIR");
-    exporting->add_option("DIR", arguments.folder, "folder for the CSV files, made when absent")->required();
+    CLI::Option* const folder =
+        exporting->add_option("DIR", arguments.folder, "folder for the CSV files, made when absent");
     exporting->add_option("--table", arguments.tables, "only this table; may be repeated")
         ->allow_extra_args(false)
         ->take_all();
+    CLI::Option* const journal =
+        exporting->add_option("--journal", arguments.journal,
+                              "the ledger as one plain-text journal instead, as hledger and ledger read it");
+    journal->excludes(folder);
+    exporting->parse_complete_callback([folder, journal] {
+        if (folder->count() == 0 && journal->count() == 0) throw CLI::RequiredError("DIR");
+    });
     return exporting;
 }
 

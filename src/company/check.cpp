@@ -32,8 +32,9 @@ void add_sums(const Books& books, Findings& findings) {
 
 void add_rows(const Books& books, Findings& findings) {
     run({check_fields, check_references, check_masters, check_calendar, check_tax_elements, check_item_copies,
-         check_numbered_items, check_balance_rows, check_ledger_documents, check_stamps, check_gaps,
-         check_marks_of_payments, check_templates, check_numbers_of_items, check_payment_fields},
+         check_numbered_items, check_balance_rows, check_ledger_documents, check_journal_entries,
+         check_stamps, check_gaps, check_marks_of_payments, check_templates, check_numbers_of_items,
+         check_payment_fields},
         books, findings);
 }
 

@@ -46,6 +46,8 @@ void check_numbered_items(const Books& books, Findings& findings);
 // A GL document of a form says where it comes from and what has become of it; its lines were made with it, or
 // with its reverse; rates and vendors of lines follow from the document.
 void check_ledger_documents(const Books& books, Findings& findings);
+// A journal entry is one of the base currency, and it and what reversed it name each other and cancel out.
+void check_journal_entries(const Books& books, Findings& findings);
 // A document was made with its first GL document, its lines with the one that it names; lines are on hold
 // with their invoice, unless an edit has written them anew.
 void check_stamps(const Books& books, Findings& findings);

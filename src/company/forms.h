@@ -17,4 +17,7 @@ inline constexpr const char* kForms[] = {
     "APreport_payhistory",
 };
 
+// Forms that let whoever has every right write, and whoever has a right of their own on them; so do masters.
+inline constexpr const char* kFormsOfAdministrators[] = {"Ledger_entry"};
+
 }  // namespace brimley::company

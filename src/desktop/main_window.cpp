@@ -378,7 +378,7 @@ void MainWindow::make_welcome_page() {
 void MainWindow::make_forms_page() {
     auto* const page = new ButtonPage("<h2>Forms</h2>");
     for (const ModuleForm& form : module_forms())
-        if (!form.is_master)
+        if (form.menu == ModuleForm::Menu::forms)
             page->add_button(shown(form.caption), [this, &form] { show_form(form.class_name); });
     page->add_end();
     forms_page_ = page;

@@ -8,6 +8,7 @@ namespace {
 
 std::vector<ModuleForm> forms_and_masters() {
     using host::APclass;
+    constexpr auto kLedger = ModuleForm::Menu::ledger;
     std::vector<ModuleForm> forms{
         {"APform_invoice", "&Invoices", [](APclass& ap) { ap.showform_APform_invoice(); }},
         {"APform_payment", "&Payments", [](APclass& ap) { ap.showform_APform_payment(); }},
@@ -22,11 +23,16 @@ std::vector<ModuleForm> forms_and_masters() {
         {"APreport_aging", "Vendor &aging", [](APclass& ap) { ap.showform_APform_aging(); }},
         {"APreport_inquiry", "Invoice in&quiry", [](APclass& ap) { ap.showform_APform_inquiry(); }},
         {"APreport_payhistory", "Payment &history", [](APclass& ap) { ap.showform_APform_payhistory(); }},
+        {"Ledger_entry", "Journal &entries", [](APclass& ap) { ap.showform_Ledger_entry(); }, kLedger},
+        {"Ledger_journal", "&Journal", [](APclass& ap) { ap.showform_Ledger_journal(); }, kLedger},
+        {"Ledger_trial_balance", "&Trial balance", [](APclass& ap) { ap.showform_Ledger_trial_balance(); },
+         kLedger},
     };
     for (const masters::Master& master : masters::all_masters()) {
         const std::string class_name = master.identity.class_name;
         forms.push_back({class_name, master.identity.caption,
-                         [class_name](APclass& ap) { ap.showform_Master(class_name); }, true});
+                         [class_name](APclass& ap) { ap.showform_Master(class_name); },
+                         ModuleForm::Menu::masters});
     }
     return forms;
 }

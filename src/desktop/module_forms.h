@@ -13,7 +13,8 @@ struct ModuleForm {
     std::string class_name;
     std::string caption;  // "&" before its letter, if it has one
     std::function<void(host::APclass&)> show;
-    bool is_master = false;  // offered in a menu of its own
+    // Those of the masters and of the ledger have menus of their own.
+    enum class Menu { forms, ledger, masters } menu = Menu::forms;
 };
 
 // In the order in which they are offered.

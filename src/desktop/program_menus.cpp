@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QStyle>
+#include <map>
 
 #include "desktop/company_dialogs.h"
 #include "desktop/form_window.h"
@@ -74,11 +75,14 @@ void ProgramMenus::make_company_menu() {
 
 void ProgramMenus::make_forms_menu() {
     forms_ = window_.menuBar()->addMenu("Form&s");
+    ledger_ = window_.menuBar()->addMenu("Le&dger");
     masters_ = window_.menuBar()->addMenu("M&asters");
+    const std::map<ModuleForm::Menu, QMenu*> menus{{ModuleForm::Menu::forms, forms_},
+                                                   {ModuleForm::Menu::ledger, ledger_},
+                                                   {ModuleForm::Menu::masters, masters_}};
     for (const ModuleForm& form : module_forms())
-        (form.is_master ? masters_ : forms_)
-            ->addAction(shown(form.caption), &window_,
-                        [window = &window_, &form] { window->show_form(form.class_name); });
+        menus.at(form.menu)->addAction(shown(form.caption), &window_,
+                                       [window = &window_, &form] { window->show_form(form.class_name); });
 }
 
 void ProgramMenus::make_edit_menu() {
@@ -127,6 +131,7 @@ void ProgramMenus::make_help_menu() {
 
 void ProgramMenus::show_open(bool is_open) {
     forms_->setEnabled(is_open);
+    ledger_->setEnabled(is_open);
     masters_->setEnabled(is_open);
     close_->setEnabled(is_open);
 }
@@ -163,7 +168,8 @@ void ProgramMenus::show_menus_of(const FormWindow* form) {
         else
             others.append(menu);
     }
-    QList<QAction*> wanted{company_->menuAction(), forms_->menuAction(), masters_->menuAction()};
+    QList<QAction*> wanted{company_->menuAction(), forms_->menuAction(), ledger_->menuAction(),
+                           masters_->menuAction()};
     wanted += file;
     wanted += edit;
     wanted += others;

@@ -46,6 +46,7 @@ class ProgramMenus {
     QMenu* company_ = nullptr;
     QMenu* recent_ = nullptr;
     QMenu* forms_ = nullptr;
+    QMenu* ledger_ = nullptr;
     QMenu* masters_ = nullptr;
     QMenu* edit_ = nullptr;
     QMenu* windows_ = nullptr;

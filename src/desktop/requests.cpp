@@ -92,6 +92,7 @@ bool Requests::open_form(const std::string& formx, const std::string& docnox) {
         {"A/P Payment Entry", [&] { show_payment(docnox); }},
         {"Payment Entry", [&] { show_payment(docnox); }},
         {"Credit Card Payment", [&] { show_card_payment(docnox); }},
+        {"Journal", [&] { ap_.showform_Ledger_journal(if_given(docnox)); }},
     };
     const auto found = forms.find(formx);
     if (found == forms.end()) return false;

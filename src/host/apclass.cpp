@@ -33,6 +33,7 @@ BRIMLEY_FORWARD(frm_void_check_NotifyClients)
 BRIMLEY_FORWARD(frm_aging_NotifyClients)
 BRIMLEY_FORWARD(frm_inquiry_NotifyClients)
 BRIMLEY_FORWARD(frm_payhistory_NotifyClients)
+BRIMLEY_FORWARD(frm_ledger_NotifyClients)
 #undef BRIMLEY_FORWARD
 
 void APclass::class_terminate() {

@@ -40,6 +40,11 @@ class APreport_payhistory;
 namespace brimley::masters {
 class MasterForm;
 }
+namespace brimley::ledger {
+class Ledger_entry;
+class Ledger_journal;
+class Ledger_trial_balance;
+}  // namespace brimley::ledger
 namespace brimley::kernel {
 class ModuleG3;
 }
@@ -88,6 +93,10 @@ class APclass : public frame::HostContext {
     // A master by the name of its form's class, such as Master_vendor, at the row of this key. One that
     // stands in Read comes to the front. Another name shows nothing.
     void showform_Master(const std::string& class_name, const std::optional<std::string>& key = {});
+    // The ledger: the journal of this account, the trial balance, the journal entry of this number.
+    void showform_Ledger_journal(const std::optional<std::string>& accno = {});
+    void showform_Ledger_trial_balance();
+    void showform_Ledger_entry(const std::optional<std::string>& docnox = {});
 
     // --- navigation: the matching show method has run before ---
     void switch_APform_invoice(const std::string& doctypex);
@@ -136,6 +145,9 @@ class APclass : public frame::HostContext {
     void frm_payhistory_NotifyClients(const std::string& formx, const std::string& docnox,
                                       const std::string& arg2);
 
+    void frm_ledger_NotifyClients(const std::string& formx, const std::string& docnox,
+                                  const std::string& arg2);
+
     // Releases the database and the workspace, in this order; forms and cnx stay.
     void class_terminate();
 
@@ -152,6 +164,9 @@ class APclass : public frame::HostContext {
     std::shared_ptr<inquiries::APreport_inquiry> frm_inquiry;
     std::shared_ptr<inquiries::APreport_payhistory> frm_payhistory;
     std::shared_ptr<masters::MasterForm> frm_master;
+    std::shared_ptr<ledger::Ledger_journal> frm_journal;
+    std::shared_ptr<ledger::Ledger_trial_balance> frm_trial_balance;
+    std::shared_ptr<ledger::Ledger_entry> frm_entry;
 
   private:
     // One of the forward methods.

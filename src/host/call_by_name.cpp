@@ -70,6 +70,9 @@ const std::map<std::string, Method>& methods() {
         BRIMLEY_METHOD(showform_APform_revalue),
         BRIMLEY_METHOD(showform_APreport_recur_inquiry),
         BRIMLEY_METHOD(showform_Master),
+        BRIMLEY_METHOD(showform_Ledger_journal),
+        BRIMLEY_METHOD(showform_Ledger_trial_balance),
+        BRIMLEY_METHOD(showform_Ledger_entry),
         BRIMLEY_METHOD(switch_APform_invoice),
         BRIMLEY_METHOD(APform_invoice_goto_fkey),
         BRIMLEY_METHOD(APform_invoice_goto_docno),
@@ -101,6 +104,7 @@ const std::map<std::string, Method>& methods() {
         BRIMLEY_METHOD(frm_aging_NotifyClients),
         BRIMLEY_METHOD(frm_inquiry_NotifyClients),
         BRIMLEY_METHOD(frm_payhistory_NotifyClients),
+        BRIMLEY_METHOD(frm_ledger_NotifyClients),
         BRIMLEY_METHOD(class_terminate),
     };
     return kMethods;

@@ -31,6 +31,7 @@ constexpr GlTexts kTexts[]{
     {card_payment,  "AP-CARD",    "Credit Card Payment",   "Payment no. {}",    "AP-CARD",    "APform_creditcard_payment"},
     {recurring_run, "AP",         nullptr,                 "Invoice no. {}",    "AP",         "APform_invoice"},
     {revaluation,   "AP-REVALUE", "A/P Revaluation",       "A/P Revaluation",   "AP-REVALUE", "A/P Revaluation"},
+    {journal_entry, "GL-ENTRY",   "Ledger_entry",          "{}",                "GL-ENTRY",   "Ledger_entry"},
 };
 
 constexpr GlWays kWays[]{
@@ -42,6 +43,7 @@ constexpr GlWays kWays[]{
     {card_payment,  by_account,  shares,        from_amounts, with_rate,    current,    stamped,     number_first,   51},
     {recurring_run, as_gathered, ignored,       of_document,  none,         older,      base_ledger, text_first,     50},
     {revaluation,   by_account,  whole_amounts, of_document,  none,         current,    stamped,     text_first,     50},
+    {journal_entry, by_account,  shares,        of_document,  none,         current,    stamped,     text_first,     200},
 };
 
 constexpr GlReversalTexts kReversalTexts[]{
@@ -52,6 +54,7 @@ constexpr GlReversalTexts kReversalTexts[]{
     {misc_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment ",      "Reverse GL {}"},
     {card_payment, "{}Void payment ",      "{}Edit payment ",      "{}void payment ",      "Reverse GL {}"},
     {revaluation,  nullptr,                nullptr,                nullptr,                "Reverse A/P Revaluation {}"},
+    {journal_entry, nullptr,              nullptr,                 "Reverse journal entry {}", "Reverse GL {}"},
 };
 
 constexpr GlReversalWays kReversalWays[]{
@@ -62,6 +65,7 @@ constexpr GlReversalWays kReversalWays[]{
     {misc_payment, fails,         day_and_time, first,            marked,     number_first},
     {card_payment, fails,         day_and_time, first,            marked,     number_first},
     {revaluation,  fails,         day,          last_and_stamped, untouched,  text_first},
+    {journal_entry, fails,        day,          last_and_stamped, untouched,  text_first},
 };
 
 // clang-format on

@@ -18,6 +18,7 @@ enum class GlForm {
     card_payment,
     recurring_run,  // generates invoices from templates, and reverses none
     revaluation,
+    journal_entry,
 };
 
 // --- posting ---

@@ -236,8 +236,11 @@ Master rights(const std::vector<Master>& others) {
                        : "Somebody must keep every right on every form.";
         },
         .for_administrators = true};
+    auto& forms = master.fields.at(1).choices;
+    forms.insert(forms.end(), std::begin(company::kFormsOfAdministrators),
+                 std::end(company::kFormsOfAdministrators));
     for (const Master& other : others)
-        if (!other.shown_only) master.fields.at(1).choices.push_back(other.identity.class_name);
+        if (!other.shown_only) forms.push_back(other.identity.class_name);
     return master;
 }
 

@@ -51,22 +51,24 @@ class Menus : public Host {
 };
 
 TEST_F(Menus, ThoseOfTheFormStandBetweenTheProgramsOwn) {
-    EXPECT_EQ(menus_shown(), "Company Forms Masters Edit Window Look Help");
+    EXPECT_EQ(menus_shown(), "Company Forms Ledger Masters Edit Window Look Help");
     window->show_form("APform_invoice");
-    EXPECT_EQ(menus_shown(),
-              "Company Forms Masters File Edit Record Link Tax View Payment Invoice Master Option Window "
-              "Look Help");
+    EXPECT_EQ(
+        menus_shown(),
+        "Company Forms Ledger Masters File Edit Record Link Tax View Payment Invoice Master Option Window "
+        "Look Help");
     EXPECT_FALSE(form().menuBar()->isVisible());
     window->show_form("APreport_aging");
-    EXPECT_EQ(menus_shown(), "Company Forms Masters File Edit Run Option Window Look Help");
+    EXPECT_EQ(menus_shown(), "Company Forms Ledger Masters File Edit Run Option Window Look Help");
     form().press(100);
-    EXPECT_EQ(menus_shown(),
-              "Company Forms Masters File Edit Record Link Tax View Payment Invoice Master Option Window "
-              "Look Help");
+    EXPECT_EQ(
+        menus_shown(),
+        "Company Forms Ledger Masters File Edit Record Link Tax View Payment Invoice Master Option Window "
+        "Look Help");
     ask("Vendor Master");
-    EXPECT_EQ(menus_shown(), "Company Forms Masters Edit Window Look Help");
+    EXPECT_EQ(menus_shown(), "Company Forms Ledger Masters Edit Window Look Help");
     window->close_company();
-    EXPECT_EQ(menus_shown(), "Company Forms Masters Edit Window Look Help");
+    EXPECT_EQ(menus_shown(), "Company Forms Ledger Masters Edit Window Look Help");
 }
 
 TEST_F(Menus, EachOpensWithALetterOfItsOwn) {

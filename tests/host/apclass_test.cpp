@@ -60,7 +60,7 @@ TEST_F(HostClass, EachMethodIsCallableByName) {
         "frm_invoice_NotifyClients", "frm_payment_NotifyClients",    "frm_prepayment_NotifyClients",
         "frm_misc_NotifyClients",    "frm_creditcard_NotifyClients", "frm_recur_inquiry_NotifyClients",
         "frm_revalue_NotifyClients", "frm_void_check_NotifyClients", "frm_aging_NotifyClients",
-        "frm_inquiry_NotifyClients", "frm_payhistory_NotifyClients"};
+        "frm_inquiry_NotifyClients", "frm_payhistory_NotifyClients", "frm_ledger_NotifyClients"};
     const std::vector<std::string> arguments(4, "x");
     const auto takes = [&](const std::vector<std::string>& methods, std::size_t least, std::size_t most) {
         for (const std::string& method : methods) {
@@ -74,9 +74,11 @@ TEST_F(HostClass, EachMethodIsCallableByName) {
         }
         return methods.size();
     };
-    const std::size_t called = takes(one_or_none, 0, 1) + takes(none, 0, 0) + takes(one, 1, 1) +
-                               takes({"showform_Master"}, 1, 2) + takes({"pay_this_invoice"}, 2, 2) +
-                               takes(three, 3, 3) + takes({"class_terminate"}, 0, 0);
+    const std::size_t called =
+        takes(one_or_none, 0, 1) + takes(none, 0, 0) + takes(one, 1, 1) + takes({"showform_Master"}, 1, 2) +
+        takes({"showform_Ledger_journal", "showform_Ledger_entry"}, 0, 1) +
+        takes({"showform_Ledger_trial_balance"}, 0, 0) + takes({"pay_this_invoice"}, 2, 2) +
+        takes(three, 3, 3) + takes({"class_terminate"}, 0, 0);
     EXPECT_EQ(called, host::method_names().size());
 }
 
