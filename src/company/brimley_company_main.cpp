@@ -44,12 +44,14 @@ constexpr int kCannot = 3;
 
 struct Arguments {
     std::string company;
-    std::string folder;
-    std::string journal;  // the file of a journal
-    std::string backup;   // the file of a backup
+    std::optional<std::string> folder;
+    std::optional<std::string> journal;  // the file
+    std::string backup;                  // the file of a backup
     std::string year;
     std::string user;
     std::string base_currency;
+    std::string country;
+    int first_month = 1;
     std::vector<std::string> tables;
     std::optional<std::string> sealed;  // what seal printed
     bool sample = false;
@@ -84,33 +86,39 @@ void create(const Arguments& arguments) {
     CompanyContent content = EmptyCompany{};
     if (arguments.sample) content = SampleCompany{login_name()};
     if (arguments.half_year) content = HalfYearCompany{login_name()};
-    if (arguments.starter) content = StarterCompany{arguments.base_currency, arguments.year, login_name()};
+    if (arguments.starter) {
+        StarterCompany starter{arguments.base_currency, arguments.year, login_name()};
+        starter.country = arguments.country;
+        starter.first_month = arguments.first_month;
+        content = std::move(starter);
+    }
     create_company_file(arguments.company, content);
 }
 
 void require_folder_name(const Arguments& arguments) {
-    if (arguments.folder.empty()) throw company::UnusableValue("the name of the folder is empty");
+    if (!arguments.folder) throw company::UnusableValue("DIR is required");
+    if (arguments.folder->empty()) throw company::UnusableValue("the name of the folder is empty");
 }
 
 void import_files(const Arguments& arguments) {
     require_folder_name(arguments);
-    if (!std::filesystem::is_directory(arguments.folder)) {
-        throw company::UnusableValue(arguments.folder + " is not a folder");
+    if (!std::filesystem::is_directory(*arguments.folder)) {
+        throw company::UnusableValue(*arguments.folder + " is not a folder");
     }
     with_company(arguments, [&](store::Database& database) {
         const bool by_administrator = company::is_administrator(database, company::login_name());
-        company::import_folder(database, arguments.folder, {arguments.replace, by_administrator});
+        company::import_folder(database, *arguments.folder, {arguments.replace, by_administrator});
     });
 }
 
 void export_files(const Arguments& arguments) {
-    if (!arguments.journal.empty())
+    if (arguments.journal)
         return with_books(arguments, [&](store::Database& database) {
-            company::export_journal(database, arguments.journal);
+            company::export_journal(database, *arguments.journal);
         });
     require_folder_name(arguments);
     with_books(arguments, [&](store::Database& database) {
-        company::export_tables(database, arguments.folder, arguments.tables);
+        company::export_tables(database, *arguments.folder, arguments.tables);
     });
 }
 
@@ -290,6 +298,13 @@ CLI::App* add_create(CLI::App& program, Arguments& arguments) {
     CLI::Option* currency =
         create->add_option("--base-currency", arguments.base_currency, "its base currency");
     CLI::Option* year = create->add_option("--year", arguments.year, "its first fiscal year");
+    create
+        ->add_option("--country", arguments.country,
+                     "a whole chart, and the taxes of this country, such as de")
+        ->needs(starter);
+    create->add_option("--first-month", arguments.first_month, "of the fiscal year; 1 is January")
+        ->check(CLI::Range(1, 12))
+        ->needs(starter);
     half_year->excludes(sample);
     starter->excludes(sample)->excludes(half_year)->needs(currency)->needs(year);
     currency->needs(starter);
@@ -311,13 +326,10 @@ CLI::App* add_export(CLI::App& program, Arguments& arguments) {
     exporting->add_option("--table", arguments.tables, "only this table; may be repeated")
         ->allow_extra_args(false)
         ->take_all();
-    CLI::Option* const journal =
-        exporting->add_option("--journal", arguments.journal,
-                              "the ledger as one plain-text journal instead, as hledger and ledger read it");
-    journal->excludes(folder);
-    exporting->parse_complete_callback([folder, journal] {
-        if (folder->count() == 0 && journal->count() == 0) throw CLI::RequiredError("DIR");
-    });
+    exporting
+        ->add_option("--journal", arguments.journal,
+                     "the ledger as one plain-text journal instead, as hledger and ledger read it")
+        ->excludes(folder);
     return exporting;
 }
 

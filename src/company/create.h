@@ -4,6 +4,7 @@
 // Every new company has all tables and indexes and the Grid_property rows of every form and grid.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -25,11 +26,23 @@ struct HalfYearCompany {
     std::string user;
 };
 
-// The least that a real new company needs, with full rights for `user`.
+struct FirstBank {
+    std::string code, name, branch;
+};
+struct FirstVendor {
+    std::string number, name, address;
+};
+
+// What a real new company needs, with full rights for `user`.
 struct StarterCompany {
     std::string base_currency;
-    std::string year;  // the first fiscal year, a calendar year
+    std::string year;  // the first fiscal year, named by the calendar year in which it begins
     std::string user;
+    int first_month = 1;  // of the fiscal year
+    // The folder of one of countries(). Empty: the smallest chart, without taxes.
+    std::string country = {};
+    std::optional<FirstBank> bank = {};
+    std::optional<FirstVendor> vendor = {};
 };
 
 using CompanyContent = std::variant<EmptyCompany, SampleCompany, HalfYearCompany, StarterCompany>;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "company/countries.h"
 #include "company/create.h"
 #include "company/fiscal_year.h"
 #include "company/refusal.h"
@@ -143,7 +144,7 @@ void add_chart(store::Database& database, const std::string& base_currency) {
     }
 }
 
-void add_defaults(store::Database& database) {
+void add_parameters(store::Database& database) {
     TableWriter parameters(database, "Account_Parameters_table");
     for (const Parameter& row : kParameters) {
         parameters.add({{"module", row.module},
@@ -151,6 +152,9 @@ void add_defaults(store::Database& database) {
                         {"default", true},
                         {"accno", row.accno}});
     }
+}
+
+void add_defaults(store::Database& database) {
     // Description and term_name are the same text: the default term is found in the list of names by its
     // description.
     TableWriter terms(database, "Payment_term_table");
@@ -188,6 +192,26 @@ void add_no_tax(store::Database& database) {
               {"include_itemcost", true}});
 }
 
+// On the accounts that every chart of ours has.
+void add_first_rows(store::Database& database, const StarterCompany& starter) {
+    if (starter.bank)
+        TableWriter(database, "Bank_master_table")
+            .add({{"bank_code", starter.bank->code},
+                  {"bank_name", starter.bank->name},
+                  {"bank_branch", starter.bank->branch},
+                  {"account_no", "1050"}});
+    if (starter.vendor)
+        TableWriter(database, "Vendor_table")
+            .add({{"vendor_no", starter.vendor->number},
+                  {"VENDOR_NAME", starter.vendor->name},
+                  {"Currency", starter.base_currency},
+                  {"ap_accno", "2000"},
+                  {"Payment_accno", "1050"},
+                  {"prepayment_accno", "1400"},
+                  {"owing_balance", 0.0},
+                  {"address", starter.vendor->address}});
+}
+
 bool is_currency_code(const std::string& code) {
     return code.size() == 3 &&
            std::all_of(code.begin(), code.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
@@ -202,10 +226,16 @@ void add_starter(store::Database& database, const StarterCompany& starter) {
     }
     require_usable_year(starter.year);
     add_configuration(database, starter.base_currency);
-    add_chart(database, starter.base_currency);
+    if (starter.country.empty()) {
+        add_chart(database, starter.base_currency);
+        add_parameters(database);
+        add_no_tax(database);
+    } else {
+        add_country(database, starter.country, starter.base_currency);
+    }
     add_defaults(database);
-    add_no_tax(database);
-    const auto start = store::DateTime::from_ymd(std::stoi(starter.year), 1, 1);
+    add_first_rows(database, starter);
+    const auto start = store::DateTime::from_ymd(std::stoi(starter.year), starter.first_month, 1);
     add_calendar(database, year_from(starter.year, start));
     add_counters(database, starter.year);
     add_year_balances(database, starter.year);

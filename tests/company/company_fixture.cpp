@@ -43,7 +43,8 @@ std::string key_of(const company::EmptyCompany&) { return "empty"; }
 std::string key_of(const company::SampleCompany& sample) { return "sample of " + sample.user; }
 std::string key_of(const company::HalfYearCompany& sample) { return "half a year of " + sample.user; }
 std::string key_of(const company::StarterCompany& starter) {
-    return fmt::format("starter of {} in {} from {}", starter.user, starter.base_currency, starter.year);
+    return fmt::format("starter of {} in {} from {}, {}", starter.user, starter.base_currency, starter.year,
+                       starter.country);
 }
 
 CompanyOriginal& original_of(const company::CompanyContent& content) {

@@ -1,5 +1,6 @@
 // New companies: what stands in them, and that nothing is left of one that failed.
 #include "company/create.h"
+#include "company/countries.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -234,6 +235,64 @@ TEST_F(Create, StarterHasADefaultTaxCodeWithAnAuthority) {
              "Tax_code_details_table.tax_code = Tax_code_table.tax_code AND "
              "Tax_authority_table.tax_authority = Tax_code_details_table.tax_authority"),
         ElementsAre("0"));
+}
+
+class CreateOfCountry : public testing::CompanyTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(CreateOfCountry, AgreesAndHasOneDefaultTaxCode) {
+    company::StarterCompany starter{"EUR", "2026", "zoe"};
+    starter.country = GetParam();
+    make_anew(starter);
+    EXPECT_THAT(company::check_books(db()), IsEmpty());
+    EXPECT_THAT(rows("SELECT tax_code FROM Tax_code_table WHERE default = TRUE"), SizeIs(1));
+    EXPECT_THAT(rows("SELECT accno FROM Account_master_table WHERE type = 'X'"), SizeIs(1));
+    const auto accounts = rows("SELECT accno FROM Account_master_table");
+    EXPECT_THAT(rows("SELECT accno FROM Balance_table WHERE ledgertype = 'A'"), SizeIs(accounts.size()));
+    EXPECT_THAT(rows("SELECT accno FROM Account_Parameters_table WHERE default = TRUE"),
+                AllOf(SizeIs(10), Each(::testing::AnyOfArray(accounts))));
+    for (const std::string& code : rows("SELECT tax_code FROM Tax_code_table"))
+        EXPECT_THAT(rows("SELECT item_no FROM Tax_code_details_table WHERE tax_code = '" + code + "'"),
+                    Not(IsEmpty()))
+            << code;
+}
+INSTANTIATE_TEST_SUITE_P(Each, CreateOfCountry,
+                         ::testing::Values("at", "au", "ca", "de", "fr", "gb", "th", "us"),
+                         [](const auto& country) { return std::string(country.param); });
+
+TEST_F(Create, CountriesAreThoseThatAreTried) {
+    std::vector<std::string> folders;
+    for (const company::Country& country : company::countries())
+        folders.push_back(country.folder);
+    EXPECT_THAT(folders, ::testing::UnorderedElementsAre("at", "au", "ca", "de", "fr", "gb", "th", "us"));
+}
+
+TEST_F(Create, StarterBeginsItsYearInAnyMonthAndHasItsFirstBankAndVendor) {
+    company::StarterCompany starter{"GBP", "2026", "zoe"};
+    starter.country = "gb";
+    starter.first_month = 4;
+    starter.bank = {"MAIN", "Harbour Bank", "Quay Street"};
+    starter.vendor = {"V1", "Baywater Coffee Traders", "14 Quay Road"};
+    make_anew(starter);
+    EXPECT_THAT(findings(), IsEmpty());
+    EXPECT_THAT(rows("SELECT StartDate,EndDate FROM Fiscalyear_table"), ElementsAre("2026-04-01|2027-03-31"));
+    EXPECT_THAT(rows("SELECT StartDate FROM Period_table WHERE period = '10'"), ElementsAre("20270101"));
+    EXPECT_THAT(rows("SELECT bank_code,bank_branch,account_no FROM Bank_master_table"),
+                ElementsAre("MAIN|Quay Street|1050"));
+    EXPECT_THAT(rows("SELECT vendor_no,Currency,ap_accno,owing_balance,address FROM Vendor_table"),
+                ElementsAre("V1|GBP|2000|0|14 Quay Road"));
+}
+
+TEST_F(Create, StarterOfAnUnknownCountryNamesTheKnownOnes) {
+    company::StarterCompany starter{"EUR", "2026", "zoe"};
+    starter.country = "atlantis";
+    try {
+        make_anew(starter);
+        FAIL() << "it was made";
+    } catch (const company::UnusableValue& refusal) {
+        EXPECT_STREQ(refusal.what(),
+                     "there are no taxes of the country atlantis, only of au, at, ca, fr, de, th, gb, us");
+    }
+    EXPECT_FALSE(std::filesystem::exists(path()));
 }
 
 TEST_F(Create, StarterRefusesWhatIsNoYearOrCurrency) {

@@ -2,10 +2,12 @@
 // reached by acts on the window, as a bookkeeper would.
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QMessageBox>
 #include <QPainter>
+#include <QWizard>
 
 #include <iostream>
 #include <sstream>
@@ -14,6 +16,7 @@
 #include "desktop/combo_view.h"
 #include "desktop/form_window.h"
 #include "desktop/main_window.h"
+#include "desktop/new_company.h"
 #include "desktop/theme.h"
 #include "frame/form.h"
 
@@ -240,6 +243,22 @@ class Photographer {
         take("revaluation-ledger");
     }
 
+    void ledger() {
+        window_.ap()->showform_Ledger_trial_balance();
+        press(frame::command::kFind);
+        take("ledger-trial-balance");
+        window_.ap()->showform_Ledger_journal("1050");
+        take("ledger-journal");
+    }
+    void new_company() {
+        desktop::NewCompanyAssistant assistant(&window_, "anna");
+        assistant.show();
+        assistant.button(QWizard::NextButton)->click();
+        assistant.findChild<QComboBox*>("country")->setCurrentText("Germany");
+        QApplication::processEvents();
+        if (!assistant.grab().save(folder_.filePath("new-company.png")))
+            throw std::runtime_error("a picture cannot be written");
+    }
     void masters() {
         window_.show_form("Master_vendor");
         press(106);
@@ -369,6 +388,8 @@ int main(int argc, char** argv) {
         photographer.aging();
         photographer.aging_report();
         photographer.masters();
+        photographer.ledger();
+        photographer.new_company();
         photographer.dark();
     } catch (const std::exception& failure) {
         std::cerr << "brimley-screenshots: " << failure.what() << '\n';
