@@ -15,7 +15,10 @@
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QVBoxLayout>
+#include <filesystem>
+#include <stdexcept>
 
+#include "company/data_folder.h"
 #include "desktop/model_view.h"
 #include "desktop/report_document.h"
 #include "frame/platform_path.h"
@@ -23,9 +26,27 @@
 namespace brimley::desktop {
 
 // --- PDF files ---
+namespace {
+
+// The file that is meant. Help lies beside the company where somebody has put it there; otherwise it is the
+// program's own.
+QString file_of(const QString& path) {
+    const std::filesystem::path file = frame::platform_path(typed(path));
+    const bool is_help = file.parent_path().filename() == "Help";
+    if (!is_help || std::filesystem::exists(file)) return shown(file.string());
+    try {
+        const std::filesystem::path own = company::data_folder("Help") / file.filename();
+        return shown((std::filesystem::exists(own) ? own : file).string());
+    } catch (const std::runtime_error&) {
+        return shown(file.string());  // it is said that it was not found
+    }
+}
+
+}  // namespace
+
 PdfWindow::PdfWindow(const QString& path, const QString& title) : document_(new QPdfDocument(this)) {
     setWindowTitle(title);
-    const QString file = shown(frame::platform_path(typed(path)).string());
+    const QString file = file_of(path);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     if (document_->load(file) != QPdfDocument::Error::None) {

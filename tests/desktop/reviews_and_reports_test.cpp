@@ -12,9 +12,11 @@
 #include <QTimer>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 
 #include "desktop/host_window.h"
 #include "desktop/ledger_window.h"
+#include "desktop/module_forms.h"
 #include "desktop/paper_windows.h"
 #include "desktop/review_windows.h"
 #include "inquiries/apreport_aging.h"
@@ -181,10 +183,37 @@ TEST_F(Host, PreviewPrintsTheDocumentOfTheQuery) {
 }
 
 TEST_F(Host, PdfThatIsNotThereIsToldInItsWindow) {
-    ask("pdf viewer", "/nowhere\\Help\\AP Invoice Entry Help.pdf", "Help");
+    ask("pdf viewer", "/nowhere\\Help\\Sales Help.pdf", "Help");
     auto* const viewer = newest<desktop::PdfWindow>();
     ASSERT_NE(viewer, nullptr);
-    EXPECT_EQ(viewer->findChild<QLabel*>()->text(), "/nowhere/Help/AP Invoice Entry Help.pdf was not found.");
+    EXPECT_EQ(viewer->findChild<QLabel*>()->text(), "/nowhere/Help/Sales Help.pdf was not found.");
+    ask("pdf viewer", "/nowhere\\AP Invoice Entry Help.pdf", "No help");
+    EXPECT_EQ(newest<desktop::PdfWindow>()->pages(), 0);
+}
+
+// Every form of the module that names a help file has it, and the program has its own.
+TEST_F(Host, HelpOfEachFormIsThere) {
+    int with_help = 0;
+    for (const desktop::ModuleForm& form : desktop::module_forms()) {
+        if (form.menu != desktop::ModuleForm::Menu::forms) continue;
+        ASSERT_TRUE(window->show_form(form.class_name)) << form.class_name;
+        auto& shown = window->desk().windows().back()->form();
+        if (*shown.identity().help_file == '\0') continue;
+        ++with_help;
+        for (const int command : {frame::command::kFormHelp, frame::command::kSystemHelp}) {
+            ASSERT_EQ(shown.press(command), controls::Refusal::none) << form.class_name;
+            EXPECT_GE(newest<desktop::PdfWindow>()->pages(), 1) << form.class_name << ' ' << command;
+        }
+    }
+    EXPECT_EQ(with_help, 7);
+}
+
+TEST_F(Host, HelpBesideTheCompanyTakesThePlaceOfTheProgramsOwn) {
+    std::filesystem::create_directory(folder.file("Help"));
+    const std::string own = folder.file("Help/AP Invoice Entry Help.pdf");
+    std::ofstream(own) << "no PDF file";
+    ask("pdf viewer", own.c_str(), "Help");
+    EXPECT_TRUE(newest<desktop::PdfWindow>()->findChild<QLabel*>()->text().endsWith("it is not a PDF file."));
 }
 
 // Whether something dark appears in the window within some seconds: pages are drawn beside the event loop.
