@@ -103,9 +103,10 @@ void Marks::look_at_vendor() {
     if (vendor.empty()) return;
     const std::string& name = known("name of vendor", vendor, [&]() -> std::string {
         const auto row = find("Vendor_table", {{"vendor_no", vendor}});
-        return row.at_eof() ? std::string{} : "=" + row.text("VENDOR_NAME");
+        return row.at_eof() ? "none" : "=" + row.text("VENDOR_NAME");
     });
-    if (name.empty()) return mark(kVendor, fmt::format("There is no vendor {}", vendor));
+    if (name.empty()) return;  // it could not be read
+    if (name == "none") return mark(kVendor, fmt::format("There is no vendor {}", vendor));
     const std::string typed = text_of(kVendorName);
     if (typed.empty() || typed == name.substr(1)) return;
     const std::string& other = known("vendor of name", typed, [&] {

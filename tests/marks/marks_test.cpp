@@ -73,6 +73,12 @@ TEST_F(MarksOfInvoice, VendorThatDoesNotExist) {
     EXPECT_THAT(seen(), IsEmpty());
 }
 
+// A quote in the text ends the query, so that nothing is known of this vendor.
+TEST_F(MarksOfInvoice, VendorThatCannotBeReadIsNotMarked) {
+    EXPECT_EQ(form().cmbvendor.type("O'1"), Refusal::none);
+    EXPECT_THAT(seen(), IsEmpty());
+}
+
 TEST_F(MarksOfInvoice, NameOfAnotherVendor) {
     form().cmbvendor_name.set("Alder Office Supply");
     EXPECT_THAT(seen(), ElementsAre("cmbvendor_name: This is the name of V1011; V1001 is Baywater Coffee "
