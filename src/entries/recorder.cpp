@@ -96,9 +96,10 @@ void Recorder::acted(const Act& act) {
         return;
     }
     if (!form_.is_open()) return end(anything_entered_);
-    if (mode_before_ == Mode::read) return end(false);
-    // Another document has come to the screen in place of the entry.
     const bool saves = act.kind == Act::Kind::press && act.row == frame::command::kSave;
+    // Without a question the user has decided nothing: an entry whose first line is empty is left like that.
+    if (mode_before_ == Mode::read) return end(anything_entered_ && !saves && answers_.empty());
+    // Another document has come to the screen in place of the entry.
     if (!saves && form_.document_shown() != document_) return end(anything_entered_);
     note(act);
 }

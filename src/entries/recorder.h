@@ -3,7 +3,8 @@
 //   New or Edit pressed      a file begins, with that act
 //   each act after it        is appended, and what it has changed on the screen
 //   saved, or left by New or Edit once more, which asks        the file is removed
-//   left in any other way (Exit, leafing, the end of the program)        the file stays
+//   left in any other way (Exit, leafing, New without a question, the end of the program)        the file
+//   stays
 //
 // It listens to the acts of its form (controls/act.h), so it makes no difference where they come from.
 #pragma once

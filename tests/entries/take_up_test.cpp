@@ -328,6 +328,19 @@ TEST_F(TakeUp, NothingIsKeptOfWhatTheUserDidNotWant) {
     EXPECT_THAT(kept(), IsEmpty());
 }
 
+// It asks only about an entry with something in its first line.
+TEST_F(TakeUp, EntryThatTheFormLeavesWithoutAQuestionIsKept) {
+    auto& form = invoice();
+    EXPECT_EQ(form.press(105), Refusal::none);
+    EXPECT_EQ(form.txtremark.type("as agreed"), Refusal::none);
+    EXPECT_EQ(form.press(105), Refusal::none);
+    EXPECT_THAT(user().desk.questions, IsEmpty());
+    EXPECT_EQ(form.mode(), Mode::read);
+    EXPECT_EQ(program->left, 1);
+    expect_whole(take_up(form));
+    EXPECT_EQ(form.txtremark.text(), "as agreed");
+}
+
 // --- masters ---
 
 // The rate of the day in the list, with another rate typed.
