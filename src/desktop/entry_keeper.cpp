@@ -134,7 +134,7 @@ void EntryKeeper::take_up(const entries::KeptEntry& kept) {
 
 // Nothing when another window has taken it up or dropped it.
 std::optional<entries::Replayed> EntryKeeper::replay(const entries::KeptEntry& kept) {
-    const entries::EntryClaim claim(kept.path);
+    const entries::EntryClaim claim(kept);
     if (!claim.is_held()) return std::nullopt;
     recorder_.takes_from(kept.path.filename().string());
     entries::Replayed result = entries::take_up(
@@ -170,7 +170,7 @@ void EntryKeeper::drop(const entries::KeptEntry& kept) {
                     QMessageBox::Yes | QMessageBox::No, &window_);
     box.setDefaultButton(QMessageBox::No);
     if (desk_.show_box(box) != QMessageBox::Yes) return;
-    entries::remove_entry(kept.path);
+    if (entries::EntryClaim(kept).is_held()) entries::remove_entry(kept.path);
     offer();
 }
 

@@ -72,12 +72,18 @@ void EntryFile::sync() {
 EntryClaim::EntryClaim(const std::filesystem::path& path)
     : handle_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
     if (handle_ < 0 || ::flock(handle_, LOCK_EX | LOCK_NB) == 0) return;
-    ::close(handle_);
-    handle_ = -1;
+    give_back();
 }
 
-EntryClaim::~EntryClaim() {
+EntryClaim::EntryClaim(const KeptEntry& kept) : EntryClaim(kept.path) {
+    if (is_held() && text_of(kept.path) != kept.text) give_back();
+}
+
+EntryClaim::~EntryClaim() { give_back(); }
+
+void EntryClaim::give_back() {
     if (handle_ >= 0) ::close(handle_);
+    handle_ = -1;
 }
 
 void EntryFile::remove() { remove_entry(path_); }
@@ -88,11 +94,11 @@ std::vector<KeptEntry> kept_entries(const std::filesystem::path& folder, const s
     std::error_code none;
     for (const auto& file : std::filesystem::directory_iterator(folder, none)) {
         if (file.path().extension() != kExtension || !EntryClaim(file.path()).is_held()) continue;
-        const auto text = text_of(file.path());
+        auto text = text_of(file.path());
         auto entry = text ? read_entry(*text) : std::nullopt;
         if (!entry || entry->head.company != company || entry->head.user != user) continue;
         if (!form.empty() && entry->head.form != form) continue;
-        kept.push_back({file.path(), std::move(*entry)});
+        kept.push_back({file.path(), std::move(*entry), std::move(*text)});
     }
     std::erase_if(kept, [&](const KeptEntry& each) {
         const bool being_taken =

@@ -39,6 +39,7 @@ class EntryFile {
 struct KeptEntry {
     std::filesystem::path path;
     Entry entry;
+    std::string text{};  // of the file
 };
 
 // Those of this company, user and form; with an empty form, of every one. A file that is no entry is passed
@@ -51,6 +52,8 @@ struct KeptEntry {
 class EntryClaim {
   public:
     explicit EntryClaim(const std::filesystem::path& path);
+    // Only if the same entry is still there: names are used again.
+    explicit EntryClaim(const KeptEntry& kept);
     ~EntryClaim();
     EntryClaim(const EntryClaim&) = delete;
     EntryClaim& operator=(const EntryClaim&) = delete;
@@ -58,6 +61,8 @@ class EntryClaim {
     [[nodiscard]] bool is_held() const { return handle_ >= 0; }
 
   private:
+    void give_back();
+
     int handle_ = -1;
 };
 

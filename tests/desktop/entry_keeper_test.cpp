@@ -194,6 +194,32 @@ TEST_F(KeptEntries, TwoWindowsTakeAnEntryUpOnce) {
     EXPECT_EQ(first.findChild<QPushButton*>("take_up"), nullptr);
 }
 
+// What was offered is saved by now, and what was entered after it has its name.
+class StaleOffers : public KeptEntries, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(StaleOffers, TouchNoOtherEntry) {
+    enter_invoice();
+    form_window().press(100);
+    open_invoice();
+    desktop::FormWindow& first = form_window();
+    open_invoice();
+    click_band("take_up");
+    form_window().press(101);
+    ASSERT_EQ(kept(), 0U);
+    enter(form(), {.lines = {{"5000", "", "gross amount", "20.00"}}});
+    form_window().press(100);
+    ASSERT_EQ(kept(), 1U);
+    auto* const late = first.findChild<QPushButton*>(GetParam());
+    ASSERT_NE(late, nullptr);
+    late->click();
+    QApplication::processEvents();
+    EXPECT_EQ(kept(), 1U);
+    EXPECT_EQ(first.mode_shown(), "Read");
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, StaleOffers, ::testing::Values("take_up", "drop"),
+                         [](const auto& each) { return std::string(each.param); });
+
 // The document that was being changed is void by now.
 TEST_F(KeptEntries, PartOfAnEntryIsKeptBesideTheWholeOne) {
     save_invoice();
