@@ -73,15 +73,18 @@ void DesktopDesk::failure(const std::string& text, const std::vector<kernel::Rea
 }
 
 bool DesktopDesk::question(const std::string& text, const std::string& title) {
-    if (stand_in_ != nullptr) return stand_in_->answer();
+    const bool yes = stand_in_ != nullptr ? stand_in_->answer() : user_says_yes(text, title);
+    if (on_answer) on_answer(yes);
+    return yes;
+}
+
+bool DesktopDesk::user_says_yes(const std::string& text, const std::string& title) {
     QMessageBox box(QMessageBox::Question, shown(title), shown(text), QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
     // What cannot be undone is not done by a hasty Enter.
     const bool is_grave = text.starts_with("Are you sure");
     box.setDefaultButton(is_grave ? QMessageBox::No : QMessageBox::Yes);
-    const bool yes = show_box(box) == QMessageBox::Yes;
-    if (on_answer) on_answer(yes);
-    return yes;
+    return show_box(box) == QMessageBox::Yes;
 }
 
 store::DateTime DesktopDesk::now() { return stand_in_ != nullptr ? stand_in_->now() : clock(); }

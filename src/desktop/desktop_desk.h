@@ -53,7 +53,7 @@ class DesktopDesk : public frame::Desk {
     // Called with the last reason why an act was not stored, before the box opens; empty, before any other
     // message: it is over.
     std::function<void(const QString& reason)> on_failure;
-    // Called with each answer of the user.
+    // Called with each answer of the user, or of who stands in: an entry that is taken up is kept once more.
     std::function<void(bool yes)> on_answer;
     // Answers in place of the user from now on, who sees no messages then, and gives the time; null: the user
     // again.
@@ -64,6 +64,7 @@ class DesktopDesk : public frame::Desk {
     void act_for(frame::Desk& desk) { asked_ = &desk; }
 
   private:
+    [[nodiscard]] bool user_says_yes(const std::string& text, const std::string& title);
     // Lets the window whose act this is know what a box says.
     void tell_window(const std::string& text) const;
 

@@ -220,6 +220,22 @@ TEST_P(StaleOffers, TouchNoOtherEntry) {
 INSTANTIATE_TEST_SUITE_P(Each, StaleOffers, ::testing::Values("take_up", "drop"),
                          [](const auto& each) { return std::string(each.param); });
 
+// The form asked, was told to save, and refused to.
+TEST_F(KeptEntries, AnswersAreKeptWheneverAnEntryIsTakenUp) {
+    enter_invoice("9999");
+    form_window().press(105);
+    ASSERT_EQ(boxes.size(), 2U);
+    EXPECT_EQ(boxes.front(), "Do you want to save new entry?");
+    for (int time = 0; time < 2; ++time) {
+        form_window().press(100);
+        open_invoice();
+        boxes.clear();
+        click_band("take_up");
+        EXPECT_THAT(boxes, IsEmpty());
+        expect_entry();
+    }
+}
+
 // The document that was being changed is void by now.
 TEST_F(KeptEntries, PartOfAnEntryIsKeptBesideTheWholeOne) {
     save_invoice();
