@@ -58,6 +58,8 @@ struct Arguments {
     bool half_year = false;
     bool starter = false;
     bool replace = false;
+    bool unchecked = false;        // an import
+    bool repair_balances = false;  // a check
 };
 
 int fail(int status, const std::string& reason) {
@@ -107,7 +109,8 @@ void import_files(const Arguments& arguments) {
     }
     with_company(arguments, [&](store::Database& database) {
         const bool by_administrator = company::is_administrator(database, company::login_name());
-        company::import_folder(database, *arguments.folder, {arguments.replace, by_administrator});
+        company::import_folder(database, *arguments.folder,
+                               {arguments.replace, by_administrator, !arguments.unchecked});
     });
 }
 
@@ -142,8 +145,20 @@ store::TrailEntry sealed_entry(const std::string& seal) {
     return entry;
 }
 
+void repair_balances(const Arguments& arguments) {
+    std::vector<std::string> repaired;
+    with_company(arguments, [&](store::Database& database) {
+        if (!company::is_administrator(database, company::login_name()))
+            throw company::Refusal("only an administrator repairs balances, who has all rights on all forms");
+        if (!database.faults_of_storage().empty()) return;
+        repaired = company::repair_balances(database);
+    });
+    print_lines("repaired: ", repaired);
+}
+
 // What is damaged is not read any further.
 int check(const Arguments& arguments) {
+    if (arguments.repair_balances) repair_balances(arguments);
     const auto sealed = arguments.sealed ? sealed_entry(*arguments.sealed) : store::TrailEntry{};
     std::vector<std::string> faults;
     company::Findings findings;
@@ -316,6 +331,8 @@ CLI::App* add_import(CLI::App& program, Arguments& arguments) {
     CLI::App* import = add_command(program, arguments, "import", "Load every DIR/TABLE.csv, all or nothing");
     import->add_option("DIR", arguments.folder, "folder of the CSV files")->required();
     import->add_flag("--replace", arguments.replace, "replace rows whose key exists");
+    import->add_flag("--unchecked", arguments.unchecked,
+                     "take masters that name an account, a currency or another row which is not there");
     return import;
 }
 
@@ -336,6 +353,9 @@ CLI::App* add_export(CLI::App& program, Arguments& arguments) {
 CLI::App* add_check(CLI::App& program, Arguments& arguments) {
     CLI::App* checking = add_command(program, arguments, "check",
                                      "Recompute the books and compare; look whether the trail holds");
+    checking->add_flag(
+        "--repair-balances", arguments.repair_balances,
+        "first write what the ledger's lines come to into balances that differ, and print each");
     checking->add_option("--seal", arguments.sealed,
                          "the trail must go on from what seal printed, NUMBER:HASH");
     return checking;

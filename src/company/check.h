@@ -28,6 +28,10 @@ namespace brimley::company {
 // The first part of check_books: what adds up, belongs together and follows from amounts. The second looks at
 // each row for what must stand in it, and asks for documents as whole as the forms store them.
 [[nodiscard]] Findings check_sums(store::Database& database);
+// Writes what the GL lines come to, and the opening balances, into each balance that differs by a hundredth
+// or more, and says what it was: one line a field. Rows that are missing stay missing. Inside the caller's
+// transaction, which should take the whole company; throws store::Error.
+[[nodiscard]] std::vector<std::string> repair_balances(store::Database& database);
 // What looks wrong in the books and is intended: the forms do it. It does not count.
 [[nodiscard]] Findings books_notes(store::Database& database);
 

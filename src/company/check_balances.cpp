@@ -2,11 +2,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 #include "company/check.h"
 #include "company/ledger_movements.h"
 #include "company/shown_text.h"
+#include "kernel/money.h"
 
 namespace brimley::company {
 
@@ -45,22 +47,31 @@ std::unordered_map<std::string, Opening> first_openings(const Books& books) {
     return openings;
 }
 
+// Hears of each field of the row that `rows` stands on which is a hundredth or more from what it should be.
+using Wrong =
+    std::function<void(const std::string& row, const std::string& field, double stored, double expected)>;
+
+Wrong finding_in(Findings& findings) {
+    return [&findings](const std::string& row, const std::string& field, double stored, double expected) {
+        findings.push_back(fmt::format("{}: {} is {:.2f}, expected {:.2f}", row, field, stored, expected));
+    };
+}
+
 void compare(const std::string& row, const std::string& field, double stored, double expected,
-             Findings& findings) {
-    if (!differ(stored, expected)) return;
-    findings.push_back(fmt::format("{}: {} is {:.2f}, expected {:.2f}", row, field, stored, expected));
+             const Wrong& wrong) {
+    if (differ(stored, expected)) wrong(row, field, stored, expected);
 }
 
 void compare_family(const Recordset& row, const BalanceColumns& columns,
                     const std::array<double, kMovements>& expected, const std::string& name,
-                    Findings& findings) {
+                    const Wrong& wrong) {
     for (std::size_t movement = 0; movement < columns.movements.size(); ++movement) {
         const std::string& field = columns.movements[movement];
-        compare(name, field, row.number(field), expected[movement], findings);
+        compare(name, field, row.number(field), expected[movement], wrong);
     }
 }
 
-void compare_running(const Recordset& row, const BalanceColumns& columns, Findings& findings) {
+void compare_running(const Recordset& row, const BalanceColumns& columns, const Wrong& wrong) {
     const FamilyBalances family = read_family(row, columns);
     const auto running = family.running();
     const std::string name =
@@ -71,7 +82,7 @@ void compare_running(const Recordset& row, const BalanceColumns& columns, Findin
     const auto compare_computed = [&](const std::string& field, double expected) {
         // Null until the first posting computes it.
         if (!moved && row.field(field).is_null()) return;
-        compare(name, field, row.number(field), expected, findings);
+        compare(name, field, row.number(field), expected, wrong);
     };
     for (std::size_t period = 0; period < running.size(); ++period) {
         compare_computed(columns.running[period], running[period]);
@@ -79,12 +90,10 @@ void compare_running(const Recordset& row, const BalanceColumns& columns, Findin
     compare_computed(columns.year_total, family.year_total());
 }
 
-}  // namespace
+// Each walks the rows of a table, from the first one; what has no row is among the findings.
 
-void check_balances(const Books& books, Findings& findings) {
+void compare_totals(const Books& books, Recordset& rows, Findings& findings, const Wrong& wrong) {
     LedgerMovements movements(books, kBalanceTable, findings);
-    Recordset rows =
-        books.read("SELECT company,ledgertype,accno,Currency,amount,base_amount FROM Balance_table");
     for (; !rows.at_eof(); rows.MoveNext()) {
         add_row_of(movements, "", rows);
     }
@@ -96,14 +105,13 @@ void check_balances(const Books& books, Findings& findings) {
         const Opening opening = found == openings.end() ? Opening() : found->second;
         const std::string& name = movements.name_of_row(row);
         const Movements& moved = movements.of_row(row);
-        compare(name, "amount", rows.number("amount"), opening.plain + moved.plain[0], findings);
-        compare(name, "base_amount", rows.number("base_amount"), opening.base + moved.base[0], findings);
+        compare(name, "amount", rows.number("amount"), opening.plain + moved.plain[0], wrong);
+        compare(name, "base_amount", rows.number("base_amount"), opening.base + moved.base[0], wrong);
     }
 }
 
-void check_period_balances(const Books& books, Findings& findings) {
+void compare_periods(const Books& books, Recordset& rows, Findings& findings, const Wrong& wrong) {
     LedgerMovements movements(books, kPeriodTable, findings);
-    Recordset rows = books.read("SELECT * FROM Balance_period_table");
     for (; !rows.at_eof(); rows.MoveNext()) {
         add_row_of(movements, rows.text("fyear"), rows);
     }
@@ -111,17 +119,59 @@ void check_period_balances(const Books& books, Findings& findings) {
     rows.MoveFirst();
     for (std::size_t row = 0; !rows.at_eof(); rows.MoveNext(), ++row) {
         const std::string& name = movements.name_of_row(row);
-        compare_family(rows, plain_columns(), movements.of_row(row).plain, name, findings);
-        compare_family(rows, base_columns(), movements.of_row(row).base, name, findings);
+        compare_family(rows, plain_columns(), movements.of_row(row).plain, name, wrong);
+        compare_family(rows, base_columns(), movements.of_row(row).base, name, wrong);
     }
 }
 
-void check_running_balances(const Books& books, Findings& findings) {
-    Recordset rows = books.read("SELECT * FROM Balance_period_table");
+void compare_all_running(Recordset& rows, const Wrong& wrong) {
     for (; !rows.at_eof(); rows.MoveNext()) {
-        compare_running(rows, plain_columns(), findings);
-        compare_running(rows, base_columns(), findings);
+        compare_running(rows, plain_columns(), wrong);
+        compare_running(rows, base_columns(), wrong);
     }
+}
+
+constexpr const char* kTotals = "SELECT * FROM Balance_table";
+constexpr const char* kPeriods = "SELECT * FROM Balance_period_table";
+
+}  // namespace
+
+void check_balances(const Books& books, Findings& findings) {
+    Recordset rows = books.read(kTotals);
+    compare_totals(books, rows, findings, finding_in(findings));
+}
+
+void check_period_balances(const Books& books, Findings& findings) {
+    Recordset rows = books.read(kPeriods);
+    compare_periods(books, rows, findings, finding_in(findings));
+}
+
+void check_running_balances(const Books& books, Findings& findings) {
+    Recordset rows = books.read(kPeriods);
+    compare_all_running(rows, finding_in(findings));
+}
+
+std::vector<std::string> repair_balances(store::Database& database) {
+    std::vector<std::string> repaired;
+    Findings missing_rows;  // the check tells of them; no row is made here
+    const auto repair = [&](Recordset& rows) {
+        return [&repaired, &rows](const std::string& row, const std::string& field, double stored,
+                                  double expected) {
+            rows.Edit();
+            rows.set(field, kernel::Round(expected));
+            rows.Update();
+            repaired.push_back(fmt::format("{}: {} was {:.2f}, is {:.2f} now", row, field, stored, expected));
+        };
+    };
+    const Books books(database);
+    Recordset totals = database.OpenRecordset(kTotals, store::RecordsetKind::dynaset);
+    compare_totals(books, totals, missing_rows, repair(totals));
+    Recordset periods = database.OpenRecordset(kPeriods, store::RecordsetKind::dynaset);
+    compare_periods(books, periods, missing_rows, repair(periods));
+    // The running balances follow from what stands there now.
+    Recordset running = database.OpenRecordset(kPeriods, store::RecordsetKind::dynaset);
+    compare_all_running(running, repair(running));
+    return repaired;
 }
 
 namespace {

@@ -5,73 +5,13 @@
 #include <unordered_set>
 
 #include "company/check.h"
+#include "company/references.h"
 #include "company/shown_text.h"
 #include "company/table_rows.h"
 
 namespace brimley::company {
 
 namespace {
-
-// Fields of a table that name a row of a master by one of its fields.
-struct Reference {
-    const char* table;
-    const char* fields;  // parted by blanks
-    const char* master;
-    const char* master_field;
-};
-
-constexpr const char* kChart = "Account_master_table";
-constexpr const char* kCurrencies = "Working_currency_table";
-constexpr const char* kTermsOfPayment = "Payment_term_table";
-constexpr const char* kTaxCodes = "Tax_code_table";
-constexpr const char* kAuthorities = "Tax_authority_table";
-constexpr const char* kAuthorityFields =
-    "tax_authority1 tax_authority2 tax_authority3 tax_authority4 tax_authority5";
-
-constexpr Reference kReferences[]{
-    {"Vendor_table", "ap_accno Payment_accno prepayment_accno", kChart, "accno"},
-    {"Vendor_table", "Currency", kCurrencies, "Currency"},
-    {"Account_currency_table", "accno unrealised_gain_accno unrealised_loss_accno", kChart, "accno"},
-    {"Account_currency_table", "Currency", kCurrencies, "Currency"},
-    {"Account_Parameters_table", "accno", kChart, "accno"},
-    {"Allocation_Account_table", "allocate_accno accno", kChart, "accno"},
-    {"Bank_master_table", "account_no", kChart, "accno"},
-    {"Credit_card_master_table", "payable_accno account_no", kChart, "accno"},
-    {"Exchange_rate_table", "currency", kCurrencies, "Currency"},
-    {"Tax_code_details_table", "tax_code", kTaxCodes, "tax_code"},
-    {"Tax_code_details_table", "tax_authority", kAuthorities, "tax_authority"},
-    {"Tax_authority_table", "acc_recoverable acc_expense", kChart, "accno"},
-    {"Period_table", "fyear", "Fiscalyear_table", "fyear"},
-    {"Balance_table", "accno", kChart, "accno"},
-    {"Balance_table", "Currency", kCurrencies, "Currency"},
-    {"Balance_period_table", "accno", kChart, "accno"},
-    {"Balance_period_table", "Currency", kCurrencies, "Currency"},
-    {"Balance_period_table", "fyear", "Fiscalyear_table", "fyear"},
-    {"GL_header_table", "Currency", kCurrencies, "Currency"},
-    {"GL_transaction_table", "Currency", kCurrencies, "Currency"},
-    {"AP_header_table", "payment_term", kTermsOfPayment, "term_no"},
-    {"AP_header_table", "Currency", kCurrencies, "Currency"},
-    {"AP_transaction_table", "payment_term", kTermsOfPayment, "term_no"},
-    {"AP_transaction_table", "Currency", kCurrencies, "Currency"},
-    {"AP_transaction_table", "ap_accno po_accno", kChart, "accno"},
-    {"AP_transaction_table", "tax_code", kTaxCodes, "tax_code"},
-    {"AP_transaction_table", kAuthorityFields, kAuthorities, "tax_authority"},
-    {"AP_recur_header_table", "Currency", kCurrencies, "Currency"},
-    {"AP_recur_transaction_table", "po_accno", kChart, "accno"},
-    {"AP_recur_transaction_table", "tax_code", kTaxCodes, "tax_code"},
-    {"AP_Revalue_transaction_table", "Currency", kCurrencies, "Currency"},
-    {"AP_Revalue_Result_table", "Currency", kCurrencies, "Currency"},
-    {"AP_Revalue_GL_summary_table", "Currency", kCurrencies, "Currency"},
-    {"AP_Revalue_GL_summary_table", "accno", kChart, "accno"},
-    {"Payment_header_table", "Currency total_currency", kCurrencies, "Currency"},
-    {"Payment_header_table", "cash_accno bank_accno prepayment_accno expense_accno", kChart, "accno"},
-    {"Payment_header_table", "bank_code", "Bank_master_table", "bank_code"},
-    {"Payment_transaction_table", "Currency", kCurrencies, "Currency"},
-    {"Payment_transaction_table", "discount_accno writeoff_accno prepay_accno", kChart, "accno"},
-    {"Payment_misc_transaction_table", "account", kChart, "accno"},
-    {"Payment_misc_transaction_table", "tax_code", kTaxCodes, "tax_code"},
-    {"Payment_misc_transaction_table", kAuthorityFields, kAuthorities, "tax_authority"},
-};
 
 // What names a row of a table, of which there may be one alone.
 struct Unique {
@@ -102,7 +42,7 @@ std::unordered_set<std::string> named_values(const Books& books, const Reference
     const int column = rows.column(reference.master_field);
     for (std::int64_t row = 0; row < rows.count(); ++row)
         values.insert(rows.value(row, column).text());
-    if (reference.master == kCurrencies) values.insert(books.base_currency());
+    if (reference.names_currency()) values.insert(books.base_currency());
     return values;
 }
 
@@ -173,7 +113,7 @@ void check_vendors(const Books& books, Findings& findings) {
 
 // The elements of a purchase code are read by code and kind of transaction.
 void check_elements_of_codes(const Books& books, Findings& findings) {
-    const RowsByKey& codes = books.tables().by_key(kTaxCodes, "tax_code transaction_type");
+    const RowsByKey& codes = books.tables().by_key("Tax_code_table", "tax_code transaction_type");
     const TableRows& elements = books.tables().rows("Tax_code_details_table");
     for (std::int64_t row = 0; row < elements.count(); ++row)
         if (elements.text(row, "transaction_type") == "purchase" &&
@@ -188,7 +128,7 @@ void check_elements_of_codes(const Books& books, Findings& findings) {
 void check_account_types(const Books& books, Findings& findings) {
     std::unordered_set<std::string> posted;
     books.each_gl_line([&](const GlLine& line) { posted.insert(line.accno); });
-    const TableRows& accounts = books.tables().rows(kChart);
+    const TableRows& accounts = books.tables().rows("Account_master_table");
     int earnings = 0;
     for (std::int64_t row = 0; row < accounts.count(); ++row) {
         const std::string type = accounts.text(row, "type");
@@ -205,8 +145,9 @@ void check_account_types(const Books& books, Findings& findings) {
 }  // namespace
 
 void check_references(const Books& books, Findings& findings) {
-    for (const Reference& reference : kReferences)
-        check_reference(books, reference, findings);
+    for (const auto& references : {references_of_masters(), references_of_documents()})
+        for (const Reference& reference : references)
+            check_reference(books, reference, findings);
     check_vendors(books, findings);
     check_elements_of_codes(books, findings);
     check_account_types(books, findings);

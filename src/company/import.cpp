@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "company/import_look_ups.h"
 #include "company/people.h"
 #include "company/refusal.h"
 #include "company/shown_text.h"
@@ -63,6 +64,11 @@ void import_folder(store::Database& database, const fs::path& folder, const Impo
     for (const store::Table& table : catalog.tables()) {
         const auto file = files.find(&table);
         if (file != files.end()) TableImport(database, table, file->second.string()).run(options.replace);
+    }
+    if (!options.looks_up) return;
+    for (const store::Table& table : catalog.tables()) {
+        const auto file = files.find(&table);
+        if (file != files.end()) require_named_rows(database, table, file->second.string());
     }
 }
 

@@ -22,6 +22,8 @@ struct ImportOptions {
     bool replace = false;
     // Who may not decide who may do what brings no rows about it.
     bool by_administrator = true;
+    // Masters must name accounts, currencies and other rows that are there, once everything is loaded.
+    bool looks_up = false;
 };
 
 // Runs inside the caller's transaction, which must be rolled back when this throws: some rows may be stored

@@ -1,15 +1,21 @@
 #include "desktop/company_dialogs.h"
 
 #include <QApplication>
+#include <QDate>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QMessageBox>
 #include <QStandardPaths>
 
+#include "company/backup.h"
+#include "company/check.h"
 #include "company/create.h"
+#include "company/transaction.h"
 #include "desktop/model_view.h"
 #include "desktop/new_company.h"
+#include "kernel/visible_text.h"
 
 namespace brimley::desktop {
 
@@ -46,6 +52,80 @@ std::optional<company::Secret> ask_for_password(const std::string& user) {
 std::optional<QString> make_new_company(QWidget* parent, const std::string& user) {
     NewCompanyAssistant assistant(parent, user);
     return assistant.exec() == QDialog::Accepted ? std::optional(assistant.place()) : std::nullopt;
+}
+
+namespace {
+
+// While it lives, the pointer says that the program is at work.
+class BusyPointer {
+  public:
+    BusyPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BusyPointer() { QApplication::restoreOverrideCursor(); }
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
+};
+
+QString all_of(const company::Findings& findings) {
+    QStringList lines;
+    for (const std::string& finding : findings)
+        lines.append(shown(kernel::visible_text(finding)));
+    return lines.join('\n');
+}
+
+void tell_findings(QWidget* parent, const QString& title, const QString& done,
+                   const company::Findings& findings) {
+    QMessageBox box(QMessageBox::Information, title, done + " The books agree.", QMessageBox::Ok, parent);
+    if (!findings.empty()) {
+        box.setIcon(QMessageBox::Warning);
+        box.setText(QString("%1 In its books the check found: %2").arg(done).arg(findings.size()));
+        box.setDetailedText(all_of(findings));
+    }
+    box.exec();
+}
+
+void tell_failure(QWidget* parent, const QString& title, const std::exception& failure) {
+    QMessageBox::warning(parent, title, shown(kernel::visible_text(failure.what())));
+}
+
+}  // namespace
+
+void back_up_company(QWidget* parent, const std::string& company) {
+    const QString title = "Back up the company";
+    const QString name =
+        store::is_on_server(company) ? "company" : QFileInfo(shown(company)).completeBaseName();
+    const QString today = QDate::currentDate().toString(Qt::ISODate);
+    QFileDialog choice(parent, title, QDir::homePath(), kCompanyFileKinds);
+    choice.setAcceptMode(QFileDialog::AcceptSave);
+    choice.setDefaultSuffix("brimley");
+    choice.setOption(QFileDialog::DontConfirmOverwrite);  // no file is ever overwritten
+    choice.selectFile(QString("%1-%2.brimley").arg(name, today));
+    if (choice.exec() != QDialog::Accepted) return;
+    const QString to = choice.selectedFiles().value(0);
+    try {
+        company::Findings findings;
+        {
+            const BusyPointer busy;
+            findings = company::back_up(company, typed(to));
+        }
+        tell_findings(parent, title, to + " is made.", findings);
+    } catch (const std::exception& failure) {
+        tell_failure(parent, title, failure);
+    }
+}
+
+void check_company(QWidget* parent, const store::OpenCompany& company) {
+    const QString title = "Check the books";
+    try {
+        company::Findings findings;
+        {
+            const BusyPointer busy;
+            const company::ReadingMoment moment(company);
+            findings = company::check_company(*company.database);
+        }
+        tell_findings(parent, title, "The company was checked.", findings);
+    } catch (const std::exception& failure) {
+        tell_failure(parent, title, failure);
+    }
 }
 
 QString sample_company(const std::string& user) {

@@ -67,6 +67,12 @@ void ProgramMenus::make_company_menu() {
                     [window, user = user_] { window->open_with_form(make_new_company(window, user)); });
     recent_ = menu->addMenu("&Recent");
     menu->addSeparator();
+    back_up_ = menu->addAction("&Back up...", window,
+                               [window] { back_up_company(window, window->ap()->OPEN_DATABASE); });
+    check_ = menu->addAction("Chec&k the books", window, [window] {
+        check_company(window, {window->ap()->dbe, window->ap()->abcdb});
+    });
+    menu->addSeparator();
     close_ = menu->addAction("&Close", window, [window] {
         if (window->let_entries_go()) window->close_company();
     });
@@ -133,6 +139,8 @@ void ProgramMenus::show_open(bool is_open) {
     forms_->setEnabled(is_open);
     ledger_->setEnabled(is_open);
     masters_->setEnabled(is_open);
+    back_up_->setEnabled(is_open);
+    check_->setEnabled(is_open);
     close_->setEnabled(is_open);
 }
 

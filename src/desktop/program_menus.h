@@ -42,6 +42,8 @@ class ProgramMenus {
     MainWindow& window_;
     Settings& settings_;
     std::string user_;
+    QAction* back_up_ = nullptr;
+    QAction* check_ = nullptr;
     QAction* close_ = nullptr;
     QMenu* company_ = nullptr;
     QMenu* recent_ = nullptr;

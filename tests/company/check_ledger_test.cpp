@@ -37,6 +37,32 @@ TEST_F(CheckLedger, DifferenceBelowAHundredthIsNone) {
     EXPECT_THAT(findings(), ElementsAre("Balance_table A 2000 USD: amount is 152.36, expected 152.35"));
 }
 
+TEST_F(CheckLedger, RepairWritesWhatTheLinesComeToAndNamesEachField) {
+    const std::string period = "SELECT * FROM Balance_period_table WHERE accno = '2000' AND ledgertype = 'A'";
+    raise(balance("2000"), "amount", 1);
+    raise(balance("1300"), "base_amount", -2);
+    raise(period, "period3", 5);
+    raise(period, "balperiod7", 0.5);
+    ASSERT_THAT(findings(), Not(IsEmpty()));
+    std::vector<std::string> repaired;
+    in_transaction([&](store::Database& database) { repaired = company::repair_balances(database); });
+    EXPECT_THAT(repaired,
+                IsSupersetOf({HasSubstr("Balance_table A 2000 USD: amount was 153.35, is 152.35 now"),
+                              HasSubstr("Balance_table A 1300 USD: base_amount was"),
+                              HasSubstr("A 2000 USD: Period3 was 5.00, is 0.00 now"),
+                              HasSubstr("A 2000 USD: balperiod7 was 0.50, is 0.00 now")}));
+    EXPECT_THAT(findings(), IsEmpty());
+    in_transaction([&](store::Database& database) { repaired = company::repair_balances(database); });
+    EXPECT_THAT(repaired, IsEmpty());
+}
+
+TEST_F(CheckLedger, RepairMakesNoRowThatIsMissing) {
+    db().Execute("DELETE * FROM Balance_table WHERE accno = '2000'");
+    in_transaction(
+        [&](store::Database& database) { EXPECT_THAT(company::repair_balances(database), IsEmpty()); });
+    EXPECT_THAT(findings(), Contains(HasSubstr("is missing")));
+}
+
 TEST_F(CheckLedger, UnbalancedGlDocumentIsFound) {
     add("GL_header_table", {{"company", 1}, {"doctype", "gl"}, {"fkey", "1gl9"}, {"fyear", "2026"}});
     add_gl_line("1gl9", 1, "1200", 10, 10, "3");

@@ -17,6 +17,7 @@ using testing::write_file;
 class Import : public testing::CompanyTest {
   protected:
     Import() { make(company::EmptyCompany{}); }
+    bool looks_up = false;
 
     void file(const std::string& name, std::string_view text) {
         write_file(folder_.file("csv/" + name), text);
@@ -24,7 +25,7 @@ class Import : public testing::CompanyTest {
 
     void load(bool replace = false) {
         in_transaction([&](store::Database& database) {
-            company::import_folder(database, folder_.file("csv"), {replace});
+            company::import_folder(database, folder_.file("csv"), {replace, true, looks_up});
         });
     }
 
@@ -145,6 +146,33 @@ TEST_F(Import, ExportedRowsWithNullKeysComeBackEqual) {
     in_transaction(
         [&](store::Database& database) { company::import_folder(database, exported.path(), {true}); });
     EXPECT_EQ(dump(), before);
+}
+
+TEST_F(Import, MasterThatNamesWhatIsNotThereIsRefusedWithItsLine) {
+    looks_up = true;
+    file("Vendor_table.csv", "vendor_no,Currency,ap_accno\nV1,EUR,2000\nV2,EUR,\nV3,EUR,2001\n");
+    file("Working_currency_table.csv", "Currency\nEUR\n");
+    file("Account_master_table.csv", "accno\n2000\n");
+    EXPECT_EQ(fault(), "Vendor_table.csv:4: ap_accno \"2001\" is not in Account_master_table");
+    EXPECT_THAT(rows("SELECT * FROM Vendor_table"), IsEmpty());
+    file("Account_master_table.csv", "accno\n2000\n2001\n");
+    file("Vendor_table.csv", "vendor_no,currency,ap_accno\nV1,EUR,2000\nV3,USD,2001\n");
+    EXPECT_EQ(fault(), "Vendor_table.csv:3: currency \"USD\" is not in Working_currency_table");
+    // The base currency needs no row of its own.
+    file("COA_config_table.csv", "Currency\nUSD\n");
+    EXPECT_EQ(fault(), "none");
+    EXPECT_THAT(rows("SELECT vendor_no FROM Vendor_table"), ElementsAre("V1", "V3"));
+}
+
+TEST_F(Import, RowsThatAreThereAlreadyMayBeNamed) {
+    looks_up = true;
+    add("Account_master_table", {{"accno", "1050"}});
+    file("Bank_master_table.csv", "bank_code,account_no\nMAIN,1050\n");
+    EXPECT_EQ(fault(), "none");
+    file("Bank_master_table.csv", "bank_code,account_no\nOTHER,1051\n");
+    EXPECT_EQ(fault(), "Bank_master_table.csv:2: account_no \"1051\" is not in Account_master_table");
+    looks_up = false;
+    EXPECT_EQ(fault(), "none");
 }
 
 TEST_F(Import, ParameterKeyHoldsItsDefaultFlag) {

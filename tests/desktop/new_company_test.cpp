@@ -1,7 +1,9 @@
 // The assistant that makes a new company, and the first day in it: nobody needs a terminal.
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -13,7 +15,10 @@
 #include "company/check.h"
 #include "desktop/host_window.h"
 #include "desktop/new_company.h"
+#include "desktop/paper_windows.h"
+#include "inquiries/apreport_aging.h"
 #include "invoices/apform_invoice.h"
+#include "payments/invoice_payment/apform_payment.h"
 
 namespace brimley::testing {
 
@@ -21,9 +26,13 @@ class NewCompany : public Host {
   protected:
     NewCompany() : assistant(window.get(), "anna") {
         QObject::connect(&person_, &QTimer::timeout, [this] {
-            if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            QWidget* const dialog = QApplication::activeModalWidget();
+            if (auto* const box = qobject_cast<QMessageBox*>(dialog)) {
                 told.append(box->text());
                 box->button(QMessageBox::Ok)->click();
+            } else if (qobject_cast<QFileDialog*>(dialog) != nullptr) {
+                dialog->findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(backup));
+                QMetaObject::invokeMethod(dialog, "accept");
             }
         });
         person_.start(10);
@@ -36,7 +45,14 @@ class NewCompany : public Host {
     void next() { assistant.button(QWizard::NextButton)->click(); }
     [[nodiscard]] QString page() const { return assistant.currentPage()->title(); }
 
+    void choose(const QString& caption) {
+        for (QAction* const action : window->findChildren<QAction*>())
+            if (action->text().remove('&') == caption) return action->trigger();
+        ADD_FAILURE() << "no entry " << caption.toStdString();
+    }
+
     std::string place = folder.file("new.brimley");
+    std::string backup = folder.file("backup.brimley");
     desktop::NewCompanyAssistant assistant;
     QStringList told;
 
@@ -44,7 +60,8 @@ class NewCompany : public Host {
     QTimer person_;
 };
 
-TEST_F(NewCompany, OfACountryIsReadyForItsFirstInvoice) {
+// From nothing to an invoice, its payment, the aging on paper and a backup.
+TEST_F(NewCompany, FirstDayNeedsNoTerminal) {
     next();
     auto* const country = assistant.findChild<QComboBox*>("country");
     country->setCurrentText("Germany");
@@ -77,7 +94,66 @@ TEST_F(NewCompany, OfACountryIsReadyForItsFirstInvoice) {
         "SELECT base_amount FROM GL_transaction_table WHERE accno = '1300'", store::RecordsetKind::snapshot);
     ASSERT_FALSE(tax.at_eof());
     EXPECT_EQ(tax.number("base_amount"), 19);
-    EXPECT_EQ(company::check_books(*window->ap()->abcdb), company::Findings{});
+
+    // It is paid, in part.
+    window->ap()->showform_APform_payment();
+    auto& payment = *window->ap()->frm_payment;
+    ASSERT_EQ(payment.press(105), Refusal::none);
+    EXPECT_EQ(payment.cmbvendor.type("V1"), Refusal::none);
+    EXPECT_EQ(payment.cmbpayby.type("Check"), Refusal::none);
+    EXPECT_EQ(payment.cmbbank.type("MAIN"), Refusal::none);
+    EXPECT_EQ(payment.txtcheck.type("1"), Refusal::none);
+    EXPECT_EQ(payment.txtcheckdate.type("16/03/2026"), Refusal::none);
+    EXPECT_EQ(payment.dbgrid1.edit_cell(0, payment.dbgrid1.get_column("pay amount"), "100"), Refusal::none);
+    EXPECT_EQ(payment.txtpayment.type("100"), Refusal::none);
+    EXPECT_EQ(payment.press(101), Refusal::none);
+    EXPECT_EQ(boxes.back(), "Add new Payment PY-26-00001 complete");
+
+    // What is left is on the aging, also on paper.
+    window->ap()->showform_APform_aging();
+    auto& aging = *window->ap()->frm_aging;
+    EXPECT_EQ(aging.press(frame::command::kFind), Refusal::none);
+    EXPECT_EQ(aging.dbgrid1.cell(0, "open amount"), "19.00");
+    EXPECT_EQ(aging.press(frame::command::kPageSetup), Refusal::none);
+    ASSERT_NE(aging.child(), nullptr);
+    for (const auto& [field, text] : {std::pair("cmbpaper", "A4 (210x297 mm)"),
+                                      {"cmborient", "Landscape"},
+                                      {"cmbfont_size_print", "8"},
+                                      {"cmbrow_hi", "12"}})
+        EXPECT_EQ(dynamic_cast<controls::ComboBox&>(*aging.child()->controls().find(field)).type(text),
+                  Refusal::none);
+    EXPECT_EQ(dynamic_cast<controls::PushButton&>(*aging.child()->controls().find("cmdsave")).click(),
+              Refusal::none);
+    EXPECT_EQ(aging.press(frame::command::kPreview), Refusal::none);
+    auto* const paper = newest<desktop::PdfWindow>();
+    ASSERT_NE(paper, nullptr);
+    EXPECT_EQ(paper->pages(), 1);
+
+    choose("Check the books");
+    choose("Back up...");
+    EXPECT_EQ(told, QStringList({"The company was checked. The books agree.",
+                                 QString::fromStdString(backup) + " is made. The books agree."}));
+    const auto copied = store::open_company(backup, kernel::company_tables());
+    EXPECT_EQ(
+        copied.database->OpenRecordset("SELECT * FROM Payment_header_table", store::RecordsetKind::snapshot)
+            .RecordCount(),
+        1);
+}
+
+TEST_F(NewCompany, BackupNeverComesOverAFileThatIsThere) {
+    assistant.reject();
+    backup = path;
+    choose("Back up...");
+    EXPECT_EQ(told, QStringList(QString::fromStdString(path) + " already exists"));
+}
+
+TEST_F(NewCompany, CheckTellsWhatItFinds) {
+    assistant.reject();
+    window->ap()->abcdb->Execute("UPDATE Balance_table SET amount = 1 WHERE accno = '2000'");
+    choose("Check the books");
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told[0].startsWith("The company was checked. In its books the check found: "))
+        << told[0].toStdString();
 }
 
 TEST_F(NewCompany, SaysWhatIsMissingAndStaysAsItWasFilledIn) {
