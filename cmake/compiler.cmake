@@ -13,9 +13,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
 endif()
 
 if(BRIMLEY_SANITIZE)
-    # src/ adds UndefinedBehaviorSanitizer for the product; the code of the tests does without.
+    # src/ adds the sanitizers themselves.
     target_compile_options(brimley_options INTERFACE
-        -fsanitize=address -fno-sanitize-recover=all -fno-omit-frame-pointer
+        -fno-sanitize-recover=all -fno-omit-frame-pointer
         # GCC 12 takes the checks of a variant for reads of what is not set.
         -Wno-maybe-uninitialized)
     target_link_options(brimley_options INTERFACE -fsanitize=address,undefined)

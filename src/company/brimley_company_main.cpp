@@ -21,6 +21,7 @@
 #include "company/check.h"
 #include "company/command_line_words.h"
 #include "company/create.h"
+#include "company/database_rights.h"
 #include "company/export.h"
 #include "company/import.h"
 #include "company/journal_export.h"
@@ -49,6 +50,7 @@ struct Arguments {
     std::string backup;                  // the file of a backup
     std::string year;
     std::string user;
+    std::string role;
     std::string base_currency;
     std::string country;
     int first_month = 1;
@@ -247,6 +249,12 @@ void change_password(const Arguments& arguments) {
     });
 }
 
+void grant(const Arguments& arguments) {
+    with_company(arguments, [&](store::Database& database) {
+        company::grant_rights(database, arguments.role, arguments.user);
+    });
+}
+
 void add_year(const Arguments& arguments) {
     with_company(arguments, [&](store::Database& database) { company::add_year(database, arguments.year); });
 }
@@ -379,8 +387,8 @@ CLI::App* add_restore(CLI::App& program, Arguments& arguments) {
 // What is wrong with a command line that names no command: the word that stands where one belongs.
 std::string fault_without_command(const CLI::App& program) {
     constexpr const char* kCommands =
-        "; there are create, import, export, check, seal, backup, restore, upgrade, add-year and "
-        "password";
+        "; there are create, import, export, check, seal, backup, restore, upgrade, grant, add-year "
+        "and password";
     const std::vector<std::string> words = program.remaining();
     const auto is_option = [](const std::string& word) { return word.starts_with('-'); };
     const auto command = std::find_if_not(words.begin(), words.end(), is_option);
@@ -428,6 +436,13 @@ int main_program(int argc, char** argv) {
         ->callback([&] { chosen = upgrade; });
     add_backup(program, arguments)->callback([&] { chosen = back_up; });
     add_restore(program, arguments)->callback([&] { chosen = restore; });
+    CLI::App* granting = add_command(
+        program, arguments, "grant",
+        "On a server: let a role do in the database what a user's rights in the company need, and no more");
+    granting->add_option("ROLE", arguments.role, "the role of the server")->required();
+    granting->add_option("USER", arguments.user, "the user whose rights it gets; mostly the role itself")
+        ->required();
+    granting->callback([&] { chosen = quietly(grant); });
     CLI::App* year = add_command(program, arguments, "add-year", "Open a fiscal year");
     year->add_option("YEAR", arguments.year, "such as 2028")->required();
     year->callback([&] { chosen = quietly(add_year); });

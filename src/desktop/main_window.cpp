@@ -179,7 +179,7 @@ void MainWindow::watch_server() {
     watch->on_state = [this](const QString& text) { show_state(text); };
     watch->on_news = [this](const QString& text) { tell(text); };
     ap_->dbe->watch(watch);
-    show_state(shown(ap_->abcdb->reading_only_because()));
+    show_state(shown(opening::limit_of_work(*ap_->abcdb)));
 }
 
 void MainWindow::show_state(const QString& text) {
@@ -190,8 +190,8 @@ void MainWindow::show_state(const QString& text) {
 bool MainWindow::open_or_tell(const QString& company) {
     try {
         open_company(company);
-        if (const std::string reason = ap_->abcdb->reading_only_because(); !reason.empty())
-            QMessageBox::warning(this, "Open company", shown(reason));
+        if (const std::string limit = opening::limit_of_work(*ap_->abcdb); !limit.empty())
+            QMessageBox::warning(this, "Open company", shown(limit));
         return true;
     } catch (const std::exception& failure) {
         QMessageBox::warning(this, "Open company",

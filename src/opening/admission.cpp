@@ -6,6 +6,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "company/database_rights.h"
 #include "company/login_name.h"
 #include "company/people.h"
 #include "company/typed_secret.h"
@@ -48,6 +49,11 @@ PasswordSource passwords_of_file(const std::string& path, PasswordSource otherwi
 std::optional<company::Secret> ask_at_terminal(const std::string& user) {
     if (!company::somebody_types()) return std::nullopt;
     return company::typed_secret("password of " + user + ": ");
+}
+
+std::string limit_of_work(store::Database& database) {
+    std::string reason = database.reading_only_because();
+    return reason.empty() ? company::lack_of_rights(database) : reason;
 }
 
 std::string Admission::default_user() const {

@@ -26,6 +26,10 @@ using PasswordSource = std::function<std::optional<company::Secret>(const std::s
 // Asks at the terminal, when there is one.
 [[nodiscard]] std::optional<company::Secret> ask_at_terminal(const std::string& user);
 
+// Why not all can be done here that the user's rights say, as a sentence without its full stop: the company
+// can only be read, or the role of the server lacks rights in the database. Empty when all can.
+[[nodiscard]] std::string limit_of_work(store::Database& database);
+
 class Admission {
   public:
     Admission(std::shared_ptr<store::Database> database, PasswordSource passwords)

@@ -29,8 +29,8 @@ std::optional<frame::HostContext> open_or_tell(const std::string& company, const
                                                const char* program) {
     try {
         auto context = open_context(company, options);
-        const std::string reading_only = context.abcdb->reading_only_because();
-        if (!reading_only.empty()) std::cerr << program << ": " << kernel::visible_text(reading_only) << '\n';
+        const std::string limit = limit_of_work(*context.abcdb);
+        if (!limit.empty()) std::cerr << program << ": " << kernel::visible_text(limit) << '\n';
         return context;
     } catch (const std::exception& failure) {
         std::cerr << program << ": " << kernel::visible_text(failure.what()) << '\n';

@@ -15,8 +15,8 @@ enum EarlyStatus { kWrongUsage = 2, kNotOpened = 3 };
 // file that may not grow any more is from here on a full disk to the store, and not the end of the program.
 [[nodiscard]] std::optional<int> read_command_line(CLI::App& app, int argc, char** argv, const char* program);
 
-// The company's context; empty when it cannot be opened, which is reported in the name of `program`, as is a
-// company that can only be read.
+// The company's context; empty when it cannot be opened, which is reported in the name of `program`, as is
+// what limits the work in it.
 [[nodiscard]] std::optional<frame::HostContext> open_or_tell(const std::string& company,
                                                              const HostOptions& options, const char* program);
 

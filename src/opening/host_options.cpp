@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <filesystem>
+#include <stdexcept>
 
+#include "company/database_rights.h"
 #include "kernel/tables/company_tables.h"
 #include "kernel/user_dates.h"
 #include "opening/this_machine.h"
@@ -88,10 +90,6 @@ std::string admitted_user(const store::OpenCompany& open, const HostOptions& opt
     return user;
 }
 
-}  // namespace
-
-namespace {
-
 // A server's password is asked for when the server wants one that libpq does not find by itself.
 store::OpenCompany open_with_password(const std::string& company, const HostOptions& options) {
     try {
@@ -105,10 +103,8 @@ store::OpenCompany open_with_password(const std::string& company, const HostOpti
     }
 }
 
-}  // namespace
-
-frame::HostContext open_context(const std::string& company, const HostOptions& options) {
-    const auto open = open_with_password(company, options);
+frame::HostContext context_of(const store::OpenCompany& open, const std::string& company,
+                              const HostOptions& options) {
     frame::HostContext context;
     context.dbe = open.workspace;
     context.abcdb = open.database;
@@ -124,6 +120,20 @@ frame::HostContext open_context(const std::string& company, const HostOptions& o
     context.BRIMLEY_FONT_SIZE = 9.0;
     if (options.path.empty()) make_report_folder(context.BRIMLEY_PATH);
     return context;
+}
+
+}  // namespace
+
+// A role that lacks rights in the database is told so at the first table that it may not read.
+frame::HostContext open_context(const std::string& company, const HostOptions& options) {
+    const auto open = open_with_password(company, options);
+    try {
+        return context_of(open, company, options);
+    } catch (const store::Error&) {
+        const std::string lack = company::lack_of_rights(*open.database);
+        if (lack.empty()) throw;
+        throw std::runtime_error(lack);
+    }
 }
 
 }  // namespace brimley::opening

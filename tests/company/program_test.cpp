@@ -137,7 +137,8 @@ TEST_F(Program, WrongUsageHasStatusTwo) {
 
 TEST_F(Program, WrongCommandIsToldByItsWord) {
     const std::string commands =
-        "; there are create, import, export, check, seal, backup, restore, upgrade, add-year and password";
+        "; there are create, import, export, check, seal, backup, restore, upgrade, grant, add-year and "
+        "password";
     expect_refusal("", 2, "a command is missing" + commands);
     expect_refusal("bogus x", 2, "there is no command bogus" + commands);
     expect_refusal("chek --sample a.company", 2, "there is no command chek" + commands);

@@ -6,7 +6,7 @@
 #include <map>
 #include <random>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef BRIMLEY_SANITIZED
 // The sanitizer's allocator has it, but Debian's compiler brings no header that says so.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #else
@@ -17,7 +17,7 @@ namespace {
 
 // What the program holds on the heap, as its allocator tells.
 std::size_t bytes_in_use() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef BRIMLEY_SANITIZED
     return __sanitizer_get_current_allocated_bytes();
 #else
     const auto heap = mallinfo2();

@@ -108,7 +108,7 @@ void check_nothing_left(Session& session, const FaultedAct<Session>& act) {
 // How many calls there are from one that fails to the next: none is left out on files in the plain build, nor
 // in the night. Five meets all of those that acts repeat in twos, threes and fours.
 inline int sampled_stride() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef BRIMLEY_SANITIZED
     return 5;
 #else
     return tests_run_on_server() ? 5 : 1;

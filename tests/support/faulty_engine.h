@@ -39,6 +39,8 @@ struct Faults {
     bool listens_ahead = false;
     std::vector<std::string> told_ahead = {};
     int times_told = 0;
+    // Told of each statement that is to write or to take a row.
+    std::function<void(const std::string& sql)> on_write = {};
 
     // Counts from now on and fails at the n-th call.
     void arm(int nth, bool always) {
@@ -71,6 +73,7 @@ class FaultyEngine final : public store::Engine {
                              std::span<const store::Parameter> parameters) override {
         auto& known = static_cast<Statement&>(statement);
         may_fail(known.sql);
+        note_written(known.sql);
         return engine_->write(*known.prepared, parameters);
     }
     bool begin_write() override { return !refused() && engine_->begin_write(); }
@@ -88,6 +91,7 @@ class FaultyEngine final : public store::Engine {
         try {
             for (std::size_t entry = 0; entry < entries.size(); ++entry)
                 may_fail(known.sql);
+            note_written(known.sql);
         } catch (const store::Error&) {
             engine_->rollback();  // as the server does
             throw;
@@ -100,6 +104,7 @@ class FaultyEngine final : public store::Engine {
                   const store::RowSink& sink) override {
         auto& known = static_cast<Statement&>(statement);
         note_asked(known.sql, parameters);
+        note_written(known.sql);
         return !refused(known.sql, true) && engine_->lock_row(*known.prepared, parameters, sink);
     }
     bool reads_stay_true() const override { return engine_->reads_stay_true(); }
@@ -154,6 +159,10 @@ class FaultyEngine final : public store::Engine {
     void note_asked(const std::string& sql, std::span<const store::Parameter> parameters) {
         if (faults_->told_ahead.empty()) return;
         std::erase(faults_->told_ahead, question(sql, parameters));
+    }
+
+    void note_written(const std::string& sql) const {
+        if (faults_->on_write) faults_->on_write(sql);
     }
 
     // Transactions and locks have no text.

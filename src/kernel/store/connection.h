@@ -159,6 +159,12 @@ class Connection {
     void let_write(bool may_write) { may_write_ = may_write; }
     [[nodiscard]] std::string reading_only_because() const { return engine_->reading_only_because(); }
     [[nodiscard]] std::optional<ServerRole> role() { return engine_->role(); }
+    [[nodiscard]] std::vector<TableRights> rights_of_role(const std::string& role) {
+        return engine_->rights_of_role(role);
+    }
+    void give_rights(const std::string& role, std::span<const TableRights> rights) {
+        engine_->give_rights(role, rights);
+    }
     [[nodiscard]] bool others_write_meanwhile() const { return !engine_->reads_stay_true(); }
     [[nodiscard]] std::vector<std::string> faults_of_storage() { return engine_->faults_of_storage(); }
     [[nodiscard]] bool copy_file(const std::string& to) { return engine_->copy_file(to); }

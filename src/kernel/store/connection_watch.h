@@ -14,6 +14,17 @@ struct ServerRole {
     bool owns_company = false;  // or may act as its owner: no table is closed to it
 };
 
+// What a role of a server may do with the rows of a table.
+struct TableRights {
+    std::string table;  // as the catalog has it
+    bool reads = false;
+    bool adds = false;
+    bool changes = false;  // and holds rows, as an Edit does
+    bool removes = false;
+
+    bool operator==(const TableRights&) const = default;
+};
+
 class ConnectionWatch {
   public:
     virtual ~ConnectionWatch() = default;

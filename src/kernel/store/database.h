@@ -195,6 +195,14 @@ class Database {
     [[nodiscard]] std::string reading_only_because() const;
     // Whom the company's server takes this connection for; empty for a company in a file. Asks the server.
     [[nodiscard]] std::optional<ServerRole> role() const;
+    // What that role of the company's server may do with each table, by whatever way it has come to that; in
+    // the order of the catalog. Throws ErrorKind::name when there is no such role, state for a company in a
+    // file.
+    [[nodiscard]] std::vector<TableRights> rights_of_role(const std::string& role) const;
+    // Within a transaction: gives the role these rights in the company, and takes from it all others that it
+    // was given there itself. What it may do as a member of another role stays. Throws as rights_of_role(),
+    // and io when whoever is connected may not give rights.
+    void give_rights(const std::string& role, std::span<const TableRights> rights);
     // Whether another workspace may commit something between two reads of the open transaction, so that the
     // second one sees it: on a server, not in a file.
     [[nodiscard]] bool others_write_meanwhile() const;

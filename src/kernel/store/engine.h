@@ -126,6 +126,16 @@ class Engine {
     [[nodiscard]] virtual std::string reading_only_because() const { return {}; }
     // Empty for a company in a file.
     [[nodiscard]] virtual std::optional<ServerRole> role() { return std::nullopt; }
+    // What that role of the company's server may do with each table, by whatever way it has come to that; in
+    // the order of the catalog. Throws ErrorKind::name when there is no such role, state for a file.
+    [[nodiscard]] virtual std::vector<TableRights> rights_of_role(const std::string& /*role*/) {
+        throw Error(ErrorKind::state, "a company in a file has no roles");
+    }
+    // Gives the role these rights in the company, and takes from it all others that it was given there
+    // itself. The rights of other roles that it belongs to stay. Within begin_write().
+    virtual void give_rights(const std::string& /*role*/, std::span<const TableRights> /*rights*/) {
+        throw Error(ErrorKind::state, "a company in a file has no roles");
+    }
     // What is wrong with the storage itself, whatever the rows say: one sentence a fault. Reads the whole
     // company. An engine that keeps its own watch over its disks has nothing to say.
     [[nodiscard]] virtual std::vector<std::string> faults_of_storage() { return {}; }

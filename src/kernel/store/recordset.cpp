@@ -159,6 +159,12 @@ const Catalog& Database::catalog() const { return connection_->catalog(); }
 const std::string& Database::name() const { return connection_->name(); }
 std::string Database::reading_only_because() const { return connection_->reading_only_because(); }
 std::optional<ServerRole> Database::role() const { return connection_->role(); }
+std::vector<TableRights> Database::rights_of_role(const std::string& role) const {
+    return connection_->rights_of_role(role);
+}
+void Database::give_rights(const std::string& role, std::span<const TableRights> rights) {
+    connection_->give_rights(role, rights);
+}
 bool Database::others_write_meanwhile() const { return connection_->others_write_meanwhile(); }
 std::vector<std::string> Database::faults_of_storage() const { return connection_->faults_of_storage(); }
 std::optional<TrailEntry> Database::end_of_trail() const {

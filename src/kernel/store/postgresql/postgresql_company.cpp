@@ -94,14 +94,6 @@ PostgresqlHandle try_connect(const std::string& uri, const char* database) {
 
 bool is_connected(const PostgresqlHandle& connection) { return PQstatus(connection.get()) == CONNECTION_OK; }
 
-// In its own case: a database is named by the user.
-std::string quoted_name(const std::string& name) {
-    std::string quoted = "\"";
-    for (const char letter : name)
-        quoted.append(letter == '"' ? 2 : 1, letter);
-    return quoted + '"';
-}
-
 [[noreturn]] void tell_unreachable(const std::string& uri, PGconn* connection) {
     const bool no_password = PQconnectionNeedsPassword(connection) == 1;
     throw Error(no_password ? ErrorKind::no_password : ErrorKind::io,
@@ -155,6 +147,12 @@ std::string mark_of_schema(PGconn* connection) {
                        fmt::format("SELECT coalesce(obj_description(oid, 'pg_namespace'), 'none') FROM "
                                    "pg_namespace WHERE nspname = '{}'",
                                    kCompanySchema));
+}
+
+// Without that the names in it are written in another way.
+bool may_use_schema(PGconn* connection) {
+    return text_of_sql(connection, fmt::format("SELECT has_schema_privilege('{}', 'USAGE')::text",
+                                               kCompanySchema)) == "true";
 }
 
 // Until the connection ends: the layout that is read now stays what the company has.
@@ -211,7 +209,7 @@ bool create_database(PGconn* server, const std::string& name) {
     try {
         run_sql(server, fmt::format("CREATE DATABASE {} TEMPLATE template0 ENCODING 'UTF8' LC_COLLATE 'C' "
                                     "LC_CTYPE 'C'",
-                                    quoted_name(name)));
+                                    postgresql_quoted(name)));
         return true;
     } catch (const Error& error) {
         if (!says_it_exists(error)) throw;
@@ -268,6 +266,10 @@ ReachedCompany connect_to_company(const std::string& uri, const Catalog& catalog
     hold_layout(connection.get(), uri);
     const Catalog& its_own = catalog_of_schema(connection.get(), uri, catalog);
     const std::string difference = difference_from_layout(connection.get(), its_own);
+    if (!difference.empty() && !may_use_schema(connection.get()))
+        throw Error(ErrorKind::io,
+                    fmt::format("{} is closed to {}: the company's owner calls brimley-company grant",
+                                shown_company(uri), PQuser(connection.get())));
     if (!difference.empty())
         refuse(uri, fmt::format("is not laid out as a company of this version: {}", difference));
     ServerPlace place = place_of(connection.get());
@@ -324,8 +326,8 @@ void CompanyInTheMaking::drop_database() noexcept {
     if (made_database_.empty()) return;
     const PostgresqlHandle server = try_connect(uri_, kMaintenanceDatabase);
     const auto rename = [&](const std::string& from, const std::string& to) {
-        return succeeds(server.get(),
-                        fmt::format("ALTER DATABASE {} RENAME TO {}", quoted_name(from), quoted_name(to)));
+        return succeeds(server.get(), fmt::format("ALTER DATABASE {} RENAME TO {}", postgresql_quoted(from),
+                                                  postgresql_quoted(to)));
     };
     const std::string others = fmt::format(
         "SELECT 1 FROM pg_stat_activity WHERE datname = {} AND pid <> {} AND backend_type IS "
@@ -336,7 +338,7 @@ void CompanyInTheMaking::drop_database() noexcept {
     const std::string out_of_reach = fmt::format("brimley_being_removed_{}", PQbackendPID(server.get()));
     if (!rename(made_database_, out_of_reach)) return;
     if (holds_no_company(uri_, out_of_reach))
-        (void)succeeds(server.get(), "DROP DATABASE " + quoted_name(out_of_reach));
+        (void)succeeds(server.get(), "DROP DATABASE " + postgresql_quoted(out_of_reach));
     else
         (void)rename(out_of_reach, made_database_);
 }

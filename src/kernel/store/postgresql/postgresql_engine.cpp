@@ -12,6 +12,7 @@
 #include "kernel/store/postgresql/postgresql_layout.h"
 #include "kernel/store/postgresql/postgresql_prefetch.h"
 #include "kernel/store/postgresql/postgresql_prefetched_locks.h"
+#include "kernel/store/postgresql/postgresql_rights.h"
 #include "kernel/store/postgresql/postgresql_savepoint.h"
 #include "kernel/store/postgresql/postgresql_session.h"
 
@@ -284,6 +285,23 @@ class PostgresqlEngine final : public Engine {
         return ServerRole{session_.user(), PQntuples(owner.get()) > 0};
     }
 
+    std::vector<TableRights> rights_of_role(const std::string& role) override {
+        const PostgresqlResult rights =
+            ask(*session_.command(rights_of_role_sql(require_role(role), catalog_)), {});
+        std::vector<TableRights> of_tables;
+        for (int row = 0; row < PQntuples(rights.get()); ++row) {
+            const auto may = [&](int column) { return *PQgetvalue(rights.get(), row, column) == '1'; };
+            of_tables.push_back(
+                {catalog_.tables()[static_cast<std::size_t>(row)].name, may(0), may(1), may(2), may(3)});
+        }
+        return of_tables;
+    }
+
+    void give_rights(const std::string& role, std::span<const TableRights> rights) override {
+        for (const std::string& statement : statements_giving(require_role(role), rights))
+            (void)ask(*session_.command(statement), {});
+    }
+
     std::string reading_only_because() const override {
         if (!session_.takes_no_changes()) return {};
         return shown_company(uri_) + " is on a server that takes no changes, and can only be read";
@@ -330,6 +348,13 @@ class PostgresqlEngine final : public Engine {
         if (!*asked->answer && session_.unanswered() > 0) (void)session_.finish();
         if (!*asked->answer || !prefetch_.is_still_true(*asked)) return nullptr;
         return std::move(*asked->answer);
+    }
+
+    const std::string& require_role(const std::string& role) {
+        const PostgresqlResult found = ask(*session_.command(role_sql(role)), {});
+        if (PQntuples(found.get()) == 0)
+            throw Error(ErrorKind::name, fmt::format("there is no role {} on the server", role));
+        return role;
     }
 
     PostgresqlResult ask(PostgresqlStatement& statement, std::span<const Parameter> parameters) {

@@ -93,6 +93,8 @@ std::string PostgresqlFlavour::name(std::string_view name) const { return postgr
 
 std::string postgresql_name(std::string_view name) { return doubled(lower_case(name), '"'); }
 
+std::string postgresql_quoted(std::string_view name) { return doubled(name, '"'); }
+
 std::string postgresql_text(std::string_view text) { return doubled(text, '\''); }
 
 }  // namespace brimley::store

@@ -37,6 +37,8 @@ class PostgresqlFlavour final : public dialect::Flavour {
 // The name in the quotes that make it a name wherever it stands, in lower case: so a name can be written in
 // any case, and without the quotes where it is no word of SQL.
 [[nodiscard]] std::string postgresql_name(std::string_view name);
+// The same in its own case, for what users name: databases and roles.
+[[nodiscard]] std::string postgresql_quoted(std::string_view name);
 // A text as a constant of SQL.
 [[nodiscard]] std::string postgresql_text(std::string_view text);
 

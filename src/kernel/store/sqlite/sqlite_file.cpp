@@ -67,17 +67,29 @@ void read_what_is_left(sqlite3* connection) {
     sqlite3_db_config(connection, SQLITE_DBCONFIG_WRITABLE_SCHEMA, 1, nullptr);
 }
 
+// A company that was upgraded a moment before the power went says so in its log alone.
+std::uint32_t layout_of(sqlite3* connection, const SqliteHead& head) {
+    if (head.log_size == 0) return head.layout;
+    try {
+        return static_cast<std::uint32_t>(std::stoul(text_of_sql(connection, "PRAGMA user_version"))) &
+               ~kSqliteLogNeeded;
+    } catch (const Error&) {
+        return head.layout;  // what is damaged is told later
+    }
+}
+
 // Returns the catalog as companies of its layout have it.
 const Catalog& require_company(sqlite3* connection, const std::string& path, const Catalog& catalog) {
     const SqliteHead head = head_of_sqlite(connection, path);
     if (!head.of_company()) refuse(path, "is not a company file");
-    if (head.layout == 0) refuse(path, "was made by another version of this program");
-    if (head.layout > static_cast<std::uint32_t>(catalog.layout()))
+    const std::uint32_t layout = layout_of(connection, head);
+    if (layout == 0) refuse(path, "was made by another version of this program");
+    if (layout > static_cast<std::uint32_t>(catalog.layout()))
         refuse(path, "was made by a newer version of this program");
     if (!head.utf8) refuse(path, "is not laid out as a company: its texts are not UTF-8");
     if (sqlite3_db_readonly(connection, "main") == 1) throw Error(ErrorKind::io, path + " cannot be written");
     if (head.is_cut_off()) read_what_is_left(connection);
-    const Catalog& its_own = catalog.of_layout(static_cast<int>(head.layout));
+    const Catalog& its_own = catalog.of_layout(static_cast<int>(layout));
     const std::string difference = difference_from_layout(connection, its_own);
     if (!difference.empty())
         refuse(path, fmt::format("is not laid out as a company of this version: {}", difference));
