@@ -92,7 +92,7 @@ QWizardPage* NewCompanyAssistant::place_page() {
         new FieldsPage("The company",
                        "What it is called, and where it is kept: in a file of this computer, or "
                        "on a PostgreSQL server.");
-    name_ = page->add<QLineEdit>("&Name", "name");
+    name_ = page->add<QLineEdit>("N&ame", "name");
     name_->setPlaceholderText("Harbour Coffee");
     place_ = new QLineEdit;
     place_->setObjectName("place");
@@ -147,7 +147,7 @@ QWizardPage* NewCompanyAssistant::country_page() {
     country_->addItem("Another country: the smallest chart, without taxes", QString());
     for (const company::Country& country : countries_)
         country_->addItem(shown(country.name), shown(country.folder));
-    currency_ = page->add<QLineEdit>("&Base currency", "currency");
+    currency_ = page->add<QLineEdit>("Base curr&ency", "currency");
     currency_->setMaxLength(3);
     currency_->setText("EUR");
     year_ = page->add<QSpinBox>("First &fiscal year, by the year in which it begins", "year");
@@ -176,8 +176,8 @@ QWizardPage* NewCompanyAssistant::bank_page() {
         "First bank", "The bank that checks are drawn on. It can be left empty and entered later.");
     bank_code_ = page->add<QLineEdit>("&Short name", "bank_code");
     bank_code_->setPlaceholderText("MAIN");
-    bank_name_ = page->add<QLineEdit>("&Name", "bank_name");
-    bank_branch_ = page->add<QLineEdit>("&Branch", "bank_branch");
+    bank_name_ = page->add<QLineEdit>("N&ame", "bank_name");
+    bank_branch_ = page->add<QLineEdit>("B&ranch", "bank_branch");
     page->fault = [this] {
         if (bank_code_->text().isEmpty() != bank_name_->text().isEmpty())
             return QString("A bank has a short name and a name.");
@@ -191,8 +191,8 @@ QWizardPage* NewCompanyAssistant::vendor_page() {
         new FieldsPage("First vendor", "Whom an invoice came from. It can be left empty and entered later.");
     vendor_no_ = page->add<QLineEdit>("N&umber", "vendor_no");
     vendor_no_->setPlaceholderText("V1001");
-    vendor_name_ = page->add<QLineEdit>("&Name", "vendor_name");
-    vendor_address_ = page->add<QPlainTextEdit>("&Address", "vendor_address");
+    vendor_name_ = page->add<QLineEdit>("N&ame", "vendor_name");
+    vendor_address_ = page->add<QPlainTextEdit>("A&ddress", "vendor_address");
     vendor_address_->setTabChangesFocus(true);
     vendor_address_->setMaximumHeight(fontMetrics().lineSpacing() * (kAddressLines + 1));
     page->fault = [this] {

@@ -100,6 +100,11 @@ bool Requests::open_form(const std::string& formx, const std::string& docnox) {
     return true;
 }
 
+ListWindow* Requests::opening_master(ListWindow* list, const std::string& master) {
+    list->on_open = [this, master](const QString& key) { ap_.showform_Master(master, if_given(typed(key))); };
+    return list;
+}
+
 bool Requests::open_window(const std::string& formx, const std::string& docnox, const std::string& arg2) {
     if (!ap_.abcdb) return false;
     const std::string& date_format = ap_.BRIMLEY_DATE_FORMAT;
@@ -112,9 +117,9 @@ bool Requests::open_window(const std::string& formx, const std::string& docnox, 
     } else if (formx == "G/L Ledger Review") {
         window = new LedgerWindow(*ap_.abcdb, date_format, docnox);
     } else if (formx == "Account Master") {
-        window = account_master(*ap_.abcdb, date_format, shown(docnox));
+        window = opening_master(account_master(*ap_.abcdb, date_format, shown(docnox)), "Master_account");
     } else if (formx == "Vendor Master") {
-        window = vendor_master(*ap_.abcdb, date_format, shown(docnox));
+        window = opening_master(vendor_master(*ap_.abcdb, date_format, shown(docnox)), "Master_vendor");
     }
     if (window == nullptr) return false;
     show_window(window);

@@ -13,6 +13,8 @@ class QWidget;
 
 namespace brimley::desktop {
 
+class ListWindow;
+
 class Requests {
   public:
     explicit Requests(host::APclass& ap) : ap_(ap) {}
@@ -33,6 +35,8 @@ class Requests {
     [[nodiscard]] bool open_form(const std::string& formx, const std::string& docnox);
     [[nodiscard]] bool open_window(const std::string& formx, const std::string& docnox,
                                    const std::string& arg2);
+    // The list opens its rows in this master.
+    ListWindow* opening_master(ListWindow* list, const std::string& master);
     void pay_invoice(const std::string& docno_and_vendor);
     void show_invoice(const std::string& document, const std::function<void()>& go_to);
     void show_payment(const std::string& docno);

@@ -1,9 +1,11 @@
 #include "desktop/review_windows.h"
 
 #include <QApplication>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QSortFilterProxyModel>
 #include <QTableView>
@@ -50,7 +52,9 @@ QTableView* read_only_table(QSortFilterProxyModel& model) {
 ListWindow::ListWindow(const QString& title, store::Database& database, const std::string& query,
                        const std::vector<RecordColumn>& columns, const std::string& date_format,
                        const QString& key)
-    : search_(new QLineEdit), filter_(new QSortFilterProxyModel(this)) {
+    : search_(new QLineEdit),
+      opener_(new QPushButton("&Open in the master")),
+      filter_(new QSortFilterProxyModel(this)) {
     setWindowTitle(title);
     auto rows = read(database, query);
     auto* const records = new RecordsModel(rows, columns, date_format);
@@ -62,8 +66,14 @@ ListWindow::ListWindow(const QString& title, store::Database& database, const st
     search_->setPlaceholderText("Search");
     search_->setClearButtonEnabled(true);
     auto* const layout = new QVBoxLayout(this);
-    layout->addWidget(search_);
+    auto* const top = new QHBoxLayout;
+    top->addWidget(search_, 1);
+    top->addWidget(opener_);
+    layout->addLayout(top);
     layout->addWidget(table_, 1);
+    connect(opener_, &QPushButton::clicked, this, &ListWindow::open);
+    connect(table_, &QTableView::doubleClicked, this, &ListWindow::open);
+    connect(search_, &QLineEdit::returnPressed, this, &ListWindow::open);
     connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
         filter_->setFilterFixedString(text.trimmed());
         if (!table_->currentIndex().isValid()) table_->selectRow(0);
@@ -101,6 +111,10 @@ void ListWindow::choose(const QString& key) {
     if (key.isEmpty() || found.isEmpty()) return;
     table_->selectRow(found.first().row());
     table_->scrollTo(found.first(), QAbstractItemView::PositionAtCenter);
+}
+
+void ListWindow::open() {
+    if (on_open) on_open(chosen_key());
 }
 
 QString ListWindow::chosen_key() const {

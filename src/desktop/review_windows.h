@@ -1,8 +1,9 @@
 // The lists of accounts and vendors that answer a form's requests. They read once when they open, and change
-// nothing.
+// nothing; the chosen row is opened in its master.
 #pragma once
 
 #include <QWidget>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 
 class QAbstractItemModel;
 class QLineEdit;
+class QPushButton;
 class QSortFilterProxyModel;
 class QTableView;
 
@@ -32,14 +34,19 @@ class ListWindow : public QWidget {
     [[nodiscard]] QTableView& table() { return *table_; }
     [[nodiscard]] QLineEdit& search() { return *search_; }
     [[nodiscard]] QString chosen_key() const;
+    // By a double click, Return, or the button beside the search line. The key may be empty.
+    std::function<void(const QString& key)> on_open;
+    [[nodiscard]] QPushButton& opener() { return *opener_; }
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void choose(const QString& key);
+    void open();
 
     QLineEdit* search_;
+    QPushButton* opener_;
     QSortFilterProxyModel* filter_;
     QTableView* table_;
 };

@@ -12,7 +12,6 @@
 
 namespace brimley::masters {
 
-namespace command = frame::command;
 using frame::Mode;
 using store::Value;
 
@@ -31,16 +30,19 @@ std::string control_name(const Field& field) {
 
 std::vector<controls::Command> commands_of(const Master& master) {
     using Bars = std::vector<std::string>;
-    return {{command::kExit, "&Exit", "", "", Bars{"File", "Standard"}, 'X'},
-            {command::kSave, "&Save", "", "", Bars{"File", "Standard"}, 'S'},
-            {command::kNew, "&New", "", fmt::format("New {}", master.one), Bars{"Edit", "Standard"}},
-            {command::kEditMode, "&Edit mode", "Edit", "", Bars{"Edit", "Standard"}},
-            {command::kDeleteLine, "&Delete", "", fmt::format("Delete the {}", master.one),
+    return {{frame::command::kExit, "&Exit", "", "", Bars{"File", "Standard"}, 'X'},
+            {frame::command::kSave, "&Save", "", "", Bars{"File", "Standard"}, 'S'},
+            {frame::command::kNew, "&New", "", fmt::format("New {}", master.one), Bars{"Edit", "Standard"}},
+            {frame::command::kEditMode, "&Edit mode", "Edit", "", Bars{"Edit", "Standard"}},
+            {frame::command::kDeleteLine, "&Delete", "", fmt::format("Delete the {}", master.one),
              Bars{"Edit", "Standard"}},
-            {command::kPrevious, "&Previous", "", "", Bars{"Record", "Standard"}},
-            {command::kNext, "&Next", "", "", Bars{"Record", "Standard"}},
-            {command::kFind, "&Find", "", "", Bars{"Record", "Standard"}},
-            {command::kShowText, "&Show Text below Icon", "", "", Bars{"Option"}}};
+            {frame::command::kPrevious, "&Previous", "", "", Bars{"Record", "Standard"}},
+            {frame::command::kNext, "&Next", "", "", Bars{"Record", "Standard"}},
+            {frame::command::kFind, "&Find", "", "", Bars{"Record", "Standard"}},
+            {command::kSort, "S&ort by column", "Sort", "", Bars{"Record", "Standard"}},
+            {command::kWriteFile, "&Write CSV file", "", "", Bars{"File"}},
+            {command::kReadFile, "&Read CSV file", "", "", Bars{"File"}},
+            {frame::command::kShowText, "&Show Text below Icon", "", "", Bars{"Option"}}};
 }
 
 std::string in_query(const Value& value) {
@@ -138,18 +140,23 @@ void MasterForm::read_rights_of(kernel::UserRights& rights) {
 bool MasterForm::can_do(int id) const {
     const Mode now = mode();
     switch (id) {
-        case command::kSave:
+        case frame::command::kSave:
             return rights().Update && now != Mode::read;
-        case command::kNew:
+        case frame::command::kNew:
             return rights().Update && now != Mode::edit && !master_.single;
-        case command::kEditMode:
+        case frame::command::kEditMode:
             return rights().Update && (now == Mode::edit || (now == Mode::read && shown_));
-        case command::kDeleteLine:
+        case frame::command::kDeleteLine:
             return rights().Update && now == Mode::read && shown_ && !master_.single && !master_.stays;
-        case command::kPrevious:
-        case command::kNext:
-        case command::kFind:
+        case frame::command::kPrevious:
+        case frame::command::kNext:
+        case frame::command::kFind:
+        case command::kSort:
             return now == Mode::read;
+        case command::kWriteFile:
+            return rights().Print && now == Mode::read;
+        case command::kReadFile:
+            return rights().Update && now == Mode::read && !master_.single;
         default:
             return true;
     }
@@ -158,26 +165,35 @@ bool MasterForm::can_do(int id) const {
 void MasterForm::CommandBars1_Execute(int id) {
     if (execute_common(id) || !can_do(id)) return;
     switch (id) {
-        case command::kSave:
+        case frame::command::kSave:
             if (save()) set_mode(Mode::read);
             break;
-        case command::kNew:
+        case frame::command::kNew:
             mode() == Mode::read ? begin_new() : leave_entry();
             break;
-        case command::kEditMode:
+        case frame::command::kEditMode:
             mode() == Mode::read ? begin_edit() : leave_entry();
             break;
-        case command::kDeleteLine:
+        case frame::command::kDeleteLine:
             remove();
             break;
-        case command::kPrevious:
+        case frame::command::kPrevious:
             step_to(dbgrid1.row() - 1);
             break;
-        case command::kNext:
+        case frame::command::kNext:
             step_to(dbgrid1.row() + 1);
             break;
-        case command::kFind:
+        case frame::command::kFind:
             list_rows();
+            break;
+        case command::kSort:
+            sort_by_column();
+            break;
+        case command::kWriteFile:
+            write_file();
+            break;
+        case command::kReadFile:
+            read_file();
             break;
         default:
             break;
@@ -188,6 +204,7 @@ void MasterForm::CommandBars1_Execute(int id) {
 
 frame::FieldHint MasterForm::hint_of(const controls::Control& control) const {
     if (&control == &txtsearch) return {"Find"};
+    if (&control == &txtfile) return {"CSV file", kTextWidth};
     for (const Place& place : places_) {
         if (place.control.get() != &control) continue;
         const bool is_long = place.field->kind == Field::Kind::long_text;
@@ -262,20 +279,43 @@ std::string MasterForm::name_of_row() const {
 
 // --- the list ---
 
+std::string MasterForm::order_of_keys() const {
+    std::string keys;
+    for (const Field& field : master_.fields)
+        if (field.key) keys += fmt::format("{}[{}]", keys.empty() ? " ORDER BY " : ", ", field.name);
+    return keys;
+}
+
+std::string MasterForm::order_of_list() const {
+    if (sorted_by_ == nullptr) return order_of_keys();
+    std::string order = fmt::format(" ORDER BY [{}]{}", sorted_by_->name, downwards_ ? " DESC" : "");
+    for (const Field& field : master_.fields)
+        if (field.key && &field != sorted_by_) order += fmt::format(", [{}]", field.name);
+    return order;
+}
+
+void MasterForm::sort_by_column() {
+    int column = dbgrid1.column();
+    for (const Field& field : master_.fields) {
+        if (!field.listed || column-- > 0) continue;
+        downwards_ = sorted_by_ == &field && !downwards_;
+        sorted_by_ = &field;
+        break;
+    }
+    list_rows();
+}
+
 void MasterForm::list_rows() {
     std::string fields;
-    std::string keys;
-    for (const Field& field : master_.fields) {
-        if (!field.listed && !field.key) continue;
-        fields += (fields.empty() ? "[" : ", [") + std::string(field.name) + "]";
-        if (field.key) keys += (keys.empty() ? "[" : ", [") + std::string(field.name) + "]";
-    }
-    const std::string order = keys.empty() ? "" : " ORDER BY " + keys;
+    for (const Field& field : master_.fields)
+        if (field.listed || field.key)
+            fields += fmt::format("{}[{}]", fields.empty() ? "" : ", ", field.name);
     const std::string wanted = controls::upper_case(txtsearch.text());
     dbgrid1.array.dimension(kRowsMax);
     listed_.clear();
     step("list_rows", [&] {
-        auto rows = kernel().read_long(fmt::format("SELECT {} FROM {}{}", fields, master_.table, order));
+        auto rows =
+            kernel().read_long(fmt::format("SELECT {} FROM {}{}", fields, master_.table, order_of_list()));
         for (; !rows.at_eof() && static_cast<int>(listed_.size()) < kRowsMax; rows.MoveNext()) {
             std::vector<std::string> texts;
             Key key;
@@ -387,8 +427,8 @@ void MasterForm::open_fields(Mode mode) {
 }
 
 void MasterForm::set_mode(Mode mode) {
-    bars_.set_pressed(command::kNew, mode == Mode::new_entry);
-    bars_.set_pressed(command::kEditMode, mode == Mode::edit);
+    bars_.set_pressed(frame::command::kNew, mode == Mode::new_entry);
+    bars_.set_pressed(frame::command::kEditMode, mode == Mode::edit);
     open_fields(mode);
 }
 

@@ -4,6 +4,7 @@
 // the company's rights may write, or who has a right of their own on the form.
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,7 +16,19 @@
 #include "frame/form.h"
 #include "masters/master.h"
 
+namespace brimley::company {
+class CsvReader;
+class OutputFile;
+struct CsvCell;
+}  // namespace brimley::company
+
 namespace brimley::masters {
+
+namespace command {
+inline constexpr int kSort = 511;
+inline constexpr int kWriteFile = 512;
+inline constexpr int kReadFile = 513;
+}  // namespace command
 
 class MasterForm : public frame::Form, private Entered {
   public:
@@ -24,6 +37,8 @@ class MasterForm : public frame::Form, private Entered {
                frame::Desk& desk);
 
     controls::TextField txtsearch{controls_, "txtsearch"};
+    // The CSV file that is written and read.
+    controls::TextField txtfile{controls_, "txtfile"};
     controls::Grid dbgrid1{controls_, "dbgrid1"};
 
     [[nodiscard]] const Master& master() const { return master_; }
@@ -70,6 +85,11 @@ class MasterForm : public frame::Form, private Entered {
     [[nodiscard]] std::optional<store::DateTime> date(std::string_view field) const override;
 
     void list_rows();
+    // By the column of the list that the cell is in; once more: the other way round.
+    void sort_by_column();
+    // " ORDER BY ..."
+    [[nodiscard]] std::string order_of_keys() const;
+    [[nodiscard]] std::string order_of_list() const;
     void show_row(int row);
     // The row of this key, on the screen; false when it is gone.
     bool show_stored(const Key& key);
@@ -99,6 +119,21 @@ class MasterForm : public frame::Form, private Entered {
     [[nodiscard]] bool keeps_what_lasts();
     [[nodiscard]] bool leaves_company_right();
 
+    // --- CSV files (master_files.cpp) ---
+    [[nodiscard]] const store::Table& table();
+    // Empty after its message, when none is named.
+    [[nodiscard]] std::filesystem::path file_named();
+    void write_file();
+    // Returns how many.
+    int write_rows(company::OutputFile& file);
+    // All rows of the file or none.
+    void read_file();
+    // Throws CsvError. Returns how many.
+    int add_rows_of(company::CsvReader& file);
+    [[nodiscard]] std::vector<const Place*> columns_of(company::CsvReader& file);
+    void show_record(const company::CsvReader& file, const std::vector<const Place*>& columns,
+                     const std::vector<company::CsvCell>& record);
+
     // --- what is stored ---
     [[nodiscard]] std::string criteria_of(const Key& key) const;
     [[nodiscard]] Key key_on_screen() const;
@@ -111,6 +146,8 @@ class MasterForm : public frame::Form, private Entered {
 
     const Master& master_;
     std::vector<Place> places_;
+    const Field* sorted_by_ = nullptr;      // null: by the keys
+    bool downwards_ = false;                // from the last to the first
     std::vector<Key> listed_;               // by the rows of the list
     std::optional<Key> shown_;              // of the row on the screen
     std::vector<std::string> shown_texts_;  // of the places, as they were shown

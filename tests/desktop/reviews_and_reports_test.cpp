@@ -96,6 +96,16 @@ TEST_F(Host, AccountMasterListsTheAccounts) {
     EXPECT_EQ(list->chosen_key(), "5000");
 }
 
+TEST_F(Host, RowOfAMastersListIsOpenedInItsMaster) {
+    const auto opened = [&] { return window->desk().windows().back()->form().document_shown(); };
+    ask("Vendor Master", "V1003");
+    newest<desktop::ListWindow>()->opener().click();
+    EXPECT_EQ(opened(), "vendor V1003");
+    ask("Account Master", "5000");
+    QTest::keyClick(&newest<desktop::ListWindow>()->search(), Qt::Key_Return);
+    EXPECT_EQ(opened(), "account 5000");
+}
+
 TEST_F(Host, ListIsSortedByAClickAndKeepsItsWidths) {
     ask("Vendor Master");
     auto* list = newest<desktop::ListWindow>();

@@ -1,6 +1,10 @@
 // What a session of one desk cannot show of the masters: who may write, and what another desk does meanwhile.
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
 
 #include "controls/fields.h"
 #include "masters/master_form.h"
@@ -101,6 +105,88 @@ TEST_F(Masters, EachShowsItsRowsAndWhatItNamesIsInTheTables) {
         EXPECT_EQ(form.dbgrid1.array.get(0, 0).empty(), !has_rows) << master.table;
         EXPECT_THAT(user.messages(), IsEmpty());
     }
+}
+
+// --- the list, and files ---
+TEST_F(Masters, AreSortedByTheColumnOfTheCellAndBackwardsTheSecondTime) {
+    auto& form = show("Master_vendor");
+    const int name = form.dbgrid1.get_column("Name");
+    ASSERT_GE(name, 0);
+    const auto first_and_last = [&](const char* direction) {
+        const std::string order =
+            std::string("SELECT vendor_name FROM Vendor_table ORDER BY vendor_name") + direction;
+        auto rows = company.snapshot(order);
+        return rows.text("vendor_name");
+    };
+    form.dbgrid1.go_to(2, name);
+    ASSERT_EQ(form.press(masters::command::kSort), Refusal::none);
+    EXPECT_EQ(form.dbgrid1.array.get(0, name), first_and_last(""));
+    form.dbgrid1.go_to(0, name);
+    ASSERT_EQ(form.press(masters::command::kSort), Refusal::none);
+    EXPECT_EQ(form.dbgrid1.array.get(0, name), first_and_last(" DESC"));
+    EXPECT_NE(first_and_last(""), first_and_last(" DESC"));
+}
+
+TEST_F(Masters, WrittenToAFileAndReadFromItAreTheSame) {
+    const std::string path = company.folder().file("rows.csv");
+    for (const char* const name : {"Master_exchange_rate", "Master_payment_term", "Master_bank"}) {
+        auto& form = show(name);
+        std::string fields;
+        for (const masters::Field& field : form.master().fields)
+            fields += (fields.empty() ? "[" : ", [") + std::string(field.name) + "]";
+        const std::string query = fmt::format("SELECT {} FROM {}", fields, form.master().table);
+        const std::string before = company.list(query);
+        ASSERT_EQ(control<controls::TextField>("txtfile").type(path), Refusal::none);
+        ASSERT_EQ(form.press(masters::command::kWriteFile), Refusal::none);
+        const auto rows = company.db().Execute(fmt::format("DELETE * FROM {}", form.master().table));
+        EXPECT_GT(rows, 1);
+        ASSERT_EQ(form.press(masters::command::kReadFile), Refusal::none);
+        EXPECT_EQ(company.list(query), before) << name;
+        EXPECT_THAT(user.messages(),
+                    ElementsAre(fmt::format("{} rows of {} written to {}.", rows, form.master().table, path),
+                                fmt::format("{} rows of {} added to {}.", rows, path, form.master().table)));
+        form.unload_form();
+    }
+}
+
+TEST_F(Masters, FileWithAFaultInOneRowAddsNothing) {
+    auto& form = show("Master_bank");
+    const std::string path = company.folder().file("banks.csv");
+    const std::string before = company.list("SELECT * FROM Bank_master_table");
+    const auto read = [&](const std::string& text) {
+        std::ofstream(path) << text;
+        EXPECT_EQ(form.press(masters::command::kReadFile), Refusal::none);
+        EXPECT_EQ(company.list("SELECT * FROM Bank_master_table"), before);
+        return user.messages();
+    };
+    EXPECT_THAT(read(""), ElementsAre("Please specify the CSV file."));
+    ASSERT_EQ(control<controls::TextField>("txtfile").type(path), Refusal::none);
+    EXPECT_THAT(
+        read("bank_code,bank_name,account_no\nNEW,New bank,1050\nODD,Odd bank,9999\n"),
+        ElementsAre("There is no account 9999.", path + ":3: this row cannot be added. Nothing was added."));
+    EXPECT_THAT(read("bank_code,bank_name,account_no\nNEW,New bank,1050\nNEW,Again,1050\n"),
+                ElementsAre("The bank NEW exists already.",
+                            path + ":3: this row cannot be added. Nothing was added."));
+    EXPECT_THAT(read("bank_code,colour\nNEW,red\n"),
+                ElementsAre(path + ":1: a bank has no field \"colour\". Nothing was added."));
+    std::filesystem::remove(path);
+    EXPECT_EQ(form.press(masters::command::kReadFile), Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre(::testing::HasSubstr("Nothing was added.")));
+    ASSERT_EQ(control<controls::TextField>("txtfile").type("/nowhere/banks.csv"), Refusal::none);
+    EXPECT_EQ(form.press(masters::command::kWriteFile), Refusal::none);
+    EXPECT_THAT(user.messages(), ElementsAre("/nowhere/banks.csv was not written."));
+}
+
+TEST_F(Masters, FileIsReadByWhoMayEnterAlone) {
+    user.ap.BRIMLEY_USER = "carl";
+    auto& form = show("Master_bank");
+    ASSERT_EQ(control<controls::TextField>("txtfile").type(company.folder().file("banks.csv")),
+              Refusal::none);
+    EXPECT_FALSE(form.can_do(masters::command::kReadFile));
+    EXPECT_FALSE(form.can_do(masters::command::kWriteFile));
+    static_cast<void>(form.press(masters::command::kWriteFile));
+    EXPECT_THAT(user.messages(), IsEmpty());
+    EXPECT_FALSE(std::filesystem::exists(company.folder().file("banks.csv")));
 }
 
 }  // namespace brimley::testing
