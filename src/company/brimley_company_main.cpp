@@ -147,12 +147,16 @@ store::TrailEntry sealed_entry(const std::string& seal) {
     return entry;
 }
 
-void repair_balances(const Arguments& arguments) {
+// Never where the lines themselves are not to be believed: balances that agree with them would hide it.
+void repair_balances(const Arguments& arguments, const store::TrailEntry& sealed) {
     std::vector<std::string> repaired;
     with_company(arguments, [&](store::Database& database) {
         if (!company::is_administrator(database, company::login_name()))
             throw company::Refusal("only an administrator repairs balances, who has all rights on all forms");
         if (!database.faults_of_storage().empty()) return;
+        const auto faults = database.faults_of_trail(sealed);
+        if (!faults.empty())
+            throw company::Refusal("the trail does not hold, so nothing is repaired: " + faults.front());
         repaired = company::repair_balances(database);
     });
     print_lines("repaired: ", repaired);
@@ -160,8 +164,8 @@ void repair_balances(const Arguments& arguments) {
 
 // What is damaged is not read any further.
 int check(const Arguments& arguments) {
-    if (arguments.repair_balances) repair_balances(arguments);
     const auto sealed = arguments.sealed ? sealed_entry(*arguments.sealed) : store::TrailEntry{};
+    if (arguments.repair_balances) repair_balances(arguments, sealed);
     std::vector<std::string> faults;
     company::Findings findings;
     company::Findings notes;
@@ -184,7 +188,9 @@ int check(const Arguments& arguments) {
 void seal(const Arguments& arguments) {
     with_books(arguments, [&](store::Database& database) {
         const auto end = database.end_of_trail();
-        if (!end) throw company::Refusal(arguments.company + " has no trail: upgrade begins one");
+        if (!end)
+            throw company::Refusal(store::without_password(arguments.company) +
+                                   " has no trail: upgrade begins one");
         fmt::print("{}:{}\n", end->number, end->hash);
     });
 }
@@ -221,30 +227,39 @@ company::Secret new_password(const std::string& user) {
     return password;
 }
 
+bool asks_for_old_password(store::Database& database, const std::string& user) {
+    return !company::is_administrator(database, company::login_name()) &&
+           company::has_password(database, user);
+}
+
 // Whoever may not decide for others has to know the password that is there, or to set their own first one.
-void require_right_to_change_password(store::Database& database, const std::string& user) {
+void require_right_to_change_password(store::Database& database, const std::string& user,
+                                      const std::optional<company::Secret>& old_one) {
     if (company::is_administrator(database, company::login_name())) return;
     if (!company::has_password(database, user)) {
         if (user == company::login_name()) return;
         throw company::Refusal(user + " has no password yet: only " + user +
                                " or an administrator sets the first");
     }
-    if (!company::is_password_of_person(database, user,
-                                        company::typed_secret("old password of " + user + ": ")))
+    if (!old_one || !company::is_password_of_person(database, user, *old_one))
         throw company::Refusal("that is not the password of " + user);
 }
 
-// Nothing is held in the company while somebody types.
+// Nothing is held in the company while somebody types; so the right is looked at once more afterwards.
 void change_password(const Arguments& arguments) {
     if (arguments.user.empty()) throw company::UnusableValue("the name of the person is empty");
+    std::optional<company::Secret> old_one;
     company::Secret password;
     {
         const store::OpenCompany company = store::open_company(arguments.company, kernel::company_tables());
         company::require_place_for_passwords(*company.database);
-        require_right_to_change_password(*company.database, arguments.user);
+        if (asks_for_old_password(*company.database, arguments.user))
+            old_one = company::typed_secret("old password of " + arguments.user + ": ");
+        require_right_to_change_password(*company.database, arguments.user, old_one);
         password = new_password(arguments.user);
     }
     with_company(arguments, [&](store::Database& database) {
+        require_right_to_change_password(database, arguments.user, old_one);
         company::set_password(database, arguments.user, password);
     });
 }
@@ -354,7 +369,8 @@ CLI::App* add_export(CLI::App& program, Arguments& arguments) {
     exporting
         ->add_option("--journal", arguments.journal,
                      "the ledger as one plain-text journal instead, as hledger and ledger read it")
-        ->excludes(folder);
+        ->excludes(folder)
+        ->excludes("--table");
     return exporting;
 }
 

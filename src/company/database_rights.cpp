@@ -221,8 +221,8 @@ void grant_rights(store::Database& database, const std::string& role, const std:
     const Rights more = beyond(database.rights_of_role(role), needed);
     if (!more.empty())
         throw Refusal(fmt::format(
-            "{} may {} {} all the same, as its owner or as a member of another role: nothing is granted",
-            role, verb_of(more.front()), more.front().table));
+            "{} may {} {} anyway, as the owner or as a member of another role: nothing is granted", role,
+            verb_of(more.front()), more.front().table));
 }
 
 std::string lack_of_rights(store::Database& database) {
@@ -231,8 +231,8 @@ std::string lack_of_rights(store::Database& database) {
     const Rights held = database.rights_of_role(role->name);
     const auto told = [&](const TableRights& lack) {
         return fmt::format(
-            "{} may not {} {} in the database, as the rights in the company need it: the company's owner "
-            "calls brimley-company grant",
+            "{} may not {} {} in the database, which its rights in the company need: the company's owner "
+            "gives that with brimley-company grant",
             role->name, verb_of(lack), lack.table);
     };
     const auto rights = std::ranges::find(held, "User_right_table", &TableRights::table);

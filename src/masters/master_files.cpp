@@ -69,7 +69,7 @@ void MasterForm::write_file() {
         file.publish();
     });
     if (!written) return tell_failure(fmt::format("{} was not written.", path.string()));
-    tell(fmt::format("{} of {} written to {}.", rows_told(count), table().name, path.string()));
+    tell(fmt::format("{}: {} written to {}.", identity().caption, rows_told(count), path.string()));
 }
 
 // --- reading ---
@@ -129,7 +129,7 @@ void MasterForm::read_file() {
         },
         &failure);
     if (read) {
-        tell(fmt::format("{} of {} added to {}.", rows_told(count), path.string(), table().name));
+        tell(fmt::format("{}: {} added from {}.", identity().caption, rows_told(count), path.string()));
     } else {
         tell_failure(failure.empty() ? "Nothing was added." : fmt::format("{}. Nothing was added.", failure));
     }

@@ -190,6 +190,37 @@ TEST_F(TrailOfCompany, BackupOfACompanyWhoseTrailWasEmptiedShowsIt) {
     EXPECT_THAT(opened.database->faults_of_trail(), ElementsAre(finding));
 }
 
+TEST_F(TrailOfCompany, BalancesAreNotRepairedWhereItDoesNotHoldOrTheCommandLineIsWrong) {
+    make(company::SampleCompany{company::login_name()});
+    add_payment("PP-1");
+    db().Execute("UPDATE Balance_table SET amount = 7 WHERE accno = '2000' AND ledgertype = 'A'");
+    const auto amount = [&] {
+        return db()
+            .OpenRecordset("SELECT amount FROM Balance_table WHERE accno = '2000' AND ledgertype = 'A'",
+                           store::RecordsetKind::snapshot)
+            .number("amount");
+    };
+    EXPECT_EQ(run("check " + named() + " --repair-balances --seal nonsense").status, 2);
+    EXPECT_EQ(amount(), 7);
+    db().Execute("DELETE * FROM Trail_table");
+    const Outcome refused = run("check " + named() + " --repair-balances");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(
+        refused.errors,
+        "brimley-company: the trail does not hold, so nothing is repaired: prepayment PP-1 has a row that "
+        "the trail does not know\n");
+    EXPECT_EQ(amount(), 7);
+}
+
+TEST_F(TrailOfCompany, BalancesAreRepairedWhereItHolds) {
+    make(company::SampleCompany{company::login_name()});
+    db().Execute("UPDATE Balance_table SET amount = 7 WHERE accno = '2000' AND ledgertype = 'A'");
+    const Outcome repaired = run("check " + named() + " --repair-balances");
+    EXPECT_EQ(repaired.status, 0) << repaired.errors << repaired.output;
+    EXPECT_THAT(repaired.output, AllOf(::testing::HasSubstr("repaired: Balance_table A 2000"),
+                                       ::testing::EndsWith("books agree\n")));
+}
+
 TEST_F(TrailOfCompany, EntriesOfAnotherCompanyAreNotAddedToIt) {
     make(company::SampleCompany{"zoe"});
     add_payment("PP-1");

@@ -142,9 +142,10 @@ TEST_F(Masters, WrittenToAFileAndReadFromItAreTheSame) {
         EXPECT_GT(rows, 1);
         ASSERT_EQ(form.press(masters::command::kReadFile), Refusal::none);
         EXPECT_EQ(company.list(query), before) << name;
-        EXPECT_THAT(user.messages(),
-                    ElementsAre(fmt::format("{} rows of {} written to {}.", rows, form.master().table, path),
-                                fmt::format("{} rows of {} added to {}.", rows, path, form.master().table)));
+        EXPECT_THAT(
+            user.messages(),
+            ElementsAre(fmt::format("{}: {} rows written to {}.", form.identity().caption, rows, path),
+                        fmt::format("{}: {} rows added from {}.", form.identity().caption, rows, path)));
         form.unload_form();
     }
 }

@@ -300,7 +300,7 @@ TEST_F(OnAServerRoles, RoleWithoutRightsIsToldSoInOneSentence) {
         }
     };
     const std::string lack =
-        " in the database, as the rights in the company need it: the company's owner calls "
+        " in the database, which its rights in the company need: the company's owner gives that with "
         "brimley-company grant";
     EXPECT_THAT(told(), ::testing::MatchesRegex(fmt::format(
                             "not opened: postgresql://.* is closed to {}: the company's owner calls "
@@ -328,8 +328,8 @@ TEST_F(OnAServerRoles, GrantIsRefusedWithoutRightsInTheCompanyAndWhereMoreIsAllo
                                             group, role_));
     EXPECT_EQ(
         refusal_of_grant("only"),
-        fmt::format("{} may remove from Trail_table all the same, as its owner or as a member of another "
-                    "role: nothing is granted",
+        fmt::format("{} may remove from Trail_table anyway, as the owner or as a member of another role: "
+                    "nothing is granted",
                     role_));
     on_server(company_->path(), fmt::format("DROP OWNED BY {0}; DROP ROLE {0}", group));
     EXPECT_EQ(refusal_of_grant("only"), "granted");
