@@ -258,10 +258,14 @@ void change_password(const Arguments& arguments) {
         require_right_to_change_password(*company.database, arguments.user, old_one);
         password = new_password(arguments.user);
     }
+    bool is_known = false;
     with_company(arguments, [&](store::Database& database) {
         require_right_to_change_password(database, arguments.user, old_one);
         company::set_password(database, arguments.user, password);
+        is_known = company::has_rights(database, arguments.user);
     });
+    if (!is_known && !password.empty())
+        fmt::print("note: {} has no rights in the company yet\n", kernel::visible_text(arguments.user));
 }
 
 void grant(const Arguments& arguments) {

@@ -102,6 +102,12 @@ std::vector<unsigned char> scrypt(const Secret& password, const std::vector<unsi
 
 }  // namespace
 
+// A short text is copied by the move, and its letters would stay.
+Secret::Secret(std::string text) : text_(std::move(text)) {
+    text.resize(text.capacity());
+    OPENSSL_cleanse(text.data(), text.size());
+}
+
 void Secret::wipe() noexcept {
     text_.resize(text_.capacity());  // what stood behind the end as well
     OPENSSL_cleanse(text_.data(), text_.size());

@@ -71,6 +71,13 @@ bool has_administrator(store::Database& database) {
                                [](const auto& person) { return are_all(person.second); });
 }
 
+bool has_rights(store::Database& database, const std::string& user) {
+    auto rows = database.OpenRecordset("SELECT userid FROM User_right_table", store::RecordsetKind::snapshot);
+    while (!rows.at_eof() && rows.text("userid") != user)
+        rows.MoveNext();
+    return !rows.at_eof();
+}
+
 bool has_password(store::Database& database, const std::string& user) {
     return !hash_of_person(database, user).empty();
 }

@@ -24,6 +24,8 @@ namespace brimley::company {
 // Whether anybody has every right on every form.
 [[nodiscard]] bool has_administrator(store::Database& database);
 
+// Whether the person has any row of rights.
+[[nodiscard]] bool has_rights(store::Database& database, const std::string& user);
 [[nodiscard]] bool has_password(store::Database& database, const std::string& user);
 // False as well for who has none.
 [[nodiscard]] bool is_password_of_person(store::Database& database, const std::string& user,

@@ -10,7 +10,8 @@ namespace brimley::company {
 class Secret {
   public:
     Secret() = default;
-    explicit Secret(std::string text) : text_(std::move(text)) {}
+    // Nothing of the text stays where it came from.
+    explicit Secret(std::string text);
     Secret(Secret&& other) noexcept : text_(std::move(other.text_)) { other.wipe(); }
     Secret& operator=(Secret&& other) noexcept;
     ~Secret() { wipe(); }

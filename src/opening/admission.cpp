@@ -23,13 +23,20 @@ void require_closed_to_others(const std::string& path) {
         throw std::runtime_error(path + " holds passwords, and is open to others: chmod 600 closes it");
 }
 
-// Line by line, each wiped when it has been read.
+// Line by line, each wiped when it has been read. Nothing is read ahead, which would stay in the stream; nor
+// does a line of a usual length leave copies of itself as it grows.
 std::optional<company::Secret> password_in(const std::string& path, const std::string& user) {
+    constexpr std::size_t kUsualLine = 1024;
     require_closed_to_others(path);
-    std::ifstream file(path);
+    std::ifstream file;
+    file.rdbuf()->pubsetbuf(nullptr, 0);
+    file.open(path);
     if (!file) throw std::runtime_error(path + " cannot be read");
     const std::string start = user + ":";
-    for (std::string text; std::getline(file, text);) {
+    for (;;) {
+        std::string text;
+        text.reserve(kUsualLine);
+        if (!std::getline(file, text)) break;
         const company::Secret line(std::move(text));
         if (line.text().starts_with(start))
             return company::Secret(std::string(line.text().substr(start.size())));

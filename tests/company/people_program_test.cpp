@@ -104,6 +104,15 @@ TEST_F(PeopleOfPrograms, PasswordIsChangedByWhoKnowsItOrByAnAdministrator) {
     expect_refused(company("password a.company " + login, ""), 3, "brimley-company: a password is missing");
 }
 
+TEST_F(PeopleOfPrograms, PasswordOfSomebodyUnknownIsSetAndSaidSo) {
+    const auto printed = [&](const std::string& person) {
+        EXPECT_EQ(company("password a.company " + person, "secret\n").status, 0);
+        return text_of_file(folder_.file("out"));
+    };
+    EXPECT_EQ(printed("nobody"), "note: nobody has no rights in the company yet\n");
+    EXPECT_EQ(printed(company::login_name()), "");
+}
+
 TEST_F(PeopleOfPrograms, RightsAreImportedByAnAdministrator) {
     rule_by("zoe");
     const Outcome refused = company("import a.company rights --replace");
