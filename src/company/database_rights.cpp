@@ -140,10 +140,9 @@ std::vector<FormWrites> all_forms() {
 }
 
 // --- a person ---
-// The forms on which the person may update; none: not even a row. Whoever has every right keeps the masters
-// and the ledger, too.
+// The forms on which the person may update. Whoever has every right keeps the masters and the ledger, too.
 struct Person {
-    bool is_known = false;
+    bool is_known = false;  // has a row of rights
     std::set<std::string> updates;
 };
 

@@ -1,7 +1,8 @@
 // The form of a master: a list of its rows, and the fields of the one that the cursor is on.
 //
-// Read shows; New and Edit open the fields; Save stores the row in a transaction of its own. Only who keeps
-// the company's rights may write, or who has a right of their own on the form.
+// Read shows; New and Edit open the fields; Save stores the row in a transaction of its own. The list is
+// sorted by any column; its rows are written to a CSV file, and those of one are added, all or none. Only who
+// keeps the company's rights may write, or who has a right of their own on the form.
 #pragma once
 
 #include <filesystem>

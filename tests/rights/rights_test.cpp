@@ -247,17 +247,24 @@ constexpr const char* kSessionsOfForms[] = {
     "pay_purchase_bill",
 };
 
-class OnAServerSessions : public OnAServerRoles, public ::testing::WithParamInterface<const char*> {};
+class OnAServerSessions : public OnAServerRoles, public ::testing::WithParamInterface<const char*> {
+  protected:
+    // Anna works on the connection of the role, which may only look so far.
+    frame::HostContext begin(const std::string& session) {
+        import_tables(owner_, session);
+        grant_only("");
+        auto context = context_of_anna(company_->path());
+        const auto as_role = store::open_company(uri_of_role(), kernel::company_tables());
+        context.dbe = as_role.workspace;
+        context.abcdb = as_role.database;
+        return context;
+    }
+};
 
 TEST_P(OnAServerSessions, ArePlayedWithTheRightsOfTheFormAtHandAlone) {
     if (!tests_run_on_server()) return;
     const std::string session = GetParam();
-    import_tables(owner_, session);
-    grant_only("");
-    auto context = context_of_anna(company_->path());
-    const auto as_role = store::open_company(uri_of_role(), kernel::company_tables());
-    context.dbe = as_role.workspace;
-    context.abcdb = as_role.database;
+    const auto context = begin(session);
     std::string granted;
     const std::string printed = play(session, context, [&](const std::string& form) {
         if (form.empty() || form == granted) return;
@@ -271,12 +278,7 @@ TEST_P(OnAServerSessions, ArePlayedWithTheRightsOfTheFormAtHandAlone) {
 TEST_P(OnAServerSessions, StoreNothingWithoutTheRightsOfAForm) {
     if (!tests_run_on_server()) return;
     const std::string session = GetParam();
-    import_tables(owner_, session);
-    grant_only("");
-    auto context = context_of_anna(company_->path());
-    const auto as_role = store::open_company(uri_of_role(), kernel::company_tables());
-    context.dbe = as_role.workspace;
-    context.abcdb = as_role.database;
+    const auto context = begin(session);
     AllTables before = all_tables(*owner_.database);
     static_cast<void>(play(session, context, [](const std::string&) {}));
     AllTables after = all_tables(*owner_.database);
