@@ -190,8 +190,8 @@ void MainWindow::show_state(const QString& text) {
 bool MainWindow::open_or_tell(const QString& company) {
     try {
         open_company(company);
-        if (const std::string limit = opening::limit_of_work(*ap_->abcdb); !limit.empty())
-            QMessageBox::warning(this, "Open company", shown(limit));
+        if (const QString limit = server_state_->text(); !limit.isEmpty())
+            QMessageBox::warning(this, "Open company", limit);
         return true;
     } catch (const std::exception& failure) {
         QMessageBox::warning(this, "Open company",
